@@ -1,0 +1,51 @@
+// What lies in the G-buffer, and how it is packed.
+//
+//   GBuffer1   rgb  albedo as in the texture, not linear      a    strength of highlights, 0 to 1
+//   GBuffer2   rg   view-space normal, octahedral             ba   view-space depth, rounded part and rest
+//   GBuffer3   rgb  emitted light as in the texture           a    unused
+//   LBuffer    rgb  light that arrives, linear                a    highlight, before its strength
+//
+// Depth is the distance along the view axis in world units. One half float is too coarse for it, so the second holds
+// what rounding took away. Depth 0 is where nothing was drawn.
+
+glsl
+{
+    vec3 toLinear(vec3 color)
+    {
+        return color * (color * (color * 0.305306 + 0.682171) + 0.012523);
+    }
+
+    vec2 packNormal(vec3 n)
+    {
+        vec2 p = n.xy / (abs(n.x) + abs(n.y) + abs(n.z));
+        vec2 side = vec2(p.x >= 0.0 ? 1.0 : -1.0, p.y >= 0.0 ? 1.0 : -1.0);
+        return n.z >= 0.0 ? p : (1.0 - abs(p.yx)) * side;
+    }
+
+    vec3 unpackNormal(vec2 p)
+    {
+        vec3 n = vec3(p, 1.0 - abs(p.x) - abs(p.y));
+        float fold = max(-n.z, 0.0);
+        n.x += n.x >= 0.0 ? -fold : fold;
+        n.y += n.y >= 0.0 ? -fold : fold;
+        return normalize(n);
+    }
+
+    vec2 packDepth(float depth)
+    {
+        float rounded = unpackHalf2x16(packHalf2x16(vec2(depth, 0.0))).x;
+        return vec2(rounded, depth - rounded);
+    }
+
+    float unpackDepth(vec2 packedDepth)
+    {
+        return packedDepth.x + packedDepth.y;
+    }
+
+    /// View-space ray through a pixel, of length 1 along the view axis. Pixels count from 0 in the target.
+    vec3 pixelRay(vec2 pixel)
+    {
+        vec2 tangents = vec2(1.0 / viewToProjection[0][0], -1.0 / viewToProjection[1][1]);
+        return vec3((pixel - viewportPixels.xy) * (2.0 * tangents / viewportPixels.zw) - tangents, 1.0);
+    }
+}

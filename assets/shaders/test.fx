@@ -1,0 +1,291 @@
+// The last steps of a frame: the combination of G-buffer and light, and what is laid over or projected into it.
+
+#include "automatic.fxh"
+#include "gbuffer.fxh"
+
+// Combination
+float4 sceneAmbient = { 0.02, 0.02, 0.016, 0.02 }; // linear light from everywhere
+float dissolveAmount = 0;                          // 0 shows the scene, 1 the colour alone
+float4 dissolveColor = { 0, 0, 0, 1 };
+float time = 0;                                    // seconds of the level
+float insanityAmount = 0;                          // 0 sane; taken as 0 to 1
+
+// Projected pictures: a cube of side 1, projected along its z axis
+float4x4 modelToWorld = { 1, 0, 0, 0,  0, 1, 0, 0,  0, 0, 1, 0,  0, 0, 0, 1 };
+float decalAlpha = 1;
+
+// Dust: points in world space
+float4 particleColor = { 0.5, 0.48, 0.42, 1 };
+float particleSize = 0.01;                         // metres across
+
+texture GBuffer1_texture;
+texture GBuffer2_texture;
+texture GBuffer3_texture;
+texture LBuffer_texture;
+texture diffuseMap_texture;
+
+sampler GBuffer1 = sampler_state { Texture = <GBuffer1_texture>; };
+sampler GBuffer2 = sampler_state { Texture = <GBuffer2_texture>; };
+sampler GBuffer3 = sampler_state { Texture = <GBuffer3_texture>; };
+sampler LBuffer = sampler_state { Texture = <LBuffer_texture>; };
+sampler diffuseMap = sampler_state
+{
+    Texture = <diffuseMap_texture>;
+    MinFilter = Linear; MagFilter = Linear; MipFilter = Linear; AddressU = Clamp; AddressV = Clamp;
+};
+
+glsl PixelShader
+{
+    float hash(vec2 p)
+    {
+        vec3 q = fract(vec3(p.xyx) * 0.1031);
+        q += dot(q, q.yzx + 33.33);
+        return fract((q.x + q.y) * q.z);
+    }
+
+    float smoothNoise(vec2 p)
+    {
+        vec2 cell = floor(p), part = fract(p);
+        part = part * part * (3.0 - 2.0 * part);
+        return mix(mix(hash(cell), hash(cell + vec2(1, 0)), part.x),
+                   mix(hash(cell + vec2(0, 1)), hash(cell + vec2(1, 1)), part.x), part.y);
+    }
+}
+
+VertexShader screen
+{
+    void main()
+    {
+        gl_Position = vec4(POSITION.xy, 0.0, 1.0);
+    }
+}
+
+PixelShader combine
+{
+    const float exposure = 10.0;
+    const float occlusionRadius = 0.35; // metres
+    const vec2 looks[4] = vec2[](vec2(0.95, 0.12), vec2(-0.10, 0.72), vec2(-0.86, -0.16), vec2(0.06, -0.46));
+    /// Cosine and sine by which each pixel of a 2 x 2 block turns its looks, a quarter of the way from look to look.
+    const vec2 turns[4] = vec2[](vec2(1.0, 0.0), vec2(0.707, 0.707), vec2(0.924, 0.383), vec2(0.383, 0.924));
+
+    /// Mean over the 2 x 2 block of pixels that is shaded together.
+    float blockMean(float value)
+    {
+        vec2 towards = 0.5 - mod(floor(gl_FragCoord.xy), 2.0);
+        value += dFdxFine(value) * towards.x;
+        return value + dFdyFine(value) * towards.y;
+    }
+
+    /// How open a surface is to light from everywhere, from four depths around it and those of its block; 1 is open.
+    float openness(vec2 pixel, vec3 position, vec3 normal)
+    {
+        vec2 last = viewportPixels.xy + viewportPixels.zw - 1.0;
+        float radius = min(occlusionRadius * viewToProjection[1][1] * 0.5 * viewportPixels.w / position.z,
+                           viewportPixels.w * 0.1);
+        ivec2 place = ivec2(gl_FragCoord.xy) & 1;
+        vec2 turn = turns[place.x + 2 * place.y];
+        float hidden = 0.0;
+        for (int i = 0; i < 4; ++i)
+        {
+            vec2 look = vec2(looks[i].x * turn.x - looks[i].y * turn.y, looks[i].x * turn.y + looks[i].y * turn.x);
+            vec2 at = clamp(floor(pixel + look * radius + 0.5), viewportPixels.xy, last);
+            vec3 other = pixelRay(at) * unpackDepth(texelFetch(GBuffer2, ivec2(at), 0).ba);
+            vec3 offset = other - position;
+            float squared = dot(offset, offset) + 1e-4;
+            float above = max(dot(normal, offset) - 0.02 - 0.004 * position.z, 0.0) * inversesqrt(squared);
+            hidden += above * clamp(1.0 - squared / (occlusionRadius * occlusionRadius * 4.0), 0.0, 1.0);
+        }
+        return clamp(1.0 - blockMean(hidden) * 0.5, 0.0, 1.0);
+    }
+
+    /// Light from everywhere with some shape: more from above, more where the surface faces the eye, less in corners.
+    vec3 ambient(vec2 pixel, vec3 position, vec3 normal)
+    {
+        float up = dot(normal, vec3(worldToView[1]));
+        float sky = mix(0.55, 1.35, up * 0.5 + 0.5);
+        float facing = max(dot(normal, -normalize(position)), 0.0);
+        float eye = facing * facing * 1.1 / (1.0 + 0.06 * dot(position, position));
+        float open = openness(pixel, position, normal);
+        vec3 cool = mix(vec3(1.02, 0.92, 0.88), vec3(0.90, 0.96, 1.18), up * 0.5 + 0.5);
+        return sceneAmbient.rgb * cool * (sky + eye) * open * open;
+    }
+
+    vec3 sceneLight(vec2 pixel)
+    {
+        vec4 packedSurface = texelFetch(GBuffer2, ivec2(pixel), 0);
+        vec4 material = texelFetch(GBuffer1, ivec2(pixel), 0);
+        vec4 light = texelFetch(LBuffer, ivec2(pixel), 0);
+        vec3 emitted = toLinear(texelFetch(GBuffer3, ivec2(pixel), 0).rgb);
+        bool empty = packedSurface.b == 0.0;
+        vec3 position = pixelRay(pixel) * (empty ? camFar : unpackDepth(packedSurface.ba));
+        vec3 normal = unpackNormal(packedSurface.rg);
+
+        // The highlight's buffer has no colour of its own; it takes most of the light's.
+        vec3 tint = mix(vec3(1.0), light.rgb / max(max(light.r, max(light.g, light.b)), 1e-4), 0.7);
+        vec3 color = toLinear(material.rgb) * (ambient(pixel, position, normal) + light.rgb);
+        // The eye's own faint light glints on what is polished.
+        float towardsEye = max(dot(normal, -normalize(position)), 0.0);
+        float glint = towardsEye * towardsEye * towardsEye;
+        glint *= glint * glint;
+        color += material.a * (tint * light.a + sceneAmbient.rgb * glint * 0.6);
+        return empty ? vec3(0.0) : color + emitted;
+    }
+
+    vec3 filmic(vec3 x)
+    {
+        return clamp(x * (2.51 * x + 0.03) / (x * (2.43 * x + 0.59) + 0.14), 0.0, 1.0);
+    }
+
+    /// The screen's encoding of linear light, by roots in place of a power; within half a step of eight bits.
+    vec3 toScreen(vec3 light)
+    {
+        vec3 root2 = sqrt(light), root4 = sqrt(root2), root8 = sqrt(root4);
+        return 0.662002687 * root2 + 0.684122060 * root4 - 0.323583601 * root8 - 0.0225411470 * light;
+    }
+
+    /// A wave from -1 to 1 with one swing for each unit, of parabolas.
+    vec2 wave(vec2 at)
+    {
+        vec2 ramp = fract(at) * 2.0 - 1.0;
+        return 4.0 * ramp * (1.0 - abs(ramp));
+    }
+
+    /// Where an unsteady mind looks: the picture breathes and its edges swim.
+    vec2 unsteady(vec2 pixel, vec2 fromCentre, float insanity)
+    {
+        float edge = dot(fromCentre, fromCentre);
+        vec2 sway = wave(time * vec2(0.21, 0.17) + fromCentre.yx * vec2(1.4, 1.1));
+        vec2 breath = -fromCentre * (0.5 + 0.5 * wave(vec2(time * 0.33)).x) * 0.6;
+        vec2 moved = pixel + (sway * edge + breath * edge) * insanity * insanity * 0.03 * viewportPixels.w;
+        return clamp(floor(moved + 0.5), viewportPixels.xy, viewportPixels.xy + viewportPixels.zw - 1.0);
+    }
+
+    /// Colour drains away, the dark closes in from the edges, and a dull red pulse stays.
+    vec3 drained(vec3 color, vec2 fromCentre, float insanity)
+    {
+        float grey = dot(color, vec3(0.299, 0.587, 0.114));
+        float pulse = 0.5 + 0.5 * wave(vec2(time * 0.67)).x;
+        vec3 sick = mix(vec3(grey), vec3(grey) * vec3(1.25, 0.85, 0.75), pulse * 0.5);
+        float dark = smoothstep(0.15, 1.1, dot(fromCentre, fromCentre) * (1.0 + 0.25 * pulse));
+        return mix(color, sick, insanity * 0.85) * (1.0 - dark * insanity * 0.9);
+    }
+
+    /// The scene goes in blotches that spread until they meet.
+    float dissolved(vec2 pixel)
+    {
+        vec2 at = pixel / viewportPixels.w;
+        float blotch = 0.8 * smoothNoise(at * 17.0) + 0.2 * hash(floor(at * 240.0));
+        return smoothstep(0.0, 1.0, (min(dissolveAmount, 1.0) * 1.35 - blotch) / 0.35);
+    }
+
+    void main()
+    {
+        vec2 pixel = gl_FragCoord.xy - 0.5;
+        vec2 fromCentre = (pixel - viewportPixels.xy) / viewportPixels.zw * 2.0 - 1.0;
+        float insanity = clamp(insanityAmount, 0.0, 1.0);
+
+        vec3 color = sceneLight(insanity > 0.0 ? unsteady(pixel, fromCentre, insanity) : pixel);
+        if (insanity > 0.0)
+            color = drained(color, fromCentre, insanity);
+        color *= 1.0 - 0.16 * dot(fromCentre, fromCentre);
+        color = toScreen(filmic(color * exposure));
+
+        if (dissolveAmount > 0.0)
+            color = mix(color, dissolveColor.rgb, dissolved(pixel));
+
+        // Half a step of noise hides the steps of eight bits.
+        float grain = fract(52.9829189 * fract(dot(pixel, vec2(0.06711056, 0.00583715)))) - 0.5;
+        COLOR0 = vec4(color + grain / 255.0, 1.0);
+    }
+}
+
+technique CombineTest
+{
+    pass Combine
+    {
+        CullMode = None; ZEnable = False; ZWriteEnable = False;
+        AlphaBlendEnable = False; StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        VertexShader = screen;
+        PixelShader = combine;
+    }
+}
+
+// Pictures projected onto what is there
+
+VertexShader projector
+{
+    flat out mat4 viewToModel;
+    void main()
+    {
+        viewToModel = inverse(modelToWorld) * viewToWorld;
+        gl_Position = viewToProjection * (worldToView * (modelToWorld * vec4(POSITION.xyz, 1.0)));
+    }
+}
+
+PixelShader projected
+{
+    flat in mat4 viewToModel;
+    void main()
+    {
+        vec4 stored = texelFetch(GBuffer2, ivec2(gl_FragCoord.xy), 0);
+        vec3 position = pixelRay(gl_FragCoord.xy - 0.5) * unpackDepth(stored.ba);
+        vec3 inside = (viewToModel * vec4(position, 1.0)).xyz;
+        if (stored.b == 0.0 || any(greaterThan(abs(inside), vec3(0.5))))
+            discard;
+        // Surfaces that turn away from the projector stay clean.
+        float facing = -normalize(mat3(viewToModel) * unpackNormal(stored.rg)).z;
+        vec4 picture = textureLod(diffuseMap, vec2(inside.x, -inside.y) + 0.5, 0.0);
+        COLOR0 = vec4(picture.rgb, picture.a * decalAlpha * smoothstep(0.1, 0.4, facing));
+    }
+}
+
+technique Projective_texture
+{
+    pass Projection
+    {
+        CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
+        AlphaBlendEnable = True; SrcBlend = SrcAlpha; DestBlend = InvSrcAlpha; BlendOp = Add;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue; // the strength of highlights stays
+        VertexShader = projector;
+        PixelShader = projected;
+    }
+}
+
+// Dust
+
+VertexShader particle
+{
+    out float fading;
+    void main()
+    {
+        vec4 viewPosition = worldToView * vec4(POSITION.xyz, 1.0);
+        gl_Position = viewToProjection * viewPosition;
+        float size = particleSize * viewToProjection[1][1] * 0.5 * viewportPixels.w / max(viewPosition.z, 0.05);
+        gl_PointSize = max(size, 1.0);
+        // Smaller than a pixel means fainter; close to the eye it must not flash.
+        fading = min(size * size, 1.0) * smoothstep(0.1, 0.6, viewPosition.z);
+    }
+}
+
+PixelShader dust
+{
+    in float fading;
+    void main()
+    {
+        vec2 fromCentre = gl_PointCoord * 2.0 - 1.0;
+        float round = max(1.0 - dot(fromCentre, fromCentre), 0.0);
+        COLOR0 = vec4(particleColor.rgb * particleColor.a * fading * round, 0.0);
+    }
+}
+
+technique PointParticles
+{
+    pass Dust
+    {
+        CullMode = None; ZEnable = True; ZWriteEnable = False; ZFunc = LessEqual;
+        AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        VertexShader = particle;
+        PixelShader = dust;
+    }
+}

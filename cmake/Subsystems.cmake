@@ -1,0 +1,33 @@
+# One object library a folder of src/, and the one executable made of all of them.
+set(KV_FOLDERS port foundation object engine assets physics platform rendering ai gameplay ui tools)
+set(KV_LIBRARIES)
+foreach(folder IN LISTS KV_FOLDERS)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/${folder}/*.cpp")
+    if(sources)
+        add_library(kv_${folder} OBJECT ${sources})
+        target_link_libraries(kv_${folder} PUBLIC kv_dependencies)
+        list(APPEND KV_LIBRARIES kv_${folder})
+    endif()
+endforeach()
+
+kv_add_engine_reflection(kv_reflection)
+target_link_libraries(kv_reflection PUBLIC kv_dependencies)
+list(APPEND KV_LIBRARIES kv_reflection)
+
+file(GLOB_RECURSE main_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/main/*.cpp")
+if(main_sources)
+    add_executable(kaVel ${main_sources})
+    target_link_libraries(kaVel PRIVATE ${KV_LIBRARIES})
+    set_target_properties(kaVel PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${KV_GAME_DIR}/bin")
+endif()
+
+# The executable finds its content beside its working directory: ../scripts, ../assets, ../python.zip.
+file(MAKE_DIRECTORY "${KV_GAME_DIR}/bin")
+foreach(content scripts assets)
+    if(NOT EXISTS "${KV_GAME_DIR}/${content}")
+        file(CREATE_LINK "${CMAKE_SOURCE_DIR}/${content}" "${KV_GAME_DIR}/${content}" SYMBOLIC)
+    endif()
+endforeach()
+
+# What the executable needs beside itself at run time: the scripts' standard library, the generated editor stubs.
+add_custom_target(kv_content)

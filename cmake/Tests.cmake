@@ -1,0 +1,28 @@
+# One test program a folder of tests/: test_port and test_foundation link what lies below the object layer only,
+# every other program links the whole engine and may bring reflected fixture classes of its own.
+enable_testing()
+find_package(GTest REQUIRED)
+
+file(GLOB test_folders CONFIGURE_DEPENDS LIST_DIRECTORIES true "${CMAKE_SOURCE_DIR}/tests/*")
+file(GLOB_RECURSE support_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/tests/support/*.cpp")
+foreach(path IN LISTS test_folders)
+    get_filename_component(folder "${path}" NAME)
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${path}/*.cpp")
+    if(folder STREQUAL "support" OR NOT sources)
+        continue()
+    endif()
+    add_executable(test_${folder} EXCLUDE_FROM_ALL ${sources})
+    target_include_directories(test_${folder} PRIVATE "${CMAKE_SOURCE_DIR}/tests")
+    target_compile_definitions(test_${folder} PRIVATE
+        KV_GAME_DIR="${KV_GAME_DIR}" KV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+    if(folder STREQUAL "port" OR folder STREQUAL "foundation")
+        target_link_libraries(test_${folder} PRIVATE kv_foundation kv_port GTest::gmock GTest::gtest_main)
+    else()
+        target_sources(test_${folder} PRIVATE ${support_sources})
+        target_link_libraries(test_${folder} PRIVATE ${KV_LIBRARIES} GTest::gmock GTest::gtest)
+        kv_add_reflection(test_${folder} EMIT tests/support tests/${folder})
+    endif()
+    list(APPEND KV_TEST_PROGRAMS test_${folder})
+    add_test(NAME ${folder} COMMAND test_${folder} WORKING_DIRECTORY "${KV_GAME_DIR}/bin")
+endforeach()
+add_custom_target(kv_tests DEPENDS ${KV_TEST_PROGRAMS})

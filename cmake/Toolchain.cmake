@@ -1,0 +1,20 @@
+# Compiler cache, fast linker, warnings and sanitizers: everything about the tools, nothing about the project.
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+find_program(MOLD mold)
+if(MOLD)
+    add_link_options(-fuse-ld=mold)
+endif()
+
+# Log lines and assertions name files from the repository's root, on every machine alike.
+add_compile_options("-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
+add_compile_options(-Wall -Wextra -Wno-unused-parameter -fno-math-errno)
+# Symbols of the executable itself, so that stack traces name functions.
+add_link_options(-rdynamic)
+
+if(KV_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()

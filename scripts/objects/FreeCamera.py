@@ -1,0 +1,83 @@
+"""The flying camera: WASD and mouse, Space and E up, Ctrl and Q down, Shift faster, Escape ends the game."""
+
+import math
+
+import kaVel
+
+#: Virtual-key code -> direction in the camera's own axes: right, up, forward.
+MOVES = {
+    ord('W'): (0, 0, 1),
+    ord('S'): (0, 0, -1),
+    ord('A'): (-1, 0, 0),
+    ord('D'): (1, 0, 0),
+    ord('E'): (0, 1, 0),
+    ord('Q'): (0, -1, 0),
+    0x20: (0, 1, 0),   # Space
+    0x11: (0, -1, 0),  # Ctrl
+}
+SHIFT = 0x10
+ESCAPE = 0x1B
+
+WALKING_SPEED = 1.8      # metres a second
+RUNNING_FACTOR = 3.0
+RESPONSE = 12.0          # how fast the speed follows the keys, 1/s
+LOOK_SPEED = 2.4         # radians for a mouse move across the whole window
+STEEPEST_PITCH = math.radians(88)
+
+
+class FreeCameraControl:
+    """Moves one entity with a transform; lives as long as the entity's level keeps its handlers."""
+
+    def __init__(self, camera, turn=0.0, pitch=0.0):
+        self.transform = camera.getComponent('transform')
+        self.yaw = math.radians(turn)
+        self.pitch = math.radians(pitch)
+        self.velocity = (0.0, 0.0, 0.0)
+        self.heldKeys = set()
+        coordinator = camera.getAncestorOfType(kaVel.Reflection.Coordinator)
+        self.clock = coordinator.getTimerHandle('master')
+
+        office = coordinator.getDescendantByPath('BranchPostOffice/postOffice')
+        kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
+        kaVel.subscribe('KeyUpMessage', self.handleKeyUp, office)
+        kaVel.subscribe('MouseMove', self.handleMouseMove, office)
+        kaVel.addComponent(camera, 'director', 'ScriptComponent', frameCallback=self.doFrame)
+
+    def handleKeyDown(self, message, key):
+        self.heldKeys.add(key)
+        if key == ESCAPE:
+            kaVel.getSystem('GameLoopSystem').quit(0)
+
+    def handleKeyUp(self, message, key):
+        self.heldKeys.discard(key)
+
+    def handleMouseMove(self, message, x, y):
+        self.yaw = (self.yaw + x * LOOK_SPEED) % math.tau
+        self.pitch = min(STEEPEST_PITCH, max(-STEEPEST_PITCH, self.pitch + y * LOOK_SPEED))
+
+    def doFrame(self):
+        seconds = self.clock.getFrameTimeSeconds()
+        wanted = self.wantedVelocity()
+        # Speed closes in on the wanted one exponentially; this is the exact way of one step, whatever its length.
+        left = math.exp(-RESPONSE * seconds)
+        x, y, z = (w * seconds + (v - w) * (1.0 - left) / RESPONSE for v, w in zip(self.velocity, wanted))
+        self.velocity = tuple(w + (v - w) * left for v, w in zip(self.velocity, wanted))
+        position = self.transform.position
+        self.transform.position = kaVel.Vec4(position.x + x, position.y + y, position.z + z, 1)
+        self.transform.orientation = self.orientation()
+
+    def wantedVelocity(self):
+        """World velocity that the held keys ask for: forward and right stay level, up and down are vertical."""
+        moves = [MOVES[key] for key in self.heldKeys if key in MOVES]
+        right, up, forward = (sum(move[axis] for move in moves) for axis in range(3))
+        length = math.sqrt(right * right + up * up + forward * forward)
+        if not length:
+            return (0.0, 0.0, 0.0)
+        speed = WALKING_SPEED * (RUNNING_FACTOR if SHIFT in self.heldKeys else 1.0) / length
+        s, c = math.sin(self.yaw), math.cos(self.yaw)
+        return ((right * c + forward * s) * speed, up * speed, (forward * c - right * s) * speed)
+
+    def orientation(self):
+        cy, sy = math.cos(self.yaw / 2), math.sin(self.yaw / 2)
+        cp, sp = math.cos(self.pitch / 2), math.sin(self.pitch / 2)
+        return kaVel.Quaternion(cy * cp, cy * sp, sy * cp, -sy * sp)

@@ -1,0 +1,1 @@
+"""Patterns: callables `pattern(parent, name)` that build an object of the game and return its root."""

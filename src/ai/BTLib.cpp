@@ -1,0 +1,8 @@
+#include "ai/BTLib.h"
+
+#include "engine/SystemSystem.h"
+
+System::DependencyList BTLib::systemDependencies()
+{
+    return {SystemSystem::staticType};
+}

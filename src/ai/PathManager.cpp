@@ -1,0 +1,6 @@
+#include "ai/PathManager.h"
+
+Handle<AbstractComponent> PathManager::constructComponent(const ReflectorPtr &type)
+{
+    return constructDerived(type, AbstractComponent::staticType);
+}

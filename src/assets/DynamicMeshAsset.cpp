@@ -1,0 +1,3 @@
+#include "assets/DynamicMeshAsset.h"
+
+void DynamicMeshAsset::startLoad() {}

@@ -1,0 +1,13 @@
+// DynamicMeshAsset: a mesh made and remade by code.
+#pragma once
+
+#include "assets/MeshAsset.h"
+
+/// A mesh without a file: setMeshData fills it, as often as needed. Never shared; its owner murders it.
+class DynamicMeshAsset : public MeshAsset
+{
+    KV_REFLECTED(DynamicMeshAsset)
+public:
+    /// Reads nothing: the asset stays not ready until setMeshData.
+    void startLoad() override;
+};

@@ -1,0 +1,40 @@
+// MeshAsset: a mesh that the graphics device has taken in, from a model file or from code.
+#pragma once
+
+#include "assets/Asset.h"
+#include "assets/Mesh.h"
+
+#include "foundation/KVString.h"
+
+/// The first mesh of a model file, in memory and on the device.
+class MeshAsset : public Asset
+{
+    KV_REFLECTED(MeshAsset)
+public:
+    /// Reads the file and uploads its first mesh.
+    ///
+    /// A file that does not load gives the status NOT_IMPLEMENTED; its reason is on the standard error stream and in
+    /// the log. A failed upload's code becomes the status.
+    virtual void startLoad();
+
+    /// Called by the graphics system with the result of the upload.
+    void onUploadComplete(ErrorCode ec);
+
+    /// Replaces the data and uploads it.
+    void setMeshData(const Mesh &mesh);
+    void setMeshData(const Mesh::VertexBufferType &newVertices,
+                     const Mesh::IndexBufferType &newIndices = Mesh::IndexBufferType(),
+                     MeshPrimitiveType newPrimType = MPT_TRIANGLES);
+
+    const Mesh &getMeshData() const { return meshData; }
+
+    /// Path of the file, as "..\assets\models\chair.kaVelModel"; "<dynamic>" for a mesh made by code.
+    String getFileName() const { return fileName; }
+    void setFileName(const String &val) { fileName = val; }
+
+private:
+    void upload();
+
+    String fileName;
+    Mesh meshData;
+};

@@ -1,0 +1,124 @@
+#include "engine/GameLoop.h"
+
+#include "engine/RunningMark.h"
+#include "engine/TimeSystem.h"
+#include "object/PythonCalls.h"
+#include "object/SavedArguments.h"
+#include "port/win32/Messages.h"
+
+#include "foundation/Logger.h"
+#include "foundation/ProfilerScope.h"
+
+namespace
+{
+/// Frames that the loading screen runs, enough to be on the screen while the level loads.
+constexpr int LOADING_SCREEN_FRAMES = 2;
+
+void murderUnlessDying(const Handle<Coordinator> &level)
+{
+    auto coordinator = level.lookup();
+    if (coordinator && !coordinator->isDying())
+        coordinator->murder();
+}
+} // namespace
+
+void GameLoopSystem::doFrame()
+{
+    if (frameRunning)
+    {
+        KV_LOG(Logger_::I_ERROR, "GameLoopSystem::doFrame was called from within a frame");
+        return;
+    }
+    const RunningMark mark(frameRunning);
+    ++frameNumber;
+
+    beginProfilerFrame();
+    measureFrame();
+    if (!queuedLevel.empty())
+        switchLevel();
+    runLevel();
+    cremateDeadObjects();
+}
+
+void GameLoopSystem::beginProfilerFrame()
+{
+    // The profiler lies above this folder, so it is reached by name, once.
+    if (!profilerNewFrame)
+    {
+        if (auto profiler = getSystem(SCS("ProfilerSystem")).lookup())
+            profilerNewFrame = profiler->bind(SCS("newFrame"));
+    }
+    if (profilerNewFrame)
+        profilerNewFrame->call().code.ignoreError();
+}
+
+void GameLoopSystem::measureFrame()
+{
+    const TimerTicks ticks = getSystemDeref<TimeSystem>().newFrame();
+    getTime().lookup()->newFrame(ticks);
+}
+
+void GameLoopSystem::switchLevel()
+{
+    murderUnlessDying(currentCoordinator);
+    const Handle<Coordinator> loadingScreen = loadLevel(SCS("LoadingScreen"));
+    for (int frame = 0; frame < LOADING_SCREEN_FRAMES; ++frame)
+    {
+        if (auto screen = loadingScreen.lookup())
+            screen->doFrame();
+    }
+    murderUnlessDying(loadingScreen);
+    currentCoordinator = loadLevel(queuedLevel);
+    cremateDeadObjects();
+    queuedLevel = String();
+}
+
+void GameLoopSystem::runLevel()
+{
+    if (auto level = currentCoordinator.lookup())
+    {
+        level->doFrame();
+        return;
+    }
+    KV_LOG(Logger_::I_ERROR, "There is no level to run: the coordinator died or was never loaded. The game quits; "
+                             "queueLoadLevel is the way to another level.");
+    quit(1);
+}
+
+void GameLoopSystem::setCurrentlyActiveCoordinator(Handle<Coordinator> c)
+{
+    currentCoordinator = c;
+}
+
+Handle<TimeKeeper> GameLoopSystem::getTime()
+{
+    if (!time.isValid())
+    {
+        time = construct<TimeKeeper>(defaultAllocationCategory);
+        time.lookup()->setParent(getTypedHandle());
+    }
+    return time;
+}
+
+void GameLoopSystem::queueLoadLevel(const String &levelName)
+{
+    queuedLevel = levelName;
+}
+
+void GameLoopSystem::quit(int exitCode)
+{
+    PostQuitMessage(exitCode);
+}
+
+Handle<Coordinator> loadLevel(const String &levelName)
+{
+    const ProfilerScope scope(SCS("loadLevel"), levelName);
+    Variant result;
+    if (!pythonCall("loader", "loadLevel", SavedArguments::of(levelName), result))
+        pythonRaisePending();
+
+    const Handle<Coordinator> level = handle_cast<Coordinator>(result.get<Handle<Object>>().value);
+    if (!level.isValid())
+        KV_LOGF(Logger_::I_ERROR, "loader.loadLevel('%s') returned no Coordinator", levelName.toCString());
+    return level;
+}

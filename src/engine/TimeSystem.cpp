@@ -1,0 +1,128 @@
+#include "engine/TimeSystem.h"
+
+#include "engine/NameSuggestion.h"
+#include "engine/QPCTimeSource.h"
+#include "engine/SystemSystem.h"
+#include "object/Reflection.h"
+#include "object/Variant.h"
+
+#include "foundation/Assertions.h"
+#include "foundation/Logger.h"
+
+void TimeSystem::setSource(Handle<TimeSource> src)
+{
+    auto next = src.lookup();
+    if (!next || next->isDying())
+    {
+        KV_LOG(Logger_::I_ERROR, "TimeSystem::setSource: the time source no longer lives; the present one stays");
+        return;
+    }
+    if (src == source)
+        return;
+    releaseSource();
+    next->setParent(getTypedHandle());
+    source = src;
+}
+
+void TimeSystem::setSource(const ReflectorPtr &type)
+{
+    if (!type || !type->isSubclassOf(TimeSource::staticType))
+    {
+        KV_LOGF(Logger_::I_ERROR, "TimeSystem::setSource: %s is no class derived from TimeSource; the present one stays",
+                type ? type->getQualifiedName().toCString() : "an empty reference");
+        return;
+    }
+    releaseSource();
+    sourceType = type;
+}
+
+void TimeSystem::setSource(const String &type)
+{
+    if (const ReflectorPtr sourceClass = Reflection().getType(type))
+        setSource(sourceClass);
+    else
+        KV_LOGF(Logger_::I_ERROR, "TimeSystem::setSource: %s", describeUnknownClass(type).toCString());
+}
+
+Handle<TimeSource> TimeSystem::getSource()
+{
+    liveSource();
+    return source;
+}
+
+Seconds TimeSystem::toSeconds(TimerTicks time)
+{
+    checkTPS();
+    return static_cast<Seconds>(time) / static_cast<Seconds>(ticksPerSecondCache);
+}
+
+TimerTicks TimeSystem::toTicks(Seconds time)
+{
+    checkTPS();
+    return castNumber<TimerTicks>(static_cast<Seconds>(ticksPerSecondCache) * time);
+}
+
+TimerTicks TimeSystem::newFrame()
+{
+    return liveSource().newFrame();
+}
+
+TimerTicks TimeSystem::now()
+{
+    return liveSource().now();
+}
+
+TimerTicks TimeSystem::getTicksPerSecond()
+{
+    checkTPS();
+    return ticksPerSecondCache;
+}
+
+void TimeSystem::checkTPS()
+{
+    if (ticksPerSecondCache != 0)
+        return;
+    if (!source.isValid())
+    {
+        if (!sourceType)
+            sourceType = QPCTimeSource::staticType;
+        source = handle_cast<TimeSource>(
+            sourceType->construct_a(*DefaultAllocatorGroup(), defaultAllocationCategory));
+        KV_CRITICAL_ASSERT(source.isValid(), "%s cannot be constructed as a time source.",
+                           sourceType->getName().toCString());
+        source.lookup()->setParent(getTypedHandle());
+    }
+    ticksPerSecondCache = source.lookup()->ticksPerSecond();
+}
+
+void TimeSystem::systemStartup()
+{
+    checkTPS();
+}
+
+void TimeSystem::systemShutdown()
+{
+    releaseSource();
+}
+
+System::DependencyList TimeSystem::systemDependencies()
+{
+    return {SystemSystem::staticType};
+}
+
+TimeSource &TimeSystem::liveSource()
+{
+    if (!source.isValid())
+        ticksPerSecondCache = 0;
+    checkTPS();
+    return *source.lookup();
+}
+
+void TimeSystem::releaseSource()
+{
+    auto old = source.lookup();
+    if (old && !old->isDying())
+        old->murder();
+    source = Handle<TimeSource>();
+    ticksPerSecondCache = 0;
+}

@@ -1,0 +1,91 @@
+// The process from its first instruction to its exit code.
+#include "engine/GameLoop.h"
+#include "engine/SystemSystem.h"
+#include "engine/TimeSystem.h"
+#include "object/PythonCalls.h"
+#include "object/Variant.h"
+#include "platform/InputSystem.h"
+#include "port/win32/Messages.h"
+
+#include "foundation/Assertions.h"
+
+namespace
+{
+/// Ends the process with the traceback of the Python exception that nobody handled.
+void failWithTraceback()
+{
+    Assertions::prepareAssert(AM_CRITICAL_ASSERT, AC_ALWAYS, "", "main", 78, getCurrentPythonTraceback());
+}
+
+/// Runs a step in which scripts run; an exception of theirs that comes out of it ends the process.
+template <class Step> void guarded(Step &&step)
+{
+    if (!pythonGuarded(step))
+        failWithTraceback();
+}
+
+void loadInitialLevel()
+{
+    Variant level;
+    if (!pythonAttribute("GameConfig", "initialLevel", level))
+        pythonRaisePending();
+    const ErrorReturn<String> name = level.get<String>();
+    KV_CRITICAL_ASSERT(name.succeeded(), "initialLevel of the script GameConfig is no text; it names the first level.");
+    getSystemDeref<GameLoopSystem>().setCurrentlyActiveCoordinator(loadLevel(name.value));
+}
+
+/// Starts the clock of the first frame behind the load.
+void primeClock()
+{
+    TimeSystem &time = getSystemDeref<TimeSystem>();
+    time.checkTPS();
+    time.newFrame();
+}
+
+/// Handles the window messages that wait; false, with the rest unread, once the quit message is among them.
+bool drainMessages(MSG &msg)
+{
+    while (PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE))
+    {
+        TranslateMessage(&msg);
+        DispatchMessageA(&msg);
+        if (msg.message == WM_QUIT)
+            return false;
+    }
+    return true;
+}
+
+/// Samples input, drains messages and runs a frame, over and over; returns the quit message's value.
+int runUntilQuit()
+{
+    InputDevices &devices = getSystemDeref<InputSystem>().getInputDevices();
+    GameLoopSystem &gameLoop = getSystemDeref<GameLoopSystem>();
+    MSG msg;
+    for (;;)
+    {
+        devices.update();
+        if (!drainMessages(msg))
+            return static_cast<int>(msg.wParam);
+        gameLoop.doFrame();
+    }
+}
+
+void endLevel()
+{
+    if (auto level = getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator().lookup())
+        level->murder();
+}
+} // namespace
+
+int main()
+{
+    SystemSystem::bootstrap();
+    initPython();
+    guarded(loadInitialLevel);
+    primeClock();
+    int exitCode = 0;
+    guarded([&] { exitCode = runUntilQuit(); });
+    endLevel();
+    SystemSystem::shutdown();
+    return exitCode;
+}

@@ -1,0 +1,196 @@
+#include "object/DoxyElement.h"
+
+#include "object/AutoReflector.h"
+#include "object/SavedArguments.h"
+
+#include <cctype>
+
+namespace
+{
+/// The name of the property that a function's name stands for: the part behind the prefix, first letter lowered.
+String propertyNameOf(const char *functionName)
+{
+    std::string property(functionName + 3);
+    property[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(property[0])));
+    return String::copyFrom(property).intern();
+}
+} // namespace
+
+String DoxyElement::toString() const
+{
+    return getQualifiedName();
+}
+
+String DoxyElement::getName() const
+{
+    return SCS(name);
+}
+
+String DoxyElement::getQualifiedName() const
+{
+    return SCS(qualifiedName);
+}
+
+IReflectedThing::Kind DoxyElement::getKind() const
+{
+    return kind;
+}
+
+IReflectionProvider *DoxyElement::getReflectionProvider() const
+{
+    return &getAutoReflector();
+}
+
+ReflectorPtr DoxyElement::getEnclosingScope() const
+{
+    return ReflectorPtr(context.scope);
+}
+
+String DoxyElement::getDefinitionLocation() const
+{
+    return SCS(locationstr);
+}
+
+ReflectorPtr DoxyElement::getMember(String memberName) const
+{
+    return ReflectorPtr(findMember(memberName));
+}
+
+const DoxyElement *DoxyElement::findMember(const String &memberName) const
+{
+    if (memberCount == 0)
+        return nullptr;
+    if (!memberIndex.isBuilt())
+        indexMembers();
+    const std::size_t at = memberIndex.find(memberName);
+    return at == NameIndex::none ? nullptr : members[at].obj;
+}
+
+void DoxyElement::indexMembers() const
+{
+    memberIndex.reserve(memberCount);
+    for (int i = 0; i < memberCount; ++i)
+        memberIndex.add(SCS(members[i].obj->name), i);
+}
+
+IReflectedThing::MemberList DoxyElement::getMemberList() const
+{
+    if (memberListCache.empty())
+    {
+        memberListCache.reserve(memberCount);
+        for (int i = 0; i < memberCount; ++i)
+            memberListCache.push_back(ReflectorPtr(members[i].obj));
+    }
+    return memberListCache;
+}
+
+IReflectedThing::PropertyList DoxyElement::getPropertyList() const
+{
+    collectProperties();
+    return propertyListCache;
+}
+
+ErrorReturn<PropertyDesc> DoxyElement::getProperty(const String &propertyName) const
+{
+    if (const PropertyDesc *found = findProperty(propertyName))
+        return *found;
+    return ErrorCode(ErrorCode::NO_SUCH_PROPERTY);
+}
+
+const PropertyDesc *DoxyElement::findProperty(const String &propertyName) const
+{
+    collectProperties();
+    const std::size_t at = properties.find(propertyName);
+    return at == NameIndex::none ? nullptr : &propertyListCache[at];
+}
+
+void DoxyElement::collectProperties() const
+{
+    if (propertiesCollected)
+        return;
+    propertiesCollected = true;
+    properties.reserve(memberCount);
+
+    for (int i = 0; i < memberCount; ++i)
+    {
+        const DoxyElement &member = *members[i].obj;
+        const std::string_view memberName(member.name);
+        if (member.kind != FUNCTION || memberName.size() <= 3 || !member.isCallable())
+            continue;
+        // An overload behind the first adds nothing: the first half of each pair stays.
+        if (memberName.starts_with("get") && member.getArgCount() == 1)
+        {
+            PropertyDesc &property = propertyListCache[ensurePropertyDescCreated(propertyNameOf(member.name))];
+            if (!property.getGetter())
+                property.setGetter(ReflectorPtr(&member));
+        }
+        else if (memberName.starts_with("set") && member.getArgCount() == 2)
+        {
+            PropertyDesc &property = propertyListCache[ensurePropertyDescCreated(propertyNameOf(member.name))];
+            if (!property.getSetter())
+                property.setSetter(ReflectorPtr(&member));
+        }
+    }
+}
+
+std::size_t DoxyElement::ensurePropertyDescCreated(const String &propertyName) const
+{
+    const std::size_t known = properties.find(propertyName);
+    if (known != NameIndex::none)
+        return known;
+    propertyListCache.push_back(PropertyDesc(propertyName));
+    properties.add(propertyName, propertyListCache.size() - 1);
+    return propertyListCache.size() - 1;
+}
+
+std::int64_t DoxyElement::getEnumValue() const
+{
+    return enumValue;
+}
+
+ReflectorPtr DoxyElement::getOverriddenThing() const
+{
+    return ReflectorPtr(context.overridden);
+}
+
+std::size_t DoxyElement::getArgCount() const
+{
+    return paramCount + (context.takesThis ? 1 : 0);
+}
+
+ReflectorPtr DoxyElement::getReturnType() const
+{
+    return ReflectorPtr(context.returnType);
+}
+
+ReflectorPtr DoxyElement::getArgType(std::size_t arg) const
+{
+    if (arg >= getArgCount())
+        return nullptr;
+    if (context.takesThis && arg == 0)
+        return ReflectorPtr(context.scope);
+    const std::size_t parameter = context.takesThis ? arg - 1 : arg;
+    return context.argTypes ? ReflectorPtr(context.argTypes[parameter]) : nullptr;
+}
+
+ErrorReturn<Variant> DoxyElement::do_call(SavedArguments &args) const
+{
+    return function_invoker ? function_invoker(args) : ErrorReturn<Variant>(ErrorCode::NOT_CALLABLE);
+}
+
+Handle<Object> DoxyElement::construct_a(IAllocator &allocator, AllocationCategory &category) const
+{
+    return constructor_invoker ? constructor_invoker(allocator, category) : Handle<Object>();
+}
+
+bool DoxyElement::isSubclassOf(const ReflectorPtr &possibleSuperclass) const
+{
+    if (possibleSuperclass.get() == this)
+        return true;
+    for (int i = 0; i < allBaseCount; ++i)
+    {
+        if (allBases[i].obj == possibleSuperclass.get())
+            return true;
+    }
+    return false;
+}

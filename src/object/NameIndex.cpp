@@ -1,0 +1,19 @@
+#include "object/NameIndex.h"
+
+#include <bit>
+
+void NameIndex::reserve(std::size_t names)
+{
+    slots.assign(std::bit_ceil(names * 2 + 1), Slot());
+}
+
+void NameIndex::add(const String &name, std::size_t position)
+{
+    if (find(name) != none)
+        return;
+    const std::size_t mask = slots.size() - 1;
+    std::size_t at = hash_value(name) & mask;
+    while (slots[at].used)
+        at = (at + 1) & mask;
+    slots[at] = Slot{name.intern(), static_cast<std::uint32_t>(position), true};
+}

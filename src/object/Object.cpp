@@ -1,0 +1,319 @@
+#include "object/Object.h"
+
+#include "object/PartialFunctionApplication.h"
+#include "object/PropertyDesc.h"
+#include "object/Reflection.h"
+#include "object/SavedArguments.h"
+
+#include "foundation/Assertions.h"
+#include "foundation/Logger.h"
+
+#include <algorithm>
+#include <cstring>
+#include <ctime>
+
+namespace
+{
+/// Murdered objects that wait for the next cremation, in the order of their deaths.
+using MorgueType = std::vector<Handle<Object>>;
+
+MorgueType &morgue()
+{
+    static MorgueType *instance = new MorgueType;
+    return *instance;
+}
+
+struct PathPrefix
+{
+    String prefix;
+    Handle<Object> (*root)();
+};
+
+std::vector<PathPrefix> &pathPrefixes()
+{
+    static auto *instance = new std::vector<PathPrefix>;
+    return *instance;
+}
+} // namespace
+
+void Object::handleMessage(const Message &) {}
+
+void Object::onMurder() {}
+
+void Object::onLoadComplete() {}
+
+void Object::applyDebugDraw(const Handle<DebugCollectorComponent> &) {}
+
+void Object::onHierarchyChange(Handle<Object>, Handle<Object>) {}
+
+String Object::toString() const
+{
+    return String::format("<%s: %s instance at 0x%zx>", getName().toCString(), getType()->getName().toCString(),
+                          reinterpret_cast<std::size_t>(this));
+}
+
+void Object::setParent(Handle<Object> newParent)
+{
+    if (newParent == parent)
+        return;
+    if (newParent.isValid() && isAncestorOf(newParent))
+    {
+        KV_ERROR("%s cannot become a descendant of itself under %s", toString().toCString(),
+                 newParent.toString().toCString());
+        return;
+    }
+
+    const Handle<Object> oldParent = parent;
+    if (auto old = oldParent.lookup())
+        old->removeChild(this_);
+    parent = newParent;
+    if (auto next = newParent.lookup())
+        next->children.push_back(this_);
+    sendHierarchyChangeNotification(this_, oldParent);
+}
+
+bool Object::isAncestorOf(const Handle<Object> &other) const
+{
+    for (auto o = other.lookup(); o; o = o->parent.lookup())
+    {
+        if (o.ptr == this)
+            return true;
+    }
+    return false;
+}
+
+void Object::removeChild(const Handle<Object> &child)
+{
+    children.erase(std::remove(children.begin(), children.end(), child), children.end());
+}
+
+void Object::sendHierarchyChangeNotification(const Handle<Object> &reparented, const Handle<Object> &oldParent)
+{
+    onHierarchyChange(reparented, oldParent);
+    // By index: an overrider may give this object a new child.
+    for (std::size_t i = 0; i < children.size(); ++i)
+    {
+        if (auto child = children[i].lookup())
+            child->sendHierarchyChangeNotification(reparented, oldParent);
+    }
+}
+
+void Object::murder()
+{
+    if (dying)
+        return;
+    dying = true;
+    morgue().push_back(this_);
+    omnifilicide();
+}
+
+void Object::omnifilicide()
+{
+    for (std::size_t i = 0; i < children.size(); ++i)
+    {
+        if (auto child = children[i].lookup())
+        {
+            child->omnifilicide();
+            child->murder();
+        }
+    }
+}
+
+Handle<Object> Object::getAncestorOfType(const ReflectorPtr &type)
+{
+    if (!type)
+        return Handle<Object>();
+    for (Object *o = this; o; o = o->parent.lookup().ptr)
+    {
+        if (o->getType()->isSubclassOf(type))
+            return o->this_;
+    }
+    return Handle<Object>();
+}
+
+Handle<Object> Object::getAncestorOfType(const String &type)
+{
+    return getAncestorOfType(Reflection().getType(type));
+}
+
+Handle<Object> Object::getChild(const String &childName) const
+{
+    static const String self = SCS(".");
+    static const String up = SCS("..");
+    if (childName.empty() || childName == self)
+        return this_;
+    if (childName == up)
+        return parent;
+    for (const Handle<Object> &h : children)
+    {
+        auto child = h.lookup();
+        if (child && child->getName() == childName)
+            return h;
+    }
+    return Handle<Object>();
+}
+
+Handle<Object> Object::getDescendantByPath(const String &path) const
+{
+    if (path.empty())
+        return this_;
+
+    const char *text = path.toCString();
+    const char *slash = static_cast<const char *>(std::memchr(text, '/', path.size()));
+    if (!slash)
+        return getChild(path);
+
+    const ssize_t headLength = slash - text;
+    auto head = getChild(path.slice(0, headLength)).lookup();
+    return head ? head->getDescendantByPath(path.slice(headLength + 1)) : Handle<Object>();
+}
+
+String Object::getName() const
+{
+    if (name.empty())
+    {
+        name = String::format("unnamed__%s_0x%zx_%llx", getType()->getQualifiedName().toCString(),
+                              reinterpret_cast<std::size_t>(this), static_cast<unsigned long long>(std::time(nullptr)));
+    }
+    return name;
+}
+
+void Object::setName(const String &newName)
+{
+    if (newName.empty())
+        name = String();
+    else if (newName != name)
+        name = newName;
+}
+
+ErrorReturn<Variant> Object::getPropertyValue(const String &propertyName) const
+{
+    const ErrorReturn<PropertyDesc> property = getType()->getProperty(propertyName);
+    if (!property.code.succeeded())
+        return property.code;
+    if (!property.value.getGetter())
+        return ErrorCode(ErrorCode::PROPERTY_NOT_READABLE);
+    return property.value.getGetter()->call(this_);
+}
+
+ErrorCode Object::setPropertyValue(const String &propertyName, const Variant &value, bool markForSaving)
+{
+    const ErrorReturn<PropertyDesc> property = getType()->getProperty(propertyName);
+    if (!property.code.succeeded())
+        return property.code;
+    if (!property.value.getSetter())
+        return ErrorCode::PROPERTY_NOT_WRITABLE;
+
+    const ErrorCode code = property.value.getSetter()->call(this_, value).code;
+    if (code.succeeded() && markForSaving && !pattern.isNone() && pythonConversions.markPropertyEdited &&
+        !pythonConversions.markPropertyEdited(pattern, propertyName))
+    {
+        KV_LOG(Logger_::I_CRITICAL, String::format("Failed to set pattern property `%s' of object %s",
+                                                   propertyName.toCString(), toString().toCString()));
+    }
+    return code;
+}
+
+ReflectorPtr Object::bind(String function) const
+{
+    const ReflectorPtr member = getType()->getMember(function);
+    if (!member)
+    {
+        KV_LOG(Logger_::I_ERROR, String::format("%s has no member '%s' to bind",
+                                                getType()->getQualifiedName().toCString(), function.toCString()));
+        return nullptr;
+    }
+    return PartialFunctionApplication::construct(member, this_);
+}
+
+void Object::addToPersistentStateNoArgs(String funcName)
+{
+    recordPersistentCall(funcName, SavedArguments::of());
+}
+
+void Object::addToPersistentStateOneArg(String funcName, const Variant &arg)
+{
+    recordPersistentCall(funcName, SavedArguments::of(arg));
+}
+
+void Object::addToPersistentStateTwoArgs(String funcName, const Variant &argOne, const Variant &argTwo)
+{
+    recordPersistentCall(funcName, SavedArguments::of(argOne, argTwo));
+}
+
+namespace
+{
+PersistentCallRecorder persistentCallRecorder = nullptr;
+}
+
+void setPersistentCallRecorder(PersistentCallRecorder recorder)
+{
+    persistentCallRecorder = recorder;
+}
+
+void Object::recordPersistentCall(const String &funcName, const SavedArguments &arguments)
+{
+    static const String coordinatorClass = SCS("Coordinator");
+    static const String recorderPath = SCS("PersistentState/persist");
+    auto level = getAncestorOfType(coordinatorClass).lookup();
+    if (!level || !persistentCallRecorder)
+        return;
+    const Handle<Object> store = level->getDescendantByPath(recorderPath);
+    if (store.isValid())
+        persistentCallRecorder(store, this_, funcName, arguments);
+}
+
+Handle<Object> getObjectByPath(const String &path, const Handle<Object> &relativeTo)
+{
+    for (const PathPrefix &entry : pathPrefixes())
+    {
+        if (!path.startsWith(entry.prefix))
+            continue;
+        auto root = entry.root().lookup();
+        return root ? root->getDescendantByPath(path.slice(entry.prefix.size())) : Handle<Object>();
+    }
+    auto start = relativeTo.lookup();
+    return start ? start->getDescendantByPath(path) : Handle<Object>();
+}
+
+void registerPathPrefix(const String &prefix, Handle<Object> (*root)())
+{
+    for (PathPrefix &entry : pathPrefixes())
+    {
+        if (entry.prefix == prefix)
+        {
+            entry.root = root;
+            return;
+        }
+    }
+    pathPrefixes().push_back({prefix, root});
+}
+
+void cremateDeadObjects()
+{
+    MorgueType batch;
+    batch.swap(morgue());
+    if (batch.empty())
+        return;
+
+    for (const Handle<Object> &h : batch)
+    {
+        if (auto o = h.lookup())
+            o->onMurder();
+    }
+    for (const Handle<Object> &h : batch)
+    {
+        auto o = h.lookup();
+        if (!o)
+            continue;
+        o->setParent(Handle<Object>());
+        o->~Object();
+        deallocate(o.ptr);
+        ObjectMap().deregisterHandle(h);
+    }
+
+    // The batch's memory serves the next deaths, so that a frame in which objects die allocates nothing for it.
+    batch.clear();
+    if (morgue().empty())
+        batch.swap(morgue());
+}

@@ -1,0 +1,20 @@
+// PythonInvocation: reflected calls made by scripts, and how their failures are raised.
+#pragma once
+
+#include "object/PythonRef.h"
+#include "object/SavedArguments.h"
+
+/// Makes a reflected call for a script.
+///
+/// @return the value as a new reference, `None` for a function without result; null with "Call to %s failed: %s"
+///         raised as RuntimeError, or with the exception that came through the call
+PyObject *callForPython(const IReflectedThing &thing, SavedArguments &args);
+
+/// Raises RuntimeError with "Call to %s failed: %s" of what was called and the code's text; returns null.
+PyObject *raiseCallFailure(const String &what, const ErrorCode &code);
+
+/// Raises what came through the engine as a C++ exception; to be called in a catch block. Returns null.
+PyObject *raiseCaughtException();
+
+/// Raises TypeError if there are keyword arguments, which a reflected call does not take; false then.
+bool refuseKeywords(const IReflectedThing &thing, PyObject *keywordNames);

@@ -1,0 +1,51 @@
+#include "object/PythonReflectionSystem.h"
+
+#include "object/AutoReflector.h"
+#include "object/NearestName.h"
+#include "object/PythonInvocation.h"
+#include "object/PythonThing.h"
+#include "object/Reflection.h"
+
+#include <boost/python.hpp>
+
+namespace python = boost::python;
+
+namespace
+{
+
+PyObject *getTypeByName(const Reflection_ &reflection, const String &name)
+{
+    // The interpreter asks every object for names of its own, which no reflected thing bears.
+    const ReflectorPtr type = name.startsWith(SCS("__")) ? ReflectorPtr() : reflection.getType(name);
+    if (type)
+        return wrapThing(type);
+    NearestName nearest(name);
+    for (const String &known : getAutoReflector().getClassNames())
+        nearest.consider(known);
+    return raisePython(PyExc_AttributeError,
+                       String::format("no class '%s'%s", name.toCString(), nearest.hint().toCString()));
+}
+
+bool hasType(const Reflection_ &reflection, const String &name)
+{
+    return bool(reflection.getType(name));
+}
+
+Reflection_ &getReflectionInstance()
+{
+    return Reflection();
+}
+
+} // namespace
+
+void addReflectionSystem(PyObject *module)
+{
+    const python::scope within{python::object(python::handle<>(python::borrowed(module)))};
+    python::class_<Reflection_, boost::noncopyable>("_ReflectionSystem", "Reflected things by name.", python::no_init)
+        .def("__getattr__", getTypeByName)
+        .def("__contains__", hasType)
+        .def("has_key", hasType);
+    python::def("_ReflectionInstance", getReflectionInstance,
+                python::return_value_policy<python::reference_existing_object>(),
+                "The one register of reflected things.");
+}

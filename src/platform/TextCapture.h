@@ -1,0 +1,24 @@
+// TextCapture: where typed text goes while something on screen is being typed into.
+#pragma once
+
+/// Takes the keys of a text entry as they are typed, repeats of a held key included. The console installs one.
+class TextCapture
+{
+public:
+    virtual ~TextCapture() = default;
+
+    /// Whether text is being entered now.
+    virtual bool wantsText() const = 0;
+    /// Takes one key: a printable character (32 to 126), 8 backspace, 9 tab, 13 enter, 27 escape, 127 delete, or 500 to
+    /// 503 for the arrows left, up, right, down.
+    virtual void add(unsigned key) = 0;
+
+    /// The installed capture; null while there is none.
+    static TextCapture *current();
+    /// Installs a capture, or takes it out with null; borrowed.
+    static void setCurrent(TextCapture *capture);
+};
+
+/// The code that TextCapture::add takes for a key of a US keyboard; 0 for one that types nothing.
+/// @param key  virtual-key code
+unsigned typedCode(unsigned key, bool shift, bool capsLock);

@@ -1,0 +1,51 @@
+// D3D9Extras: what our device offers beyond the published interfaces.
+//
+// Every function takes a device made by Direct3DCreate9 of this folder; a device of a test's own makes those that
+// return HRESULT fail with D3DERR_INVALIDCALL, and the others do nothing.
+#pragma once
+
+#include "port/d3d9/d3d9.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace port
+{
+
+/// What one frame asked of the driver, from one Present to the next.
+struct FrameStats
+{
+    unsigned draws = 0;         ///< draw calls
+    unsigned instances = 0;     ///< instances over all draw calls; a plain draw counts as one
+    unsigned stateChanges = 0;  ///< calls that changed driver state, redundant ones filtered out
+    unsigned targetChanges = 0; ///< switches to another set of render targets
+    unsigned clears = 0;
+    unsigned uploads = 0; ///< writes into buffers and textures
+    std::uint64_t uploadBytes = 0;
+};
+
+/// Counters of the last presented frame; all zero before the first.
+FrameStats lastFrameStats(IDirect3DDevice9 *device);
+
+/// Counters since the last Present.
+FrameStats currentFrameStats(IDirect3DDevice9 *device);
+
+/// Writes the back buffer into a PNG file, right way up.
+///
+/// The contents stay valid after Present until the next frame draws. The path is a designed one. Fails with
+/// D3DERR_INVALIDCALL if the file cannot be written; the debug output tells why.
+HRESULT saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile);
+
+/// Draws on top of the presented picture, straight into the window, before it is shown.
+///
+/// Called in Present with the window's size in pixels; may use the graphics library directly and may leave its state
+/// changed. An empty function removes the overlay.
+void setPresentOverlay(IDirect3DDevice9 *device, std::function<void(int width, int height)> overlay);
+
+/// Simulates the loss of the device, and its becoming resettable.
+///
+/// true: Present, TestCooperativeLevel and drawing return D3DERR_DEVICELOST. false, after that: TestCooperativeLevel
+/// returns D3DERR_DEVICENOTRESET until Reset has succeeded.
+void setDeviceLost(IDirect3DDevice9 *device, bool lost);
+
+} // namespace port

@@ -1,0 +1,49 @@
+// Display: the screen's size and its modes.
+//
+// Operations carry their published names and meaning; each is forwarded to the platform in place, see Win32Platform.h.
+#pragma once
+
+#include "port/win32/WinTypes.h"
+
+#include <vector>
+
+constexpr int SM_CXSCREEN = 0;
+constexpr int SM_CYSCREEN = 1;
+
+constexpr DWORD ENUM_CURRENT_SETTINGS = 0xFFFFFFFF;
+constexpr DWORD ENUM_REGISTRY_SETTINGS = 0xFFFFFFFE;
+
+/// Settings of a display; only what the engine reads of the published record.
+struct DEVMODEA
+{
+    WORD dmSize = sizeof(DEVMODEA);
+    DWORD dmBitsPerPel = 0;
+    DWORD dmPelsWidth = 0;        ///< pixels
+    DWORD dmPelsHeight = 0;       ///< pixels
+    DWORD dmDisplayFrequency = 0; ///< hertz
+};
+
+/// A mode of the first display by number, or its present or stored settings.
+///
+/// The host knows no stored settings apart from the present ones, so both are the desktop's mode.
+/// @param deviceName  null for the first display; no other is known
+/// @return false where there is no such mode
+BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode);
+
+/// A measure of the system, of those named SM_ above; 0 for any other.
+int GetSystemMetrics(int index);
+
+namespace port
+{
+
+struct DisplayMode
+{
+    int width;       ///< pixels
+    int height;      ///< pixels
+    int refreshRate; ///< hertz
+};
+
+/// The modes of the first display, without doubles; never empty. Off-screen a fixed list around 1280x720.
+const std::vector<DisplayMode> &displayModes();
+
+} // namespace port

@@ -1,0 +1,63 @@
+// GraphicsComponent2: base of everything that is drawn.
+#pragma once
+
+#include "rendering/SceneGraph.h"
+
+#include "engine/AbstractComponent.h"
+#include "engine/RequestHandle.h"
+
+class BatchProxy;
+
+/// A drawn component, under the manager key "graphics2".
+///
+/// It does not draw by itself: it states the parameters of its batch and fills one instance record for itself;
+/// the scene graph sorts, batches and draws. It must be given a layer before it is loaded.
+class GraphicsComponent2 : public AbstractComponent
+{
+    KV_REFLECTED(GraphicsComponent2)
+public:
+    /// Enters the component in the scene graph of its manager; one without a layer is reported and not drawn.
+    void onLoadComplete() override;
+    void onMurder() override;
+
+    /// What the batch that begins with this component needs: mesh, techniques by shader set, constants.
+    virtual GraphicsSystem2::BatchRenderParams batchGetParams() = 0;
+    /// Writes this component's instance records; not called for a batch without an instance stream.
+    virtual void objectDraw(BatchProxy &batch) = 0;
+    /// Instance records that objectDraw writes; 0 draws nothing.
+    virtual int objectGetInstanceCount();
+    /// Runs before the batch that begins with this component is drawn; a failure ends the pass.
+    virtual ErrorCode batchPreRender();
+    /// Whether this component sorts before another of the same class; equal ones share a draw call.
+    ///
+    /// Without an override every component is a batch of its own, in the order of handles.
+    virtual bool doBatchCompare(const Handle<GraphicsComponent2> &rhs) const;
+    /// Whether this component sorts before another: by class first, then by doBatchCompare. A dead one sorts first.
+    bool batchCompare(const Handle<GraphicsComponent2> &rhs) const;
+
+    bool getVisible() const { return visible; }
+    /// Whether the component is drawn at all.
+    void setVisible(bool val) { visible = val; }
+    bool getCastShadows() const { return castShadows; }
+    /// Whether the component is drawn into shadow maps.
+    void setCastShadows(bool val) { castShadows = val; }
+    SceneGraph::Layer getLayer() const { return layer; }
+    /// Moves the component to another layer; NUM_LAYERS, or any number beyond, takes it out of all.
+    void setLayer(SceneGraph::Layer val);
+    RequestHandle getLastRequest() const { return lastRequest; }
+    /// The walk over the grid that found this component last.
+    void setLastRequest(RequestHandle val) { lastRequest = val; }
+
+protected:
+    GraphicsComponent2() = default;
+
+    /// The scene graph of this component's manager; invalid without one.
+    Handle<SceneGraph> getSceneGraph() const;
+
+private:
+    bool visible = true;
+    bool castShadows = true;
+    SceneGraph::Layer layer = SceneGraph::NUM_LAYERS; ///< NUM_LAYERS: not set yet
+    RequestHandle lastRequest = 0;
+    bool loaded = false; ///< set by onLoadComplete; a layer set before that enters nothing yet
+};

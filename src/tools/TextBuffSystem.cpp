@@ -1,0 +1,8 @@
+#include "tools/TextBuffSystem.h"
+
+#include "engine/SystemSystem.h"
+
+System::DependencyList TextBuffSystem::systemDependencies()
+{
+    return {SystemSystem::staticType};
+}

@@ -1,0 +1,175 @@
+// Failed checks: what is reported, what goes on and what ends the process.
+#include "foundation/Assertions.h"
+#include "foundation/ErrorCode.h"
+#include "foundation/Logger.h"
+#include "foundation/StackTrace.h"
+#include "port/win32/Diagnostics.h"
+
+#include <boost/format.hpp>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace
+{
+
+struct Box
+{
+    std::string text;
+    std::string caption;
+    UINT type;
+};
+std::vector<Box> boxes;
+
+bool recordBox(HWND, const char *text, const char *caption, UINT type)
+{
+    boxes.push_back({text, caption, type});
+    return true;
+}
+
+/// Catches message boxes, and the error stream, for one test.
+class AssertionTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        boxes.clear();
+        port::setMessageBoxPresenter(recordBox);
+        port::flushDebugOutput();
+        testing::internal::CaptureStderr();
+    }
+    void TearDown() override
+    {
+        port::flushDebugOutput();
+        testing::internal::GetCapturedStderr();
+        port::setMessageBoxPresenter(nullptr);
+    }
+    static const Logger_::HistoryEntry &lastLine() { return Logger().getHistoryEntry(Logger().getHistorySize() - 1); }
+};
+
+class FailsWhileTheStackIsDumped : public IConsoleOutputProvider
+{
+public:
+    void writeLine(Logger_::Importance level, const String &, const String &, long) override
+    {
+        if (level == Logger_::I_STACKTRACE)
+            KV_VERIFY(false, "nested");
+    }
+};
+
+} // namespace
+
+TEST_F(AssertionTest, HeldChecksEvaluateTheirExpressionOnceAndReportNothing)
+{
+    int evaluated = 0;
+    const std::size_t before = Logger().getLogCount();
+    KV_ASSERT(++evaluated == 1, "never seen");
+    KV_CRITICAL_ASSERT(++evaluated == 2);
+    KV_VERIFY(++evaluated == 3);
+    EXPECT_EQ(evaluated, 3);
+    EXPECT_EQ(Logger().getLogCount(), before);
+}
+
+TEST_F(AssertionTest, VerifyLogsAWarningAndGoesOnWithoutABox)
+{
+    KV_VERIFY(1 + 1 == 3, "%d is not %s", 2, "three");
+    EXPECT_EQ(lastLine().level, Logger_::I_WARNING);
+    EXPECT_EQ(lastLine().message, SCS("Minor assertion failed: [ 1 + 1 == 3 ] 2 is not three"));
+    EXPECT_EQ(lastLine().line, __LINE__ - 3);
+    EXPECT_TRUE(boxes.empty());
+}
+
+TEST_F(AssertionTest, AssertShowsABoxAndGoesOn)
+{
+    KV_ASSERT(false);
+    const std::string place = std::string("at file ") + __FILE__ + ", line " + std::to_string(__LINE__ - 1) + ".";
+    EXPECT_EQ(lastLine().level, Logger_::I_ERROR);
+    EXPECT_EQ(lastLine().message, SCS("Assertion failed: [ false ] <no message>"));
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].caption, "Assertion failed!");
+    EXPECT_EQ(boxes[0].type, 0x2030u);
+    EXPECT_EQ(boxes[0].text, "<no message>\n\nThe failing expression was:\n\tfalse\n\n" + place);
+}
+
+TEST_F(AssertionTest, MessagesMayBeAnyTextForm)
+{
+    KV_WARN(ErrorCode(ErrorCode::BAD_HANDLE));
+    EXPECT_EQ(lastLine().message, SCS("Minor assertion failed: [  ] BAD_HANDLE: <No error description.>"));
+    KV_WARN(boost::format("%1%%%") % 50);
+    EXPECT_EQ(lastLine().message, SCS("Minor assertion failed: [  ] 50%"));
+    KV_WARN(SCS("100%s"));
+    EXPECT_EQ(lastLine().message, SCS("Minor assertion failed: [  ] 100%s"));
+    KV_ERROR("raised");
+    ASSERT_EQ(boxes.size(), 1u);
+    EXPECT_EQ(boxes[0].text.find("The failing expression"), std::string::npos);
+}
+
+TEST_F(AssertionTest, FrameLinesOfTheStackStayOutOfTheHistory)
+{
+    KV_VERIFY(false);
+    const std::size_t last = Logger().getHistorySize() - 1;
+    EXPECT_EQ(Logger().getHistoryEntry(last - 1).message, SCS("-- End stack trace:"));
+    EXPECT_EQ(Logger().getHistoryEntry(last - 2).message, SCS("-- Begin stack trace:"));
+}
+
+TEST(AssertionDeathTest, CriticalAssertReportsAndEndsTheProcessWithStatus1)
+{
+    EXPECT_EXIT(KV_CRITICAL_ASSERT(false, "nothing left to stand on"), testing::ExitedWithCode(1),
+                "Critical assertion failed!\n.*nothing left to stand on(.|\n)*The game will now abort.");
+    EXPECT_EXIT(KV_FATAL("cannot go on"), testing::ExitedWithCode(1), "cannot go on");
+}
+
+TEST(AssertionDeathTest, AssertionDuringTheReportOfAnotherEndsTheProcess)
+{
+    const auto failTwice = []
+    {
+        Logger().addOutputProvider(std::make_unique<FailsWhileTheStackIsDumped>());
+        KV_VERIFY(false, "outer");
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(failTwice(), testing::ExitedWithCode(1), "");
+}
+
+namespace
+{
+
+__attribute__((noinline)) StackTrace traceFromHere()
+{
+    return StackTrace();
+}
+
+} // namespace
+
+TEST(StackTrace, NamesItsCallersInnermostFirst)
+{
+    const StackTrace trace = traceFromHere();
+    ASSERT_GE(trace.getFrameCount(), 2u);
+    EXPECT_LT(trace.getFrameCount(), MAX_STACKTRACE_FRAMES);
+    const StackTrace::Frame innermost = trace.getFrame(0).value;
+    EXPECT_NE(std::string(innermost.function.toCString()).find("traceFromHere"), std::string::npos)
+        << innermost.function.toCString();
+    EXPECT_TRUE(innermost.dataRetrieved);
+    EXPECT_EQ(trace.getFrame(trace.getFrameCount()).code.getCode(), ErrorCode::OUT_OF_BOUNDS);
+#ifdef KV_HAVE_BACKTRACE
+    EXPECT_NE(std::string(innermost.file.toCString()).find("AssertionsTest.cpp"), std::string::npos);
+    EXPECT_GT(innermost.line, 0);
+#endif
+}
+
+TEST(StackTrace, LooksEachFrameUpOnce)
+{
+    const StackTrace trace = traceFromHere();
+    const String first = trace.getFrame(0).value.function;
+    EXPECT_EQ(trace.getFrame(0).value.function.toCString(), first.toCString());
+    EXPECT_EQ(std::string(trace.toString().toCString()).find(first.toCString()) != std::string::npos, true);
+}
+
+TEST(StackTrace, SkipLeavesOutTheInnermostFrames)
+{
+    const StackTrace all(1);
+    const StackTrace without(2);
+    EXPECT_EQ(without.getFrameCount() + 1, all.getFrameCount());
+    EXPECT_EQ(without.getFrame(0).value.address, all.getFrame(1).value.address);
+    EXPECT_NE(without.getHash(), all.getHash());
+}

@@ -1,0 +1,99 @@
+// Death in the object tree: marks, the two passes, and what stays resolvable meanwhile.
+#include "support/TestThing.h"
+
+#include <gtest/gtest.h>
+
+TEST(Cremation, ObjectMurderedDuringOnMurderWaitsForTheNextRound)
+{
+    const Handle<TestThing> victim = spawn("victim");
+    const Handle<TestThing> avenger = spawn("avenger");
+    int farewells = 0;
+    victim.lookup()->whenMurdered = [&] { ++farewells; };
+    avenger.lookup()->whenMurdered = [&] { victim.lookup()->murder(); };
+    avenger.lookup()->murder();
+
+    cremateDeadObjects();
+    EXPECT_FALSE(avenger.isValid());
+    EXPECT_TRUE(victim.isValid());
+    EXPECT_EQ(farewells, 0);
+    cremateDeadObjects();
+    EXPECT_FALSE(victim.isValid());
+    EXPECT_EQ(farewells, 1);
+}
+
+TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
+{
+    const Handle<TestThing> parent = spawn("parent");
+    const Handle<TestThing> child = spawn("child", parent);
+    const Handle<TestThing> grandchild = spawn("grandchild", child);
+    std::vector<String> story;
+    for (const Handle<TestThing> &h : {parent, child, grandchild})
+    {
+        const String name = h.lookup()->getName();
+        h.lookup()->whenMurdered = [&, h, name] {
+            story.push_back(name);
+            EXPECT_TRUE(h == parent || h.lookup()->getParent().isValid());
+        };
+        h.lookup()->whenDestroyed = [&, name] { story.push_back(SCS("~") + name); };
+    }
+
+    parent.lookup()->murder();
+    parent.lookup()->murder();
+    EXPECT_TRUE(grandchild.lookup()->isDying());
+    cremateDeadObjects();
+
+    const std::vector<String> expected{SCS("parent"),  SCS("grandchild"),  SCS("child"),
+                                       SCS("~parent"), SCS("~grandchild"), SCS("~child")};
+    EXPECT_EQ(story, expected);
+}
+
+TEST(Cremation, TheSecondPassTellsTheObjectThatItLeavesItsParent)
+{
+    const Handle<TestThing> parent = spawn("parent");
+    const Handle<TestThing> child = spawn("child", parent);
+    std::vector<std::pair<Handle<Object>, Handle<Object>>> moves;
+    child.lookup()->whenDestroyed = [&, raw = child.lookup().ptr] { moves = raw->moves; };
+    child.lookup()->moves.clear();
+
+    child.lookup()->murder();
+    cremateDeadObjects();
+    ASSERT_EQ(moves.size(), 1u);
+    EXPECT_EQ(moves[0].second, Handle<Object>(parent));
+    EXPECT_EQ(parent.lookup()->getChildCount(), 0u);
+    parent.lookup()->murder();
+    cremateDeadObjects();
+}
+
+TEST(Cremation, NumbersAreNeverReusedAndPagesOfTheDeadResolveToNothing)
+{
+    std::vector<Handle<TestThing>> generation;
+    for (int i = 0; i < 5000; ++i)
+        generation.push_back(spawn("mayfly"));
+    const std::size_t alive = ObjectMap().getObjectCount();
+    for (const auto &h : generation)
+        h.lookup()->murder();
+    cremateDeadObjects();
+
+    EXPECT_EQ(ObjectMap().getObjectCount(), alive - generation.size());
+    const Handle<TestThing> next = spawn("next");
+    for (const auto &h : generation)
+    {
+        EXPECT_FALSE(h.isValid());
+        EXPECT_LT(h, next);
+    }
+    EXPECT_EQ(generation[0].toString(), SCS("Handle<TestThing>(<invalid>)"));
+    next.lookup()->murder();
+    cremateDeadObjects();
+}
+
+TEST(Cremation, ReturnsEveryByteToItsCategory)
+{
+    AllocationCategory category("test things");
+    const Handle<TestThing> h = construct<TestThing>(category);
+    EXPECT_EQ(category.objectCount, 1u);
+    EXPECT_GE(category.totalObjectSize, sizeof(TestThing));
+    h.lookup()->murder();
+    cremateDeadObjects();
+    EXPECT_EQ(category.objectCount, 0u);
+    EXPECT_EQ(category.totalObjectSize, 0u);
+}

@@ -1,0 +1,232 @@
+"""The reflection generator on small trees of headers: what it writes, what it leaves alone, how it refuses."""
+import argparse
+import ast
+import difflib
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import traceback
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+GENERATOR = ROOT / "tools" / "reflect"
+sys.path.insert(0, str(GENERATOR))
+import doxygen
+from failure import ReflectionError
+
+HEADERS = {
+    "base/Object.h": """
+/// Base of everything.
+class Object
+{
+    KV_REFLECTED(Object)
+public:
+    /// The name.
+    String getName() const;
+    void setName(const String &name);
+    virtual void update(float seconds);
+};
+""",
+    "base/Door.h": """
+#include "base/Object.h"
+/// Opens and shuts. More text.
+class Door : public Object
+{
+    KV_REFLECTED(Door)
+public:
+    /// How far it stands open.
+    enum State { SHUT, AJAR, OPEN };
+    void update(float seconds) override;
+    State getState() const;
+    void setState(State state);
+    Handle<Door> getTwin() const;
+    void tooMany(int a, int b, int c, int d, int e);
+};
+""",
+    "game/Lamp.h": """
+#include "base/Object.h"
+/// Shines.
+class Lamp : public Object
+{
+    KV_REFLECTED(Lamp)
+public:
+    void light(const Handle<Door> &way, float watts);
+};
+/// Number of lamps.
+int countLamps();
+""",
+}
+
+
+class Tree:
+    """A source tree in a temporary folder, and runs of the generator over it."""
+
+    def __init__(self, folder, headers=None):
+        self.root = pathlib.Path(folder)
+        for path, text in (headers or HEADERS).items():
+            self.write(path, text)
+
+    def write(self, path, text):
+        target = self.root / "src" / path
+        target.parent.mkdir(parents=True, exist_ok=True)
+        target.write_text("#pragma once\n" + text, encoding="utf-8")
+
+    def generate(self, *options):
+        command = [sys.executable, "-B", str(GENERATOR / "generate.py"), "--doxygen", shutil.which("doxygen"),
+                   "--source", str(self.root), "--table", "test", "--out", str(self.root / "out"),
+                   "--slot", "src/base=1", "--slot", "src/game=1", "--include-root", "src",
+                   "--stubs", str(self.root / "stubs.pyi"), "--names", str(self.root / "names.txt"),
+                   "--reference", str(self.root / "docs"), *options]
+        return subprocess.run(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, check=False)
+
+    def expect_success(self):
+        run = self.generate()
+        assert run.returncode == 0, run.stdout
+        return self
+
+    def expect_error(self, *texts):
+        run = self.generate()
+        assert run.returncode != 0, "the generator accepted it"
+        for text in texts:
+            assert text in run.stdout, f"{text!r} is not in: {run.stdout}"
+        assert "Traceback" not in run.stdout, run.stdout
+
+    def outputs(self):
+        files = [*(self.root / "out").glob("*.cpp"), *(self.root / "docs").iterdir(), self.root / "stubs.pyi",
+                 self.root / "names.txt"]
+        return {str(f.relative_to(self.root)): f.read_text(encoding="utf-8") for f in sorted(files)}
+
+    def stamps(self):
+        return {f.name: f.stat().st_mtime_ns for f in (self.root / "out").glob("*.cpp")}
+
+
+def test_the_names_that_scripts_reach_are_listed(folder, _):
+    names = (Tree(folder).expect_success().root / "names.txt").read_text(encoding="utf-8").splitlines()
+    for line in ("class Door: Object", "enum Door::State: SHUT AJAR OPEN", "property Door.state (get/set)",
+                 "method Door::getTwin() -> Handle<Door>", "function countLamps() -> int",
+                 "method Lamp::light(const Handle<Door> &, float) -> void", "property Object.name (get/set)"):
+        assert line in names, f"{line!r} is missing from {names}"
+    assert not any("tooMany" in line for line in names)
+
+
+def test_two_checkouts_give_the_same_text(folder, _):
+    one = Tree(pathlib.Path(folder) / "one").expect_success()
+    other = Tree(pathlib.Path(folder) / "elsewhere" / "other", dict(reversed(HEADERS.items()))).expect_success()
+    assert one.outputs() == other.outputs()
+    assert str(folder) not in "".join(one.outputs().values())
+
+
+def test_a_second_run_writes_nothing(folder, _):
+    tree = Tree(folder).expect_success()
+    before = tree.stamps()
+    time.sleep(0.02)
+    assert tree.expect_success().stamps() == before
+
+
+def test_a_changed_class_rewrites_its_own_file_only(folder, _):
+    tree = Tree(folder).expect_success()
+    before = tree.stamps()
+    time.sleep(0.02)
+    tree.write("game/Lamp.h", HEADERS["game/Lamp.h"].replace("float watts", "double watts"))
+    after = tree.expect_success().stamps()
+    assert {name for name in after if after[name] != before[name]} == {"game_0.cpp"}
+
+
+def test_a_class_that_is_no_object_is_refused_at_its_line(folder, _):
+    tree = Tree(folder)
+    tree.write("game/Stone.h", "/// Lies.\nclass Stone\n{\n    KV_REFLECTED(Stone)\n};\n")
+    tree.expect_error("src/game/Stone.h:5: error:", "'Stone'", "does not derive from Object")
+
+
+def test_two_classes_of_one_name_are_refused_with_both_places(folder, _):
+    tree = Tree(folder)
+    tree.write("game/Door.h", "class Door\n{\npublic:\n    int hinges() const;\n};\n")
+    tree.expect_error("src/base/Door.h:", "src/game/Door.h:", "'Door")
+
+
+def test_a_private_nested_class_is_refused(folder, _):
+    tree = Tree(folder)
+    tree.write("game/Safe.h", "class Safe : public Object\n{\n    KV_REFLECTED(Safe)\nprivate:\n"
+                              "    class Lock : public Object\n    {\n        KV_REFLECTED(Lock)\n    };\n};\n")
+    tree.expect_error("src/game/Safe.h:8: error:", "'Safe::Lock'", "not public")
+
+
+def test_broken_xml_is_named_with_its_line(folder, _):
+    xml = pathlib.Path(folder)
+    (xml / "classDoor.xml").write_text("<doxygen>\n  <compounddef\n", encoding="utf-8")
+    try:
+        doxygen.read(str(xml), str(xml))
+    except ReflectionError as error:
+        assert "classDoor.xml:" in str(error) and "broken XML" in str(error), error
+    else:
+        raise AssertionError("broken XML was accepted")
+
+
+def test_stubs_are_python_and_every_type_in_them_exists(folder, build):
+    Tree(folder).expect_success()
+    for stubs in (pathlib.Path(folder) / "stubs.pyi", ROOT / "scripts" / "_kaVel.pyi"):
+        tree = ast.parse(stubs.read_text(encoding="utf-8"))
+        known = set(declared_names(tree.body, "")) | {
+            "int", "str", "float", "bool", "object", "dict", "type", "Any", "Callable", "Iterator", "_T", "_Callable"}
+        used = {name for annotation in annotations(tree) for name in names_in(annotation)}
+        assert used <= known, f"{stubs.name}: {sorted(used - known)}"
+
+
+def test_the_engines_names_are_those_of_the_reviewed_list(_, build):
+    golden = ROOT / "tests" / "object" / "reflected_names.golden"
+    made = build / "reflection" / "names.txt"
+    expected = golden.read_text(encoding="utf-8").splitlines()
+    found = made.read_text(encoding="utf-8").splitlines()
+    changes = "\n".join(difflib.unified_diff(expected, found, "reviewed", "built", lineterm="", n=0))
+    assert not changes, (f"{changes}\nWhat scripts can reach has changed. If that is meant:\n"
+                         f"cp {made} {golden.relative_to(ROOT)}")
+
+
+def declared_names(body, prefix):
+    for node in body:
+        if isinstance(node, ast.ClassDef):
+            yield prefix + node.name
+            yield from declared_names(node.body, prefix + node.name + ".")
+
+
+def annotations(tree):
+    for node in ast.walk(tree):
+        if isinstance(node, ast.FunctionDef):
+            yield from (a.annotation for a in node.args.posonlyargs + node.args.args if a.annotation)
+            yield from [node.returns] if node.returns else []
+        elif isinstance(node, ast.AnnAssign):
+            yield node.annotation
+
+
+def names_in(node):
+    if isinstance(node, (ast.Name, ast.Attribute)):
+        yield ast.unparse(node)
+    else:
+        for child in ast.iter_child_nodes(node):
+            yield from names_in(child)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("names", nargs="*")
+    options = parser.parse_args()
+    build = (ROOT / options.build).resolve()
+    failed = 0
+    for name, case in list(globals().items()):
+        if not name.startswith("test_") or (options.names and name not in options.names):
+            continue
+        with tempfile.TemporaryDirectory() as folder:
+            try:
+                case(folder, build)
+                print(f"ok {name}", flush=True)
+            except Exception:  # a failing case is reported and the next one runs
+                failed += 1
+                print(f"FAILED {name}\n{traceback.format_exc()}", flush=True)
+    sys.exit(1 if failed else 0)
+
+
+if __name__ == "__main__":
+    main()

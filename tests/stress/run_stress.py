@@ -1,0 +1,72 @@
+"""Calls every reflected function from a script with edge-case arguments: errors may come back, a crash may not."""
+import json
+import pathlib
+import re
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import game
+
+SEED = 20250
+ROUNDS = 12  # calls of each function
+
+# What a run cannot call and go on, each with its reason.
+SKIPPED = {
+    "GameLoopSystem::quit": "ends the run",
+}
+
+NUMBER = re.compile(r"(unsigned|signed|char|short|int|long|std::\w+|size_t|TimerTicks|RequestHandle|ClassNumber)\b")
+
+
+def plan(names):
+    """Every function by scope, with the kinds of its arguments."""
+    lines = names.read_text(encoding="utf-8").splitlines()
+    enums = {m[1]: m[2] for line in lines if (m := re.match(r"enum (\S+): (.*)", line))}
+    scopes = {}
+    for line in lines:
+        found = re.match(r"(method|static|function) (\S+?)\((.*)\) -> ", line)
+        if not found or found[2] in SKIPPED:
+            continue
+        scope, _, name = found[2].rpartition("::") if found[1] != "function" else ("", "", found[2])
+        arguments = [a for a in re.split(r",\s*(?![^<]*>)", found[3]) if a]
+        functions = scopes.setdefault(scope, {})
+        functions.setdefault(name, {"name": name, "member": found[1] == "method",
+                                    "arguments": [kind(a, scope, enums) for a in arguments]})
+    return [{"class": scope, "rounds": ROUNDS, "functions": list(functions.values())}
+            for scope, functions in sorted(scopes.items())]
+
+
+def kind(text, scope, enums):
+    bare = re.sub(r"\bconst\b|&", "", text).strip()
+    if handle := re.fullmatch(r"Handle<(.*)>", bare):
+        return "handle:" + (handle[1] or "Object")
+    for name in (f"{scope}::{bare}", bare):
+        if name in enums:
+            return "enum:" + enums[name]
+    known = {"bool": "bool", "float": "float", "double": "float", "Seconds": "float", "String": "text",
+             "Vec4": "vector", "Quaternion": "quaternion", "ReflectorPtr": "thing"}
+    if bare in known:
+        return known[bare]
+    return "int" if NUMBER.match(bare) else "anything"
+
+
+def test_every_reflected_function_survives_edge_cases(world):
+    source = pathlib.Path(__file__).with_name("Stress.py")
+    world.write("scripts/levels/Stress.py", source.read_text(encoding="utf-8"))
+    names = world.executable.parents[2] / "reflection" / "names.txt"
+    scopes = plan(names)
+    world.write("bin/stress.json", json.dumps({"seed": SEED, "scopes": scopes}))
+    run = world.run(level="Stress", frames=len(scopes) + 100)
+
+    trace = (world.folder / "bin" / "stress.trace").read_text(encoding="utf-8").splitlines()
+    count = sum(len(scope["functions"]) for scope in scopes) * ROUNDS
+    assert run.code == 0, (f"exit code {run.code} after {len(trace)} of {count} calls; the last was\n{trace[-1:]}\n"
+                           f"the log ends:\n{run.log[-4000:]}")
+    run.expect(f"Stress: {count} calls")
+    assert "failed without a text" not in run.log
+    refused = int(re.search(r"(\d+) refused", run.log)[1])
+    assert count // 4 < refused < count, f"{refused} of {count} calls were refused"
+
+
+if __name__ == "__main__":
+    game.main(dict(globals()))

@@ -1,0 +1,97 @@
+"""Runs the built executable in a world of its own, for tests written in Python.
+
+A world is a folder with a copy of the scripts, links to the assets and the standard library, and a `bin` to run in:
+a test changes its own copy and nothing else.
+"""
+import argparse
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import tempfile
+import traceback
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+TIMEOUT_S = 240
+
+
+class Outcome:
+    """How a run ended, and what it wrote."""
+
+    def __init__(self, code, log):
+        self.code = code
+        self.log = log
+
+    def has(self, text):
+        return text in self.log
+
+    def expect(self, text):
+        assert text in self.log, f"the log lacks {text!r}; it ends:\n{self.log[-3000:]}"
+
+    def expect_code(self, code):
+        assert self.code == code, f"exit code {self.code} instead of {code}; the log ends:\n{self.log[-3000:]}"
+
+
+class World:
+    """A game folder that a test may change."""
+
+    def __init__(self, build, folder):
+        self.folder = pathlib.Path(folder)
+        game = pathlib.Path(build) / "game"
+        self.executable = game / "bin" / "kaVel"
+        (self.folder / "bin").mkdir(parents=True)
+        shutil.copytree(ROOT / "scripts", self.folder / "scripts", ignore=shutil.ignore_patterns("__pycache__"))
+        (self.folder / "assets").mkdir()
+        for kind in ("models", "textures", "shaders"):
+            shutil.copytree(ROOT / "assets" / kind, self.folder / "assets" / kind)
+        os.symlink(game / "python.zip", self.folder / "python.zip")
+
+    def write(self, path, text):
+        target = self.folder / path
+        target.parent.mkdir(parents=True, exist_ok=True)
+        if isinstance(text, bytes):
+            target.write_bytes(text)
+        else:
+            target.write_text(text, encoding="utf-8")
+
+    def write_level(self, name, body):
+        """A level whose `build(coordinator)` runs these lines."""
+        lines = "".join(f"    {line}\n" for line in body.strip("\n").splitlines())
+        self.write(f"scripts/levels/{name}.py", f"import kaVel\n\n\ndef build(coordinator):\n{lines}")
+
+    def run(self, level=None, frames=5, screenshot=None, **environment):
+        variables = {key: value for key, value in os.environ.items() if not key.startswith("KAVEL_")}
+        variables.pop("DISPLAY", None)
+        variables.pop("WAYLAND_DISPLAY", None)
+        variables.update(KAVEL_HEADLESS="1", KAVEL_FRAMES=str(frames), HOME=str(self.folder),
+                         XDG_CONFIG_HOME=str(self.folder / "config"),
+                         ASAN_OPTIONS=variables.get("ASAN_OPTIONS", "detect_leaks=0"))
+        if level:
+            variables["KAVEL_LEVEL"] = level
+        if screenshot:
+            variables["KAVEL_SCREENSHOT"] = str(self.folder / screenshot)
+        variables.update(environment)
+        result = subprocess.run([str(self.executable)], cwd=self.folder / "bin", env=variables,
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S, check=False)
+        return Outcome(result.returncode, result.stdout.decode("utf-8", "replace"))
+
+
+def main(cases):
+    """Runs the functions of a module whose names begin with `test_`, each in a world of its own."""
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("names", nargs="*")
+    options = parser.parse_args()
+    failed = 0
+    for name, case in cases.items():
+        if not name.startswith("test_") or (options.names and name not in options.names):
+            continue
+        with tempfile.TemporaryDirectory() as folder:
+            try:
+                case(World((ROOT / options.build).resolve(), pathlib.Path(folder) / "game"))
+                print(f"ok {name}", flush=True)
+            except Exception:  # a failing case is reported and the next one runs
+                failed += 1
+                print(f"FAILED {name}\n{traceback.format_exc()}", flush=True)
+    sys.exit(1 if failed else 0)

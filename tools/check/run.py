@@ -1,0 +1,105 @@
+"""Runs the checks of the tree and every test program, and ends with the line "N passed, N failed"."""
+import argparse
+import pathlib
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree
+
+import includes
+import style
+import tidy
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+TIMEOUT_S = 900
+
+
+class Tally:
+    def __init__(self):
+        self.passed = 0
+        self.failed = 0
+
+    def check(self, title, findings):
+        findings = list(findings)
+        for line in findings:
+            print(f"  {line}")
+        self.passed += not findings
+        self.failed += bool(findings)
+        print(f"{'ok    ' if not findings else 'FAILED'} {title}")
+
+    def run_gtest(self, program, work):
+        with tempfile.NamedTemporaryFile(suffix=".xml") as report:
+            command = [str(program), "--gtest_brief=1", f"--gtest_output=xml:{report.name}"]
+            code, output = run(command, work)
+            passed, failed = read_report(report.name)
+        if code != 0 and failed == 0:
+            # It ended without a report of the failure: a crash, a time-out or a sanitizer's finding at exit.
+            failed = 1
+        if failed:
+            print(output)
+        self.passed += passed
+        self.failed += failed
+        print(f"{'ok    ' if not failed else 'FAILED'} {program.name}: {passed} passed, {failed} failed (exit {code})")
+
+    def run_script(self, script, build):
+        """A Python test of the executable; it prints one line 'ok NAME' or 'FAILED NAME' a case."""
+        code, output = run([sys.executable, str(script), "--build", str(build)], ROOT)
+        passed = sum(line.startswith("ok ") for line in output.splitlines())
+        failed = sum(line.startswith("FAILED ") for line in output.splitlines())
+        if (code != 0 or passed == 0) and failed == 0:
+            failed = 1
+        if failed:
+            print(output)
+        self.passed += passed
+        self.failed += failed
+        print(f"{'ok    ' if not failed else 'FAILED'} {script.relative_to(ROOT)}: {passed} passed, {failed} failed")
+
+
+def run(command, work):
+    try:
+        result = subprocess.run(command, cwd=work, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S,
+                                check=False)
+        return result.returncode, result.stdout.decode("utf-8", "replace")
+    except subprocess.TimeoutExpired as expired:
+        return 124, (expired.stdout or b"").decode("utf-8", "replace") + f"\ntimed out after {TIMEOUT_S} s"
+
+
+def read_report(name):
+    try:
+        root = xml.etree.ElementTree.parse(name).getroot()
+    except (xml.etree.ElementTree.ParseError, OSError):
+        return 0, 0
+    failed = int(root.get("failures", 0)) + int(root.get("errors", 0))
+    skipped = int(root.get("disabled", 0)) + sum(case.find("skipped") is not None for case in root.iter("testcase"))
+    return int(root.get("tests", 0)) - failed - skipped, failed
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--build", type=pathlib.Path, required=True)
+    parser.add_argument("--tidy", action="store_true")
+    parser.add_argument("names", nargs="*")
+    options = parser.parse_args()
+    build = (ROOT / options.build).resolve()
+
+    tally = Tally()
+    if not options.names:
+        tally.check("include direction", includes.findings(ROOT))
+        tally.check("source layout", style.findings(ROOT))
+    if options.tidy:
+        tally.check("clang-tidy", tidy.findings(ROOT, build))
+    for folder in sorted(path.name for path in (ROOT / "tests").iterdir() if path.is_dir()):
+        if options.names and folder not in options.names:
+            continue
+        program = build / f"test_{folder}"
+        if program.exists():
+            tally.run_gtest(program, build / "game" / "bin")
+        for script in sorted((ROOT / "tests" / folder).glob("run_*.py")):
+            tally.run_script(script, build)
+
+    print(f"{tally.passed} passed, {tally.failed} failed")
+    return 1 if tally.failed or not tally.passed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

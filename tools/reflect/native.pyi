@@ -1,0 +1,186 @@
+"""The engine as scripts see it. Written by the build from the comments in the engine's headers.
+
+The classes of objects below `Handle_` stand here for the editor: at run time a script meets them as the types of
+handles, and finds the class itself through `_ReflectionInstance()`, as in `_ReflectionInstance().Entity.construct_()`.
+Arguments go by position, all of them: a call takes exactly the arguments shown here.
+"""
+
+from typing import Any, Callable, Generic, Iterator, TypeVar, Union, overload
+
+_T = TypeVar("_T")
+_Callable = Union["IReflectedThing", Callable[..., Any], None]
+
+
+class Handle_:
+    """A reference to an object of the tree; false once the object is gone."""
+
+    @property
+    def children(self) -> ObjectChildrenView:
+        """The object's children, in order or by name."""
+    def _getType(self) -> IReflectedThing:
+        """The reflected class of the object."""
+    def __bool__(self) -> bool: ...
+    def __hash__(self) -> int: ...
+    def __eq__(self, other: object) -> bool: ...
+    def __ne__(self, other: object) -> bool: ...
+
+
+class IReflectedThing:
+    """A class, function, enum, message or bound call, found by name."""
+
+    @property
+    def name(self) -> str:
+        """Short name."""
+    @property
+    def qualifiedName(self) -> str:
+        """Name with its scopes, as Object::getName."""
+    def getMember(self, name: str, /) -> IReflectedThing | None:
+        """The member of this name, or None."""
+    def isSubclassOf(self, other: IReflectedThing, /) -> bool:
+        """Whether this class is the other or derives from it."""
+    def construct_(self, category: AllocationCategory = ..., /) -> Any:
+        """Makes an object of this class; the handle is false where the class has none of its own."""
+    def __getattr__(self, name: str) -> Any: ...
+    def __call__(self, *arguments: Any) -> Any: ...
+    def __int__(self) -> int: ...
+    def __index__(self) -> int: ...
+
+
+class _ObjectClass(IReflectedThing, Generic[_T]):
+    """The record of a class of objects."""
+
+    def construct_(self, category: AllocationCategory = ..., /) -> _T:
+        """Makes an object of this class; the handle is false where the class has none of its own."""
+
+
+class ObjectChildrenIterator:
+    def __iter__(self) -> ObjectChildrenIterator: ...
+    def next(self) -> Any: ...
+    def __next__(self) -> Any: ...
+
+
+class ObjectChildrenView:
+    """The children of an object, in order or by name."""
+
+    def __iter__(self) -> Iterator[Any]: ...
+    def itervalues(self) -> Iterator[Any]: ...
+    def __getitem__(self, name: str) -> Any: ...
+    def __contains__(self, name: str) -> bool: ...
+    def has_key(self, name: str, /) -> bool: ...
+    def __len__(self) -> int: ...
+
+
+class AllocationCategory:
+    """What one purpose has allocated."""
+
+    name: str
+    objectCount: int
+    totalObjectSize: int
+    totalHeaderOverhead: int
+    totalAllocatorOverhead: int
+    totalAlignmentOverhead: int
+
+
+defaultAllocationCategory: AllocationCategory
+
+
+class Vec4:
+    """A vector of four components; w is 0 for directions, 1 for positions."""
+
+    x: float
+    y: float
+    z: float
+    w: float
+    r: float
+    g: float
+    b: float
+    a: float
+    s: float
+    t: float
+    p: float
+    q: float
+    @overload
+    def __init__(self, x: float = 0, y: float = 0, z: float = 0, w: float = 0) -> None: ...
+    @overload
+    def __init__(self, other: Vec4, /) -> None: ...
+    def __add__(self, other: Vec4) -> Vec4: ...
+    def __sub__(self, other: Vec4) -> Vec4: ...
+    def __mul__(self, other: Vec4 | float) -> Vec4: ...
+    def __rmul__(self, other: Vec4 | float) -> Vec4: ...
+    def __truediv__(self, other: float) -> Vec4: ...
+    def __iadd__(self, other: Vec4) -> Vec4: ...
+    def __isub__(self, other: Vec4) -> Vec4: ...
+    def __neg__(self) -> Vec4: ...
+    def __eq__(self, other: object) -> bool: ...
+    def cross(self, other: Vec4, /) -> Vec4:
+        """Cross product, with w 0."""
+    def dot(self, other: Vec4, /) -> float:
+        """Dot product of x, y and z."""
+    def magnitude(self) -> float:
+        """Length over all four components."""
+    def magnitudeSquared(self) -> float:
+        """Square of the length over all four components."""
+    def normalize(self) -> None:
+        """Makes the length 1, unless it is 1e-6 or less."""
+    def reset(self) -> None:
+        """Makes all components 0."""
+    def clamp(self) -> None:
+        """Makes components that are nearly 0 exactly 0."""
+
+
+class Quaternion:
+    """A rotation; r is the real part."""
+
+    r: float
+    i: float
+    j: float
+    k: float
+    @overload
+    def __init__(self, r: float = 1, i: float = 0, j: float = 0, k: float = 0) -> None: ...
+    @overload
+    def __init__(self, other: Quaternion, /) -> None: ...
+    def __mul__(self, other: Quaternion) -> Quaternion: ...
+    def __imul__(self, other: Quaternion) -> Quaternion: ...
+    def __eq__(self, other: object) -> bool: ...
+    def normalize(self) -> None:
+        """Makes the length 1."""
+    def clamp(self) -> None:
+        """Makes components that are nearly 0 exactly 0."""
+    def inverse(self) -> Quaternion:
+        """The opposite rotation."""
+    def update(self, angularVelocity: Vec4, seconds: float, /) -> None:
+        """Turns by an angular velocity over a time in seconds."""
+    @staticmethod
+    def fromAxisAngle(axis: Vec4, radians: float, /) -> Quaternion:
+        """Rotation around an axis by an angle in radians."""
+    @staticmethod
+    def fromDirection(direction: Vec4, /) -> Quaternion:
+        """Rotation that faces along a direction."""
+    @staticmethod
+    def fromDirectionWithAdaptingUpVector(direction: Vec4, /) -> Quaternion:
+        """Rotation that faces along a direction, also nearly straight up or down."""
+
+
+class PostOffice_:
+    """Delivers messages to their handlers."""
+
+    def registerMessageHandler(self, messageType: IReflectedThing, handler: _Callable, /) -> None:
+        """Calls a handler for every message of a type, until the handler fails."""
+    def submitMessage(self, messageType: IReflectedThing, /, *payload: Any) -> None:
+        """Calls every handler of a message, in the order in which they were registered."""
+
+
+PostOffice: PostOffice_
+messageTypes: dict[str, IReflectedThing]
+
+
+def writeLog(text: str, /) -> None:
+    """Writes one line of text to the log."""
+
+
+def OutputDebugString(text: str, /) -> None:
+    """Writes a text to the debug output as it stands."""
+
+
+def _ReflectionInstance() -> _ReflectionSystem:
+    """The one register of reflected things."""

@@ -75,7 +75,7 @@ CHECKS = {"live engine": 100000, "dead engine": 0, "mixed engine": 75000, "resol
 
 
 def measure(program, pattern, build, quick):
-    command = [str(build / program), f"--benchmark_filter={pattern}", "--benchmark_format=json",
+    command = [str(build / "benchmarks" / program), f"--benchmark_filter={pattern}", "--benchmark_format=json",
                "--benchmark_enable_random_interleaving=true",
                f"--benchmark_repetitions={3 if quick else 7}", f"--benchmark_min_time={0.02 if quick else 0.2}"]
     if program == "bench_engine":

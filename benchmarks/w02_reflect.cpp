@@ -3,7 +3,7 @@
 #include "Subjects.h"
 
 #include "object/PropertyDesc.h"
-#include "object/Variant.h"
+#include "object/SavedArguments.h"
 
 #include <vector>
 

@@ -2,8 +2,10 @@
 #include "Rate.h"
 #include "Subjects.h"
 
+#include "object/Variant.h"
+
 #include "engine/SimpleManager.h"
-#include "engine/Updater.h"
+#include "object/SavedArguments.h"
 
 #include <vector>
 

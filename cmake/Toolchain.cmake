@@ -8,8 +8,8 @@ if(MOLD)
     add_link_options(-fuse-ld=mold)
 endif()
 
-# Log lines and assertions name files from the repository's root, on every machine alike.
-add_compile_options("-fmacro-prefix-map=${CMAKE_SOURCE_DIR}/=")
+# Log lines, assertions and stack traces name files from the repository's root, on every machine alike.
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
 add_compile_options(-Wall -Wextra -Wno-unused-parameter -fno-math-errno)
 # Symbols of the executable itself, so that stack traces name functions.
 add_link_options(-rdynamic)

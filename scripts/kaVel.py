@@ -94,13 +94,13 @@ def finishLoad(root):
 
 
 def messageType(name):
-    """The message of this name; KeyError that names the nearest ones if there is none."""
+    """The message of this name; KeyError that names the nearest one if there is none."""
     try:
         return messageTypes[name]
     except KeyError:
         import difflib
-        near = difflib.get_close_matches(name, list(messageTypes), n=3)
-        hint = '; did you mean %s?' % ' or '.join(repr(n) for n in near) if near else ''
+        near = difflib.get_close_matches(name, list(messageTypes), n=1)
+        hint = '; did you mean %r?' % near[0] if near else ''
         raise KeyError('no message %r%s' % (name, hint)) from None
 
 

@@ -102,9 +102,9 @@ PixelShader combine
     vec3 ambient(vec2 pixel, vec3 position, vec3 normal)
     {
         float up = dot(normal, vec3(worldToView[1]));
-        float sky = mix(0.55, 1.35, up * 0.5 + 0.5);
+        float sky = mix(0.62, 1.55, up * 0.5 + 0.5);
         float facing = max(dot(normal, -normalize(position)), 0.0);
-        float eye = facing * facing * 1.1 / (1.0 + 0.06 * dot(position, position));
+        float eye = facing * facing * 1.6 / (1.0 + 0.05 * dot(position, position));
         float open = openness(pixel, position, normal);
         vec3 cool = mix(vec3(1.02, 0.92, 0.88), vec3(0.90, 0.96, 1.18), up * 0.5 + 0.5);
         return sceneAmbient.rgb * cool * (sky + eye) * open * open;

@@ -38,6 +38,7 @@ SURFACES = {
     'clockFace': ('Normal', 'Specular'),
     'cloth': ('Normal',),
     'embers': ('Normal', 'Emissive'),
+    'firebox': ('Normal', 'Emissive'),
     'flame': ('Emissive',),
     'iron': ('Normal', 'Specular'),
     'lampShade': ('Normal', 'Emissive'),
@@ -94,7 +95,8 @@ FloorTiles = thing(floorTiles='tiles')
 Ceiling = thing(ceiling='plaster')
 CeilingBeam = thing(ceilingBeam='wood')
 Door = thing(door='wood', doorHandle='brass')
-Fireplace = thing(fireplace='brick', mantel='wood', hearth='tiles', grate='iron', fireLogs='embers')
+Fireplace = thing(fireplace='brick', firebox='firebox', mantel='wood', hearth='tiles', grate='iron',
+                  fireLogs='embers')
 
 # Furniture
 

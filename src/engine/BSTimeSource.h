@@ -23,6 +23,6 @@ public:
     void setFrameRate(std::int64_t val);
 
 private:
-    std::int64_t frameRate = 60; ///< frames a second
+    std::int64_t frameRate = 60;  ///< frames a second
     std::int64_t tickRate = 4096; ///< ticks a second, for a debugger to read
 };

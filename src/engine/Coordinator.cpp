@@ -70,27 +70,27 @@ void Coordinator::doFrame()
         return;
     }
     const RunningMark mark(frameWalk.running);
-    gatherUpdaters();
-    runUpdaters();
+    gatherUpdaters(frameWalk);
+    runUpdaters(frameWalk);
 }
 
-void Coordinator::gatherUpdaters()
+void Coordinator::gatherUpdaters(FrameWalk &walk)
 {
     const TimerTicks ticks = getSystemDeref<GameLoopSystem>().getTime().lookup()->getFrameTime();
     const UpdaterSet &systemUpdaters = SystemSystem::getInstance().lookup()->updaters;
-    frameWalk.states.assign(1, LOOP_RUN);
-    frameWalk.begins.assign(1, systemUpdaters.begin());
-    frameWalk.ends.assign(1, systemUpdaters.end());
+    walk.states.assign(1, LOOP_RUN);
+    walk.begins.assign(1, systemUpdaters.begin());
+    walk.ends.assign(1, systemUpdaters.end());
 
     for (auto coordinator = getTypedHandle().lookup(); coordinator;)
     {
         // A coordinator that is stopped altogether is not passed: the chain waits at it.
         if (coordinator->loopState == LOOP_ALL_STOP)
             continue;
-        coordinator->joinFrame(frameWalk, ticks);
+        coordinator->joinFrame(walk, ticks);
         coordinator = coordinator->subCoordinator.lookup();
     }
-    frameWalk.range.assign(frameWalk.begins, frameWalk.ends);
+    walk.range.assign(walk.begins, walk.ends);
 }
 
 void Coordinator::joinFrame(FrameWalk &walk, TimerTicks ticks)
@@ -112,15 +112,15 @@ void Coordinator::joinFrame(FrameWalk &walk, TimerTicks ticks)
     lastFrameTime = ticks;
 }
 
-void Coordinator::runUpdaters()
+void Coordinator::runUpdaters(FrameWalk &walk)
 {
     static const String category = SCS("UPDATER");
     TimeSystem &time = getSystemDeref<TimeSystem>();
-    const UpdaterIterator &end = frameWalk.range.end();
-    for (UpdaterIterator &it = frameWalk.range.begin(); it != end; ++it)
+    const UpdaterIterator &end = walk.range.end();
+    for (UpdaterIterator &it = walk.range.begin(); it != end; ++it)
     {
         const ProfilerScope scope(category, it->updaterName);
-        if (frameWalk.states[it.index()] == LOOP_STOP && !it->runOnStop)
+        if (walk.states[it.index()] == LOOP_STOP && !it->runOnStop)
             continue;
         const TimerTicks start = time.now();
         if (it->fn)

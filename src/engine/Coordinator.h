@@ -121,14 +121,14 @@ private:
     void registerManagerClasses();
 
     Handle<AbstractManager> constructManager(const ManagerDesc &desc);
-    void gatherUpdaters();
+    void gatherUpdaters(FrameWalk &walk);
     void joinFrame(FrameWalk &walk, TimerTicks ticks);
-    void runUpdaters();
+    void runUpdaters(FrameWalk &walk);
 
     String levelName;
-    ManagerMap managers;         ///< managers made so far
-    TimerMap timers;             ///< timers made so far
-    UpdaterSet managerUpdaters;  ///< frame steps of the managers made so far
+    ManagerMap managers;            ///< managers made so far
+    TimerMap timers;                ///< timers made so far
+    UpdaterSet managerUpdaters;     ///< frame steps of the managers made so far
     ManagerClassMap managerClasses; ///< what may be made
     TimerTicks lastFrameTime = 0;   ///< wall ticks
     LoopControlState loopState = LOOP_RUN;

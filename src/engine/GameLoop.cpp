@@ -20,6 +20,22 @@ void murderUnlessDying(const Handle<Coordinator> &level)
     if (coordinator && !coordinator->isDying())
         coordinator->murder();
 }
+
+/// Runs the loading screen in place of a level while the next one loads; both are gone when this returns.
+Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName)
+{
+    murderUnlessDying(present);
+    const Handle<Coordinator> loadingScreen = loadLevel(SCS("LoadingScreen"));
+    for (int frame = 0; frame < LOADING_SCREEN_FRAMES; ++frame)
+    {
+        if (auto screen = loadingScreen.lookup())
+            screen->doFrame();
+    }
+    murderUnlessDying(loadingScreen);
+    const Handle<Coordinator> next = loadLevel(nextName);
+    cremateDeadObjects();
+    return next;
+}
 } // namespace
 
 void GameLoopSystem::doFrame()
@@ -35,8 +51,14 @@ void GameLoopSystem::doFrame()
     beginProfilerFrame();
     measureFrame();
     if (!queuedLevel.empty())
-        switchLevel();
-    runLevel();
+    {
+        currentCoordinator = replaceLevel(currentCoordinator, queuedLevel);
+        queuedLevel = String();
+    }
+    if (auto level = currentCoordinator.lookup())
+        level->doFrame();
+    else
+        quitWithoutLevel();
     cremateDeadObjects();
 }
 
@@ -58,28 +80,8 @@ void GameLoopSystem::measureFrame()
     getTime().lookup()->newFrame(ticks);
 }
 
-void GameLoopSystem::switchLevel()
+void GameLoopSystem::quitWithoutLevel()
 {
-    murderUnlessDying(currentCoordinator);
-    const Handle<Coordinator> loadingScreen = loadLevel(SCS("LoadingScreen"));
-    for (int frame = 0; frame < LOADING_SCREEN_FRAMES; ++frame)
-    {
-        if (auto screen = loadingScreen.lookup())
-            screen->doFrame();
-    }
-    murderUnlessDying(loadingScreen);
-    currentCoordinator = loadLevel(queuedLevel);
-    cremateDeadObjects();
-    queuedLevel = String();
-}
-
-void GameLoopSystem::runLevel()
-{
-    if (auto level = currentCoordinator.lookup())
-    {
-        level->doFrame();
-        return;
-    }
     KV_LOG(Logger_::I_ERROR, "There is no level to run: the coordinator died or was never loaded. The game quits; "
                              "queueLoadLevel is the way to another level.");
     quit(1);

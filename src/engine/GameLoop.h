@@ -43,12 +43,11 @@ protected:
 private:
     void beginProfilerFrame();
     void measureFrame();
-    void switchLevel();
-    void runLevel();
+    void quitWithoutLevel();
 
     Handle<Coordinator> currentCoordinator;
     Handle<TimeKeeper> time;
-    String queuedLevel;          ///< empty while no switch is asked for
+    String queuedLevel; ///< empty while no switch is asked for
     std::int64_t frameNumber = 0;
     bool frameRunning = false;
     ReflectorPtr profilerNewFrame; ///< the profiler's bound frame step, looked up in the first frame

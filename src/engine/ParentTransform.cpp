@@ -25,7 +25,8 @@ TransformComponent *ownTransform(AbstractComponent &component)
 TransformComponent *parentTransform(const AbstractComponent &component)
 {
     auto parent = parentEntity(component);
-    return parent ? checked_handle_cast<TransformComponent>(parent->getComponent(transformKey())).lookup().ptr : nullptr;
+    return parent ? checked_handle_cast<TransformComponent>(parent->getComponent(transformKey())).lookup().ptr
+                  : nullptr;
 }
 
 ParentTransform updatedParentTransform(AbstractComponent &follower)

@@ -16,9 +16,12 @@ void callOrDrop(ReflectorPtr &callback, const char *role, const Object &componen
     const ErrorCode outcome = called->call().code;
     if (outcome.succeeded())
         return;
-    KV_LOGF(Logger_::I_ERROR, "%s: the %s callback %s failed and is not called again until it is set anew: %s",
-            component.toString().toCString(), role, called->getQualifiedName().toCString(),
-            outcome.toString().toCString());
+    auto owner = component.getParent().lookup();
+    KV_LOGF(Logger_::I_ERROR,
+            "ScriptComponent '%s' of '%s': the %s callback %s failed and is not called again until "
+            "it is set anew: %s",
+            component.getName().toCString(), owner ? owner->getName().toCString() : "nobody", role,
+            called->getQualifiedName().toCString(), outcome.toString().toCString());
     if (callback == called)
         callback = nullptr;
 }

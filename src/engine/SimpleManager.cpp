@@ -1,43 +1,59 @@
 #include "engine/SimpleManager.h"
 
+#include "engine/RunningMark.h"
+
 #include "foundation/Logger.h"
 
 #include <algorithm>
 
 void SimpleManager::doFrame()
 {
-    const ObjectMap_ &objects = ObjectMap();
-    refreshWalkOrder();
-    for (std::size_t i = 0; i < walkOrder.objects.size();)
+    // A walk within a walk leaves the arrays alone that the outer one reads.
+    if (walking)
     {
-        const Handle<SimpleComponent> present = walkOrder.handles[i];
-        if (SimpleComponent *component = walkOrder.objects[i])
+        runBehind(Handle<SimpleComponent>());
+        return;
+    }
+    const RunningMark mark(walking);
+    refreshWalkOrder();
+    const ObjectMap_ &objects = ObjectMap();
+    SimpleComponent *const *const components = walkOrder.objects.data();
+    const std::size_t count = walkOrder.objects.size();
+    for (std::size_t i = 0; i < count; ++i)
+    {
+        if (components[i])
+            components[i]->doFrame();
+        if (objects.getChangeCount() != walkOrder.objectChanges || setChanges != walkOrder.setChanges)
+        {
+            runBehind(walkOrder.handles[i]);
+            return;
+        }
+    }
+}
+
+/// Runs the components behind this one straight from the set, which may change under the walk.
+void SimpleManager::runBehind(Handle<SimpleComponent> last)
+{
+    for (auto next = components.upper_bound(last); next != components.end(); next = components.upper_bound(last))
+    {
+        last = *next;
+        if (auto component = last.lookup())
             component->doFrame();
-        ++i;
-        if (walkOrder.stale || walkOrder.changeCount != objects.getChangeCount())
-            i = resumeBehind(present);
     }
 }
 
 void SimpleManager::refreshWalkOrder()
 {
-    const std::uint64_t changeCount = ObjectMap().getChangeCount();
-    if (!walkOrder.stale && walkOrder.changeCount == changeCount)
-        return;
-    if (walkOrder.stale)
+    const std::uint64_t objectChanges = ObjectMap().getChangeCount();
+    if (walkOrder.setChanges != setChanges)
         walkOrder.handles.assign(components.begin(), components.end());
+    else if (walkOrder.objectChanges == objectChanges)
+        return;
     walkOrder.objects.resize(walkOrder.handles.size());
     std::transform(walkOrder.handles.begin(), walkOrder.handles.end(), walkOrder.objects.begin(),
                    [](const Handle<SimpleComponent> &h) { return h.lookup().ptr; });
-    walkOrder.changeCount = changeCount;
-    walkOrder.stale = false;
-}
-
-std::size_t SimpleManager::resumeBehind(const Handle<SimpleComponent> &last)
-{
-    refreshWalkOrder();
-    const auto next = std::upper_bound(walkOrder.handles.begin(), walkOrder.handles.end(), last);
-    return static_cast<std::size_t>(next - walkOrder.handles.begin());
+    walkOrder.objectChanges = objectChanges;
+    walkOrder.setChanges = setChanges;
 }
 
 Handle<AbstractComponent> SimpleManager::constructComponent(const ReflectorPtr &type)
@@ -54,12 +70,12 @@ void SimpleManager::addComponentToManager(Handle<AbstractComponent> component, H
                 component.toString().toCString());
         return;
     }
-    walkOrder.stale |= components.insert(simple).second;
+    setChanges += components.insert(simple).second;
 }
 
 void SimpleManager::removeComponentFromManager(Handle<AbstractComponent> component, Handle<Entity>)
 {
-    walkOrder.stale |= components.erase(unchecked_handle_cast<SimpleComponent>(component)) != 0;
+    setChanges += static_cast<std::uint32_t>(components.erase(unchecked_handle_cast<SimpleComponent>(component)));
 }
 
 void SimpleManager::destroyComponent(Handle<AbstractComponent> component)

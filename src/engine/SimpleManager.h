@@ -32,18 +32,20 @@ public:
     const ComponentSet &getComponents() const { return components; }
 
 private:
-    /// The set as a flat array of objects, good as long as no object is born or dies and the set stands.
+    /// The set as flat arrays, right as long as the set stands and no object is born or dies.
     struct WalkOrder
     {
         std::vector<Handle<SimpleComponent>> handles;
         std::vector<SimpleComponent *> objects;
-        std::uint64_t changeCount = 0;
-        bool stale = true;
+        std::uint64_t objectChanges = 0; ///< births and deaths that the objects take account of
+        std::uint32_t setChanges = 0;    ///< changes of the set that the handles take account of
     };
 
     void refreshWalkOrder();
-    std::size_t resumeBehind(const Handle<SimpleComponent> &last);
+    void runBehind(Handle<SimpleComponent> last);
 
     ComponentSet components;
+    std::uint32_t setChanges = 0; ///< how often the set has changed
     WalkOrder walkOrder;
+    bool walking = false;
 };

@@ -19,7 +19,8 @@ Handle<System> getSystem(const ReflectorPtr &type)
     auto systems = SystemSystem::getInstance().lookup();
     if (systems)
         return systems->getSystem(type);
-    KV_LOGF(Logger_::I_ERROR, "getSystem: '%s' was asked for while no systems run: they live from bootstrap to shutdown",
+    KV_LOGF(Logger_::I_ERROR,
+            "getSystem: '%s' was asked for while no systems run: they live from bootstrap to shutdown",
             type ? type->getName().toCString() : "<no class>");
     return Handle<System>();
 }

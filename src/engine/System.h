@@ -46,7 +46,8 @@ Handle<System> getSystemN(String type);
 [[noreturn]] void failMissingSystem(const ReflectorPtr &type);
 
 /// The running system of class T, started now if it is not running yet.
-template <class T> Handle<T> getSystem()
+template <class T>
+Handle<T> getSystem()
 {
     // A handle number never comes back, so a remembered handle is either right or dead.
     static Handle<T> known;
@@ -56,7 +57,8 @@ template <class T> Handle<T> getSystem()
 }
 
 /// The running system of class T as an object; borrowed for the call.
-template <class T> T &getSystemDeref()
+template <class T>
+T &getSystemDeref()
 {
     const auto system = getSystem<T>().lookup();
     if (!system)

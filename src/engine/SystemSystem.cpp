@@ -64,8 +64,8 @@ void SystemSystem::bootstrap()
         KV_ERROR("SystemSystem::bootstrap was called while the systems run.");
         return;
     }
-    instance = checked_handle_cast<SystemSystem>(staticType->construct_a(*DefaultAllocatorGroup(),
-                                                                         defaultAllocationCategory));
+    instance =
+        checked_handle_cast<SystemSystem>(staticType->construct_a(*DefaultAllocatorGroup(), defaultAllocationCategory));
     auto self = instance.lookup();
     self->setName(staticType->getName());
     self->systems[staticType] = instance;
@@ -83,17 +83,17 @@ void SystemSystem::shutdown()
         return;
     }
     cremateDeadObjects();
-    self->stopAll();
+    stopAll(self->initializationOrder);
     cremateDeadObjects();
     instance = Handle<SystemSystem>();
 }
 
-void SystemSystem::stopAll()
+void SystemSystem::stopAll(InitializationOrderList &order)
 {
     // By index: a system that stops may be the first to ask for another one, which then starts behind the walk.
-    for (std::size_t i = initializationOrder.size(); i-- > 0;)
+    for (std::size_t i = order.size(); i-- > 0;)
     {
-        auto system = initializationOrder[i].lookup();
+        auto system = order[i].lookup();
         if (!system)
             continue;
         KV_LOGF(Logger_::I_DEBUG, "Shutting down system %s", system->getType()->getName().toCString());

@@ -41,7 +41,7 @@ private:
     friend class Coordinator;
 
     Handle<System> constructSystem(const ReflectorPtr &type);
-    void stopAll();
+    static void stopAll(InitializationOrderList &order);
 
     std::set<ReflectorPtr> currentlyInitializing; ///< classes whose start is under way; kept for a debugger to read
     SystemMap systems;                            ///< every started system by its class

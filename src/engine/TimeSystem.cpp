@@ -28,7 +28,8 @@ void TimeSystem::setSource(const ReflectorPtr &type)
 {
     if (!type || !type->isSubclassOf(TimeSource::staticType))
     {
-        KV_LOGF(Logger_::I_ERROR, "TimeSystem::setSource: %s is no class derived from TimeSource; the present one stays",
+        KV_LOGF(Logger_::I_ERROR,
+                "TimeSystem::setSource: %s is no class derived from TimeSource; the present one stays",
                 type ? type->getQualifiedName().toCString() : "an empty reference");
         return;
     }
@@ -86,8 +87,7 @@ void TimeSystem::checkTPS()
     {
         if (!sourceType)
             sourceType = QPCTimeSource::staticType;
-        source = handle_cast<TimeSource>(
-            sourceType->construct_a(*DefaultAllocatorGroup(), defaultAllocationCategory));
+        source = handle_cast<TimeSource>(sourceType->construct_a(*DefaultAllocatorGroup(), defaultAllocationCategory));
         KV_CRITICAL_ASSERT(source.isValid(), "%s cannot be constructed as a time source.",
                            sourceType->getName().toCString());
         source.lookup()->setParent(getTypedHandle());

@@ -51,7 +51,7 @@ private:
     TimeSource &liveSource();
     void releaseSource();
 
-    ReflectorPtr sourceType;           ///< class of the source to make; null until chosen
+    ReflectorPtr sourceType; ///< class of the source to make; null until chosen
     Handle<TimeSource> source;
     TimerTicks ticksPerSecondCache = 0; ///< 0 while the source's rate is not known
 };

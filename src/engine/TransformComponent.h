@@ -105,10 +105,10 @@ public:
     Matrix4 getSpaceChangeTransform(CoordinateSpace space, unsigned flags = 0);
 
 private:
-    Vec4 position = Vec4(0.f, 0.f, 0.f, 1.f);             ///< native space, metres
+    Vec4 position = Vec4(0.f, 0.f, 0.f, 1.f); ///< native space, metres
     Quaternion orientation = Quaternion(1.f, 0.f, 0.f, 0.f);
     Vec4 scale = Vec4(1.f, 1.f, 1.f, 0.f);
     CoordinateSpace nativeSpace = WORLD_SPACE;
-    bool ready = false;                                   ///< set when the load is complete
-    Vec4 modelOriginOffset = Vec4(0.f, 0.f, 0.f, 0.f);    ///< object space, metres
+    bool ready = false;                                ///< set when the load is complete
+    Vec4 modelOriginOffset = Vec4(0.f, 0.f, 0.f, 0.f); ///< object space, metres
 };

@@ -23,11 +23,11 @@ struct Updater
 
     bool operator<(const Updater &rhs) const { return priority < rhs.priority; }
 
-    String updaterName;                ///< shown by the profiler
-    ReflectorPtr fn;                   ///< what is called, usually a method bound to its object
-    int priority = 0;                  ///< place in the frame, low first
-    bool runOnStop = false;            ///< whether a stopped level still runs it
-    mutable TimerTicks frameTime = 0;  ///< duration of the last run, ticks of the time source; no part of the order
+    String updaterName;               ///< shown by the profiler
+    ReflectorPtr fn;                  ///< what is called, usually a method bound to its object
+    int priority = 0;                 ///< place in the frame, low first
+    bool runOnStop = false;           ///< whether a stopped level still runs it
+    mutable TimerTicks frameTime = 0; ///< duration of the last run, ticks of the time source; no part of the order
 };
 
 /// Updaters in the order they run.

@@ -4,10 +4,6 @@
 #include "foundation/TextBuffer.h"
 #include "port/win32/Diagnostics.h"
 
-namespace
-{
-
-/// Puts together "file(line): importance: message", without the place where no file is given.
 void appendLogLine(TextBuffer &out, Logger_::Importance level, const String &message, const String &file, long line)
 {
     if (!file.empty())
@@ -22,8 +18,6 @@ void appendLogLine(TextBuffer &out, Logger_::Importance level, const String &mes
     out.append(message);
     out.append('\n');
 }
-
-} // namespace
 
 void OutputDebugStringConsoleOutputProvider::writeLine(Logger_::Importance level, const String &message,
                                                        const String &file, long line)

@@ -5,6 +5,11 @@
 
 #include <fstream>
 
+class TextBuffer;
+
+/// Puts together "file(line): importance: message" and a line break, without the place where no file is given.
+void appendLogLine(TextBuffer &out, Logger_::Importance level, const String &message, const String &file, long line);
+
 /// Hands each line to the platform's debug output; the log installs one at its start.
 class OutputDebugStringConsoleOutputProvider : public IConsoleOutputProvider
 {

@@ -65,9 +65,12 @@ public:
     }
     String &operator=(String &&other) noexcept
     {
-        const std::uintptr_t taken = other.data;
-        other.data = data;
-        data = taken;
+        if (this == &other)
+            return *this;
+        const std::uintptr_t old = data;
+        data = other.data;
+        other.data = 0;
+        releaseWord(old);
         return *this;
     }
 
@@ -118,11 +121,10 @@ public:
 
     bool operator==(const String &rhs) const noexcept
     {
-        if (data == rhs.data)
-            return true;
-        if ((data & rhs.data & INTERNED_BIT) || !data || !rhs.data)
-            return false;
-        return equalBytes(rhs);
+        // Two interned strings, the common case, are equal only as one body.
+        if ((data & rhs.data & INTERNED_BIT) == 0) [[unlikely]]
+            return data == rhs.data || (data && rhs.data && equalBytes(rhs));
+        return data == rhs.data;
     }
     bool operator!=(const String &rhs) const noexcept { return !(*this == rhs); }
     /// Byte order, unsigned; a text that begins another comes before it.

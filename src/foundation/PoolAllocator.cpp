@@ -110,7 +110,9 @@ void PoolAllocator::AllocatePage()
     for (std::size_t index = 0; index < objectsPerPage; ++index)
     {
         char *const block = getBlockOnPageByIndex(page, index);
-        PrepBlock(block, UNALLOCATED_PATTERN, index + 1 < objectsPerPage);
+        if (debugOn)
+            PrepBlock(block, UNALLOCATED_PATTERN, index + 1 < objectsPerPage);
+        setAllocatedBit(block, false);
         auto *const object = reinterpret_cast<GenericObject *>(block);
         object->Next = freeList;
         freeList = object;
@@ -127,7 +129,6 @@ void PoolAllocator::PrepBlock(char *dataStart, unsigned char dataSignature, bool
     std::memset(dataStart + objectSize, PAD_PATTERN, padBytes);
     if (fillAlignment)
         std::memset(dataStart + objectSize + padBytes, ALIGN_PATTERN, interBlockAlignSize);
-    setAllocatedBit(dataStart, false);
 }
 
 PoolAllocator::DeadCanaries PoolAllocator::CheckCanaries(const char *block) const
@@ -239,6 +240,6 @@ void PoolAllocator::verifyBlock(const void *block) const
         throw OAException(OAException::E_BAD_BOUNDARY, "verifyBlock: The address is not the start of a block.");
     if (isBlockFree(bytes))
         throw OAException(OAException::E_MULTIPLE_FREE, "verifyBlock: The block has already been freed.");
-    if (CheckCanaries(bytes) != BothCanariesLived)
+    if (debugOn && CheckCanaries(bytes) != BothCanariesLived)
         throw OAException(OAException::E_CORRUPTED_BLOCK, "verifyBlock: The pad bytes have been overwritten.");
 }

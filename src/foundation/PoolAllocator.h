@@ -120,8 +120,8 @@ private:
     std::size_t distanceToFirstBlock;  ///< from a page's address to its first block
     std::size_t totalBlockSize;        ///< from one block to the next
     std::size_t objectsPerPage = DEFAULT_OBJECTS_PER_PAGE;
-    std::size_t maxPages; ///< 0 for no limit
-    bool debugOn = true;
+    std::size_t maxPages;                         ///< 0 for no limit
+    bool debugOn = true;                          ///< pads of new pages get their patterns, which verifyBlock looks for
     std::size_t padBytes = sizeof(void *);        ///< left and right pad of a block
     std::size_t blockHeaderSize = sizeof(void *); ///< 0 would mean no headers
     std::size_t alignment = 16;                   ///< of what follows an AllocationHeader in a block

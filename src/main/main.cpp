@@ -18,7 +18,8 @@ void failWithTraceback()
 }
 
 /// Runs a step in which scripts run; an exception of theirs that comes out of it ends the process.
-template <class Step> void guarded(Step &&step)
+template <class Step>
+void guarded(Step &&step)
 {
     if (!pythonGuarded(step))
         failWithTraceback();

@@ -14,9 +14,7 @@ char lowered(char c)
 
 } // namespace
 
-NearestName::NearestName(String wanted) : wanted(std::move(wanted)), bestDistance(this->wanted.size() / 3 + 1)
-{
-}
+NearestName::NearestName(String wanted) : wanted(std::move(wanted)), bestDistance(this->wanted.size() / 3 + 1) {}
 
 void NearestName::consider(const String &candidate)
 {

@@ -2,9 +2,8 @@
 
 #include "object/Object.h"
 #include "object/ObjectChildrenView.h"
-#include "object/PythonHandle.h"
-
-#include <boost/python/errors.hpp>
+#include "object/PythonCalls.h"
+#include "object/PythonRef.h"
 
 #include <algorithm>
 
@@ -14,7 +13,7 @@ ObjectChildrenIterator::ObjectChildrenIterator(const Handle<Object> &parent) : o
     valid = true;
 }
 
-PyObject *ObjectChildrenIterator::next()
+Handle<Object> ObjectChildrenIterator::next()
 {
     if (valid)
     {
@@ -24,11 +23,10 @@ PyObject *ObjectChildrenIterator::next()
         {
             const Handle<Object> child = parent.children_begin()[current++];
             if (child.isValid())
-                return wrapHandle(child);
+                return child;
         }
         valid = false;
     }
-    PyErr_SetString(PyExc_StopIteration, "Stop Iteration");
-    boost::python::throw_error_already_set();
-    return nullptr;
+    raisePython(PyExc_StopIteration, SCS("Stop Iteration"));
+    pythonRaisePending();
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "object/Handle.h"
-#include "object/PythonRef.h"
 
 #include <cstddef>
 
@@ -14,8 +13,8 @@ class ObjectChildrenIterator
 public:
     explicit ObjectChildrenIterator(const Handle<Object> &parent);
 
-    /// The next child as a script object; raises StopIteration at the end, ValueError if the parent has died.
-    PyObject *next();
+    /// The next child; raises StopIteration at the end, ValueError if the parent has died.
+    Handle<Object> next();
 
 private:
     Handle<Object> obj;

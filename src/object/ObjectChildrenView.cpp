@@ -1,7 +1,7 @@
 #include "object/ObjectChildrenView.h"
 
 #include "object/Object.h"
-#include "object/PythonHandle.h"
+#include "object/PythonCalls.h"
 #include "object/PythonInvocation.h"
 
 #include <boost/python.hpp>
@@ -13,9 +13,8 @@ const Object &lookUpParent(const Handle<Object> &h)
     const auto object = h.lookup();
     if (object)
         return *object;
-    PyErr_SetString(PyExc_ValueError, "Attempt to locate children of a dead object");
-    python::throw_error_already_set();
-    return *object;
+    raisePython(PyExc_ValueError, SCS("Attempt to locate children of a dead object"));
+    pythonRaisePending();
 }
 
 Handle<Object> ObjectChildrenView::findChild(const String &name) const
@@ -27,13 +26,14 @@ Handle<Object> ObjectChildrenView::findChild(const String &name) const
     return Handle<Object>();
 }
 
-PyObject *ObjectChildrenView::getItem(const String &name) const
+Handle<Object> ObjectChildrenView::getItem(const String &name) const
 {
     const Handle<Object> child = findChild(name);
     if (child.isValid())
-        return wrapHandle(child);
-    return raisePython(PyExc_KeyError, String::format("Child %s not found in %s", name.toCString(),
-                                                      lookUpParent(obj).toString().toCString()));
+        return child;
+    raisePython(PyExc_KeyError,
+                String::format("Child %s not found in %s", name.toCString(), lookUpParent(obj).toString().toCString()));
+    pythonRaisePending();
 }
 
 bool ObjectChildrenView::contains(const String &name) const

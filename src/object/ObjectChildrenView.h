@@ -17,7 +17,7 @@ public:
     /// A walk over the children themselves.
     ObjectChildrenIterator itervalues() const { return ObjectChildrenIterator(obj); }
     /// The child of a name; raises KeyError, "Child %s not found in %s", if there is none.
-    PyObject *getItem(const String &name) const;
+    Handle<Object> getItem(const String &name) const;
     bool contains(const String &name) const;
     std::size_t getLength() const;
 

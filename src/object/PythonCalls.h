@@ -40,7 +40,8 @@ String getCurrentPythonTraceback();
 bool pythonGuarded(void (*body)(void *data), void *data);
 
 /// Runs `body()` and catches a Python exception thrown through it; false leaves that exception pending.
-template <class Body> bool pythonGuarded(const Body &body)
+template <class Body>
+bool pythonGuarded(const Body &body)
 {
     const Body *callee = &body;
     return pythonGuarded([](void *data) { (**static_cast<const Body **>(data))(); }, &callee);

@@ -85,11 +85,13 @@ void setOther(PyObject *o, Variant &out)
 }
 
 /// Extracts a T as Boost.Python does; false, with nothing raised, where that fails.
-template <class T> bool extractPython(const PythonObject &o, T &out)
+template <class T>
+bool extractPython(const PythonObject &o, T &out)
 {
     try
     {
-        const python::extract<T> value{python::object(o)};
+        const python::object held = o;
+        const python::extract<T> value(held);
         if (!value.check())
             return false;
         out = value();
@@ -126,30 +128,26 @@ bool buildPythonObject(const Variant &value, PythonObject &out)
 bool markPropertyEdited(const PythonObject &pattern, const String &propertyName)
 {
     const PythonRef edited(PyObject_GetAttrString(pattern.get(), "_editedProps"));
-    const PythonRef added(
-        edited ? PyObject_CallMethod(edited.get(), "add", "s", propertyName.toCString()) : nullptr);
+    const PythonRef added(edited ? PyObject_CallMethod(edited.get(), "add", "s", propertyName.toCString()) : nullptr);
     PyErr_Clear();
     return added != nullptr;
 }
 
 /// How Boost.Python builds a T out of a script object that `Source::accepts`.
-template <class T, class Source> struct FromPython
+template <class T, class Source>
+struct FromPython
 {
     static void *convertible(PyObject *o) { return Source::accepts(o) ? o : nullptr; }
 
     static void construct(PyObject *o, python::converter::rvalue_from_python_stage1_data *data)
     {
-        void *const place =
-            reinterpret_cast<python::converter::rvalue_from_python_storage<T> *>(data)->storage.bytes;
+        void *const place = reinterpret_cast<python::converter::rvalue_from_python_storage<T> *>(data)->storage.bytes;
         T *const made = new (place) T();
         Source::fill(o, *made);
         data->convertible = place;
     }
 
-    static void add()
-    {
-        python::converter::registry::push_back(&convertible, &construct, python::type_id<T>());
-    }
+    static void add() { python::converter::registry::push_back(&convertible, &construct, python::type_id<T>()); }
 };
 
 struct TextSource
@@ -180,15 +178,17 @@ struct HandleSource
 struct ReflectorSource
 {
     static bool accepts(PyObject *o) { return o == Py_None || PyCallable_Check(o); }
-    static void fill(PyObject *o, ReflectorPtr &out)
-    {
-        out = getReflectorForPythonObject(PythonObject::borrow(o));
-    }
+    static void fill(PyObject *o, ReflectorPtr &out) { out = getReflectorForPythonObject(PythonObject::borrow(o)); }
 };
 
 struct HandleToPython
 {
     static PyObject *convert(const Handle<Object> &h) { return wrapHandle(h); }
+};
+
+struct PythonObjectToPython
+{
+    static PyObject *convert(const PythonObject &held) { return Py_NewRef(held.isNone() ? Py_None : held.get()); }
 };
 
 struct ReflectorToPython
@@ -253,6 +253,7 @@ void registerPythonConverters(PythonConversions &table)
     python::to_python_converter<Variant, VariantToPython>();
     python::to_python_converter<Handle<Object>, HandleToPython>();
     python::to_python_converter<ReflectorPtr, ReflectorToPython>();
+    python::to_python_converter<PythonObject, PythonObjectToPython>();
     FromPython<String, TextSource>::add();
     FromPython<Variant, AnySource>::add();
     FromPython<Handle<Object>, HandleSource>::add();

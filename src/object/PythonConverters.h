@@ -28,8 +28,8 @@ struct VariantToPython
 /// Any script object to a value of the reflection layer.
 ///
 /// Numbers, bools, texts, vectors, quaternions, handles and reflected things become their native alternative, an
-/// enumerator becomes its number, a bound member of an object a reflector of that call; all else, `None` included, stays
-/// a script object. Never fails.
+/// enumerator becomes its number, a bound member of an object a reflector of that call; all else, `None` included,
+/// stays a script object. Never fails.
 struct VariantFromPython
 {
     static void convert(PyObject *o, Variant &out);

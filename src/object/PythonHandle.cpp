@@ -6,6 +6,7 @@
 #include "object/PythonConverters.h"
 #include "object/PythonHandleTypes.h"
 #include "object/PythonInvocation.h"
+#include "object/PythonMembers.h"
 #include "object/PythonThing.h"
 
 namespace
@@ -48,11 +49,15 @@ PyObject *raiseNoMember(PyObject *self, PyObject *attribute)
 
 PyObject *getAttribute(PyObject *self, PyObject *name)
 {
-    PyObject *const found = PyObject_GenericGetAttr(self, name);
-    if (found || !PyErr_ExceptionMatches(PyExc_AttributeError) || _PyType_Lookup(Py_TYPE(self), name))
-        return found;
-    PyErr_Clear();
-    return raiseNoMember(self, name);
+    // A handle has no attributes of its own: everything stands in its type.
+    PyObject *const attribute = _PyType_Lookup(Py_TYPE(self), name);
+    if (!attribute)
+        return raiseNoMember(self, name);
+    if (isPythonMember(attribute))
+        return readPythonMember(attribute, self);
+    PythonRef kept = newPythonRef(attribute);
+    const descrgetfunc read = Py_TYPE(attribute)->tp_descr_get;
+    return read ? read(attribute, self, reinterpret_cast<PyObject *>(Py_TYPE(self))) : kept.release();
 }
 
 int setAttribute(PyObject *self, PyObject *name, PyObject *value)
@@ -66,8 +71,7 @@ int setAttribute(PyObject *self, PyObject *name, PyObject *value)
     if (!member)
         raiseNoMember(self, name);
     else
-        PyErr_Format(PyExc_AttributeError, "'%U' of %s is no property and cannot be set", name,
-                     Py_TYPE(self)->tp_name);
+        PyErr_Format(PyExc_AttributeError, "'%U' of %s is no property and cannot be set", name, Py_TYPE(self)->tp_name);
     return -1;
 }
 
@@ -128,26 +132,26 @@ PyObject *refuseToPickle(PyObject *, PyObject *)
 
 bool addPythonHandleType(PyObject *module)
 {
-    static PyMethodDef methods[] = {
-        {"_getType", getTypeOfHandle, METH_NOARGS, "The reflected class of the object."},
-        {"__copy__", copyHandle, METH_NOARGS, nullptr},
-        {"__deepcopy__", copyHandle, METH_O, nullptr},
-        {"__reduce_ex__", refuseToPickle, METH_O, nullptr},
-        {}};
+    static PyMethodDef methods[] = {{"_getType", getTypeOfHandle, METH_NOARGS, "The reflected class of the object."},
+                                    {"__copy__", copyHandle, METH_NOARGS, nullptr},
+                                    {"__deepcopy__", copyHandle, METH_O, nullptr},
+                                    {"__reduce_ex__", refuseToPickle, METH_O, nullptr},
+                                    {}};
     static PyGetSetDef properties[] = {
         {"children", getChildren, nullptr, "The object's children, in order or by name.", nullptr}, {}};
-    PyType_Slot slots[] = {{Py_tp_new, pythonSlot(PyType_GenericNew)},
-                           {Py_tp_dealloc, pythonSlot(destroyHandle)},
-                           {Py_tp_getattro, pythonSlot(getAttribute)},
-                           {Py_tp_setattro, pythonSlot(setAttribute)},
-                           {Py_nb_bool, pythonSlot(isHandleValid)},
-                           {Py_tp_hash, pythonSlot(hashHandle)},
-                           {Py_tp_richcompare, pythonSlot(compareHandles)},
-                           {Py_tp_repr, pythonSlot(showHandle)},
-                           {Py_tp_methods, methods},
-                           {Py_tp_getset, properties},
-                           {Py_tp_doc, const_cast<char *>("A reference to an object of the engine; false once it died.")},
-                           {0, nullptr}};
+    PyType_Slot slots[] = {
+        {Py_tp_new, pythonSlot(PyType_GenericNew)},
+        {Py_tp_dealloc, pythonSlot(destroyHandle)},
+        {Py_tp_getattro, pythonSlot(getAttribute)},
+        {Py_tp_setattro, pythonSlot(setAttribute)},
+        {Py_nb_bool, pythonSlot(isHandleValid)},
+        {Py_tp_hash, pythonSlot(hashHandle)},
+        {Py_tp_richcompare, pythonSlot(compareHandles)},
+        {Py_tp_repr, pythonSlot(showHandle)},
+        {Py_tp_methods, methods},
+        {Py_tp_getset, properties},
+        {Py_tp_doc, const_cast<char *>("A reference to an object of the engine; false once it died.")},
+        {0, nullptr}};
     PyType_Spec spec = {"_kaVel.Handle_", sizeof(PythonHandle), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, slots};
     handleType = reinterpret_cast<PyTypeObject *>(PyType_FromSpec(&spec));
     return handleType && PyModule_AddType(module, handleType) == 0;

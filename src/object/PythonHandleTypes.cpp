@@ -103,8 +103,7 @@ PyTypeObject *makeType(const DoxyElement &objectClass)
 
     const String typeName = SCS("_kaVel.") + objectClass.getQualifiedName();
     PyType_Slot slots[] = {{Py_tp_doc, const_cast<char *>(objectClass.getBriefDescription())}, {0, nullptr}};
-    PyType_Spec spec = {typeName.toCString(), sizeof(PythonHandle), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE,
-                        slots};
+    PyType_Spec spec = {typeName.toCString(), sizeof(PythonHandle), 0, Py_TPFLAGS_DEFAULT | Py_TPFLAGS_BASETYPE, slots};
     PythonRef made(PyType_FromSpecWithBases(&spec, reinterpret_cast<PyObject *>(baseType)));
     if (!made)
         return nullptr;

@@ -36,27 +36,46 @@ bool refuseKeywords(const IReflectedThing &thing, PyObject *keywordNames)
 {
     if (!keywordNames || PyTuple_GET_SIZE(keywordNames) == 0)
         return true;
-    raisePython(PyExc_TypeError,
-                String::format("%s takes no keyword arguments", thing.getQualifiedName().toCString()));
+    raisePython(PyExc_TypeError, String::format("%s takes no keyword arguments", thing.getQualifiedName().toCString()));
     return false;
 }
 
-PyObject *callForPython(const IReflectedThing &thing, SavedArguments &args)
+namespace
+{
+
+PyObject *valueForPython(const IReflectedThing &thing, const ErrorReturn<Variant> &result)
+{
+    if (!result.code.succeeded())
+        return raiseCallFailure(thing.toString(), result.code);
+    if (PyErr_Occurred())
+        return nullptr;
+    // A function without result gives the empty value, which has no script form of its own.
+    if (result.value.getType() == Variant::VT_INVALID)
+        Py_RETURN_NONE;
+    return VariantToPython::convert(result.value);
+}
+
+template <class Thing>
+PyObject *callAnyForPython(const Thing &thing, SavedArguments &args)
 {
     try
     {
-        const ErrorReturn<Variant> result = thing.do_call(args);
-        if (!result.code.succeeded())
-            return raiseCallFailure(thing.toString(), result.code);
-        if (PyErr_Occurred())
-            return nullptr;
-        // A function without result gives the empty value, which has no script form of its own.
-        if (result.value.getType() == Variant::VT_INVALID)
-            Py_RETURN_NONE;
-        return VariantToPython::convert(result.value);
+        return valueForPython(thing, thing.do_call(args));
     }
     catch (...)
     {
         return raiseCaughtException();
     }
+}
+
+} // namespace
+
+PyObject *callForPython(const IReflectedThing &thing, SavedArguments &args)
+{
+    return callAnyForPython(thing, args);
+}
+
+PyObject *callForPython(const DoxyElement &function, SavedArguments &args)
+{
+    return callAnyForPython(function, args);
 }

@@ -1,6 +1,7 @@
 // PythonInvocation: reflected calls made by scripts, and how their failures are raised.
 #pragma once
 
+#include "object/DoxyElement.h"
 #include "object/PythonRef.h"
 #include "object/SavedArguments.h"
 
@@ -9,6 +10,8 @@
 /// @return the value as a new reference, `None` for a function without result; null with "Call to %s failed: %s"
 ///         raised as RuntimeError, or with the exception that came through the call
 PyObject *callForPython(const IReflectedThing &thing, SavedArguments &args);
+/// The same for a function of the table, without a virtual call.
+PyObject *callForPython(const DoxyElement &function, SavedArguments &args);
 
 /// Raises RuntimeError with "Call to %s failed: %s" of what was called and the code's text; returns null.
 PyObject *raiseCallFailure(const String &what, const ErrorCode &code);

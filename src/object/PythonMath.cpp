@@ -9,7 +9,8 @@ namespace python = boost::python;
 namespace
 {
 
-template <class T> PyObject *newPythonValue(const T &value)
+template <class T>
+PyObject *newPythonValue(const T &value)
 {
     try
     {
@@ -21,13 +22,15 @@ template <class T> PyObject *newPythonValue(const T &value)
     }
 }
 
-template <class T> const T *valueOf(PyObject *o)
+template <class T>
+const T *valueOf(PyObject *o)
 {
     return static_cast<const T *>(
         python::converter::get_lvalue_from_python(o, python::converter::registered<T>::converters));
 }
 
-template <class T> String showValue(const T &value)
+template <class T>
+String showValue(const T &value)
 {
     return value.toString();
 }
@@ -38,12 +41,14 @@ String showQuaternion(const Quaternion &q)
 }
 
 /// Copies are new values, so that `a = copy(b)` and a pattern's deep copy do not share a vector.
-template <class T> T copyValue(const T &value)
+template <class T>
+T copyValue(const T &value)
 {
     return value;
 }
 
-template <class T> T deepCopyValue(const T &value, const python::object &)
+template <class T>
+T deepCopyValue(const T &value, const python::object &)
 {
     return value;
 }
@@ -78,11 +83,11 @@ void addComponents(python::class_<Vec4> &vec4)
 
 void addVec4()
 {
+    using python::arg;
     using python::self;
-    const python::init<python::optional<float, float, float, float>> fromComponents(
-        (python::arg("x") = 0, python::arg("y") = 0, python::arg("z") = 0, python::arg("w") = 0));
-    python::class_<Vec4> vec4("Vec4", "A vector of four components; w is 0 for directions, 1 for positions.",
-                              fromComponents);
+    python::class_<Vec4> vec4(
+        "Vec4", "A vector of four components; w is 0 for directions, 1 for positions.",
+        python::init<float, float, float, float>((arg("x") = 0.0f, arg("y") = 0.0f, arg("z") = 0.0f, arg("w") = 0.0f)));
     vec4.def(python::init<const Vec4 &>())
         .def(self + self)
         .def(self - self)
@@ -95,7 +100,8 @@ void addVec4()
         .def(-self)
         .def(self == self)
         .def(self != self)
-        .def("__rmul__", +[](const Vec4 &right, const Vec4 &left) { return left * right; })
+        .def(
+            "__rmul__", +[](const Vec4 &right, const Vec4 &left) { return left * right; })
         .def("__repr__", showValue<Vec4>)
         .def("__copy__", copyValue<Vec4>)
         .def("__deepcopy__", deepCopyValue<Vec4>)
@@ -114,10 +120,11 @@ void addVec4()
 
 void addQuaternion()
 {
+    using python::arg;
     using python::self;
-    const python::init<python::optional<float, float, float, float>> fromComponents(
-        (python::arg("r") = 1, python::arg("i") = 0, python::arg("j") = 0, python::arg("k") = 0));
-    python::class_<Quaternion> quaternion("Quaternion", "A rotation; r is the real part.", fromComponents);
+    python::class_<Quaternion> quaternion(
+        "Quaternion", "A rotation; r is the real part.",
+        python::init<float, float, float, float>((arg("r") = 1.0f, arg("i") = 0.0f, arg("j") = 0.0f, arg("k") = 0.0f)));
     quaternion.def(python::init<const Quaternion &>())
         .def(self * self)
         .def(self *= self)
@@ -133,8 +140,9 @@ void addQuaternion()
         .def("update", &Quaternion::update, "Turns by an angular velocity over a time in seconds.")
         .def("fromAxisAngle", &Quaternion::fromAxisAngle, "Rotation around an axis by an angle in radians.")
         .staticmethod("fromAxisAngle")
-        .def("fromDirection", +[](const Vec4 &direction) { return Quaternion(direction); },
-             "Rotation that faces along a direction.")
+        .def(
+            "fromDirection", +[](const Vec4 &direction) { return Quaternion(direction); },
+            "Rotation that faces along a direction.")
         .staticmethod("fromDirection")
         .def("fromDirectionWithAdaptingUpVector", &Quaternion::fromDirectionWithAdaptingUpVector,
              "Rotation that faces along a direction, also nearly straight up or down.")

@@ -7,19 +7,10 @@
 
 #include <structmember.h>
 
-#include <array>
 #include <cstddef>
 
 namespace
 {
-
-/// A member function in the dictionary of a script type.
-struct PythonMethod
-{
-    PyObject_HEAD;
-    vectorcallfunc vectorcall;
-    const DoxyElement *function;
-};
 
 /// A member function read from a handle.
 struct PythonBoundMethod
@@ -28,6 +19,16 @@ struct PythonBoundMethod
     vectorcallfunc vectorcall;
     const DoxyElement *function;
     Handle<Object> handle;
+};
+
+/// A member function in the dictionary of a script type.
+struct PythonMethod
+{
+    PyObject_HEAD;
+    vectorcallfunc vectorcall;
+    const DoxyElement *function;
+    /// Bound anew for each read while nobody else holds it: nearly every call of a script binds for an instant only.
+    PythonBoundMethod *spare;
 };
 
 /// A getter and a setter in the dictionary of a script type.
@@ -42,16 +43,7 @@ PyTypeObject *methodType = nullptr;
 PyTypeObject *boundMethodType = nullptr;
 PyTypeObject *propertyType = nullptr;
 
-/// Bound methods that died, kept for the next read: nearly every call of a script makes one for an instant.
-struct BoundMethodPool
-{
-    std::array<PythonBoundMethod *, 16> objects{};
-    std::size_t count = 0;
-};
-BoundMethodPool boundMethodPool;
-
-PyObject *callPacked(const DoxyElement &function, const Handle<Object> *bound, PyObject *const *args,
-                     std::size_t given)
+PyObject *callPacked(const DoxyElement &function, const Handle<Object> *bound, PyObject *const *args, std::size_t given)
 {
     const std::size_t first = bound ? 1 : 0;
     if (given + first > maxCallArgs)
@@ -81,35 +73,35 @@ PyObject *callBoundMethod(PyObject *self, PyObject *const *args, std::size_t cou
     return callPacked(*method.function, &method.handle, args, PyVectorcall_NARGS(countAndFlag));
 }
 
+PythonBoundMethod *newBoundMethod(const DoxyElement &function)
+{
+    PythonBoundMethod *const bound = PyObject_New(PythonBoundMethod, boundMethodType);
+    if (!bound)
+        return nullptr;
+    bound->vectorcall = callBoundMethod;
+    bound->function = &function;
+    return bound;
+}
+
+PyObject *bindToHandle(PyObject *self, const Handle<Object> &handle)
+{
+    auto &method = *reinterpret_cast<PythonMethod *>(self);
+    PythonBoundMethod *bound = method.spare;
+    if (bound && Py_REFCNT(bound) == 1)
+        Py_INCREF(bound);
+    else
+        bound = newBoundMethod(*method.function);
+    if (bound)
+        bound->handle = handle;
+    return reinterpret_cast<PyObject *>(bound);
+}
+
 PyObject *bindMethod(PyObject *self, PyObject *instance, PyObject *)
 {
     const DoxyElement &function = *reinterpret_cast<PythonMethod *>(self)->function;
     if (!instance || !function.takesThis() || !isPythonHandle(instance))
         return Py_NewRef(self);
-    PythonBoundMethod *bound = nullptr;
-    if (boundMethodPool.count > 0)
-    {
-        bound = boundMethodPool.objects[--boundMethodPool.count];
-        PyObject_Init(reinterpret_cast<PyObject *>(bound), boundMethodType);
-    }
-    else
-        bound = PyObject_New(PythonBoundMethod, boundMethodType);
-    if (!bound)
-        return nullptr;
-    bound->vectorcall = callBoundMethod;
-    bound->function = &function;
-    bound->handle = handleOf(instance);
-    return reinterpret_cast<PyObject *>(bound);
-}
-
-void destroyBoundMethod(PyObject *self)
-{
-    PyTypeObject *const type = Py_TYPE(self);
-    if (boundMethodPool.count < boundMethodPool.objects.size())
-        boundMethodPool.objects[boundMethodPool.count++] = reinterpret_cast<PythonBoundMethod *>(self);
-    else
-        PyObject_Free(self);
-    Py_DECREF(type);
+    return bindToHandle(self, handleOf(instance));
 }
 
 bool isSameBinding(PyObject *left, PyObject *right)
@@ -167,16 +159,19 @@ PyObject *getBoundObject(PyObject *self, void *)
     return wrapHandle(reinterpret_cast<PythonBoundMethod *>(self)->handle);
 }
 
-PyObject *readProperty(PyObject *self, PyObject *instance, PyObject *)
+PyObject *readOfHandle(PyObject *self, const Handle<Object> &handle)
 {
-    if (!instance || !isPythonHandle(instance))
-        return Py_NewRef(self);
     const PropertyDesc &property = *reinterpret_cast<PythonProperty *>(self)->property;
     if (!property.getGetter())
         return raisePython(PyExc_AttributeError, property.toString() + SCS(" cannot be read: it has no getter"));
     SavedArguments packed(1);
-    packed[0].emplace(Variant::VT_HANDLE, handleOf(instance));
-    return callForPython(*property.getGetter(), packed);
+    packed[0].emplace(Variant::VT_HANDLE, handle);
+    return callForPython(static_cast<const DoxyElement &>(*property.getGetter()), packed);
+}
+
+PyObject *readProperty(PyObject *self, PyObject *instance, PyObject *)
+{
+    return instance && isPythonHandle(instance) ? readOfHandle(self, handleOf(instance)) : Py_NewRef(self);
 }
 
 int writeProperty(PyObject *self, PyObject *instance, PyObject *value)
@@ -191,7 +186,7 @@ int writeProperty(PyObject *self, PyObject *instance, PyObject *value)
     SavedArguments packed(2);
     packed[0].emplace(Variant::VT_HANDLE, handleOf(instance));
     VariantFromPython::convert(value, packed[1]);
-    return PythonRef(callForPython(*property.getSetter(), packed)) ? 0 : -1;
+    return PythonRef(callForPython(static_cast<const DoxyElement &>(*property.getSetter()), packed)) ? 0 : -1;
 }
 
 PyObject *showProperty(PyObject *self)
@@ -221,9 +216,12 @@ PyTypeObject *makeMethodType()
                                   {"__qualname__", getMethodQualifiedName, nullptr, nullptr, nullptr},
                                   {"__doc__", getMethodDoc, nullptr, nullptr, nullptr},
                                   {}};
-    PyType_Slot slots[] = {{Py_tp_call, pythonSlot(PyVectorcall_Call)}, {Py_tp_descr_get, pythonSlot(bindMethod)},
-                           {Py_tp_repr, pythonSlot(showMethod)},        {Py_tp_members, members},
-                           {Py_tp_getset, texts},                 {0, nullptr}};
+    PyType_Slot slots[] = {{Py_tp_call, pythonSlot(PyVectorcall_Call)},
+                           {Py_tp_descr_get, pythonSlot(bindMethod)},
+                           {Py_tp_repr, pythonSlot(showMethod)},
+                           {Py_tp_members, members},
+                           {Py_tp_getset, texts},
+                           {0, nullptr}};
     PyType_Spec spec = {"_kaVel.reflected_function", sizeof(PythonMethod), 0,
                         Py_TPFLAGS_DEFAULT | Py_TPFLAGS_METHOD_DESCRIPTOR | Py_TPFLAGS_HAVE_VECTORCALL |
                             Py_TPFLAGS_DISALLOW_INSTANTIATION,
@@ -243,7 +241,6 @@ PyTypeObject *makeBoundMethodType()
                                   {"__self__", getBoundObject, nullptr, nullptr, nullptr},
                                   {}};
     PyType_Slot slots[] = {{Py_tp_call, pythonSlot(PyVectorcall_Call)},
-                           {Py_tp_dealloc, pythonSlot(destroyBoundMethod)},
                            {Py_tp_richcompare, pythonSlot(compareBoundMethods)},
                            {Py_tp_hash, pythonSlot(hashBoundMethod)},
                            {Py_tp_repr, pythonSlot(showBoundMethod)},
@@ -288,6 +285,7 @@ PythonRef newPythonMethod(const DoxyElement &function)
         return nullptr;
     method->vectorcall = callMethod;
     method->function = &function;
+    method->spare = function.takesThis() ? newBoundMethod(function) : nullptr;
     return PythonRef(reinterpret_cast<PyObject *>(method));
 }
 
@@ -299,6 +297,19 @@ PythonRef newPythonProperty(const DoxyElement &owner, const PropertyDesc &proper
     made->owner = &owner;
     made->property = &property;
     return PythonRef(reinterpret_cast<PyObject *>(made));
+}
+
+bool isPythonMember(PyObject *attribute)
+{
+    return Py_IS_TYPE(attribute, methodType) || Py_IS_TYPE(attribute, propertyType);
+}
+
+PyObject *readPythonMember(PyObject *member, PyObject *handle)
+{
+    if (Py_IS_TYPE(member, propertyType))
+        return readOfHandle(member, handleOf(handle));
+    const bool bind = reinterpret_cast<PythonMethod *>(member)->function->takesThis();
+    return bind ? bindToHandle(member, handleOf(handle)) : Py_NewRef(member);
 }
 
 ReflectorPtr boundCallOf(PyObject *o)

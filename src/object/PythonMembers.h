@@ -18,5 +18,11 @@ PythonRef newPythonMethod(const DoxyElement &function);
 /// Borrows the property, which must be one that `DoxyElement::findProperty` gave.
 PythonRef newPythonProperty(const DoxyElement &owner, const PropertyDesc &property);
 
+/// Whether an attribute of a type is one of these descriptors.
+bool isPythonMember(PyObject *attribute);
+
+/// What a handle's attribute gives through its descriptor; the shortest way for the handle's own look-up.
+PyObject *readPythonMember(PyObject *member, PyObject *handle);
+
 /// The bound call that a script object is, as a reflector that binds the same object; null for any other object.
 ReflectorPtr boundCallOf(PyObject *o);

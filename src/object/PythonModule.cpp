@@ -31,8 +31,8 @@ void writeDebugString(const String &text)
 
 void addAllocationCategories()
 {
-    python::class_<AllocationCategory, boost::noncopyable>("AllocationCategory",
-                                                           "What one purpose has allocated.", python::no_init)
+    python::class_<AllocationCategory, boost::noncopyable>("AllocationCategory", "What one purpose has allocated.",
+                                                           python::no_init)
         .add_property("name", &AllocationCategory::getName)
         .def_readonly("objectCount", &AllocationCategory::objectCount)
         .def_readonly("totalObjectSize", &AllocationCategory::totalObjectSize)
@@ -60,8 +60,8 @@ bool fillModule(PyObject *module)
 
 PyObject *defineModule()
 {
-    static PyModuleDef definition = {PyModuleDef_HEAD_INIT, "_kaVel", "The engine's native side.", -1, nullptr,
-                                     nullptr,               nullptr,  nullptr,                     nullptr};
+    static PyModuleDef definition = {
+        PyModuleDef_HEAD_INIT, "_kaVel", "The engine's native side.", -1, nullptr, nullptr, nullptr, nullptr, nullptr};
     PythonRef module(PyModule_Create(&definition));
     if (!module)
         return nullptr;

@@ -22,7 +22,8 @@ inline PythonRef newPythonRef(PyObject *borrowed)
 }
 
 /// A function in the form in which the interpreter takes the functions of a type.
-template <class Function> void *pythonSlot(Function *function)
+template <class Function>
+void *pythonSlot(Function *function)
 {
     return reinterpret_cast<void *>(function);
 }

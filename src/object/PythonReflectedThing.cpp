@@ -55,9 +55,7 @@ bool packArguments(const SavedArguments &args, PythonRef *packed)
 
 } // namespace
 
-PythonReflectedThing::PythonReflectedThing(PythonObject object) : IReflectedThing(COUNTED), pyObj(std::move(object))
-{
-}
+PythonReflectedThing::PythonReflectedThing(PythonObject object) : IReflectedThing(COUNTED), pyObj(std::move(object)) {}
 
 PythonReflectedThing::~PythonReflectedThing()
 {
@@ -138,8 +136,7 @@ IReflectedThing::MemberList PythonReflectedThing::getMemberList() const
     for (Py_ssize_t index = 0; names && index < PyList_GET_SIZE(names.get()); ++index)
     {
         String name;
-        if (!String_from_python_str::convert(PyList_GET_ITEM(names.get(), index), name) ||
-            name.startsWith(SCS("__")))
+        if (!String_from_python_str::convert(PyList_GET_ITEM(names.get(), index), name) || name.startsWith(SCS("__")))
             continue;
         if (ReflectorPtr member = getMember(name))
             members.push_back(std::move(member));

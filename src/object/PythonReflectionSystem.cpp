@@ -2,8 +2,7 @@
 
 #include "object/AutoReflector.h"
 #include "object/NearestName.h"
-#include "object/PythonInvocation.h"
-#include "object/PythonThing.h"
+#include "object/PythonCalls.h"
 #include "object/Reflection.h"
 
 #include <boost/python.hpp>
@@ -13,17 +12,17 @@ namespace python = boost::python;
 namespace
 {
 
-PyObject *getTypeByName(const Reflection_ &reflection, const String &name)
+ReflectorPtr getTypeByName(const Reflection_ &reflection, const String &name)
 {
     // The interpreter asks every object for names of its own, which no reflected thing bears.
     const ReflectorPtr type = name.startsWith(SCS("__")) ? ReflectorPtr() : reflection.getType(name);
     if (type)
-        return wrapThing(type);
+        return type;
     NearestName nearest(name);
     for (const String &known : getAutoReflector().getClassNames())
         nearest.consider(known);
-    return raisePython(PyExc_AttributeError,
-                       String::format("no class '%s'%s", name.toCString(), nearest.hint().toCString()));
+    raisePython(PyExc_AttributeError, String::format("no class '%s'%s", name.toCString(), nearest.hint().toCString()));
+    pythonRaisePending();
 }
 
 bool hasType(const Reflection_ &reflection, const String &name)

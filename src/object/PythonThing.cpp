@@ -76,8 +76,8 @@ PyObject *raiseNoMember(const IReflectedThing &thing, const String &name)
     for (const ReflectorPtr &member : thing.getMemberList())
         nearest.consider(member->getName());
     return raisePython(PyExc_AttributeError,
-                       String::format("no member '%s' in %s%s", name.toCString(),
-                                      thing.getQualifiedName().toCString(), nearest.hint().toCString()));
+                       String::format("no member '%s' in %s%s", name.toCString(), thing.getQualifiedName().toCString(),
+                                      nearest.hint().toCString()));
 }
 
 /// Attributes of the wrapper itself, then the members of the thing.
@@ -241,7 +241,8 @@ bool addPythonThingType(PyObject *module)
         {Py_tp_methods, methods},
         {Py_tp_getset, properties},
         {Py_tp_members, members},
-        {Py_tp_doc, const_cast<char *>("A class, function, enum, message or bound call: callable and looked at by name.")},
+        {Py_tp_doc,
+         const_cast<char *>("A class, function, enum, message or bound call: callable and looked at by name.")},
         {0, nullptr}};
     PyType_Spec spec = {"_kaVel.IReflectedThing", sizeof(PythonThing), 0,
                         Py_TPFLAGS_DEFAULT | Py_TPFLAGS_HAVE_GC | Py_TPFLAGS_HAVE_VECTORCALL |

@@ -3,18 +3,44 @@
 
 #include "object/Variant.h"
 
-#include <array>
+#include <new>
+#include <utility>
 
 /// The most arguments a reflected call can take; a member function's object counts as one.
 inline constexpr std::size_t maxCallArgs = 5;
 
 /// Arguments of a reflected call, kept inline so that a call allocates nothing.
 ///
-/// The count must not exceed maxCallArgs; nothing beyond it is checked.
+/// The count must not exceed maxCallArgs; neither it nor an index is checked. Room for maxCallArgs is there, but only
+/// the counted arguments are made and destroyed, since most calls have one or two.
 class SavedArguments
 {
 public:
-    explicit SavedArguments(std::size_t argCount_ = 0) : argCount(argCount_) {}
+    explicit SavedArguments(std::size_t argCount_ = 0) : argCount(argCount_)
+    {
+        for (std::size_t i = 0; i < argCount; ++i)
+            new (&args[i]) Variant;
+    }
+    SavedArguments(const SavedArguments &rhs) : argCount(rhs.argCount)
+    {
+        for (std::size_t i = 0; i < argCount; ++i)
+            new (&args[i]) Variant(rhs.args[i]);
+    }
+    SavedArguments(SavedArguments &&rhs) noexcept : argCount(rhs.argCount)
+    {
+        for (std::size_t i = 0; i < argCount; ++i)
+            new (&args[i]) Variant(std::move(rhs.args[i]));
+    }
+    SavedArguments &operator=(SavedArguments rhs) noexcept
+    {
+        this->~SavedArguments();
+        return *new (this) SavedArguments(std::move(rhs));
+    }
+    ~SavedArguments()
+    {
+        for (std::size_t i = 0; i < argCount; ++i)
+            args[i].~Variant();
+    }
 
     Variant &operator[](std::size_t index) { return args[index]; }
     const Variant &operator[](std::size_t index) const { return args[index]; }
@@ -25,15 +51,26 @@ public:
     static SavedArguments of(const Arguments &...arguments)
     {
         static_assert(sizeof...(Arguments) <= maxCallArgs, "a reflected call takes at most maxCallArgs arguments");
-        SavedArguments packed(sizeof...(Arguments));
-        [[maybe_unused]] std::size_t index = 0;
-        (SetToVariant(packed.args[index++], arguments), ...);
-        return packed;
+        return SavedArguments(Packed(), arguments...);
     }
 
 private:
+    struct Packed
+    {
+    };
+
+    template <class... Arguments>
+    explicit SavedArguments(Packed, const Arguments &...arguments) : argCount(sizeof...(Arguments))
+    {
+        [[maybe_unused]] std::size_t index = 0;
+        (new (&args[index++]) Variant(arguments), ...);
+    }
+
     std::size_t argCount;
-    std::array<Variant, maxCallArgs> args;
+    union
+    {
+        Variant args[maxCallArgs];
+    };
 };
 
 template <class... Arguments>

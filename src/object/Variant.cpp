@@ -57,13 +57,8 @@ bool fromVariant(const Variant &v, String &out)
            pythonConversions.toString(v.as<PythonObject>(), out);
 }
 
-bool fromVariant(const Variant &v, ReflectorPtr &out)
+bool reflectorFromScript(const Variant &v, ReflectorPtr &out)
 {
-    if (v.getType() == Variant::VT_REFLECTOR)
-    {
-        out = v.as<ReflectorPtr>();
-        return true;
-    }
     return v.getType() == Variant::VT_PYTHON && pythonConversions.toReflector &&
            pythonConversions.toReflector(v.as<PythonObject>(), out);
 }

@@ -46,7 +46,7 @@ public:
         VT_NUM_TYPES = 10
     };
 
-    constexpr Variant() noexcept : type(VT_INVALID), storage() {}
+    constexpr Variant() noexcept : type(VT_INVALID) {}
     Variant(const Variant &rhs) : type(rhs.type), storage(rhs.storage)
     {
         if (isCounted())
@@ -63,6 +63,12 @@ public:
 
     Variant &operator=(const Variant &rhs)
     {
+        if (!isCounted() && !rhs.isCounted())
+        {
+            type = rhs.type;
+            storage = rhs.storage;
+            return *this;
+        }
         Variant copy(rhs);
         return *this = std::move(copy);
     }
@@ -184,7 +190,7 @@ inline void SetToVariant(Variant &v, const Quaternion &value)
 
 template <class T>
 requires(!std::is_same_v<std::remove_cvref_t<T>, Variant>) Variant::Variant(const T &value)
-    : type(VT_INVALID), storage()
+    : type(VT_INVALID)
 {
     SetToVariant(*this, value);
 }
@@ -294,7 +300,14 @@ inline bool fromVariant(const Variant &v, Variant &out)
     return true;
 }
 bool fromVariant(const Variant &v, String &out);
-bool fromVariant(const Variant &v, ReflectorPtr &out);
+bool reflectorFromScript(const Variant &v, ReflectorPtr &out);
+inline bool fromVariant(const Variant &v, ReflectorPtr &out)
+{
+    if (v.getType() != Variant::VT_REFLECTOR) [[unlikely]]
+        return reflectorFromScript(v, out);
+    out = v.as<ReflectorPtr>();
+    return true;
+}
 bool fromVariant(const Variant &v, Vec4 &out);
 bool fromVariant(const Variant &v, Quaternion &out);
 bool fromVariant(const Variant &v, PythonObject &out);

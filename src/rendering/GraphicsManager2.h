@@ -21,6 +21,8 @@ class GraphicsManager2 : public AbstractManager
 public:
     GraphicsManager2() = default;
 
+    /// Temporary function for the coordinator to call.
+    ///
     /// Renders the level: G-buffer, lights, combine, debug geometry, screen plane. Nothing while the device is lost.
     void doFrame() override;
     void onAddToCoordinator() override;

@@ -56,6 +56,8 @@ void GraphicsSystem2::getPresentParams(D3DPRESENT_PARAMETERS &params)
 
 void GraphicsSystem2::createDevice()
 {
+    if (device)
+        return;
     GraphicsAdapterSystem &adapter = getSystemDeref<GraphicsAdapterSystem>();
     D3DPRESENT_PARAMETERS params;
     getPresentParams(params);

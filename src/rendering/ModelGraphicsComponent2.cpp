@@ -97,8 +97,10 @@ void ModelGraphicsComponent2::objectDraw(BatchProxy &batch)
 
 bool ModelGraphicsComponent2::doBatchCompare(const Handle<GraphicsComponent2> &rhs) const
 {
-    // batchCompare has made sure that both are of this class.
-    const auto *other = static_cast<const ModelGraphicsComponent2 *>(rhs.lookupNoCheck());
+    const auto object = rhs.lookup();
+    if (!object || object->getType() != getType())
+        return false;
+    const auto *other = static_cast<const ModelGraphicsComponent2 *>(object.ptr);
     return std::tie(mesh, texture, normalTexture, emissiveTexture, specularTexture) <
            std::tie(other->mesh, other->texture, other->normalTexture, other->emissiveTexture, other->specularTexture);
 }

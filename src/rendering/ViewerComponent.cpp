@@ -215,7 +215,11 @@ void ViewerComponent::calc2DConvexHull(std::vector<Vec4> &inputPoints)
     if (!std::all_of(inputPoints.begin(), inputPoints.end(), isFinite))
         return inputPoints.clear();
     std::iter_swap(inputPoints.begin(), std::min_element(inputPoints.begin(), inputPoints.end(), isLower));
-    std::sort(inputPoints.begin() + 1, inputPoints.end(), AnglePointSorter{inputPoints.front()});
+    const Vec4 pivot = inputPoints.front();
+    // From above, a far corner often falls exactly on another one; what lies on the pivot has no angle.
+    const auto isOnPivot = [&pivot](const Vec4 &point) { return point.x == pivot.x && point.z == pivot.z; };
+    inputPoints.erase(std::remove_if(inputPoints.begin() + 1, inputPoints.end(), isOnPivot), inputPoints.end());
+    std::sort(inputPoints.begin() + 1, inputPoints.end(), AnglePointSorter{pivot});
 
     std::size_t top = 0; // the hull so far is the front of the list, up to here
     for (std::size_t i = 1; i < inputPoints.size(); ++i)

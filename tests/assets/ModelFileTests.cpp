@@ -174,7 +174,7 @@ TEST(Mesh, PrimitivesAreCountedByIndicesOrElseByVertices)
     Mesh mesh;
     mesh.setData(Mesh::VertexBufferType(7), {}, MPT_LINES);
     EXPECT_EQ(mesh.calculatePrimCount(), 3);
-    mesh.setData(Mesh::VertexBufferType(7), Mesh::IndexBufferType(12), MPT_TRIANGLES);
+    mesh.setData(Mesh::VertexBufferType(7), Mesh::IndexBufferType(12, 0u), MPT_TRIANGLES);
     EXPECT_EQ(mesh.calculatePrimCount(), 4);
     mesh.setData(Mesh::VertexBufferType(7), {}, MPT_POINTS);
     EXPECT_EQ(mesh.calculatePrimCount(), 7);

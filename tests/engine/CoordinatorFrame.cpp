@@ -40,7 +40,8 @@ TEST_F(Frame, ManagersRunByPriorityWhateverTheOrderOfTheirMaking)
 {
     for (const char *key : {"tutorial", "parentFollower", "screenSpaceHelper", "player", "cursor", "steering"})
         runner(key);
-    EXPECT_THAT(runFrame(), ElementsAre("cursor", "player", "screenSpaceHelper", "parentFollower", "steering", "tutorial"));
+    EXPECT_THAT(runFrame(),
+                ElementsAre("cursor", "player", "screenSpaceHelper", "parentFollower", "steering", "tutorial"));
 }
 
 TEST_F(Frame, EqualPrioritiesRunInTheOrderOfFirstDemand)
@@ -60,6 +61,16 @@ TEST_F(Frame, SystemGoesBeforeManagerOfItsPriority)
     { systemJournal.push_back("run director"); };
     runFrame();
     EXPECT_THAT(systemJournal, ElementsAre("run player", "run ground", "run director"));
+}
+
+TEST_F(Frame, SystemStartedInMidFrameRunsFromTheNextFrameOn)
+{
+    systemJournal.clear();
+    runner("player").lookup()->whenRun = [] { getSystem<TestGroundSystem>(); };
+    runFrame();
+    EXPECT_THAT(systemJournal, ElementsAre("start ground"));
+    runFrame();
+    EXPECT_THAT(systemJournal, ElementsAre("start ground", "run ground"));
 }
 
 TEST_F(Frame, StoppedLevelRunsOnlyWhatRunsOnStop)
@@ -147,10 +158,12 @@ TEST_F(Frame, UnknownManagerKeyIsAnErrorWithTheNearestOne)
 
 TEST_F(Frame, EveryKeyOfTheTableMakesAManagerOfItsClass)
 {
-    const std::pair<const char *, const char *> special[] = {
-        {"sound", "SoundManager"},           {"physics", "PhysicsManager"},
-        {"boundingVolume", "BoundingVolumeManager"}, {"partitioning", "PartitioningManager"},
-        {"path", "PathManager"},             {"objectGroup", "ObjectGroupManager"}};
+    const std::pair<const char *, const char *> special[] = {{"sound", "SoundManager"},
+                                                             {"physics", "PhysicsManager"},
+                                                             {"boundingVolume", "BoundingVolumeManager"},
+                                                             {"partitioning", "PartitioningManager"},
+                                                             {"path", "PathManager"},
+                                                             {"objectGroup", "ObjectGroupManager"}};
     for (const auto &[key, className] : special)
     {
         auto manager = world.coordinator().getManager(SCS(key)).lookup();

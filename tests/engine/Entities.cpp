@@ -132,6 +132,19 @@ TEST(SimpleManager, PassesByAComponentThatIsCrematedDuringItsWalk)
     EXPECT_THAT(journal, ElementsAre("first", "last"));
 }
 
+TEST(SimpleManager, ComponentThatLeavesDuringItsOwnStepSkipsNobody)
+{
+    TestLevel world;
+    std::vector<std::string> journal;
+    const Handle<TestComponent> leaver = makeRunner(world, "leaver", journal);
+    makeRunner(world, "second", journal);
+    makeRunner(world, "third", journal);
+    leaver.lookup()->whenRun = [&] { simpleManager(world, "player").removeComponentFromEntity(leaver); };
+    world.frame();
+    world.frame();
+    EXPECT_THAT(journal, ElementsAre("leaver", "second", "third", "second", "third"));
+}
+
 TEST(SimpleManager, ComponentAddedByHandRunsInItsPlace)
 {
     TestLevel world;
@@ -180,9 +193,8 @@ TEST(ScriptComponent, CallsItsCallbackOnceAFrameAndDropsOneThatFails)
 
     int calls = 0;
     thing.lookup()->whenCalled = [&] { ++calls; };
-    script.lookup()->setFrameCallback(
-        PartialFunctionApplication::construct(TestThing::staticType->getMember(SCS("handleValueMessage")),
-                                              Handle<Object>(thing), ReflectorPtr(), 1.5f));
+    script.lookup()->setFrameCallback(PartialFunctionApplication::construct(
+        TestThing::staticType->getMember(SCS("handleValueMessage")), Handle<Object>(thing), ReflectorPtr(), 1.5f));
     world.frame();
     world.frame();
     EXPECT_EQ(calls, 2);
@@ -191,5 +203,7 @@ TEST(ScriptComponent, CallsItsCallbackOnceAFrameAndDropsOneThatFails)
     world.frame();
     world.frame();
     EXPECT_FALSE(script.lookup()->getFrameCallback());
-    EXPECT_EQ(countLogLines("frame callback TestThing::addValue failed"), 1u);
+    EXPECT_EQ(countLogLines("ScriptComponent 'director' of 'scripted': the frame callback <Partial application of "
+                            "TestThing::addValue> failed"),
+              1u);
 }

@@ -3,18 +3,14 @@
 #include "support/TestThing.h"
 
 #include "object/PythonCalls.h"
-#include "object/Reflection.h"
+#include "object/Variant.h"
 
 #include <gmock/gmock.h>
 
-using testing::ElementsAre;
-using testing::IsEmpty;
+#include <optional>
 
 namespace
 {
-std::vector<std::string> loads;
-Handle<Coordinator> lastLoaded;
-
 /// A running level, and a script `loader` whose levels are bare coordinators.
 class LevelSwitch : public testing::Test
 {
@@ -69,6 +65,18 @@ TEST_F(LevelSwitch, HappensAtTheNextFrameAndTheLastNameWins)
     EXPECT_EQ(loop().getCurrentlyActiveCoordinator(), second);
     EXPECT_EQ(loadsSoFar(), "LoadingScreen,Attic");
     second.lookup()->murder();
+}
+
+TEST_F(LevelSwitch, OldLevelIsDyingButThereWhileTheLoadingScreenRuns)
+{
+    const Handle<TestThing> old = spawn("old", world->level);
+    bool diedBeforeTheLoad = true;
+    old.lookup()->whenMurdered = [&] { diedBeforeTheLoad = loadsSoFar() != "LoadingScreen,Attic"; };
+    loop().queueLoadLevel(SCS("Attic"));
+    world->frame();
+    EXPECT_FALSE(diedBeforeTheLoad);
+    EXPECT_FALSE(old.isValid());
+    loop().getCurrentlyActiveCoordinator().lookup()->murder();
 }
 
 TEST_F(LevelSwitch, ManySwitchesLeaveNothingBehind)

@@ -1,8 +1,17 @@
 #include "Probe.h"
 
+#include "object/Message.h"
 #include "object/SavedArguments.h"
 
 #include <stdexcept>
+
+namespace
+{
+
+const MessageType probeMessage(SCS("ProbeMessage"));
+const MessageType probeValueMessage(SCS("ProbeValueMessage"));
+
+} // namespace
 
 ErrorCode Probe::callBack(const ReflectorPtr &callable, const Variant &argument)
 {

@@ -22,7 +22,7 @@ public:
 
     Probe() = default;
 
-    /// Adds to the value. A second sentence that no tooltip shows.
+    /// Adds to the value.
     void addValue(float amount) { value += amount; }
     float getValue() const { return value; }
     float getSpeed() const { return speed; }
@@ -46,6 +46,8 @@ public:
     ReflectorPtr echoReflector(const ReflectorPtr &r) { return r; }
     Variant echoVariant(const Variant &v) { return v; }
 
+    /// Adds what a message brings.
+    void handleValueMessage(const ReflectorPtr &messageType, float amount) { value += amount; }
     /// Calls a script's callable and passes its failure on.
     ErrorCode callBack(const ReflectorPtr &callable, const Variant &argument);
     ErrorCode failPlainly() { return ErrorCode::MAP_DATA_ERROR; }

@@ -1,4 +1,6 @@
 // Runs every `test_` function of the modules beside this file inside the embedded interpreter, one test each.
+#include "GatheredAssertions.h"
+
 #include "object/PythonCalls.h"
 
 #include <boost/python.hpp>
@@ -7,11 +9,14 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
 
 namespace python = boost::python;
+
+extern "C" PyObject *PyInit__kaVelTest();
 
 namespace
 {
@@ -25,19 +30,23 @@ std::string readText(const std::filesystem::path &path)
     return text.str();
 }
 
-/// The module of a file, run once a process.
+/// Lets scripts import the modules beside this file for its scope; the engine's own search path knows them not.
+class TestPath
+{
+public:
+    TestPath() : path(python::import("sys").attr("path")) { path.attr("insert")(0, SCRIPT_FOLDER.string()); }
+    ~TestPath() { PyList_SetSlice(path.ptr(), 0, 1, nullptr); }
+    TestPath(const TestPath &) = delete;
+    TestPath &operator=(const TestPath &) = delete;
+
+private:
+    python::object path;
+};
+
 python::object loadModule(const std::filesystem::path &path)
 {
-    python::object modules = python::import("sys").attr("modules");
-    const std::string name = path.stem().string();
-    if (modules.contains(name))
-        return modules[name];
-    python::object module = python::import("types").attr("ModuleType")(name);
-    modules[name] = module;
-    const python::object builtins = python::import("builtins");
-    const python::object code = builtins.attr("compile")(readText(path), path.string(), "exec");
-    builtins.attr("exec")(code, module.attr("__dict__"));
-    return module;
+    const TestPath reachable;
+    return python::import(path.stem().string().c_str());
 }
 
 class ScriptTest : public testing::Test
@@ -61,6 +70,7 @@ private:
 
 void registerTests(const std::filesystem::path &path)
 {
+    const std::string suite = "Scripted_" + path.stem().string().substr(5);
     std::istringstream lines(readText(path));
     int number = 0;
     for (std::string line; std::getline(lines, line);)
@@ -70,17 +80,27 @@ void registerTests(const std::filesystem::path &path)
         if (line.compare(0, start.size(), start) != 0)
             continue;
         const std::string function = line.substr(4, line.find('(') - 4);
-        testing::RegisterTest(path.stem().string().c_str(), function.c_str() + 5, nullptr, nullptr, path.string().c_str(),
-                              number, [=]() -> ScriptTest * { return new ScriptTest(path, function); });
+        testing::RegisterTest(suite.c_str(), function.c_str() + start.size() - 4, nullptr, nullptr,
+                              path.string().c_str(), number,
+                              [=]() -> ScriptTest * { return new ScriptTest(path, function); });
     }
+}
+
+std::string gatherAssertions(bool start)
+{
+    static std::unique_ptr<GatheredAssertions> gathered;
+    const std::string text = gathered ? gathered->getText() : std::string();
+    gathered.reset(start ? new GatheredAssertions : nullptr);
+    return text;
 }
 
 bool registerAllTests()
 {
+    PyImport_AppendInittab("_kaVelTest", PyInit__kaVelTest);
     std::filesystem::current_path(KV_GAME_DIR "/bin");
     std::vector<std::filesystem::path> files;
     for (const auto &entry : std::filesystem::directory_iterator(SCRIPT_FOLDER))
-        if (entry.path().extension() == ".py")
+        if (entry.path().stem().string().compare(0, 5, "test_") == 0)
             files.push_back(entry.path());
     std::sort(files.begin(), files.end());
     for (const auto &file : files)
@@ -91,6 +111,11 @@ bool registerAllTests()
 const bool registered = registerAllTests();
 
 } // namespace
+
+BOOST_PYTHON_MODULE(_kaVelTest)
+{
+    python::def("gatherAssertions", gatherAssertions);
+}
 
 TEST(ScriptTests, AreFoundBesideTheProgramsSource)
 {

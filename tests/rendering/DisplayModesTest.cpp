@@ -14,7 +14,6 @@ namespace
 /// A Direct3D object with adapters and modes that the test names.
 struct FakeDirect3D : IDirect3D9
 {
-    HRESULT QueryInterface(const GUID &, void **) override { return E_NOINTERFACE; }
     ULONG AddRef() override { return ++references; }
     ULONG Release() override { return --references; }
     UINT GetAdapterCount() override { return static_cast<UINT>(adapters.size()); }

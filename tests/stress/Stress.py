@@ -119,7 +119,7 @@ class Stress:
         return self.random.choice([
             None, True, self.random.choice(NUMBERS), self.random.choice(FLOATS), self.random.choice(TEXTS), b'bytes', [],
             {}, (1, 2), object(), lambda: None, self.raiser, _kaVel.Vec4(NAN, INFINITY, 0, 1), _kaVel.Quaternion(), self.dead,
-            self.scratch, self.nothing(), kaVel.Reflection.Entity, int, self.coordinator])
+            self.scratch, self.nothing(), kaVel.Reflection.Entity, int])
 
     def nothing(self):
         """A handle that never referred to anything."""
@@ -130,13 +130,15 @@ class Stress:
         raise ValueError('raised on purpose')
 
     def subject(self, className):
-        """An object of a class: a system as it runs, anything else new and under the scratch entity."""
+        """An object of a class: a system or manager as it runs, anything else new and under the scratch entity."""
         record = getattr(kaVel.Reflection, className)
         if record.isSubclassOf(kaVel.Reflection.System):
             return kaVel.Reflection.getSystemN(className) or self.dead
+        if record.isSubclassOf(kaVel.Reflection.AbstractManager):
+            return self.living(record) or self.dead
         made = record.construct_()
         if not made:
-            return self.random.choice([self.scratch, self.coordinator])
+            return self.scratch
         if record.isSubclassOf(kaVel.Reflection.AbstractComponent):
             made = self.component(record) or made
         if not made.parent:
@@ -145,10 +147,17 @@ class Stress:
 
     def component(self, record):
         """A component made by its manager on an entity of its own, as the room has one under the same key."""
+        model = self.living(record)
+        if not model:
+            return None
+        entity = kaVel.make('Entity', parent=self.scratch, name='holder')
+        return entity.addComponentRP(model.name, record)
+
+    def living(self, record):
+        """An object of the class in the level, or None."""
         for handle in kaVel.descendants(self.coordinator):
-            if handle._getType().qualifiedName == record.qualifiedName:
-                entity = kaVel.make('Entity', parent=self.scratch, name='holder')
-                return entity.addComponentRP(handle.name, record)
+            if handle._getType().isSubclassOf(record):
+                return handle
         return None
 
     @staticmethod

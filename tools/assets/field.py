@@ -21,11 +21,6 @@ class Field:
     def constant(n, value):
         return Field(n, [value] * (n * n))
 
-    def copy(self):
-        return Field(self.n, self.v[:])
-
-    # Arithmetic, with another field of the same size or with a number.
-
     def __add__(self, other):
         if isinstance(other, Field):
             return Field(self.n, [a + b for a, b in zip(self.v, other.v)])
@@ -65,36 +60,15 @@ class Field:
     def power(self, exponent):
         return Field(self.n, [a**exponent if a > 0.0 else 0.0 for a in self.v])
 
-    def max(self, other):
-        return Field(self.n, [a if a > b else b for a, b in zip(self.v, other.v)])
-
-    def min(self, other):
-        return Field(self.n, [a if a < b else b for a, b in zip(self.v, other.v)])
-
     def mix(self, other, t):
         """This field where `t` is 0, `other` (field or number) where it is 1."""
         if isinstance(other, Field):
             return Field(self.n, [a + (b - a) * c for a, b, c in zip(self.v, other.v, t.v)])
         return Field(self.n, [a + (other - a) * c for a, c in zip(self.v, t.v)])
 
-    def normalised(self):
-        """Stretched to 0..1."""
-        low, high = min(self.v), max(self.v)
-        scale = 1.0 / (high - low) if high > low else 0.0
-        return Field(self.n, [(a - low) * scale for a in self.v])
-
     def transposed(self):
         n, v = self.n, self.v
         return Field(n, [value for x in range(n) for value in v[x::n]])
-
-    def shifted(self, dx, dy):
-        """Moved by whole texels, wrapping."""
-        n, v = self.n, self.v
-        out = []
-        for y in range(n):
-            row = v[((y - dy) % n) * n : ((y - dy) % n) * n + n]
-            out += row[-dx % n :] + row[: -dx % n]
-        return Field(n, out)
 
     def blurred(self, radius):
         """Mean over a square of `2 * radius + 1` texels, twice: close to a Gaussian."""

@@ -340,14 +340,27 @@ def fireplace():
         (0.0, 0.0, 1.0),
         [(opening, -arch), (-opening, -arch), (-opening, 0.0), (opening, 0.0)],
     )
-    # Segmental arch over the opening: wedges of brick that stand proud of the face.
-    for i in range(11):
-        angle = (i - 5) * 0.105
+    # Flat arch over the opening: bricks on end that fan out and stand proud of the face.
+    for i in range(-6, 7):
         wedge = Mesh()
-        wedge.box((-0.036, 0.0, 0.0), (0.036, 0.20, 0.03), 0.006, "y")
-        wedge.moved((0.0, 0.92, 0.0)).turned(turn_z, -angle).moved((0.0, arch - 0.95, depth - 0.012))
-        mesh.joined(wedge)
+        wedge.box((-0.036, 0.0, 0.0), (0.036, 0.225, 0.03), 0.006, "y")
+        mesh.joined(wedge.turned(turn_z, -0.055 * i).moved((0.0765 * i, arch - 0.012, depth - 0.014)))
     return mesh.scaled_uv(BRICK)
+
+
+def firebox():
+    """Lining of the fireplace's opening: jambs, back and ceiling, the whole texture from jamb to jamb."""
+    mesh = Mesh()
+    x, top, front, back = 0.458, 0.818, 0.40, 0.072
+    depth, whole = front - back, 2 * (front - back) + 2 * x
+    outline = [((-x, front), 1.0), ((-x, back), 1.0 - depth / whole), ((x, back), depth / whole), ((x, front), 0.0)]
+    for ((x0, z0), u0), ((x1, z1), u1) in zip(outline, outline[1:]):
+        normal = unit((z0 - z1, 0.0, x1 - x0))
+        corners = [(x1, top, z1), (x0, top, z0), (x0, 0.036, z0), (x1, 0.036, z1)]
+        mesh.polygon(corners, normal, [(u1, 0.0), (u0, 0.0), (u0, 1.0), (u1, 1.0)])
+    corners = [(-x, top, front), (-x, top, back), (x, top, back), (x, top, front)]
+    mesh.polygon(corners, (0.0, -1.0, 0.0), [(0.9, 0.1), (0.8, 0.0), (0.2, 0.0), (0.1, 0.1)])
+    return mesh
 
 
 def mantel():

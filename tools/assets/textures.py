@@ -13,7 +13,7 @@ from picture import Picture, cavity, normals_from_height
 
 
 def _stored(reflectance):
-    """Recipes say how much light a surface gives back; files hold it nearly as a screen does, with room for the dark."""
+    """Recipes say how much light a surface gives back; files hold it nearly as a screen does."""
     return Picture([channel.power(0.58) for channel in reflectance.channels])
 
 
@@ -24,7 +24,8 @@ def _maps(diffuse, height, strength, specular=None, emissive=None, normal_size=N
     if specular is not None:
         maps["Specular"] = (Picture.grey(specular).resized(min(specular_size, specular.n)), "DXT1")
     if emissive is not None:
-        maps["Emissive"] = (emissive, "DXT1")
+        # Glow fades smoothly into black, where compression would show steps.
+        maps["Emissive"] = (emissive.resized(min(128, emissive.n)), "A8R8G8B8")
     return maps
 
 
@@ -96,17 +97,17 @@ def wallpaper(n=512):
     colour = colour.blend((0.15, 0.115, 0.07), damp * 0.5).blend((0.07, 0.052, 0.034), runs * 0.55)
     colour = colour.blend(Picture.ramp(fibre, [(0.2, (0.37, 0.34, 0.29)), (0.8, (0.48, 0.44, 0.38))]), torn)
     colour = colour.shade(cavity(height, 3, 0.45)).blend((0.05, 0.05, 0.04), seams * 0.5)
-    return _maps(colour, height, 1.8, print_ * 0.06 * (1.0 - damp) + 0.01)
+    return _maps(colour, height, 1.1, print_ * 0.06 * (1.0 - damp) + 0.01, normal_size=256)
 
 
 def _grain(n, seed, cells_v=10, figure=2.6):
     """Wood figure with its grain along u: the tone 0..1 and the pores 0..1."""
     warp = fbm(n, 2, 5, 4, seed + " warp")
-    long_ = fbm(n, 2, cells_v, 5, seed + " long", 0.55)
+    long_ = fbm(n, 1, cells_v, 5, seed + " long", 0.55)
     rings = (warp * figure + long_ * 2.2).map(lambda a: 0.5 + 0.5 * math.sin(math.tau * a))
-    fine = fbm(n, 5, 128, 2, seed + " fine", 0.7)
-    pores = value_noise(n, 22, n // 2, seed + " pores").smoothstep(0.66, 1.0)
-    return rings * 0.30 + long_ * 0.36 + fine * 0.34, pores
+    fine = fbm(n, 3, 128, 2, seed + " fine", 0.7)
+    pores = value_noise(n, 8, n // 2, seed + " pores").smoothstep(0.55, 1.1)
+    return rings * 0.34 + long_ * 0.42 + fine * 0.24, pores
 
 
 def wood(n=512):
@@ -114,11 +115,11 @@ def wood(n=512):
     tone, pores = _grain(n, "wood")
     scratches = strokes(n, wandering_paths(26, "wood scratches", 0.12, 0.05, 0.0), 0.7)
     wear = fbm(n, 4, 6, 5, "wood wear", 0.55).smoothstep(0.5, 0.85)
-    height = tone * 0.25 - pores * 0.5 - scratches * 0.5
+    height = tone * 0.25 - pores * 0.3 - scratches * 0.4
     colour = Picture.ramp(
         tone, [(0.15, (0.112, 0.058, 0.032)), (0.5, (0.180, 0.098, 0.054)), (0.9, (0.255, 0.148, 0.083))]
     )
-    colour = colour.blend((0.070, 0.038, 0.023), pores * 0.6).blend((0.30, 0.21, 0.14), scratches * 0.35)
+    colour = colour.blend((0.070, 0.038, 0.023), pores * 0.45).blend((0.30, 0.21, 0.14), scratches * 0.35)
     colour = colour.shade(1.0 - wear * 0.22)
     return _maps(colour, height, 1.3, (0.13 - wear * 0.09 - pores * 0.08).clamp(), normal_size=256)
 
@@ -202,36 +203,50 @@ def tiles(n=512):
     colour = colour.blend((0.33, 0.31, 0.28), chips * 0.35).blend((0.03, 0.027, 0.024), cracks * 0.85)
     colour = colour.blend(grout, 1.0 - body).shade(cavity(height, 4, 0.16))
     polish = (scuffs.smoothstep(0.75, 0.35) * 0.14 + 0.02) * body
-    return _maps(colour, height, 1.7, polish)
+    return _maps(colour, height, 1.0, polish, normal_size=256)
+
+
+def _brickwork(n, courses, stretchers, seed):
+    """Bonded bricks: where brick is and not mortar, the tone of each brick, roughness, grit and the relief of all."""
+    rng = random.Random(seed + " layout")
+    tones = [[rng.random() for _ in range(stretchers)] for _ in range(courses)]
+    warp_u, warp_v = fbm(n, 12, 12, 4, seed + " edge u", 0.6), fbm(n, 12, 12, 4, seed + " edge v", 0.6)
+    sway = 0.0175 * n
+    edge_out, tone_out = [], []
+    for i in range(n * n):
+        y = (i // n + (warp_v.v[i] - 0.5) * sway) / n * courses % courses
+        course = int(y)
+        x = ((i % n + (warp_u.v[i] - 0.5) * sway) / n * stretchers + 0.5 * (course % 2)) % stretchers
+        column = int(x)
+        edge_out.append(min(min(x - column, column + 1 - x) / stretchers, min(y - course, course + 1 - y) / courses))
+        tone_out.append(tones[course][column])
+    body, tone = Field(n, edge_out).smoothstep(0.004, 0.011), Field(n, tone_out)
+    rough = fbm(n, 16, 16, 5, seed + " rough", 0.6)
+    grit = white(n, seed + " grit").blurred(1)
+    return body, tone, rough, grit, body * 2.4 + rough * 1.3 + grit * 0.7 + tone * body * 0.5
 
 
 def brick(n=512):
     """Sooty brickwork, 1 m: four stretchers a course, twelve courses, crumbling mortar."""
-    courses, stretchers = 12, 4
-    rng = random.Random("brick layout")
-    tones = [[rng.random() for _ in range(stretchers)] for _ in range(courses)]
-    warp_u, warp_v = fbm(n, 12, 12, 4, "brick edge u", 0.6), fbm(n, 12, 12, 4, "brick edge v", 0.6)
-    edge_out, tone_out = [], []
-    for i in range(n * n):
-        y = (i // n + (warp_v.v[i] - 0.5) * 9) / n * courses % courses
-        course = int(y)
-        x = ((i % n + (warp_u.v[i] - 0.5) * 9) / n * stretchers + 0.5 * (course % 2)) % stretchers
-        column = int(x)
-        edge_out.append(min(min(x - column, column + 1 - x) * 0.25, min(y - course, course + 1 - y) / 12))
-        tone_out.append(tones[course][column])
-    edge, kind = Field(n, edge_out), Field(n, tone_out)
-    body = edge.smoothstep(0.004, 0.011)
-    rough = fbm(n, 16, 16, 5, "brick rough", 0.6)
-    grit = white(n, "brick grit").blurred(1)
+    body, tone, rough, grit, height = _brickwork(n, 12, 4, "brick")
     soot = fbm(n, 2, 2, 5, "brick soot", 0.55).smoothstep(0.48, 0.85)
-    height = body * 2.4 + rough * 1.3 + grit * 0.7 + kind * body * 0.5
-    colour = Picture.ramp(
-        kind * 0.65 + rough * 0.35,
-        [(0.1, (0.170, 0.090, 0.062)), (0.5, (0.265, 0.132, 0.086)), (0.9, (0.325, 0.185, 0.125))],
-    )
+    stops = [(0.1, (0.170, 0.090, 0.062)), (0.5, (0.265, 0.132, 0.086)), (0.9, (0.325, 0.185, 0.125))]
+    colour = Picture.ramp(tone * 0.65 + rough * 0.35, stops)
     mortar = Picture.ramp(rough, [(0.2, (0.17, 0.155, 0.135)), (0.8, (0.27, 0.25, 0.22))])
     colour = colour.blend(mortar, 1.0 - body).blend((0.040, 0.035, 0.031), soot * 0.55)
-    return _maps(colour.shade(cavity(height, 3, 0.28)).shade(grit * 0.3 + 0.85), height, 1.6)
+    return _maps(colour.shade(cavity(height, 3, 0.28)).shade(grit * 0.3 + 0.85), height, 1.1, normal_size=256)
+
+
+def firebox(n=256):
+    """Inside of a fireplace, unrolled from jamb to jamb, the whole of it: black with soot, warm from the coals."""
+    body, _, rough, grit, height = _brickwork(n, 10, 6, "firebox")
+    soot = from_function(n, lambda u, v: 1.25 - v * 0.75 - abs(u - 0.5) * 0.3) + (rough - 0.5) * 0.5
+    colour = Picture.ramp(rough, [(0.2, (0.150, 0.080, 0.055)), (0.8, (0.235, 0.130, 0.088))])
+    colour = colour.blend((0.16, 0.145, 0.125), 1.0 - body).blend((0.020, 0.018, 0.017), soot.clamp() * 0.9)
+    heat = from_function(n, lambda u, v: math.exp(-(((u - 0.5) / 0.20) ** 2) - ((v - 0.86) / 0.30) ** 2))
+    glow = heat * (body * 0.55 + 0.25) * (rough * 0.7 + 0.55) * (1.2 - soot * 0.35)
+    warm = Picture.ramp(glow.clamp(), [(0.0, (0.0, 0.0, 0.0)), (0.4, (0.16, 0.045, 0.012)), (1.0, (0.50, 0.20, 0.060))])
+    return _maps(colour.shade(grit * 0.3 + 0.85), height, 1.5, emissive=warm)
 
 
 def rust(n=256):
@@ -314,7 +329,7 @@ def lampShade(n=128):
     glow = Picture.ramp(
         light * (0.8 + fibre * 0.3), [(0.0, (0.10, 0.042, 0.010)), (0.55, (0.66, 0.36, 0.12)), (1.0, (1.0, 0.72, 0.36))]
     )
-    glow = glow.shade(1.0 - scorch * 0.4).shade(1.0 - seams * 0.75)
+    glow = glow.shade((1.0 - scorch * 0.4) * 0.68).shade(1.0 - seams * 0.75)
     return _maps(colour.blend((0.22, 0.16, 0.09), seams), fibre * 0.6 + seams, 1.0, emissive=glow)
 
 
@@ -586,7 +601,7 @@ def nightWindow(n=256):
     )
     moon = from_function(n, lambda u, v: math.hypot(u - 0.64, (v - 0.22) * 1.5)).smoothstep(0.066, 0.052)
     rng = random.Random("night branches")
-    paths, pending = [], [(0.05, 1.02, -1.25, 1.0, 0.85), (0.98, 1.05, -1.95, 0.8, 0.7)]
+    paths, pending = [], [(0.10, 1.02, -1.32, 1.0, 1.25), (0.97, 1.05, -1.95, 0.85, 0.9)]
     while pending:
         u, v, angle, pressure, left = pending.pop()
         path = [(u, v, pressure)]
@@ -594,7 +609,7 @@ def nightWindow(n=256):
             angle += rng.gauss(0, 0.13)
             u, v = u + math.cos(angle) * 0.016, v + math.sin(angle) * 0.016
             left -= 0.016
-            pressure *= 0.965
+            pressure *= 0.974
             path.append((u, v, pressure))
             if rng.random() < 0.16:
                 pending.append(
@@ -611,9 +626,9 @@ def nightWindow(n=256):
         light.clamp(),
         [
             (0.0, (0.006, 0.010, 0.016)),
-            (0.35, (0.060, 0.090, 0.125)),
-            (0.7, (0.22, 0.29, 0.35)),
-            (1.0, (0.55, 0.63, 0.68)),
+            (0.35, (0.066, 0.084, 0.106)),
+            (0.7, (0.200, 0.240, 0.272)),
+            (1.0, (0.50, 0.55, 0.57)),
         ],
     )
     glow = glow.blend((0.80, 0.85, 0.84), moon).blend((0.008, 0.011, 0.015), branches * 0.93)
@@ -622,7 +637,7 @@ def nightWindow(n=256):
         "Diffuse": (Picture.ramp(dirt, [(0.0, (0.020, 0.022, 0.024)), (1.0, (0.070, 0.064, 0.055))]), "DXT1"),
         "Normal": (normals_from_height(rain * 1.0 + dirt * 0.4, 1.2).resized(128), "DXT1"),
         "Specular": (Picture.grey(0.40 - dirt * 0.30).resized(128), "DXT1"),
-        "Emissive": (glow.shade(0.9), "A8R8G8B8"),  # dark and smooth: compressed, it would show steps
+        "Emissive": (glow.shade(0.9), "A8R8G8B8"),
     }
 
 

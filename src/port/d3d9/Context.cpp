@@ -5,6 +5,7 @@
 
 #include <SDL.h>
 #include <epoxy/gl.h>
+#include <string_view>
 
 namespace
 {
@@ -35,8 +36,11 @@ SDL_Window *createHiddenWindow()
     return SDL_CreateWindow("device", 0, 0, 64, 64, SDL_WINDOW_OPENGL | SDL_WINDOW_HIDDEN);
 }
 
-void APIENTRY onDriverMessage(GLenum, GLenum type, GLuint, GLenum severity, GLsizei, const GLchar *text, const void *)
+void APIENTRY onDriverMessage(GLenum source, GLenum type, GLuint, GLenum severity, GLsizei, const GLchar *text,
+                              const void *)
 {
+    if (source == GL_DEBUG_SOURCE_SHADER_COMPILER)
+        return; // whoever compiles asks for the log
     if (type == GL_DEBUG_TYPE_ERROR || severity == GL_DEBUG_SEVERITY_HIGH)
         port::debugText("driver: %s", text);
 }
@@ -92,6 +96,8 @@ bool Context::prepare()
                   epoxy_gl_version() % 10);
         return false;
     }
+    const std::string_view renderer = reinterpret_cast<const char *>(glGetString(GL_RENDERER));
+    software = renderer.find("llvmpipe") != renderer.npos || renderer.find("softpipe") != renderer.npos;
     GLint flags = 0;
     glGetIntegerv(GL_CONTEXT_FLAGS, &flags);
     if (flags & GL_CONTEXT_FLAG_DEBUG_BIT)

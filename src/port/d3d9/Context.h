@@ -26,6 +26,9 @@ public:
     /// Size of what the window shows, in pixels.
     void getDrawableSize(int &width, int &height) const;
 
+    /// Whether the processor draws in place of graphics hardware.
+    bool isSoftware() const { return software; }
+
 private:
     Context(SDL_Window *window, void *context, bool ownsWindow);
     bool prepare();
@@ -33,6 +36,7 @@ private:
     SDL_Window *window;
     void *context;
     bool ownsWindow;
+    bool software = false;
     int interval = -1; ///< swap interval in place; -1 is not yet set
 };
 

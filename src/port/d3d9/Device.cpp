@@ -5,32 +5,16 @@
 #include "port/win32/SdlWindow.h"
 
 #include <algorithm>
-#include <bit>
-#include <cstring>
 
 namespace
 {
 
 port::Device *liveDevice = nullptr;
 
-D3DVIEWPORT9 wholeOf(const port::Surface &surface)
+/// Software can, but at a price of half the frame.
+bool filtersAnisotropically(const port::Context &context)
 {
-    return {0, 0, surface.texture.levelWidth(surface.level), surface.texture.levelHeight(surface.level), 0.0f, 1.0f};
-}
-
-/// A surface made by this port; every surface that reaches the device is.
-port::Surface *ours(IDirect3DSurface9 *surface)
-{
-    return static_cast<port::Surface *>(surface);
-}
-
-/// Hands a new reference to a caller.
-template <class Interface, class T>
-HRESULT handOut(T *object, Interface **out)
-{
-    object->AddRef();
-    *out = object;
-    return D3D_OK;
+    return !context.isSoftware() && epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic");
 }
 
 } // namespace
@@ -68,7 +52,8 @@ Device *Device::create(const D3DPRESENT_PARAMETERS &parameters, HWND focusWindow
     return nullptr;
 }
 
-Device::Device(std::unique_ptr<Context> glContext, HWND window) : context(std::move(glContext)), window(window)
+Device::Device(std::unique_ptr<Context> glContext, HWND window)
+    : context(std::move(glContext)), window(window), samplers(filtersAnisotropically(*context))
 {
     liveDevice = this;
     glClipControl(GL_UPPER_LEFT, GL_ZERO_TO_ONE);
@@ -109,13 +94,16 @@ void Device::delist(Resource &resource)
     resources.pop_back();
 }
 
+bool Device::samplesCompressedWell() const
+{
+    return !context->isSoftware() && epoxy_has_gl_extension("GL_EXT_texture_compression_s3tc");
+}
+
 void Device::countUpload(std::size_t bytes)
 {
     ++stats.uploads;
     stats.uploadBytes += bytes;
 }
-
-// Life of the device
 
 HRESULT Device::createBuffers(const D3DPRESENT_PARAMETERS &wanted)
 {
@@ -171,7 +159,7 @@ void Device::setDefaults()
 {
     targets[0].set(backBuffer.get());
     depth.set(autoDepth.get());
-    viewport = wholeOf(*backBuffer.get());
+    viewport = backBuffer->whole();
     renderStates = RenderStates();
     forgetLibraryState();
     for (Stream &stream : streams)
@@ -301,8 +289,6 @@ void Device::resolveToWindow(int width, int height)
                            GL_COLOR_BUFFER_BIT, sameSize ? GL_NEAREST : GL_LINEAR);
 }
 
-// Frame
-
 HRESULT Device::BeginScene()
 {
     if (state != State::WORKING)
@@ -342,7 +328,7 @@ HRESULT Device::Clear(DWORD count, const D3DRECT *rects, DWORD flags, D3DCOLOR c
 bool Device::clearsWholeTarget(const D3DRECT *rect) const
 {
     const Surface *surface = depth ? depth.get() : targets[0].get();
-    const D3DVIEWPORT9 whole = wholeOf(*surface);
+    const D3DVIEWPORT9 whole = surface->whole();
     return !rect && viewport.X == 0 && viewport.Y == 0 && viewport.Width >= whole.Width &&
            viewport.Height >= whole.Height;
 }
@@ -405,379 +391,6 @@ HRESULT Device::clearRegion(const D3DRECT *rect, DWORD flags, const float (&colo
     if (!whole)
         glDisable(GL_SCISSOR_TEST);
     ++stats.clears;
-    return D3D_OK;
-}
-
-// Targets
-
-HRESULT Device::SetRenderTarget(DWORD index, IDirect3DSurface9 *surface)
-{
-    if (index >= maxRenderTargets || (index == 0 && !surface))
-        return D3DERR_INVALIDCALL;
-    Surface *target = ours(surface);
-    if (target && target->texture.format().depth)
-        return D3DERR_INVALIDCALL;
-    targets[index].set(target);
-    if (index == 0)
-        viewport = wholeOf(*target);
-    return D3D_OK;
-}
-
-HRESULT Device::GetRenderTarget(DWORD index, IDirect3DSurface9 **surface)
-{
-    if (index >= maxRenderTargets || !surface)
-        return D3DERR_INVALIDCALL;
-    return targets[index] ? handOut(targets[index].get(), surface) : D3DERR_NOTFOUND;
-}
-
-HRESULT Device::SetDepthStencilSurface(IDirect3DSurface9 *surface)
-{
-    Surface *target = ours(surface);
-    if (target && !target->texture.format().depth)
-        return D3DERR_INVALIDCALL;
-    depth.set(target);
-    return D3D_OK;
-}
-
-HRESULT Device::GetDepthStencilSurface(IDirect3DSurface9 **surface)
-{
-    if (!surface)
-        return D3DERR_INVALIDCALL;
-    return depth ? handOut(depth.get(), surface) : D3DERR_NOTFOUND;
-}
-
-HRESULT Device::GetBackBuffer(UINT swapChain, UINT index, D3DBACKBUFFER_TYPE type, IDirect3DSurface9 **surface)
-{
-    if (swapChain != 0 || index != 0 || type != D3DBACKBUFFER_TYPE_MONO || !surface || !backBuffer)
-        return D3DERR_INVALIDCALL;
-    return handOut(backBuffer.get(), surface);
-}
-
-HRESULT Device::CreateDepthStencilSurface(UINT width, UINT height, D3DFORMAT format, D3DMULTISAMPLE_TYPE, DWORD, BOOL,
-                                          IDirect3DSurface9 **surface, HANDLE *)
-{
-    if (!surface)
-        return D3DERR_INVALIDCALL;
-    if (state != State::WORKING)
-        return D3DERR_DEVICELOST;
-    Surface *created = createTarget(width, height, format, true);
-    return created ? handOut(created, surface) : D3DERR_INVALIDCALL;
-}
-
-// Resources
-
-Texture *Device::createTexture(const TextureDescription &description, D3DFORMAT format)
-{
-    GLint limit = 0;
-    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    const auto largest = static_cast<UINT>(limit);
-    if (description.width > largest || description.height > largest)
-    {
-        debugText("a texture of %u x %u is beyond the driver's limit of %u", description.width, description.height,
-                  largest);
-        return nullptr;
-    }
-    return Texture::create(*this, description, format);
-}
-
-HRESULT Device::CreateTexture(UINT width, UINT height, UINT levels, DWORD usage, D3DFORMAT format, D3DPOOL pool,
-                              IDirect3DTexture9 **texture, HANDLE *)
-{
-    const bool target = usage & (D3DUSAGE_RENDERTARGET | D3DUSAGE_DEPTHSTENCIL);
-    if (!texture || (target && pool != D3DPOOL_DEFAULT))
-        return D3DERR_INVALIDCALL;
-    if (state != State::WORKING && pool == D3DPOOL_DEFAULT)
-        return D3DERR_DEVICELOST;
-    Texture *created = createTexture({width, height, levels, usage, pool}, format);
-    return created ? handOut(created, texture) : D3DERR_INVALIDCALL;
-}
-
-HRESULT Device::CreateVertexBuffer(UINT length, DWORD usage, DWORD, D3DPOOL pool, IDirect3DVertexBuffer9 **buffer,
-                                   HANDLE *)
-{
-    if (!buffer || length == 0 || ((usage & D3DUSAGE_DYNAMIC) && pool == D3DPOOL_MANAGED))
-        return D3DERR_INVALIDCALL;
-    if (state != State::WORKING && pool == D3DPOOL_DEFAULT)
-        return D3DERR_DEVICELOST;
-    auto *created = new VertexBuffer(*this, length, usage, pool);
-    if (created->isValid())
-        return handOut(created, buffer);
-    delete created;
-    return D3DERR_OUTOFVIDEOMEMORY;
-}
-
-HRESULT Device::CreateIndexBuffer(UINT length, DWORD usage, D3DFORMAT format, D3DPOOL pool,
-                                  IDirect3DIndexBuffer9 **buffer, HANDLE *)
-{
-    if (!buffer || length == 0 || (format != D3DFMT_INDEX16 && format != D3DFMT_INDEX32) ||
-        ((usage & D3DUSAGE_DYNAMIC) && pool == D3DPOOL_MANAGED))
-        return D3DERR_INVALIDCALL;
-    if (state != State::WORKING && pool == D3DPOOL_DEFAULT)
-        return D3DERR_DEVICELOST;
-    auto *created = new IndexBuffer(*this, length, usage, format, pool);
-    if (created->isValid())
-        return handOut(created, buffer);
-    delete created;
-    return D3DERR_OUTOFVIDEOMEMORY;
-}
-
-HRESULT Device::CreateVertexDeclaration(const D3DVERTEXELEMENT9 *elements, IDirect3DVertexDeclaration9 **out)
-{
-    if (!elements || !out)
-        return D3DERR_INVALIDCALL;
-    VertexDeclaration *created = VertexDeclaration::create(*this, elements);
-    return created ? handOut(created, out) : D3DERR_INVALIDCALL;
-}
-
-// State
-
-HRESULT Device::SetViewport(const D3DVIEWPORT9 *wanted)
-{
-    if (!wanted || wanted->MinZ < 0.0f || wanted->MaxZ > 1.0f || wanted->MinZ > wanted->MaxZ)
-        return D3DERR_INVALIDCALL;
-    viewport = *wanted;
-    return D3D_OK;
-}
-
-HRESULT Device::GetViewport(D3DVIEWPORT9 *out)
-{
-    if (!out)
-        return D3DERR_INVALIDCALL;
-    *out = viewport;
-    return D3D_OK;
-}
-
-HRESULT Device::SetRenderState(D3DRENDERSTATETYPE renderState, DWORD value)
-{
-    return renderStates.set(renderState, value) ? D3D_OK : D3DERR_INVALIDCALL;
-}
-
-HRESULT Device::GetRenderState(D3DRENDERSTATETYPE renderState, DWORD *value)
-{
-    return value && renderStates.get(renderState, *value) ? D3D_OK : D3DERR_INVALIDCALL;
-}
-
-HRESULT Device::SetVertexDeclaration(IDirect3DVertexDeclaration9 *wanted)
-{
-    declaration.set(static_cast<VertexDeclaration *>(wanted));
-    return D3D_OK;
-}
-
-HRESULT Device::SetStreamSource(UINT stream, IDirect3DVertexBuffer9 *buffer, UINT offset, UINT stride)
-{
-    if (stream >= maxStreams)
-        return D3DERR_INVALIDCALL;
-    Stream &slot = streams[stream];
-    slot.buffer.set(static_cast<VertexBuffer *>(buffer));
-    slot.offset = offset;
-    slot.stride = stride;
-    return D3D_OK;
-}
-
-HRESULT Device::SetStreamSourceFreq(UINT stream, UINT setting)
-{
-    const bool indexed = setting & D3DSTREAMSOURCE_INDEXEDDATA, instanced = setting & D3DSTREAMSOURCE_INSTANCEDATA;
-    if (stream >= maxStreams || setting == 0 || (indexed && instanced) || (stream == 0 && instanced))
-        return D3DERR_INVALIDCALL;
-    streams[stream].frequency = setting;
-    return D3D_OK;
-}
-
-HRESULT Device::SetIndices(IDirect3DIndexBuffer9 *wanted)
-{
-    indices.set(static_cast<IndexBuffer *>(wanted));
-    return D3D_OK;
-}
-
-void Device::setProgram(GLuint wanted)
-{
-    program = wanted;
-}
-
-void Device::setTexture(UINT unit, Texture *texture, GLuint sampler)
-{
-    TextureUnit &slot = units[unit];
-    if (slot.sampler != sampler)
-    {
-        glBindSampler(unit, sampler);
-        slot.sampler = sampler;
-        ++stats.stateChanges;
-    }
-    if (slot.bound && slot.texture.get() == texture)
-        return;
-    slot.texture.set(texture);
-    slot.bound = true;
-    glBindTextureUnit(unit, texture ? texture->id() : blackTexture);
-    ++stats.stateChanges;
-}
-
-void Device::writeEffectConstants(const void *owner, const void *data, std::size_t size)
-{
-    constantsOwner = owner;
-    effectRing.write(data, size, stats);
-}
-
-// Drawing
-
-bool Device::bindTargets()
-{
-    TargetSet wanted;
-    for (unsigned slot = 0; slot < maxRenderTargets; ++slot)
-        wanted.colors[slot] = targets[slot].get();
-    wanted.depth = depth.get();
-    if (boundFramebuffer && wanted == boundTargets)
-        return true;
-    const GLuint framebuffer = framebuffers.get(wanted);
-    if (!framebuffer)
-        return false;
-    glBindFramebuffer(GL_DRAW_FRAMEBUFFER, framebuffer);
-    boundFramebuffer = framebuffer;
-    boundTargets = wanted;
-    ++stats.targetChanges;
-    ++stats.stateChanges;
-    return true;
-}
-
-void Device::applyViewport()
-{
-    if (std::memcmp(&appliedViewport, &viewport, sizeof(viewport)) != 0)
-    {
-        glViewport(static_cast<GLint>(viewport.X), static_cast<GLint>(viewport.Y), static_cast<GLsizei>(viewport.Width),
-                   static_cast<GLsizei>(viewport.Height));
-        glDepthRangef(viewport.MinZ, viewport.MaxZ);
-        appliedViewport = viewport;
-        ++stats.stateChanges;
-    }
-    DeviceConstants wanted;
-    // The library's pixel centres lie half a pixel right and down of whole numbers.
-    wanted.pixelShift[0] = viewport.Width ? 1.0f / static_cast<float>(viewport.Width) : 0.0f;
-    wanted.pixelShift[1] = viewport.Height ? -1.0f / static_cast<float>(viewport.Height) : 0.0f;
-    DWORD pointSize = 0;
-    renderStates.get(D3DRS_POINTSIZE, pointSize);
-    wanted.pointSize = std::bit_cast<float>(pointSize);
-    if (deviceConstantsWritten && wanted == deviceConstants)
-        return;
-    deviceConstants = wanted;
-    deviceConstantsWritten = true;
-    deviceRing.write(&deviceConstants, sizeof(deviceConstants), stats);
-}
-
-std::array<StreamSource, maxStreams> Device::describeStreams() const
-{
-    std::array<StreamSource, maxStreams> sources;
-    for (UINT index = 0; index < maxStreams; ++index)
-    {
-        const Stream &stream = streams[index];
-        const bool instanced = stream.frequency & D3DSTREAMSOURCE_INSTANCEDATA;
-        const UINT divisor = instanced ? stream.frequency & ~D3DSTREAMSOURCE_INSTANCEDATA : 0;
-        sources[index] = {stream.buffer.get(), stream.offset, stream.stride, divisor};
-    }
-    return sources;
-}
-
-UINT Device::instanceCount() const
-{
-    const UINT frequency = streams[0].frequency;
-    return frequency & D3DSTREAMSOURCE_INDEXEDDATA ? frequency & ~D3DSTREAMSOURCE_INDEXEDDATA : 1;
-}
-
-HRESULT Device::prepareDraw(bool indexed)
-{
-    if (state != State::WORKING)
-        return D3DERR_DEVICELOST;
-    if (!program)
-    {
-        debugText("draw without shaders: no pass of an effect is begun");
-        return D3DERR_INVALIDCALL;
-    }
-    if (!declaration || (indexed && !indices) || !bindTargets())
-        return D3DERR_INVALIDCALL;
-    applyViewport();
-    renderStates.apply(stats);
-    if (depth && renderStates.writesStencil())
-        depth->knownStencil = -1;
-    declaration->attach(describeStreams(), indexed ? indices.get() : nullptr, stats);
-    if (boundVertexArray != declaration->id())
-    {
-        boundVertexArray = declaration->id();
-        glBindVertexArray(boundVertexArray);
-        ++stats.stateChanges;
-    }
-    if (boundProgram != program)
-    {
-        boundProgram = program;
-        glUseProgram(program);
-        ++stats.stateChanges;
-    }
-    return D3D_OK;
-}
-
-namespace
-{
-
-struct Primitive
-{
-    GLenum mode;
-    UINT verticesEach;
-    UINT verticesExtra;
-};
-
-/// How a primitive type counts its vertices; a mode of 0xffffffff is unknown.
-Primitive primitive(D3DPRIMITIVETYPE type)
-{
-    switch (type)
-    {
-    case D3DPT_POINTLIST:
-        return {GL_POINTS, 1, 0};
-    case D3DPT_LINELIST:
-        return {GL_LINES, 2, 0};
-    case D3DPT_LINESTRIP:
-        return {GL_LINE_STRIP, 1, 1};
-    case D3DPT_TRIANGLELIST:
-        return {GL_TRIANGLES, 3, 0};
-    case D3DPT_TRIANGLESTRIP:
-        return {GL_TRIANGLE_STRIP, 1, 2};
-    }
-    return {0xffffffffu, 0, 0};
-}
-
-} // namespace
-
-void Device::countDraw()
-{
-    ++stats.draws;
-    stats.instances += instanceCount();
-}
-
-HRESULT Device::DrawPrimitive(D3DPRIMITIVETYPE type, UINT startVertex, UINT primitiveCount)
-{
-    const Primitive kind = primitive(type);
-    if (kind.verticesEach == 0 || primitiveCount == 0)
-        return D3DERR_INVALIDCALL;
-    if (const HRESULT result = prepareDraw(false); FAILED(result))
-        return result;
-    glDrawArraysInstanced(kind.mode, static_cast<GLint>(startVertex),
-                          static_cast<GLsizei>(primitiveCount * kind.verticesEach + kind.verticesExtra),
-                          static_cast<GLsizei>(instanceCount()));
-    countDraw();
-    return D3D_OK;
-}
-
-HRESULT Device::DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVertex, UINT, UINT, UINT startIndex,
-                                     UINT primitiveCount)
-{
-    const Primitive kind = primitive(type);
-    if (kind.verticesEach == 0 || primitiveCount == 0)
-        return D3DERR_INVALIDCALL;
-    if (const HRESULT result = prepareDraw(true); FAILED(result))
-        return result;
-    const bool wide = indices->isWide();
-    const std::uintptr_t offset = static_cast<std::uintptr_t>(startIndex) * (wide ? 4u : 2u);
-    glDrawElementsInstancedBaseVertex(
-        kind.mode, static_cast<GLsizei>(primitiveCount * kind.verticesEach + kind.verticesExtra),
-        wide ? GL_UNSIGNED_INT : GL_UNSIGNED_SHORT, reinterpret_cast<const void *>(offset),
-        static_cast<GLsizei>(instanceCount()), baseVertex);
-    countDraw();
     return D3D_OK;
 }
 

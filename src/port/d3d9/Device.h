@@ -100,6 +100,8 @@ public:
     bool hasEffectConstantsOf(const void *owner) const { return constantsOwner == owner; }
     GLuint getSampler(const SamplerStates &states) { return samplers.get(states); }
     void countUpload(std::size_t bytes);
+    /// Whether compressed textures are known to the driver and read as fast as others: software decodes every look.
+    bool samplesCompressedWell() const;
     /// Drops what refers to a texture that is going.
     void forget(const Texture &texture) { framebuffers.forget(texture); }
     void enlist(Resource &resource);
@@ -109,7 +111,8 @@ public:
     void setOverlay(std::function<void(int, int)> draw) { overlay = std::move(draw); }
     const FrameStats &getLastStats() const { return lastStats; }
     const FrameStats &getStats() const { return stats; }
-    Texture &getBackBufferTexture() { return backBuffer->texture; }
+    /// Null while a reset has failed.
+    Texture *getBackBufferTexture() { return backBuffer ? &backBuffer->texture : nullptr; }
 
 private:
     enum class State

@@ -46,9 +46,9 @@ FrameStats currentFrameStats(IDirect3DDevice9 *device)
 HRESULT saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile)
 {
     Device *ours = Device::from(device);
-    if (!ours || !pngFile)
+    if (!ours || !ours->getBackBufferTexture() || !pngFile)
         return D3DERR_INVALIDCALL;
-    Texture &texture = ours->getBackBufferTexture();
+    const Texture &texture = *ours->getBackBufferTexture();
     const auto width = static_cast<int>(texture.levelWidth(0)), height = static_cast<int>(texture.levelHeight(0));
     std::vector<unsigned char> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);

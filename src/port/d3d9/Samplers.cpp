@@ -1,7 +1,6 @@
 #include "port/d3d9/Samplers.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace
 {
@@ -31,14 +30,6 @@ GLint minification(const port::SamplerStates &states)
     return linear ? GL_LINEAR_MIPMAP_LINEAR : GL_NEAREST_MIPMAP_LINEAR;
 }
 
-/// Software rasterisers can, but at a price of half the frame.
-bool canFilterAnisotropically()
-{
-    const auto *renderer = reinterpret_cast<const char *>(glGetString(GL_RENDERER));
-    const bool software = renderer && (std::strstr(renderer, "llvmpipe") || std::strstr(renderer, "softpipe"));
-    return !software && epoxy_has_gl_extension("GL_EXT_texture_filter_anisotropic");
-}
-
 } // namespace
 
 namespace port
@@ -59,7 +50,7 @@ GLuint Samplers::get(const SamplerStates &states)
     return entries.back().sampler;
 }
 
-GLuint Samplers::build(const SamplerStates &states)
+GLuint Samplers::build(const SamplerStates &states) const
 {
     GLuint sampler = 0;
     glCreateSamplers(1, &sampler);
@@ -72,7 +63,7 @@ GLuint Samplers::build(const SamplerStates &states)
     { return static_cast<float>((states.borderColor >> shift) & 0xff) / 255.0f; };
     const float border[] = {channel(16), channel(8), channel(0), channel(24)};
     glSamplerParameterfv(sampler, GL_TEXTURE_BORDER_COLOR, border);
-    if (states.minFilter == D3DTEXF_ANISOTROPIC && canFilterAnisotropically())
+    if (anisotropy && states.minFilter == D3DTEXF_ANISOTROPIC)
         glSamplerParameterf(sampler, GL_TEXTURE_MAX_ANISOTROPY_EXT,
                             static_cast<float>(std::max(1u, states.maxAnisotropy)));
     return sampler;

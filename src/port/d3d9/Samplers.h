@@ -27,7 +27,11 @@ struct SamplerStates
 class Samplers
 {
 public:
+    /// @param anisotropy  whether to filter anisotropically where it is asked for; else linearly
+    explicit Samplers(bool anisotropy) : anisotropy(anisotropy) {}
     ~Samplers();
+    Samplers(const Samplers &) = delete;
+    Samplers &operator=(const Samplers &) = delete;
     GLuint get(const SamplerStates &states);
 
 private:
@@ -36,8 +40,9 @@ private:
         SamplerStates states;
         GLuint sampler;
     };
-    static GLuint build(const SamplerStates &states);
+    GLuint build(const SamplerStates &states) const;
 
+    bool anisotropy;
     std::vector<Entry> entries;
 };
 

@@ -37,6 +37,11 @@ void Surface::letGo()
     texture.letGo();
 }
 
+D3DVIEWPORT9 Surface::whole() const
+{
+    return {0, 0, texture.levelWidth(level), texture.levelHeight(level), 0.0f, 1.0f};
+}
+
 Texture *Texture::create(Device &device, const TextureDescription &description, D3DFORMAT format)
 {
     const FormatInfo *info = findFormat(format);

@@ -27,6 +27,8 @@ public:
 
     void hold();
     void letGo();
+    /// The viewport that covers it.
+    D3DVIEWPORT9 whole() const;
 
     Texture &texture;
     const UINT level;

@@ -12,8 +12,10 @@ namespace
 
 using namespace port;
 
+/// Line numbers carry the file's number too, as drivers lose the string number that is meant for it.
+constexpr std::size_t linesPerFile = 1'000'000;
 /// Code that the effect's author did not write has this number in place of a file's.
-constexpr int generatedSource = 9999;
+constexpr std::size_t generatedFile = 2000;
 
 struct VertexInput
 {
@@ -52,7 +54,7 @@ std::string pixelDeclarations()
 
 std::string lineMark(SourcePlace place)
 {
-    return "\n#line " + std::to_string(place.line) + " " + std::to_string(place.file) + "\n";
+    return "\n#line " + std::to_string(place.file * linesPerFile + static_cast<std::size_t>(place.line)) + "\n";
 }
 
 /// The condition under which a pixel's alpha does not pass, or empty.
@@ -91,7 +93,7 @@ namespace port
 {
 
 EffectCompiler::EffectCompiler(const EffectDescription &effect, const D3DXMACRO *defines)
-    : effect(effect), head("#version 450 core\n")
+    : effect(effect), head("#version 450 core" + lineMark({generatedFile, 1}))
 {
     for (; defines && defines->Name; ++defines)
         head += "#define " + std::string(defines->Name) + " " + (defines->Definition ? defines->Definition : "") + "\n";
@@ -161,7 +163,7 @@ std::string EffectCompiler::assemble(const NamedShader &shader, const AlphaTest 
             text += lineMark(shared.code.place) + shared.code.text;
     }
     text += lineMark(shader.code.place) + shader.code.text;
-    text += lineMark({generatedSource, 1}) + "#undef main\nvoid main()\n{\n";
+    text += lineMark({generatedFile, 1}) + "#undef main\nvoid main()\n{\n";
     if (vertex)
         return text + "    gl_PointSize = kv_pointSize;\n    kv_main();\n"
                       "    gl_Position.xy += kv_pixelShift * gl_Position.w;\n}\n";
@@ -227,21 +229,20 @@ std::uint32_t EffectCompiler::findSamplers(GLuint program) const
     return used;
 }
 
-/// Finds the place in a line of the driver's, which writes "file:line(column): text" or "file(line) : text", and
+/// Finds the place in a line of the driver's, which writes "string:line(column): text" or "string(line) : text", and
 /// leaves its text; a line without one is about the pass as a whole.
 std::string EffectCompiler::translateLine(const std::string &line, const EffectPass &pass, std::string &text) const
 {
-    static const std::regex withColumn(R"(^(\d+):(\d+)\(\d+\): (.*)$)");
-    static const std::regex withoutColumn(R"(^(\d+)\((\d+)\) ?: (.*)$)");
+    static const std::regex withColumn(R"(^\d+:(\d+)\(\d+\): (.*)$)");
+    static const std::regex withoutColumn(R"(^\d+\((\d+)\) ?: (.*)$)");
     std::smatch match;
     const bool placed = std::regex_match(line, match, withColumn) || std::regex_match(line, match, withoutColumn);
-    text = placed ? match[3].str() : line;
+    text = placed ? match[2].str() : line;
     if (!placed)
         return effect.describe(pass.place);
-    const std::size_t file = std::stoul(match[1].str());
-    if (file >= effect.files.size())
-        return effect.describe(pass.place);
-    return effect.describe({file, std::stoi(match[2].str())});
+    const unsigned long number = std::stoul(match[1].str());
+    const SourcePlace place{number / linesPerFile, static_cast<int>(number % linesPerFile)};
+    return effect.describe(place.file < effect.files.size() ? place : pass.place);
 }
 
 void EffectCompiler::report(const std::string &log, bool onlyWarnings, const Position &position, const char *part)

@@ -77,7 +77,7 @@ HRESULT D3DXCreateTextureFromFileA(IDirect3DDevice9 *device, LPCSTR file, IDirec
     try
     {
         port::Image image = port::readImage(bytes);
-        if (isCompressed(image.format) && !epoxy_has_gl_extension("GL_EXT_texture_compression_s3tc"))
+        if (isCompressed(image.format) && !ours->samplesCompressedWell())
             image = port::decompress(image);
         const port::TextureDescription description{image.width, image.height, levelsFor(image), 0, D3DPOOL_MANAGED};
         port::Texture *created = port::Texture::create(*ours, description, image.format);

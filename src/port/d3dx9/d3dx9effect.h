@@ -62,8 +62,9 @@ struct ID3DXEffect : IUnknown
 
 /// Reads and compiles an effect file; the path is a designed one.
 ///
-/// `errors` receives the compiler's text, or null if there is none: errors on failure, warnings on success. An error
-/// names file, line, technique and pass. Definitions are given to every shader; `include` and `pool` must be null.
+/// `errors` receives the compiler's text, or null if there is none: errors on failure, each with file, line, technique
+/// and pass; warnings on success, which a driver that has compiled the same text before may keep to itself.
+/// Definitions are given to every shader; `include` and `pool` must be null.
 /// @return D3D_OK, D3DXERR_INVALIDDATA for a broken or missing file, D3DERR_INVALIDCALL for bad arguments
 HRESULT D3DXCreateEffectFromFileA(IDirect3DDevice9 *device, LPCSTR file, const D3DXMACRO *defines,
                                   ID3DXInclude *include, DWORD flags, ID3DXEffectPool *pool, ID3DXEffect **effect,

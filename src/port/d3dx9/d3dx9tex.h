@@ -13,8 +13,8 @@ HRESULT D3DXCreateTexture(IDirect3DDevice9 *device, UINT width, UINT height, UIN
 
 /// Makes a managed texture from a DDS, PNG, TGA, JPEG or BMP file, with all its smaller levels.
 ///
-/// The path is a designed one. Levels a DDS file brings are taken as they are, compressed ones too; those it lacks
-/// are made for uncompressed formats. On failure port::lastTextureError() tells file and cause.
+/// The path is a designed one. Levels a DDS file brings are taken as they are, compressed ones too where hardware reads
+/// them; those it lacks are made for uncompressed formats. On failure port::lastTextureError() tells file and cause.
 /// @return D3D_OK, D3DERR_NOTFOUND for a missing file, D3DXERR_INVALIDDATA for one that cannot be read
 HRESULT D3DXCreateTextureFromFileA(IDirect3DDevice9 *device, LPCSTR file, IDirect3DTexture9 **texture);
 

@@ -11,7 +11,9 @@
 #include <string>
 #include <unwind.h>
 
-#ifdef KV_HAVE_BACKTRACE
+// The header comes with one compiler only; the other makes do with the dynamic linker's names.
+#if defined(KV_HAVE_BACKTRACE) && __has_include(<backtrace.h>)
+#define HAS_LINE_TABLES
 #include <backtrace.h>
 #endif
 
@@ -62,7 +64,7 @@ struct SourceLine
 
 DWORD symbolOptions = 0;
 
-#ifdef KV_HAVE_BACKTRACE
+#ifdef HAS_LINE_TABLES
 
 backtrace_state *state = nullptr;
 

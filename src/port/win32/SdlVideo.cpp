@@ -78,6 +78,9 @@ SdlVideo::SdlVideo()
     // The loop ends by WM_CLOSE of its window; an SDL_QUIT is then the user's interrupt only.
     SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
 
+    // An interrupt closes the window as its button would; a run that nobody sees just ends.
+    if (!displayIsExpected())
+        SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     running = displayIsExpected() && startDriver(nullptr);
     if (!running)
         running = startDriver("offscreen");

@@ -117,16 +117,24 @@ void DeviceWorld::draw(ID3DXEffect &effect, const char *technique, UINT triangle
 
 Pixel DeviceWorld::pixelOf(IDirect3DTexture9 *texture, int x, int y)
 {
-    unsigned char bytes[4] = {};
+    const auto &image = *static_cast<port::Texture *>(texture);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glGetTextureSubImage(static_cast<port::Texture *>(texture)->id(), 0, x, y, 0, 1, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, 4,
-                         bytes);
+    if (image.format().external == GL_NONE)
+    {
+        // Compressed pixels come in blocks only.
+        std::vector<unsigned char> all(std::size_t(image.levelWidth(0)) * image.levelHeight(0) * 4);
+        glGetTextureImage(image.id(), 0, GL_RGBA, GL_UNSIGNED_BYTE, static_cast<GLsizei>(all.size()), all.data());
+        const unsigned char *at = &all[(std::size_t(y) * image.levelWidth(0) + std::size_t(x)) * 4];
+        return {at[0], at[1], at[2], at[3]};
+    }
+    unsigned char bytes[4] = {};
+    glGetTextureSubImage(image.id(), 0, x, y, 0, 1, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, 4, bytes);
     return {bytes[0], bytes[1], bytes[2], bytes[3]};
 }
 
 Pixel DeviceWorld::pixel(int x, int y)
 {
-    Pixel color = pixelOf(&port::Device::from(device)->getBackBufferTexture(), x, y);
+    Pixel color = pixelOf(port::Device::from(device)->getBackBufferTexture(), x, y);
     color.a = 255; // the format has none, whatever its unused byte holds
     return color;
 }

@@ -1,10 +1,11 @@
 """What the script tests share."""
 
+import _kaVelTest
 import kaVel
 
 
 class raises:
-    """The exception of this type, and with this text if one is given, that the block must raise."""
+    """The block must raise an exception of this type, with this text if one is given."""
 
     def __init__(self, kind, text=None):
         self.kind, self.text = kind, text
@@ -19,6 +20,17 @@ class raises:
         shown = error.args[0] if error.args else ''
         assert self.text is None or shown == self.text, '%r is not the text %r' % (shown, self.text)
         return True
+
+
+class quiet:
+    """Gathers the texts of assertions that the block raises, in place of showing them."""
+
+    def __enter__(self):
+        _kaVelTest.gatherAssertions(True)
+        return self
+
+    def __exit__(self, kind, error, traceback):
+        self.text = _kaVelTest.gatherAssertions(False)
 
 
 def kill(handle):

@@ -1,0 +1,6 @@
+#include "Subjects.h"
+
+void BenchListener::handleValueMessage(const ReflectorPtr &, float v)
+{
+    sum += v;
+}

@@ -1,0 +1,27 @@
+#include "engine/ParentFollowerComponent.h"
+#include "support/AllocationCount.h"
+#include "support/TestComponent.h"
+#include "support/TestLevel.h"
+
+#include <gtest/gtest.h>
+
+TEST(FrameAllocations, SteadyStateAllocatesNothing)
+{
+    TestLevel world;
+    world.coordinator().setSubCoordinator(world.anotherCoordinator());
+    world.transform(world.entity("parent"));
+    const Handle<Entity> follower = world.entity("follower", world.coordinator().getChild(SCS("parent")));
+    world.transform(follower);
+    world.component<ParentFollowerComponent>(follower, "parentFollower");
+    for (const char *key : {"cursor", "player", "director", "menu"})
+        world.component<TestComponent>(world.entity(key), key);
+    world.frame();
+    world.frame();
+
+    const AllocationCount before = AllocationCount::now();
+    for (int i = 0; i < 10; ++i)
+        world.frame();
+    const AllocationCount after = AllocationCount::now();
+    EXPECT_EQ(after.heap, before.heap);
+    EXPECT_EQ(after.categories, before.categories);
+}

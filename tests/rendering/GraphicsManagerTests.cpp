@@ -1,0 +1,203 @@
+#include "RenderingWorld.h"
+
+#include "assets/DynamicMeshAsset.h"
+#include "rendering/ModelGraphicsComponent2.h"
+#include "support/AllocationCount.h"
+
+#include "engine/SimpleComponent.h"
+#include "object/Variant.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+typedef std::vector<std::string> Journal;
+
+class Frame : public testing::Test, public RenderingWorld
+{
+protected:
+    /// A quad of one metre that shines by itself.
+    void glowingModel(Vec4 position)
+    {
+        const Handle<Entity> entity = level.entity("model");
+        level.transform(entity, position).lookup()->setScale(Vec4(0.5f, 0.5f, 1, 0));
+        ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
+        model.setMesh(graphics().getFullScreenQuad());
+        model.setEmissiveTextureName(SCS("lampShadeEmissive.dds"));
+        model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
+        IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice()); // textures need the real one
+        model.onLoadComplete();
+        graphics().replaceDevice(recorder);
+    }
+
+    /// What a frame's passes bind as their first target and clear, in order, without repetitions of a binding.
+    Journal passes()
+    {
+        Journal steps;
+        for (const std::string &line : journalOfPasses())
+            if ((line.starts_with("Target 0") || line.starts_with("Depth") || line.starts_with("Clear") ||
+                 line.starts_with("Draw")) &&
+                (steps.empty() || steps.back() != line))
+                steps.push_back(line);
+        return steps;
+    }
+};
+
+} // namespace
+
+TEST_F(Frame, PassesBindAndClearInTheirOrder)
+{
+    EXPECT_EQ(passes(),
+              (Journal{
+                  "Target 0 GBuffer1", "Depth GBuffer", "Clear target depth z=1",       // everything unconditional
+                  "Target 0 GBuffer1", "Depth GBuffer",                                 // the culled world
+                  "Target 0 GBuffer1", "Depth GBuffer",                                 // decals
+                  "Target 0 LBuffer",  "Depth GBuffer", "Clear target z=1",             // lights
+                  "Target 0 screen",   "Depth -",                                       // combine: bound for its clear
+                  "Target 0 screen",   "Depth -",       "DrawIndexed 2 primitives x 1", // and again before its draw
+                  "Target 0 screen",   "Depth GBuffer",                                 // world debug
+                  "Target 0 screen",   "Depth screen",  "Clear depth z=1",              // screen
+                  "Target 0 screen",   "Depth screen",  "Clear depth z=1",              // screen debug
+              }));
+}
+
+TEST_F(Frame, DecalsWriteTheFirstTargetOnly)
+{
+    const Journal journal = journalOfPasses();
+    std::vector<Journal> targetSets;
+    for (const std::string &line : journal)
+    {
+        if (line.starts_with("Target 0"))
+            targetSets.emplace_back();
+        if (line.starts_with("Target"))
+            targetSets.back().push_back(line.substr(9));
+    }
+    ASSERT_GE(targetSets.size(), 4u);
+    EXPECT_EQ(targetSets[0], (Journal{"GBuffer1", "GBuffer2", "GBuffer3", "-"}));
+    EXPECT_EQ(targetSets[1], targetSets[0]);
+    EXPECT_EQ(targetSets[2], (Journal{"GBuffer1", "-", "-", "-"}));
+    EXPECT_EQ(targetSets[3], (Journal{"LBuffer", "-", "-", "-"}));
+}
+
+TEST_F(Frame, WithoutACameraOnlyTheScreenIsDrawn)
+{
+    const Journal screenOnly = {"Target 0 screen", "Depth screen", "Clear depth z=1",
+                                "Target 0 screen", "Depth screen", "Clear depth z=1"};
+    camera.lookup()->murder();
+    cremateDeadObjects();
+    EXPECT_EQ(passes(), screenOnly) << "a dead camera is none";
+
+    const Handle<Entity> bare = level.entity("bare");
+    manager->setCurrentCamera(bare);
+    const std::size_t logged = countLogLines("shows nothing: it needs");
+    EXPECT_EQ(passes(), screenOnly);
+    EXPECT_EQ(passes(), screenOnly);
+    EXPECT_EQ(countLogLines("shows nothing: it needs"), logged + 1) << "told once";
+}
+
+TEST_F(Frame, DeviceLostInAPassSkipsTheRestAndComesBack)
+{
+    for (int clearsBefore = 0; clearsBefore < 4; ++clearsBefore)
+    {
+        ASSERT_TRUE(graphics().beginFrame().succeeded());
+        device->take();
+        device->failOn("Clear", D3DERR_DEVICELOST, clearsBefore);
+        const std::size_t logged = countLogLines("Assertion failed");
+        manager->doFrame();
+        EXPECT_FALSE(graphics().deviceIsReady());
+        EXPECT_EQ(device->count("Clear"), clearsBefore + 1) << "the passes behind it are skipped";
+        EXPECT_EQ(countLogLines("Assertion failed"), logged) << "a loss is no fault";
+        EXPECT_TRUE(graphics().endFrame().succeeded());
+        EXPECT_TRUE(graphics().present().succeeded());
+        device->failOn("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
+        drawFrame();
+        EXPECT_TRUE(graphics().deviceIsReady()) << "lost at clear " << clearsBefore;
+        EXPECT_EQ(device->count("DrawIndexed"), 1 + (clearsBefore > 1)) << "and the next frame is whole";
+    }
+}
+
+TEST_F(Frame, OtherFailuresAreReportedAndEndTheFrame)
+{
+    ASSERT_TRUE(graphics().beginFrame().succeeded());
+    device->take();
+    device->failOn("Clear", D3DERR_INVALIDCALL, 1);
+    const std::size_t logged = countLogLines("Assertion failed");
+    manager->doFrame();
+    EXPECT_EQ(device->count("Clear"), 2);
+    EXPECT_EQ(countLogLines("Assertion failed"), logged + 1);
+    EXPECT_TRUE(graphics().deviceIsReady());
+    graphics().endFrame().ignoreError();
+}
+
+TEST_F(Frame, CameraStackKeepsItsLastCamera)
+{
+    const Handle<Entity> second = level.entity("second");
+    manager->pushCamera(second);
+    EXPECT_EQ(manager->getCurrentCamera(), second);
+    manager->popCamera();
+    manager->popCamera();
+    EXPECT_EQ(manager->getCurrentCamera(), camera) << "the last one cannot be popped";
+    manager->setCurrentCamera(second);
+    manager->popCamera();
+    EXPECT_EQ(manager->getCurrentCamera(), second) << "setting replaces the top";
+    EXPECT_EQ(graphics().getLastFrameCamera(), camera) << "the first pushed, before any frame";
+    drawFrame();
+    EXPECT_EQ(graphics().getLastFrameCamera(), second);
+}
+
+TEST_F(Frame, ModelWithoutTransformIsReportedOnceAndBreaksNothing)
+{
+    graphics().getFullScreenQuad();
+    const Handle<Entity> entity = level.entity("model");
+    ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
+    model.setMesh(graphics().getFullScreenQuad());
+    model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
+    model.onLoadComplete();
+    const std::size_t logged = countLogLines("ModelGraphicsComponent2 had no transform sibling");
+    drawFrame();
+    drawFrame();
+    EXPECT_EQ(countLogLines("ModelGraphicsComponent2 had no transform sibling"), logged + 1);
+    level.transform(entity);
+    device->take();
+    drawFrame();
+    EXPECT_EQ(device->count("DrawIndexed"), 2) << "the model and the combine";
+}
+
+TEST_F(Frame, GlowingModelShowsInThePictureWhereItStands)
+{
+    glowingModel(Vec4(0, 0, 4, 1));
+    const unsigned black = presentedPixel(4, 4) & 0xffffff;
+    const unsigned window = presentedPixel(WIDTH / 2, HEIGHT / 2) & 0xffffff;
+    const auto brightness = [](unsigned c) { return (c & 255) + (c >> 8 & 255) + (c >> 16 & 255); };
+    EXPECT_LT(brightness(black), 12u);
+    EXPECT_GT(brightness(window), brightness(black) + 20);
+}
+
+TEST_F(Frame, SteadyFrameAllocatesNothing)
+{
+    for (int i = 0; i < 20; ++i)
+        thing("crowd", SceneGraph::WORLD_UNCONDITIONAL, i / 5).journal = nullptr;
+    for (int i = 0; i < 3; ++i)
+        glowingModel(Vec4(0, 0, 4, 1));
+    DrawnThing &light = thing("light", SceneGraph::LIGHT);
+    light.journal = nullptr;
+    light.instanced = false;
+    light.inShadowSet = false;
+    light.effect = SCS("lights.fx");
+    light.technique = SCS("SphereLight");
+    TestGrid &grid = mapWithGrid();
+    grid.cells[{0, 0}] = {handle_cast<Entity>(light.getParent())};
+    // The brackets belong to the frame, the recording device's journal does not.
+    IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
+    graphics().releaseInstanceBuffer();
+    for (int i = 0; i < 5; ++i)
+        drawFrame();
+    const AllocationCount before = AllocationCount::now();
+    drawFrame();
+    const AllocationCount after = AllocationCount::now();
+    graphics().releaseInstanceBuffer();
+    graphics().replaceDevice(recorder);
+    EXPECT_EQ(after.heap - before.heap, 0u) << "operator new";
+    EXPECT_EQ(after.categories - before.categories, 0u) << "the engine's allocators";
+}

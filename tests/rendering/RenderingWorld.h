@@ -1,0 +1,61 @@
+// RenderingWorld: a level with a camera, drawn off-screen by the real device with a recording one in front of it.
+#pragma once
+
+#include "DrawnThing.h"
+#include "RecordingDevice.h"
+#include "TestGrid.h"
+
+#include "rendering/GraphicsManager2.h"
+#include "rendering/GraphicsSystem2.h"
+#include "rendering/SceneGraph.h"
+#include "rendering/ViewerComponent.h"
+#include "support/TestLevel.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+/// Fields of GraphicsSystem2 that only tests look at.
+struct GraphicsSystem2TestAccess
+{
+    static GraphicsSystem2::RenderTargetMap &targets(GraphicsSystem2 &g) { return g.renderTargets; }
+    static GraphicsSystem2::DepthTargetMap &depthTargets(GraphicsSystem2 &g) { return g.depthTargets; }
+    static void presentParams(GraphicsSystem2 &g, D3DPRESENT_PARAMETERS &p) { g.getPresentParams(p); }
+    static std::string nameOf(GraphicsSystem2 &g, IDirect3DSurface9 *surface);
+};
+
+/// The systems up, a window of 160 x 90, one coordinator with a camera at the origin that looks along +z.
+class RenderingWorld
+{
+public:
+    static constexpr int WIDTH = 160;
+    static constexpr int HEIGHT = 90;
+
+    RenderingWorld();
+    ~RenderingWorld();
+
+    /// Makes a drawn thing in a layer, loaded, below a parent or the coordinator.
+    DrawnThing &thing(const char *label, SceneGraph::Layer layer, int group = 0,
+                      Handle<Object> parent = Handle<Object>());
+    /// Makes a map whose visibility is filled by hand.
+    TestGrid &mapWithGrid(const char *name = "map");
+    /// Runs the brackets and the level's passes once.
+    void drawFrame();
+    /// The device's journal of one frame's passes, without its brackets.
+    std::vector<std::string> journalOfPasses();
+    /// Colour of a pixel of the last presented frame, 0xAARRGGBB.
+    unsigned presentedPixel(int x, int y);
+
+    GraphicsSystem2 &graphics() { return getSystemDeref<GraphicsSystem2>(); }
+    IDirect3DDevice9 *realGraphicsDevice() const { return realDevice; }
+    SceneGraph &sceneGraph() { return *manager->getSceneGraph().lookup(); }
+
+    TestLevel level;
+    GraphicsManager2 *manager = nullptr;
+    Handle<Entity> camera;
+    std::unique_ptr<RecordingDevice> device;
+    std::vector<std::string> calls; ///< what the scene graph asked of drawn things
+
+private:
+    IDirect3DDevice9 *realDevice = nullptr;
+};

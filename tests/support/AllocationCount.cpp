@@ -1,0 +1,61 @@
+#include "support/AllocationCount.h"
+
+#include "foundation/Allocators.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace
+{
+
+thread_local std::size_t heapAllocations = 0;
+
+void *allocate(std::size_t size, std::size_t alignment)
+{
+    ++heapAllocations;
+    const std::size_t rounded = (size + alignment - 1) / alignment * alignment;
+    void *block = std::aligned_alloc(alignment, rounded ? rounded : alignment);
+    if (!block)
+        throw std::bad_alloc();
+    return block;
+}
+
+} // namespace
+
+void *operator new(std::size_t size)
+{
+    return allocate(size, alignof(std::max_align_t));
+}
+
+void *operator new(std::size_t size, std::align_val_t alignment)
+{
+    return allocate(size, static_cast<std::size_t>(alignment));
+}
+
+void operator delete(void *block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, std::align_val_t) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, std::size_t, std::align_val_t) noexcept
+{
+    std::free(block);
+}
+
+AllocationCount AllocationCount::now()
+{
+    AllocationCount count{heapAllocations, 0};
+    for (const AllocationCategory *category = AllocationCategory::getFirst(); category; category = category->getNext())
+        count.categories += category->allocationsEver;
+    return count;
+}

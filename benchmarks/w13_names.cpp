@@ -6,7 +6,6 @@
 
 #include "bench_common.h"
 
-
 namespace
 {
 constexpr double count = 4096;

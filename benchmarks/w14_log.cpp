@@ -31,8 +31,8 @@ void writeLines(benchmark::State &state, std::unique_ptr<IConsoleOutputProvider>
     int number = 0;
     for (auto _ : state)
     {
-        log.writeFormatted(Logger_::I_INFO, SCS("Renderer.cpp"), 1234, "object %d moved to %.2f in the partitioning grid",
-                           ++number, 1.5);
+        log.writeFormatted(Logger_::I_INFO, SCS("Renderer.cpp"), 1234,
+                           "object %d moved to %.2f in the partitioning grid", ++number, 1.5);
     }
     state.counters["check"] = log.getLogCount() == std::size_t(number);
     reportNanoseconds(state, 1);

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 /// What a mesh's indices (or its vertices, when it has no indices) are grouped into.
-enum MeshPrimitiveType
+enum MeshPrimitiveType : std::uint32_t
 {
     MPT_TRIANGLES = 0, ///< three a triangle
     MPT_LINES = 1,     ///< two a line
@@ -13,7 +13,7 @@ enum MeshPrimitiveType
 };
 
 /// Layout of one vertex in a vertex stream.
-enum MeshVertexType
+enum MeshVertexType : std::uint32_t
 {
     MVT_DEFAULT = 0,          ///< DefaultMeshVertex
     MVT_DEFAULT_INSTANCE = 1, ///< DefaultInstanceVertex, the second stream of an instanced draw

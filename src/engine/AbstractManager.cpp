@@ -57,7 +57,7 @@ Handle<AbstractComponent> AbstractManager::constructDerived(const ReflectorPtr &
                 type->getName().toCString());
         return Handle<AbstractComponent>();
     }
-    if (type)
+    if (type && base)
         KV_LOGF(Logger_::I_ERROR, "%s: class %s is no %s, which is what the key '%s' takes", getName().toCString(),
                 type->getQualifiedName().toCString(), base->getName().toCString(), key.toCString());
     else

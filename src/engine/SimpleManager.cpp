@@ -17,12 +17,12 @@ void SimpleManager::doFrame()
     const RunningMark mark(walking);
     refreshWalkOrder();
     const ObjectMap_ &objects = ObjectMap();
-    SimpleComponent *const *const components = walkOrder.objects.data();
+    SimpleComponent *const *const walked = walkOrder.objects.data();
     const std::size_t count = walkOrder.objects.size();
     for (std::size_t i = 0; i < count; ++i)
     {
-        if (components[i])
-            components[i]->doFrame();
+        if (walked[i])
+            walked[i]->doFrame();
         if (objects.getChangeCount() != walkOrder.objectChanges || setChanges != walkOrder.setChanges)
         {
             runBehind(walkOrder.handles[i]);

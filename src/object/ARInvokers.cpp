@@ -27,7 +27,8 @@ ErrorReturn<Variant> failCount()
     return fail(IReflectedThing::WRONG_ARGUMENT_COUNT);
 }
 
-template <class T> bool convertNumber(const Variant &v, T &out)
+template <class T>
+bool convertNumber(const Variant &v, T &out)
 {
     return fromVariant(v, out);
 }

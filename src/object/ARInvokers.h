@@ -20,7 +20,8 @@ ErrorReturn<Variant> failCount();
 /// The object a member call is meant for; null if the count is wrong or there is no object of that class.
 ///
 /// `failThis` tells the reasons apart afterwards, so that the way of a good call stays short.
-template <class T> inline T *resolveThis(const SavedArguments &args, std::size_t argCount, const DoxyElement &type)
+template <class T>
+inline T *resolveThis(const SavedArguments &args, std::size_t argCount, const DoxyElement &type)
 {
     if (args.getArgCount() != argCount || args[0].getType() != Variant::VT_HANDLE) [[unlikely]]
         return nullptr;
@@ -35,9 +36,11 @@ template <class T> inline T *resolveThis(const SavedArguments &args, std::size_t
 ///
 /// Numbers that come as expected are read in place; every other conversion is a call.
 /// @{
-template <class T> bool convertNumber(const Variant &v, T &out);
+template <class T>
+bool convertNumber(const Variant &v, T &out);
 
-template <class T> inline bool convertArgument(const Variant &v, T &out)
+template <class T>
+inline bool convertArgument(const Variant &v, T &out)
 {
     if constexpr (std::is_floating_point_v<T>)
     {
@@ -53,7 +56,8 @@ template <class T> inline bool convertArgument(const Variant &v, T &out)
 }
 
 /// A live object of another class than the handle's is a wrong argument; a dead handle passes as it is.
-template <class T> inline bool convertHandle(const Variant &v, Handle<T> &out, const DoxyElement &type)
+template <class T>
+inline bool convertHandle(const Variant &v, Handle<T> &out, const DoxyElement &type)
 {
     if (!fromVariant(v, out))
         return false;
@@ -63,7 +67,8 @@ template <class T> inline bool convertHandle(const Variant &v, Handle<T> &out, c
 
 /// Packs the result of a call.
 /// @{
-template <class T> inline ErrorReturn<Variant> packResult(const T &value)
+template <class T>
+inline ErrorReturn<Variant> packResult(const T &value)
 {
     ErrorReturn<Variant> result;
     SetToVariant(result.value, value);
@@ -73,7 +78,8 @@ inline ErrorReturn<Variant> packResult(const ErrorCode &code)
 {
     return ErrorReturn<Variant>(code);
 }
-template <class T> inline ErrorReturn<Variant> packResult(const ErrorReturn<T> &returned)
+template <class T>
+inline ErrorReturn<Variant> packResult(const ErrorReturn<T> &returned)
 {
     ErrorReturn<Variant> result(returned.code);
     if constexpr (!std::is_void_v<T>)
@@ -86,7 +92,8 @@ template <class T> inline ErrorReturn<Variant> packResult(const ErrorReturn<T> &
 /// @}
 
 /// What the invokers of every class share; the generator specialises ARInvokers<T> on top of it.
-template <class T> struct ARInvokersBase
+template <class T>
+struct ARInvokersBase
 {
     using constructor_invoker_type = DoxyElement::constructor_invoker_type;
     using function_invoker_type = DoxyElement::function_invoker_type;

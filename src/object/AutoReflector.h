@@ -59,7 +59,8 @@ public:
     const char *getName() const { return name; }
 
     /// Calls `visit` with each record of the table, in an order that only the sources decide.
-    template <class Visit> void forEachRecord(const Visit &visit) const
+    template <class Visit>
+    void forEachRecord(const Visit &visit) const
     {
         for (Part part : parts)
             for (const DoxyBlock &block : part())

@@ -51,6 +51,13 @@ String DoxyElement::getDefinitionLocation() const
     return SCS(locationstr);
 }
 
+DoxyElement::Caches &DoxyElement::getCaches() const
+{
+    if (!caches) [[unlikely]]
+        caches = new Caches;
+    return *caches;
+}
+
 ReflectorPtr DoxyElement::getMember(String memberName) const
 {
     return ReflectorPtr(findMember(memberName));
@@ -60,6 +67,7 @@ const DoxyElement *DoxyElement::findMember(const String &memberName) const
 {
     if (memberCount == 0)
         return nullptr;
+    const NameIndex &memberIndex = getCaches().memberIndex;
     if (!memberIndex.isBuilt())
         indexMembers();
     const std::size_t at = memberIndex.find(memberName);
@@ -68,6 +76,7 @@ const DoxyElement *DoxyElement::findMember(const String &memberName) const
 
 void DoxyElement::indexMembers() const
 {
+    NameIndex &memberIndex = getCaches().memberIndex;
     memberIndex.reserve(memberCount);
     for (int i = 0; i < memberCount; ++i)
         memberIndex.add(SCS(members[i].obj->name), i);
@@ -75,6 +84,7 @@ void DoxyElement::indexMembers() const
 
 IReflectedThing::MemberList DoxyElement::getMemberList() const
 {
+    MemberList &memberListCache = getCaches().memberListCache;
     if (memberListCache.empty())
     {
         memberListCache.reserve(memberCount);
@@ -87,7 +97,7 @@ IReflectedThing::MemberList DoxyElement::getMemberList() const
 IReflectedThing::PropertyList DoxyElement::getPropertyList() const
 {
     collectProperties();
-    return propertyListCache;
+    return getCaches().propertyListCache;
 }
 
 ErrorReturn<PropertyDesc> DoxyElement::getProperty(const String &propertyName) const
@@ -100,16 +110,17 @@ ErrorReturn<PropertyDesc> DoxyElement::getProperty(const String &propertyName) c
 const PropertyDesc *DoxyElement::findProperty(const String &propertyName) const
 {
     collectProperties();
-    const std::size_t at = properties.find(propertyName);
-    return at == NameIndex::none ? nullptr : &propertyListCache[at];
+    const std::size_t at = getCaches().properties.find(propertyName);
+    return at == NameIndex::none ? nullptr : &getCaches().propertyListCache[at];
 }
 
 void DoxyElement::collectProperties() const
 {
-    if (propertiesCollected)
+    if (getCaches().propertiesCollected)
         return;
-    propertiesCollected = true;
-    properties.reserve(memberCount);
+    getCaches().propertiesCollected = true;
+    getCaches().properties.reserve(memberCount);
+    PropertyList &propertyListCache = getCaches().propertyListCache;
 
     for (int i = 0; i < memberCount; ++i)
     {
@@ -135,9 +146,11 @@ void DoxyElement::collectProperties() const
 
 std::size_t DoxyElement::ensurePropertyDescCreated(const String &propertyName) const
 {
+    PropertyMap &properties = getCaches().properties;
     const std::size_t known = properties.find(propertyName);
     if (known != NameIndex::none)
         return known;
+    PropertyList &propertyListCache = getCaches().propertyListCache;
     propertyListCache.push_back(PropertyDesc(propertyName));
     properties.add(propertyName, propertyListCache.size() - 1);
     return propertyListCache.size() - 1;

@@ -44,11 +44,11 @@ struct DoxyRef
 /// What a record says beyond its own text: where it belongs and which reflected types it takes and gives.
 struct DoxyContext
 {
-    const DoxyElement *scope = nullptr;             ///< class, namespace or file that declares it; null at the top
-    const DoxyElement *overridden = nullptr;        ///< function of a base class that this one overrides, or null
-    const DoxyElement *returnType = nullptr;        ///< reflected class or enum of the result, or null
-    const DoxyElement *const *argTypes = nullptr;   ///< one entry a declared parameter, each may be null; null for none
-    bool takesThis = false;                         ///< a member function that is not static
+    const DoxyElement *scope = nullptr;           ///< class, namespace or file that declares it; null at the top
+    const DoxyElement *overridden = nullptr;      ///< function of a base class that this one overrides, or null
+    const DoxyElement *returnType = nullptr;      ///< reflected class or enum of the result, or null
+    const DoxyElement *const *argTypes = nullptr; ///< one entry a declared parameter, each may be null; null for none
+    bool takesThis = false;                       ///< a member function that is not static
     DoxyLocation location;
 };
 
@@ -71,8 +71,8 @@ public:
                           constructor_invoker_type constructor_invoker_, function_invoker_type function_invoker_,
                           std::int64_t enumValue_, int paramCount_, const DoxyContext &context_)
         : id(id_), name(name_), qualifiedName(qualifiedName_), kind(kind_), briefDescription(briefDescription_),
-          inBodyDescription(inBodyDescription_), includeFile(includeFile_), argsstring(argsstring_),
-          members(members_), memberCount(memberCount_), bases(bases_), baseCount(baseCount_), allBases(allBases_),
+          inBodyDescription(inBodyDescription_), includeFile(includeFile_), argsstring(argsstring_), members(members_),
+          memberCount(memberCount_), bases(bases_), baseCount(baseCount_), allBases(allBases_),
           allBaseCount(allBaseCount_), locationstr(locationstr_), constructor_invoker(constructor_invoker_),
           function_invoker(function_invoker_), enumValue(enumValue_), paramCount(paramCount_), context(context_)
     {
@@ -135,35 +135,42 @@ public:
 private:
     friend class ClassNumbering;
 
+    /// What is derived from the table. Never destroyed: static objects of any module may hold records to the very end.
+    struct Caches
+    {
+        MemberList memberListCache;
+        PropertyMap properties; ///< name to index in propertyListCache
+        PropertyList propertyListCache;
+        NameIndex memberIndex; ///< name to index in members
+        bool propertiesCollected = false;
+    };
+
+    Caches &getCaches() const;
     void collectProperties() const;
     std::size_t ensurePropertyDescCreated(const String &propertyName) const;
     void indexMembers() const;
 
-    const char *id;                ///< Doxygen's unique id
-    const char *name;              ///< short name
-    const char *qualifiedName;     ///< name with its scopes
+    const char *id;            ///< Doxygen's unique id
+    const char *name;          ///< short name
+    const char *qualifiedName; ///< name with its scopes
     Kind kind;
-    const char *briefDescription;  ///< shown by tools
+    const char *briefDescription; ///< shown by tools
     const char *inBodyDescription;
-    const char *includeFile;       ///< header to include for a class
+    const char *includeFile; ///< header to include for a class
     const char *argsstring;
-    const DoxyRef *members;        ///< declaration order, then what is inherited
+    const DoxyRef *members; ///< declaration order, then what is inherited
     int memberCount;
-    const DoxyRef *bases;          ///< direct bases
+    const DoxyRef *bases; ///< direct bases
     int baseCount;
-    const DoxyRef *allBases;       ///< transitive bases, flattened
+    const DoxyRef *allBases; ///< transitive bases, flattened
     int allBaseCount;
-    const char *locationstr;       ///< file(line)
+    const char *locationstr;                      ///< file(line)
     constructor_invoker_type constructor_invoker; ///< concrete reflected classes only
     function_invoker_type function_invoker;       ///< functions whose types are convertible only
-    std::int64_t enumValue;        ///< of an enumerator
-    int paramCount;                ///< declared parameters, without the object
-    mutable MemberList memberListCache;
-    mutable PropertyMap properties; ///< name to index in propertyListCache
-    mutable PropertyList propertyListCache;
-    mutable NameIndex memberIndex; ///< name to index in members
-    mutable bool propertiesCollected = false;
+    std::int64_t enumValue;                       ///< of an enumerator
+    int paramCount;                               ///< declared parameters, without the object
+    mutable Caches *caches = nullptr;             ///< made on first demand, kept to the end of the process
     DoxyContext context;
     ClassNumber classNumber = 0;
-    ClassNumber classSpan = 0;     ///< count of classes derived from this one, itself included; 0 for other things
+    ClassNumber classSpan = 0; ///< count of classes derived from this one, itself included; 0 for other things
 };

@@ -17,10 +17,11 @@ const EnumEntry *EnumTable::find(const String &text) const
 {
     const char *wanted = text.toCString();
     const EnumEntry *end = entries + count;
-    const EnumEntry *found = std::find_if(
-        entries, end,
-        [&](const EnumEntry &e)
-        { return std::strcmp(e.name, wanted) == 0 || (hasQualifiedNames && std::strcmp(e.qualifiedName, wanted) == 0); });
+    const EnumEntry *found = std::find_if(entries, end,
+                                          [&](const EnumEntry &e) {
+                                              return std::strcmp(e.name, wanted) == 0 ||
+                                                     (hasQualifiedNames && std::strcmp(e.qualifiedName, wanted) == 0);
+                                          });
     return found == end ? nullptr : found;
 }
 

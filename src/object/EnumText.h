@@ -39,7 +39,8 @@ private:
 /// Home of an enum's table: every enum that a header declares has one in the generated code.
 ///
 /// A friend of the reflected classes, so that their private enums have texts too.
-template <class E> struct Enum
+template <class E>
+struct Enum
 {
     static const EnumTable &table();
 };
@@ -54,16 +55,14 @@ bool enumTableFromVariant(const EnumTable &table, const Variant &v, std::int64_t
 /// The first declared of several enumerators of one value; "<invalid enum value>" for a value outside the enum. Some
 /// enums have no qualified spelling, for them the flag is dropped.
 template <class E>
-    requires std::is_enum_v<E>
-String enumToString(E value, bool qualified = false)
+requires std::is_enum_v<E> String enumToString(E value, bool qualified = false)
 {
     return enumTableToString(Enum<E>::table(), static_cast<std::int64_t>(value), qualified);
 }
 
 /// The enumerator of this short or full name, or NOT_AN_ENUMERANT.
 template <class E>
-    requires std::is_enum_v<E>
-ErrorReturn<E> stringToEnum(const String &value)
+requires std::is_enum_v<E> ErrorReturn<E> stringToEnum(const String &value)
 {
     const EnumEntry *entry = Enum<E>::table().find(value);
     ErrorReturn<E> result;
@@ -78,7 +77,7 @@ ErrorReturn<E> stringToEnum(const String &value)
 ///
 /// A number must be that of an enumerator. An enum of single bits takes any union of its bits.
 template <class E>
-    requires std::is_enum_v<E>
+requires std::is_enum_v<E>
 bool enumFromVariant(const Variant &v, E &out)
 {
     std::int64_t number = 0;

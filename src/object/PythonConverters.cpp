@@ -23,8 +23,6 @@ ErrorReturn<PyObject *> buildPythonValue(const Variant &value)
         return PyLong_FromLongLong(value.as<std::int64_t>());
     case Variant::VT_BOOL:
         return PyBool_FromLong(value.as<bool>());
-    case Variant::VT_FLOAT:
-        return PyFloat_FromDouble(value.as<double>());
     case Variant::VT_REFLECTOR:
         return wrapThing(value.as<ReflectorPtr>());
     case Variant::VT_HANDLE:
@@ -218,7 +216,7 @@ bool String_from_python_str::convert(PyObject *o, String &out)
     return true;
 }
 
-PyObject *VariantToPython::convert(const Variant &value)
+PyObject *VariantToPython::convertAny(const Variant &value)
 {
     ErrorReturn<PyObject *> built = buildPythonValue(value);
     if (built.succeeded() && !built.value)
@@ -232,14 +230,11 @@ PyObject *VariantToPython::convert(const Variant &value)
                                                         built.code.toString().toCString()));
 }
 
-void VariantFromPython::convert(PyObject *o, Variant &out)
+void VariantFromPython::convertAny(PyObject *o, Variant &out)
 {
-    PyTypeObject *const type = Py_TYPE(o);
-    if (type == &PyFloat_Type)
-        out.emplace(Variant::VT_FLOAT, PyFloat_AS_DOUBLE(o));
-    else if (type == &PyLong_Type)
+    if (PyLong_CheckExact(o))
         setInteger(o, out);
-    else if (type == &PyBool_Type)
+    else if (PyBool_Check(o))
         out.emplace(Variant::VT_BOOL, o == Py_True);
     else if (isPythonHandle(o))
         out.emplace(Variant::VT_HANDLE, handleOf(o));

@@ -22,7 +22,14 @@ struct String_from_python_str
 struct VariantToPython
 {
     /// A new reference. An empty value raises TypeError, what fails otherwise ValueError; null then.
-    static PyObject *convert(const Variant &value);
+    static PyObject *convert(const Variant &value)
+    {
+        const bool isFloat = value.getType() == Variant::VT_FLOAT;
+        return isFloat ? PyFloat_FromDouble(value.as<double>()) : convertAny(value);
+    }
+
+private:
+    static PyObject *convertAny(const Variant &value);
 };
 
 /// Any script object to a value of the reflection layer.
@@ -32,7 +39,17 @@ struct VariantToPython
 /// stays a script object. Never fails.
 struct VariantFromPython
 {
-    static void convert(PyObject *o, Variant &out);
+    static void convert(PyObject *o, Variant &out)
+    {
+        // Most values of a frame are plain numbers.
+        if (PyFloat_CheckExact(o))
+            out.emplace(Variant::VT_FLOAT, PyFloat_AS_DOUBLE(o));
+        else
+            convertAny(o, out);
+    }
+
+private:
+    static void convertAny(PyObject *o, Variant &out);
 };
 
 /// Teaches Boost.Python these conversions and those of handles and reflectors, and fills the engine's own table.

@@ -32,12 +32,10 @@ PyObject *raiseCaughtException()
     }
 }
 
-bool refuseKeywords(const IReflectedThing &thing, PyObject *keywordNames)
+PyObject *raiseKeywordsRefused(const IReflectedThing &thing)
 {
-    if (!keywordNames || PyTuple_GET_SIZE(keywordNames) == 0)
-        return true;
-    raisePython(PyExc_TypeError, String::format("%s takes no keyword arguments", thing.getQualifiedName().toCString()));
-    return false;
+    return raisePython(PyExc_TypeError,
+                       String::format("%s takes no keyword arguments", thing.getQualifiedName().toCString()));
 }
 
 namespace

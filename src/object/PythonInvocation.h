@@ -19,5 +19,11 @@ PyObject *raiseCallFailure(const String &what, const ErrorCode &code);
 /// Raises what came through the engine as a C++ exception; to be called in a catch block. Returns null.
 PyObject *raiseCaughtException();
 
-/// Raises TypeError if there are keyword arguments, which a reflected call does not take; false then.
-bool refuseKeywords(const IReflectedThing &thing, PyObject *keywordNames);
+/// Raises TypeError for keyword arguments, which a reflected call does not take; returns null.
+PyObject *raiseKeywordsRefused(const IReflectedThing &thing);
+
+/// Whether a call of the interpreter came with keyword arguments.
+inline bool hasKeywords(PyObject *keywordNames)
+{
+    return keywordNames && PyTuple_GET_SIZE(keywordNames) > 0;
+}

@@ -60,16 +60,16 @@ PyObject *callPacked(const DoxyElement &function, const Handle<Object> *bound, P
 PyObject *callMethod(PyObject *self, PyObject *const *args, std::size_t countAndFlag, PyObject *keywordNames)
 {
     const DoxyElement &function = *reinterpret_cast<PythonMethod *>(self)->function;
-    if (!refuseKeywords(function, keywordNames))
-        return nullptr;
+    if (hasKeywords(keywordNames))
+        return raiseKeywordsRefused(function);
     return callPacked(function, nullptr, args, PyVectorcall_NARGS(countAndFlag));
 }
 
 PyObject *callBoundMethod(PyObject *self, PyObject *const *args, std::size_t countAndFlag, PyObject *keywordNames)
 {
     const auto &method = *reinterpret_cast<PythonBoundMethod *>(self);
-    if (!refuseKeywords(*method.function, keywordNames))
-        return nullptr;
+    if (hasKeywords(keywordNames))
+        return raiseKeywordsRefused(*method.function);
     return callPacked(*method.function, &method.handle, args, PyVectorcall_NARGS(countAndFlag));
 }
 

@@ -40,8 +40,8 @@ const IReflectedThing &thing_(PyObject *self)
 PyObject *callThing(PyObject *self, PyObject *const *args, std::size_t countAndFlag, PyObject *keywordNames)
 {
     const ReflectorPtr thing = self_(self).thing;
-    if (!refuseKeywords(*thing, keywordNames))
-        return nullptr;
+    if (hasKeywords(keywordNames))
+        return raiseKeywordsRefused(*thing);
     const std::size_t given = PyVectorcall_NARGS(countAndFlag);
     if (given > maxCallArgs)
         return raiseCallFailure(thing->toString(),

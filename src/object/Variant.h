@@ -189,8 +189,7 @@ inline void SetToVariant(Variant &v, const Quaternion &value)
 /// @}
 
 template <class T>
-requires(!std::is_same_v<std::remove_cvref_t<T>, Variant>) Variant::Variant(const T &value)
-    : type(VT_INVALID)
+requires(!std::is_same_v<std::remove_cvref_t<T>, Variant>) Variant::Variant(const T &value) : type(VT_INVALID)
 {
     SetToVariant(*this, value);
 }

@@ -30,7 +30,8 @@ TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
     for (const Handle<TestThing> &h : {parent, child, grandchild})
     {
         const String name = h.lookup()->getName();
-        h.lookup()->whenMurdered = [&, h, name] {
+        h.lookup()->whenMurdered = [&, h, name]
+        {
             story.push_back(name);
             EXPECT_TRUE(h == parent || h.lookup()->getParent().isValid());
         };

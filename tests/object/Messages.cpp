@@ -54,7 +54,8 @@ TEST_F(Messages, AHandlerOfTheWrongSignatureFallsOutSilently)
 TEST_F(Messages, AHandlerRegisteredDuringADeliveryWaitsForTheNextOne)
 {
     const Handle<TestThing> latecomer = spawn("latecomer");
-    listener.lookup()->whenCalled = [&] {
+    listener.lookup()->whenCalled = [&]
+    {
         office.add(TestMessage, latecomer.lookup()->bind(SCS("handleValueMessage")));
         listener.lookup()->whenCalled = nullptr;
     };
@@ -95,7 +96,8 @@ TEST_F(Messages, AMessageSentFromAHandlerReachesThoseWhoseCallHasEnded)
     const Handle<TestThing> second = spawn("second");
     office.add(TestMessage, listener.lookup()->bind(SCS("handleValueMessage")));
     office.add(TestMessage, second.lookup()->bind(SCS("handleValueMessage")));
-    second.lookup()->whenCalled = [&] {
+    second.lookup()->whenCalled = [&]
+    {
         second.lookup()->whenCalled = nullptr;
         post(10);
     };

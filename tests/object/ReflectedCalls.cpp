@@ -21,7 +21,8 @@ protected:
         cremateDeadObjects();
     }
 
-    template <class... Arguments> ErrorReturn<Variant> call(const char *method, const Arguments &...arguments)
+    template <class... Arguments>
+    ErrorReturn<Variant> call(const char *method, const Arguments &...arguments)
     {
         return ReflectedBox::staticType->getMember(String::copyFrom(method))->call(arguments...);
     }
@@ -155,9 +156,9 @@ TEST_F(ReflectedCall, NumbersAreCastAsTheyStand)
 TEST_F(ReflectedCall, AnEnumTakesItsNumbersItsNamesAndItsRecords)
 {
     const ReflectorPtr finish = Reflection().getType(SCS("ReflectedShape::Finish"));
-    for (const Variant &glossy : {Variant(1), Variant(1.0), Variant(true), Variant(SCS("GLOSSY")),
-                                  Variant(SCS("ReflectedShape::Finish::GLOSSY")),
-                                  Variant(finish->getMember(SCS("GLOSSY")))})
+    for (const Variant &glossy :
+         {Variant(1), Variant(1.0), Variant(true), Variant(SCS("GLOSSY")),
+          Variant(SCS("ReflectedShape::Finish::GLOSSY")), Variant(finish->getMember(SCS("GLOSSY")))})
     {
         box.lookup()->setFinish(ReflectedShape::Finish::MATT);
         EXPECT_TRUE(call("setFinish", box, glossy).succeeded());

@@ -111,7 +111,11 @@ public:
 
     int takesFive(int a, int b, int c, int d, int e) { return a + b + c + d + e; }
     int takesPointer(const char *text) { return text != nullptr; }
-    template <class T> T echoed(T value) { return value; }
+    template <class T>
+    T echoed(T value)
+    {
+        return value;
+    }
     int gone() = delete;
 
     int secret = 0;

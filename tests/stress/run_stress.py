@@ -15,12 +15,15 @@ SKIPPED = {
     r"failMissingSystem": "says that the process cannot go on, and ends it",
     r"\w+::system(Startup|Shutdown)": "a system's life belongs to SystemSystem; out of turn it takes devices away",
     r"SystemSystem::(bootstrap|shutdown|stopAll)": "begin and end the process",
-    r"GameLoopSystem::quit": "ends the run",
+    r"GameLoopSystem::quit(WithoutLevel)?": "end the run",
     r"GameLoopSystem::(queueLoadLevel|runLevel|switchLevel)": "a level that cannot be built ends the game, as it must",
     r"GameLoopSystem::setCurrentlyActiveCoordinator": "takes the level that makes the calls out of the frame",
     r"GraphicsSystem2::(create|release|reset|lost)Device": "private steps of the device's life, right in their order only",
     r"GraphicsSystem2::(create|destroy)RenderTargets": "likewise",
     r"GraphicsSystem2::(onCreateOrReset|rememberScreenTargets|tryToRecoverDevice)": "likewise",
+    r"GraphicsManager2::onMurder": "takes the running level's scene graph away, which the next frame cannot be without",
+    r"GraphicsManager2::drawScreenLayer": "private step; a layer that is none is a critical assertion",
+    r"WindowSystem2::(createWindow|registerWindowClass)": "private steps of the start; there is one window only",
     r"SceneGraph::fillInstanceBuffer": "private step that writes as many instances as its caller has counted",
 }
 

@@ -32,6 +32,23 @@ void *operator new(std::size_t size, std::align_val_t alignment)
     return allocate(size, static_cast<std::size_t>(alignment));
 }
 
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    try
+    {
+        return allocate(size, alignof(std::max_align_t));
+    }
+    catch (const std::bad_alloc &)
+    {
+        return nullptr;
+    }
+}
+
+void operator delete(void *block, const std::nothrow_t &) noexcept
+{
+    std::free(block);
+}
+
 void operator delete(void *block) noexcept
 {
     std::free(block);

@@ -17,6 +17,7 @@ add_link_options(-rdynamic)
 if(KV_SANITIZE)
     add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
     add_link_options(-fsanitize=address,undefined)
+    add_compile_definitions(KV_SANITIZE)
     # Boost.Python asks a holder for its most derived address after the holder's destructor has run.
     file(GLOB KV_BOOST_PYTHON_SOURCES "${CMAKE_SOURCE_DIR}/src/object/Python*.cpp"
         "${CMAKE_SOURCE_DIR}/src/object/ObjectChildren*.cpp" "${CMAKE_SOURCE_DIR}/tests/python/*.cpp")

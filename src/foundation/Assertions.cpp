@@ -97,7 +97,8 @@ String getMessageBoxMessage(const String &expr, String realMessage, const String
 
 String getConsoleAssertMessage(AssertMode severity, const String &expr, const String &message, const String &, long)
 {
-    return String::format("%s failed: [ %s ] %s", SEVERITY_NAMES[severity], expr.toCString(), message.toCString());
+    const char *const name = severity < AM_COUNT ? SEVERITY_NAMES[severity] : "Unknown assertion";
+    return String::format("%s failed: [ %s ] %s", name, expr.toCString(), message.toCString());
 }
 
 } // namespace Assertions

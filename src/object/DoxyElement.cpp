@@ -43,7 +43,7 @@ IReflectionProvider *DoxyElement::getReflectionProvider() const
 
 ReflectorPtr DoxyElement::getEnclosingScope() const
 {
-    return ReflectorPtr(context.scope);
+    return ReflectorPtr(StaticThing(), context.scope);
 }
 
 String DoxyElement::getDefinitionLocation() const
@@ -60,18 +60,7 @@ DoxyElement::Caches &DoxyElement::getCaches() const
 
 ReflectorPtr DoxyElement::getMember(String memberName) const
 {
-    return ReflectorPtr(findMember(memberName));
-}
-
-const DoxyElement *DoxyElement::findMember(const String &memberName) const
-{
-    if (memberCount == 0)
-        return nullptr;
-    const NameIndex &memberIndex = getCaches().memberIndex;
-    if (!memberIndex.isBuilt())
-        indexMembers();
-    const std::size_t at = memberIndex.find(memberName);
-    return at == NameIndex::none ? nullptr : members[at].obj;
+    return ReflectorPtr(StaticThing(), findMember(memberName));
 }
 
 void DoxyElement::indexMembers() const
@@ -107,18 +96,10 @@ ErrorReturn<PropertyDesc> DoxyElement::getProperty(const String &propertyName) c
     return ErrorCode(ErrorCode::NO_SUCH_PROPERTY);
 }
 
-const PropertyDesc *DoxyElement::findProperty(const String &propertyName) const
-{
-    collectProperties();
-    const std::size_t at = getCaches().properties.find(propertyName);
-    return at == NameIndex::none ? nullptr : &getCaches().propertyListCache[at];
-}
-
 void DoxyElement::collectProperties() const
 {
-    if (getCaches().propertiesCollected)
+    if (getCaches().properties.isBuilt())
         return;
-    getCaches().propertiesCollected = true;
     getCaches().properties.reserve(memberCount);
     PropertyList &propertyListCache = getCaches().propertyListCache;
 
@@ -163,7 +144,7 @@ std::int64_t DoxyElement::getEnumValue() const
 
 ReflectorPtr DoxyElement::getOverriddenThing() const
 {
-    return ReflectorPtr(context.overridden);
+    return ReflectorPtr(StaticThing(), context.overridden);
 }
 
 std::size_t DoxyElement::getArgCount() const
@@ -173,7 +154,7 @@ std::size_t DoxyElement::getArgCount() const
 
 ReflectorPtr DoxyElement::getReturnType() const
 {
-    return ReflectorPtr(context.returnType);
+    return ReflectorPtr(StaticThing(), context.returnType);
 }
 
 ReflectorPtr DoxyElement::getArgType(std::size_t arg) const
@@ -181,9 +162,9 @@ ReflectorPtr DoxyElement::getArgType(std::size_t arg) const
     if (arg >= getArgCount())
         return nullptr;
     if (context.takesThis && arg == 0)
-        return ReflectorPtr(context.scope);
+        return ReflectorPtr(StaticThing(), context.scope);
     const std::size_t parameter = context.takesThis ? arg - 1 : arg;
-    return context.argTypes ? ReflectorPtr(context.argTypes[parameter]) : nullptr;
+    return ReflectorPtr(StaticThing(), context.argTypes ? context.argTypes[parameter] : nullptr);
 }
 
 ErrorReturn<Variant> DoxyElement::do_call(SavedArguments &args) const

@@ -104,9 +104,21 @@ public:
     void releaseRef() const override {}
 
     /// What `getMember` finds, without a reference; null if there is none. Cost: one probe of the class's name index.
-    const DoxyElement *findMember(const String &memberName) const;
+    const DoxyElement *findMember(const String &memberName) const
+    {
+        if (!caches || !caches->memberIndex.isBuilt()) [[unlikely]]
+            indexMembers();
+        const std::size_t at = caches->memberIndex.find(memberName);
+        return at == NameIndex::none ? nullptr : members[at].obj;
+    }
     /// What `getProperty` finds, borrowed for as long as the process lives; null if there is none.
-    const PropertyDesc *findProperty(const String &propertyName) const;
+    const PropertyDesc *findProperty(const String &propertyName) const
+    {
+        if (!caches || !caches->properties.isBuilt()) [[unlikely]]
+            collectProperties();
+        const std::size_t at = caches->properties.find(propertyName);
+        return at == NameIndex::none ? nullptr : &caches->propertyListCache[at];
+    }
 
     /// Whether a call can reach the function behind this record.
     bool isCallable() const { return function_invoker != nullptr; }
@@ -142,7 +154,6 @@ private:
         PropertyMap properties; ///< name to index in propertyListCache
         PropertyList propertyListCache;
         NameIndex memberIndex; ///< name to index in members
-        bool propertiesCollected = false;
     };
 
     Caches &getCaches() const;

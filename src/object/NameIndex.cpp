@@ -4,14 +4,14 @@
 
 void NameIndex::reserve(std::size_t names)
 {
-    slots.assign(std::bit_ceil(names * 2 + 1), Slot());
+    slots.assign(std::bit_ceil(names * 2 + 2), Slot());
+    mask = slots.size() - 1;
 }
 
 void NameIndex::add(const String &name, std::size_t position)
 {
     if (find(name) != none)
         return;
-    const std::size_t mask = slots.size() - 1;
     std::size_t at = hash_value(name) & mask;
     while (slots[at].used)
         at = (at + 1) & mask;

@@ -24,14 +24,11 @@ public:
     void add(const String &name, std::size_t position);
 
     /// Whether `reserve` has been called.
-    bool isBuilt() const { return !slots.empty(); }
+    bool isBuilt() const { return mask != 0; }
 
-    /// The position of a name, or `none`.
+    /// The position of a name, or `none`; the index must be built.
     std::size_t find(const String &name) const
     {
-        if (slots.empty())
-            return none;
-        const std::size_t mask = slots.size() - 1;
         for (std::size_t at = hash_value(name) & mask; slots[at].used; at = (at + 1) & mask)
         {
             if (slots[at].name == name)
@@ -49,4 +46,5 @@ private:
     };
 
     std::vector<Slot> slots; ///< a power of two of them, at most half used
+    std::size_t mask = 0;    ///< their count less one; 0 while there are none
 };

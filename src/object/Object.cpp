@@ -1,5 +1,6 @@
 #include "object/Object.h"
 
+#include "object/DoxyElement.h"
 #include "object/PartialFunctionApplication.h"
 #include "object/PropertyDesc.h"
 #include "object/Reflection.h"
@@ -186,25 +187,34 @@ void Object::setName(const String &newName)
         name = newName;
 }
 
+namespace
+{
+/// A property of an object's class, borrowed; null for an unknown name. The class of an object is always a record.
+const PropertyDesc *findProperty(const Object &object, const String &name)
+{
+    return static_cast<const DoxyElement &>(*object.getType()).findProperty(name);
+}
+} // namespace
+
 ErrorReturn<Variant> Object::getPropertyValue(const String &propertyName) const
 {
-    const ErrorReturn<PropertyDesc> property = getType()->getProperty(propertyName);
-    if (!property.code.succeeded())
-        return property.code;
-    if (!property.value.getGetter())
+    const PropertyDesc *property = findProperty(*this, propertyName);
+    if (!property)
+        return ErrorCode(ErrorCode::NO_SUCH_PROPERTY);
+    if (!property->getGetter())
         return ErrorCode(ErrorCode::PROPERTY_NOT_READABLE);
-    return property.value.getGetter()->call(this_);
+    return property->getGetter()->call(this_);
 }
 
 ErrorCode Object::setPropertyValue(const String &propertyName, const Variant &value, bool markForSaving)
 {
-    const ErrorReturn<PropertyDesc> property = getType()->getProperty(propertyName);
-    if (!property.code.succeeded())
-        return property.code;
-    if (!property.value.getSetter())
+    const PropertyDesc *property = findProperty(*this, propertyName);
+    if (!property)
+        return ErrorCode::NO_SUCH_PROPERTY;
+    if (!property->getSetter())
         return ErrorCode::PROPERTY_NOT_WRITABLE;
 
-    const ErrorCode code = property.value.getSetter()->call(this_, value).code;
+    const ErrorCode code = property->getSetter()->call(this_, value).code;
     if (code.succeeded() && markForSaving && !pattern.isNone() && pythonConversions.markPropertyEdited &&
         !pythonConversions.markPropertyEdited(pattern, propertyName))
     {

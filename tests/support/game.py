@@ -65,8 +65,7 @@ class World:
         variables.pop("DISPLAY", None)
         variables.pop("WAYLAND_DISPLAY", None)
         variables.update(KAVEL_HEADLESS="1", KAVEL_FRAMES=str(frames), HOME=str(self.folder),
-                         XDG_CONFIG_HOME=str(self.folder / "config"),
-                         ASAN_OPTIONS=variables.get("ASAN_OPTIONS", "detect_leaks=0"))
+                         XDG_CONFIG_HOME=str(self.folder / "config"))
         if level:
             variables["KAVEL_LEVEL"] = level
         if screenshot:

@@ -27,16 +27,15 @@ install_packages()
     "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}"
 }
 
-# build_targets FOLDER "CMAKE OPTIONS" TARGET...: configures once, builds with progress shown.
+# build_targets FOLDER "CMAKE OPTIONS" TARGET...: configures, which sees newly installed packages, and builds with
+# progress shown.
 build_targets()
 {
     local folder=$1 options=$2
     shift 2
-    if [ ! -f "$folder/build.ninja" ]; then
-        say "Configuring $folder ..."
-        # shellcheck disable=SC2086
-        cmake -S . -B "$folder" -G Ninja $options >"$folder.configure.log" 2>&1 ||
-            { cat "$folder.configure.log" >&2; exit 1; }
-    fi
+    [ -f "$folder/build.ninja" ] || say "Configuring $folder ..."
+    # shellcheck disable=SC2086
+    cmake -S . -B "$folder" -G Ninja $options >"$folder.configure.log" 2>&1 ||
+        { cat "$folder.configure.log" >&2; exit 1; }
     NINJA_STATUS='[%f/%t, %es] ' cmake --build "$folder" --target "$@"
 }

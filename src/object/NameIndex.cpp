@@ -17,3 +17,13 @@ void NameIndex::add(const String &name, std::size_t position)
         at = (at + 1) & mask;
     slots[at] = Slot{name.intern(), static_cast<std::uint32_t>(position), true};
 }
+
+std::size_t NameIndex::findFrom(std::size_t at, const String &name) const
+{
+    for (; slots[at].used; at = (at + 1) & mask)
+    {
+        if (slots[at].name == name)
+            return slots[at].position;
+    }
+    return none;
+}

@@ -29,12 +29,10 @@ public:
     /// The position of a name, or `none`; the index must be built.
     std::size_t find(const String &name) const
     {
-        for (std::size_t at = hash_value(name) & mask; slots[at].used; at = (at + 1) & mask)
-        {
-            if (slots[at].name == name)
-                return slots[at].position;
-        }
-        return none;
+        const std::size_t at = hash_value(name) & mask;
+        if (slots[at].used && slots[at].name == name) [[likely]]
+            return slots[at].position;
+        return findFrom(at, name);
     }
 
 private:
@@ -44,6 +42,8 @@ private:
         std::uint32_t position = 0;
         bool used = false;
     };
+
+    std::size_t findFrom(std::size_t at, const String &name) const;
 
     std::vector<Slot> slots; ///< a power of two of them, at most half used
     std::size_t mask = 0;    ///< their count less one; 0 while there are none

@@ -283,7 +283,8 @@ class PartWriter:
     def _class_definitions(self, record):
         name = record.qualified
         return (f"constinit const ReflectorPtr {name}::staticType{{StaticThing(), {self._address(record)}}};\n"
-                f"ReflectorPtr {name}::getType() const\n{{\n    return staticType;\n}}\n"
+                f"ReflectorPtr {name}::getType() const\n{{\n"
+                f"    return ReflectorPtr(StaticThing(), {self._address(record)});\n}}\n"
                 f"Handle<{name}> {name}::getTypedHandle() const\n{{\n"
                 f"    return unchecked_handle_cast<{name}>(getHandle());\n}}\n")
 

@@ -4,14 +4,12 @@ set -euo pipefail
 
 say() { printf '%s\n' "$*" >&2; }
 
-# install_packages COMMAND: installs what tools/packages.txt lists for the command and those above it.
+# install_packages COMMAND...: installs what tools/packages.txt lists for these commands and is missing.
 install_packages()
 {
     local wanted missing=() name
-    wanted=$(awk -v until="$1" '
-        /^#/ || NF < 2 { next }
-        seen && $1 != until { exit }
-        { if ($1 == until) seen = 1; for (i = 2; i <= NF; ++i) print $i }' tools/packages.txt)
+    wanted=$(awk -v commands=" $* " '!/^#/ && index(commands, " " $1 " ") { for (i = 2; i <= NF; ++i) print $i }' \
+        tools/packages.txt)
     for name in $wanted; do
         dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || missing+=("$name")
     done

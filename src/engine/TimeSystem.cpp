@@ -9,6 +9,15 @@
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
 
+namespace
+{
+/// A source of a class; invalid where the class is abstract.
+Handle<TimeSource> makeSource(const ReflectorPtr &type)
+{
+    return handle_cast<TimeSource>(type->construct(defaultAllocationCategory));
+}
+} // namespace
+
 void TimeSystem::setSource(Handle<TimeSource> src)
 {
     auto next = src.lookup();
@@ -33,8 +42,15 @@ void TimeSystem::setSource(const ReflectorPtr &type)
                 type ? type->getQualifiedName().toCString() : "an empty reference");
         return;
     }
-    releaseSource();
+    const Handle<TimeSource> made = makeSource(type);
+    if (!made.isValid())
+    {
+        KV_LOGF(Logger_::I_ERROR, "TimeSystem::setSource: %s is abstract; name a class derived from it",
+                type->getQualifiedName().toCString());
+        return;
+    }
     sourceType = type;
+    setSource(made);
 }
 
 void TimeSystem::setSource(const String &type)
@@ -87,7 +103,7 @@ void TimeSystem::checkTPS()
     {
         if (!sourceType)
             sourceType = QPCTimeSource::staticType;
-        source = handle_cast<TimeSource>(sourceType->construct_a(*DefaultAllocatorGroup(), defaultAllocationCategory));
+        source = makeSource(sourceType);
         KV_CRITICAL_ASSERT(source.isValid(), "%s cannot be constructed as a time source.",
                            sourceType->getName().toCString());
         source.lookup()->setParent(getTypedHandle());

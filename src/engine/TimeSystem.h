@@ -21,9 +21,11 @@ public:
     ///
     /// A handle that does not resolve is logged as an error and changes nothing.
     void setSource(Handle<TimeSource> src);
-    /// Has a source of this class made at the next use; a class that is no time source is logged as an error.
+    /// Puts a new source of this class in place of the present one.
+    ///
+    /// A class that is no time source, or an abstract one, is logged as an error and changes nothing.
     void setSource(const ReflectorPtr &type);
-    /// Has a source of the class of this name made at the next use; an unknown name is logged with the nearest one.
+    /// Puts a new source of the class of this name in place; an unknown name is logged with the nearest one.
     void setSource(const String &type);
     /// The source in use, made now if there is none.
     Handle<TimeSource> getSource();

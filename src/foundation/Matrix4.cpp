@@ -3,6 +3,7 @@
 
 #include "foundation/Quaternion.h"
 
+#include <algorithm>
 #include <cmath>
 
 static_assert(sizeof(Matrix4) == 64);
@@ -108,8 +109,10 @@ Matrix4 Matrix4::transpose() const
 // and stored rotations rely on.
 Quaternion Matrix4::toQuaternion() const
 {
+    // The sum vanishes for a half turn; rounding can leave it just below zero, where it has no root.
+    const float sum = std::max(data[0][0] + data[1][1] + data[2][2] + 1, 0.0f);
     Quaternion result;
-    result.r = std::sqrt(data[0][0] + data[1][1] + data[2][2] + 1) * 0.5f;
+    result.r = std::sqrt(sum) * 0.5f;
     const float divisor = 4 * result.r;
     if (divisor == 0)
     {

@@ -107,7 +107,7 @@ void DoxyElement::collectProperties() const
     {
         const DoxyElement &member = *members[i].obj;
         const std::string_view memberName(member.name);
-        if (member.kind != FUNCTION || memberName.size() <= 3 || !member.isCallable())
+        if (member.kind != FUNCTION || memberName.size() <= 3 || !member.takesThis() || !member.isCallable())
             continue;
         // An overload behind the first adds nothing: the first half of each pair stays.
         if (memberName.starts_with("get") && member.getArgCount() == 1)

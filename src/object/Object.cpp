@@ -156,17 +156,18 @@ Handle<Object> Object::getChild(const String &childName) const
 
 Handle<Object> Object::getDescendantByPath(const String &path) const
 {
-    if (path.empty())
-        return this_;
-
-    const char *text = path.toCString();
-    const char *slash = static_cast<const char *>(std::memchr(text, '/', path.size()));
-    if (!slash)
-        return getChild(path);
-
-    const ssize_t headLength = slash - text;
-    auto head = getChild(path.slice(0, headLength)).lookup();
-    return head ? head->getDescendantByPath(path.slice(headLength + 1)) : Handle<Object>();
+    // A loop, since a script may give a path of any length.
+    const Object *start = this;
+    std::size_t at = 0;
+    while (const void *slash = std::memchr(path.begin() + at, '/', path.size() - at))
+    {
+        const std::size_t end = static_cast<std::size_t>(static_cast<const char *>(slash) - path.begin());
+        start = start->getChild(String::copyFrom(path.begin() + at, end - at)).lookup().ptr;
+        if (!start)
+            return Handle<Object>();
+        at = end + 1;
+    }
+    return start->getChild(at == 0 ? path : String::copyFrom(path.begin() + at, path.size() - at));
 }
 
 String Object::getName() const

@@ -51,6 +51,8 @@ TEST(TimeSystem, RefusesWhatIsNoTimeSource)
     time.setSource(SCS("QPCTimeSauce"));
     EXPECT_EQ(countLogLines("no class 'QPCTimeSauce'; did you mean 'QPCTimeSource'?"), 1u);
     time.setSource(Entity::staticType);
+    time.setSource(SCS("TimeSource"));
+    EXPECT_EQ(countLogLines("TimeSource is abstract"), 1u);
     time.setSource(Handle<TimeSource>());
     EXPECT_EQ(time.getSource(), fixed);
     EXPECT_FALSE(fixed.lookup()->isDying());

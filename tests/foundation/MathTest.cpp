@@ -192,6 +192,16 @@ TEST(Quaternion, VanishingTraceTakesTheSecondColumnAsVectorPart)
     EXPECT_EQ(Matrix4(-1, 0, 0, 0, 1, 0, 0, 0, -1).toQuaternion(), Quaternion(0, 0, 1, 0));
 }
 
+TEST(Quaternion, HalfTurnsAroundAnyAxisComeBackFinite)
+{
+    for (int step = 0; step < 1000; ++step)
+    {
+        const Vec4 axis(static_cast<float>(step) * 0.01f, 1, 0.3f);
+        const Quaternion back = Quaternion::fromAxisAngle(axis, PI).generateRotation().toQuaternion();
+        ASSERT_NEAR(back.r * back.r + back.i * back.i + back.j * back.j + back.k * back.k, 1, 1e-5f) << step;
+    }
+}
+
 TEST(Quaternion, FacesAlongADirectionWithoutRoll)
 {
     const Quaternion right(Vec4(2, 0, 0));

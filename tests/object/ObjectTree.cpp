@@ -28,6 +28,8 @@ TEST_F(ObjectTree, PathsWalkNamesAndParentsAndEndInTheLastObjectNamed)
     EXPECT_EQ(r->getDescendantByPath(SCS("a/leaf/../../b")), Handle<Object>(b));
     EXPECT_EQ(r->getDescendantByPath(SCS("a/")), Handle<Object>(a));
     EXPECT_EQ(r->getDescendantByPath(String()), Handle<Object>(root));
+    EXPECT_EQ(r->getDescendantByPath(SCS("a//./leaf")), Handle<Object>(leaf));
+    EXPECT_EQ(r->getDescendantByPath(String::copyFrom(std::string(1 << 20, '/'))), Handle<Object>(root));
     EXPECT_EQ(r->getChild(SCS(".")), Handle<Object>(root));
     EXPECT_FALSE(r->getChild(SCS("..")).isValid());
     EXPECT_FALSE(r->getDescendantByPath(SCS("a/nothing/leaf")).isValid());

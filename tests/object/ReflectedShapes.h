@@ -108,6 +108,8 @@ public:
     ErrorReturn<int> divide(int by) const;
     const String &getMotto() const { return motto; }
     static int sides() { return 6; }
+    /// Its one argument is no object, so it is no property.
+    static float getVolume(float width) { return width * width * width; }
 
     int takesFive(int a, int b, int c, int d, int e) { return a + b + c + d + e; }
     int takesPointer(const char *text) { return text != nullptr; }

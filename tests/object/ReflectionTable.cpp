@@ -189,7 +189,7 @@ TEST(ReflectionProperties, AGetterAndASetterOfOneNameAreAProperty)
 
 TEST(ReflectionProperties, OtherNamesAndCountsAreNone)
 {
-    for (const char *name : {"corner", "", "Width", "takesFive", "noSuchProperty"})
+    for (const char *name : {"corner", "", "Width", "takesFive", "volume", "noSuchProperty"})
     {
         EXPECT_EQ(ReflectedBox::staticType->getProperty(String::copyFrom(name)).code.getCode(),
                   ErrorCode::NO_SUCH_PROPERTY)

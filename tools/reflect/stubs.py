@@ -13,10 +13,9 @@ def properties(record):
     """The properties of a class as the table collects them: (name, getter, setter) in order of appearance."""
     found = {}
     for member in record.members:
-        if member.kind != "function" or len(member.name) <= 3 or member.signature is None:
+        if not member.takes_this or len(member.name) <= 3 or member.signature is None:
             continue
-        count = len(member.parameters) + (1 if member.takes_this else 0)
-        slot = {("get", 1): 1, ("set", 2): 2}.get((member.name[:3], count))
+        slot = {("get", 0): 1, ("set", 1): 2}.get((member.name[:3], len(member.parameters)))
         if slot is None:
             continue
         name = member.name[3].lower() + member.name[4:]

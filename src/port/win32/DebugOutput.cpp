@@ -2,6 +2,7 @@
 #include "port/win32/Diagnostics.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
@@ -29,6 +30,8 @@ void writeOut(const char *text, std::size_t length)
     while (length > 0)
     {
         const ssize_t written = ::write(STDERR_FILENO, text, length);
+        if (written < 0 && errno == EINTR)
+            continue;
         if (written <= 0)
             return;
         text += written;

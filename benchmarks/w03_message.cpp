@@ -14,69 +14,86 @@ constexpr std::size_t count = 1000;
 MessageType benchMessageType(SCS("BenchMessage"));
 MessageType benchChurnMessageType(SCS("BenchChurnMessage"));
 
-Handle<BenchListener> subscribe(const ReflectorPtr &messageType)
+/// A thousand listeners of one message, alive for one benchmark.
+class Audience
 {
-    const Handle<BenchListener> h = construct<BenchListener>(defaultAllocationCategory);
-    PostOffice().registerMessageHandler(messageType, h.lookup()->bind(SCS("handleValueMessage")));
-    return h;
-}
-
-void murderAll(const std::vector<Handle<BenchListener>> &listeners)
-{
-    for (const auto &h : listeners)
-        h.lookup()->murder();
-    cremateDeadObjects();
-}
-
-void message(benchmark::State &state)
-{
-    const ReflectorPtr type(&benchMessageType);
-    std::vector<Handle<BenchListener>> listeners;
-    for (std::size_t i = 0; i < count; ++i)
-        listeners.push_back(subscribe(type));
-
-    SavedArguments payload = SavedArguments::of(1.0f);
-    for (auto _ : state)
+public:
+    explicit Audience(const MessageType &messageType) : type(&messageType)
     {
-        PostOffice().submitMessage(type, payload);
-        benchmark::ClobberMemory();
+        for (std::size_t i = 0; i < count; ++i)
+            listeners.push_back(subscribe());
     }
-    double heard = 0;
-    for (const auto &h : listeners)
-        heard += h.lookup()->sum > 0;
-    state.counters["check"] = heard;
-    reportNanoseconds(state, double(count));
-    murderAll(listeners);
-    PostOffice().submitMessage(type, payload);
-}
+    ~Audience()
+    {
+        for (const auto &h : listeners)
+            h.lookup()->murder();
+        cremateDeadObjects();
+        send();
+    }
 
-void churn(benchmark::State &state)
-{
-    const ReflectorPtr type(&benchChurnMessageType);
-    std::vector<Handle<BenchListener>> listeners;
-    for (std::size_t i = 0; i < count; ++i)
-        listeners.push_back(subscribe(type));
+    void send() { PostOffice().submitMessage(type, payload); }
 
-    SavedArguments payload = SavedArguments::of(1.0f);
-    std::size_t at = 0;
-    for (auto _ : state)
+    /// Kills a hundred listeners; their subscriptions fall out at the next message.
+    void murderHundred(std::size_t at)
     {
         for (std::size_t k = 0; k < 100; ++k)
             listeners[(at + k * 7) % count].lookup()->murder();
         cremateDeadObjects();
-        PostOffice().submitMessage(type, payload);
+    }
+    void replaceHundred(std::size_t at)
+    {
         for (std::size_t k = 0; k < 100; ++k)
-            listeners[(at + k * 7) % count] = subscribe(type);
+            listeners[(at + k * 7) % count] = subscribe();
+    }
+
+    /// How many listeners have heard a message.
+    double getHeard() const
+    {
+        double heard = 0;
+        for (const auto &h : listeners)
+            heard += h.lookup()->sum > 0;
+        return heard;
+    }
+
+private:
+    Handle<BenchListener> subscribe()
+    {
+        const Handle<BenchListener> h = construct<BenchListener>(defaultAllocationCategory);
+        PostOffice().registerMessageHandler(type, h.lookup()->bind(SCS("handleValueMessage")));
+        return h;
+    }
+
+    ReflectorPtr type;
+    std::vector<Handle<BenchListener>> listeners;
+    SavedArguments payload = SavedArguments::of(1.0f);
+};
+
+void message(benchmark::State &state)
+{
+    Audience audience(benchMessageType);
+    for (auto _ : state)
+    {
+        audience.send();
+        benchmark::ClobberMemory();
+    }
+    state.counters["check"] = audience.getHeard();
+    reportNanoseconds(state, double(count));
+}
+
+void churn(benchmark::State &state)
+{
+    Audience audience(benchChurnMessageType);
+    std::size_t at = 0;
+    for (auto _ : state)
+    {
+        audience.murderHundred(at);
+        audience.send();
+        audience.replaceHundred(at);
         at = (at + 13) % count;
     }
-    PostOffice().submitMessage(type, payload);
-    double heard = 0;
-    for (const auto &h : listeners)
-        heard += h.lookup()->sum > 0;
-    state.counters["check"] = heard;
+    audience.send();
+    state.counters["check"] = audience.getHeard();
     reportNanoseconds(state, double(count));
-    murderAll(listeners);
-    PostOffice().submitMessage(type, payload);
 }
 } // namespace
 

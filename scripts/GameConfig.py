@@ -24,11 +24,11 @@ initialLevel = os.environ.get('KAVEL_LEVEL') or 'FirstRoom'
 #: Fixed time a frame and a fixed window, so that two runs give the same log and the same picture.
 headless = os.environ.get('KAVEL_HEADLESS', '') not in ('', '0')
 
-#: Frames after which the game ends by itself; 0 plays on.
-frames = _number('KAVEL_FRAMES', 0)
-
-#: File that the last of those frames is written to; empty for none.
+#: File that the last frame is written to; empty for none.
 screenshot = os.environ.get('KAVEL_SCREENSHOT', '')
+
+#: Frames after which the game ends by itself; 0 plays on. A picture needs a last frame.
+frames = _number('KAVEL_FRAMES', 60 if screenshot else 0)
 
 #: Start of the engine's random numbers; another one in every ordinary game.
 seed = _number('KAVEL_SEED', 1 if headless else int(time.time()))

@@ -14,6 +14,7 @@ Every reflected class, with its members and their comments, stands in `_kaVel.py
 """
 
 import functools
+import traceback
 
 import _kaVel
 from _kaVel import Handle_ as Handle
@@ -82,15 +83,33 @@ def descendants(root):
 
 
 def finishLoad(root):
-    """Tells a freshly built tree that it stands: `onLoadBegin` for every component, then `onLoadComplete` for all."""
+    """Tells everything under a freshly built root that the tree stands: `onLoadBegin`, then `onLoadComplete`.
+
+    Levels and maps get this from the loader; what a script builds in a running level needs the call. An object that
+    fails is logged with its path, and the rest loads on.
+    """
     tree = descendants(root)
-    component = Reflection.AbstractComponent
     for handle in tree:
-        if handle._getType().isSubclassOf(component):
-            handle.onLoadBegin()
+        if handle._getType().isSubclassOf(Reflection.AbstractComponent):
+            _loadStep(handle, 'onLoadBegin')
     for handle in tree:
-        handle.onLoadComplete()
-    return root
+        _loadStep(handle, 'onLoadComplete')
+
+
+def _loadStep(handle, step):
+    try:
+        getattr(handle, step)()
+    except Exception:
+        log('%s failed to load and is skipped:\n%s' % (pathOf(handle), traceback.format_exc()))
+
+
+def pathOf(handle):
+    """Names from the root of the tree down to an object, joined by '/'."""
+    names = []
+    while handle:
+        names.append(handle.name)
+        handle = handle.parent
+    return '/'.join(reversed(names))
 
 
 def messageType(name):

@@ -7,7 +7,6 @@ A level module has a function `build(coordinator)`, and a function for every map
 import importlib
 import os
 import sys
-import traceback
 
 import GameConfig
 import headless
@@ -22,6 +21,9 @@ def loadLevel(levelName):
     """Builds the level `levels.<levelName>` and returns its coordinator, loaded and ready to run."""
     global _levelsBeingBuilt
     level = _levelModule(levelName)
+    if not callable(getattr(level, 'build', None)):
+        raise ValueError('level %r cannot be built: scripts/levels/%s.py has no function build(coordinator)'
+                         % (levelName, levelName))
     coordinator = kaVel.make('Coordinator', name=levelName)
     coordinator.setLevelName(levelName)
     office = kaVel.make('Entity', parent=coordinator, name='BranchPostOffice')
@@ -33,7 +35,7 @@ def loadLevel(levelName):
             headless.watch(coordinator)
     finally:
         _levelsBeingBuilt -= 1
-    completeLoad(coordinator)
+    kaVel.finishLoad(coordinator)
     return coordinator
 
 
@@ -49,22 +51,8 @@ def loadMap(coordinator, mapName):
     kaVel.addComponent(root, 'transform', 'TransformComponent')
     build(root)
     if not _levelsBeingBuilt:
-        completeLoad(root)
+        kaVel.finishLoad(root)
     return root
-
-
-def completeLoad(root):
-    """Tells everything under `root` that the tree stands: first `onLoadBegin`, then `onLoadComplete`, depth first.
-
-    An object that fails is logged with its path, and the rest loads on.
-    """
-    tree = list(_depthFirst(root))
-    component = kaVel.Reflection.AbstractComponent
-    for handle in tree:
-        if handle._getType().isSubclassOf(component):
-            _guarded(handle, handle.onLoadBegin)
-    for handle in tree:
-        _guarded(handle, handle.onLoadComplete)
 
 
 def levelNames():
@@ -84,25 +72,3 @@ def _levelModule(levelName, fresh=True):
         sys.modules.pop('levels.' + levelName, None)
         importlib.invalidate_caches()
     return importlib.import_module('levels.' + levelName)
-
-
-def _depthFirst(root):
-    yield root
-    for child in list(root.children):
-        yield from _depthFirst(child)
-
-
-def _guarded(handle, call):
-    try:
-        call()
-    except Exception:
-        kaVel.log('%s failed to load and is skipped:\n%s' % (pathOf(handle), traceback.format_exc()))
-
-
-def pathOf(handle):
-    """Names from the root of the tree down to an object, joined by '/'."""
-    names = []
-    while handle:
-        names.append(handle.name)
-        handle = handle.parent
-    return '/'.join(reversed(names))

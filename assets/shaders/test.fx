@@ -76,6 +76,12 @@ PixelShader combine
         return value + dFdyFine(value) * towards.y;
     }
 
+    /// From 0 to 1, different enough from pixel to pixel that neighbours cover the range together.
+    float spread(vec2 pixel)
+    {
+        return fract(52.9829189 * fract(dot(pixel, vec2(0.06711056, 0.00583715))));
+    }
+
     /// How open a surface is to light from everywhere, from four depths around it and those of its block; 1 is open.
     float openness(vec2 pixel, vec3 position, vec3 normal)
     {
@@ -84,6 +90,7 @@ PixelShader combine
                            viewportPixels.w * 0.1);
         ivec2 place = ivec2(gl_FragCoord.xy) & 1;
         vec2 turn = turns[place.x + 2 * place.y];
+        radius *= 0.7 + 0.5 * spread(pixel); // else the few looks leave outlines of what stands in front
         float hidden = 0.0;
         for (int i = 0; i < 4; ++i)
         {
@@ -194,7 +201,7 @@ PixelShader combine
             color = mix(color, dissolveColor.rgb, dissolved(pixel));
 
         // Half a step of noise hides the steps of eight bits.
-        float grain = fract(52.9829189 * fract(dot(pixel, vec2(0.06711056, 0.00583715)))) - 0.5;
+        float grain = spread(pixel) - 0.5;
         COLOR0 = vec4(color + grain / 255.0, 1.0);
     }
 }

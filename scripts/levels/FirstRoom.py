@@ -74,10 +74,10 @@ def fireside(study):
     """A dying fire, somebody's chair, and the portrait that watches it."""
     place.Fireplace(study, 'fireplace', at=(-1, 0, 4), turn=SOUTH)
     place.Portrait(study, 'portrait', at=(-1, 2.12, 3.655), turn=SOUTH)
-    place.LitCandelabrum(study, 'candelabrum', at=(-1.72, 1.335, 3.72), turn=170)
-    place.Jar(study, 'urn', at=(-0.28, 1.335, 3.72), turn=40)
+    place.LitCandelabrum(study, 'candelabrum', at=(-1.85, 1.335, 3.70), turn=170)
+    place.Jar(study, 'urn', at=(-0.13, 1.335, 3.70), turn=40)
     place.Bottle(study, 'mantelBottle', at=(-0.52, 1.335, 3.64))
-    place.BookStack(study, 'mantelBooks', at=(-1.3, 1.335, 3.74), turn=170)
+    place.BookStack(study, 'mantelBooks', at=(-1.3, 1.335, 3.55), turn=170)
 
     place.Armchair(study, 'readingChair', at=(-2.05, 0, 2.62), turn=118)
     place.SideTable(study, 'readingTable', at=(-2.25, 0, 1.68))

@@ -147,7 +147,8 @@ AllocatorGroup *DefaultAllocatorGroup();
 IAllocator *DefaultAllocator();
 
 /// Block for `count` objects of `size` bytes each, with its header filled in and counted.
-/// @return address after the header, aligned for any object; null when the allocator fails
+/// @return address after the header, aligned for any object; null when the allocator has no block of the size. A pool
+///         that cannot get a page throws OAException.
 void *ballocate(IAllocator *allocator, AllocationCategory &category, std::size_t size, std::size_t count = 1);
 
 /// Frees a block of the free function ballocate; null is ignored.

@@ -122,10 +122,6 @@ public:
 
     /// Whether a call can reach the function behind this record.
     bool isCallable() const { return function_invoker != nullptr; }
-    /// Whether `construct_a` makes an object.
-    bool isConstructible() const { return constructor_invoker != nullptr; }
-    /// The invoker itself, for callers that keep it; null where the function is not callable.
-    function_invoker_type getFunctionInvoker() const { return function_invoker; }
 
     /// The members with their access and dispatch, in the order of `getMemberList`.
     std::span<const DoxyRef> getMemberRefs() const { return {members, static_cast<std::size_t>(memberCount)}; }

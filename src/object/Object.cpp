@@ -59,8 +59,8 @@ void Object::setParent(Handle<Object> newParent)
         return;
     if (newParent.isValid() && isAncestorOf(newParent))
     {
-        KV_ERROR("%s cannot become a descendant of itself under %s", toString().toCString(),
-                 newParent.toString().toCString());
+        KV_LOGF(Logger_::I_ERROR, "%s cannot become a descendant of itself under %s", toString().toCString(),
+                newParent.toString().toCString());
         return;
     }
 
@@ -302,6 +302,12 @@ void registerPathPrefix(const String &prefix, Handle<Object> (*root)())
 
 void cremateDeadObjects()
 {
+    if (CremationHold::isActive())
+    {
+        KV_LOG(Logger_::I_WARNING,
+               "Cremation waits for the end of the frame: a script that the engine called asked for it");
+        return;
+    }
     MorgueType batch;
     batch.swap(morgue());
     if (batch.empty())

@@ -53,6 +53,12 @@ public:
 
     /// This object's own handle.
     Handle<Object> getHandle() const { return this_; }
+    /// The handle of an object under its static class; call as `getHandle(this)`.
+    template <class T>
+    static Handle<T> getHandle(const T *object)
+    {
+        return unchecked_handle_cast<T>(object->getHandle());
+    }
     /// The parent, or an invalid handle at the top of a tree.
     Handle<Object> getParent() const { return parent; }
     /// Moves this object under another parent, behind its present children; an invalid handle takes it out of the tree.
@@ -160,5 +166,24 @@ void setPersistentCallRecorder(PersistentCallRecorder recorder);
 
 /// Destroys what has been murdered since the last cremation: first every `onMurder`, then every destructor.
 ///
-/// What is murdered meanwhile waits for the next cremation.
+/// What is murdered meanwhile waits for the next cremation. Does nothing, and says so in the log, while a CremationHold
+/// lives.
 void cremateDeadObjects();
+
+/// Keeps the dead in place for as long as it lives.
+///
+/// Stands around calls into scripts: methods of any object may be under way below them, and a script must not have an
+/// object destroyed under its own feet.
+class CremationHold
+{
+public:
+    CremationHold() { ++count; }
+    ~CremationHold() { --count; }
+    CremationHold(const CremationHold &) = delete;
+    CremationHold &operator=(const CremationHold &) = delete;
+
+    static bool isActive() { return count > 0; }
+
+private:
+    static inline int count = 0;
+};

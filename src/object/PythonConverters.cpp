@@ -256,7 +256,6 @@ void registerPythonConverters(PythonConversions &table)
 
     table.toInt64 = extractPython<std::int64_t>;
     table.toDouble = extractPython<double>;
-    table.toBool = extractPython<bool>;
     table.toString = extractText;
     table.toReflector = extractReflector;
     table.toVector = extractPython<Vec4>;

@@ -1,5 +1,6 @@
 #include "object/PythonReflectedThing.h"
 
+#include "object/Object.h"
 #include "object/PropertyDesc.h"
 #include "object/PythonCalls.h"
 #include "object/PythonConverters.h"
@@ -176,6 +177,7 @@ ErrorReturn<Variant> PythonReflectedThing::do_call(SavedArguments &args) const
     if (callee.isNone() || !PyCallable_Check(callee.get()))
         return ErrorReturn<Variant>(ErrorCode::NOT_CALLABLE);
 
+    const CremationHold hold;
     PythonRef packed[maxCallArgs];
     PyObject *given[maxCallArgs];
     PythonRef value;

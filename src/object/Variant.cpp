@@ -40,10 +40,16 @@ String Variant::toString() const
     return text;
 }
 
-bool pythonToNumber(const PythonObject &o, std::int64_t &asInteger, double &asFloat, bool &isInteger)
+bool scriptInteger(const Variant &v, std::int64_t &out)
 {
-    isInteger = pythonConversions.toInt64 && pythonConversions.toInt64(o, asInteger);
-    return isInteger || (pythonConversions.toDouble && pythonConversions.toDouble(o, asFloat));
+    return v.getType() == Variant::VT_PYTHON && pythonConversions.toInt64 &&
+           pythonConversions.toInt64(v.as<PythonObject>(), out);
+}
+
+bool scriptFloat(const Variant &v, double &out)
+{
+    return v.getType() == Variant::VT_PYTHON && pythonConversions.toDouble &&
+           pythonConversions.toDouble(v.as<PythonObject>(), out);
 }
 
 bool fromVariant(const Variant &v, String &out)

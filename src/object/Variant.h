@@ -47,12 +47,19 @@ public:
     };
 
     constexpr Variant() noexcept : type(VT_INVALID) {}
+    // The bytes of an empty Variant are never set and copied as they stand: looking first would cost more.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
     Variant(const Variant &rhs) : type(rhs.type), storage(rhs.storage)
     {
         if (isCounted())
             copyCounted(rhs);
     }
-    Variant(Variant &&rhs) noexcept : type(rhs.type), storage(rhs.storage) { rhs.type = VT_INVALID; }
+    Variant(Variant &&rhs) noexcept : type(rhs.type), storage(rhs.storage)
+    {
+        rhs.type = VT_INVALID;
+    }
+#pragma GCC diagnostic pop
     template <class T>
     requires(!std::is_same_v<std::remove_cvref_t<T>, Variant>) Variant(const T &value);
     ~Variant()
@@ -92,7 +99,10 @@ public:
     /// The value as a T, or NOT_CONVERTIBLE.
     template <class T>
     ErrorReturn<T> get() const;
-    ValueType getType() const { return ValueType(type); }
+    ValueType getType() const
+    {
+        return ValueType(type);
+    }
     /// Returns to the empty alternative.
     void unset()
     {
@@ -129,7 +139,10 @@ private:
 
     static constexpr std::uint32_t countedMask = 1u << VT_REFLECTOR | 1u << VT_STRING | 1u << VT_PYTHON;
 
-    bool isCounted() const { return (countedMask >> type) & 1u; }
+    bool isCounted() const
+    {
+        return (countedMask >> type) & 1u;
+    }
     void copyCounted(const Variant &rhs);
     void destroyCounted();
 
@@ -201,7 +214,6 @@ struct PythonConversions
 {
     bool (*toInt64)(const PythonObject &, std::int64_t &) = nullptr;
     bool (*toDouble)(const PythonObject &, double &) = nullptr;
-    bool (*toBool)(const PythonObject &, bool &) = nullptr;
     bool (*toString)(const PythonObject &, String &) = nullptr;
     bool (*toReflector)(const PythonObject &, ReflectorPtr &) = nullptr;
     bool (*toVector)(const PythonObject &, Vec4 &) = nullptr;
@@ -233,20 +245,22 @@ T castNumber(double value)
     }
 }
 
-bool pythonToNumber(const PythonObject &o, std::int64_t &asInteger, double &asFloat, bool &isInteger);
+bool scriptInteger(const Variant &v, std::int64_t &out);
+bool scriptFloat(const Variant &v, double &out);
 
-/// Numbers of script objects; out of line, since numbers mostly come as numbers.
+/// Numbers of script objects, out of line, since numbers mostly come as numbers. One that an integer cannot hold fails.
 template <class T>
 bool scriptNumber(const Variant &v, T &out)
 {
-    if (v.getType() != Variant::VT_PYTHON)
+    std::conditional_t<std::is_floating_point_v<T>, double, std::int64_t> number{};
+    if constexpr (std::is_floating_point_v<T>)
+    {
+        if (!scriptFloat(v, number))
+            return false;
+    }
+    else if (!scriptInteger(v, number))
         return false;
-    std::int64_t integer = 0;
-    double number = 0;
-    bool isInteger = false;
-    if (!pythonToNumber(v.as<PythonObject>(), integer, number, isInteger))
-        return false;
-    out = isInteger ? static_cast<T>(integer) : castNumber<T>(number);
+    out = static_cast<T>(number);
     return true;
 }
 

@@ -101,7 +101,9 @@ bool ModelGraphicsComponent2::doBatchCompare(const Handle<GraphicsComponent2> &r
     if (!object || object->getType() != getType())
         return false;
     const auto *other = static_cast<const ModelGraphicsComponent2 *>(object.ptr);
-    return std::tie(mesh, texture, normalTexture, emissiveTexture, specularTexture) <
+    // Later assets first: a level names its walls before what stands in front of them, and what is hidden when its
+    // turn comes is not shaded.
+    return std::tie(mesh, texture, normalTexture, emissiveTexture, specularTexture) >
            std::tie(other->mesh, other->texture, other->normalTexture, other->emissiveTexture, other->specularTexture);
 }
 

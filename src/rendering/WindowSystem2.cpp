@@ -51,6 +51,10 @@ GraphicsSystem2 *runningGraphics()
     return handle_cast<GraphicsSystem2>(systems->getChild(SCS("GraphicsSystem2"))).lookup().ptr;
 }
 
+/// Largest window, pixels: that of the largest screens, since the render targets of a larger one fill the memory.
+constexpr int LARGEST_WIDTH = 7680;
+constexpr int LARGEST_HEIGHT = 4320;
+
 /// Where a window of this size stands in the middle of the screen.
 POINT centred(const RECT &rect)
 {
@@ -185,7 +189,7 @@ void WindowSystem2::updateWindow(int width, int height)
     if (!SetWindowLongA(hWnd, GWL_STYLE, static_cast<LONG>(style)) && GetLastError() != ERROR_SUCCESS)
         warnOfWindow("Could not update the window flags");
 
-    RECT rect{0, 0, width, height};
+    RECT rect{0, 0, std::clamp(width, 1, LARGEST_WIDTH), std::clamp(height, 1, LARGEST_HEIGHT)};
     AdjustWindowRect(&rect, style, FALSE);
     const POINT place = fullScreen ? POINT{0, 0} : centred(rect);
     if (!SetWindowPos(hWnd, nullptr, place.x, place.y, rect.right - rect.left, rect.bottom - rect.top,

@@ -43,8 +43,9 @@ TEST(BranchPostOffice, HandlersDieWithTheirLevel)
 {
     TestLevel world;
     const Handle<TestThing> survivor = spawn("survivor", getSystem<GameLoopSystem>());
-    openBranch(world, world.level).lookup()->registerMessageHandler(
-        valueMessage, survivor.lookup()->bind(SCS("handleValueMessage")));
+    openBranch(world, world.level)
+        .lookup()
+        ->registerMessageHandler(valueMessage, survivor.lookup()->bind(SCS("handleValueMessage")));
     send(1);
     EXPECT_EQ(survivor.lookup()->calls, 1);
 
@@ -53,8 +54,9 @@ TEST(BranchPostOffice, HandlersDieWithTheirLevel)
     send(1);
     EXPECT_EQ(survivor.lookup()->calls, 1) << "the level in charge has no branch";
 
-    openBranch(world, next).lookup()->registerMessageHandler(valueMessage,
-                                                             survivor.lookup()->bind(SCS("handleValueMessage")));
+    openBranch(world, next)
+        .lookup()
+        ->registerMessageHandler(valueMessage, survivor.lookup()->bind(SCS("handleValueMessage")));
     send(1);
     EXPECT_EQ(survivor.lookup()->calls, 2);
 }
@@ -63,8 +65,9 @@ TEST(BranchPostOffice, FailingHandlerIsCalledOnce)
 {
     TestLevel world;
     const Handle<TestThing> thing = spawn("thing", world.level);
-    openBranch(world, world.level).lookup()->registerMessageHandler(valueMessage,
-                                                                    thing.lookup()->bind(SCS("failingHandler")));
+    openBranch(world, world.level)
+        .lookup()
+        ->registerMessageHandler(valueMessage, thing.lookup()->bind(SCS("failingHandler")));
     send(1);
     send(1);
     EXPECT_EQ(thing.lookup()->calls, 1);

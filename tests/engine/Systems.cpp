@@ -49,11 +49,10 @@ protected:
 TEST_F(Systems, StartTellsItsStepsInOrderDependenciesFirst)
 {
     getSystem<TestFloorSystem>();
-    EXPECT_THAT(debugLines(),
-                ElementsAre("System bootstrapping complete.", "Constructing system TestFloorSystem.",
-                            "Constructing system TestGroundSystem.", "Configuring system TestGroundSystem.",
-                            "Starting system TestGroundSystem.", "Configuring system TestFloorSystem.",
-                            "Starting system TestFloorSystem."));
+    EXPECT_THAT(debugLines(), ElementsAre("System bootstrapping complete.", "Constructing system TestFloorSystem.",
+                                          "Constructing system TestGroundSystem.",
+                                          "Configuring system TestGroundSystem.", "Starting system TestGroundSystem.",
+                                          "Configuring system TestFloorSystem.", "Starting system TestFloorSystem."));
 }
 
 TEST_F(Systems, SharedDependencyStartsOnceAndStopsLast)

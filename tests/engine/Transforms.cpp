@@ -86,8 +86,8 @@ TEST(TransformMatrix, InvertedAndTransposedKeepsTheOrderOfThePlainOne)
 {
     TestLevel world;
     TransformComponent &t = skewed(world);
-    const Matrix4 expected = translation(-t.getPosition()).transpose() * t.getOrientation().generateRotation() *
-                             scaling(0.5f, 0.25f, 2);
+    const Matrix4 expected =
+        translation(-t.getPosition()).transpose() * t.getOrientation().generateRotation() * scaling(0.5f, 0.25f, 2);
     expectNear(t.getTransformationMatrix(TC::INVERT | TC::TRANSPOSE), expected);
 }
 
@@ -283,7 +283,7 @@ TEST_F(ScreenSpaceHelper, WhatIsNotDrawnIsNotPlaced)
 TEST_F(ScreenSpaceHelper, PlacesByWindowCoordinatesAndFollowsAResize)
 {
     draw();
-    expectNear(placed(), Vec4(0.5f, 0.4f, 0.3f, 1)) ;
+    expectNear(placed(), Vec4(0.5f, 0.4f, 0.3f, 1));
     helper.lookup()->setWindowCoordinateSystemX(WCS_PERCENT);
     helper.lookup()->setWindowCoordinateSystemY(WCS_NORMALIZED_NOWRAP);
     setScreenMetrics({800, 1000, 1000.f});

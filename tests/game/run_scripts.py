@@ -41,11 +41,33 @@ def test_a_missing_level_names_the_levels_that_there_are(world):
     run.expect("there is no level 'FirstRom'; scripts/levels has: FirstRoom, LoadingScreen")
 
 
+def test_the_level_of_the_readme_works_as_it_stands(world):
+    readme = (game.ROOT / "README.md").read_text(encoding="utf-8")
+    world.write("scripts/levels/MyRoom.py", readme.split("```python\n", 1)[1].split("```", 1)[0])
+    run = world.run(level="MyRoom", frames=2)
+    run.expect_code(0)
+    assert numbers(run.log, "Object tree: ")[0] > 30, "it stands furnished"
+    assert not run.has("Error:"), run.log[-2000:]
+
+
 def test_a_missing_map_names_the_file_that_lacks_it(world):
     world.write_level("NoMap", "coordinator.loadMap('cellar')")
     run = world.run(level="NoMap")
     run.expect_code(1)
     run.expect("level 'NoMap' has no map 'cellar': scripts/levels/NoMap.py has no function of that name")
+
+
+def test_a_level_without_a_build_function_is_told_so(world):
+    world.write("scripts/levels/Hollow.py", "import kaVel\n")
+    run = world.run(level="Hollow")
+    run.expect_code(1)
+    run.expect("scripts/levels/Hollow.py has no function build(coordinator)")
+
+
+def test_a_screenshot_without_a_number_of_frames_is_taken_and_ends_the_run(world):
+    run = world.run(frames="", screenshot="room.png")
+    run.expect_code(0)
+    assert (world.folder / "room.png").stat().st_size > 10000
 
 
 def test_an_object_that_fails_to_load_is_named_and_the_rest_loads_on(world):
@@ -60,6 +82,27 @@ for name, callback in (('first', fails), ('second', lambda: kaVel.log('second is
     run.expect_code(0)
     run.expect("no such spell")
     run.expect("second is loaded")
+
+
+def test_what_is_built_in_a_running_level_is_complete_after_finishLoad(world):
+    world.write_level("Spawns", """
+import objects.GameObjects as place
+def spawn():
+    if kaVel.getSystem('GameLoopSystem').frameNumber != 2:
+        return
+    table = place.placed(coordinator, 'table', turn=90)
+    table.getComponent('transform').angle = 1.0
+    before = table.getComponent('transform').angle
+    kaVel.finishLoad(table)
+    table.getComponent('transform').angle = 1.0
+    kaVel.log('angles: %f %f' % (before, table.getComponent('transform').angle))
+watch = kaVel.make('Entity', parent=coordinator, name='watch')
+kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=spawn)
+""")
+    run = world.run(level="Spawns")
+    run.expect_code(0)
+    before, after = numbers(run.log, "angles: ")
+    assert abs(before) < 0.01 and abs(after - 1.0) < 0.01, "an angle is taken once the load is complete"
 
 
 def test_a_level_is_read_anew_from_its_file_at_each_load(world):

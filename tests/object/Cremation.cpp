@@ -87,6 +87,19 @@ TEST(Cremation, NumbersAreNeverReusedAndPagesOfTheDeadResolveToNothing)
     cremateDeadObjects();
 }
 
+TEST(Cremation, WaitsWhileAScriptThatTheEngineCalledIsRunning)
+{
+    const Handle<TestThing> h = spawn("caller");
+    h.lookup()->murder();
+    {
+        const CremationHold hold;
+        cremateDeadObjects();
+        EXPECT_TRUE(h.isValid());
+    }
+    cremateDeadObjects();
+    EXPECT_FALSE(h.isValid());
+}
+
 TEST(Cremation, ReturnsEveryByteToItsCategory)
 {
     AllocationCategory category("test things");

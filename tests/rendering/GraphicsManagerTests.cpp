@@ -164,6 +164,25 @@ TEST_F(Frame, ModelWithoutTransformIsReportedOnceAndBreaksNothing)
     EXPECT_EQ(device->count("DrawIndexed"), 2) << "the model and the combine";
 }
 
+TEST_F(Frame, ModelsOfLaterMeshesComeFirstAndThoseOfOneMeshTogether)
+{
+    const auto model = [this](const Handle<MeshAsset> &mesh)
+    {
+        const auto made = level.component<ModelGraphicsComponent2>(level.entity("model"), "graphics2");
+        made.lookup()->setMesh(mesh);
+        return made;
+    };
+    const Handle<MeshAsset> walls = construct<DynamicMeshAsset>(defaultAllocationCategory);
+    const Handle<MeshAsset> chairs = construct<DynamicMeshAsset>(defaultAllocationCategory);
+    const auto wall = model(walls), chair = model(chairs), secondWall = model(walls);
+    EXPECT_TRUE(chair.lookup()->batchCompare(wall)) << "the level's background is drawn where nothing hides it";
+    EXPECT_FALSE(wall.lookup()->batchCompare(chair));
+    EXPECT_FALSE(wall.lookup()->batchCompare(secondWall)) << "equal: one draw call";
+    EXPECT_FALSE(secondWall.lookup()->batchCompare(wall));
+    walls.lookup()->murder();
+    chairs.lookup()->murder();
+}
+
 TEST_F(Frame, GlowingModelShowsInThePictureWhereItStands)
 {
     glowingModel(Vec4(0, 0, 4, 1));

@@ -33,7 +33,8 @@ public:
     /// Gives an entity a transform.
     Handle<TransformComponent> transform(const Handle<Entity> &entity, Vec4 position = Vec4(0, 0, 0, 1));
 
-    template <class T> Handle<T> component(const Handle<Entity> &entity, const char *key)
+    template <class T>
+    Handle<T> component(const Handle<Entity> &entity, const char *key)
     {
         return handle_cast<T>(entity.lookup()->addComponent(SCS(key), T::staticType));
     }

@@ -904,7 +904,11 @@ def barrel():
     girth = [0.08 + 0.84 * i / 10 for i in range(11)]
     mesh.lathe([(0.246 + 0.075 * math.sin(math.pi * g), height * (g - 0.08) / 0.84) for g in girth], 16)
     rim = 0.255 + 0.075 * math.sin(math.pi * 0.08)
-    mesh.lathe([(rim - 0.028, height - 0.035), (rim - 0.025, height), (rim + 0.001, height)], 32, smooth=0.3)
+    # Up the outside, over the top and down to a floor below the head's planks, which closes what they leave open. A
+    # profile that started inside would face the wood.
+    top, inner = height, rim - 0.028
+    lip = [(rim - 0.006, top - 0.051), (rim + 0.001, top), (rim - 0.025, top), (inner, top - 0.05), (0.0, top - 0.05)]
+    mesh.lathe(lip, 32, smooth=0.3)
     for i in range(6):
         x0 = -rim + 0.05 + i * (2 * rim - 0.10) / 6
         x1 = x0 + (2 * rim - 0.10) / 6 - 0.003

@@ -4,6 +4,7 @@
 #include "port/d3dx9/d3dx9tex.h"
 #include "port/win32/HostPath.h"
 
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -24,6 +25,10 @@ HRESULT failWith(HRESULT result, const std::string &path, const std::string &cau
 
 bool readFile(const std::string &path, std::vector<std::byte> &bytes)
 {
+    // A folder opens like a file, and tells a length without end.
+    std::error_code unreadable;
+    if (!std::filesystem::is_regular_file(path, unreadable))
+        return false;
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     if (!file || file.tellg() < 0)
         return false;

@@ -112,6 +112,8 @@ namespace port
 
 void flushDebugOutput()
 {
+    if (used == 0)
+        return;
     writeOut(buffer, used);
     used = 0;
     clock_gettime(CLOCK_MONOTONIC_COARSE, &lastFlush);

@@ -7,7 +7,8 @@
 
 /// Writes a text to the debug output, which is the process's error stream.
 ///
-/// Whole lines are gathered and written together; flushDebugOutput and a normal exit write what is left.
+/// Whole lines are gathered and written together; an empty message queue, flushDebugOutput and a normal exit write
+/// what is left.
 /// @param text  zero-terminated; null counts as empty
 void OutputDebugStringA(LPCSTR text);
 

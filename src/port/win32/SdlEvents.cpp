@@ -89,7 +89,11 @@ BOOL SdlPlatform::PeekMessageA(LPMSG msg, HWND hWnd, UINT first, UINT last, UINT
     if (const std::optional<MSG> found = queue.next(hWnd, first, last, (removeMsg & PM_REMOVE) != 0))
         *msg = *found;
     else if (!paintMessage(msg, hWnd, first, last))
+    {
+        // Who reads along sees the log as of this frame, not as of the next line.
+        flushDebugOutput();
         return FALSE;
+    }
     GetCursorPos(&msg->pt);
     return TRUE;
 }
@@ -295,13 +299,18 @@ void SdlPlatform::handleText(const SDL_TextInputEvent &event)
         postTo(target, WM_CHAR, units[i], 1);
 }
 
+bool SdlPlatform::hearsMouse(HWND target) const
+{
+    return mouse.registered && target == activeWindow;
+}
+
 void SdlPlatform::handleMotion(const SDL_MouseMotionEvent &event)
 {
     const HWND target = inputTarget(event.windowID);
     if (!target)
         return;
     // Putting the cursor somewhere moves it, but not the mouse.
-    if (mouse.registered && (event.xrel != 0 || event.yrel != 0))
+    if (hearsMouse(target) && (event.xrel != 0 || event.yrel != 0))
     {
         RAWINPUT input = mouseInput(event.xrel, event.yrel);
         input.header.hDevice = hostMouse;
@@ -319,7 +328,8 @@ void SdlPlatform::handleButton(const SDL_MouseButtonEvent &event)
         return;
     const MouseButton &button = mouseButtons[event.button - 1];
     const bool down = event.state == SDL_PRESSED;
-    if (mouse.registered)
+    // A button that was pressed in front and let go behind must not stay down.
+    if (hearsMouse(target) || (mouse.registered && !down))
     {
         RAWINPUT input = mouseInput(0, 0, down ? button.rawDown : button.rawUp);
         input.header.hDevice = hostMouse;
@@ -337,7 +347,7 @@ void SdlPlatform::handleWheel(const SDL_MouseWheelEvent &event)
     const auto turned = static_cast<SHORT>(std::lround(notches * WHEEL_DELTA));
     if (!target || turned == 0)
         return;
-    if (mouse.registered)
+    if (hearsMouse(target))
     {
         RAWINPUT input = mouseInput(0, 0, 0, turned);
         input.header.hDevice = hostMouse;

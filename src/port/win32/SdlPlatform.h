@@ -126,6 +126,8 @@ private:
     void postTo(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam);
     void postDeviceInput(HWND hWnd, const RAWINPUT &input);
     HWND inputTarget(unsigned sdlWindowId);
+    /// Whether raw mouse input over this window is the program's to hear: a window behind another one's gets none.
+    bool hearsMouse(HWND target) const;
     bool paintMessage(LPMSG msg, HWND hWnd, UINT first, UINT last);
     RawDevice *rawDevice(USHORT usagePage, USHORT usage);
 

@@ -100,6 +100,30 @@ TEST_F(RawInputEvents, MouseTellsMotionButtonsAndWheel)
     EXPECT_EQ(heardOf(WM_SETCURSOR).size(), 1u);
 }
 
+TEST_F(RawInputEvents, MouseOverAWindowBehindAnotherIsNotHeardButLetsItsButtonsGo)
+{
+    pushButton(SDL_BUTTON_LEFT, true);
+    pushWindowEvent(SDL_WINDOWEVENT_FOCUS_LOST);
+    SDL_Event motion{};
+    motion.motion.type = SDL_MOUSEMOTION;
+    motion.motion.windowID = SDL_GetWindowID(port::sdlWindow(hWnd));
+    motion.motion.xrel = 40;
+    push(motion);
+    pushButton(SDL_BUTTON_RIGHT, true);
+    pushButton(SDL_BUTTON_LEFT, false);
+    drain();
+
+    auto inputs = heardOf(WM_INPUT);
+    ASSERT_EQ(inputs.size(), 2u);
+    EXPECT_EQ(inputs[0].raw.data.mouse.usButtonFlags, RI_MOUSE_LEFT_BUTTON_DOWN);
+    EXPECT_EQ(inputs[1].raw.data.mouse.usButtonFlags, RI_MOUSE_LEFT_BUTTON_UP);
+
+    pushWindowEvent(SDL_WINDOWEVENT_FOCUS_GAINED);
+    push(motion);
+    drain();
+    EXPECT_EQ(heardOf(WM_INPUT).size(), 3u) << "it is heard again in front";
+}
+
 TEST_F(RawInputEvents, TextArrivesAsCharactersAndControlKeysByTranslation)
 {
     SDL_Event text{};

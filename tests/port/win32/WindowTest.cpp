@@ -204,3 +204,13 @@ TEST_F(Windows, MissingIconSaysWhatIsMissing)
     EXPECT_EQ(LoadImageA(nullptr, MAKEINTRESOURCEA(9999), IMAGE_ICON, 0, 0, LR_DEFAULTSIZE), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_RESOURCE_NAME_NOT_FOUND);
 }
+
+TEST_F(Windows, EmptyQueueWritesTheDebugOutputSoFar)
+{
+    port::flushDebugOutput();
+    testing::internal::CaptureStderr();
+    OutputDebugStringA("first line\n");
+    OutputDebugStringA("second line\n");
+    drain();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "first line\nsecond line\n");
+}

@@ -111,6 +111,14 @@ def test_the_names_that_scripts_reach_are_listed(folder, _):
     assert not any("tooMany" in line for line in names)
 
 
+def test_the_first_sentence_of_a_comment_stands_alone(*_):
+    for text, first, rest in (("Opens. Slowly, with a creak.", "Opens.", "Slowly, with a creak."),
+                              ("A place, e.g. a room. It has a name.", "A place, e.g. a room.", "It has a name."),
+                              ("Turns by 0.5 radians", "Turns by 0.5 radians", ""),
+                              ("Is it open? \"Yes\" or \"no\".", "Is it open?", "\"Yes\" or \"no\".")):
+        assert doxygen.split_first_sentence(text) == (first, rest), text
+
+
 def test_two_checkouts_give_the_same_text(folder, _):
     one = Tree(pathlib.Path(folder) / "one").expect_success()
     other = Tree(pathlib.Path(folder) / "elsewhere" / "other", dict(reversed(HEADERS.items()))).expect_success()

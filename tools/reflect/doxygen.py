@@ -236,9 +236,16 @@ def tidy(text):
     return re.sub(r"\s*>", ">", re.sub(r"<\s+", "<", text)) if "operator" not in text else text
 
 
+def split_first_sentence(text):
+    """The sentence that stands alone as a tooltip, and what follows it in the same paragraph."""
+    end = re.search(r"(?<!e\.g)(?<!i\.e)[.!?]\s+(?=[A-Z\"(`])", text)
+    return (text[:end.start() + 1], text[end.end():]) if end else (text, "")
+
+
 def read_comment(node):
     """The parts of a record's documentation."""
-    comment = Comment(brief=paragraph(node.find("briefdescription")),
+    brief, rest = split_first_sentence(paragraph(node.find("briefdescription")))
+    comment = Comment(brief=brief, paragraphs=[rest] if rest else [],
                       in_body=paragraph(node.find("inbodydescription")))
     detailed = node.find("detaileddescription")
     if detailed is None:

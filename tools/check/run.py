@@ -1,5 +1,6 @@
 """Runs the checks of the tree and every test program, and ends with the line "N passed, N failed"."""
 import argparse
+import os
 import pathlib
 import subprocess
 import sys
@@ -12,6 +13,7 @@ import tidy
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 TIMEOUT_S = 900
+LEAK_CHECK_BROKE = "LeakSanitizer has encountered a fatal error"
 
 
 class Tally:
@@ -31,6 +33,10 @@ class Tally:
         with tempfile.NamedTemporaryFile(suffix=".xml") as report:
             command = [str(program), "--gtest_brief=1", f"--gtest_output=xml:{report.name}"]
             code, output = run(command, work)
+            if LEAK_CHECK_BROKE in output:
+                # The checker itself fell over the driver's threads at exit: the run counts, its leaks stay unknown.
+                print(f"       {program.name}: the leak checker broke; run again without it")
+                code, output = run(command, work, ASAN_OPTIONS="detect_leaks=0")
             passed, failed = read_report(report.name)
         if code != 0 and failed == 0:
             # It ended without a report of the failure: a crash, a time-out or a sanitizer's finding at exit.
@@ -55,10 +61,10 @@ class Tally:
         print(f"{'ok    ' if not failed else 'FAILED'} {script.relative_to(ROOT)}: {passed} passed, {failed} failed")
 
 
-def run(command, work):
+def run(command, work, **environment):
     try:
         result = subprocess.run(command, cwd=work, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S,
-                                check=False)
+                                check=False, env=dict(os.environ, **environment))
         return result.returncode, result.stdout.decode("utf-8", "replace")
     except subprocess.TimeoutExpired as expired:
         return 124, (expired.stdout or b"").decode("utf-8", "replace") + f"\ntimed out after {TIMEOUT_S} s"

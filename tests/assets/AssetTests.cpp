@@ -6,6 +6,7 @@
 #include "assets/DynamicMeshAssetLoader.h"
 #include "assets/MeshAsset.h"
 #include "assets/MeshAssetLoader.h"
+#include "assets/MeshBuilder.h"
 #include "assets/ModelFile.h"
 #include "assets/TextureAsset.h"
 #include "assets/TextureAssetLoader.h"
@@ -25,6 +26,12 @@ public:
     ~FakeUploader() override { setAssetUploader(before); }
 
     ErrorCode uploadTexture(Handle<TextureAsset> texture) override
+    {
+        ++uploads;
+        texture.lookup()->onUploadComplete(answer);
+        return answer;
+    }
+    ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &) override
     {
         ++uploads;
         texture.lookup()->onUploadComplete(answer);
@@ -78,7 +85,12 @@ TEST_F(Assets, DynamicNameGivesANewObjectEachTime)
     const Handle<Asset> second = request(DynamicMeshAssetLoader::staticType, "<dynamic>");
     EXPECT_NE(first, second);
     EXPECT_TRUE(listener.requests.empty()) << "nothing is ready before code has filled it";
-    handle_cast<DynamicMeshAsset>(first).lookup()->setMeshData(Mesh());
+    MeshBuilder box;
+    box.addBox(Vec4(1, 2, 3));
+    const auto made = handle_cast<DynamicMeshAsset>(first).lookup();
+    made->setMeshData(box);
+    EXPECT_EQ(made->getMeshData().calculatePrimCount(), 12);
+    EXPECT_EQ(made->getBoundsMax(), Vec4(1, 2, 3, 1));
     EXPECT_EQ(listener.requests.size(), 1u);
     EXPECT_TRUE(first.lookup()->getStatus().succeeded());
     EXPECT_EQ(second.lookup()->getStatus().getCode(), ErrorCode::ASSET_NOT_READY);
@@ -117,6 +129,20 @@ TEST_F(Assets, ModelWithoutMeshesFailsInsteadOfReadingBeyondItsEnd)
     asset.lookup()->startLoad();
     EXPECT_EQ(asset.lookup()->getStatus().getCode(), ErrorCode::NOT_IMPLEMENTED);
     EXPECT_EQ(uploader.uploads, 0);
+}
+
+TEST_F(Assets, BoundsAreThoseOfTheDataThatAMeshHasNow)
+{
+    const auto mesh = construct<MeshAsset>(defaultAllocationCategory).lookup();
+    Mesh::VertexBufferType vertices(2, DefaultMeshVertex{});
+    vertices[0].position = {-1.f, 5.f, 2.f};
+    vertices[1].position = {3.f, 4.f, -2.f};
+    mesh->setMeshData(vertices);
+    EXPECT_EQ(mesh->getBoundsMin(), Vec4(-1.f, 4.f, -2.f, 1.f));
+    EXPECT_EQ(mesh->getBoundsMax(), Vec4(3.f, 5.f, 2.f, 1.f));
+    mesh->setMeshData(Mesh());
+    EXPECT_EQ(mesh->getBoundsMin(), Vec4(0.f, 0.f, 0.f, 1.f)) << "not those of before, nor infinite";
+    EXPECT_EQ(mesh->getBoundsMax(), Vec4(0.f, 0.f, 0.f, 1.f));
 }
 
 TEST_F(Assets, ListenersThatStayHearEveryChange)

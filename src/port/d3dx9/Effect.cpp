@@ -41,7 +41,12 @@ Effect::Effect(Device &device, EffectDescription description, EffectCompiler &co
     device.AddRef();
     addParameters(description);
     for (const EffectSampler &sampler : description.samplers)
-        samplers.push_back({parameterNames.at(sampler.texture), device.getSampler(sampler.states)});
+    {
+        const SamplerStates &states = sampler.states;
+        const bool bordered = states.addressU == D3DTADDRESS_BORDER || states.addressV == D3DTADDRESS_BORDER;
+        samplers.push_back({parameterNames.at(sampler.texture), device.getSampler(states),
+                            device.getSampler(bordered ? states : SamplerStates())});
+    }
     addTechniques(description, compiler);
     programs = compiler.takePrograms();
     technique = techniques.empty() ? nullptr : &techniques.front();
@@ -224,8 +229,15 @@ HRESULT Effect::CommitChanges()
 void Effect::bindTextures(const Pass &current)
 {
     for (UINT unit = 0; unit < samplers.size(); ++unit)
-        if (current.compiled.samplers & (1u << unit))
-            device.setTexture(unit, parameters[samplers[unit].parameter].texture, samplers[unit].object);
+    {
+        if (!(current.compiled.samplers & (1u << unit)))
+            continue;
+        const Sampler &sampler = samplers[unit];
+        Texture *texture = parameters[sampler.parameter].texture;
+        // A map that stands in for none has one texel, and software takes as long to filter it as any other.
+        const bool oneTexel = texture && texture->levelWidth(0) == 1 && texture->levelHeight(0) == 1;
+        device.setTexture(unit, texture, oneTexel ? sampler.unfiltered : sampler.object);
+    }
 }
 
 void Effect::uploadConstants()

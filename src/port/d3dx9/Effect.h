@@ -50,6 +50,7 @@ private:
     {
         std::size_t parameter; ///< texture it reads from
         GLuint object;
+        GLuint unfiltered; ///< for a texture of one texel: looks alike, since no border is mixed in
     };
     struct Pass
     {

@@ -1,8 +1,10 @@
 #include "port/d3dx9/ImageFile.h"
 
 #include "port/d3d9/Formats.h"
+#include "port/d3dx9/ImageMemory.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstring>
 #include <memory>
 #include <stb/stb_image.h>
@@ -13,6 +15,8 @@ namespace
 using namespace port;
 
 constexpr UINT maxSide = 16384; ///< pixels; guards the arithmetic against broken headers
+/// Deflate makes at most 1032 bytes of one, and a pixel is a bit at least: no sound file holds more pixels a byte.
+constexpr std::size_t mostPixelsPerByte = 1032 * 8;
 
 // The DDS file header behind its magic word, as published.
 struct DdsPixelFormat
@@ -106,10 +110,27 @@ Image readDds(const std::vector<std::byte> &file)
     return image;
 }
 
-Image readCommon(const std::vector<std::byte> &file)
+/// Looks at the header alone: what it claims must be possible before memory is taken for it.
+void checkClaim(const stbi_uc *bytes, std::size_t size)
 {
     int width = 0, height = 0, channels = 0;
+    if (size > INT_MAX || !stbi_info_from_memory(bytes, static_cast<int>(size), &width, &height, &channels))
+        throw ImageError("not a readable DDS, PNG, TGA, JPEG or BMP image, or broken in its header");
+    const auto sides = std::to_string(width) + " x " + std::to_string(height);
+    if (width <= 0 || height <= 0 || UINT(width) > maxSide || UINT(height) > maxSide)
+        throw ImageError("the image claims " + sides + " pixels, and a side of " + std::to_string(maxSide) +
+                         " is the most");
+    if (std::size_t(width) * std::size_t(height) > mostPixelsPerByte * size)
+        throw ImageError("the image claims " + sides + " pixels, and its " + std::to_string(size) +
+                         " bytes cannot hold them: it is cut off or its header is broken");
+}
+
+Image readCommon(const std::vector<std::byte> &file)
+{
+    const ImageMemory memory;
+    int width = 0, height = 0, channels = 0;
     const auto *bytes = reinterpret_cast<const stbi_uc *>(file.data());
+    checkClaim(bytes, file.size());
     const std::unique_ptr<stbi_uc, void (*)(void *)> pixels(
         stbi_load_from_memory(bytes, static_cast<int>(file.size()), &width, &height, &channels, 4), stbi_image_free);
     if (!pixels)

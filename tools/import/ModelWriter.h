@@ -1,0 +1,21 @@
+// ModelWriter: puts an imported scene into model files.
+#pragma once
+
+#include "ImportOptions.h"
+#include "SourceScene.h"
+
+#include <string>
+#include <vector>
+
+/// What became of the writing.
+struct WrittenModels
+{
+    std::vector<std::string> lines; ///< one a file: its name, counts and bounds
+    std::string fault;              ///< why nothing was written; empty after success
+};
+
+/// Writes one model file, or one a material, under the names that the options ask for.
+///
+/// Files are written beside their names and moved there when all are whole: a failure to write leaves what was there
+/// before.
+WrittenModels writeModels(const ImportOptions &options, const SourceScene &scene);

@@ -84,11 +84,6 @@ TimerTicks TimeSystem::newFrame()
     return liveSource().newFrame();
 }
 
-TimerTicks TimeSystem::now()
-{
-    return liveSource().now();
-}
-
 TimerTicks TimeSystem::getTicksPerSecond()
 {
     checkTPS();

@@ -1,6 +1,8 @@
 #include "physics/BoundingVolumeManager.h"
 
+#include "physics/BoundingVolume.h"
+
 Handle<AbstractComponent> BoundingVolumeManager::constructComponent(const ReflectorPtr &type)
 {
-    return constructDerived(type, AbstractComponent::staticType);
+    return constructDerived(type, BoundingVolume::staticType);
 }

@@ -1,0 +1,3 @@
+#include "gameplay/SanityComponent.h"
+
+void SanityComponent::doFrame() {}

@@ -1,0 +1,65 @@
+// CellRect: a rectangle of grid cells.
+#pragma once
+
+#include "foundation/Vector.h"
+
+#include <algorithm>
+#include <cmath>
+
+/// Farthest cell from the grid's corner that is told apart; what lies farther counts as there.
+inline constexpr float FARTHEST_CELL = 536870912.f; // 2^29: differences of two still fit an int
+
+/// The number of the cell of a coordinate that is whole already, or truncated towards zero; 0 for no number.
+inline int toCell(double coordinate)
+{
+    if (std::isnan(coordinate))
+        return 0;
+    return static_cast<int>(std::clamp<double>(coordinate, -FARTHEST_CELL, FARTHEST_CELL));
+}
+
+/// Cells from min to max on both axes, both included; empty when a max lies below its min.
+struct CellRect
+{
+    int minX = 0;
+    int minZ = 0;
+    int maxX = -1;
+    int maxZ = -1;
+
+    /// The cells of a grid that lie between two cell coordinates, each truncated towards zero.
+    ///
+    /// Empty when a coordinate is no number.
+    static CellRect between(const Vec4 &min, const Vec4 &max, int columns, int rows)
+    {
+        if (std::isnan(min.x) || std::isnan(min.z) || std::isnan(max.x) || std::isnan(max.z))
+            return CellRect();
+        return CellRect{toCell(min.x), toCell(min.z), toCell(max.x), toCell(max.z)}.common(
+            CellRect{0, 0, columns - 1, rows - 1});
+    }
+
+    bool isEmpty() const { return maxX < minX || maxZ < minZ; }
+    bool contains(const CellRect &rhs) const
+    {
+        return rhs.minX >= minX && rhs.maxX <= maxX && rhs.minZ >= minZ && rhs.maxZ <= maxZ;
+    }
+    /// The cells that both have.
+    CellRect common(const CellRect &rhs) const
+    {
+        return CellRect{std::max(minX, rhs.minX), std::max(minZ, rhs.minZ), std::min(maxX, rhs.maxX),
+                        std::min(maxZ, rhs.maxZ)};
+    }
+    bool operator==(const CellRect &rhs) const = default;
+
+    /// Calls a function with each of the at most four rectangles of this one's cells that are not in the other.
+    template <class Function>
+    void forEachPieceOutside(const CellRect &rhs, Function function) const
+    {
+        const CellRect hole = common(rhs);
+        if (hole.isEmpty())
+            return function(*this);
+        for (const CellRect &piece :
+             {CellRect{minX, minZ, maxX, hole.minZ - 1}, CellRect{minX, hole.maxZ + 1, maxX, maxZ},
+              CellRect{minX, hole.minZ, hole.minX - 1, hole.maxZ}, CellRect{hole.maxX + 1, hole.minZ, maxX, hole.maxZ}})
+            if (!piece.isEmpty())
+                function(piece);
+    }
+};

@@ -1,11 +1,24 @@
 // AssetUploader: what assets need of the graphics device, filled in by the rendering folder.
 #pragma once
 
+#include "assets/GlyphAtlas.h"
+
 #include "foundation/ErrorCode.h"
 #include "object/Handle.h"
 
+#include <cstdint>
+
 class MeshAsset;
 class TextureAsset;
+
+/// An image of coverage that code makes: the texture is white, and its alpha is the coverage.
+struct CoverageImage
+{
+    int width;
+    int height;
+    const std::uint8_t *rows; ///< width bytes each, top row first; borrowed for the call
+    PixelRectangle changed;   ///< what differs from the last time
+};
 
 /// Takes finished data to the graphics device. GraphicsSystem2 installs its own; a test may install another.
 ///
@@ -16,6 +29,7 @@ public:
     virtual ~IAssetUploader() = default;
 
     virtual ErrorCode uploadTexture(Handle<TextureAsset> texture) = 0;
+    virtual ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image) = 0;
     virtual ErrorCode uploadMesh(Handle<MeshAsset> mesh) = 0;
 };
 

@@ -29,7 +29,7 @@ class Mesh
 {
 public:
     typedef std::vector<DefaultMeshVertex, BulkAllocator<DefaultMeshVertex>> VertexBufferType;
-    typedef std::vector<std::uint32_t, BulkAllocator<std::uint32_t>> IndexBufferType;
+    typedef std::vector<u32, BulkAllocator<u32>> IndexBufferType;
 
     /// Copies the given contents in; no indices make a mesh whose vertices are drawn in order.
     void setData(const VertexBufferType &newVertices, const IndexBufferType &newIndices = IndexBufferType(),

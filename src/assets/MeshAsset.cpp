@@ -1,6 +1,7 @@
 #include "assets/MeshAsset.h"
 
 #include "assets/AssetUploader.h"
+#include "assets/MeshBuilder.h"
 #include "assets/ModelFile.h"
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
@@ -35,6 +36,11 @@ void MeshAsset::setMeshData(const Mesh &mesh)
     upload();
 }
 
+void MeshAsset::setMeshData(const MeshBuilder &builder)
+{
+    setMeshData(builder.toMesh());
+}
+
 void MeshAsset::setMeshData(const Mesh::VertexBufferType &newVertices, const Mesh::IndexBufferType &newIndices,
                             MeshPrimitiveType newPrimType)
 {
@@ -42,8 +48,16 @@ void MeshAsset::setMeshData(const Mesh::VertexBufferType &newVertices, const Mes
     upload();
 }
 
+void MeshAsset::measure()
+{
+    const MeshBounds bounds = boundsOf(meshData.getVertexBufferData());
+    boundsMin = bounds.minimum;
+    boundsMax = bounds.maximum;
+}
+
 void MeshAsset::upload()
 {
+    measure();
     if (IAssetUploader *uploader = getAssetUploader())
         uploader->uploadMesh(::getHandle(this)).ignoreError(); // told to onUploadComplete
     else

@@ -5,6 +5,9 @@
 #include "assets/Mesh.h"
 
 #include "foundation/KVString.h"
+#include "foundation/Vector.h"
+
+class MeshBuilder;
 
 /// The first mesh of a model file, in memory and on the device.
 class MeshAsset : public Asset
@@ -22,19 +25,28 @@ public:
 
     /// Replaces the data and uploads it.
     void setMeshData(const Mesh &mesh);
+    void setMeshData(const MeshBuilder &builder);
     void setMeshData(const Mesh::VertexBufferType &newVertices,
                      const Mesh::IndexBufferType &newIndices = Mesh::IndexBufferType(),
                      MeshPrimitiveType newPrimType = MPT_TRIANGLES);
 
     const Mesh &getMeshData() const { return meshData; }
 
+    /// Least x, y and z of the vertices, model space, w 1; the origin for a mesh without any.
+    Vec4 getBoundsMin() const { return boundsMin; }
+    /// Greatest x, y and z of the vertices, model space, w 1; the origin for a mesh without any.
+    Vec4 getBoundsMax() const { return boundsMax; }
+
     /// Path of the file, as "..\assets\models\chair.kaVelModel"; "<dynamic>" for a mesh made by code.
     String getFileName() const { return fileName; }
     void setFileName(const String &val) { fileName = val; }
 
 private:
+    void measure();
     void upload();
 
     String fileName;
     Mesh meshData;
+    Vec4 boundsMin = Vec4(0.f, 0.f, 0.f, 1.f); ///< model space, metres
+    Vec4 boundsMax = Vec4(0.f, 0.f, 0.f, 1.f); ///< model space, metres
 };

@@ -3,8 +3,11 @@
 
 #include <cstdint>
 
+/// The format's one kind of whole number, little-endian in the file.
+typedef std::uint32_t u32;
+
 /// What a mesh's indices (or its vertices, when it has no indices) are grouped into.
-enum MeshPrimitiveType : std::uint32_t
+enum MeshPrimitiveType : u32
 {
     MPT_TRIANGLES = 0, ///< three a triangle
     MPT_LINES = 1,     ///< two a line
@@ -13,7 +16,7 @@ enum MeshPrimitiveType : std::uint32_t
 };
 
 /// Layout of one vertex in a vertex stream.
-enum MeshVertexType : std::uint32_t
+enum MeshVertexType : u32
 {
     MVT_DEFAULT = 0,          ///< DefaultMeshVertex
     MVT_DEFAULT_INSTANCE = 1, ///< DefaultInstanceVertex, the second stream of an instanced draw
@@ -23,25 +26,25 @@ enum MeshVertexType : std::uint32_t
 /// First 8 bytes of a model file. All numbers are little-endian, as on every host we run on.
 struct ModelFileHeader
 {
-    static constexpr std::uint32_t correctMagic = 0x6B564D30; ///< "0MVk" in the file
+    static constexpr u32 correctMagic = 0x6B564D30; ///< "0MVk" in the file
 
-    std::uint32_t magic;
-    std::uint32_t numChunks; ///< mesh chunks that follow, back to back
+    u32 magic;
+    u32 numChunks; ///< mesh chunks that follow, back to back
 };
 
 /// First 32 bytes of a mesh chunk; the indices follow, then the vertices.
 struct MeshChunkHeader
 {
-    static constexpr std::uint32_t correctMagic = 0x6D657368; ///< "hsem" in the file
+    static constexpr u32 correctMagic = 0x6D657368; ///< "hsem" in the file
 
-    std::uint32_t magic;
-    std::uint32_t primType;   ///< MeshPrimitiveType
-    std::uint32_t vertexType; ///< MeshVertexType
-    std::uint32_t vertCount;
-    std::uint32_t primCount;
-    std::uint32_t indexCount;      ///< 0 for a mesh without indices
-    std::uint32_t totalIndexSize;  ///< bytes, 4 an index
-    std::uint32_t totalVertexSize; ///< bytes, 56 a vertex
+    u32 magic;
+    u32 primType;   ///< MeshPrimitiveType
+    u32 vertexType; ///< MeshVertexType
+    u32 vertCount;
+    u32 primCount;
+    u32 indexCount;      ///< 0 for a mesh without indices
+    u32 totalIndexSize;  ///< bytes, 4 an index
+    u32 totalVertexSize; ///< bytes, 56 a vertex
 };
 
 static_assert(sizeof(ModelFileHeader) == 8, "the file header is 8 bytes on disk");

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 #include <string>
 
 namespace
@@ -65,12 +67,24 @@ TEST(FormatMessage, FillsTheCallersBufferOrSaysThatItIsTooSmall)
     EXPECT_EQ(length, 18u);
 }
 
-TEST(PerformanceCounter, RunsForward)
+TEST(PerformanceCounter, RunsAtItsRate)
 {
-    LARGE_INTEGER first, second;
+    using Clock = std::chrono::steady_clock;
+    LARGE_INTEGER first, second, rate;
+    const auto outerBegin = Clock::now();
     QueryPerformanceCounter(&first);
+    const auto innerBegin = Clock::now();
+    while (Clock::now() - innerBegin < std::chrono::milliseconds(20))
+        continue;
+    const auto innerEnd = Clock::now();
     QueryPerformanceCounter(&second);
-    EXPECT_GE(second.QuadPart, first.QuadPart);
+    const auto outerEnd = Clock::now();
+    QueryPerformanceFrequency(&rate);
+
+    // However often the test is interrupted, the counter's time lies between these two.
+    const double seconds = static_cast<double>(second.QuadPart - first.QuadPart) / static_cast<double>(rate.QuadPart);
+    EXPECT_GE(seconds, std::chrono::duration<double>(innerEnd - innerBegin).count() * 0.999);
+    EXPECT_LE(seconds, std::chrono::duration<double>(outerEnd - outerBegin).count() * 1.001);
 }
 
 TEST(CriticalSection, MayBeEnteredAgainByItsOwner)

@@ -1,40 +1,58 @@
 #include "port/tweakbar/TweakBar.h"
 
+#include "port/tweakbar/ImGuiBackend.h"
+
 namespace
 {
-port::TweakBarBackend *installed = nullptr;
+port::TweakBarBackend *&backend()
+{
+    static port::TweakBarBackend *current = &port::ImGuiBackend::get();
+    return current;
+}
+} // namespace
+
+void port::installTweakBarBackend(TweakBarBackend *other)
+{
+    backend() = other;
 }
 
-void port::installTweakBarBackend(TweakBarBackend *backend)
+void port::captureTweakBars(const char *pngFile)
 {
-    installed = backend;
+    ImGuiBackend::get().capture(pngFile);
 }
 
 int TwInit(TwGraphAPI graphAPI, void *device)
 {
-    return installed && installed->init(graphAPI, device);
+    return backend() && backend()->init(graphAPI, device);
 }
 
 int TwWindowSize(int width, int height)
 {
-    if (installed)
-        installed->windowSize(width, height);
-    return installed != nullptr;
+    if (backend())
+        backend()->windowSize(width, height);
+    return backend() != nullptr;
 }
 
 int TwDraw()
 {
-    return installed && installed->draw();
+    return backend() && backend()->draw();
+}
+
+int TwHide()
+{
+    if (backend())
+        backend()->hide();
+    return backend() != nullptr;
 }
 
 int TwEventWin(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam)
 {
-    return installed && installed->event(wnd, msg, wParam, lParam);
+    return backend() && backend()->event(wnd, msg, wParam, lParam);
 }
 
 int TwTerminate()
 {
-    if (installed)
-        installed->terminate();
-    return installed != nullptr;
+    if (backend())
+        backend()->terminate();
+    return backend() != nullptr;
 }

@@ -1,7 +1,13 @@
-// TweakBar: the calls that the engine makes into the library of the debug bars, and the seam that it hangs on.
+// TweakBar: the library of the debug bars, as the engine calls it.
+//
+// The entry points carry their published names. Of the calls that fill a bar only those in use are declared; options
+// are set by TwSetParam alone, links and lists are our own. A call that fails gives 0 or null, and says why in the debug
+// output. Main thread only.
 #pragma once
 
 #include "port/win32/WinTypes.h"
+
+#include <cstdint>
 
 enum TwGraphAPI
 {
@@ -13,18 +19,98 @@ enum TwGraphAPI
 int TwInit(TwGraphAPI graphAPI, void *device);
 /// Tells the size to lay the bars out in, pixels; 0 and 0 mean that the device is lost.
 int TwWindowSize(int width, int height);
-/// Draws all bars; 1, or 0 on failure.
+/// Lays all bars out, calls back for their values, and has the next Present draw them; 1, or 0 on failure.
 int TwDraw();
+/// Tells that the bars are not drawn any more: until the next TwDraw they hear no message.
+int TwHide();
 /// Shows the bars a window message.
 /// @return 1 where a bar consumed it and nobody else should see it
 int TwEventWin(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam);
-/// Takes the bars down.
+/// Takes the bars down, before their device goes; what is on them stays and shows again after the next TwInit.
 int TwTerminate();
+
+/// A bar: a window with one line a variable.
+class TwBar;
+
+/// What a variable is; what its callbacks point at follows from that. Enums stand behind, see TwDefineEnum.
+enum TwType : int
+{
+    TW_TYPE_BOOLCPP,   ///< bool
+    TW_TYPE_INT64,     ///< std::int64_t
+    TW_TYPE_DOUBLE,    ///< double
+    TW_TYPE_STDSTRING, ///< std::string
+    TW_TYPE_COLOR4F,   ///< float[4]: red, green, blue, alpha
+    TW_TYPE_VEC4F,     ///< float[4]
+    TW_TYPE_QUAT4F,    ///< float[4]: x, y, z, w; set with a length of 1
+    TW_TYPE_COUNT
+};
+
+/// One value of an enum; its variables are std::int64_t.
+struct TwEnumVal
+{
+    std::int64_t Value;
+    const char *Label;
+};
+
+/// What a value given to TwSetParam points at.
+enum TwParamValueType
+{
+    TW_PARAM_INT32,
+    TW_PARAM_DOUBLE,
+    TW_PARAM_CSTRING ///< the value is the text itself
+};
+
+typedef void (*TwGetVarCallback)(void *value, void *clientData);
+typedef void (*TwSetVarCallback)(const void *value, void *clientData);
+typedef void (*TwButtonCallback)(void *clientData);
+
+/// One line of a list, for its callback to fill in.
+struct TwListRow
+{
+    char text[160]; ///< zero-terminated
+    int depth;      ///< steps that the line is indented
+    int opens;      ///< 1: has lines below it and a mark to open them
+    int isOpen;     ///< 1: these lines stand below it
+};
+
+/// What a list asks of its owner. A click tells the line, and 1 where it hit the mark rather than the text.
+struct TwListCallbacks
+{
+    unsigned (*count)(void *clientData);
+    void (*row)(unsigned index, TwListRow *row, void *clientData);
+    void (*click)(unsigned index, int onMark, void *clientData);
+};
+
+/// Makes a bar; null where the name is taken.
+TwBar *TwNewBar(const char *barName);
+/// Deletes a bar; one that is being drawn goes after it.
+int TwDeleteBar(TwBar *bar);
+/// Defines the type of an enum, or finds it by its name.
+TwType TwDefineEnum(const char *name, const TwEnumVal *enumValues, unsigned int nbValues);
+
+/// Adds a variable. Without `setCallback` it can only be read.
+int TwAddVarCB(TwBar *bar, const char *name, TwType type, TwSetVarCallback setCallback, TwGetVarCallback getCallback,
+               void *clientData);
+/// Adds a text, got as std::string, with a button beside it unless it is empty.
+int TwAddLinkCB(TwBar *bar, const char *name, TwGetVarCallback getCallback, TwButtonCallback pressed, void *clientData);
+/// Adds a list that takes the room that is left.
+int TwAddListCB(TwBar *bar, const char *name, const TwListCallbacks *callbacks, void *clientData);
+
+/// Sets an option of a variable, or of the bar itself where `varName` is null.
+///
+/// Of both: label; help, which a bar shows below its title and a variable beside the mouse. Of a bar: visible (int),
+/// size (2 ints, pixels). Of a variable: group (heading it stands under), error (shown below it; empty for none), min,
+/// max and step (doubles). A bar that the user closed is not visible.
+int TwSetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int count,
+               const void *values);
+/// Reads an option of a bar, that is visible.
+int TwGetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int maxCount,
+               void *values);
 
 namespace port
 {
 
-/// What draws the bars. Without one there are none: they cannot be brought up, and consume nothing.
+/// Brings the bars to the screen and the messages to the bars.
 class TweakBarBackend
 {
 public:
@@ -33,12 +119,16 @@ public:
     virtual bool init(TwGraphAPI graphAPI, void *device) = 0;
     virtual void windowSize(int width, int height) = 0;
     virtual bool draw() = 0;
+    virtual void hide() = 0;
     /// Whether a bar consumed the message.
     virtual bool event(HWND wnd, UINT msg, WPARAM wParam, LPARAM lParam) = 0;
     virtual void terminate() = 0;
 };
 
-/// Installs what draws the bars, or takes it out with null; borrowed.
+/// Installs a backend in the place of our own, or with null none: then no bar shows, and none consumes a message.
 void installTweakBarBackend(TweakBarBackend *backend);
+
+/// Writes the window with its bars into a PNG file when they are next drawn. The path is a designed one.
+void captureTweakBars(const char *pngFile);
 
 } // namespace port

@@ -1,0 +1,49 @@
+// BarInput: window messages as input of the debug bars.
+#pragma once
+
+#include "port/tweakbar/Bars.h"
+
+#include <bitset>
+#include <vector>
+
+namespace port
+{
+
+/// Decides which messages are for a bar, and hands these on.
+///
+/// A release goes where the press went, so that neither the game nor a bar is left with a key that seems held.
+class BarInput
+{
+public:
+    /// Whether a bar takes the message, and with it the raw record of the same input.
+    bool event(UINT msg, WPARAM wParam, LPARAM lParam);
+    /// Hands what arrived since the last frame to the library, a press that was let go meanwhile included.
+    void beginFrame();
+    /// Tells where bars stand, from the next message on.
+    void setBars(std::vector<TweakPlace> places) { bars = std::move(places); }
+    /// Lets go of everything.
+    void clear();
+
+private:
+    static constexpr std::size_t BUTTONS = 3;
+
+    bool button(std::size_t index, bool down);
+    bool key(std::size_t virtualKey, bool down);
+    bool rawInput(LPARAM lParam);
+    bool rawMouse(unsigned flags);
+    bool wantsMouse() const;
+    bool wantsKeyboard() const;
+
+    std::vector<TweakPlace> bars;
+    int mouseX = -1; ///< client pixels
+    int mouseY = -1;
+    std::bitset<BUTTONS> held;     ///< buttons that are down, wherever they were pressed
+    std::bitset<BUTTONS> taken;    ///< buttons whose press a bar took
+    std::bitset<BUTTONS> clicked;  ///< taken since the last frame
+    std::bitset<BUTTONS> rawTaken; ///< as taken, of the raw records, which come first
+    std::bitset<256> keysTaken;    ///< keys whose press a bar took
+    std::bitset<256> keysPressed;  ///< taken since the last frame
+    std::bitset<256> rawKeysTaken; ///< as keysTaken, of the raw records
+};
+
+} // namespace port

@@ -15,10 +15,11 @@ namespace port
 /// What one frame asked of the driver, from one Present to the next.
 struct FrameStats
 {
-    unsigned draws = 0;         ///< draw calls
-    unsigned instances = 0;     ///< instances over all draw calls; a plain draw counts as one
-    unsigned stateChanges = 0;  ///< calls that changed driver state, redundant ones filtered out
-    unsigned targetChanges = 0; ///< switches to another set of render targets
+    unsigned draws = 0;          ///< draw calls
+    unsigned instances = 0;      ///< instances over all draw calls; a plain draw counts as one
+    std::uint64_t triangles = 0; ///< over all instances
+    unsigned stateChanges = 0;   ///< calls that changed driver state, redundant ones filtered out
+    unsigned targetChanges = 0;  ///< switches to another set of render targets
     unsigned clears = 0;
     unsigned uploads = 0; ///< writes into buffers and textures
     std::uint64_t uploadBytes = 0;

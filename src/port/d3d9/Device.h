@@ -162,7 +162,7 @@ private:
     void applyViewport();
     std::array<StreamSource, maxStreams> describeStreams() const;
     UINT instanceCount() const;
-    void countDraw();
+    void countDraw(D3DPRIMITIVETYPE type, UINT primitiveCount);
 
     std::unique_ptr<Context> context;
     HWND window;

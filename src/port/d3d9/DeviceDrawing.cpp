@@ -219,10 +219,12 @@ Primitive primitive(D3DPRIMITIVETYPE type)
 
 } // namespace
 
-void Device::countDraw()
+void Device::countDraw(D3DPRIMITIVETYPE type, UINT primitiveCount)
 {
     ++stats.draws;
     stats.instances += instanceCount();
+    if (type == D3DPT_TRIANGLELIST || type == D3DPT_TRIANGLESTRIP)
+        stats.triangles += std::uint64_t(primitiveCount) * instanceCount();
 }
 
 HRESULT Device::DrawPrimitive(D3DPRIMITIVETYPE type, UINT startVertex, UINT primitiveCount)
@@ -235,7 +237,7 @@ HRESULT Device::DrawPrimitive(D3DPRIMITIVETYPE type, UINT startVertex, UINT prim
     glDrawArraysInstanced(kind.mode, static_cast<GLint>(startVertex),
                           static_cast<GLsizei>(primitiveCount * kind.verticesEach + kind.verticesExtra),
                           static_cast<GLsizei>(instanceCount()));
-    countDraw();
+    countDraw(type, primitiveCount);
     return D3D_OK;
 }
 
@@ -253,7 +255,7 @@ HRESULT Device::DrawIndexedPrimitive(D3DPRIMITIVETYPE type, INT baseVertex, UINT
         kind.mode, static_cast<GLsizei>(primitiveCount * kind.verticesEach + kind.verticesExtra),
         wide ? GL_UNSIGNED_INT : GL_UNSIGNED_SHORT, reinterpret_cast<const void *>(offset),
         static_cast<GLsizei>(instanceCount()), baseVertex);
-    countDraw();
+    countDraw(type, primitiveCount);
     return D3D_OK;
 }
 

@@ -1,11 +1,10 @@
-// Diagnostics: last error, message box, debugger, critical sections and performance counter on the host.
+// Diagnostics: last error, message box, debugger and critical sections on the host.
 #include "port/win32/Diagnostics.h"
 
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
 #include <mutex>
 #include <string>
 
@@ -159,20 +158,6 @@ void DeleteCriticalSection(LPCRITICAL_SECTION section)
 {
     delete static_cast<std::recursive_mutex *>(section->lock);
     section->lock = nullptr;
-}
-
-BOOL QueryPerformanceCounter(LARGE_INTEGER *count)
-{
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    count->QuadPart = static_cast<LONGLONG>(now.tv_sec) * 1'000'000'000 + now.tv_nsec;
-    return TRUE;
-}
-
-BOOL QueryPerformanceFrequency(LARGE_INTEGER *frequency)
-{
-    frequency->QuadPart = 1'000'000'000;
-    return TRUE;
 }
 
 HANDLE GetCurrentProcess()

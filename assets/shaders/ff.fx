@@ -3,7 +3,8 @@
 // Vertices are position, normal, tangent, binormal and one texture coordinate. Instanced techniques take the first
 // three rows of the world matrix (column-vector form) from TEXCOORD1 to 3 and those of the normal matrix from
 // TEXCOORD4 to 6. "WorldSpace" techniques take positions as they are; "NonInstanced" ones take "modelToWorld".
-// "CrappyLines" takes world-space positions, and the colour of a line from the normal.
+// "CrappyLines" takes world-space positions, and the colour of a line from the normal. "CrappyTexturedQuads" tints by
+// the normal and the tangent's x, unless the normal points to -z.
 //
 // Into the G-buffer a technique writes all three targets (see gbuffer.fxh); on the screen only the first is bound, and
 // what arrives there is the plain texture colour.
@@ -22,6 +23,10 @@ texture normalMap_texture;
 texture emissiveMap_texture;
 texture specularMap_texture;
 
+// Bound in the decals' pass; quads take part in it without reading them.
+texture GBuffer2_texture;
+texture GBuffer3_texture;
+
 sampler diffuseMap = sampler_state
 {
     Texture = <diffuseMap_texture>;
@@ -35,12 +40,12 @@ sampler normalMap = sampler_state
 sampler emissiveMap = sampler_state
 {
     Texture = <emissiveMap_texture>;
-    MinFilter = Linear; MagFilter = Linear; MipFilter = Linear;
+    MinFilter = Linear; MagFilter = Linear; MipFilter = Point; // a change of level does not show; costs half
 };
 sampler specularMap = sampler_state
 {
     Texture = <specularMap_texture>;
-    MinFilter = Linear; MagFilter = Linear; MipFilter = Linear;
+    MinFilter = Linear; MagFilter = Linear; MipFilter = Point;
 };
 sampler flatImage = sampler_state
 {
@@ -66,20 +71,19 @@ glsl VertexShader
     }
 
     out vec2 uv;
-    out float depth;
+    // Of the two lengths that the tangent comes in, the longer one says that the binormal points the other way. The
+    // depth is known to the pixel without being told. What a vertex passes on costs setup for each triangle.
     out vec3 normal;
-    out vec4 tangent; // w: which way the binormal points
+    out vec3 tangent;
 
     /// Everything that the G-buffer's pixel shader reads, from world-space vectors.
     void writeSurface(vec3 worldPosition, vec3 worldNormal, vec3 worldTangent, vec3 worldBinormal)
     {
-        vec4 viewPosition = worldToView * vec4(worldPosition, 1.0);
-        gl_Position = viewToProjection * viewPosition;
+        gl_Position = toClip(worldPosition);
         uv = TEXCOORD0.xy;
-        depth = viewPosition.z;
         normal = mat3(worldToViewInverseTranspose) * worldNormal;
-        float side = dot(cross(worldNormal, worldTangent), worldBinormal) < 0.0 ? -1.0 : 1.0;
-        tangent = vec4(mat3(worldToView) * worldTangent, side);
+        float side = dot(cross(worldNormal, worldTangent), worldBinormal) < 0.0 ? 3.0 : 1.0;
+        tangent = mat3(worldToView) * worldTangent * (side * inversesqrt(max(dot(worldTangent, worldTangent), 1e-20)));
     }
 }
 
@@ -114,15 +118,22 @@ VertexShader worldSpaceSurface
 PixelShader surface
 {
     in vec2 uv;
-    in float depth;
     in vec3 normal;
-    in vec4 tangent;
+    in vec3 tangent;
+
+    /// Distance along the view axis, from what the projection made of it.
+    float viewDepth()
+    {
+        bool perspective = viewToProjection[3][3] == 0.0;
+        return perspective ? 1.0 / gl_FragCoord.w
+                           : (gl_FragCoord.z - viewToProjection[3][2]) / viewToProjection[2][2];
+    }
 
     vec3 mappedNormal()
     {
         vec3 n = normalize(normal);
-        vec3 t = normalize(tangent.xyz - n * dot(n, tangent.xyz));
-        vec3 b = cross(n, t) * tangent.w;
+        vec3 t = normalize(tangent - n * dot(n, tangent));
+        vec3 b = dot(tangent, tangent) < 4.0 ? cross(n, t) : cross(t, n);
         vec3 bump = texture(normalMap, uv).xyz * 2.0 - 1.0;
         return normalize(t * bump.x + b * bump.y + n * bump.z);
     }
@@ -131,7 +142,7 @@ PixelShader surface
     {
         vec3 highlight = texture(specularMap, uv).rgb;
         COLOR0 = vec4(texture(diffuseMap, uv).rgb, dot(highlight, vec3(0.299, 0.587, 0.114)));
-        COLOR1 = vec4(packNormal(mappedNormal()), packDepth(depth));
+        COLOR1 = vec4(packNormal(mappedNormal()), packDepth(viewDepth()));
         COLOR2 = vec4(texture(emissiveMap, uv).rgb, 1.0);
     }
 }
@@ -140,41 +151,34 @@ PixelShader surface
 
 VertexShader instancedDepth
 {
-    out float distanceAhead;
     void main()
     {
         gl_Position = toClip(instancePosition());
-        distanceAhead = gl_Position.w;
     }
 }
 
 VertexShader nonInstancedDepth
 {
-    out float distanceAhead;
     void main()
     {
         gl_Position = toClip((modelToWorld * vec4(POSITION.xyz, 1.0)).xyz);
-        distanceAhead = gl_Position.w;
     }
 }
 
 VertexShader worldSpaceDepth
 {
-    out float distanceAhead;
     void main()
     {
         gl_Position = toClip(POSITION.xyz);
-        distanceAhead = gl_Position.w;
     }
 }
 
 PixelShader shadowDepth
 {
-    in float distanceAhead;
     void main()
     {
-        // The inverse, so that the cleared map means that nothing stands in the way.
-        COLOR0 = vec4(1.0 / distanceAhead);
+        // The inverse of the distance ahead, so that the cleared map means that nothing stands in the way.
+        COLOR0 = vec4(gl_FragCoord.w);
     }
 }
 
@@ -187,19 +191,23 @@ PixelShader nothing
 
 VertexShader instancedImage
 {
+    out vec4 tint;
     void main()
     {
         gl_Position = toClip(instancePosition());
         uv = TEXCOORD0.xy;
+        // A quad's normal points at the viewer. A text has its colour there, which is never negative.
+        tint = NORMAL.z < 0.0 ? vec4(1.0) : vec4(NORMAL.xyz, TANGENT.x);
     }
 }
 
 PixelShader image
 {
     in vec2 uv;
+    in vec4 tint;
     void main()
     {
-        COLOR0 = texture(flatImage, uv);
+        COLOR0 = texture(flatImage, uv) * tint;
     }
 }
 
@@ -266,7 +274,7 @@ technique CrappyTexturedQuads
         CullMode = None; ZEnable = True; ZWriteEnable = True; ZFunc = LessEqual;
         AlphaBlendEnable = True; SrcBlend = SrcAlpha; DestBlend = InvSrcAlpha; BlendOp = Add;
         AlphaTestEnable = True; AlphaFunc = Greater; AlphaRef = 0; // what is clear hides nothing behind it
-        StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue; // alpha is another's: the strength of highlights
         VertexShader = instancedImage;
         PixelShader = image;
     }

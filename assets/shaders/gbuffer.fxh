@@ -42,10 +42,19 @@ glsl
         return packedDepth.x + packedDepth.y;
     }
 
+    /// Factors (xy) and offsets (zw) that make the view-space ray of a pixel from gl_FragCoord: the ray's x and y for a
+    /// length of 1 along the view axis.
+    vec4 pixelRays()
+    {
+        vec2 tangents = vec2(1.0 / viewToProjection[0][0], -1.0 / viewToProjection[1][1]);
+        vec2 perPixel = 2.0 * tangents / viewportPixels.zw;
+        return vec4(perPixel, -tangents - (viewportPixels.xy + 0.5) * perPixel);
+    }
+
     /// View-space ray through a pixel, of length 1 along the view axis. Pixels count from 0 in the target.
     vec3 pixelRay(vec2 pixel)
     {
-        vec2 tangents = vec2(1.0 / viewToProjection[0][0], -1.0 / viewToProjection[1][1]);
-        return vec3((pixel - viewportPixels.xy) * (2.0 * tangents / viewportPixels.zw) - tangents, 1.0);
+        vec4 rays = pixelRays();
+        return vec3((pixel + 0.5) * rays.xy + rays.zw, 1.0);
     }
 }

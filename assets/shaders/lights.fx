@@ -1,12 +1,13 @@
 // Lights: each adds what arrives at the surfaces inside its volume to the light buffer.
 //
-// The volume's far side is drawn wherever it lies behind the scene, which leaves the pixels that the volume can reach;
-// the shader drops those in front of it by their distance. One pass, no stencil, right from inside the volume too, and
-// not cut by the far plane, since clipping along the depth is off.
+// The far side of the volume is drawn wherever it lies behind the scene: those are the pixels that the light can
+// reach, from outside the volume and from inside. Clipping along the depth is off, so that the far plane cuts no
+// volume; where nothing was drawn the shader adds nothing.
 //
-// Distance: full strength up to "lightFalloffBegin", then falling smoothly to nothing at "lightFalloffEnd".
-// Cone: full strength inside the inner angle, falling to nothing at the outer one as a power of spotFalloff / 10, so
-// that the usual 10 falls linearly, more makes a narrower core and less a fuller cone.
+// Distance: full strength up to "lightFalloffBegin", then falling to nothing at "lightFalloffEnd" as the square of the
+// part of that way that is left: steep near the lamp, without an edge at the end.
+// Cone: full strength inside the inner angle, none outside the outer one, with soft ends on both sides. A spotFalloff
+// of 10 puts half the strength half way (in cosines); more makes a narrower core, less a fuller cone.
 
 #include "automatic.fxh"
 #include "gbuffer.fxh"
@@ -32,17 +33,75 @@ texture ShadowMap_texture;
 sampler GBuffer2 = sampler_state { Texture = <GBuffer2_texture>; };
 sampler ShadowMap = sampler_state { Texture = <ShadowMap_texture>; AddressU = Clamp; AddressV = Clamp; };
 
-VertexShader volume
+// What is the same for all pixels of a light is worked out at its few vertices.
+glsl VertexShader
+{
+    flat out vec4 rays;  // see pixelRays
+    flat out vec4 color; // rgb diffuse, a highlight
+    flat out vec3 falloff; // end squared, end and 1 over the whole way
+
+    void writeVolume(vec3 worldPosition)
+    {
+        gl_Position = viewToProjection * (worldToView * vec4(worldPosition, 1.0));
+        rays = pixelRays();
+        color = vec4(lightDiffuseColor.rgb, dot(lightSpecularColor.rgb, vec3(0.299, 0.587, 0.114)));
+        float way = 1.0 / max(lightFalloffEnd - lightFalloffBegin, 1e-4);
+        falloff = vec3(lightFalloffEnd * lightFalloffEnd, lightFalloffEnd * way, way);
+    }
+
+    /// A cone of more than 60 degrees grows beyond all measure; one around the whole reach stands in for it.
+    vec3 conePosition(vec3 model)
+    {
+        if (spotOuterAngleCos > 0.5)
+            return (modelToWorld * vec4(model, 1.0)).xyz;
+        // Its tip lies three reaches behind the light; a sphere inside it touches at an eighth of a turn or so.
+        vec3 inReaches = vec3(model.xy * 1.8, model.z * 4.2 - 3.0);
+        mat3 axes = mat3(normalize(modelToWorld[0].xyz), normalize(modelToWorld[1].xyz),
+                         normalize(modelToWorld[2].xyz));
+        return modelToWorld[3].xyz + axes * (inReaches * lightFalloffEnd);
+    }
+}
+
+VertexShader sphereVolume
 {
     void main()
     {
-        gl_Position = viewToProjection * (worldToView * (modelToWorld * vec4(POSITION.xyz, 1.0)));
+        writeVolume((modelToWorld * vec4(POSITION.xyz, 1.0)).xyz);
+    }
+}
+
+VertexShader coneVolume
+{
+    flat out vec3 cone; // cosine and inverse way of the fading rim, and its shape
+
+    void main()
+    {
+        writeVolume(conePosition(POSITION.xyz));
+        cone = vec3(spotOuterAngleCos, 1.0 / max(spotInnerAngleCos - spotOuterAngleCos, 1e-4), spotFalloff * 0.1);
+    }
+}
+
+VertexShader shadowedConeVolume
+{
+    flat out vec3 cone;
+    flat out mat4 viewToShadow; // from the camera's view space to the map: x and y from 0 to w
+    flat out float texel;       // width of the map's texels for each metre from the light
+
+    void main()
+    {
+        writeVolume(conePosition(POSITION.xyz));
+        cone = vec3(spotOuterAngleCos, 1.0 / max(spotInnerAngleCos - spotOuterAngleCos, 1e-4), spotFalloff * 0.1);
+        const mat4 clipToMap = mat4(0.5, 0, 0, 0,  0, -0.5, 0, 0,  0, 0, 1, 0,  0.5, 0.5, 0, 1);
+        viewToShadow = clipToMap * lightViewToLightProjection * worldToLightView * viewToWorld;
+        texel = 2.0 / (max(abs(lightViewToLightProjection[1][1]), 1e-3) * viewportPixels.w);
     }
 }
 
 glsl PixelShader
 {
-    const float highlightExponent = 24.0;
+    flat in vec4 rays;
+    flat in vec4 color;
+    flat in vec3 falloff;
 
     struct Surface
     {
@@ -50,6 +109,7 @@ glsl PixelShader
         vec3 normal;
         vec3 toLight;
         float distance;
+        float facing;
     };
 
     /// The surface under this pixel; drops the pixel if the light does not reach it.
@@ -57,36 +117,43 @@ glsl PixelShader
     {
         vec4 stored = texelFetch(GBuffer2, ivec2(gl_FragCoord.xy), 0);
         Surface s;
-        s.position = pixelRay(gl_FragCoord.xy - 0.5) * unpackDepth(stored.ba);
+        s.position = vec3(gl_FragCoord.xy * rays.xy + rays.zw, 1.0) * unpackDepth(stored.ba);
         vec3 offset = lightPosition_ViewSpace.xyz - s.position;
-        s.distance = length(offset);
-        if (s.distance >= lightFalloffEnd || stored.b == 0.0)
-            discard;
-        s.toLight = offset / s.distance;
+        float squared = dot(offset, offset);
         s.normal = unpackNormal(stored.rg);
+        float unit = inversesqrt(max(squared, 1e-8));
+        s.toLight = offset * unit;
+        s.distance = squared * unit;
+        s.facing = dot(s.normal, s.toLight);
+        if (squared >= falloff.x || stored.b == 0.0 || s.facing <= 0.0)
+            discard;
         return s;
     }
 
     float reach(float distance)
     {
-        float t = clamp((lightFalloffEnd - distance) / max(lightFalloffEnd - lightFalloffBegin, 1e-4), 0.0, 1.0);
-        return t * t;
+        float left = min(falloff.y - distance * falloff.z, 1.0);
+        return left * left;
     }
 
-    float cone(vec3 toLight)
+    /// Share of the light at an angle; `cone` as the vertex shaders make it.
+    float inCone(vec3 toLight, vec3 cone)
     {
-        float angleCos = dot(-toLight, spotDirection_ViewSpace.xyz);
-        float t = (angleCos - spotOuterAngleCos) / max(spotInnerAngleCos - spotOuterAngleCos, 1e-4);
-        return pow(clamp(t, 0.0, 1.0), spotFalloff * 0.1);
+        float t = clamp((dot(-toLight, spotDirection_ViewSpace.xyz) - cone.x) * cone.y, 0.0, 1.0);
+        t /= max(t + cone.z * (1.0 - t), 1e-4);
+        return t * t * (3.0 - 2.0 * t);
     }
 
+    /// Light of a strength on a surface: matt in rgb, highlight in a.
     vec4 arriving(Surface s, float strength)
     {
-        float facing = max(dot(s.normal, s.toLight), 0.0);
         vec3 halfway = normalize(s.toLight - normalize(s.position));
-        float highlight = pow(max(dot(s.normal, halfway), 0.0), highlightExponent) * facing;
-        float highlightColor = dot(lightSpecularColor.rgb, vec3(0.299, 0.587, 0.114));
-        return vec4(lightDiffuseColor.rgb * facing, highlightColor * highlight) * strength;
+        float shine = max(dot(s.normal, halfway), 0.0);
+        shine *= shine * shine; // in all to the power of 24
+        shine *= shine;
+        shine *= shine;
+        shine *= shine;
+        return color * vec4(vec3(1.0), shine) * (s.facing * strength);
     }
 }
 
@@ -101,10 +168,12 @@ PixelShader sphereLight
 
 PixelShader spotLight
 {
+    flat in vec3 cone;
+
     void main()
     {
         Surface s = surfaceInReach();
-        float strength = cone(s.toLight);
+        float strength = inCone(s.toLight, cone);
         if (strength <= 0.0)
             discard;
         COLOR0 = arriving(s, strength * reach(s.distance));
@@ -113,36 +182,43 @@ PixelShader spotLight
 
 PixelShader spotShadowsLight
 {
-    /// Share of the light that no caster keeps away: sixteen looks into the map, weighted to a smooth edge.
+    flat in vec3 cone;
+    flat in mat4 viewToShadow;
+    flat in float texel;
+
+    /// Share of the light that no caster keeps away: sixteen texels of the map, weighted to a soft edge three wide.
     float unshadowed(Surface s)
     {
-        vec4 world = viewToWorld * vec4(s.position, 1.0);
-        vec4 clip = lightViewToLightProjection * (worldToLightView * world);
-        if (clip.w <= 0.0)
+        // The look-up starts above the surface by as much as the texels around it may lie apart in depth, so that a
+        // surface does not shade itself, and a caster's shadow still begins where it stands.
+        float slant = sqrt(max(1.0 - s.facing * s.facing, 0.0));
+        vec3 lifted = s.position + s.normal * (texel * s.distance * (0.5 + 2.0 * slant) + 0.002);
+        vec4 at = viewToShadow * vec4(lifted, 1.0);
+        if (at.w <= 0.0)
             return 1.0;
+        float nearest = 1.0 / max(at.w * 0.999 - 0.002, 1e-3);
         vec2 size = vec2(textureSize(ShadowMap, 0));
-        vec2 at = (clip.xy / clip.w * vec2(0.5, -0.5) + 0.5) * size;
-        vec2 corner = floor(at - 0.5), part = fract(at - 0.5);
-        // A surface that the light grazes spans more depth within a texel.
-        float slope = 1.0 / max(dot(s.normal, s.toLight), 0.1);
-        float nearest = 1.0 / max(clip.w - 0.012 * slope - 0.002 * clip.w, 1e-3);
-        float light = 0.0;
-        for (int y = 0; y < 4; ++y)
-            for (int x = 0; x < 4; ++x)
-            {
-                ivec2 texel = clamp(ivec2(corner) + ivec2(x, y) - 1, ivec2(0), ivec2(size) - 1);
-                float wx = x == 0 ? 1.0 - part.x : x == 3 ? part.x : 1.0;
-                float wy = y == 0 ? 1.0 - part.y : y == 3 ? part.y : 1.0;
-                light += texelFetch(ShadowMap, texel, 0).r <= nearest ? wx * wy : 0.0;
-            }
-        return light / 9.0;
+        vec2 middle = at.xy / at.w * size; // in texels, counted from the centre of the first
+        vec2 part = fract(middle), corner = (middle - part) / size;
+
+        // Each look gathers a block of two by two texels: w and z are its upper row, x and y its lower.
+        vec2 block = 2.0 / size;
+        bvec4 a = lessThanEqual(textureGather(ShadowMap, corner), vec4(nearest));
+        bvec4 b = lessThanEqual(textureGather(ShadowMap, corner + vec2(block.x, 0.0)), vec4(nearest));
+        bvec4 c = lessThanEqual(textureGather(ShadowMap, corner + vec2(0.0, block.y)), vec4(nearest));
+        bvec4 d = lessThanEqual(textureGather(ShadowMap, corner + block), vec4(nearest));
+        vec4 rowWeights = vec4(1.0 - part.y, 1.0, 1.0, part.y);
+        vec4 columnWeights = vec4(1.0 - part.x, 1.0, 1.0, part.x);
+        vec4 row0 = vec4(a.wz, b.wz), row1 = vec4(a.xy, b.xy), row2 = vec4(c.wz, d.wz), row3 = vec4(c.xy, d.xy);
+        vec4 columns = row0 * rowWeights.x + row1 + row2 + row3 * rowWeights.w;
+        return dot(columns, columnWeights) / 9.0;
     }
 
     void main()
     {
         Surface s = surfaceInReach();
-        float strength = cone(s.toLight);
-        if (strength <= 0.0 || dot(s.normal, s.toLight) <= 0.0)
+        float strength = inCone(s.toLight, cone);
+        if (strength <= 0.0)
             discard;
         COLOR0 = arriving(s, strength * reach(s.distance) * unshadowed(s));
     }
@@ -155,7 +231,7 @@ technique SphereLight
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
         StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
-        VertexShader = volume;
+        VertexShader = sphereVolume;
         PixelShader = sphereLight;
     }
 }
@@ -167,7 +243,7 @@ technique SpotLight
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
         StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
-        VertexShader = volume;
+        VertexShader = coneVolume;
         PixelShader = spotLight;
     }
 }
@@ -179,7 +255,7 @@ technique SpotShadowsLight
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
         StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
-        VertexShader = volume;
+        VertexShader = shadowedConeVolume;
         PixelShader = spotShadowsLight;
     }
 }

@@ -9,6 +9,8 @@ float dissolveAmount = 0;                          // 0 shows the scene, 1 the c
 float4 dissolveColor = { 0, 0, 0, 1 };
 float time = 0;                                    // seconds of the level
 float insanityAmount = 0;                          // 0 sane; taken as 0 to 1
+float gamma = 2.2;                                 // of the screen; more shows more in the dark
+float antialiasing = 1;                            // 1 smooths edges, 0 leaves them
 
 // Projected pictures: a cube of side 1, projected along its z axis
 float4x4 modelToWorld = { 1, 0, 0, 0,  0, 1, 0, 0,  0, 0, 1, 0,  0, 0, 0, 1 };
@@ -54,19 +56,27 @@ glsl PixelShader
 
 VertexShader screen
 {
+    flat out vec4 rays;
+
     void main()
     {
         gl_Position = vec4(POSITION.xy, 0.0, 1.0);
+        rays = pixelRays();
     }
 }
 
 PixelShader combine
 {
-    const float exposure = 10.0;
+    flat in vec4 rays;
+
+    const float exposure = 4.5;
     const float occlusionRadius = 0.35; // metres
-    const vec2 looks[4] = vec2[](vec2(0.95, 0.12), vec2(-0.10, 0.72), vec2(-0.86, -0.16), vec2(0.06, -0.46));
-    /// Cosine and sine by which each pixel of a 2 x 2 block turns its looks, a quarter of the way from look to look.
-    const vec2 turns[4] = vec2[](vec2(1.0, 0.0), vec2(0.707, 0.707), vec2(0.924, 0.383), vec2(0.383, 0.924));
+    const vec2 lookDistances = vec2(0.95, -0.5); // in radii, ahead and back
+
+    vec3 positionAt(vec2 pixel, float depth)
+    {
+        return vec3((pixel + 0.5) * rays.xy + rays.zw, 1.0) * depth;
+    }
 
     /// Mean over the 2 x 2 block of pixels that is shaded together.
     float blockMean(float value)
@@ -82,41 +92,39 @@ PixelShader combine
         return fract(52.9829189 * fract(dot(pixel, vec2(0.06711056, 0.00583715))));
     }
 
-    /// How open a surface is to light from everywhere, from four depths around it and those of its block; 1 is open.
+    /// How open a surface is to light from everywhere, from two depths around it and those of its block; 1 is open.
     float openness(vec2 pixel, vec3 position, vec3 normal)
     {
         vec2 last = viewportPixels.xy + viewportPixels.zw - 1.0;
         float radius = min(occlusionRadius * viewToProjection[1][1] * 0.5 * viewportPixels.w / position.z,
                            viewportPixels.w * 0.1);
-        ivec2 place = ivec2(gl_FragCoord.xy) & 1;
-        vec2 turn = turns[place.x + 2 * place.y];
+        // The four pixels of a block look along four axes, and so all around together.
+        vec2 place = mod(floor(gl_FragCoord.xy), 2.0);
+        vec2 axis = mix(vec2(1.0 - place.x, place.x), vec2(0.707 - 1.414 * place.x, 0.707), place.y);
         radius *= 0.7 + 0.5 * spread(pixel); // else the few looks leave outlines of what stands in front
         float hidden = 0.0;
-        for (int i = 0; i < 4; ++i)
+        for (int i = 0; i < 2; ++i)
         {
-            vec2 look = vec2(looks[i].x * turn.x - looks[i].y * turn.y, looks[i].x * turn.y + looks[i].y * turn.x);
-            vec2 at = clamp(floor(pixel + look * radius + 0.5), viewportPixels.xy, last);
-            vec3 other = pixelRay(at) * unpackDepth(texelFetch(GBuffer2, ivec2(at), 0).ba);
-            vec3 offset = other - position;
+            vec2 at = clamp(floor(pixel + axis * (lookDistances[i] * radius) + 0.5), viewportPixels.xy, last);
+            vec3 offset = positionAt(at, unpackDepth(texelFetch(GBuffer2, ivec2(at), 0).ba)) - position;
             float squared = dot(offset, offset) + 1e-4;
             float above = max(dot(normal, offset) - 0.02 - 0.004 * position.z, 0.0) * inversesqrt(squared);
             hidden += above * clamp(1.0 - squared / (occlusionRadius * occlusionRadius * 4.0), 0.0, 1.0);
         }
-        return clamp(1.0 - blockMean(hidden) * 0.5, 0.0, 1.0);
+        return clamp(1.0 - blockMean(hidden), 0.0, 1.0);
     }
 
     /// Light from everywhere with some shape: more from above, more where the surface faces the eye, less in corners.
-    vec3 ambient(vec2 pixel, vec3 position, vec3 normal)
+    vec3 ambient(vec2 pixel, vec3 position, vec3 normal, float towardsEye)
     {
-        float up = dot(normal, vec3(worldToView[1]));
-        float sky = mix(0.62, 1.55, up * 0.5 + 0.5);
-        float facing = max(dot(normal, -normalize(position)), 0.0);
-        float eye = facing * facing * 1.6 / (1.0 + 0.05 * dot(position, position));
+        float up = dot(normal, vec3(worldToView[1])) * 0.5 + 0.5;
+        float eye = towardsEye * towardsEye / (1.0 + 0.05 * dot(position, position));
         float open = openness(pixel, position, normal);
-        vec3 cool = mix(vec3(1.02, 0.92, 0.88), vec3(0.90, 0.96, 1.18), up * 0.5 + 0.5);
-        return sceneAmbient.rgb * cool * (sky + eye) * open * open;
+        vec3 cool = mix(vec3(1.02, 0.92, 0.88), vec3(0.90, 0.96, 1.18), up);
+        return sceneAmbient.rgb * cool * (mix(0.62, 1.55, up) + eye) * (open * open);
     }
 
+    /// Linear light that a pixel of the scene sends to the eye.
     vec3 sceneLight(vec2 pixel)
     {
         vec4 packedSurface = texelFetch(GBuffer2, ivec2(pixel), 0);
@@ -124,30 +132,24 @@ PixelShader combine
         vec4 light = texelFetch(LBuffer, ivec2(pixel), 0);
         vec3 emitted = toLinear(texelFetch(GBuffer3, ivec2(pixel), 0).rgb);
         bool empty = packedSurface.b == 0.0;
-        vec3 position = pixelRay(pixel) * (empty ? camFar : unpackDepth(packedSurface.ba));
+        vec3 position = positionAt(pixel, empty ? camFar : unpackDepth(packedSurface.ba));
         vec3 normal = unpackNormal(packedSurface.rg);
+        float towardsEye = max(-dot(normal, normalize(position)), 0.0);
 
         // The highlight's buffer has no colour of its own; it takes most of the light's.
         vec3 tint = mix(vec3(1.0), light.rgb / max(max(light.r, max(light.g, light.b)), 1e-4), 0.7);
-        vec3 color = toLinear(material.rgb) * (ambient(pixel, position, normal) + light.rgb);
         // The eye's own faint light glints on what is polished.
-        float towardsEye = max(dot(normal, -normalize(position)), 0.0);
         float glint = towardsEye * towardsEye * towardsEye;
         glint *= glint * glint;
-        color += material.a * (tint * light.a + sceneAmbient.rgb * glint * 0.6);
-        return empty ? vec3(0.0) : color + emitted;
+        vec3 matt = toLinear(material.rgb) * (ambient(pixel, position, normal, towardsEye) + light.rgb);
+        vec3 shine = material.a * (tint * light.a + sceneAmbient.rgb * (0.6 * glint));
+        return empty ? vec3(0.0) : matt + shine + emitted;
     }
 
+    /// Film's answer to light: what lies in the dark stays apart, the middle gains contrast, white is never reached.
     vec3 filmic(vec3 x)
     {
-        return clamp(x * (2.51 * x + 0.03) / (x * (2.43 * x + 0.59) + 0.14), 0.0, 1.0);
-    }
-
-    /// The screen's encoding of linear light, by roots in place of a power; within half a step of eight bits.
-    vec3 toScreen(vec3 light)
-    {
-        vec3 root2 = sqrt(light), root4 = sqrt(root2), root8 = sqrt(root4);
-        return 0.662002687 * root2 + 0.684122060 * root4 - 0.323583601 * root8 - 0.0225411470 * light;
+        return x * (2.5 * x + 0.15) / (x * (2.5 * x + 0.75) + 0.14);
     }
 
     /// A wave from -1 to 1 with one swing for each unit, of parabolas.
@@ -163,14 +165,14 @@ PixelShader combine
         float edge = dot(fromCentre, fromCentre);
         vec2 sway = wave(time * vec2(0.21, 0.17) + fromCentre.yx * vec2(1.4, 1.1));
         vec2 breath = -fromCentre * (0.5 + 0.5 * wave(vec2(time * 0.33)).x) * 0.6;
-        vec2 moved = pixel + (sway * edge + breath * edge) * insanity * insanity * 0.03 * viewportPixels.w;
+        vec2 moved = pixel + (sway + breath) * (edge * insanity * insanity * 0.03 * viewportPixels.w);
         return clamp(floor(moved + 0.5), viewportPixels.xy, viewportPixels.xy + viewportPixels.zw - 1.0);
     }
 
     /// Colour drains away, the dark closes in from the edges, and a dull red pulse stays.
     vec3 drained(vec3 color, vec2 fromCentre, float insanity)
     {
-        float grey = dot(color, vec3(0.299, 0.587, 0.114));
+        float grey = dot(color, vec3(0.2126, 0.7152, 0.0722));
         float pulse = 0.5 + 0.5 * wave(vec2(time * 0.67)).x;
         vec3 sick = mix(vec3(grey), vec3(grey) * vec3(1.25, 0.85, 0.75), pulse * 0.5);
         float dark = smoothstep(0.15, 1.1, dot(fromCentre, fromCentre) * (1.0 + 0.25 * pulse));
@@ -181,8 +183,8 @@ PixelShader combine
     float dissolved(vec2 pixel)
     {
         vec2 at = pixel / viewportPixels.w;
-        float blotch = 0.8 * smoothNoise(at * 17.0) + 0.2 * hash(floor(at * 240.0));
-        return smoothstep(0.0, 1.0, (min(dissolveAmount, 1.0) * 1.35 - blotch) / 0.35);
+        float blotch = 0.62 * smoothNoise(at * 6.0) + 0.3 * smoothNoise(at * 19.0) + 0.08 * hash(pixel);
+        return smoothstep(0.0, 1.0, (min(dissolveAmount, 1.0) * 1.4 - blotch) / 0.4);
     }
 
     void main()
@@ -194,9 +196,8 @@ PixelShader combine
         vec3 color = sceneLight(insanity > 0.0 ? unsteady(pixel, fromCentre, insanity) : pixel);
         if (insanity > 0.0)
             color = drained(color, fromCentre, insanity);
-        color *= 1.0 - 0.16 * dot(fromCentre, fromCentre);
-        color = toScreen(filmic(color * exposure));
-
+        color *= exposure * (1.0 - 0.16 * dot(fromCentre, fromCentre));
+        color = pow(filmic(color), vec3(1.0 / gamma));
         if (dissolveAmount > 0.0)
             color = mix(color, dissolveColor.rgb, dissolved(pixel));
 
@@ -222,16 +223,32 @@ technique CombineTest
 VertexShader projector
 {
     flat out mat4 viewToModel;
+    flat out vec3 axis;    // view space, the way the picture is thrown
+    flat out vec2 extents; // of the picture, metres
     void main()
     {
-        viewToModel = inverse(modelToWorld) * viewToWorld;
-        gl_Position = viewToProjection * (worldToView * (modelToWorld * vec4(POSITION.xyz, 1.0)));
+        mat4 modelToView = worldToView * modelToWorld;
+        viewToModel = inverse(modelToView);
+        axis = normalize(modelToView[2].xyz);
+        extents = vec2(length(modelToView[0].xyz), length(modelToView[1].xyz));
+        gl_Position = viewToProjection * (modelToView * vec4(POSITION.xyz, 1.0));
     }
 }
 
 PixelShader projected
 {
     flat in mat4 viewToModel;
+    flat in vec3 axis;
+    flat in vec2 extents;
+
+    /// The picture's level at this depth; neighbouring pixels may lie on other surfaces and cannot tell.
+    float level(float depth)
+    {
+        float pixel = 2.0 * depth / (viewToProjection[1][1] * viewportPixels.w); // metres across
+        vec2 texels = pixel / extents * vec2(textureSize(diffuseMap, 0));
+        return log2(max(max(texels.x, texels.y), 1.0));
+    }
+
     void main()
     {
         vec4 stored = texelFetch(GBuffer2, ivec2(gl_FragCoord.xy), 0);
@@ -240,8 +257,8 @@ PixelShader projected
         if (stored.b == 0.0 || any(greaterThan(abs(inside), vec3(0.5))))
             discard;
         // Surfaces that turn away from the projector stay clean.
-        float facing = -normalize(mat3(viewToModel) * unpackNormal(stored.rg)).z;
-        vec4 picture = textureLod(diffuseMap, vec2(inside.x, -inside.y) + 0.5, 0.0);
+        float facing = -dot(axis, unpackNormal(stored.rg));
+        vec4 picture = textureLod(diffuseMap, vec2(inside.x, -inside.y) + 0.5, level(position.z));
         COLOR0 = vec4(picture.rgb, picture.a * decalAlpha * smoothstep(0.1, 0.4, facing));
     }
 }
@@ -260,28 +277,33 @@ technique Projective_texture
 
 // Dust
 
+// A mote brings the light that falls on it in the normal and its share of the common size in u.
+
 VertexShader particle
 {
-    out float fading;
+    out vec3 glow; // as on the screen: what the combination does is done by now
     void main()
     {
         vec4 viewPosition = worldToView * vec4(POSITION.xyz, 1.0);
         gl_Position = viewToProjection * viewPosition;
-        float size = particleSize * viewToProjection[1][1] * 0.5 * viewportPixels.w / max(viewPosition.z, 0.05);
-        gl_PointSize = max(size, 1.0);
-        // Smaller than a pixel means fainter; close to the eye it must not flash.
-        fading = min(size * size, 1.0) * smoothstep(0.1, 0.6, viewPosition.z);
+        float width = particleSize * TEXCOORD0.x * viewToProjection[1][1] * 0.5 * viewportPixels.w;
+        float size = width / max(viewPosition.z, 0.05); // pixels
+        gl_PointSize = clamp(size, 3.0, 48.0);
+        // Smaller than can be drawn means fainter, larger than that more blurred; close to the eye it must not flash.
+        float fading = min(size * 0.6, 1.0) * min(5.0 / size, 1.0) * smoothstep(0.15, 0.9, viewPosition.z);
+        vec3 light = NORMAL.xyz * particleColor.rgb * particleColor.a;
+        glow = (1.0 - exp(-5.0 * light)) * fading;
     }
 }
 
 PixelShader dust
 {
-    in float fading;
+    in vec3 glow;
     void main()
     {
         vec2 fromCentre = gl_PointCoord * 2.0 - 1.0;
-        float round = max(1.0 - dot(fromCentre, fromCentre), 0.0);
-        COLOR0 = vec4(particleColor.rgb * particleColor.a * fading * round, 0.0);
+        float soft = max(1.0 - dot(fromCentre, fromCentre), 0.0);
+        COLOR0 = vec4(glow * soft * soft, 0.0);
     }
 }
 

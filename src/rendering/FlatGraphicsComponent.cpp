@@ -5,26 +5,15 @@
 #include "engine/Entity.h"
 #include "engine/TransformComponent.h"
 
-namespace
-{
-
-const String &transformKey()
-{
-    static const String key = SCS("transform");
-    return key;
-}
-
-} // namespace
-
 float FlatGraphicsComponent::getWidth()
 {
-    const auto transform = handle_cast<TransformComponent>(getSibling(transformKey())).lookup();
+    const TransformComponent *transform = findTransform();
     return transform ? transform->getScale().x : 0.0f;
 }
 
 float FlatGraphicsComponent::getHeight()
 {
-    const auto transform = handle_cast<TransformComponent>(getSibling(transformKey())).lookup();
+    const TransformComponent *transform = findTransform();
     return transform ? transform->getScale().y : 0.0f;
 }
 
@@ -47,14 +36,15 @@ void FlatGraphicsComponent::setVerticalAnchorPoint(VerticalAnchor val)
 void FlatGraphicsComponent::updateTransformByWindowCoordinates(WindowCoordinate coord, Handle<Entity> relativeTo,
                                                                float depth)
 {
-    const auto transform = handle_cast<TransformComponent>(getSibling(transformKey())).lookup();
+    TransformComponent *transform = findTransform();
     if (!transform)
         return;
     const WindowCoordinate place =
         getSystemDeref<WindowSystem2>().convertWindowCoordinate(coord, WCS_NORMALIZED_NOWRAP, WCS_NORMALIZED_NOWRAP);
+    static const String transformKey = SCS("transform");
     Vec4 origin(0, 0, 0, 1);
     if (const auto base = relativeTo.lookup())
-        if (const auto baseTransform = handle_cast<TransformComponent>(base->getComponent(transformKey())).lookup())
+        if (const auto baseTransform = handle_cast<TransformComponent>(base->getComponent(transformKey)).lookup())
             origin = baseTransform->getPosition();
     transform->setPosition(Vec4(origin.x + place.x, origin.y + place.y, depth, 1));
 }

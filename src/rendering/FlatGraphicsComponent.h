@@ -36,8 +36,10 @@ public:
     virtual void onSetVerticalAnchorPoint(VerticalAnchor val);
 
     HorizontalAnchor getHorizontalAnchorPoint() const { return horizontalAnchorPoint; }
+    /// Stands the component on its position by its left, its middle or its right.
     void setHorizontalAnchorPoint(HorizontalAnchor val);
     VerticalAnchor getVerticalAnchorPoint() const { return verticalAnchorPoint; }
+    /// Stands the component on its position by its lower side, its middle or its upper one.
     void setVerticalAnchorPoint(VerticalAnchor val);
 
     /// Puts the entity's transform at a window coordinate.

@@ -3,7 +3,15 @@
 #include "rendering/GraphicsManager2.h"
 #include "rendering/RenderParams.h"
 
+#include "engine/Entity.h"
+#include "engine/TransformComponent.h"
+
 #include "foundation/Assertions.h"
+#include "foundation/Logger.h"
+#include "object/EnumText.h"
+#include "object/ObjectMap.h"
+
+#include <algorithm>
 
 void GraphicsComponent2::onLoadComplete()
 {
@@ -22,6 +30,12 @@ void GraphicsComponent2::onMurder()
     AbstractComponent::onMurder();
 }
 
+void GraphicsComponent2::onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent)
+{
+    objectChanges = 0;
+    AbstractComponent::onHierarchyChange(reparentedObject, newParent);
+}
+
 int GraphicsComponent2::objectGetInstanceCount()
 {
     return 1;
@@ -30,6 +44,11 @@ int GraphicsComponent2::objectGetInstanceCount()
 ErrorCode GraphicsComponent2::batchPreRender()
 {
     return ErrorCode::SUCCESS;
+}
+
+Vec4 GraphicsComponent2::getBoundingSphere()
+{
+    return Vec4(0, 0, 0, -1);
 }
 
 bool GraphicsComponent2::doBatchCompare(const Handle<GraphicsComponent2> &rhs) const
@@ -60,4 +79,26 @@ Handle<SceneGraph> GraphicsComponent2::getSceneGraph() const
 {
     const auto manager = handle_cast<GraphicsManager2>(getManager()).lookup();
     return manager ? manager->getSceneGraph() : Handle<SceneGraph>();
+}
+
+void GraphicsComponent2::expectLayer(std::initializer_list<SceneGraph::Layer> drawable) const
+{
+    if (layer >= SceneGraph::NUM_LAYERS || std::find(drawable.begin(), drawable.end(), layer) != drawable.end())
+        return;
+    const auto entity = getParent().lookup();
+    KV_LOGF(Logger_::I_ERROR, "%s of \"%s\" is in the layer %s and will not look right; its layer is %s.",
+            getType()->getName().toCString(), entity ? entity->getName().toCString() : "(no entity)",
+            enumToString(layer).toCString(), enumToString(*drawable.begin()).toCString());
+}
+
+TransformComponent *GraphicsComponent2::findTransform() const
+{
+    static const String transformKey = SCS("transform");
+    const std::uint64_t changes = ObjectMap().getChangeCount();
+    if (objectChanges == changes)
+        return transform;
+    const auto entity = handle_cast<Entity>(getParent()).lookup();
+    transform = entity ? handle_cast<TransformComponent>(entity->getComponent(transformKey)).lookup().ptr : nullptr;
+    objectChanges = changes;
+    return transform;
 }

@@ -6,7 +6,11 @@
 #include "engine/AbstractComponent.h"
 #include "engine/RequestHandle.h"
 
+#include <cstdint>
+#include <initializer_list>
+
 class BatchProxy;
+class TransformComponent;
 
 /// A drawn component, under the manager key "graphics2".
 ///
@@ -19,6 +23,7 @@ public:
     /// Enters the component in the scene graph of its manager; one without a layer is reported and not drawn.
     void onLoadComplete() override;
     void onMurder() override;
+    void onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent) override;
 
     /// What the batch that begins with this component needs: mesh, techniques by shader set, constants.
     virtual GraphicsSystem2::BatchRenderParams batchGetParams() = 0;
@@ -32,6 +37,10 @@ public:
     ///
     /// Without an override every component is a batch of its own, in the order of handles.
     virtual bool doBatchCompare(const Handle<GraphicsComponent2> &rhs) const;
+    /// Sphere around everything that is drawn of this component, so that a pass can leave out what it cannot show.
+    ///
+    /// World space: centre in x, y and z, radius in w, metres. A negative radius says that it is not known.
+    virtual Vec4 getBoundingSphere();
     /// Whether this component sorts before another: by class first, then by doBatchCompare. A dead one sorts first.
     bool batchCompare(const Handle<GraphicsComponent2> &rhs) const;
 
@@ -53,6 +62,12 @@ protected:
 
     /// The scene graph of this component's manager; invalid without one.
     Handle<SceneGraph> getSceneGraph() const;
+    /// Logs an error unless the component is in one of the layers that its class can be drawn in, or in none.
+    void expectLayer(std::initializer_list<SceneGraph::Layer> drawable) const;
+    /// The transform of this component's entity; null without one.
+    TransformComponent *findTransform() const;
+
+    bool missingTransformTold = false; ///< reported, and not found since: a frame later nothing has changed
 
 private:
     bool visible = true;
@@ -60,4 +75,9 @@ private:
     SceneGraph::Layer layer = SceneGraph::NUM_LAYERS; ///< NUM_LAYERS: not set yet
     RequestHandle lastRequest = 0;
     bool loaded = false; ///< set by onLoadComplete; a layer set before that enters nothing yet
+
+    /// The entity's transform, which drawing asks for in every pass; looked up again when any object was born or died,
+    /// or this one moved in the tree.
+    mutable TransformComponent *transform = nullptr;
+    mutable std::uint64_t objectChanges = 0; ///< births and deaths that it takes account of
 };

@@ -1,6 +1,7 @@
 #include "rendering/GraphicsManager2.h"
 
 #include "rendering/D3DPerfScopedEvent.h"
+#include "rendering/DebugDrawing.h"
 #include "rendering/GraphicsComponent2.h"
 #include "rendering/RenderParams.h"
 #include "rendering/ViewerComponent.h"
@@ -34,11 +35,13 @@ struct Names
     const String screen = SCS("screen");
     const String defaultSet = SCS("Default");
     const GraphicsSystem2::ShaderID combineShader{SCS("test.fx"), SCS("CombineTest")};
+    const GraphicsSystem2::ShaderID plainCombineShader{SCS("test.fx"), SCS("CombineSteps")};
     const String sceneAmbient = SCS("sceneAmbient");
     const String dissolveAmount = SCS("dissolveAmount");
     const String dissolveColor = SCS("dissolveColor");
     const String time = SCS("time");
     const String insanityAmount = SCS("insanityAmount");
+    const String gamma = SCS("gamma");
 };
 
 const Names &names()
@@ -76,6 +79,8 @@ void GraphicsManager2::doFrame()
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
     if (!graphics.deviceIsReady())
         return;
+    if (const auto level = getAncestorOfType<Coordinator>().lookup())
+        provideDebugDrawing(*level);
     if (!cameraStack.empty())
         graphics.setLastFrameCamera(getCurrentCamera());
 
@@ -264,11 +269,15 @@ ErrorCode GraphicsManager2::postProcessWorld()
     params.bind(names().gBuffer3, names().gBuffer3);
     params.bind(names().lBuffer, names().lBuffer);
     params.bindTarget(names().screen);
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());
 
     const float ambient = sceneAmbient * 0.1f;
     GraphicsSystem2::BatchRenderParams batch;
-    batch.mesh = getSystemDeref<GraphicsSystem2>().getFullScreenQuad();
-    batch.shaders.insert(names().defaultSet, names().combineShader);
+    batch.mesh = graphics.getFullScreenQuad();
+    // Two techniques: where software draws, both sides of a shader's branch are paid for.
+    batch.shaders.insert(names().defaultSet,
+                         graphics.getAntialiasing() ? names().combineShader : names().plainCombineShader);
     batch.shaderConstants.emplace_back(names().sceneAmbient, Vec4(ambient, ambient, sceneAmbient * 0.08f, ambient));
     batch.shaderConstants.emplace_back(names().dissolveAmount, dissolveAmount);
     batch.shaderConstants.emplace_back(names().dissolveColor, dissolveColor);

@@ -31,6 +31,10 @@ public:
     explicit GraphicsUploader(GraphicsSystem2 &graphics_) : graphics(graphics_) {}
 
     ErrorCode uploadTexture(Handle<TextureAsset> texture) override { return graphics.uploadTexture(texture); }
+    ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image) override
+    {
+        return graphics.uploadCoverage(texture, image);
+    }
     ErrorCode uploadMesh(Handle<MeshAsset> mesh) override { return graphics.uploadMesh(mesh); }
 
 private:
@@ -114,7 +118,12 @@ ErrorCode GraphicsSystem2::endFrame()
         device->SetStreamSource(stream, nullptr, 0, 0);
     }
     if (showAntTweakBar)
+    {
+        // The bars lie above this folder, and start with the first frame that shows them.
+        static const String bars = SCS("TweakSystem");
+        getSystem(bars);
         TwDraw();
+    }
     return dxCall(device->EndScene());
 }
 
@@ -200,6 +209,46 @@ void GraphicsSystem2::setRenderScale(float val)
     renderScale = scale;
     if (deviceIsReady())
         resetDevice().ignoreError(); // a failure leaves the device lost, and beginFrame goes on from there
+}
+
+void GraphicsSystem2::setGamma(float val)
+{
+    gamma = std::isfinite(val) ? std::clamp(val, 1.0f, 4.0f) : 2.2f;
+}
+
+int GraphicsSystem2::getDrawCallCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).draws);
+}
+
+int GraphicsSystem2::getInstanceCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).instances);
+}
+
+int GraphicsSystem2::getTriangleCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).triangles);
+}
+
+int GraphicsSystem2::getStateChangeCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).stateChanges);
+}
+
+int GraphicsSystem2::getTargetChangeCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).targetChanges);
+}
+
+int GraphicsSystem2::getClearCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).clears);
+}
+
+int GraphicsSystem2::getUploadCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).uploads);
 }
 
 IDirect3DDevice9 *GraphicsSystem2::replaceDevice(IDirect3DDevice9 *other)

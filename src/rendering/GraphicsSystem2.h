@@ -25,6 +25,7 @@ class MeshAsset;
 class SceneGraph;
 class ShaderAsset;
 class TextureAsset;
+struct CoverageImage;
 struct IDirect3DDevice9;
 struct IDirect3DIndexBuffer9;
 struct IDirect3DSurface9;
@@ -76,6 +77,7 @@ public:
         unsigned maxVertexSize = 0;               ///< bytes of the vertex buffer as created
         unsigned maxIndexSize = 0;                ///< bytes of the index buffer as created
         MeshChunkHeader meshHeader = {};          ///< describes the present contents
+        Vec4 sphere = Vec4(0, 0, 0, -1);          ///< around its vertices: centre and, in w, radius
     };
 
     GraphicsSystem2();
@@ -123,6 +125,10 @@ public:
 
     /// Reads a texture's file into the device; ends in the asset's onUploadComplete.
     ErrorCode uploadTexture(Handle<TextureAsset> texture);
+    /// Copies the changed part of an image that code made to the device; ends in the asset's onUploadComplete.
+    ///
+    /// All of it goes there the first time and after a change of size.
+    ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image);
     /// Copies a mesh to the device; ends in the asset's onUploadComplete.
     ///
     /// Buffers that are big enough are used again. A mesh that cannot be drawn (an index beyond its vertices, a type
@@ -132,6 +138,8 @@ public:
     ErrorCode uploadShader(Handle<ShaderAsset> shader);
     /// The device's copy of a mesh; UNKNOWN_KEY if there is none (yet).
     ErrorReturn<MeshData> getMeshData(const Handle<MeshAsset> &mesh);
+    /// Sphere around a mesh's vertices, in model space: centre, and radius in w; a radius below 0 for an unknown mesh.
+    Vec4 getMeshSphere(const Handle<MeshAsset> &mesh) const;
     /// The device's texture, borrowed; null if there is none (yet).
     IDirect3DTexture9 *getTexturePtr(const Handle<TextureAsset> &texture);
 
@@ -162,9 +170,34 @@ public:
     /// Takes effect at once, by a reset of the device.
     void setRenderScale(float val);
 
+    float getGamma() const { return gamma; }
+    /// How the screen's brightness follows its values, as an exponent kept within 1 to 4; more shows more in the dark.
+    void setGamma(float val);
+
+    bool getAntialiasing() const { return antialiasing; }
+    /// Whether the stair-steps along outlines are smoothed, by default so; surfaces and texts stay as they are.
+    ///
+    /// Where software draws, a frame without takes a good deal less time.
+    void setAntialiasing(bool val) { antialiasing = val; }
+
     /// Size of the back buffer in pixels: the window's size times the render scale.
     int getBackBufferWidth() const { return backBufferWidth; }
     int getBackBufferHeight() const { return backBufferHeight; }
+
+    /// Draw calls of the last presented frame.
+    int getDrawCallCount() const;
+    /// Instances that the last presented frame's draw calls drew, a plain draw counting as one.
+    int getInstanceCount() const;
+    /// Triangles of the last presented frame, over all instances.
+    int getTriangleCount() const;
+    /// Calls of the last presented frame that changed the driver's state; those that change nothing are left out.
+    int getStateChangeCount() const;
+    /// Switches of the last presented frame to another set of render targets.
+    int getTargetChangeCount() const;
+    /// Clears of the last presented frame.
+    int getClearCount() const;
+    /// Writes of the last presented frame into buffers and textures.
+    int getUploadCount() const;
 
     /// Draws one pass of the technique that has begun.
     ///
@@ -251,6 +284,8 @@ private:
     mutable D3DVertexDeclarationMap d3dVertexDeclarations;
 
     float renderScale = 1.0f;
+    float gamma = 2.2f; ///< exponent, as most screens have it
+    bool antialiasing = true;
     int backBufferWidth = 0;  ///< pixels
     int backBufferHeight = 0; ///< pixels
     String screenshotFile;    ///< where the next present writes the frame; empty for nowhere

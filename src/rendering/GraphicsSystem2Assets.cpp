@@ -3,6 +3,7 @@
 
 #include "rendering/D3DPerfScopedEvent.h"
 
+#include "assets/AssetUploader.h"
 #include "assets/MeshAsset.h"
 #include "assets/ShaderAsset.h"
 #include "assets/TextureAsset.h"
@@ -12,6 +13,10 @@
 #include "port/d3d9/d3d9.h"
 #include "port/d3dx9/d3dx9tex.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace
@@ -63,6 +68,64 @@ ErrorCode checkDrawable(const MeshAsset &asset)
               result.getCode() == ErrorCode::OUT_OF_BOUNDS ? "an index lies beyond its vertices."
                                                            : "its primitive or vertex type is none that is drawn.");
     return result;
+}
+
+/// Sphere about the middle of the box around some vertices; its radius is below 0 where there are none.
+Vec4 sphereAround(const Mesh::VertexBufferType &vertices)
+{
+    if (vertices.empty())
+        return Vec4(0, 0, 0, -1);
+    MeshVector3 low = vertices.front().position, high = low;
+    for (const DefaultMeshVertex &vertex : vertices)
+    {
+        const MeshVector3 &p = vertex.position;
+        low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
+        high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};
+    }
+    Vec4 sphere((low.x + high.x) / 2, (low.y + high.y) / 2, (low.z + high.z) / 2, 0);
+    for (const DefaultMeshVertex &vertex : vertices)
+    {
+        const MeshVector3 &p = vertex.position;
+        sphere.w = std::max(sphere.w, std::hypot(p.x - sphere.x, p.y - sphere.y, p.z - sphere.z));
+    }
+    return sphere;
+}
+
+bool hasSize(IDirect3DTexture9 &texture, int width, int height)
+{
+    D3DSURFACE_DESC description = {};
+    return SUCCEEDED(texture.GetLevelDesc(0, &description)) && description.Width == static_cast<UINT>(width) &&
+           description.Height == static_cast<UINT>(height);
+}
+
+/// Replaces a texture, or none, by an empty one of an image's size.
+ErrorCode makeCoverageTexture(IDirect3DDevice9 *device, const CoverageImage &image, IDirect3DTexture9 *&texture)
+{
+    if (texture)
+        texture->Release();
+    texture = nullptr;
+    return verified(D3DXCreateTexture(device, static_cast<UINT>(image.width), static_cast<UINT>(image.height), 1, 0,
+                                      D3DFMT_A8L8, D3DPOOL_MANAGED, &texture),
+                    "Could not create texture.");
+}
+
+ErrorCode copyCoverage(IDirect3DTexture9 &texture, const CoverageImage &image, const PixelRectangle &part)
+{
+    constexpr std::uint16_t white = 0xFF;
+    const RECT region{part.left, part.top, part.right, part.bottom};
+    D3DLOCKED_RECT locked = {};
+    const ErrorCode result = verified(texture.LockRect(0, &locked, &region, 0), "Could not lock texture to load data.");
+    if (!result.succeeded())
+        return result;
+    for (int y = part.top; y < part.bottom; ++y)
+    {
+        const std::uint8_t *from = image.rows + std::ptrdiff_t(y) * image.width + part.left;
+        auto *to = reinterpret_cast<std::uint16_t *>(static_cast<std::byte *>(locked.pBits) +
+                                                     std::ptrdiff_t(y - part.top) * locked.Pitch);
+        std::transform(from, from + (part.right - part.left), to,
+                       [](std::uint8_t coverage) { return static_cast<std::uint16_t>(white | coverage << 8); });
+    }
+    return verified(texture.UnlockRect(0), "Could not unlock texture.");
 }
 
 template <class Cache>
@@ -127,6 +190,7 @@ ErrorCode GraphicsSystem2::copyToDevice(const Handle<MeshAsset> &asset, const Me
         releaseDeadAssets();
     MeshData &data = staticMeshes[asset];
     data.meshHeader = mesh.getChunkHeader();
+    data.sphere = sphereAround(mesh.getVertexBufferData());
     ErrorCode result = fillBuffer(data.vertices, data.maxVertexSize, mesh.getVertexBufferData().data(),
                                   data.meshHeader.totalVertexSize);
     if (result.succeeded())
@@ -172,6 +236,27 @@ ErrorCode GraphicsSystem2::uploadTexture(Handle<TextureAsset> texture)
     return result;
 }
 
+ErrorCode GraphicsSystem2::uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image)
+{
+    const auto asset = texture.lookup();
+    if (!asset)
+        return ErrorCode::BAD_HANDLE;
+    ErrorCode result = ErrorCode::LOST_ASSET;
+    if (device)
+    {
+        IDirect3DTexture9 *&entry = staticTextures[texture];
+        const bool fits = entry && hasSize(*entry, image.width, image.height);
+        const PixelRectangle whole{0, 0, image.width, image.height};
+        result = fits ? ErrorCode(ErrorCode::SUCCESS) : makeCoverageTexture(device, image, entry);
+        if (result.succeeded())
+            result = copyCoverage(*entry, image, fits ? image.changed : whole);
+        if (!entry)
+            staticTextures.erase(texture);
+    }
+    asset->onUploadComplete(result);
+    return result;
+}
+
 ErrorCode GraphicsSystem2::uploadShader(Handle<ShaderAsset> shader)
 {
     return ErrorCode::NOT_IMPLEMENTED;
@@ -183,6 +268,12 @@ ErrorReturn<GraphicsSystem2::MeshData> GraphicsSystem2::getMeshData(const Handle
     if (data == staticMeshes.end())
         return ErrorCode(ErrorCode::UNKNOWN_KEY);
     return data->second;
+}
+
+Vec4 GraphicsSystem2::getMeshSphere(const Handle<MeshAsset> &mesh) const
+{
+    const auto data = staticMeshes.find(mesh);
+    return data == staticMeshes.end() ? Vec4(0, 0, 0, -1) : data->second.sphere;
 }
 
 IDirect3DTexture9 *GraphicsSystem2::getTexturePtr(const Handle<TextureAsset> &texture)

@@ -102,6 +102,8 @@ void GraphicsSystem2::releaseDevice()
         releaseAndForget(declaration);
     d3dVertexDeclarations.clear();
     releaseInstanceBuffer();
+    if (device)
+        TwTerminate();
     releaseAndForget(device);
     deviceIsLost = true;
 }

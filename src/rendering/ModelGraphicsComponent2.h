@@ -2,9 +2,9 @@
 #pragma once
 
 #include "rendering/GraphicsComponent2.h"
+#include "rendering/SurfaceTextures.h"
 
 class MeshAsset;
-class TextureAsset;
 
 /// A drawn model: one mesh, and a diffuse, normal, emissive and specular map.
 ///
@@ -22,6 +22,7 @@ public:
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     void objectDraw(BatchProxy &batch) override;
     bool doBatchCompare(const Handle<GraphicsComponent2> &rhs) const override;
+    Vec4 getBoundingSphere() override;
 
     Handle<MeshAsset> getMesh() const { return mesh; }
     /// Draws another mesh from now on.
@@ -30,47 +31,39 @@ public:
     /// Name of the model file, without folder and extension.
     void setMeshName(const String &val);
 
-    Handle<TextureAsset> getTexture() const { return texture; }
+    Handle<TextureAsset> getTexture() const { return surface.texture; }
     /// Diffuse map.
-    void setTexture(Handle<TextureAsset> val) { texture = val; }
-    String getTextureName() const { return textureName; }
+    void setTexture(Handle<TextureAsset> val) { surface.texture = val; }
+    String getTextureName() const { return surface.textureName; }
     /// File name of the diffuse map, with extension.
-    void setTextureName(const String &val);
+    void setTextureName(const String &val) { surface.setTextureName(val); }
 
-    Handle<TextureAsset> getNormalTexture() const { return normalTexture; }
+    Handle<TextureAsset> getNormalTexture() const { return surface.normalTexture; }
     /// Normal map, in tangent space.
-    void setNormalTexture(Handle<TextureAsset> val) { normalTexture = val; }
-    String getNormalTextureName() const { return normalTextureName; }
+    void setNormalTexture(Handle<TextureAsset> val) { surface.normalTexture = val; }
+    String getNormalTextureName() const { return surface.normalTextureName; }
     /// File name of the normal map, with extension; "flatNormal.dds" where none is given.
-    void setNormalTextureName(const String &val);
+    void setNormalTextureName(const String &val) { surface.setNormalTextureName(val); }
 
-    Handle<TextureAsset> getEmissiveTexture() const { return emissiveTexture; }
+    Handle<TextureAsset> getEmissiveTexture() const { return surface.emissiveTexture; }
     /// Light that the surface gives off by itself.
-    void setEmissiveTexture(Handle<TextureAsset> val) { emissiveTexture = val; }
-    String getEmissiveTextureName() const { return emissiveTextureName; }
+    void setEmissiveTexture(Handle<TextureAsset> val) { surface.emissiveTexture = val; }
+    String getEmissiveTextureName() const { return surface.emissiveTextureName; }
     /// File name of the emissive map, with extension; "black.dds" where none is given.
-    void setEmissiveTextureName(const String &val);
+    void setEmissiveTextureName(const String &val) { surface.setEmissiveTextureName(val); }
 
-    Handle<TextureAsset> getSpecularTexture() const { return specularTexture; }
+    Handle<TextureAsset> getSpecularTexture() const { return surface.specularTexture; }
     /// Colour and strength of highlights.
-    void setSpecularTexture(Handle<TextureAsset> val) { specularTexture = val; }
-    String getSpecularTextureName() const { return specularTextureName; }
+    void setSpecularTexture(Handle<TextureAsset> val) { surface.specularTexture = val; }
+    String getSpecularTextureName() const { return surface.specularTextureName; }
     /// File name of the specular map, with extension; "black.dds" where none is given.
-    void setSpecularTextureName(const String &val);
+    void setSpecularTextureName(const String &val) { surface.setSpecularTextureName(val); }
 
 private:
     void requestMesh();
 
     Handle<MeshAsset> mesh;
     String meshName;
-    Handle<TextureAsset> texture;
-    String textureName;
-    Handle<TextureAsset> normalTexture;
-    String normalTextureName;
-    Handle<TextureAsset> emissiveTexture;
-    String emissiveTextureName;
-    Handle<TextureAsset> specularTexture;
-    String specularTextureName;
-    bool missingTransformTold = false; ///< reported, and not found since
-    bool loaded = false;               ///< from onLoadComplete on, a new name requests its asset at once
+    SurfaceTextures surface;
+    bool loaded = false; ///< from onLoadComplete on, a new name requests its asset at once
 };

@@ -73,6 +73,12 @@ int SceneGraph::getLayerSize(Layer layer) const
     return isLayer(layer) ? static_cast<int>(layers[layer].size()) : 0;
 }
 
+const SceneGraph::LayerComponentList &SceneGraph::getLayerComponents(Layer layer) const
+{
+    static const LayerComponentList none;
+    return isLayer(layer) ? layers[layer] : none;
+}
+
 ErrorCode SceneGraph::render(const GraphicsSystem2::SceneRenderParams &params)
 {
     KV_CRITICAL_ASSERT(isLayer(params.layer), "SceneGraph::render called for layer %i, which is none.",
@@ -81,6 +87,8 @@ ErrorCode SceneGraph::render(const GraphicsSystem2::SceneRenderParams &params)
     ErrorCode result = clearBuffers(params);
     if (!result.succeeded())
         return result;
+    if (layers[params.layer].empty())
+        return result; // nothing of this layer can be found, in a grid neither
     ScratchScope lists(*this);
     if (!isCulled(params.layer))
     {
@@ -129,8 +137,7 @@ ErrorCode SceneGraph::sortListIntoBatchesAndRender(LayerComponentList &objects,
     return renderSortedBatches(objects, params);
 }
 
-ErrorCode SceneGraph::renderSortedBatches(const LayerComponentList &objects,
-                                          const GraphicsSystem2::SceneRenderParams &params)
+ErrorCode SceneGraph::renderSortedBatches(LayerComponentList &objects, const GraphicsSystem2::SceneRenderParams &params)
 {
     for (std::size_t begin = 0, end = 0; begin < objects.size(); begin = end)
     {
@@ -138,6 +145,8 @@ ErrorCode SceneGraph::renderSortedBatches(const LayerComponentList &objects,
         // In a sorted list, what the first one does not sort before is equivalent to it.
         for (end = begin + 1; end < objects.size() && first && !first->batchCompare(objects[end]);)
             ++end;
+        // Where two of them meet at one depth, the picture must not change with what else was found.
+        std::sort(objects.data() + begin, objects.data() + end);
         const ErrorCode result = renderBatch(params, objects.data() + begin, objects.data() + end);
         if (!result.succeeded())
             return result;

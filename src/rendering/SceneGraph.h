@@ -3,6 +3,8 @@
 
 #include "rendering/GraphicsSystem2.h"
 
+#include "physics/VolumeListGrid.h"
+
 #include "engine/RequestHandle.h"
 
 #include "foundation/ErrorCode.h"
@@ -57,6 +59,9 @@ public:
 
     /// Count of components in a layer's list; 0 for a number that is no layer.
     int getLayerSize(Layer layer) const;
+    /// The components in a layer's list, in no promised order; borrowed until one enters or leaves. None for a number
+    /// that is no layer.
+    const LayerComponentList &getLayerComponents(Layer layer) const;
 
 private:
     friend struct SceneGraphTestAccess;
@@ -78,7 +83,7 @@ private:
     static void sortBatches(LayerComponentList &objects);
     ErrorCode sortListIntoBatchesAndRender(LayerComponentList &objects,
                                            const GraphicsSystem2::SceneRenderParams &params);
-    ErrorCode renderSortedBatches(const LayerComponentList &objects, const GraphicsSystem2::SceneRenderParams &params);
+    ErrorCode renderSortedBatches(LayerComponentList &objects, const GraphicsSystem2::SceneRenderParams &params);
     ErrorCode renderBatch(const GraphicsSystem2::SceneRenderParams &params, const Handle<GraphicsComponent2> *begin,
                           const Handle<GraphicsComponent2> *end);
     ErrorCode drawBatch(const GraphicsSystem2::SceneRenderParams &params, GraphicsComponent2 &first,
@@ -89,9 +94,10 @@ private:
                          int instanceCount);
 
     ErrorCode collectVisibleObjects(const GraphicsSystem2::SceneRenderParams &params, Scratch &lists);
+    void leaveOutUnseen(const GraphicsSystem2::SceneRenderParams &params, LayerComponentList &objectsToDraw);
     ErrorCode collectVisibleObjectsInMap(MapRootEntity &map, Scratch &lists, RequestHandle request, Layer layer);
-    void collectObjectsFromGridVolumeList(const std::vector<Handle<Entity>> &owners, LayerComponentList &objectsToDraw,
-                                          RequestHandle request, Layer layer);
+    void collectObjectsFromGridVolumeList(VolumeList volumes, LayerComponentList &objectsToDraw, RequestHandle request,
+                                          Layer layer);
 
     std::vector<Vec4> calcFrustumPoints(const Handle<Entity> &viewer);
     std::vector<Vec4> calcFarFrustumPoints(const Handle<Entity> &viewer);

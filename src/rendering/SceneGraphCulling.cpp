@@ -4,15 +4,21 @@
 #include "rendering/GraphicsComponent2.h"
 #include "rendering/RenderParams.h"
 #include "rendering/SceneGraphScratch.h"
+#include "rendering/ViewVolume.h"
 #include "rendering/ViewerComponent.h"
 #include "rendering/WholeWindow.h"
 
 #include "engine/Coordinator.h"
 #include "engine/Entity.h"
 #include "engine/MapRootEntity.h"
+#include "engine/TransformComponent.h"
+#include "physics/BoundingVolume.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/ProfilerScope.h"
+#include "foundation/precompile.h"
+
+#include <cmath>
 
 namespace
 {
@@ -27,13 +33,26 @@ ViewerComponent *findViewer(const Handle<Entity> &hViewer)
     return viewer ? &*viewer : nullptr;
 }
 
-IVisibilitySource *findGrid(MapRootEntity &map)
+/// Whose volume it is: the entity it stands beside, or for a dummy the one that has the dummy's entity as a child.
+Entity *findOwner(const BoundingVolume &volume)
 {
-    static const String gridEntity = SCS(".MapData_partitioningGrid");
-    static const String gridKey = SCS("partitioning");
-    const auto entity = map.getChild(gridEntity).lookup();
-    const auto grid = entity ? entity->getChild(gridKey).lookup() : Handle<Object>::Result{};
-    return grid ? dynamic_cast<IVisibilitySource *>(&*grid) : nullptr;
+    auto owner = volume.getParent();
+    if (volume.getIsPartitioningDummy())
+    {
+        const auto helper = owner.lookup();
+        owner = helper ? helper->getParent() : Handle<Object>();
+    }
+    return handle_cast<Entity>(owner).lookup().ptr;
+}
+
+/// Leaves of a shadow map's view the cone of its light, and around it what the soft edge of a shadow looks at.
+void narrowToLight(ViewVolume &volume, const Matrix4 &worldToView, float coneAngle)
+{
+    constexpr float edge = 5; // texels in the middle of the map: a look-up's lift off its surface, and its width
+    const auto height = static_cast<float>(getSystemDeref<GraphicsSystem2>().getBackBufferHeight());
+    const float halfAngle = coneAngle + edge * 2 * std::tan(coneAngle) / height;
+    if (coneAngle < static_cast<float>(PI) / 2 && halfAngle < static_cast<float>(PI) / 2)
+        volume.narrowToCone(worldToView, halfAngle);
 }
 
 } // namespace
@@ -77,7 +96,34 @@ ErrorCode SceneGraph::collectVisibleObjects(const GraphicsSystem2::SceneRenderPa
         if (!result.succeeded())
             return result;
     }
+    leaveOutUnseen(params, lists.objectsToDraw);
     return ErrorCode::SUCCESS;
+}
+
+/// The grid knows of footprints only: above, below and beside what a viewer sees there is more, and less than a third
+/// of a shadow map's casters may lie in the cone of its light.
+void SceneGraph::leaveOutUnseen(const GraphicsSystem2::SceneRenderParams &params, LayerComponentList &objectsToDraw)
+{
+    static const String shadowSet = SCS("Shadow");
+    static const String transformKey = SCS("transform");
+    typedef TransformComponent T;
+    ViewerComponent *viewer = findViewer(params.viewer);
+    const auto entity = params.viewer.lookup();
+    const auto transform =
+        handle_cast<T>(entity ? entity->getComponent(transformKey) : Handle<AbstractComponent>()).lookup();
+    if (!viewer || !transform)
+        return;
+    const WindowCoordinate size = getWholeWindow();
+    const Matrix4 worldToView = transform->getCameraMatrix(T::INTO_WORLD_SPACE | T::INVERT | T::OMIT_SCALE);
+    ViewVolume volume(worldToView, viewer->getProjectionMatrix(size.x, size.y));
+    if (params.shaderSet == shadowSet && viewer->getProjectionType() == ViewerComponent::PERSPECTIVE)
+        narrowToLight(volume, worldToView, std::fabs(viewer->getVerticalFieldOfViewAngle()) / 2);
+    std::erase_if(objectsToDraw,
+                  [&volume](const Handle<GraphicsComponent2> &component)
+                  {
+                      const Vec4 sphere = component.lookup()->getBoundingSphere();
+                      return sphere.w >= 0.0f && volume.excludes(sphere, sphere.w);
+                  });
 }
 
 ErrorCode SceneGraph::collectVisibleObjectsInMap(MapRootEntity &map, Scratch &lists, RequestHandle request, Layer layer)
@@ -86,7 +132,7 @@ ErrorCode SceneGraph::collectVisibleObjectsInMap(MapRootEntity &map, Scratch &li
     static const String rasterizeSection = SCS("rasterize");
     static const String collectionSection = SCS("collection");
     const ProfilerScope scope(category, String());
-    IVisibilitySource *grid = findGrid(map);
+    const auto grid = PartitioningGrid::ofMap(getHandle(&map)).lookup();
     if (!grid)
         return ErrorCode::SUCCESS;
 
@@ -100,20 +146,24 @@ ErrorCode SceneGraph::collectVisibleObjectsInMap(MapRootEntity &map, Scratch &li
     const ProfilerScope section(category, collectionSection);
     for (const Vec4 &cell : lists.cells)
     {
-        lists.owners.clear();
-        grid->collectOwners(static_cast<int>(cell.x), static_cast<int>(cell.z), request, lists.owners);
-        collectObjectsFromGridVolumeList(lists.owners, lists.objectsToDraw, request, layer);
+        const int x = static_cast<int>(cell.x), z = static_cast<int>(cell.z);
+        collectObjectsFromGridVolumeList(grid->getGridCellList(x, z), lists.objectsToDraw, request, layer);
+        collectObjectsFromGridVolumeList(grid->getStaticGridCellList(x, z), lists.objectsToDraw, request, layer);
     }
     return ErrorCode::SUCCESS;
 }
 
-void SceneGraph::collectObjectsFromGridVolumeList(const std::vector<Handle<Entity>> &owners,
-                                                  LayerComponentList &objectsToDraw, RequestHandle request, Layer layer)
+void SceneGraph::collectObjectsFromGridVolumeList(VolumeList volumes, LayerComponentList &objectsToDraw,
+                                                  RequestHandle request, Layer layer)
 {
     static const String graphicsKey = SCS("graphics2");
-    for (const Handle<Entity> &hOwner : owners)
+    for (const Handle<BoundingVolume> &hVolume : volumes)
     {
-        const auto owner = hOwner.lookup();
+        const auto volume = hVolume.lookup();
+        if (!volume || volume->getLastRequest() == request)
+            continue;
+        volume->setLastRequest(request);
+        Entity *const owner = findOwner(*volume);
         if (!owner)
             continue;
         const auto hComponent = handle_cast<GraphicsComponent2>(owner->getComponent(graphicsKey));

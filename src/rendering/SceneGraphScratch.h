@@ -3,15 +3,14 @@
 
 #include "rendering/SceneGraph.h"
 
-#include "engine/VisibilitySource.h"
+#include "physics/PartitioningGrid.h"
 
 /// What one pass collects while it runs.
 struct SceneGraph::Scratch
 {
     LayerComponentList objectsToDraw;
     std::vector<Vec4> hullTriangles; ///< world space, three points a triangle
-    IVisibilitySource::GridCellAddressList cells;
-    std::vector<Handle<Entity>> owners;
+    PartitioningGrid::GridCellAddressList cells;
 };
 
 /// Working lists for the duration of one pass; a pass inside a pass gets its own.
@@ -26,7 +25,6 @@ public:
         lists->objectsToDraw.clear();
         lists->hullTriangles.clear();
         lists->cells.clear();
-        lists->owners.clear();
     }
     ~ScratchScope() { --sceneGraph.scratchDepth; }
 

@@ -52,7 +52,9 @@ public:
     Unprojector(ViewerComponent &viewer, float width, float height)
     {
         TransformComponent *transform = viewer.getTransform();
-        KV_VERIFY(transform, "The viewer %s has no transform sibling.", viewer.getName().toCString());
+        KV_VERIFY(transform || viewer.missingTransformTold, "The viewer of %s has no transform sibling.",
+                  viewer.getParent().toString().toCString());
+        viewer.missingTransformTold = !transform;
         usable = transform != nullptr;
         if (!usable)
             return;
@@ -125,16 +127,19 @@ Vec4 ViewerComponent::unProject(const Vec4 &screenPoint, float screenWidth, floa
     return Unprojector(*this, screenWidth, screenHeight).fromClip(clipPoint);
 }
 
-std::vector<Vec4> ViewerComponent::calcFrustumPoints(float width, float height)
+std::array<Vec4, 8> ViewerComponent::findFrustumCorners(float width, float height)
 {
     const Unprojector unprojector(*this, width, height);
-    std::vector<Vec4> points;
-    points.reserve(8);
-    for (const float z : {0.0f, 1.0f})
-        for (const float y : {-1.0f, 1.0f})
-            for (const float x : {-1.0f, 1.0f})
-                points.push_back(unprojector.fromClip(Vec4(x, y, z, 1)));
-    return points;
+    std::array<Vec4, 8> corners;
+    for (unsigned i = 0; i < corners.size(); ++i)
+        corners[i] = unprojector.fromClip(Vec4(i & 1 ? 1.0f : -1.0f, i & 2 ? 1.0f : -1.0f, i & 4 ? 1.0f : 0.0f, 1));
+    return corners;
+}
+
+std::vector<Vec4> ViewerComponent::calcFrustumPoints(float width, float height)
+{
+    const std::array<Vec4, 8> corners = findFrustumCorners(width, height);
+    return std::vector<Vec4>(corners.begin(), corners.end());
 }
 
 std::vector<Vec4> ViewerComponent::calcFarFrustumPoints(float width, float height)
@@ -158,11 +163,8 @@ void ViewerComponent::collectGroundRectangle(float width, float height, std::vec
 {
     constexpr float infinity = std::numeric_limits<float>::infinity();
     float minX = infinity, minZ = infinity, maxX = -infinity, maxZ = -infinity;
-    const Unprojector unprojector(*this, width, height);
-    for (int corner = 0; corner < 8; ++corner)
+    for (const Vec4 &point : findFrustumCorners(width, height))
     {
-        const Vec4 point = unprojector.fromClip(
-            Vec4(corner & 1 ? 1.0f : -1.0f, corner & 2 ? 1.0f : -1.0f, corner & 4 ? 1.0f : 0.0f, 1));
         minX = std::min(minX, point.x);
         maxX = std::max(maxX, point.x);
         minZ = std::min(minZ, point.z);
@@ -257,7 +259,7 @@ void ViewerComponent::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
     if (!collector)
         return;
     const WindowCoordinate size = getWholeWindow();
-    const std::vector<Vec4> corners = calcFrustumPoints(size.x, size.y);
+    const std::array<Vec4, 8> corners = findFrustumCorners(size.x, size.y);
     const Vec4 color(1, 1, 0, 1);
     // Corners differ in one bit of their number along each edge.
     for (std::size_t from = 0; from < corners.size(); ++from)

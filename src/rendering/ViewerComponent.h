@@ -6,6 +6,7 @@
 #include "foundation/Matrix4.h"
 #include "foundation/Vector.h"
 
+#include <array>
 #include <vector>
 
 class TransformComponent;
@@ -54,6 +55,7 @@ public:
     void applyDebugDraw(const Handle<DebugCollectorComponent> &dcc) override;
 
     ProjectionType getProjectionType() const { return projectionType; }
+    /// How the third dimension is shown.
     void setProjectionType(ProjectionType val) { projectionType = val; }
     float getVerticalFieldOfViewAngle() const { return verticalFieldOfViewAngle; }
     /// Whole vertical angle, radians.
@@ -69,6 +71,8 @@ private:
     friend struct ViewerComponentTestAccess;
     class Unprojector;
 
+    /// x, y and z of clip space are the bits 1, 2 and 4 of a corner's number.
+    std::array<Vec4, 8> findFrustumCorners(float width, float height);
     void collectFarFrustumPoints(float width, float height, std::vector<Vec4> &points);
     void collectGroundRectangle(float width, float height, std::vector<Vec4> &triangles);
     void weldVertices(std::vector<Vec4> &inputPoints) const;
@@ -80,4 +84,5 @@ private:
     float verticalFieldOfViewAngle = 0.785398f; ///< radians
     float nearClipDistance = 0.01f;             ///< world units
     float farClipDistance = 50.0f;              ///< world units
+    bool missingTransformTold = false;          ///< reported, and not found since
 };

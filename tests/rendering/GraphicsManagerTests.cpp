@@ -191,6 +191,8 @@ TEST_F(Frame, GlowingModelShowsInThePictureWhereItStands)
     const auto brightness = [](unsigned c) { return (c & 255) + (c >> 8 & 255) + (c >> 16 & 255); };
     EXPECT_LT(brightness(black), 12u);
     EXPECT_GT(brightness(window), brightness(black) + 20);
+    graphics().setGamma(3);
+    EXPECT_GT(brightness(presentedPixel(WIDTH / 2, HEIGHT / 2) & 0xffffff), brightness(window));
 }
 
 TEST_F(Frame, SteadyFrameAllocatesNothing)
@@ -205,8 +207,7 @@ TEST_F(Frame, SteadyFrameAllocatesNothing)
     light.inShadowSet = false;
     light.effect = SCS("lights.fx");
     light.technique = SCS("SphereLight");
-    TestGrid &grid = mapWithGrid();
-    grid.cells[{0, 0}] = {handle_cast<Entity>(light.getParent())};
+    putInGrid(mapWithGrid(), light, Vec4(0, 0, 4, 1));
     // The brackets belong to the frame, the recording device's journal does not.
     IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
     graphics().releaseInstanceBuffer();

@@ -66,14 +66,24 @@ DrawnThing &RenderingWorld::thing(const char *label, SceneGraph::Layer layer, in
     return thing;
 }
 
-TestGrid &RenderingWorld::mapWithGrid(const char *name)
+PartitioningGrid &RenderingWorld::mapWithGrid(const char *name)
 {
-    const Handle<MapRootEntity> map = level.map(name, Vec4(0, 0, 0, 1), Vec4(10, 10, 10, 0));
+    const Handle<MapRootEntity> map = level.map(name, Vec4(0, 0, 0, 1), Vec4(40, 10, 40, 0));
     const Handle<Entity> data = level.entity(".MapData_partitioningGrid", map);
-    const Handle<TestGrid> grid = construct<TestGrid>(defaultAllocationCategory);
-    grid.lookup()->setName(SCS("partitioning"));
-    grid.lookup()->setParent(data);
-    return *grid.lookup();
+    PartitioningGrid &grid = *level.component<PartitioningGrid>(data, "partitioning").lookup();
+    grid.setSize(Vec4(40, 0, 40, 0));
+    grid.setCellSize(2);
+    grid.updateSize();
+    return grid;
+}
+
+BoundingVolume &RenderingWorld::putInGrid(PartitioningGrid &grid, DrawnThing &thing, Vec4 place)
+{
+    const Handle<Entity> entity = handle_cast<Entity>(thing.getParent());
+    handle_cast<TransformComponent>(entity.lookup()->getComponent(SCS("transform"))).lookup()->setPosition(place);
+    BoundingVolume &volume = *level.component<BoundingVolume>(entity, "boundingVolume").lookup();
+    grid.addVolume(getHandle(&volume));
+    return volume;
 }
 
 void RenderingWorld::drawFrame()

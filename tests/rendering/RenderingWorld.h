@@ -3,8 +3,9 @@
 
 #include "DrawnThing.h"
 #include "RecordingDevice.h"
-#include "TestGrid.h"
 
+#include "physics/BoundingVolume.h"
+#include "physics/PartitioningGrid.h"
 #include "rendering/GraphicsManager2.h"
 #include "rendering/GraphicsSystem2.h"
 #include "rendering/SceneGraph.h"
@@ -37,8 +38,10 @@ public:
     /// Makes a drawn thing in a layer, loaded, below a parent or the coordinator.
     DrawnThing &thing(const char *label, SceneGraph::Layer layer, int group = 0,
                       Handle<Object> parent = Handle<Object>());
-    /// Makes a map whose visibility is filled by hand.
-    TestGrid &mapWithGrid(const char *name = "map");
+    /// Makes a map of 40 x 40 m about the camera with a grid of cells of 2 m.
+    PartitioningGrid &mapWithGrid(const char *name = "map");
+    /// Gives a thing a volume, a box of 1 m, at a place of the map, and puts it there.
+    BoundingVolume &putInGrid(PartitioningGrid &grid, DrawnThing &thing, Vec4 place);
     /// Runs the brackets and the level's passes once.
     void drawFrame();
     /// The device's journal of one frame's passes, without its brackets.

@@ -189,24 +189,35 @@ TEST_F(Scene, ViewportIsAFractionOfTheBackBuffer)
 
 TEST_F(Scene, CulledLayerShowsWhatTheGridFindsOncePerPass)
 {
-    TestGrid &grid = mapWithGrid();
-    DrawnThing &seen = thing("seen", SceneGraph::WORLD, 1);
-    DrawnThing &decal = thing("decal", SceneGraph::DECAL, 2);
+    PartitioningGrid &grid = mapWithGrid();
+    const Vec4 ahead(0, 0, 6, 1);
+    putInGrid(grid, thing("seen", SceneGraph::WORLD, 1), ahead);
+    putInGrid(grid, thing("wall", SceneGraph::WORLD, 5), Vec4(0, 0, 9, 1)).setVolumeType(BoundingVolume::BV_WALL);
+    putInGrid(grid, thing("decal", SceneGraph::DECAL, 2), ahead);
     DrawnThing &hidden = thing("hidden", SceneGraph::WORLD, 3);
     hidden.setVisible(false);
-    thing("unseen", SceneGraph::WORLD, 4);
-    const auto owner = [](DrawnThing &t) { return handle_cast<Entity>(t.getParent()); };
-    grid.cells[{1, 2}] = {owner(seen), owner(decal), owner(hidden), camera};
-    grid.cells[{1, 3}] = {owner(seen)};
+    putInGrid(grid, hidden, ahead);
+    putInGrid(grid, thing("behind", SceneGraph::WORLD, 4), Vec4(0, 0, -12, 1));
+    thing("withoutVolume", SceneGraph::WORLD, 4);
 
     params.layer = SceneGraph::WORLD;
-    EXPECT_EQ(draws(), Journal{quads(1)}) << "in two cells, drawn once";
-    EXPECT_EQ(calls.front(), "seen prepare");
-    EXPECT_EQ(draws(), Journal{quads(1)}) << "marks of an earlier pass do not count";
+    EXPECT_EQ(draws(), (Journal{quads(1), quads(1)})) << "each in several cells, drawn once";
+    EXPECT_EQ(calls, (Journal{"seen prepare", "seen draw", "wall prepare", "wall draw"}));
+    EXPECT_EQ(draws().size(), 2u) << "marks of an earlier pass do not count";
     params.layer = SceneGraph::DECAL;
     EXPECT_EQ(draws(), Journal{quads(1)});
     EXPECT_EQ(calls.front(), "decal prepare");
-    EXPECT_GT(grid.triangles, 0);
+}
+
+TEST_F(Scene, PartitioningDummyStandsForTheEntityAboveItsOwn)
+{
+    PartitioningGrid &grid = mapWithGrid();
+    DrawnThing &lamp = thing("lamp", SceneGraph::WORLD, 1);
+    DrawnThing &helper = thing("helper", SceneGraph::WORLD, 2, lamp.getParent());
+    putInGrid(grid, helper, Vec4(0, 0, 6, 1)).setIsPartitioningDummy(true);
+    params.layer = SceneGraph::WORLD;
+    draws();
+    EXPECT_EQ(calls, (Journal{"lamp prepare", "lamp draw"}));
 }
 
 TEST_F(Scene, MapWithoutAGridShowsNothingInCulledLayers)
@@ -220,9 +231,9 @@ TEST_F(Scene, MapWithoutAGridShowsNothingInCulledLayers)
 
 TEST_F(Scene, LightBatchesStartFromACleanStencil)
 {
-    TestGrid &grid = mapWithGrid();
+    PartitioningGrid &grid = mapWithGrid();
     for (const char *label : {"lamp", "torch"})
-        grid.cells[{0, 0}].push_back(handle_cast<Entity>(thing(label, SceneGraph::LIGHT, -1).getParent()));
+        putInGrid(grid, thing(label, SceneGraph::LIGHT, -1), Vec4(0, 0, 4, 1));
     params.layer = SceneGraph::LIGHT;
     EXPECT_EQ(draws().size(), 2u);
     EXPECT_EQ(device->count("Clear stencil z=0"), 2);

@@ -72,6 +72,8 @@ TEST_F(Viewer, MiddleOfTheScreenUnprojectsToTheNearAndFarPlaneAhead)
     EXPECT_LT(topLeft.x, 2.0f);
     EXPECT_GT(topLeft.y, 3.0f) << "the origin of the screen is at its top";
     expectNear(viewer.unProject(Vec4(-1, 1, 1, 1), 1, 1, false), viewer.unProject(Vec4(0, 0, 1, 1), 1, 1, true), 0.1f);
+    viewer.setVerticalFieldOfViewAngle(std::atan(0.75f));
+    expectNear(viewer.getFieldOfViewVector(2, 1), Vec4(std::atan(1.5f), std::atan(0.75f), 0, 0));
 }
 
 TEST_F(Viewer, ParallelProjectionShowsOneUnitToAWindowUnit)

@@ -44,7 +44,7 @@ class World:
         (self.folder / "bin").mkdir(parents=True)
         shutil.copytree(ROOT / "scripts", self.folder / "scripts", ignore=shutil.ignore_patterns("__pycache__"))
         (self.folder / "assets").mkdir()
-        for kind in ("models", "textures", "shaders"):
+        for kind in ("fonts", "models", "textures", "shaders"):
             shutil.copytree(ROOT / "assets" / kind, self.folder / "assets" / kind)
         os.symlink(game / "python.zip", self.folder / "python.zip")
 

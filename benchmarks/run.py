@@ -1,17 +1,23 @@
 """Runs workloads, the engine's programs and the packaged peers side by side, and prints one line a row.
 
 Columns: workload, subject, median, unit, ratio to the fastest peer that does the same work (below 1 the engine is
-ahead). The same goes as JSON to build/bench.json.
+ahead). The same goes as JSON to build/bench.json. A row whose check value is wrong is void: it gets no ratio, and the
+run fails at its end.
 """
 import argparse
 import json
 import os
 import pathlib
+import re
 import subprocess
 import sys
+import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
+
+# Counts of boxes of the physics workloads.
+ARENAS = (1000, 4000, 16000)
 
 # workload: (unit, [(subject's program, filter of its benchmarks, {benchmark's name: row})], peers whose work is not the
 # same and who therefore set no ratio)
@@ -57,6 +63,39 @@ WORKLOADS = {
                             ("peer_w05_frame_limits", ".", {
                                 "reference_set_plus_hash_map": "frame set and hash map",
                                 "limit_virtual_vector": "frame limit: virtual calls over vectors"})]),
+    "W6a": ("ms/step", [("bench_engine", "W6a/", {
+        f"W6a/detect/{n}/iterations:240": f"detect-{n} engine" for n in ARENAS}),
+        ("peer_w06_physics_bullet", "detect", {
+            f"detect/{n}/iterations:240": f"detect-{n} Bullet" for n in ARENAS}),
+        ("peer_w06_grid_limit", "detect", {
+            f"detect/{n}/iterations:240": f"detect-{n} limit: flat counting-sort grid" for n in ARENAS})]),
+    "W6b": ("ms/step", [("bench_engine", "W6b/", {
+        f"W6b/step/{n}/iterations:240": f"step-{n} engine" for n in ARENAS}),
+        ("peer_w06_physics_bullet", "fullStep", {
+            f"fullStep/{n}/iterations:240": f"step-{n} Bullet" for n in ARENAS}),
+        ("peer_w06_physics_box2d", "fullStep", {
+            f"fullStep/{n}/iterations:240": f"step-{n} Box2D" for n in ARENAS})]),
+    "W7": ("ns/segment", [("bench_engine", "W7/", {
+        "W7/segment/20": "20m engine", "W7/segment/100": "100m engine"}),
+        ("peer_w07_rays_bullet", "optimized_tree:1", {
+            "rays/length:20/optimized_tree:1": "20m Bullet", "rays/length:100/optimized_tree:1": "100m Bullet"}),
+        ("peer_w06_grid_limit", "rays", {
+            "rays/20": "20m limit: cell walk over flat arrays",
+            "rays/100": "100m limit: cell walk over flat arrays"})]),
+    "W11": ("ms/load", [("bench_engine", "W11/", {"W11/load": "model engine"}),
+                        ("peer_w11_model_assimp", ".", {
+                            "assimp_glb/iterations:1": "model Assimp, binary glTF",
+                            "assimp_obj/iterations:1": "model Assimp, OBJ"}),
+                        ("peer_w11_model_limits", ".", {
+                            "ifstream_into_vectors": "model limit: stream into zeroed vectors",
+                            "read_into_fresh_memory": "model limit: read into fresh memory",
+                            "read_into_huge_pages": "model limit: read into huge pages",
+                            "read_into_warm_memory": "model limit: read into warm memory"})]),
+    "W12": ("ns/scope", [("bench_engine", "W12/", {"W12/scope": "scope engine"}),
+                         ("peer_w12_profiler_limits", "scope", {
+                             "scope<Tsc>": "scope limit: two stamps, two stores",
+                             "scope<Steady>": "scope limit: the same by steady_clock",
+                             "scope<None>": "scope limit: no stamps"})]),
     "W13": ("ns/name", [("bench_engine", "W13/", {f"W13/{verb}": f"{verb} engine"
                                                   for verb in ("copy", "equal", "unequal", "hash", "find")}),
                         ("peer_w13_names_std", ".", {
@@ -69,9 +108,13 @@ WORKLOADS = {
                             "limit_snprintf": "format limit: snprintf",
                             "limit_snprintf_fwrite": "file limit: snprintf and fwrite"})]),
 }
+# A pair is the least and the most that the value may be.
 CHECKS = {"live engine": 100000, "dead engine": 0, "mixed engine": 75000, "resolved-call engine": 1024,
           "named-call engine": 1024, "named-set+get engine": 2.5, "resolved-set+get engine": 2.5,
-          "message engine": 1000, "churn engine": 1000, "frame engine": 10000}
+          "message engine": 1000, "churn engine": 1000, "frame engine": 10000,
+          "scope engine": 2, "model engine": 1249924,
+          "detect-1000 engine": (293.5, 294.5), "detect-4000 engine": (1174, 1179), "detect-16000 engine": (4596, 4615),
+          **{f"step-{n} engine": (7, 15) for n in ARENAS}, "20m engine": 9248, "100m engine": 9615}
 
 
 def measure(program, pattern, build, quick):
@@ -82,8 +125,9 @@ def measure(program, pattern, build, quick):
         work = build / "game" / "bin"
     else:
         work = build
-    result = subprocess.run(["taskset", "-c", "1" if os.cpu_count() > 1 else "0", *command], cwd=work,
-                            capture_output=True, text=True, check=False)
+    with tempfile.TemporaryDirectory(dir=build) as scratch:  # for the files that a workload writes and reads
+        result = subprocess.run(["taskset", "-c", "1" if os.cpu_count() > 1 else "0", *command], cwd=work,
+                                capture_output=True, text=True, check=False, env=dict(os.environ, TMPDIR=scratch))
     text = result.stdout[result.stdout.find("{"):]
     try:
         runs = json.loads(text)["benchmarks"]
@@ -103,6 +147,10 @@ def nanoseconds(run):
     return run["cpu_time"] * scale
 
 
+def agrees(check, expected):
+    return expected[0] <= check <= expected[1] if isinstance(expected, tuple) else check == expected
+
+
 def rows_of(workload, build, quick):
     unit, programs = WORKLOADS[workload]
     rows = []
@@ -112,11 +160,12 @@ def rows_of(workload, build, quick):
             if name not in medians:
                 raise SystemExit(f"bench: {program} has no benchmark '{name}'; it has: {', '.join(medians)}")
             what, subject = row.split(" ", 1)
-            check = medians[name].get("check", medians[name].get("found"))
-            rows.append({"workload": f"{workload} {what}", "subject": subject, "median": nanoseconds(medians[name]),
+            check = next((medians[name][key] for key in ("check", "found", "vertices") if key in medians[name]), None)
+            median = nanoseconds(medians[name]) * (1e-6 if unit.startswith("ms") else 1.0)
+            rows.append({"workload": f"{workload} {what}", "subject": subject, "median": median,
                          "unit": unit, "ratio": None, "check": check})
-            if subject == "engine" and row in CHECKS and check != CHECKS[row]:
-                raise SystemExit(f"bench: {workload} {row}: check value {check} instead of {CHECKS[row]}")
+            if subject == "engine" and row in CHECKS and not agrees(check, CHECKS[row]):
+                rows[-1]["void"] = f"check value {check:g} instead of {CHECKS[row]}"
     add_ratios(rows)
     return rows
 
@@ -125,8 +174,84 @@ def add_ratios(rows):
     for row in rows:
         peers = [other["median"] for other in rows if other["workload"] == row["workload"]
                  and other["subject"] != "engine" and not other["subject"].startswith("limit:")]
-        if peers and min(peers) > 0:
+        if peers and min(peers) > 0 and "void" not in row:
             row["ratio"] = row["median"] / min(peers)
+
+
+# W10: what each row runs, by workload: arguments of the programs for N balls. A row without "same work" sets no ratio.
+RENDERERS = [
+    ("engine", lambda build, n: ["bench_render", n, "16", "1"]),
+    ("Ogre", lambda build, n: ["peer_w10_render_ogre", n, "16", "1", "/usr/share/OGRE/Media"]),
+    ("Irrlicht: 8 lights, no shadow", lambda build, n: ["peer_w10_render_irrlicht", n, "16"]),
+    ("limit: deferred by hand", lambda build, n: ["peer_w10_render_gl_limit", n, "3"]),
+]
+SAME_WORK = ("engine", "Ogre")
+MOST_DRAWS = 25
+
+
+class XServer:
+    """A virtual display for those that cannot draw without one, on the first free number."""
+
+    def __enter__(self):
+        read, write = os.pipe()
+        self.process = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x720x24"],
+                                        pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as numbers:
+            number = numbers.readline().strip()
+        if not number:
+            raise SystemExit("bench: Xvfb did not start")
+        return dict(os.environ, DISPLAY=f":{number}", SDL_VIDEODRIVER="x11")
+
+    def __exit__(self, *_):
+        self.process.terminate()
+        self.process.wait()
+
+
+def render_once(build, words, environment):
+    """What one run printed, by name: the median of its frames, draw calls, triangles, changes of state."""
+    work = build / "game" / "bin" if words[0] == "bench_render" else build
+    result = subprocess.run([str(build / "benchmarks" / words[0]), *words[1:]], cwd=work, env=environment,
+                            capture_output=True, text=True, check=False)
+    lines = [line for line in result.stdout.splitlines() if "median_ms=" in line]
+    if not lines:
+        raise SystemExit(f"bench: {' '.join(words)} printed no result (exit {result.returncode}):\n"
+                         f"{result.stdout[-1000:]}{result.stderr[-2000:]}")
+    return dict(re.findall(r"(\w+)=([\d.]+)", lines[0]))
+
+
+def render_rows(build, quick):
+    """Every subject in turn, several times over, so that all meet the same machine; medians of the runs' medians."""
+    rows = []
+    with XServer() as environment:
+        for count in ("1000",) if quick else ("1000", "10000"):
+            runs = {subject: [] for subject, _ in RENDERERS}
+            for _ in range(1 if quick else 3):
+                for subject, words in RENDERERS:
+                    runs[subject].append(render_once(build, words(build, count), environment))
+            rows += [render_row(count, subject, results) for subject, results in runs.items()]
+    for row in rows:
+        peers = [other["median"] for other in rows if other["workload"] == row["workload"]
+                 and other["subject"] in SAME_WORK and other["subject"] != "engine"]
+        if row["subject"] in SAME_WORK:
+            row["ratio"] = row["median"] / min(peers)
+    return rows
+
+
+def render_row(count, subject, results):
+    middle = sorted(results, key=lambda result: float(result["median_ms"]))[len(results) // 2]
+    row = {"workload": f"W10 N={count}", "subject": subject, "median": float(middle["median_ms"]), "unit": "ms/frame",
+           "ratio": None, "check": middle.get("triangles")}
+    row["draws"] = int(middle.get("draws") or int(middle["batches"]) + int(middle["shadow_batches"]))
+    if subject != "engine":
+        return row
+    row["state_changes"] = int(middle["state_changes"])
+    drawn, balls = int(middle["triangles"]), 500 * int(count)
+    # Every ball and the two triangles of the ground, once for the camera; shadows and lights come on top of that.
+    if drawn < balls + 2 or row["draws"] > MOST_DRAWS:
+        raise SystemExit(f"bench: W10 drew {drawn} triangles in {row['draws']} calls instead of {balls + 2} and more "
+                         f"in at most {MOST_DRAWS}")
+    return row
 
 
 def start_up_rows(build):
@@ -146,25 +271,35 @@ def start_up_rows(build):
              "ratio": None, "check": None}]
 
 
+# Workloads that are not measured by the benchmark library.
+OTHER_WORKLOADS = {"W10": render_rows, "start-up": lambda build, quick: start_up_rows(build)}
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("--quick", action="store_true")
     parser.add_argument("workloads", nargs="*")
     options = parser.parse_args()
-    unknown = [name for name in options.workloads if name not in WORKLOADS and name != "start-up"]
+    known = [*WORKLOADS, *OTHER_WORKLOADS]
+    unknown = [name for name in options.workloads if name not in known]
     if unknown:
-        raise SystemExit(f"bench: no workload {' '.join(unknown)}; there are {' '.join(WORKLOADS)} start-up")
+        raise SystemExit(f"bench: no workload {' '.join(unknown)}; there are {' '.join(known)}")
 
     build = (ROOT / options.build).resolve()
     rows = []
-    for workload in options.workloads or [*WORKLOADS, "start-up"]:
-        for row in start_up_rows(build) if workload == "start-up" else rows_of(workload, build, options.quick):
+    for workload in options.workloads or known:
+        measured = OTHER_WORKLOADS.get(workload, lambda build, quick, name=workload: rows_of(name, build, quick))
+        for row in measured(build, options.quick):
             rows.append(row)
             ratio = "" if row["ratio"] is None else f"{row['ratio']:.2f}"
-            print(f"{row['workload']:22} {row['subject']:38} {row['median']:10.2f} {row['unit']:18} {ratio:>6}",
+            calls = f"  {row['draws']} draw calls" if "draws" in row else ""
+            calls += f", {row['state_changes']} changes of state" if "state_changes" in row else ""
+            calls += f"  void: {row['void']}" if "void" in row else ""
+            print(f"{row['workload']:22} {row['subject']:38} {row['median']:10.2f} {row['unit']:18} {ratio:>6}{calls}",
                   flush=True)
     (ROOT / "build" / "bench.json").write_text(json.dumps(rows, indent=1) + "\n", encoding="utf-8")
+    return 1 if any("void" in row for row in rows) else 0
 
 
 if __name__ == "__main__":

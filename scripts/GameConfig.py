@@ -18,17 +18,32 @@ def _number(variable, default):
         raise ValueError('%s is %r, which is no whole number' % (variable, text)) from None
 
 
+def _size(variable, default):
+    """Two whole numbers in an environment variable, as in 640x360."""
+    text = os.environ.get(variable, '')
+    if not text:
+        return default
+    try:
+        width, height = (int(number) for number in text.lower().split('x'))
+    except ValueError:
+        raise ValueError('%s is %r, which is no size like 640x360' % (variable, text)) from None
+    return width, height
+
+
 #: Level that the game loads first.
 initialLevel = os.environ.get('KAVEL_LEVEL') or 'FirstRoom'
 
 #: Fixed time a frame and a fixed window, so that two runs give the same log and the same picture.
 headless = os.environ.get('KAVEL_HEADLESS', '') not in ('', '0')
 
-#: File that the last frame is written to; empty for none.
+#: File that the last frame is written to; empty for none. A level with views writes one file a view, out-NAME.png.
 screenshot = os.environ.get('KAVEL_SCREENSHOT', '')
 
 #: Frames after which the game ends by itself; 0 plays on. A picture needs a last frame.
 frames = _number('KAVEL_FRAMES', 60 if screenshot else 0)
+
+#: Names of the views that such a level is to show, with commas between them; empty for all.
+views = [name for name in os.environ.get('KAVEL_VIEWS', '').split(',') if name]
 
 #: Start of the engine's random numbers; another one in every ordinary game.
 seed = _number('KAVEL_SEED', 1 if headless else int(time.time()))
@@ -43,4 +58,4 @@ record = os.environ.get('KAVEL_RECORD', '')
 fixedFrameRate = 60
 
 #: Window of a headless run, pixels.
-headlessSize = (1280, 720)
+headlessSize = _size('KAVEL_SIZE', (1280, 720))

@@ -1,31 +1,66 @@
-"""Runs of a set length: after so many frames the picture is written, the state is logged, and the game ends."""
+"""Runs of a set length: after so many frames the picture is written, the state is logged, and the game ends.
+
+A level may have views, pairs of a name and a function that turns the camera to something. They share the frames, and
+each is written to a file of its own: with the screenshot out.png and a view '1-spot' that is out-1-spot.png.
+"""
 
 import hashlib
+import os
 
 import GameConfig
 import kaVel
 
+#: A view needs a frame to arrive in and one whose picture is written.
+LEAST_FRAMES = 2
 
-def watch(coordinator):
+
+def watch(coordinator, views=()):
     """Has a level end the game when the frames that were asked for have run."""
-    _Watch(coordinator)
+    _Watch(coordinator, _wanted(views))
+
+
+def _wanted(views):
+    """The views that the run is to show; ValueError that lists them if one is asked for that is not there."""
+    names = [name for name, _ in views]
+    unknown = [name for name in GameConfig.views if name not in names]
+    if unknown:
+        raise ValueError('no view %s in this level; it has: %s' % (', '.join(unknown), ', '.join(names) or 'none'))
+    return [view for view in views if not GameConfig.views or view[0] in GameConfig.views]
 
 
 class _Watch:
-    def __init__(self, coordinator):
+    def __init__(self, coordinator, views):
         self.coordinator = coordinator
-        self.done = False
+        self.stops = self.plan(views)
         entity = kaVel.make('Entity', parent=coordinator, name='runLength')
         # The first updater of a frame, which also runs while the level is paused.
         kaVel.addComponent(entity, 'cursor', 'ScriptComponent', frameCallback=self.doFrame)
 
+    def plan(self, views):
+        """Frame -> what is to be done at its start, in order."""
+        count = max(len(views), 1)
+        frames = max(GameConfig.frames, LEAST_FRAMES * len(views))
+        stops = {}
+        for number, (name, show) in enumerate(views):
+            first, last = 1 + number * frames // count, (number + 1) * frames // count
+            stops.setdefault(first, []).append(show)
+            stops.setdefault(last, []).append(lambda name=name: self.capture('-' + name))
+        if not views:
+            stops.setdefault(frames, []).append(self.capture)
+        stops.setdefault(frames, []).append(lambda: self.end(frames))
+        return stops
+
     def doFrame(self):
-        if self.done or kaVel.getSystem('GameLoopSystem').frameNumber < GameConfig.frames:
-            return
-        self.done = True
+        for step in self.stops.pop(kaVel.getSystem('GameLoopSystem').frameNumber, ()):
+            step()
+
+    def capture(self, suffix=''):
         if GameConfig.screenshot:
-            kaVel.getSystem('GraphicsSystem2').captureScreen(GameConfig.screenshot)
-        kaVel.log('After %d frames: %s' % (GameConfig.frames, _cameraText(self.coordinator)))
+            stem, extension = os.path.splitext(GameConfig.screenshot)
+            kaVel.getSystem('GraphicsSystem2').captureScreen(stem + suffix + extension)
+
+    def end(self, frames):
+        kaVel.log('After %d frames: %s' % (frames, _cameraText(self.coordinator)))
         kaVel.log('Object tree: %s' % treeDigest(self.coordinator))
         kaVel.getSystem('GameLoopSystem').quit(0)
 

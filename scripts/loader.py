@@ -1,6 +1,7 @@
 """Builds levels. The engine calls `loadLevel` and `loadMap`; levels are the modules of the package `levels`.
 
-A level module has a function `build(coordinator)`, and a function for every map that it loads with
+A level module has a function `build(coordinator)`, perhaps a function `views()` of what headless runs take pictures of
+(see `headless`), and a function for every map that it loads with
 `coordinator.loadMap('name')`: the function of that name, which gets the map's root to hang its objects under.
 """
 
@@ -9,6 +10,7 @@ import os
 import sys
 
 import GameConfig
+import developerKeys
 import headless
 import kaVel
 
@@ -30,9 +32,10 @@ def loadLevel(levelName):
     kaVel.addComponent(office, 'postOffice', 'BranchPostOffice')
     _levelsBeingBuilt += 1
     try:
+        developerKeys.listen(coordinator)
         level.build(coordinator)
         if GameConfig.frames:
-            headless.watch(coordinator)
+            headless.watch(coordinator, level.views() if hasattr(level, 'views') else ())
     finally:
         _levelsBeingBuilt -= 1
     kaVel.finishLoad(coordinator)
@@ -49,6 +52,7 @@ def loadMap(coordinator, mapName):
     root = kaVel.make('MapRootEntity', parent=coordinator, name=mapName)
     root.setMapName(mapName)
     kaVel.addComponent(root, 'transform', 'TransformComponent')
+    kaVel.addComponent(root, 'mapData', 'MapDataComponent')  # gives the map its grids when the load completes
     build(root)
     if not _levelsBeingBuilt:
         kaVel.finishLoad(root)

@@ -23,6 +23,7 @@ SETTINGS = {
 
 #: What the player's file may set.
 PLAYER_MAY_SET = {
+    'GraphicsSystem2': ('gamma',),
     'WindowSystem2': ('fullScreen', 'displayMode'),
 }
 

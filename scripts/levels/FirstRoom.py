@@ -25,17 +25,20 @@ NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90  # which way an object faces
 
 
 def build(coordinator):
+    coordinator.getManager('graphics2').sceneAmbient = 0.06
     coordinator.loadMap('villa')
     place.FreeCamera(coordinator, 'camera', at=(1.95, 1.7, -3.35), turn=-21, pitch=7)
 
 
 def villa(study):
+    place.PartitioningGrid(study, at=(0, 0, 2), size=(12, 0, 16))
     shell(study)
     fireside(study)
     writingPlace(study)
     alongTheWalls(study)
     behindTheDoor(study)
     corridor(study)
+    lights(study)
 
 
 def shell(study):
@@ -92,7 +95,7 @@ def writingPlace(study):
     place.Rug(study, 'rug', at=(-0.25, 0.002, 0.75), turn=4)
     place.Desk(study, 'desk', at=(0.05, 0, 0.75), turn=SOUTH - 14)
     place.Chair(study, 'deskChair', at=(0.62, 0, -0.35), turn=-48)
-    place.Lamp(study, 'deskLamp', at=(-0.56, 0.77, 0.80), turn=10)
+    place.LitLamp(study, 'deskLamp', at=(-0.56, 0.77, 0.80), turn=10, strength=0.36, reach=4.2)
     place.OpenBook(study, 'diary', at=(0.02, 0.776, 0.56), turn=SOUTH - 20)
     place.BookStack(study, 'deskBooks', at=(0.62, 0.77, 0.98), turn=150)
     place.Bottle(study, 'inkBottle', at=(-0.26, 0.77, 0.93))
@@ -131,7 +134,7 @@ def behindTheDoor(study):
         place.Plate(study, 'plate', at=(x, 0.765, z))
         place.Cup(study, 'cup', at=(x + 0.22, 0.765, z + 0.08), turn=70)
     place.Landscape(study, 'southLandscape', at=(0.9, 1.9, -3.995), turn=NORTH)
-    place.LitCandelabrum(study, 'tableCandles', at=(-1.5, 0.765, -3.2), turn=20)
+    place.LitCandelabrum(study, 'tableCandles', at=(-1.5, 0.765, -3.2), turn=20, reach=2.9)
     place.Bottle(study, 'wine', at=(-1.22, 0.765, -3.0))
     place.Crate(study, 'crate', at=(2.6, 0, -2.3), turn=-82)
     place.Crate(study, 'upperCrate', at=(2.62, 0.536, -2.35), turn=-95)
@@ -154,4 +157,15 @@ def corridor(study):
     place.Radiator(study, 'corridorRadiator', at=(1, 0, 5.4), turn=EAST)
     place.Barrel(study, 'barrel', at=(1.45, 0, 7.7), turn=25)
     place.Crate(study, 'corridorCrate', at=(2.35, 0, 7.75), turn=SOUTH + 8)
-    place.LitChamberstick(study, 'corridorCandle', at=(2.3, 0.536, 7.7), turn=200)
+    place.LitChamberstick(study, 'corridorCandle', at=(2.3, 0.536, 7.7), turn=200, reach=2.7)
+
+
+def lights(study):
+    """What shines without a lamp of its own: the coals, and the moon that throws the window's bars into the room."""
+    place.SphereLight(study, 'coals', at=(-1, 0.34, 3.62), color=(1.0, 0.32, 0.08), strength=0.55, reach=3.4,
+                      flicker=place.burning(4, depth=0.35))
+    place.ShadowSpot(study, 'moon', at=(-7.1, 5.42, 1.5), turn=96.5, pitch=40.2, color=place.MOONLIGHT, strength=3.0,
+                     reach=12, angle=10.5, core=0.85, nearClip=2.0)
+    place.SphereLight(study, 'windowGlow', at=(-2.5, 1.9, 1.0), color=place.MOONLIGHT, strength=0.12, reach=2.0)
+    place.Dust(study, 'moonDust', at=(-1.87, 0.98, 0.87), turn=96.5, pitch=40.2, size=(1.0, 1.1, 2.9), count=700,
+               mote=0.003, drift=0.015)

@@ -1,6 +1,11 @@
-"""What is shown for the two frames between two levels: nothing but black."""
+"""What is shown for the two frames between two levels: one word on black."""
+
+import objects.GameObjects as place
+
+#: The colour of old paper by candlelight.
+COLOR = (0.72, 0.66, 0.55, 1)
 
 
 def build(coordinator):
-    """The renderer of a level without a camera draws only its cleared screen."""
-    coordinator.getManager('graphics2')
+    place.Text(coordinator, 'loading', text='Loading', at=(0.5, 0.5), size=0.034, color=COLOR,
+               anchor=('H_CENTER', 'V_CENTER'))

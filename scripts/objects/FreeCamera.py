@@ -43,6 +43,13 @@ class FreeCameraControl:
         kaVel.subscribe('MouseMove', self.handleMouseMove, office)
         kaVel.addComponent(camera, 'director', 'ScriptComponent', frameCallback=self.doFrame)
 
+    def goTo(self, at, turn=0.0, pitch=0.0):
+        """Puts the camera somewhere else, at rest; angles in degrees."""
+        self.transform.position = kaVel.Vec4(*at, 1)
+        self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
+        self.velocity = (0.0, 0.0, 0.0)
+        self.transform.orientation = self.orientation()
+
     def handleKeyDown(self, message, key):
         self.heldKeys.add(key)
         if key == ESCAPE:

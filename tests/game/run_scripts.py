@@ -38,7 +38,7 @@ def build(coordinator):
 def test_a_missing_level_names_the_levels_that_there_are(world):
     run = world.run(level="FirstRom")
     run.expect_code(1)
-    run.expect("there is no level 'FirstRom'; scripts/levels has: FirstRoom, LoadingScreen")
+    run.expect("there is no level 'FirstRom'; scripts/levels has: FirstRoom, Gallery, LoadingScreen")
 
 
 def test_the_level_of_the_readme_works_as_it_stands(world):
@@ -163,6 +163,27 @@ kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=frame)
     r, i, j, k = numbers(run.log, "looking: ")
     assert i > 0.6 and j > 0.1, "pitched down and turned to the right"
     assert not run.has("After 1000 frames"), "Escape ended the game"
+
+
+def test_the_developers_keys_draw_what_was_asked_for_and_no_more(world):
+    world.write_level("Keys", """
+import objects.GameObjects as place
+place.FreeCamera(coordinator, 'camera')
+config, profiler = kaVel.getSystem('GlobalConfigSystem'), kaVel.getSystem('ProfilerSystem')
+def frame():
+    number = kaVel.getSystem('GameLoopSystem').frameNumber
+    if number in (2, 3, 4, 5):
+        kaVel.send('KeyDownMessage', {2: 0x72, 3: 0x73, 4: 0x72, 5: 0x73}[number])
+        kaVel.log('keys: %d %d %d %d %d' % (profiler.showResults, config.debugDrawHitBoxes,
+                  config.debugDrawLightVolumes, config.debugDrawEnabled, config.debugDrawSystemsOnly))
+watch = kaVel.make('Entity', parent=coordinator, name='watch')
+kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=frame)
+""")
+    run = world.run(level="Keys", frames=8)
+    run.expect_code(0)
+    seen = re.findall(r"keys: (.*)", run.log)
+    assert seen == ["1 0 0 1 1", "1 1 1 1 0", "0 1 1 1 0", "0 0 0 0 1"], seen
+    assert not run.has("Error:"), run.log[-2000:]
 
 
 def test_a_broken_settings_file_is_told_and_the_game_starts(world):

@@ -1,20 +1,25 @@
-"""DDS files with full mip chains: written uncompressed (A8R8G8B8), DXT1 or DXT5, and read back for previews."""
+"""DDS files: with full mip chains uncompressed (A8R8G8B8), DXT1 or DXT5, and one level of floats (R32F).
 
+What this module wrote is read back for previews, but for floats.
+"""
+
+import array
 import struct
+import sys
 
 _FLAGS = 0x1 | 0x2 | 0x4 | 0x1000 | 0x20000
 _CAPS = 0x8 | 0x1000 | 0x400000
 
 
 def write(path, picture, kind):
-    """Writes `picture` and its mip levels; `kind` is "DXT1", "DXT5" or "A8R8G8B8"."""
+    """Writes `picture`; `kind` is "DXT1", "DXT5", "A8R8G8B8", or "R32F" for heights: red alone, without mip levels."""
     size = picture.n
-    encode = {"DXT1": encode_dxt1, "DXT5": encode_dxt5, "A8R8G8B8": encode_plain}[kind]
+    encode = {"DXT1": encode_dxt1, "DXT5": encode_dxt5, "A8R8G8B8": encode_plain, "R32F": encode_floats}[kind]
     levels = []
     level = picture
     while True:
         levels.append(encode(level))
-        if level.n == 1:
+        if level.n == 1 or kind == "R32F":
             break
         level = level.halved()
     with open(path, "wb") as out:
@@ -27,6 +32,9 @@ def _header(size, level_count, kind, first_level_bytes):
     if kind == "A8R8G8B8":
         size_flag, size_value = 0x8, size * 4
         pixel_format = struct.pack("<8I", 32, 0x41, 0, 32, 0xFF0000, 0xFF00, 0xFF, 0xFF000000)
+    elif kind == "R32F":
+        size_flag, size_value = 0x8, size * 4
+        pixel_format = struct.pack("<8I", 32, 0x4, 114, 0, 0, 0, 0, 0)
     else:
         size_flag, size_value = 0x80000, first_level_bytes
         pixel_format = struct.pack("<2I4s5I", 32, 0x4, kind.encode("ascii"), 0, 0, 0, 0, 0)
@@ -50,6 +58,13 @@ def encode_plain(picture):
         bytes(alpha),
     )
     return bytes(out)
+
+
+def encode_floats(picture):
+    values = array.array("f", picture.channels[0].v)
+    if sys.byteorder == "big":
+        values.byteswap()
+    return values.tobytes()
 
 
 def _blocks(n):

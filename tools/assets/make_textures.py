@@ -7,7 +7,8 @@ import sys
 import time
 
 import dds
-import textures
+from recipes import chosen
+from textures import RECIPES, defaults
 
 OUTPUT = pathlib.Path(__file__).resolve().parents[2] / "assets" / "textures"
 
@@ -17,17 +18,13 @@ def make(recipe):
     started = time.time()
     maps = recipe()
     for name, (picture, kind) in maps.items():
-        stem = name if recipe is textures.flat else recipe.__name__ + name
+        stem = name if recipe is defaults.flat else recipe.__name__ + name
         dds.write(OUTPUT / (stem + ".dds"), picture, kind)
     return f"{recipe.__name__}: {', '.join(maps)} in {time.time() - started:.1f} s"
 
 
 def main():
-    recipes = textures.RECIPES
-    unknown = set(sys.argv[1:]) - {recipe.__name__ for recipe in recipes}
-    if unknown:
-        sys.exit(f"no texture named {', '.join(sorted(unknown))}; there are: {', '.join(r.__name__ for r in recipes)}")
-    wanted = [recipe for recipe in recipes if len(sys.argv) == 1 or recipe.__name__ in sys.argv[1:]]
+    wanted = chosen(RECIPES, sys.argv[1:])
     OUTPUT.mkdir(parents=True, exist_ok=True)
     with multiprocessing.Pool(2) as pool:
         for line in pool.imap_unordered(make, wanted):

@@ -251,7 +251,8 @@ class Mesh:
         self.stitch(grid)
 
     def tube(self, path, radius, sides=10, caps=True):
-        """Round bar along a polyline, mitred at its bends."""
+        """Round bar along a polyline, mitred at its bends; `radius` is one number or one for each point."""
+        radii = list(radius) if hasattr(radius, "__len__") else [radius] * len(path)
         frames = []
         up = (0.0, 1.0, 0.0)
         for i, point in enumerate(path):
@@ -263,6 +264,7 @@ class Mesh:
             frames.append((point, right, up, ahead))
         rings, travelled = [], 0.0
         for i, (point, right, above, _) in enumerate(frames):
+            radius = radii[i]
             if i:
                 travelled += math.dist(path[i - 1], path[i])
             ring = []
@@ -279,7 +281,10 @@ class Mesh:
             rings.append(ring)
         self.stitch(rings)
         if caps:
-            for (point, right, above, ahead), sign in ((frames[0], -1.0), (frames[-1], 1.0)):
+            for (point, right, above, ahead), sign, radius in (
+                (frames[0], -1.0, radii[0]),
+                (frames[-1], 1.0, radii[-1]),
+            ):
                 corners = [
                     add(
                         point,

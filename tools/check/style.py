@@ -3,7 +3,7 @@ import subprocess
 
 
 def findings(root):
-    files = sorted(str(path.relative_to(root)) for folder in ("src", "tests", "benchmarks")
+    files = sorted(str(path.relative_to(root)) for folder in ("src", "tests", "benchmarks", "tools")
                    for path in (root / folder).rglob("*") if path.suffix in (".h", ".cpp") and not path.is_symlink())
     files = [name for name in files if not is_borrowed(name)]
     for start in range(0, len(files), 100):

@@ -1,0 +1,105 @@
+"""What the rooms of the gallery have in common: 6 x 8 m each, in a row from west to east, 2 m of passage between.
+
+A room's own space has its origin in the middle of its floor. The passages meet its west and east wall at z = -3, near
+the south wall, so that one looks north at what the room shows.
+"""
+
+import objects.GameObjects as place
+
+NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90
+
+WIDTH, DEPTH = 6.0, 8.0
+PITCH = 8.0  # from room to room
+DOOR_Z = -3.0
+
+
+class Room:
+    """One room while it is being built: its number and the place of its middle."""
+
+    def __init__(self, parent, number, rooms):
+        self.parent = parent
+        self.number = number
+        self.x = PITCH * (number - 1)
+        self.hasWestDoor = number > 1
+        self.hasEastDoor = number < rooms
+
+    def at(self, x, y, z):
+        """A place of the room's own space in the map."""
+        return (self.x + x, y, z)
+
+    def put(self, pattern, name, at=(0, 0, 0), **options):
+        """Builds a pattern at a place of the room's own space."""
+        return pattern(self.parent, '%s%d' % (name, self.number), at=self.at(*at), **options)
+
+
+def tiled(room, pattern, name, xs=(-2, 0, 2), zs=(-3, -1, 1, 3)):
+    """A floor or ceiling of pieces of 2 m."""
+    for x in xs:
+        for z in zs:
+            room.put(pattern, name, at=(x, 0, z))
+
+
+def walls(room, plain, doorway, north=None):
+    """Four walls of pieces of 2 m, with the doorways of the row; `north` takes the place of the middle piece there."""
+    for x in (-2, 0, 2):
+        room.put(north if north and x == 0 else plain, 'northWall', at=(x, 0, 4), turn=SOUTH)
+        room.put(plain, 'southWall', at=(x, 0, -4), turn=NORTH)
+    for z in (-3, -1, 1, 3):
+        for x, turn, hasDoor in ((-3, EAST, room.hasWestDoor), (3, WEST, room.hasEastDoor)):
+            room.put(doorway if hasDoor and z == DOOR_Z else plain, 'sideWall', at=(x, 0, z), turn=turn)
+
+
+def corners(room):
+    """Closes the gaps between the walls' backs against light from outside."""
+    for x in (-3.15, 3.15):
+        for z in (-4.15, 4.15):
+            room.put(place.Box, 'corner', at=(x, 0, z), size=(0.31, 3.2, 0.31), surface='stone')
+
+
+def passage(room):
+    """The vaulted way from a room to the next one."""
+    room.put(place.StoneTunnel, 'tunnel', at=(3, 0, DOOR_Z), turn=EAST)
+    room.put(place.StoneFloor, 'tunnelFloor', at=(4, 0, DOOR_Z))
+
+
+def crypt(room, north=None, ribs=(-2.0, 1.4)):
+    """A room of masonry with flat arches under its ceiling."""
+    tiled(room, place.StoneFloor, 'floor')
+    tiled(room, place.StoneCeiling, 'ceiling')
+    walls(room, place.StoneWall, place.StoneArch, north)
+    for z in ribs:
+        room.put(place.VaultRib, 'rib', at=(0, 0, z))
+
+
+def bunker(room):
+    """A room of bare concrete on old flagstones."""
+    tiled(room, place.StoneFloor, 'floor')
+    tiled(room, place.ConcreteCeiling, 'ceiling')
+    walls(room, place.ConcreteWall, place.ConcreteArch)
+
+
+def doorwayBacks(room):
+    """The other side of the villa's thin doorways, which the passages look at."""
+    for x, turn, hasDoor in ((-3.18, WEST, room.hasWestDoor), (3.18, EAST, room.hasEastDoor)):
+        if hasDoor:
+            room.put(place.PlasterDoorway, 'doorwayBack', at=(x, 0, DOOR_Z), turn=turn)
+
+
+def parlour(room):
+    """A room of the villa: papered above panels, boards below."""
+    tiled(room, place.Floor, 'floor')
+    tiled(room, place.Ceiling, 'ceiling')
+    walls(room, place.WallPlain, place.WallDoorway)
+    for x in (-2, 0, 2):
+        for z, turn in ((4, SOUTH), (-4, NORTH)):
+            room.put(place.Wainscot, 'panels', at=(x, 0, z), turn=turn)
+            room.put(place.Cornice, 'cornice', at=(x, 0, z), turn=turn)
+    for x, turn, hasDoor in ((-3, EAST, room.hasWestDoor), (3, WEST, room.hasEastDoor)):
+        for z in (-3, -1, 1, 3):
+            room.put(place.Cornice, 'cornice', at=(x, 0, z), turn=turn)
+            if not (hasDoor and z == DOOR_Z):
+                room.put(place.Wainscot, 'panels', at=(x, 0, z), turn=turn)
+            else:
+                for beside in (z - 0.8, z + 0.8):
+                    room.put(place.WainscotNarrow, 'panels', at=(x, 0, beside), turn=turn)
+    doorwayBacks(room)

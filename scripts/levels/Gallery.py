@@ -1,0 +1,93 @@
+"""Gallery: a row of dark rooms, each of which shows one thing that the engine draws.
+
+Walk through, or press 1 to 9 to stand in a room at once. The rooms are built in `gallery/Rooms.py`.
+"""
+
+import kaVel
+import objects.GameObjects as place
+from gallery.Rooms import ROOMS
+from gallery.Shell import PITCH, Room, passage
+from gallery.Sight import Sight
+from objects.FreeCamera import FreeCameraControl
+from objects.Placing import onFrame
+
+_tour = None
+
+
+def build(coordinator):
+    global _tour
+    kaVel.configure(coordinator.getManager('graphics2'), sceneAmbient=0.045)
+    coordinator.loadMap('row')
+    _tour = Tour(coordinator)
+
+
+_guests = {}
+
+
+def row(root):
+    """The map: all rooms, and the passages between them."""
+    width = PITCH * len(ROOMS)
+    place.PartitioningGrid(root, at=(width / 2 - PITCH / 2, 0, 2), size=(width + 8, 0, 24))
+    _guests.clear()
+    for number, (name, _, build, *_) in enumerate(ROOMS, 1):
+        room = Room(place.Entity(root, name), number, len(ROOMS))
+        _guests[number] = build(room)
+        if room.hasEastDoor:
+            passage(Room(place.Entity(root, 'passage%d' % number), number, len(ROOMS)))
+
+
+def views():
+    """What a headless run takes pictures of: every room from where its number key leads."""
+    return [('%d-%s' % (number, room[0]), lambda number=number: _tour.show(number))
+            for number, room in enumerate(ROOMS, 1)]
+
+
+class Tour:
+    """The visitor: where the number keys lead, which room that is, and what the room is told of it."""
+
+    def __init__(self, coordinator):
+        camera = place.Camera(coordinator, 'camera', fieldOfView=50, farClip=26)
+        self.transform = camera.getComponent('transform')
+        self.control = FreeCameraControl(camera)
+        self.label = place.Text(coordinator, 'label', at=(0.03, 0.05), size=0.022, color=(0.78, 0.70, 0.55, 1),
+                                anchor=('H_LEFT', 'V_BOTTOM'))
+        row = coordinator.getChild('row')
+        passages = [row.getChild('passage%d' % number) for number in range(1, len(ROOMS))]
+        self.sight = Sight([row.getChild(room[0]) for room in ROOMS], passages, camera, self.control)
+        self.number = None
+        kaVel.subscribe('KeyDownMessage', self.handleKeyDown,
+                        coordinator.getDescendantByPath('BranchPostOffice/postOffice'))
+        onFrame(self.label, self.doFrame)
+        self.goTo(1)
+
+    def handleKeyDown(self, message, key):
+        if ord('1') <= key < ord('1') + len(ROOMS):
+            self.goTo(key - ord('0'))
+
+    def goTo(self, number):
+        """Stands the visitor in a room, looking at what it shows."""
+        _, _, _, (x, y, z), turn, pitch = ROOMS[number - 1]
+        self.control.goTo((PITCH * (number - 1) + x, y, z), turn, pitch)
+        self.notice(number)
+        self.sight.update()
+
+    def show(self, number):
+        """As `goTo`, for a picture: what takes its time in a room is under way at once."""
+        self.goTo(number)
+        if hasattr(_guests[number], 'enterInTheMiddle'):
+            _guests[number].enterInTheMiddle()
+
+    def doFrame(self):
+        number = round(self.transform.position.x / PITCH) + 1
+        self.notice(min(len(ROOMS), max(1, number)))
+        self.sight.update()
+
+    def notice(self, number):
+        """Tells the rooms and the label when the visitor has come into another room."""
+        if number == self.number:
+            return
+        for room, event in ((self.number, 'leave'), (number, 'enter')):
+            if _guests.get(room):
+                getattr(_guests[room], event)()
+        self.number = number
+        self.label.getComponent('graphics2').text = '%d   %s' % (number, ROOMS[number - 1][1])

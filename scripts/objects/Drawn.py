@@ -1,0 +1,97 @@
+"""What is drawn without a model file: decals, dust, boxes, terrain, pictures and text on the screen."""
+
+import kaVel
+from objects.Models import mapsOf
+from objects.Placing import addVolume, isInMap, layerFor, placed
+
+
+@kaVel.pattern
+def Decal(parent, name='', picture='', at=(0, 0, 0), turn=0.0, pitch=0.0, roll=0.0, size=(1, 1), depth=0.3, alpha=1.0):
+    """A picture thrown onto what stands at `at`, along the direction that `turn` and `pitch` look in: 90 is down.
+
+    Surfaces within `depth` metres take it. The map's grid finds it, so it needs a map.
+    """
+    decal = placed(parent, name, at=at, turn=turn, pitch=pitch, roll=roll, scale=(size[0], size[1], depth))
+    addVolume(decal, (max(size[0], depth), size[1], max(size)), 'BV_PARTITIONING_DUMMY')
+    kaVel.addComponent(decal, 'graphics2', 'DecalComponent', layer='DECAL', textureName=picture + '.dds', alpha=alpha)
+    return decal
+
+
+@kaVel.pattern
+def Dust(parent, name='', at=(0, 0, 0), size=(2, 2, 2), turn=0.0, pitch=0.0, count=400, mote=0.005, drift=0.03,
+         strength=1.0):
+    """Dust that hangs in a box around `at` and shows where light falls on it."""
+    cloud = placed(parent, name, at=at, turn=turn, pitch=pitch, scale=size)
+    kaVel.addComponent(cloud, 'graphics2', 'DustParticleSystemComponent', layer='WORLD_DEBUG', count=count, size=mote,
+                       driftSpeed=drift, color=kaVel.Vec4(0.55, 0.52, 0.45, strength))
+    return cloud
+
+
+@kaVel.pattern
+def Box(parent, name='', at=(0, 0, 0), size=(1, 1, 1), turn=0.0, surface='concrete', repeats=0.5, group='NONE'):
+    """A block that stands on `at`; its texture lies in the world, so that blocks side by side show no seam."""
+    box = placed(parent, name, at=(at[0], at[1] + size[1] / 2, at[2]), turn=turn, scale=size)
+    if isInMap(box):
+        addVolume(box, size)
+    kaVel.addComponent(box, 'graphics2', 'WorldBasedTCBoxGraphicsComponent', layer=layerFor(box), textureScale=repeats,
+                       group=group, castShadows=True, **mapsOf(surface))
+    return box
+
+
+@kaVel.pattern
+def Terrain(parent, name='', heights='', at=(0, 0, 0), size=(8, 1, 8), surface='earth', repeat=4.0):
+    """Ground from an image of heights, its middle at `at`; `size` is width, greatest height and depth."""
+    ground = placed(parent, name, at=at, scale=size)
+    if isInMap(ground):
+        addVolume(ground, size)
+    kaVel.addComponent(ground, 'graphics2', 'HeightMapGraphics', layer=layerFor(ground), heightMapName=heights,
+                       textureRepeat=repeat, castShadows=True, **mapsOf(surface))
+    return ground
+
+
+def _onScreen(parent, name, at, scale, anchor, depth):
+    """An entity whose place is in shares of the window, from its lower left corner; deeper ones are drawn first.
+
+    Below another one it keeps to that one's place, and `at` is in shares of the window's longer side.
+    """
+    isPart = parent._getType().isSubclassOf(kaVel.Reflection.Entity) and bool(parent.getComponent('screenSpaceHelper'))
+    units = 'WCS_NORMALIZED_NOWRAP' if isPart else 'WCS_PERCENT'
+    entity = placed(parent, name, scale=scale)
+    kaVel.addComponent(entity, 'screenSpaceHelper', 'ScreenSpaceHelperComponent', windowCoordinateSystemX=units,
+                       windowCoordinateSystemY=units, windowPosition=kaVel.Vec4(at[0], at[1], depth, 1),
+                       relToParent=isPart)
+    return entity, {'horizontalAnchorPoint': anchor[0], 'verticalAnchorPoint': anchor[1]}
+
+
+@kaVel.pattern
+def Picture(parent, name='', picture='', at=(0.5, 0.5), size=(0.1, 0.1), anchor=('H_CENTER', 'V_CENTER'), depth=1.0):
+    """A picture on the screen; `at` in shares of the window, `size` in shares of the window's longer side."""
+    quad, anchors = _onScreen(parent, name, at, (size[0], size[1], 1), anchor, depth)
+    kaVel.addComponent(quad, 'graphics2', 'QuadComponent2', layer='SCREEN', textureName=picture + '.dds', **anchors)
+    return quad
+
+
+@kaVel.pattern
+def ScreenFrame(parent, name='', picture='vignetteFrame', depth=5.0):
+    """A picture stretched over the whole screen, whatever the window's size."""
+    frame = Picture(parent, name, picture=picture, size=(1, 1), depth=depth)
+    window, transform = kaVel.getSystem('WindowSystem2'), frame.getComponent('transform')
+
+    def fit():
+        width, height = window.width, window.height
+        longer = max(width, height) / 1.004  # a little more than the window, so that no edge shows
+        transform.scale = kaVel.Vec4(width / longer, height / longer, 1, 0)
+
+    fit()
+    kaVel.addComponent(frame, 'cursor', 'ScriptComponent', frameCallback=fit)
+    return frame
+
+
+@kaVel.pattern
+def Text(parent, name='', *, text='', at=(0.05, 0.95), size=0.022, color=(1, 1, 1, 1), wrapWidth=0.0, align='TA_LEFT',
+         anchor=('H_LEFT', 'V_TOP'), depth=0.5, font='LindenHill.otf'):
+    """Text on the screen; `at` in shares of the window, `size` and `wrapWidth` in shares of its longer side."""
+    block, anchors = _onScreen(parent, name, at, (1, 1, 1), anchor, depth)
+    kaVel.addComponent(block, 'graphics2', 'TextComponent2', layer='SCREEN', text=text, fontName=font, fontSize=size,
+                       wrapWidth=wrapWidth, color=kaVel.Vec4(*color), alignment=align, **anchors)
+    return block

@@ -1,0 +1,73 @@
+"""Where things stand: the entity with a place that every pattern begins with."""
+
+import math
+
+import kaVel
+
+
+def turned(degrees, pitch=0.0, roll=0.0):
+    """Orientation after a turn about y and, before it, a pitch about x and a roll about z, all in degrees.
+
+    A positive pitch looks down.
+    """
+    return (axisTurn(1, degrees) * axisTurn(0, pitch)) * axisTurn(2, roll)
+
+
+def axisTurn(axis, degrees):
+    """Orientation after a turn about x (0), y (1) or z (2)."""
+    half = math.radians(degrees) / 2
+    parts = [0.0, 0.0, 0.0]
+    parts[axis] = math.sin(half)
+    return kaVel.Quaternion(math.cos(half), *parts)
+
+
+class LevelClock:
+    """The game time of the level that an entity stands in: it stands still while the level is paused."""
+
+    def __init__(self, entity):
+        self._timer = entity.getAncestorOfType(kaVel.Reflection.Coordinator).getTimerHandle('master')
+        self._ticksPerSecond = kaVel.getSystem('TimeSystem').getTicksPerSecond()
+
+    def seconds(self):
+        """Seconds since the level began."""
+        return self._timer.value / self._ticksPerSecond
+
+    def frameSeconds(self):
+        """Length of the present frame."""
+        return self._timer.frameTimeSeconds
+
+
+def onFrame(entity, callback):
+    """Has a function without arguments called in every frame of a running level; one for each entity."""
+    return kaVel.addComponent(entity, 'director', 'ScriptComponent', frameCallback=callback)
+
+
+def placed(parent, name, at=(0, 0, 0), turn=0.0, pitch=0.0, roll=0.0, scale=(1, 1, 1)):
+    """An entity with a transform."""
+    entity = kaVel.make('Entity', parent=parent, name=name)
+    kaVel.addComponent(entity, 'transform', 'TransformComponent', position=kaVel.Vec4(*at, 1),
+                       orientation=turned(turn, pitch, roll), scale=kaVel.Vec4(*scale, 0))
+    return entity
+
+
+def around(at, turn, right, up, ahead):
+    """A place given from an object that stands at `at`, in the object's own directions."""
+    c, s = math.cos(math.radians(turn)), math.sin(math.radians(turn))
+    return (at[0] + right * c + ahead * s, at[1] + up, at[2] + ahead * c - right * s)
+
+
+def isInMap(entity):
+    """Whether an entity hangs under a map, whose grid then decides when it is drawn."""
+    return bool(entity.getAncestorOfType(kaVel.Reflection.MapRootEntity))
+
+
+def layerFor(entity):
+    """Layer of what an entity shows in the world: culled by the map's grid, or always drawn outside of maps."""
+    return 'WORLD' if isInMap(entity) else 'WORLD_UNCONDITIONAL'
+
+
+def addVolume(entity, hitBox, volumeType='BV_WALL'):
+    """Gives an entity the box by which the map's grid finds it; 'BV_NONE' for what moves and stops nobody."""
+    sides = [max(side, 0.05) for side in hitBox]
+    return kaVel.addComponent(entity, 'boundingVolume', 'BoundingVolume', volumeType=volumeType,
+                              hitBox=kaVel.Vec4(*sides, 0))

@@ -1,0 +1,20 @@
+"""Stand-ins for maps that are not there."""
+
+from picture import Picture
+
+
+def flat():
+    """The defaults of drawn objects that name no map: three files of their own names, one texel each.
+
+    The renderer spares the filtering of a single texel.
+    """
+    return {
+        "flatNormal": (Picture.flat(1, (128 / 255, 128 / 255, 1.0)), "A8R8G8B8"),
+        "black": (Picture.flat(1, (0.0, 0.0, 0.0)), "A8R8G8B8"),
+        "white": (Picture.flat(1, (1.0, 1.0, 1.0)), "A8R8G8B8"),
+    }
+
+
+def hollow():
+    """What no light comes back from."""
+    return {"Diffuse": (Picture.flat(1, (0.03, 0.03, 0.03)), "A8R8G8B8")}

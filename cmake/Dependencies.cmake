@@ -2,14 +2,21 @@
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(SDL2 REQUIRED IMPORTED_TARGET sdl2)
 pkg_check_modules(EPOXY REQUIRED IMPORTED_TARGET epoxy)
+pkg_check_modules(IMGUI REQUIRED imgui)
 pkg_check_modules(PYTHON REQUIRED IMPORTED_TARGET python-3.11-embed)
+pkg_check_modules(FREETYPE REQUIRED freetype2)
+pkg_check_modules(HARFBUZZ REQUIRED harfbuzz)
 find_library(BOOST_PYTHON_LIBRARY NAMES boost_python311 REQUIRED)
 find_library(BACKTRACE_LIBRARY NAMES backtrace PATHS /usr/lib/gcc/x86_64-linux-gnu/12)
 
 add_library(kv_dependencies INTERFACE)
 target_include_directories(kv_dependencies INTERFACE "${CMAKE_SOURCE_DIR}/src")
 target_link_libraries(kv_dependencies INTERFACE PkgConfig::SDL2 PkgConfig::EPOXY PkgConfig::PYTHON
-    ${BOOST_PYTHON_LIBRARY} ${CMAKE_DL_LIBS})
+    ${BOOST_PYTHON_LIBRARY} ${FREETYPE_LINK_LIBRARIES} ${HARFBUZZ_LINK_LIBRARIES} ${IMGUI_LINK_LIBRARIES}
+    ${CMAKE_DL_LIBS})
+# One source file reads the font libraries' headers; no other is to see them.
+set_source_files_properties("${CMAKE_SOURCE_DIR}/src/assets/FontFace.cpp" PROPERTIES
+    INCLUDE_DIRECTORIES "${FREETYPE_INCLUDE_DIRS};${HARFBUZZ_INCLUDE_DIRS}")
 if(BACKTRACE_LIBRARY)
     target_link_libraries(kv_dependencies INTERFACE ${BACKTRACE_LIBRARY})
     target_compile_definitions(kv_dependencies INTERFACE KV_HAVE_BACKTRACE)

@@ -10,6 +10,11 @@ foreach(folder IN LISTS KV_FOLDERS)
     endif()
 endforeach()
 
+# The part of assets that stands below the object tree, for programs that handle model files without the engine.
+string(CONCAT mesh_objects "/(BulkAllocator|Mesh|Mesh(Bounds|Builder|Normals|Shapes|Solids|Texturing|Welding)|ModelFile"
+    "|PlaneTriangulation|PolygonTriangulator)\\.cpp")
+set(KV_MESH_OBJECTS "$<FILTER:$<TARGET_OBJECTS:kv_assets>,INCLUDE,${mesh_objects}>")
+
 kv_add_engine_reflection(kv_reflection)
 target_link_libraries(kv_reflection PUBLIC kv_dependencies)
 list(APPEND KV_LIBRARIES kv_reflection)

@@ -1,5 +1,5 @@
-# One test program a folder of tests/: test_port and test_foundation link what lies below the object layer only,
-# every other program links the whole engine and may bring reflected fixture classes of its own.
+# One test program a folder of tests/: test_port, test_foundation and test_fuzz link what lies below the object layer
+# only, every other program links the whole engine and may bring reflected fixture classes of its own.
 # Where the test library is missing there are no tests: ./play does not install it, ./check does.
 find_package(GTest QUIET)
 if(NOT GTest_FOUND)
@@ -21,6 +21,9 @@ foreach(path IN LISTS test_folders)
         KV_GAME_DIR="${KV_GAME_DIR}" KV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     if(folder STREQUAL "port" OR folder STREQUAL "foundation")
         target_link_libraries(test_${folder} PRIVATE kv_foundation kv_port GTest::gmock GTest::gtest_main)
+    elseif(folder STREQUAL "fuzz")
+        target_sources(test_fuzz PRIVATE ${KV_MESH_OBJECTS})
+        target_link_libraries(test_fuzz PRIVATE kv_foundation kv_port GTest::gtest)
     else()
         target_sources(test_${folder} PRIVATE ${support_sources})
         target_link_libraries(test_${folder} PRIVATE ${KV_LIBRARIES} GTest::gmock GTest::gtest)
@@ -30,3 +33,6 @@ foreach(path IN LISTS test_folders)
     add_test(NAME ${folder} COMMAND test_${folder} WORKING_DIRECTORY "${KV_GAME_DIR}/bin")
 endforeach()
 add_custom_target(kv_tests DEPENDS ${KV_TEST_PROGRAMS})
+if(TARGET kaVelImport)
+    add_dependencies(kv_tests kaVelImport)
+endif()

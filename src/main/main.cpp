@@ -6,6 +6,7 @@
 #include "object/Variant.h"
 #include "platform/InputSystem.h"
 #include "port/win32/Messages.h"
+#include "tools/ProfilerSystem.h"
 
 #include "foundation/Assertions.h"
 
@@ -82,6 +83,7 @@ int main()
 {
     SystemSystem::bootstrap();
     initPython();
+    getSystem<ProfilerSystem>(); // before the first level, whose load is measured too
     guarded(loadInitialLevel);
     primeClock();
     int exitCode = 0;

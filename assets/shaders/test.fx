@@ -10,7 +10,6 @@ float4 dissolveColor = { 0, 0, 0, 1 };
 float time = 0;                                    // seconds of the level
 float insanityAmount = 0;                          // 0 sane; taken as 0 to 1
 float gamma = 2.2;                                 // of the screen; more shows more in the dark
-float antialiasing = 1;                            // 1 smooths edges, 0 leaves them
 
 // Projected pictures: a cube of side 1, projected along its z axis
 float4x4 modelToWorld = { 1, 0, 0, 0,  0, 1, 0, 0,  0, 0, 1, 0,  0, 0, 0, 1 };
@@ -56,18 +55,18 @@ glsl PixelShader
 
 VertexShader screen
 {
-    flat out vec4 rays;
+    flat out vec4 screenRays;
 
     void main()
     {
         gl_Position = vec4(POSITION.xy, 0.0, 1.0);
-        rays = pixelRays();
+        screenRays = pixelRays();
     }
 }
 
-PixelShader combine
+glsl PixelShader
 {
-    flat in vec4 rays;
+    vec4 rays = vec4(0.0); // of pixelRays; main sets it
 
     const float exposure = 4.5;
     const float occlusionRadius = 0.35; // metres
@@ -76,6 +75,11 @@ PixelShader combine
     vec3 positionAt(vec2 pixel, float depth)
     {
         return vec3((pixel + 0.5) * rays.xy + rays.zw, 1.0) * depth;
+    }
+
+    vec2 inViewport(vec2 pixel)
+    {
+        return clamp(pixel, viewportPixels.xy, viewportPixels.xy + viewportPixels.zw - 1.0);
     }
 
     /// Mean over the 2 x 2 block of pixels that is shaded together.
@@ -95,7 +99,6 @@ PixelShader combine
     /// How open a surface is to light from everywhere, from two depths around it and those of its block; 1 is open.
     float openness(vec2 pixel, vec3 position, vec3 normal)
     {
-        vec2 last = viewportPixels.xy + viewportPixels.zw - 1.0;
         float radius = min(occlusionRadius * viewToProjection[1][1] * 0.5 * viewportPixels.w / position.z,
                            viewportPixels.w * 0.1);
         // The four pixels of a block look along four axes, and so all around together.
@@ -105,7 +108,7 @@ PixelShader combine
         float hidden = 0.0;
         for (int i = 0; i < 2; ++i)
         {
-            vec2 at = clamp(floor(pixel + axis * (lookDistances[i] * radius) + 0.5), viewportPixels.xy, last);
+            vec2 at = inViewport(floor(pixel + axis * (lookDistances[i] * radius) + 0.5));
             vec3 offset = positionAt(at, unpackDepth(texelFetch(GBuffer2, ivec2(at), 0).ba)) - position;
             float squared = dot(offset, offset) + 1e-4;
             float above = max(dot(normal, offset) - 0.02 - 0.004 * position.z, 0.0) * inversesqrt(squared);
@@ -115,35 +118,44 @@ PixelShader combine
     }
 
     /// Light from everywhere with some shape: more from above, more where the surface faces the eye, less in corners.
-    vec3 ambient(vec2 pixel, vec3 position, vec3 normal, float towardsEye)
+    vec3 ambient(vec3 position, vec3 normal, float towardsEye, float open)
     {
         float up = dot(normal, vec3(worldToView[1])) * 0.5 + 0.5;
         float eye = towardsEye * towardsEye / (1.0 + 0.05 * dot(position, position));
-        float open = openness(pixel, position, normal);
         vec3 cool = mix(vec3(1.02, 0.92, 0.88), vec3(0.90, 0.96, 1.18), up);
         return sceneAmbient.rgb * cool * (mix(0.62, 1.55, up) + eye) * (open * open);
     }
 
-    /// Linear light that a pixel of the scene sends to the eye.
-    vec3 sceneLight(vec2 pixel)
+    struct Surface
     {
-        vec4 packedSurface = texelFetch(GBuffer2, ivec2(pixel), 0);
+        bool empty;
+        vec3 position; // view space
+        vec3 normal;
+    };
+
+    Surface surfaceAt(vec2 pixel)
+    {
+        vec4 stored = texelFetch(GBuffer2, ivec2(pixel), 0);
+        bool empty = stored.b == 0.0;
+        return Surface(empty, positionAt(pixel, empty ? camFar : unpackDepth(stored.ba)), unpackNormal(stored.rg));
+    }
+
+    /// Linear light that a pixel of the scene, as open as said, sends to the eye.
+    vec3 sceneLight(Surface surface, vec2 pixel, float open)
+    {
         vec4 material = texelFetch(GBuffer1, ivec2(pixel), 0);
         vec4 light = texelFetch(LBuffer, ivec2(pixel), 0);
         vec3 emitted = toLinear(texelFetch(GBuffer3, ivec2(pixel), 0).rgb);
-        bool empty = packedSurface.b == 0.0;
-        vec3 position = positionAt(pixel, empty ? camFar : unpackDepth(packedSurface.ba));
-        vec3 normal = unpackNormal(packedSurface.rg);
-        float towardsEye = max(-dot(normal, normalize(position)), 0.0);
+        float towardsEye = max(-dot(surface.normal, normalize(surface.position)), 0.0);
 
         // The highlight's buffer has no colour of its own; it takes most of the light's.
         vec3 tint = mix(vec3(1.0), light.rgb / max(max(light.r, max(light.g, light.b)), 1e-4), 0.7);
         // The eye's own faint light glints on what is polished.
         float glint = towardsEye * towardsEye * towardsEye;
         glint *= glint * glint;
-        vec3 matt = toLinear(material.rgb) * (ambient(pixel, position, normal, towardsEye) + light.rgb);
+        vec3 matt = toLinear(material.rgb) * (ambient(surface.position, surface.normal, towardsEye, open) + light.rgb);
         vec3 shine = material.a * (tint * light.a + sceneAmbient.rgb * (0.6 * glint));
-        return empty ? vec3(0.0) : matt + shine + emitted;
+        return surface.empty ? vec3(0.0) : matt + shine + emitted;
     }
 
     /// Film's answer to light: what lies in the dark stays apart, the middle gains contrast, white is never reached.
@@ -165,8 +177,7 @@ PixelShader combine
         float edge = dot(fromCentre, fromCentre);
         vec2 sway = wave(time * vec2(0.21, 0.17) + fromCentre.yx * vec2(1.4, 1.1));
         vec2 breath = -fromCentre * (0.5 + 0.5 * wave(vec2(time * 0.33)).x) * 0.6;
-        vec2 moved = pixel + (sway + breath) * (edge * insanity * insanity * 0.03 * viewportPixels.w);
-        return clamp(floor(moved + 0.5), viewportPixels.xy, viewportPixels.xy + viewportPixels.zw - 1.0);
+        return inViewport(pixel + (sway + breath) * (edge * insanity * insanity * 0.03 * viewportPixels.w));
     }
 
     /// Colour drains away, the dark closes in from the edges, and a dull red pulse stays.
@@ -187,23 +198,183 @@ PixelShader combine
         return smoothstep(0.0, 1.0, (min(dissolveAmount, 1.0) * 1.4 - blotch) / 0.4);
     }
 
-    void main()
+    /// Colour on the screen of a pixel of the scene.
+    vec3 shown(Surface surface, vec2 pixel, float open, vec2 fromCentre, float insanity)
     {
-        vec2 pixel = gl_FragCoord.xy - 0.5;
-        vec2 fromCentre = (pixel - viewportPixels.xy) / viewportPixels.zw * 2.0 - 1.0;
-        float insanity = clamp(insanityAmount, 0.0, 1.0);
-
-        vec3 color = sceneLight(insanity > 0.0 ? unsteady(pixel, fromCentre, insanity) : pixel);
+        vec3 color = sceneLight(surface, pixel, open);
         if (insanity > 0.0)
             color = drained(color, fromCentre, insanity);
         color *= exposure * (1.0 - 0.16 * dot(fromCentre, fromCentre));
-        color = pow(filmic(color), vec3(1.0 / gamma));
+        return pow(filmic(color), vec3(1.0 / gamma));
+    }
+
+    // Antialiasing. Outlines are found in the inverse of the depth, which is linear in screen space on every plane:
+    // whatever its slope, a plane has no second difference, and neither have the textures on it. Where software draws,
+    // both sides of a branch are run; only the second round of a loop is spared where no pixel of a block wants it.
+
+    /// Inverse of the depth; 0 where nothing was drawn.
+    float nearness(vec2 pixel)
+    {
+        vec2 stored = texelFetch(GBuffer2, ivec2(inViewport(pixel)), 0).ba;
+        return stored.x == 0.0 ? 0.0 : 1.0 / unpackDepth(stored);
+    }
+
+    /// How much of a pixel lies beyond an outline beside it that keeps its row for so many pixels ahead and back, as it
+    /// is taken for straight between the middles of its steps at both ends; `opens` says at which it comes closer.
+    float coveredOf(vec2 reach, bvec2 opens)
+    {
+        float run = reach.x + reach.y;
+        bool isOpen = reach.x < reach.y ? opens.x : opens.y;
+        float first = min(reach.x, reach.y) - 0.5, last = min(first + 1.0, run * 0.5);
+        return isOpen ? max(last - first, 0.0) * (0.5 - 0.5 * (first + last) / run) : 0.0;
+    }
+
+    /// Whether a step in both directions is one of an outline that runs up and down rather than along the row, from the
+    /// pixels around it and those that the outline would pass between next.
+    bool runsUpright(vec4 around, vec2 jump, vec2 next)
+    {
+        vec2 away = vec2(jump.x > 0.0 ? around.y : around.x, jump.y > 0.0 ? around.w : around.z);
+        return abs(next.x - away.y) > abs(next.y - away.x);
+    }
+
+    /// The neighbour that shares a pixel (xy) and its share (z); no share but on outlines.
+    vec3 sharing(vec2 pixel)
+    {
+        const float furthest = 7.0;
+        float here = nearness(pixel);
+        vec2 other = pixel, axis, jump, bends;
+        vec4 around, last; // nearness: right, left, below, above; in the row ahead and back, and beyond the outline
+        bvec2 opens = bvec2(false), ended = bvec2(false);
+        vec2 reach = vec2(furthest);
+        vec4 from = pixel.xyxy, way = vec4(1, 0, 0, 1);
+        float gap = 0.0, share = 0.0, round = -2.0;
+        do
+        {
+            float far = max(round, 1.0);
+            vec4 row = vec4(nearness(from.xy + way.xy * far), nearness(from.xy - way.xy * far),
+                            nearness(from.zw + way.zw * far), nearness(from.zw - way.zw * far));
+            if (round == -2.0) // the pixels around
+            {
+                around = row;
+                bends = row.xz + row.yw - 2.0 * here;
+                vec2 sizes = abs(bends);
+                if (max(sizes.x, sizes.y) <= 0.15 * abs(rays.y) * here)
+                    break;
+                axis = sizes.x > sizes.y ? vec2(1, 0) : vec2(0, 1);
+                jump = mix(vec2(-1.0), vec2(1.0), greaterThan(abs(row.xz - here), abs(row.yw - here)));
+                way = vec4(2.0 * axis, jump.x, -jump.y);
+            }
+            else if (round == -1.0) // those after them, and on two corners
+            {
+                vec2 sides = axis.x > 0.0 ? around.xy : around.zw;
+                vec2 beside = here + row.xy - 2.0 * sides;
+                bool isAhead = abs(beside.x) > abs(beside.y);
+                vec2 beyond = isAhead ? beside : beside.yx;
+                float bend = dot(bends, axis);
+                // Two planes that meet bend the same way on both sides of the fold, the more the closer it is to the
+                // other side. Where one thing stands before another, the bends are opposite and tell nothing of that.
+                if (bend * beyond.x > 0.0)
+                {
+                    bool alone = abs(beyond.y) < 0.25 * abs(bend);
+                    share = alone ? max(bend / (bend + beyond.x) - 0.5, 0.0) : 0.0;
+                    other = isAhead ? pixel + axis : pixel - axis;
+                    break;
+                }
+                vec2 sizes = abs(bends);
+                if (min(sizes.x, sizes.y) > 0.5 * max(sizes.x, sizes.y))
+                {
+                    axis = runsUpright(around, jump, row.zw) ? vec2(1, 0) : vec2(0, 1);
+                    isAhead = dot(jump, axis) > 0.0;
+                    sides = axis.x > 0.0 ? around.xy : around.zw;
+                }
+                other = isAhead ? pixel + axis : pixel - axis;
+                float there = isAhead ? sides.x : sides.y;
+                gap = 0.5 * abs(there - here);
+                from = vec4(pixel, other);
+                way = axis.yxyx;
+                last = vec4(here, here, there, there);
+                round = 0.0;
+            }
+            else // along the outline
+            {
+                bvec2 ends = lessThan(abs(row.xy - row.zw), vec2(gap));
+                bvec2 open = lessThan(abs(row.xy - last.zw), abs(row.xy - last.xy));
+                for (int i = 0; i < 2; ++i)
+                    if (ends[i] && !ended[i])
+                    {
+                        reach[i] = round - 0.5;
+                        opens[i] = open[i];
+                        ended[i] = true;
+                    }
+                share = coveredOf(reach, opens);
+                last = row;
+            }
+            round += 1.0;
+        } while (!all(ended) && round < furthest);
+        return vec3(other, share);
+    }
+
+    vec2 fromCentreOf(vec2 pixel)
+    {
+        return (pixel - viewportPixels.xy) / viewportPixels.zw * 2.0 - 1.0;
+    }
+
+    /// The last touch of a colour that stands on the screen.
+    vec4 finished(vec2 pixel, vec3 color)
+    {
         if (dissolveAmount > 0.0)
             color = mix(color, dissolveColor.rgb, dissolved(pixel));
-
         // Half a step of noise hides the steps of eight bits.
-        float grain = spread(pixel) - 0.5;
-        COLOR0 = vec4(color + grain / 255.0, 1.0);
+        return vec4(color + (spread(pixel) - 0.5) / 255.0, 1.0);
+    }
+}
+
+PixelShader combine
+{
+    flat in vec4 screenRays;
+
+    void main()
+    {
+        rays = screenRays;
+        vec2 pixel = gl_FragCoord.xy - 0.5;
+        vec2 fromCentre = fromCentreOf(pixel);
+        float insanity = clamp(insanityAmount, 0.0, 1.0);
+        vec2 seen = insanity > 0.0 ? unsteady(pixel, fromCentre, insanity) : pixel;
+        vec2 nearest = floor(seen + 0.5);
+        vec3 neighbour = sharing(nearest);
+
+        // The nearest pixel, its neighbour across an outline, and what else an unsteady look lies between.
+        vec2 part = abs(seen - nearest), at = nearest, corner = inViewport(nearest + sign(seen - nearest));
+        float own = (1.0 - part.x) * (1.0 - part.y), share = own * (1.0 - neighbour.z), open = 1.0;
+        int samples = insanity > 0.0 ? 5 : neighbour.z > 0.0 ? 2 : 1;
+        vec3 color = vec3(0.0);
+        for (int i = 0; i < samples; ++i)
+        {
+            Surface surface = surfaceAt(at);
+            if (i == 0)
+                open = openness(at, surface.position, surface.normal);
+            color += shown(surface, at, open, fromCentre, insanity) * share;
+            at = i == 0 ? neighbour.xy : vec2(i == 2 ? nearest.x : corner.x, i == 1 ? nearest.y : corner.y);
+            share = i == 0 ? own * neighbour.z : (i == 2 ? 1.0 - part.x : part.x) * (i == 1 ? 1.0 - part.y : part.y);
+        }
+        COLOR0 = finished(pixel, color);
+    }
+}
+
+PixelShader combineSteps
+{
+    flat in vec4 screenRays;
+
+    void main()
+    {
+        rays = screenRays;
+        vec2 pixel = gl_FragCoord.xy - 0.5;
+        vec2 fromCentre = fromCentreOf(pixel);
+        float insanity = clamp(insanityAmount, 0.0, 1.0);
+        vec2 seen = insanity > 0.0 ? floor(unsteady(pixel, fromCentre, insanity) + 0.5) : pixel;
+        Surface surface = surfaceAt(seen);
+        float open = openness(seen, surface.position, surface.normal);
+        COLOR0 = finished(pixel, shown(surface, seen, open, fromCentre, insanity));
     }
 }
 
@@ -215,6 +386,18 @@ technique CombineTest
         AlphaBlendEnable = False; StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
         VertexShader = screen;
         PixelShader = combine;
+    }
+}
+
+// The same without antialiasing.
+technique CombineSteps
+{
+    pass Combine
+    {
+        CullMode = None; ZEnable = False; ZWriteEnable = False;
+        AlphaBlendEnable = False; StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        VertexShader = screen;
+        PixelShader = combineSteps;
     }
 }
 

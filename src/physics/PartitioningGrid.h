@@ -10,6 +10,7 @@
 #include "foundation/Quaternion.h"
 #include "foundation/Vector.h"
 
+#include <cstdint>
 #include <vector>
 
 class Collision;
@@ -146,13 +147,18 @@ public:
 
 private:
     bool isCell(int x, int z) const { return x >= 0 && x < columns && z >= 0 && z < rows; }
-    int cellIndex(int x, int z) const { return columns * z + x; }
+    int cellIndex(int x, int z) const { return static_cast<int>(std::int64_t(columns) * z + x); }
     bool setVolumeRectangle(BoundingVolume &volume);
     void fillCells(const CellRect &cells, const Handle<BoundingVolume> &vol, bool staticVol);
     void removeCells(const CellRect &cells, const Handle<BoundingVolume> &vol, bool staticVol);
 
-    void checkCell(int x, int z, int walkedColumns);
-    void checkPair(const VolumeListGrid &lists, VolumeListGrid::Slot a, VolumeListGrid::Slot b, int x, int z);
+    /// One cell of a walk over all, whose grid may get another size meanwhile.
+    struct WalkedCell
+    {
+        int x, z, index;
+    };
+    void checkCell(const WalkedCell &cell);
+    void checkPair(const VolumeListGrid &lists, VolumeListGrid::Slot a, VolumeListGrid::Slot b, const WalkedCell &cell);
 
     void rasterizeTriangleHelper(const Vec4 (&triangle)[3], int pointX, int pointZ, int baseXLeft, int baseXRight,
                                  int baseZ, GridCellAddressList &outList, RequestHandle request);

@@ -34,34 +34,34 @@ void PartitioningGrid::checkCollisions()
     const int walkedColumns = columns, walkedRows = rows;
     for (int z = 0; z < walkedRows; ++z)
         for (int x = 0; x < walkedColumns; ++x)
-            checkCell(x, z, walkedColumns);
+            checkCell({x, z, walkedColumns * z + x});
     staticGrid.thaw();
     grid.thaw();
 }
 
-/// Tests the pairs of one cell of a grid of so many columns.
-void PartitioningGrid::checkCell(int x, int z, int walkedColumns)
+/// Tests the pairs of one cell.
+void PartitioningGrid::checkCell(const WalkedCell &cell)
 {
-    const VolumeListGrid::SlotList moving = grid.slots(walkedColumns * z + x);
+    const VolumeListGrid::SlotList moving = grid.slots(cell.index);
     if (moving.empty())
         return;
-    const VolumeListGrid::SlotList fixed = staticGrid.slots(walkedColumns * z + x);
+    const VolumeListGrid::SlotList fixed = staticGrid.slots(cell.index);
     for (std::size_t i = 0; i < moving.size(); ++i)
     {
         for (std::size_t j = i + 1; j < moving.size(); ++j)
-            checkPair(grid, moving[i], moving[j], x, z);
+            checkPair(grid, moving[i], moving[j], cell);
         for (const VolumeListGrid::Slot slot : fixed)
-            checkPair(staticGrid, moving[i], slot, x, z);
+            checkPair(staticGrid, moving[i], slot, cell);
     }
 }
 
 /// Tests a moving volume with one of either list, in the first of the cells that they share: in the others the outcome
 /// would be the same.
-void PartitioningGrid::checkPair(const VolumeListGrid &lists, VolumeListGrid::Slot a, VolumeListGrid::Slot b, int x,
-                                 int z)
+void PartitioningGrid::checkPair(const VolumeListGrid &lists, VolumeListGrid::Slot a, VolumeListGrid::Slot b,
+                                 const WalkedCell &cell)
 {
     const CellRect &cellsA = grid.cellsOf(a), &cellsB = lists.cellsOf(b);
-    if (std::max(cellsA.minX, cellsB.minX) != x || std::max(cellsA.minZ, cellsB.minZ) != z)
+    if (std::max(cellsA.minX, cellsB.minX) != cell.x || std::max(cellsA.minZ, cellsB.minZ) != cell.z)
         return;
     const VolumeOutline &one = grid.outlineIn(a), &two = lists.outlineIn(b);
     for (int axis = 0; axis < 3; ++axis)

@@ -12,8 +12,8 @@
 #include "assets/DynamicMeshAssetLoader.h"
 #include "assets/FontAsset.h"
 #include "assets/FontAssetLoader.h"
+#include "engine/ComponentOf.h"
 #include "engine/DebugCollector.h"
-#include "engine/Entity.h"
 #include "engine/TransformComponent.h"
 
 #include <algorithm>
@@ -151,11 +151,9 @@ bool DebugTextGraphicsComponent::projectToPixels(const Vec4 &worldPosition, Vec4
     static const String transformKey = SCS("transform"), viewerKey = SCS("viewer");
     typedef TransformComponent T;
     const auto manager = handle_cast<GraphicsManager2>(getManager()).lookup();
-    const auto camera = manager ? manager->getCurrentCamera().lookup() : Handle<Entity>::Result{};
-    if (!camera)
-        return false;
-    const auto transform = handle_cast<TransformComponent>(camera->getComponent(transformKey)).lookup();
-    const auto viewer = handle_cast<ViewerComponent>(camera->getComponent(viewerKey)).lookup();
+    const Handle<Entity> camera = manager ? manager->getCurrentCamera() : Handle<Entity>();
+    T *const transform = componentOf<T>(camera, transformKey);
+    auto *const viewer = componentOf<ViewerComponent>(camera, viewerKey);
     if (!transform || !viewer)
         return false;
 

@@ -6,8 +6,8 @@
 #include "rendering/UnitMeshes.h"
 
 #include "assets/DynamicMeshAsset.h"
+#include "engine/ComponentOf.h"
 #include "engine/Coordinator.h"
-#include "engine/Entity.h"
 #include "engine/TimeSystem.h"
 #include "engine/TransformComponent.h"
 
@@ -51,9 +51,8 @@ Vec4 eyeOf(const Handle<AbstractManager> &hManager, Vec4 &ahead)
 {
     static const String transformKey = SCS("transform");
     const auto manager = handle_cast<GraphicsManager2>(hManager).lookup();
-    const auto camera = manager ? manager->getCurrentCamera().lookup() : Handle<Entity>::Result{};
-    const auto transform = camera ? handle_cast<TransformComponent>(camera->getComponent(transformKey)).lookup()
-                                  : Handle<TransformComponent>::Result{};
+    TransformComponent *const transform =
+        manager ? componentOf<TransformComponent>(manager->getCurrentCamera(), transformKey) : nullptr;
     if (!transform)
         return Vec4(0, 0, 0, 1);
     ahead = transform->getTransformationMatrix(TransformComponent::OMIT_SCALE).getColumn(2);

@@ -2,7 +2,7 @@
 
 #include "rendering/WindowSystem2.h"
 
-#include "engine/Entity.h"
+#include "engine/ComponentOf.h"
 #include "engine/TransformComponent.h"
 
 float FlatGraphicsComponent::getWidth()
@@ -43,8 +43,7 @@ void FlatGraphicsComponent::updateTransformByWindowCoordinates(WindowCoordinate 
         getSystemDeref<WindowSystem2>().convertWindowCoordinate(coord, WCS_NORMALIZED_NOWRAP, WCS_NORMALIZED_NOWRAP);
     static const String transformKey = SCS("transform");
     Vec4 origin(0, 0, 0, 1);
-    if (const auto base = relativeTo.lookup())
-        if (const auto baseTransform = handle_cast<TransformComponent>(base->getComponent(transformKey)).lookup())
-            origin = baseTransform->getPosition();
+    if (const auto *baseTransform = componentOf<TransformComponent>(relativeTo, transformKey))
+        origin = baseTransform->getPosition();
     transform->setPosition(Vec4(origin.x + place.x, origin.y + place.y, depth, 1));
 }

@@ -8,8 +8,8 @@
 #include "rendering/WholeWindow.h"
 
 #include "assets/DynamicMeshAsset.h"
+#include "engine/ComponentOf.h"
 #include "engine/Coordinator.h"
-#include "engine/Entity.h"
 #include "engine/GlobalConfigSystem.h"
 #include "engine/TimeSystem.h"
 #include "engine/TransformComponent.h"
@@ -53,17 +53,13 @@ const Names &names()
 TransformComponent *findTransform(const Handle<Entity> &hEntity)
 {
     static const String transformKey = SCS("transform");
-    const auto entity = hEntity.lookup();
-    const auto transform = entity ? handle_cast<TransformComponent>(entity->getComponent(transformKey)).lookup()
-                                  : Handle<TransformComponent>::Result{};
-    return transform ? &*transform : nullptr;
+    return componentOf<TransformComponent>(hEntity, transformKey);
 }
 
 bool hasViewer(const Handle<Entity> &hEntity)
 {
     static const String viewerKey = SCS("viewer");
-    const auto entity = hEntity.lookup();
-    return entity && handle_cast<ViewerComponent>(entity->getComponent(viewerKey)).isValid();
+    return componentOf<ViewerComponent>(hEntity, viewerKey) != nullptr;
 }
 
 bool isDeviceLost(const ErrorCode &result)

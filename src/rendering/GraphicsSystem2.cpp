@@ -11,7 +11,7 @@
 #include "assets/DynamicMeshAsset.h"
 #include "assets/DynamicMeshAssetLoader.h"
 #include "assets/TextureAsset.h"
-#include "engine/Entity.h"
+#include "engine/ComponentOf.h"
 
 #include "foundation/Assertions.h"
 #include "port/d3d9/D3D9Extras.h"
@@ -192,9 +192,7 @@ void GraphicsSystem2::updateFullScreenQuad()
 Vec4 GraphicsSystem2::unprojectPointFromLastFrame(const Vec4 &screenPoint, bool useSceneDepth)
 {
     static const String viewerKey = SCS("viewer");
-    const auto camera = lastFrameCamera.lookup();
-    const auto viewer = camera ? handle_cast<ViewerComponent>(camera->getComponent(viewerKey)).lookup()
-                               : Handle<ViewerComponent>::Result{};
+    auto *const viewer = componentOf<ViewerComponent>(lastFrameCamera, viewerKey);
     if (!viewer)
         return Vec4(0, 0, 0, 1);
     const WindowCoordinate size = getWholeWindow();

@@ -11,6 +11,7 @@
 #include "assets/MeshAsset.h"
 #include "assets/MeshAssetLoader.h"
 #include "assets/TextureAsset.h"
+#include "engine/ComponentOf.h"
 #include "engine/DebugCollector.h"
 #include "engine/Entity.h"
 #include "engine/GlobalConfigSystem.h"
@@ -61,15 +62,6 @@ const LightNames &names()
 {
     static const LightNames theNames;
     return theNames;
-}
-
-template <class Component>
-Component *componentOf(const Handle<Object> &hEntity, const String &key)
-{
-    const auto entity = handle_cast<Entity>(hEntity).lookup();
-    const auto component =
-        entity ? handle_cast<Component>(entity->getComponent(key)).lookup() : typename Handle<Component>::Result{};
-    return component ? &*component : nullptr;
 }
 
 /// View matrix of the camera that the level is drawn with; the identity without one.

@@ -8,6 +8,7 @@
 #include "rendering/ViewerComponent.h"
 #include "rendering/WholeWindow.h"
 
+#include "engine/ComponentOf.h"
 #include "engine/Coordinator.h"
 #include "engine/Entity.h"
 #include "engine/MapRootEntity.h"
@@ -26,11 +27,7 @@ namespace
 ViewerComponent *findViewer(const Handle<Entity> &hViewer)
 {
     static const String viewerKey = SCS("viewer");
-    const auto entity = hViewer.lookup();
-    if (!entity)
-        return nullptr;
-    const auto viewer = handle_cast<ViewerComponent>(entity->getComponent(viewerKey)).lookup();
-    return viewer ? &*viewer : nullptr;
+    return componentOf<ViewerComponent>(hViewer, viewerKey);
 }
 
 /// Whose volume it is: the entity it stands beside, or for a dummy the one that has the dummy's entity as a child.
@@ -108,9 +105,7 @@ void SceneGraph::leaveOutUnseen(const GraphicsSystem2::SceneRenderParams &params
     static const String transformKey = SCS("transform");
     typedef TransformComponent T;
     ViewerComponent *viewer = findViewer(params.viewer);
-    const auto entity = params.viewer.lookup();
-    const auto transform =
-        handle_cast<T>(entity ? entity->getComponent(transformKey) : Handle<AbstractComponent>()).lookup();
+    T *const transform = componentOf<T>(params.viewer, transformKey);
     if (!viewer || !transform)
         return;
     const WindowCoordinate size = getWholeWindow();

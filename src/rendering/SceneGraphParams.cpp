@@ -6,7 +6,7 @@
 #include "rendering/ViewerComponent.h"
 #include "rendering/WholeWindow.h"
 
-#include "engine/Entity.h"
+#include "engine/ComponentOf.h"
 #include "engine/TransformComponent.h"
 
 #include "foundation/Assertions.h"
@@ -52,15 +52,6 @@ private:
     const String &effect;
 };
 
-template <class Component>
-Component *findComponent(const Handle<Entity> &hEntity, const String &key)
-{
-    const auto entity = hEntity.lookup();
-    const auto component =
-        entity ? handle_cast<Component>(entity->getComponent(key)).lookup() : typename Handle<Component>::Result{};
-    return component ? &*component : nullptr;
-}
-
 ErrorCode setConstants(GraphicsSystem2 &graphics, const String &effect, const ShaderConstantList &constants)
 {
     for (const auto &[name, value] : constants)
@@ -105,8 +96,8 @@ ErrorCode SceneGraph::setViewerConstants(const String &effect, const GraphicsSys
     static const ViewerConstantNames names;
     static const String viewerKey = SCS("viewer");
     static const String transformKey = SCS("transform");
-    ViewerComponent *viewer = findComponent<ViewerComponent>(params.viewer, viewerKey);
-    TransformComponent *transform = findComponent<TransformComponent>(params.viewer, transformKey);
+    ViewerComponent *viewer = componentOf<ViewerComponent>(params.viewer, viewerKey);
+    TransformComponent *transform = componentOf<TransformComponent>(params.viewer, transformKey);
     KV_VERIFY(viewer && transform, "A viewer lacks its component \"viewer\" or \"transform\".");
     if (!viewer || !transform)
         return ErrorCode::BAD_HANDLE;

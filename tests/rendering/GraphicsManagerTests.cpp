@@ -1,4 +1,5 @@
 #include "RenderingWorld.h"
+#include "ScreenPicture.h"
 
 #include "assets/DynamicMeshAsset.h"
 #include "rendering/ModelGraphicsComponent2.h"
@@ -9,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -18,13 +21,18 @@ class Frame : public testing::Test, public RenderingWorld
 {
 protected:
     /// A quad of one metre that shines by itself.
-    void glowingModel(Vec4 position)
+    void glowingModel(Vec4 position) { square(position, 0.5f, SCS("lampShadeEmissive.dds")); }
+
+    /// A square that faces the camera, 2 m times its size, turned clockwise by so many radians.
+    void square(Vec4 position, float size, const String &emissive, float roll = 0)
     {
         const Handle<Entity> entity = level.entity("model");
-        level.transform(entity, position).lookup()->setScale(Vec4(0.5f, 0.5f, 1, 0));
+        const auto transform = level.transform(entity, position).lookup();
+        transform->setScale(Vec4(size, size, 1, 0));
+        transform->setOrientation(Quaternion::fromAxisAngle(Vec4(0, 0, 1, 0), roll));
         ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
         model.setMesh(graphics().getFullScreenQuad());
-        model.setEmissiveTextureName(SCS("lampShadeEmissive.dds"));
+        model.setEmissiveTextureName(emissive);
         model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
         IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice()); // textures need the real one
         model.onLoadComplete();
@@ -193,6 +201,34 @@ TEST_F(Frame, GlowingModelShowsInThePictureWhereItStands)
     EXPECT_GT(brightness(window), brightness(black) + 20);
     graphics().setGamma(3);
     EXPECT_GT(brightness(presentedPixel(WIDTH / 2, HEIGHT / 2) & 0xffffff), brightness(window));
+}
+
+TEST_F(Frame, AntialiasingChangesOutlinesOnlyAndLeavesNothingBehind)
+{
+    square(Vec4(0, 0, 6, 1), 20, SCS("lampShadeEmissive.dds"));
+    square(Vec4(-3, 0, 4, 1), 3, SCS("black.dds"), 0.1f);
+    const auto drawn = [this](bool antialiasing)
+    {
+        graphics().setAntialiasing(antialiasing);
+        return drawPicture(*this);
+    };
+    const ScreenPicture steps = drawn(false), smooth = drawn(true);
+    EXPECT_TRUE(drawn(false) == steps);
+    const int dark = steps.red(2, HEIGHT / 2), bright = steps.red(WIDTH - 3, HEIGHT / 2);
+    ASSERT_GT(bright, dark + 50);
+    const auto isDark = [&](int x, int y) { return steps.red(x, y) < (dark + bright) / 2; };
+    int between = 0;
+    for (int y = 1; y < HEIGHT - 1; ++y)
+        for (int x = 1; x < WIDTH - 1; ++x)
+        {
+            const bool isOutline = isDark(x - 1, y) != isDark(x + 1, y) || isDark(x, y - 1) != isDark(x, y + 1);
+            if (isOutline)
+                between += std::min(smooth.red(x, y) - dark, bright - smooth.red(x, y)) > (bright - dark) / 8;
+            else
+                EXPECT_EQ(smooth.at(x, y), steps.at(x, y)) << x << ", " << y;
+        }
+    EXPECT_GT(between, HEIGHT / 3);
+    EXPECT_LT(between, HEIGHT * 2);
 }
 
 TEST_F(Frame, SteadyFrameAllocatesNothing)

@@ -73,6 +73,8 @@ void SquareGrid::updateSize()
 
 void SquareGrid::resize(int newCols, int newRows)
 {
+    if (newCols < 0 || newRows < 0 || static_cast<std::int64_t>(newCols) * newRows > MOST_CELLS)
+        return; // called by name; updateSize tells of such sizes
     ValueList values(static_cast<std::size_t>(newCols) * static_cast<std::size_t>(newRows));
     const int keptCols = std::min(cols, newCols), keptRows = std::min(rows, newRows);
     for (int z = 0; z < keptRows; ++z)

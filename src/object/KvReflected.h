@@ -10,6 +10,11 @@ struct ARInvokers;
 template <class E>
 struct Enum;
 
+/// Marks a class whose public functions are to be reflected as those of each reflected class that derives from it.
+///
+/// Stands as the first line of the body of a class that does not derive from Object, and leaves private access behind it.
+#define KV_REFLECTED_MIXIN private:
+
 /// Declares what the generated table needs of a class derived from Object.
 ///
 /// Stands as the first line of the class body and leaves private access behind it. The definitions are generated

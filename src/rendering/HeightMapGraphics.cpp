@@ -16,7 +16,7 @@ void HeightMapGraphics::onLoadComplete()
 {
     loaded = true;
     readHeights();
-    surface.load();
+    loadTextures();
     GraphicsComponent2::onLoadComplete();
 }
 
@@ -40,7 +40,7 @@ GraphicsSystem2::BatchRenderParams HeightMapGraphics::batchGetParams()
     shaders.addTo(params);
     const Matrix4 modelToWorld = findTransform()->getTransformationMatrix(TransformComponent::USE_OFFSET);
     params.shaderConstants.emplace_back(modelToWorldName, modelToWorld.transpose());
-    surface.addTo(params);
+    addTexturesTo(params);
     return params;
 }
 

@@ -12,7 +12,7 @@ class DynamicMeshAsset;
 /// The heights come from an image of the texture folder, black 0 to white 1, its top towards +z; or they are set one by
 /// one. An image that cannot be read is logged and leaves the terrain flat. Heights changed while it is drawn show in
 /// the next frame.
-class HeightMapGraphics : public GraphicsComponent2
+class HeightMapGraphics : public GraphicsComponent2, public SurfaceTextures
 {
     KV_REFLECTED(HeightMapGraphics)
 public:
@@ -57,39 +57,10 @@ public:
     /// How often the maps lie along each side.
     void setTextureRepeat(float val);
 
-    Handle<TextureAsset> getTexture() const { return surface.texture; }
-    /// Diffuse map.
-    void setTexture(Handle<TextureAsset> val) { surface.texture = val; }
-    String getTextureName() const { return surface.textureName; }
-    /// File name of the diffuse map, with extension.
-    void setTextureName(const String &val) { surface.setTextureName(val); }
-
-    Handle<TextureAsset> getNormalTexture() const { return surface.normalTexture; }
-    /// Normal map, in tangent space.
-    void setNormalTexture(Handle<TextureAsset> val) { surface.normalTexture = val; }
-    String getNormalTextureName() const { return surface.normalTextureName; }
-    /// File name of the normal map, with extension; "flatNormal.dds" where none is given.
-    void setNormalTextureName(const String &val) { surface.setNormalTextureName(val); }
-
-    Handle<TextureAsset> getEmissiveTexture() const { return surface.emissiveTexture; }
-    /// Light that the surface gives off by itself.
-    void setEmissiveTexture(Handle<TextureAsset> val) { surface.emissiveTexture = val; }
-    String getEmissiveTextureName() const { return surface.emissiveTextureName; }
-    /// File name of the emissive map, with extension; "black.dds" where none is given.
-    void setEmissiveTextureName(const String &val) { surface.setEmissiveTextureName(val); }
-
-    Handle<TextureAsset> getSpecularTexture() const { return surface.specularTexture; }
-    /// Colour and strength of highlights.
-    void setSpecularTexture(Handle<TextureAsset> val) { surface.specularTexture = val; }
-    String getSpecularTextureName() const { return surface.specularTextureName; }
-    /// File name of the specular map, with extension; "black.dds" where none is given.
-    void setSpecularTextureName(const String &val) { surface.setSpecularTextureName(val); }
-
 private:
     void readHeights();
     void rebuild();
 
-    SurfaceTextures surface;
     Handle<DynamicMeshAsset> mesh; ///< over the unit square; invalid before the terrain is first drawn
     String heightMapName;
     HeightField field;

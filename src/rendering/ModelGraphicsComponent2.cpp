@@ -18,7 +18,7 @@ void ModelGraphicsComponent2::onLoadComplete()
 {
     loaded = true;
     requestMesh();
-    surface.load();
+    loadTextures();
     GraphicsComponent2::onLoadComplete();
 }
 
@@ -29,7 +29,7 @@ GraphicsSystem2::BatchRenderParams ModelGraphicsComponent2::batchGetParams()
     params.instanceType = MVT_DEFAULT_INSTANCE;
     params.mesh = mesh;
     shaders.addTo(params);
-    surface.addTo(params);
+    addTexturesTo(params);
     return params;
 }
 
@@ -65,7 +65,7 @@ bool ModelGraphicsComponent2::doBatchCompare(const Handle<GraphicsComponent2> &r
     const auto *other = static_cast<const ModelGraphicsComponent2 *>(object.ptr);
     // Later assets first: a level names its walls before what stands in front of them, and what is hidden when its
     // turn comes is not shaded.
-    return std::tuple(mesh, surface.getTextures()) > std::tuple(other->mesh, other->surface.getTextures());
+    return std::tuple(mesh, getTextures()) > std::tuple(other->mesh, other->getTextures());
 }
 
 void ModelGraphicsComponent2::setMeshName(const String &val)

@@ -14,7 +14,7 @@
 void QuadComponent2::onLoadComplete()
 {
     expectLayer({SceneGraph::SCREEN, SceneGraph::SCREEN_DEBUG, SceneGraph::WORLD_DEBUG, SceneGraph::DECAL});
-    surface.load();
+    loadTextures();
     FlatGraphicsComponent::onLoadComplete();
 }
 
@@ -26,7 +26,7 @@ GraphicsSystem2::BatchRenderParams QuadComponent2::batchGetParams()
     params.instanceType = MVT_DEFAULT_INSTANCE;
     params.mesh = getUnitQuad();
     shaders.addTo(params);
-    surface.addTo(params);
+    addTexturesTo(params);
     return params;
 }
 
@@ -54,7 +54,7 @@ bool QuadComponent2::doBatchCompare(const Handle<GraphicsComponent2> &rhs) const
     const float depth = getSortDepth(), otherDepth = other->getSortDepth();
     if (depth != otherDepth)
         return depth > otherDepth;
-    return surface.getTextures() < other->surface.getTextures();
+    return getTextures() < other->getTextures();
 }
 
 float QuadComponent2::getSortDepth() const

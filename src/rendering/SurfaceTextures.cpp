@@ -30,16 +30,16 @@ void loadMap(Handle<TextureAsset> &texture, const String &name, const char *defa
 
 } // namespace
 
-void SurfaceTextures::load()
+void SurfaceTextures::loadTextures()
 {
-    loaded = true;
+    texturesLoaded = true;
     loadMap(texture, textureName, nullptr);
     loadMap(normalTexture, normalTextureName, flatNormal);
     loadMap(emissiveTexture, emissiveTextureName, black);
     loadMap(specularTexture, specularTextureName, black);
 }
 
-void SurfaceTextures::addTo(GraphicsSystem2::BatchRenderParams &params) const
+void SurfaceTextures::addTexturesTo(GraphicsSystem2::BatchRenderParams &params) const
 {
     static const String diffuseMap = SCS("diffuseMap_texture"), normalMap = SCS("normalMap_texture"),
                         emissiveMap = SCS("emissiveMap_texture"), specularMap = SCS("specularMap_texture");
@@ -52,28 +52,28 @@ void SurfaceTextures::addTo(GraphicsSystem2::BatchRenderParams &params) const
 void SurfaceTextures::setTextureName(const String &val)
 {
     textureName = val;
-    if (loaded)
+    if (texturesLoaded)
         texture = requestMap(val, nullptr);
 }
 
 void SurfaceTextures::setNormalTextureName(const String &val)
 {
     normalTextureName = val;
-    if (loaded)
+    if (texturesLoaded)
         normalTexture = requestMap(val, flatNormal);
 }
 
 void SurfaceTextures::setEmissiveTextureName(const String &val)
 {
     emissiveTextureName = val;
-    if (loaded)
+    if (texturesLoaded)
         emissiveTexture = requestMap(val, black);
 }
 
 void SurfaceTextures::setSpecularTextureName(const String &val)
 {
     specularTextureName = val;
-    if (loaded)
+    if (texturesLoaded)
         specularTexture = requestMap(val, black);
 }
 

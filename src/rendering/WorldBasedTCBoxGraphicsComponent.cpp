@@ -16,7 +16,7 @@
 
 void WorldBasedTCBoxGraphicsComponent::onLoadComplete()
 {
-    surface.load();
+    loadTextures();
     GraphicsComponent2::onLoadComplete();
 }
 
@@ -40,7 +40,7 @@ GraphicsSystem2::BatchRenderParams WorldBasedTCBoxGraphicsComponent::batchGetPar
     GraphicsSystem2::BatchRenderParams params;
     params.mesh = mesh;
     shaders.addTo(params);
-    surface.addTo(params);
+    addTexturesTo(params);
     return params;
 }
 
@@ -59,8 +59,8 @@ bool WorldBasedTCBoxGraphicsComponent::doBatchCompare(const Handle<GraphicsCompo
     const auto object = rhs.lookup();
     if (!object || object->getType() != getType())
         return false;
-    const auto textures = surface.getTextures();
-    const auto others = static_cast<const WorldBasedTCBoxGraphicsComponent *>(object.ptr)->surface.getTextures();
+    const auto textures = getTextures();
+    const auto others = static_cast<const WorldBasedTCBoxGraphicsComponent *>(object.ptr)->getTextures();
     return textures != others ? textures < others : GraphicsComponent2::doBatchCompare(rhs);
 }
 

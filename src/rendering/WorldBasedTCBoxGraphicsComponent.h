@@ -14,7 +14,7 @@ class DynamicMeshAsset;
 /// Texture coordinates are world positions, along the two axes that a face turns to least, so that boxes side by side
 /// show no seam. The mesh stands in world space and is made anew when the transform or the texture's scale has changed,
 /// which is seen when the box is drawn: a box that moves in every frame is better a model.
-class WorldBasedTCBoxGraphicsComponent : public GraphicsComponent2
+class WorldBasedTCBoxGraphicsComponent : public GraphicsComponent2, public SurfaceTextures
 {
     KV_REFLECTED(WorldBasedTCBoxGraphicsComponent)
 public:
@@ -43,38 +43,9 @@ public:
     /// What is drawn, in world space; invalid before the box is first drawn.
     Handle<DynamicMeshAsset> getMesh() const { return mesh; }
 
-    Handle<TextureAsset> getTexture() const { return surface.texture; }
-    /// Diffuse map.
-    void setTexture(Handle<TextureAsset> val) { surface.texture = val; }
-    String getTextureName() const { return surface.textureName; }
-    /// File name of the diffuse map, with extension.
-    void setTextureName(const String &val) { surface.setTextureName(val); }
-
-    Handle<TextureAsset> getNormalTexture() const { return surface.normalTexture; }
-    /// Normal map, in tangent space.
-    void setNormalTexture(Handle<TextureAsset> val) { surface.normalTexture = val; }
-    String getNormalTextureName() const { return surface.normalTextureName; }
-    /// File name of the normal map, with extension; "flatNormal.dds" where none is given.
-    void setNormalTextureName(const String &val) { surface.setNormalTextureName(val); }
-
-    Handle<TextureAsset> getEmissiveTexture() const { return surface.emissiveTexture; }
-    /// Light that the surface gives off by itself.
-    void setEmissiveTexture(Handle<TextureAsset> val) { surface.emissiveTexture = val; }
-    String getEmissiveTextureName() const { return surface.emissiveTextureName; }
-    /// File name of the emissive map, with extension; "black.dds" where none is given.
-    void setEmissiveTextureName(const String &val) { surface.setEmissiveTextureName(val); }
-
-    Handle<TextureAsset> getSpecularTexture() const { return surface.specularTexture; }
-    /// Colour and strength of highlights.
-    void setSpecularTexture(Handle<TextureAsset> val) { surface.specularTexture = val; }
-    String getSpecularTextureName() const { return surface.specularTextureName; }
-    /// File name of the specular map, with extension; "black.dds" where none is given.
-    void setSpecularTextureName(const String &val) { surface.setSpecularTextureName(val); }
-
 private:
     void rebuild(const Matrix4 &placement);
 
-    SurfaceTextures surface;
     ObjectGroupComponent::Group group = ObjectGroupComponent::NONE;
     float textureScale = 1.0f;      ///< repeats a metre
     Handle<DynamicMeshAsset> mesh;  ///< world space; invalid before the box is first drawn

@@ -6,14 +6,13 @@ import pathlib
 import shutil
 import subprocess
 import sys
-import tempfile
 import time
-import traceback
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 GENERATOR = ROOT / "tools" / "reflect"
-sys.path.insert(0, str(GENERATOR))
+sys.path[:0] = [str(GENERATOR), str(ROOT / "tests" / "support")]
 import doxygen
+from cases import run
 from failure import ReflectionError
 
 HEADERS = {
@@ -109,6 +108,34 @@ def test_the_names_that_scripts_reach_are_listed(folder, _):
                  "method Lamp::light(const Handle<Door> &, float) -> void", "property Object.name (get/set)"):
         assert line in names, f"{line!r} is missing from {names}"
     assert not any("tooMany" in line for line in names)
+
+
+def test_a_mixin_gives_its_public_functions_to_each_class_that_takes_it(folder, _):
+    painted = """
+#include "base/Object.h"
+class Painted
+{
+    KV_REFLECTED_MIXIN
+public:
+    /// Colour of the paint.
+    int getColor() const;
+    void setColor(int val);
+protected:
+    void mix();
+private:
+    int color;
+};
+class Fence : public Object, public Painted
+{
+    KV_REFLECTED(Fence)
+};
+"""
+    tree = Tree(folder, {**HEADERS, "base/Painted.h": painted}).expect_success()
+    names = (tree.root / "names.txt").read_text(encoding="utf-8").splitlines()
+    assert "property Fence.color (get/set)" in names and "method Fence::setColor(int) -> void" in names, names
+    assert not any("mix" in line or "class Painted" in line for line in names), names
+    table = "".join(text for name, text in tree.outputs().items() if name.endswith(".cpp"))
+    assert "resolveThis<Fence>" in table and "resolveThis<Painted>" not in table
 
 
 def test_the_first_sentence_of_a_comment_stands_alone(*_):
@@ -222,18 +249,7 @@ def main():
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
     build = (ROOT / options.build).resolve()
-    failed = 0
-    for name, case in list(globals().items()):
-        if not name.startswith("test_") or (options.names and name not in options.names):
-            continue
-        with tempfile.TemporaryDirectory() as folder:
-            try:
-                case(folder, build)
-                print(f"ok {name}", flush=True)
-            except Exception:  # a failing case is reported and the next one runs
-                failed += 1
-                print(f"FAILED {name}\n{traceback.format_exc()}", flush=True)
-    sys.exit(1 if failed else 0)
+    sys.exit(run(globals(), options.names, lambda folder: (str(folder), build)))
 
 
 if __name__ == "__main__":

@@ -9,8 +9,8 @@ import pathlib
 import shutil
 import subprocess
 import sys
-import tempfile
-import traceback
+
+from cases import run
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 TIMEOUT_S = 240
@@ -90,15 +90,5 @@ def main(cases):
     parser.add_argument("--build", type=pathlib.Path, required=True)
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
-    failed = 0
-    for name, case in cases.items():
-        if not name.startswith("test_") or (options.names and name not in options.names):
-            continue
-        with tempfile.TemporaryDirectory() as folder:
-            try:
-                case(World((ROOT / options.build).resolve(), pathlib.Path(folder) / "game"))
-                print(f"ok {name}", flush=True)
-            except Exception:  # a failing case is reported and the next one runs
-                failed += 1
-                print(f"FAILED {name}\n{traceback.format_exc()}", flush=True)
-    sys.exit(1 if failed else 0)
+    sys.exit(run(cases, options.names,
+                 lambda folder: (World((ROOT / options.build).resolve(), folder / "game"),)))

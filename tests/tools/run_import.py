@@ -10,11 +10,10 @@ import pathlib
 import struct
 import subprocess
 import sys
-import tempfile
-import traceback
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-sys.path.insert(0, str(ROOT / "tools" / "assets"))
+sys.path[:0] = [str(ROOT / "tools" / "assets"), str(ROOT / "tests" / "support")]
+import cases
 import check_model
 import model_file
 
@@ -224,18 +223,7 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)
     TOOL = parser.parse_args().build.resolve() / "kaVelImport"
-    failed = 0
-    for name, case in list(globals().items()):
-        if not name.startswith("test_"):
-            continue
-        with tempfile.TemporaryDirectory() as folder:
-            try:
-                case(pathlib.Path(folder))
-                print(f"ok {name}")
-            except Exception:  # a failing case is reported and the next one runs
-                failed += 1
-                print(f"FAILED {name}\n{traceback.format_exc()}")
-    return 1 if failed else 0
+    return cases.run(globals())
 
 
 if __name__ == "__main__":

@@ -14,6 +14,10 @@ MARKER = "KvReflectedMarker"
 REFLECTED_BLOCK = ("KV_REFLECTED(C)=public: static const ReflectorPtr staticType; ReflectorPtr getType() const override; "
                    f"Handle<C> getTypedHandle() const; private: friend struct {MARKER};")
 
+# What KV_REFLECTED_MIXIN leaves for the generator to see.
+MIXIN_MARKER = "KvReflectedMixinMarker"
+MIXIN_BLOCK = f"KV_REFLECTED_MIXIN=private: friend struct {MIXIN_MARKER};"
+
 SETTINGS = {
     "PROJECT_NAME": "reflection",
     "FILE_PATTERNS": "*.h",
@@ -58,7 +62,7 @@ def run(doxygen, source, inputs, excluded, work):
     settings["STRIP_FROM_PATH"] = quoted(source)
     settings["INPUT"] = " ".join(quoted(os.path.join(source, path)) for path in inputs)
     settings["EXCLUDE"] = " ".join(quoted(os.path.join(source, path)) for path in excluded)
-    settings["PREDEFINED"] = quoted(REFLECTED_BLOCK)
+    settings["PREDEFINED"] = quoted(REFLECTED_BLOCK) + " " + quoted(MIXIN_BLOCK)
     text = "".join(f"{name} = {value}\n" for name, value in sorted(settings.items()))
     done = subprocess.run([doxygen, "-"], input=text, text=True, cwd=source, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, check=False)
@@ -190,6 +194,8 @@ class Reader:
 
     def _apply_marker(self, record):
         """Notes that the macro is there and takes its own lines out of every class but the root."""
+        record.is_mixin = any(m.kind == "friend" and m.name == MIXIN_MARKER for m in record.own)
+        record.own = [m for m in record.own if m.name != MIXIN_MARKER]
         marker = next((m for m in record.own if m.kind == "friend" and m.name == MARKER), None)
         if marker is None:
             return

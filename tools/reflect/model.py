@@ -1,7 +1,7 @@
 """What the headers declare: records of classes, members, enums, files, and how they hang together."""
 
 import re
-from dataclasses import dataclass, field
+from dataclasses import dataclass, field, replace
 
 from failure import ReflectionError
 
@@ -69,6 +69,7 @@ class Record:
     includes: list = field(default_factory=list)  # of a file, as written
     own: list = field(default_factory=list)  # members declared here, in declaration order
     is_reflected: bool = False
+    is_mixin: bool = False  # its public functions are those of every reflected class that derives from it
     reflected_line: int = 0
     scope: "Record" = None
     # Filled in by Model.connect.
@@ -188,14 +189,15 @@ class Model:
         """Resolves scopes, bases, inherited members and overridden functions."""
         self._place_in_scopes()
         for record in self.classes():
-            self._check_one_definition(record)
             if not record.imported:
+                self._check_one_definition(record)
                 record.bases = [(base, prot, virt) for name, prot, virt in record.base_names
                                 if (base := self._base(name, record)) is not None]
         for record in self.classes():
             if not record.imported:
                 record.all_bases = self._flatten_bases(record)
                 self._check_reflected(record)
+                self._take_in_mixins(record)
         done = set()
         for record in self.classes():
             self._inherit(record, done)
@@ -294,6 +296,16 @@ class Model:
                                              "the public part of its class")
             scope = scope.class_scope
 
+    def _take_in_mixins(self, record):
+        """Gives a reflected class the public functions of its mixins as its own."""
+        mixins = [base for base, _, _ in record.bases if base.is_mixin] if record.is_reflected else []
+        for member in (m for mixin in mixins for m in mixin.own):
+            if member.kind == "function" and member.protection == "public" and not member.is_special:
+                copy = replace(member, id=f"{record.id}_{member.id}", qualified=f"{record.qualified}::{member.name}",
+                               scope=record)
+                record.own.append(copy)
+                self.by_id[copy.id] = copy
+
     def _inherit(self, record, done):
         if record.id in done or record.imported:
             return
@@ -304,7 +316,7 @@ class Model:
         seen = {m.id for m in record.members}
         for base, _, _ in record.bases:
             self._inherit(base, done)
-            for member in base.members:
+            for member in base.members if not (base.is_mixin and record.is_reflected) else ():
                 override = overriding.get(member.arguments_key()) if member.virtual != "non-virtual" else None
                 if override is not None:
                     if override.overridden is None:

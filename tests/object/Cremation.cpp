@@ -26,8 +26,9 @@ TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
     const Handle<TestThing> parent = spawn("parent");
     const Handle<TestThing> child = spawn("child", parent);
     const Handle<TestThing> grandchild = spawn("grandchild", child);
+    const Handle<TestThing> sibling = spawn("sibling", parent);
     std::vector<String> story;
-    for (const Handle<TestThing> &h : {parent, child, grandchild})
+    for (const Handle<TestThing> &h : {parent, child, grandchild, sibling})
     {
         const String name = h.lookup()->getName();
         h.lookup()->whenMurdered = [&, h, name]
@@ -38,13 +39,15 @@ TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
         h.lookup()->whenDestroyed = [&, name] { story.push_back(SCS("~") + name); };
     }
 
+    sibling.lookup()->murder();
+    const Handle<TestThing> late = spawn("late", sibling);
     parent.lookup()->murder();
     parent.lookup()->murder();
-    EXPECT_TRUE(grandchild.lookup()->isDying());
+    EXPECT_TRUE(grandchild.lookup()->isDying() && late.lookup()->isDying());
     cremateDeadObjects();
 
-    const std::vector<String> expected{SCS("parent"),  SCS("grandchild"),  SCS("child"),
-                                       SCS("~parent"), SCS("~grandchild"), SCS("~child")};
+    const std::vector<String> expected{SCS("sibling"),  SCS("parent"),  SCS("grandchild"),  SCS("child"),
+                                       SCS("~sibling"), SCS("~parent"), SCS("~grandchild"), SCS("~child")};
     EXPECT_EQ(story, expected);
 }
 

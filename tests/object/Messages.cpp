@@ -120,6 +120,7 @@ TEST_F(Messages, CallingAMessageTypePostsToTheOfficeOfTheProcess)
 
 TEST_F(Messages, ABoundCallDescribesItselfAsWhatItWraps)
 {
+    EXPECT_EQ(listener.lookup()->bind(SCS("noSuchMethod")), ReflectorPtr());
     const ReflectorPtr bound = listener.lookup()->bind(SCS("addFour"));
     const ReflectorPtr partly = PartialFunctionApplication::construct(bound, 1, 2);
     EXPECT_EQ(partly->call(3, 4).value.get<int>().value, 10);

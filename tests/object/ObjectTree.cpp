@@ -1,6 +1,8 @@
 // The object tree: parents, children, names and paths.
 #include "support/TestThing.h"
 
+#include "object/TreeWalk.h"
+
 #include <gtest/gtest.h>
 
 namespace
@@ -61,6 +63,26 @@ TEST_F(ObjectTree, AMoveIsToldDepthFirstWithTheFormerParent)
     EXPECT_EQ(a.lookup()->moves.size(), 1u) << "the present parent changes nothing";
 }
 
+TEST_F(ObjectTree, AWalkGivesParentsFirstTakesInWhoArrivesAndLeavesOutWhatItIsTold)
+{
+    const Handle<TestThing> sprig = spawn("sprig", leaf);
+    std::vector<std::pair<String, std::size_t>> visited;
+    TreeWalk walk(*root.lookup());
+    while (const Object *object = walk.next())
+    {
+        visited.emplace_back(object->getName(), walk.getDepth());
+        if (object == leaf.lookup().ptr)
+            walk.skipChildren();
+        if (object == b.lookup().ptr)
+            spawn("late", b);
+        TreeWalk inner(*a.lookup());
+        inner.next();
+    }
+    const std::vector<std::pair<String, std::size_t>> expected{
+        {SCS("root"), 0}, {SCS("a"), 1}, {SCS("leaf"), 2}, {SCS("b"), 1}, {SCS("late"), 2}};
+    EXPECT_EQ(visited, expected);
+}
+
 TEST_F(ObjectTree, AnObjectCannotBecomeItsOwnDescendant)
 {
     root.lookup()->setParent(leaf);
@@ -85,33 +107,4 @@ TEST_F(ObjectTree, AncestorsAreFoundByClassStartingWithTheObjectItself)
     EXPECT_EQ(leaf.lookup()->getAncestorOfType<TestThing>(), leaf);
     EXPECT_EQ(leaf.lookup()->getAncestorOfType(SCS("Object")), Handle<Object>(leaf));
     EXPECT_FALSE(leaf.lookup()->getAncestorOfType(SCS("NoSuchClass")).isValid());
-}
-
-TEST_F(ObjectTree, PropertiesAnswerByNameOrSayWhyNot)
-{
-    auto o = a.lookup();
-    EXPECT_TRUE(o->setPropertyValue(SCS("sum"), 2.5f).succeeded());
-    EXPECT_EQ(o->getPropertyValue(SCS("sum")).value.get<float>().value, 2.5f);
-    EXPECT_EQ(o->getPropertyValue(SCS("secret")).code.getCode(), ErrorCode::PROPERTY_NOT_READABLE);
-    EXPECT_EQ(o->setPropertyValue(SCS("handle"), 1).getCode(), ErrorCode::PROPERTY_NOT_WRITABLE);
-    EXPECT_EQ(o->getPropertyValue(SCS("nothing")).code.getCode(), ErrorCode::NO_SUCH_PROPERTY);
-    const ErrorCode wrong = o->setPropertyValue(SCS("sum"), String(SCS("text")));
-    EXPECT_EQ(wrong.toString(), SCS("CALL_FAILURE: WRONG_ARGUMENT_TYPE"));
-    EXPECT_EQ(o->sum, 2.5f);
-}
-
-TEST_F(ObjectTree, CallsThatCannotBeMadeSayWhatIsWrong)
-{
-    const ReflectorPtr add = TestThing::staticType->getMember(SCS("addValue"));
-    ASSERT_TRUE(add);
-    EXPECT_EQ(add->call(Handle<Object>(a)).code.toString(), SCS("CALL_FAILURE: WRONG_ARGUMENT_COUNT"));
-    EXPECT_EQ(add->call(1.0f, 1.0f).code.toString(), SCS("CALL_FAILURE: THIS_POINTER_ARG_NOT_A_HANDLE"));
-    EXPECT_EQ(add->call(Handle<Object>(), 1.0f).code.toString(), SCS("CALL_FAILURE: BAD_THIS_POINTER"));
-    EXPECT_EQ(add->call(a, a).code.toString(), SCS("CALL_FAILURE: WRONG_ARGUMENT_TYPE"));
-    EXPECT_EQ(TestThing::staticType->call().code.getCode(), ErrorCode::NOT_CALLABLE);
-
-    const ReflectorPtr four = a.lookup()->bind(SCS("addFour"));
-    EXPECT_EQ(four->call(1, 2, 3, 4).value.get<int>().value, 10);
-    EXPECT_EQ(four->getArgCount(), 4u);
-    EXPECT_EQ(a.lookup()->bind(SCS("noSuchMethod")), ReflectorPtr());
 }

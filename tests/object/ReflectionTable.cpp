@@ -207,6 +207,9 @@ TEST(ReflectionProperties, HalfAPairCanBeReadOrWrittenOnly)
     EXPECT_EQ(box->secret, 4);
     EXPECT_EQ(box->setPropertyValue(SCS("motto"), SCS("x")).getCode(), ErrorCode::PROPERTY_NOT_WRITABLE);
     EXPECT_EQ(box->getPropertyValue(SCS("motto")).value.get<String>().value, SCS("six sides"));
+    EXPECT_EQ(box->setPropertyValue(SCS("secret"), SCS("text")).toString(), SCS("CALL_FAILURE: WRONG_ARGUMENT_TYPE"));
+    EXPECT_EQ(box->setPropertyValue(SCS("nothing"), 4).getCode(), ErrorCode::NO_SUCH_PROPERTY);
+    EXPECT_EQ(box->secret, 4);
     box->murder();
     cremateDeadObjects();
 }

@@ -12,6 +12,7 @@ TEST(Variant, NumbersConvertIntoEachOtherAndTextDoesNot)
     EXPECT_EQ(Variant(3.7).get<int>().value, 3);
     EXPECT_EQ(Variant(true).get<float>().value, 1.0f);
     EXPECT_EQ(Variant('c').getType(), Variant::VT_INT64);
+    EXPECT_EQ(Variant(IReflectedThing::VIRTUAL).getType(), Variant::VT_INT64);
     EXPECT_EQ(Variant(-1).get<unsigned char>().value, 255);
     EXPECT_EQ(Variant(0.25f).get<bool>().value, true);
     EXPECT_EQ(Variant(String(SCS("7"))).get<int>().code.getCode(), ErrorCode::NOT_CONVERTIBLE);
@@ -59,17 +60,4 @@ TEST(Variant, CopiesOfTextOutliveTheirOriginal)
     EXPECT_EQ(moved.get<String>().value, SCS("a text that is long enough to stand on the heap"));
     moved.set(Vec4(1, 2, 3, 4));
     EXPECT_EQ(moved.get<Vec4>().value.z, 3.0f);
-}
-
-TEST(Variant, EnumsComeFromTheirNumberTheirNameAndTheirRecord)
-{
-    using Mode = IReflectedThing::VirtualMode;
-    EXPECT_EQ(Variant(Mode::VIRTUAL).getType(), Variant::VT_INT64);
-    EXPECT_EQ(Variant(1).get<Mode>().value, IReflectedThing::VIRTUAL);
-    EXPECT_EQ(Variant(String(SCS("PURE_VIRTUAL"))).get<Mode>().value, IReflectedThing::PURE_VIRTUAL);
-    EXPECT_EQ(Variant(99).get<Mode>().code.getCode(), ErrorCode::NOT_CONVERTIBLE);
-    EXPECT_EQ(enumToString(IReflectedThing::NON_VIRTUAL), SCS("NON_VIRTUAL"));
-    EXPECT_EQ(enumToString(IReflectedThing::NON_VIRTUAL, true), SCS("IReflectedThing::VirtualMode::NON_VIRTUAL"));
-    EXPECT_EQ(enumToString(static_cast<Mode>(99)), SCS("<invalid enum value>"));
-    EXPECT_EQ(stringToEnum<Mode>(SCS("NOPE")).code.getCode(), ErrorCode::NOT_AN_ENUMERANT);
 }

@@ -4,6 +4,7 @@
 #include "physics/RayCollision.h"
 #include "physics/VolumeListGrid.h"
 
+#include "engine/ObjectGroupComponent.h"
 #include "engine/RequestHandle.h"
 #include "engine/SimpleComponent.h"
 
@@ -21,6 +22,14 @@ class PhysicsComponent;
 class SavedArguments;
 class TransformComponent;
 
+/// Where a volume stands and how far it reaches, as a grid wants to know it.
+struct VolumeMeasure
+{
+    Vec4 centre;   ///< metres
+    Vec4 boxReach; ///< half extents of the turned box along the axes of the grid, metres
+    VolumeOutline outline;
+};
+
 /// Collision shape, place in the map's partitioning grid, and trigger or interaction of an object, under the component
 /// key "boundingVolume".
 ///
@@ -31,7 +40,8 @@ class TransformComponent;
 ///                        volumeType='BV_NONE')
 ///
 /// `BV_WALL` is for what never moves by itself and stops others, `BV_BOX` and `BV_SPHERE` for bodies, `BV_NONE` for
-/// what is only looked at and pointed at.
+/// what is only looked at and pointed at. Bodies are tested in the order of their making: a stack is built from the
+/// bottom up.
 class BoundingVolume : public SimpleComponent
 {
     KV_REFLECTED(BoundingVolume)
@@ -55,11 +65,12 @@ public:
     typedef bool (BoundingVolume::*DetectCollision)(Handle<BoundingVolume> other, std::vector<Collision *> &collisions);
     typedef std::vector<Handle<BoundingVolume>> ColliderList;
 
-    BoundingVolume();
+    BoundingVolume() = default;
 
     /// Says in the log where a designer gave a volume without an extent.
     void onLoadComplete() override;
-    /// Draws the box, or the sphere's three great circles, while the debug switches ask for it.
+    /// Draws the shape in the colour of its type, while the debug switches ask for it: the box, a sphere's three great
+    /// circles, a bullet's line, and green ticks in the corners of what is a trigger or can be used.
     void applyDebugDraw(const Handle<DebugCollectorComponent> &dcc) override;
     void onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent) override;
     /// Puts the volume into its map's grid, or moves it there after its transform, and forgets the frame's contacts.
@@ -73,9 +84,27 @@ public:
     /// @return whether the volumes touch; false for a pair whose types do not
     virtual bool colliding(Handle<BoundingVolume> other, std::vector<Collision *> &collisions);
 
+    /// The transform beside the volume; null for none.
+    ///
+    /// This and `findPhysics` are kept: a component that is taken to another entity is missed, or found, from the next
+    /// birth or death of any object on.
+    TransformComponent *findTransform()
+    {
+        refreshSiblings();
+        return siblings.transform;
+    }
+    /// The body beside the volume; null for none.
+    PhysicsComponent *findPhysics()
+    {
+        refreshSiblings();
+        return siblings.physics;
+    }
+
     /// What the volume is to others.
     VolumeType getVolumeType() const { return volumeType; }
     /// Chooses what the volume is to others; BV_PARTICLE leaves the tests as they are.
+    ///
+    /// From its next frame step on the volume stands among the grid's static or moving ones as the type wants it.
     void setVolumeType(VolumeType t);
     /// Whether touching the player calls the trigger's function and has no physical effect.
     bool getTrigger() const { return trigger; }
@@ -106,6 +135,9 @@ public:
     /// What is called when the player touches a trigger or interacts with the volume; null for nothing.
     ReflectorPtr getTriggerFunc() const { return triggerFunc; }
     /// Sets the function and makes the volume a trigger; null ends both.
+    ///
+    /// It is called in every frame of a touch, with the volume's entity and the player's body. A bound method that takes
+    /// fewer arguments gets the last of them.
     void setTriggerFunc(ReflectorPtr func);
     /// Sets the function and leaves it open whether the volume is a trigger.
     void setTriggerFuncNoTrigger(ReflectorPtr func) { triggerFunc = func; }
@@ -115,7 +147,7 @@ public:
     void setInteractFuncNoTrigger(ReflectorPtr func) { triggerFunc = func; }
     /// Sets the function of a thing that can be picked up: taken by interaction alone, never by touch.
     void setPickupFunc(ReflectorPtr func);
-    /// Calls the function with the player's component.
+    /// Calls the function with the player's component; a bound method that takes two gets the volume's entity first.
     void interactWithPlayer(Handle<Object> player);
 
     /// Whether a point lies in the box, give or take the rounding of its place.
@@ -140,6 +172,37 @@ public:
     /// lines come nearest beyond their ends, give the first edge's middle.
     Vec4 contactPoint(Vec4 pointOne, Vec4 axisOne, float sizeOne, Vec4 pointTwo, Vec4 axisTwo, float sizeTwo);
 
+    // What a level's scripts set as the function of a trigger or of an interaction.
+
+    /// Slams the open doors of a group.
+    ///
+    /// @param group   members have a DoorPhysics or SlidingDoorPhysics; one without is named in the log, once
+    /// @param player  whom the doors are told of: a body, a player's component or an entity; may be invalid
+    void slamDoors(ObjectGroupComponent::Group group, Handle<Object> player);
+    /// Lets the lights of a group swell and fade, from their full strength down to nothing and back.
+    ///
+    /// A call lasts for one beat, and calls during a beat for the next one: the lights of a trigger that calls this in
+    /// every frame pulse while the player touches it, and end at their full strength.
+    /// @param group  members have a light; one without is named in the log, once
+    /// @param pulse  beats a second; 0 or less ends the pulsing at once
+    void pulseLights(ObjectGroupComponent::Group group, float pulse);
+    /// Calls `followPlayer` of each member of a group that has such a behaviour; one without is named in the log, once.
+    void followPlayer(ObjectGroupComponent::Group group);
+    /// Switches the light on or off that stands at "lightSwitchLight/graphics2" below the volume's entity.
+    ///
+    /// Counts the use in the property `interactCounter` of the component under that key beside the volume, where a
+    /// script has put one there: any component of its own with that property.
+    void lightSwitchInteract();
+    /// Opens the door that is the parent of an entity, for a body or player; the two may come in either order.
+    ///
+    /// Set as it is, on a trigger or for interaction, it is called with the volume's own entity.
+    /// A door is an entity whose "physics" is a DoorPhysics or SlidingDoorPhysics; none is named in the log, once.
+    void openParentDoor(Handle<Object> phys, Handle<Object> hEntity);
+    /// Closes the door that is the parent of an entity; see `openParentDoor`.
+    void closeParentDoor(Handle<Object> phys, Handle<Object> hEntity);
+    /// Always false: pairs are tested by `colliding`.
+    bool checkOverlaps(Handle<BoundingVolume> other) { return false; }
+
 private:
     friend class PartitioningGrid;
     friend class RigidCollision;
@@ -149,16 +212,18 @@ private:
     {
         Handle<PartitioningGrid> grid;
         VolumeListGrid::Slot slot = VolumeListGrid::NO_SLOT;
+        CellRect cells; ///< under the volume's own rectangle; empty where a caller named another
         bool isStatic = false;
         bool several = false; ///< it may stand elsewhere too: it was put somewhere before it was taken away
     };
 
-    /// The components that stand beside the volume; looked up again when any object was born or died, or the volume
-    /// moved in the tree.
+    /// What stands around the volume in the tree; looked up again when any object was born or died, or the volume moved
+    /// in the tree.
     struct Siblings
     {
         TransformComponent *transform = nullptr;
         PhysicsComponent *physics = nullptr;
+        Handle<MapRootEntity> map;       ///< directly above the entity; invalid where that is none
         std::uint64_t objectChanges = 0; ///< births and deaths that these take account of
     };
 
@@ -170,28 +235,21 @@ private:
         float penetration;
     };
 
-    TransformComponent *findTransform()
-    {
-        refreshSiblings();
-        return siblings.transform;
-    }
-    PhysicsComponent *findPhysics()
-    {
-        refreshSiblings();
-        return siblings.physics;
-    }
     void refreshSiblings()
     {
         if (siblings.objectChanges != ObjectMap().getChangeCount())
             findSiblings();
     }
     void findSiblings();
+    Handle<MapRootEntity> mapOf(TransformComponent &transform) const;
     /// The rotation of the transform's orientation, made when that has changed.
     const Matrix4 &rotationOf(const TransformComponent &transform);
+    VolumeMeasure measureAt(const TransformComponent &transform);
     VolumeOutline outline();
+    bool standsInWrongList() const;
     bool alreadyCollided(const Handle<BoundingVolume> &other) const;
     void setOffTrigger(BoundingVolume &other, std::vector<Collision *> &found, std::size_t before);
-    void callTriggerFunc(SavedArguments arguments);
+    void callTriggerFunc(const SavedArguments &entityAndToucher, std::size_t offered);
 
     static const DetectCollision *testsOfType(VolumeType type);
     bool neverCollide(Handle<BoundingVolume>, std::vector<Collision *> &) { return false; }
@@ -224,15 +282,16 @@ private:
     Handle<MapRootEntity> previousMap;      ///< at the last frame step
     ColliderList collisions;                ///< since the last frame step
     VolumeType volumeType = BV_NONE;
-    DetectCollision collisionTable[NUM_VOLUMES]; ///< by the other volume's type
+    const DetectCollision *collisionTable = testsOfType(BV_NONE); ///< by the other volume's type
     bool trigger = false;
     bool interact = false;
     ReflectorPtr triggerFunc;
     RequestHandle lastRequest = 0;
     bool isPartitioningDummy = false;
-    float previousHeight = 0.f; ///< y at the last frame step
-    bool typeChanged = true;    ///< since the last frame step
-    bool hitBoxChanged = false; ///< since the last frame step: it may reach into cells that do not keep it
+    float previousHeight = 0.f;   ///< y at the last frame step
+    bool typeChanged = true;      ///< since the last frame step
+    bool hitBoxChanged = false;   ///< since the last frame step: it may reach into cells that do not keep it
+    std::uint32_t gridLayout = 0; ///< the grids' layout number at the last frame step
     GridPlace gridPlace;
     Siblings siblings;
     Quaternion rotationOrientation; ///< what `rotation` was made from

@@ -6,6 +6,8 @@
 
 #include "engine/TransformComponent.h"
 
+#include <cmath>
+
 namespace
 {
 
@@ -44,12 +46,13 @@ struct NearestOnBox
 
 } // namespace
 
-/// Appends a contact of two volumes whose normal points from the second to the first; false if a body is missing.
+/// Appends a contact of two volumes whose normal points from the second to the first; false if a body is missing, or
+/// the depth is none that a body could be moved by.
 bool BoundingVolume::addContact(BoundingVolume &first, BoundingVolume &second, const Contact &contact,
                                 std::vector<Collision *> &found)
 {
     const PhysicsComponent *const one = first.findPhysics(), *const two = second.findPhysics();
-    if (!one || !two)
+    if (!one || !two || !std::isfinite(contact.penetration))
         return false;
     RigidCollision *const collision = Collision::make<RigidCollision>();
     if (!collision)
@@ -85,7 +88,10 @@ bool BoundingVolume::sphereToSphere(Handle<BoundingVolume> other, std::vector<Co
     const float distance = d.magnitude();
     if (!(r * r > d.magnitudeSquared()))
         return false;
-    d.normalize();
+    if (distance > 0.f)
+        d /= distance;
+    else // two in one place part upwards, where there is room
+        d = Vec4(0.f, 1.f, 0.f, 0.f);
     return addContact(*this, *second, sphereContact(place->getPosition(), d, std::fabs(r) - distance), found);
 }
 
@@ -122,7 +128,10 @@ bool BoundingVolume::sphereToLineSegment(Handle<BoundingVolume> line, std::vecto
     const float distance = d.magnitude(), radius = 0.5f * hitBox.x;
     if (!(distance < radius))
         return false;
-    d.normalize();
+    if (distance > 0.f)
+        d.normalize();
+    else // right through the middle: upwards, where there is room
+        d = Vec4(0.f, 1.f, 0.f, 0.f);
     return addContact(*this, *second, sphereContact(place->getPosition(), d, radius - distance), found);
 }
 

@@ -2,31 +2,48 @@
 #include "physics/BoundingVolume.h"
 
 #include "engine/DebugCollector.h"
+#include "engine/DebugShapes.h"
 #include "engine/GlobalConfigSystem.h"
 #include "engine/TransformComponent.h"
+
+#include "foundation/Finite.h"
+
+#include <cmath>
 
 namespace
 {
 
-/// What stands still is blue, what answers to the player green, the rest yellow.
-Vec4 outlineColor(const BoundingVolume &volume)
+Vec4 colorOf(BoundingVolume::VolumeType type)
 {
-    if (volume.getTrigger() || volume.getInteract())
-        return Vec4(0.2f, 1.f, 0.3f, 1.f);
-    return volume.getVolumeType() == BoundingVolume::BV_WALL ? Vec4(0.3f, 0.5f, 1.f, 1.f) : Vec4(1.f, 0.9f, 0.2f, 1.f);
+    static const Vec4 colors[BoundingVolume::NUM_VOLUMES] = {
+        Vec4(1.f, 0.9f, 0.2f, 1.f),   // BV_SPHERE: yellow
+        Vec4(1.f, 0.55f, 0.1f, 1.f),  // BV_BOX: orange
+        Vec4(0.5f, 0.5f, 0.5f, 1.f),  // BV_NONE: grey
+        Vec4(0.3f, 0.5f, 1.f, 1.f),   // BV_WALL: blue
+        Vec4(0.2f, 0.9f, 0.9f, 1.f),  // BV_DOOR: cyan
+        Vec4(1.f, 1.f, 1.f, 1.f),     // BV_PLAYER: white
+        Vec4(0.6f, 0.2f, 0.8f, 1.f),  // BV_SHADOW: purple
+        Vec4(1.f, 0.15f, 0.15f, 1.f), // BV_BULLET: red
+        Vec4(1.f, 0.6f, 0.8f, 1.f),   // BV_PARTICLE: pink
+        Vec4(0.6f, 0.45f, 0.3f, 1.f), // BV_CONTAINER: brown
+        Vec4(0.35f, 0.35f, 0.2f, 1.f) // BV_PARTITIONING_DUMMY: olive
+    };
+    return colors[type];
 }
 
-void drawBox(DebugCollectorComponent &collector, const Matrix4 &toWorld, const Vec4 &extents, const Vec4 &color)
+/// Of what answers to the player: a trigger, or what he can use.
+const Vec4 ANSWER_COLOR(0.2f, 1.f, 0.3f, 1.f);
+
+/// A short line from each corner towards the middle: walls are large, and whole diagonals would fill the picture.
+void markCorners(DebugCollectorComponent &collector, const BoxCorners &corners, const Vec4 &color)
 {
-    Vec4 corners[8];
-    for (int i = 0; i < 8; ++i)
-        corners[i] = toWorld * Vec4(extents.x * (i & 1 ? 0.5f : -0.5f), extents.y * (i & 2 ? 0.5f : -0.5f),
-                                    extents.z * (i & 4 ? 0.5f : -0.5f), 1.f);
-    // Corners differ in one bit of their number along each edge.
-    for (int from = 0; from < 8; ++from)
-        for (const int axis : {1, 2, 4})
-            if (!(from & axis))
-                collector.addLine3D(corners[from], corners[from | axis], color);
+    constexpr float length = 0.25f; // metres
+    for (std::size_t from = 0; from < corners.size(); ++from)
+    {
+        const Vec4 inwards = (corners[7 - from] - corners[from]) * 0.5f;
+        const float way = inwards.magnitude();
+        collector.addLine3D(corners[from], corners[from] + inwards * (way > length ? length / way : 1.f), color);
+    }
 }
 
 /// Three great circles, one about each axis.
@@ -57,11 +74,20 @@ void BoundingVolume::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
     if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawHitBoxes())
         return;
     TransformComponent *const transform = findTransform();
-    if (!transform)
+    if (!transform || !isFinite(transform->getPosition()))
         return;
+    const Vec4 color = colorOf(volumeType), place = transform->getPosition();
+    const Matrix4 toWorld = transform->getOrientation().generateRotation(place);
+    const BoxCorners corners = findBoxCorners(toWorld, hitBox);
     if (volumeType == BV_SPHERE)
-        drawSphere(*collector, transform->getPosition(), hitBox.x * 0.5f, outlineColor(*this));
+        drawSphere(*collector, place, hitBox.x * 0.5f, color);
+    else if (volumeType == BV_BULLET)
+    {
+        const Vec4 half = toWorld.getColumn(2) * (0.5f * hitBox.z);
+        collector->addLine3D(place - half, place + half, color);
+    }
     else
-        drawBox(*collector, transform->getOrientation().generateRotation(transform->getPosition()), hitBox,
-                outlineColor(*this));
+        drawBoxEdges(*collector, corners, color);
+    if (trigger || interact)
+        markCorners(*collector, corners, ANSWER_COLOR);
 }

@@ -10,5 +10,6 @@ class BoundingVolumeManager : public SimpleManager
 public:
     BoundingVolumeManager() = default;
 
+    void doFrame() override;
     Handle<AbstractComponent> constructComponent(const ReflectorPtr &type) override;
 };

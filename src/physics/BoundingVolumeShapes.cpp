@@ -3,6 +3,7 @@
 
 #include "engine/TransformComponent.h"
 
+#include <cmath>
 #include <utility>
 
 namespace

@@ -47,7 +47,7 @@ void BoundingVolume::setVolumeType(VolumeType t)
     volumeType = t;
     typeChanged = true;
     if (t != BV_PARTICLE)
-        std::copy_n(testsOfType(t), static_cast<int>(NUM_VOLUMES), collisionTable);
+        collisionTable = testsOfType(t);
 }
 
 bool BoundingVolume::alreadyCollided(const Handle<BoundingVolume> &other) const
@@ -85,7 +85,7 @@ void BoundingVolume::setOffTrigger(BoundingVolume &other, std::vector<Collision 
         return;
     if (found.size() > before)
         dropLast(found);
-    callTriggerFunc(SavedArguments::of(handle_cast<Entity>(getParent()), getHandle(others)));
+    callTriggerFunc(SavedArguments::of(handle_cast<Entity>(getParent()), getHandle(others)), 2);
 }
 
 void BoundingVolume::dropLast(std::vector<Collision *> &found)

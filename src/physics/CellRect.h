@@ -17,6 +17,20 @@ inline int toCell(double coordinate)
     return static_cast<int>(std::clamp<double>(coordinate, -FARTHEST_CELL, FARTHEST_CELL));
 }
 
+/// The first of some cells along an axis that does not lie before a coordinate; their count where all lie before it.
+inline int firstCell(float coordinate, int count)
+{
+    return static_cast<int>(std::min(std::max(coordinate, 0.f), static_cast<float>(count)));
+}
+
+/// The last of some cells along an axis that does not lie behind a coordinate; -1 where all lie behind it.
+///
+/// A coordinate between -1 and 0 counts as 0: truncation is towards zero.
+inline int lastCell(float coordinate, int count)
+{
+    return static_cast<int>(std::max(std::min(coordinate, static_cast<float>(count - 1)), -1.f));
+}
+
 /// Cells from min to max on both axes, both included; empty when a max lies below its min.
 struct CellRect
 {
@@ -32,8 +46,8 @@ struct CellRect
     {
         if (std::isnan(min.x) || std::isnan(min.z) || std::isnan(max.x) || std::isnan(max.z))
             return CellRect();
-        return CellRect{toCell(min.x), toCell(min.z), toCell(max.x), toCell(max.z)}.common(
-            CellRect{0, 0, columns - 1, rows - 1});
+        return CellRect{firstCell(min.x, columns), firstCell(min.z, rows), lastCell(max.x, columns),
+                        lastCell(max.z, rows)};
     }
 
     bool isEmpty() const { return maxX < minX || maxZ < minZ; }

@@ -2,8 +2,6 @@
 
 #include "physics/BoundingVolume.h"
 
-#include "engine/DebugCollector.h"
-#include "engine/GlobalConfigSystem.h"
 #include "engine/MapRootEntity.h"
 #include "engine/TransformComponent.h"
 
@@ -20,6 +18,21 @@ String mapNameOf(const PartitioningGrid &grid)
     return map ? map->getName() : SCS("no map");
 }
 
+/// The last answer of `ofMap`.
+struct LastGrid
+{
+    Handle<MapRootEntity> map;
+    Handle<PartitioningGrid> grid;
+    bool isCertain = false; ///< given in the present GridWalk
+};
+LastGrid lastGrid;
+
+/// Whether cell coordinates are numbers.
+bool isWhere(const Vec4 &cell)
+{
+    return std::isfinite(cell.x) && std::isfinite(cell.z);
+}
+
 /// Whole cells along one side, before any limit; negative for numbers that make none.
 double cellsAlong(float extent, float cellSize)
 {
@@ -34,18 +47,27 @@ Handle<PartitioningGrid> PartitioningGrid::ofMap(const Handle<MapRootEntity> &ma
     static const String gridEntity = SCS(".MapData_partitioningGrid");
     static const String gridKey = SCS("partitioning");
     // Every volume asks in every frame, and maps have thousands of children: the last answer is tried first.
-    static Handle<PartitioningGrid> last;
+    if (lastGrid.isCertain && lastGrid.map == map)
+        return lastGrid.grid;
+    lastGrid.isCertain = GridWalk::isActive();
+    lastGrid.map = map;
     const auto standsRight = [&](const Object &grid)
     {
         const auto entity = grid.getParent().lookup();
         return entity && entity->getParent() == map && entity->getName() == gridEntity && grid.getName() == gridKey;
     };
-    if (const auto grid = last.lookup(); grid && standsRight(*grid))
-        return last;
+    if (const auto grid = lastGrid.grid.lookup(); grid && standsRight(*grid))
+        return lastGrid.grid;
     const auto root = map.lookup();
     const auto entity = root ? root->getChild(gridEntity).lookup() : Handle<Object>::Result{};
-    last = entity ? handle_cast<PartitioningGrid>(entity->getChild(gridKey)) : Handle<PartitioningGrid>();
-    return last;
+    lastGrid.grid = entity ? handle_cast<PartitioningGrid>(entity->getChild(gridKey)) : Handle<PartitioningGrid>();
+    return lastGrid.grid;
+}
+
+GridWalk::~GridWalk()
+{
+    --count;
+    lastGrid.isCertain = false;
 }
 
 PartitioningGrid::~PartitioningGrid()
@@ -80,6 +102,12 @@ void PartitioningGrid::updateSize()
             marks[static_cast<std::size_t>(cellIndex(x, z))] =
                 lastRequestMarkings[static_cast<std::size_t>(oldColumns * z + x)];
     lastRequestMarkings.swap(marks);
+
+    if (size != laidOutSize || position != laidOutPosition || cellSize != laidOutCellSize)
+        ++layoutNumber;
+    laidOutSize = size;
+    laidOutPosition = position;
+    laidOutCellSize = cellSize;
 }
 
 Vec4 PartitioningGrid::getCellCoords(Vec4 p) const
@@ -117,40 +145,33 @@ void PartitioningGrid::setCellLastRequest(int x, int z, RequestHandle request)
         lastRequestMarkings[static_cast<std::size_t>(cellIndex(x, z))] = request;
 }
 
-/// Stores in a volume the rectangle that it covers; false, with nothing stored, if it has no transform.
-bool PartitioningGrid::setVolumeRectangle(BoundingVolume &volume)
+/// Stores in a volume the rectangle that it covers where it stands now.
+/// @return its cells of this grid
+CellRect PartitioningGrid::placeRectangle(BoundingVolume &volume, const VolumeMeasure &measure) const
 {
-    const TransformComponent *const transform = volume.findTransform();
-    if (!transform)
-        return false;
-    const Matrix4 &rotation = volume.rotationOf(*transform);
-    const Vec4 hit = volume.getHitBox();
-    // The extreme of eight turned corners is the sum of what each axis can add.
-    const auto reach = [&](int row)
-    {
-        return std::fabs(rotation[row][0] * hit.x) + std::fabs(rotation[row][1] * hit.y) +
-               std::fabs(rotation[row][2] * hit.z);
-    };
-    const Vec4 reaches(reach(0), 0.f, reach(2), 0.f);
-    const Vec4 centre = transform->getPosition();
-    const bool wasFinite = std::isfinite(volume.previousMin.x) && std::isfinite(volume.previousMin.z);
-    volume.previousMin = getCellCoords(centre - reaches);
-    volume.previousMax = getCellCoords(centre + reaches);
-    if (wasFinite && columns > 0 && !(std::isfinite(volume.previousMin.x) && std::isfinite(volume.previousMin.z)))
+    // The extreme of eight turned corners, each as far out as the whole extents.
+    const Vec4 reaches(2.f * measure.boxReach.x, 0.f, 2.f * measure.boxReach.z, 0.f);
+    const Vec4 min = getCellCoords(measure.centre - reaches), max = getCellCoords(measure.centre + reaches);
+    if (columns > 0 && !isWhere(min) && isWhere(volume.previousMin))
         KV_LOGF(Logger_::I_ERROR,
                 "%s of %s stands nowhere: its position, orientation or hit box is no number. It is left out of the "
                 "partitioning grid of %s until that changes.",
                 volume.getName().toCString(), volume.getParent().toString().toCString(), mapNameOf(*this).toCString());
-    return true;
+    volume.previousMin = min;
+    volume.previousMax = max;
+    return CellRect::between(min, max, columns, rows);
 }
 
 void PartitioningGrid::addVolume(Handle<BoundingVolume> vol)
 {
     const auto volume = vol.lookup();
-    if (!volume || !setVolumeRectangle(*volume))
+    const TransformComponent *const transform = volume ? volume->findTransform() : nullptr;
+    if (!transform)
         return;
-    fillCells(CellRect::between(volume->previousMin, volume->previousMax, columns, rows), vol,
-              volume->getVolumeType() == BoundingVolume::BV_WALL);
+    const VolumeMeasure measure = volume->measureAt(*transform);
+    const CellRect cells = placeRectangle(*volume, measure);
+    fillCells(cells, vol, measure.outline, volume->getVolumeType() == BoundingVolume::BV_WALL);
+    volume->gridPlace.cells = cells;
 }
 
 void PartitioningGrid::addWall(Handle<BoundingVolume> vol)
@@ -162,18 +183,23 @@ void PartitioningGrid::addWall(Handle<BoundingVolume> vol)
 void PartitioningGrid::moveVolume(Handle<BoundingVolume> vol, Vec4, Quaternion, bool staticVol)
 {
     const auto volume = vol.lookup();
-    if (!volume)
+    const TransformComponent *const transform = volume ? volume->findTransform() : nullptr;
+    if (!transform)
         return;
-    const CellRect before = CellRect::between(volume->previousMin, volume->previousMax, columns, rows);
-    if (!setVolumeRectangle(*volume))
-        return;
-    const CellRect after = CellRect::between(volume->previousMin, volume->previousMax, columns, rows);
-    const BoundingVolume::GridPlace &place = volume->gridPlace;
-    if (place.grid == getHandle(this) && place.isStatic == staticVol && !place.several &&
-        (staticVol ? staticGrid : grid).move(vol, place.slot, before, after, volume->outline()))
-        return;
-    removeCells(before, vol, staticVol);
-    fillCells(after, vol, staticVol);
+    const Vec4 oldMin = volume->previousMin, oldMax = volume->previousMax;
+    const VolumeMeasure measure = volume->measureAt(*transform);
+    const CellRect cells = placeRectangle(*volume, measure);
+    BoundingVolume::GridPlace &place = volume->gridPlace;
+    const bool isKnown = place.grid == getHandle(this) && !place.several;
+    if (!isKnown || place.isStatic != staticVol ||
+        !(staticVol ? staticGrid : grid).move(vol, place.slot, place.cells, cells, measure.outline))
+    {
+        // A wall that is none any more, or the other way round, still stands among the others.
+        const bool wasStatic = isKnown && place.slot != VolumeListGrid::NO_SLOT ? place.isStatic : staticVol;
+        removeCells(CellRect::between(oldMin, oldMax, columns, rows), vol, wasStatic);
+        fillCells(cells, vol, measure.outline, staticVol);
+    }
+    place.cells = cells;
 }
 
 void PartitioningGrid::refreshOutline(Handle<BoundingVolume> vol)
@@ -199,7 +225,8 @@ void PartitioningGrid::removeVolume(const Vec4 &min, const Vec4 &max, Handle<Bou
 
 void PartitioningGrid::fillRectangle(Vec4 minPos, Vec4 maxPos, Handle<BoundingVolume> vol, bool staticVol)
 {
-    fillCells(CellRect::between(getCellCoords(minPos), getCellCoords(maxPos), columns, rows), vol, staticVol);
+    fillCells(CellRect::between(getCellCoords(minPos), getCellCoords(maxPos), columns, rows), vol, outlineOf(vol),
+              staticVol);
 }
 
 void PartitioningGrid::moveRectangle(Vec4 oldMinPos, Vec4 oldMaxPos, Vec4 minPos, Vec4 maxPos,
@@ -213,10 +240,19 @@ void PartitioningGrid::moveRectangle(Vec4 oldMinPos, Vec4 oldMaxPos, Vec4 minPos
     if (!before.isEmpty())
         before.forEachPieceOutside(after, [&](const CellRect &left) { lists.removeFirst(vol, left); });
     if (!after.isEmpty())
-        after.forEachPieceOutside(before, [&](const CellRect &entered) { fillCells(entered, vol, staticVol); });
+        after.forEachPieceOutside(before,
+                                  [&](const CellRect &entered) { fillCells(entered, vol, outlineOf(vol), staticVol); });
 }
 
-void PartitioningGrid::fillCells(const CellRect &cells, const Handle<BoundingVolume> &vol, bool staticVol)
+/// The outline of a volume; an empty one for a volume that no longer lives.
+VolumeOutline PartitioningGrid::outlineOf(const Handle<BoundingVolume> &vol)
+{
+    const auto volume = vol.lookup();
+    return volume ? volume->outline() : VolumeOutline();
+}
+
+void PartitioningGrid::fillCells(const CellRect &cells, const Handle<BoundingVolume> &vol, const VolumeOutline &outline,
+                                 bool staticVol)
 {
     VolumeListGrid &lists = staticVol ? staticGrid : grid;
     const auto volume = vol.lookup();
@@ -224,12 +260,11 @@ void PartitioningGrid::fillCells(const CellRect &cells, const Handle<BoundingVol
         volume->gridPlace.several = true;
     if (!volume || volume->gridPlace.several)
         lists.expectSeveral(vol);
-    const VolumeListGrid::Slot slot = lists.add(vol, cells, volume ? volume->outline() : VolumeOutline());
+    const VolumeListGrid::Slot slot = lists.add(vol, cells, outline);
     if (volume && slot != VolumeListGrid::NO_SLOT)
     {
-        volume->gridPlace.grid = getHandle(this);
-        volume->gridPlace.slot = slot;
-        volume->gridPlace.isStatic = staticVol;
+        const bool several = volume->gridPlace.several;
+        volume->gridPlace = BoundingVolume::GridPlace{getHandle(this), slot, CellRect(), staticVol, several};
     }
 }
 
@@ -243,33 +278,4 @@ void PartitioningGrid::removeCells(const CellRect &cells, const Handle<BoundingV
     lists.remove(vol, cells, slot);
     if (!lists.holds(slot, vol))
         slot = VolumeListGrid::NO_SLOT;
-}
-
-void PartitioningGrid::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
-{
-    const GlobalConfigSystem &config = getSystemDeref<GlobalConfigSystem>();
-    const auto collector = dcc.lookup();
-    if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawPartitioningGrid())
-        return;
-    const Vec4 lineColor(0.3f, 0.6f, 0.9f, 1.f), textColor(1.f, 1.f, 1.f, 1.f);
-    const float half = cellSize * 0.5f;
-    for (int z = 0; z < rows; ++z)
-    {
-        for (int x = 0; x < columns; ++x)
-        {
-            const Vec4 centre = calcCellWorldCoords(static_cast<unsigned>(x), static_cast<unsigned>(z));
-            const Vec4 corner = centre - Vec4(half, 0.f, half, 0.f);
-            // Each cell draws its near edges; the last ones draw the far edges of the grid too.
-            collector->addLine3D(corner, corner + Vec4(cellSize, 0.f, 0.f, 0.f), lineColor);
-            collector->addLine3D(corner, corner + Vec4(0.f, 0.f, cellSize, 0.f), lineColor);
-            const Vec4 farCorner = centre + Vec4(half, 0.f, half, 0.f);
-            if (z + 1 == rows)
-                collector->addLine3D(farCorner, farCorner - Vec4(cellSize, 0.f, 0.f, 0.f), lineColor);
-            if (x + 1 == columns)
-                collector->addLine3D(farCorner, farCorner - Vec4(0.f, 0.f, cellSize, 0.f), lineColor);
-            const int moving = static_cast<int>(getGridCellList(x, z).size());
-            const int fixed = static_cast<int>(getStaticGridCellList(x, z).size());
-            collector->addText3D(centre, String::format("%d %d\n", moving, fixed), textColor);
-        }
-    }
 }

@@ -1,6 +1,7 @@
 // PartitioningGrid: which volumes share a cell, for pairs, segments, frusta and rectangles.
 #pragma once
 
+#include "physics/NearPairs.h"
 #include "physics/RayCollision.h"
 #include "physics/VolumeListGrid.h"
 
@@ -15,6 +16,7 @@
 
 class Collision;
 class MapRootEntity;
+struct VolumeMeasure;
 
 /// A segment's nearest hit and the volume that it hits.
 struct SegmentHit
@@ -43,6 +45,8 @@ public:
 
     /// The most cells that a grid may have; one that would have more is left without any.
     static constexpr int MOST_CELLS = 1 << 22;
+    /// The most contacts that are found in a frame; more would take the memory of the whole game.
+    static constexpr std::size_t MOST_CONTACTS = 1 << 18;
 
     PartitioningGrid() = default;
     ~PartitioningGrid() override;
@@ -52,7 +56,8 @@ public:
 
     /// Makes the cells.
     void onLoadBegin() override;
-    /// Draws each cell's outline and the counts of its moving and static volumes, while the debug switches ask for it.
+    /// Draws each cell's outline and the counts of its moving and static volumes, and the contacts of the last
+    /// detection, while the debug switches ask for them.
     void applyDebugDraw(const Handle<DebugCollectorComponent> &dcc) override;
 
     /// Count of cells along z.
@@ -76,6 +81,8 @@ public:
     /// A partial row or column at the far edge is dropped. A size or cell size that gives no cells, or more than
     /// MOST_CELLS, is logged as an error and leaves a grid without cells.
     void updateSize();
+    /// Counts the changes of any grid's cells, by which volumes that stand still notice that they must be put in anew.
+    static std::uint32_t getLayoutNumber() { return layoutNumber; }
 
     /// Cell coordinates of a point, not rounded: x and z count from the near corner in cells, y is 0, w is 1.
     Vec4 getCellCoords(Vec4 position) const;
@@ -85,12 +92,23 @@ public:
     VolumeList getGridCellList(int x, int z);
     /// The static volumes of a cell; good until the grid changes. No volumes for a cell outside the grid.
     VolumeList getStaticGridCellList(int x, int z);
+    /// Calls a function with the moving volumes of some cells, in no order; see `VolumeListGrid::forEachIn`.
+    ///
+    /// For whoever asks for a few cells in a frame: `getGridCellList` lays all of them out. The function changes no grid.
+    template <class Function>
+    void forEachMovingVolume(const CellRect &cells, Function function) const
+    {
+        grid.forEachIn(cells, function);
+    }
     /// The last request that marked a cell; 0 for none and outside the grid.
     RequestHandle getCellLastRequest(int x, int z) const;
     /// Marks a cell; nothing happens outside the grid.
     void setCellLastRequest(int x, int z, RequestHandle request);
 
     /// Puts a volume into the cells under it, as its transform stands; one of type BV_WALL is static.
+    ///
+    /// What lies beyond the edges gets no cell there, and a volume without any is neither drawn nor touched until it
+    /// moves back.
     void addVolume(Handle<BoundingVolume> vol);
     /// Resolves a wall and its transform and does nothing further: walls arrive through `addVolume`.
     void addWall(Handle<BoundingVolume> vol);
@@ -148,23 +166,31 @@ public:
 private:
     bool isCell(int x, int z) const { return x >= 0 && x < columns && z >= 0 && z < rows; }
     int cellIndex(int x, int z) const { return static_cast<int>(std::int64_t(columns) * z + x); }
-    bool setVolumeRectangle(BoundingVolume &volume);
-    void fillCells(const CellRect &cells, const Handle<BoundingVolume> &vol, bool staticVol);
+    CellRect placeRectangle(BoundingVolume &volume, const VolumeMeasure &measure) const;
+    static VolumeOutline outlineOf(const Handle<BoundingVolume> &vol);
+    void fillCells(const CellRect &cells, const Handle<BoundingVolume> &vol, const VolumeOutline &outline,
+                   bool staticVol);
     void removeCells(const CellRect &cells, const Handle<BoundingVolume> &vol, bool staticVol);
 
-    /// One cell of a walk over all, whose grid may get another size meanwhile.
-    struct WalkedCell
+    /// A contact as it was found, for developers to see.
+    struct DrawnContact
     {
-        int x, z, index;
+        Vec4 position; ///< on the surface of the first volume
+        Vec4 normal;   ///< from the second volume to the first
+        float depth;   ///< metres
     };
-    void checkCell(const WalkedCell &cell);
-    void checkPair(const VolumeListGrid &lists, VolumeListGrid::Slot a, VolumeListGrid::Slot b, const WalkedCell &cell);
+    void noteContacts();
+    void tellOfCrowd();
+    void drawCells(DebugCollectorComponent &collector);
+    void drawContacts(DebugCollectorComponent &collector) const;
 
     void rasterizeTriangleHelper(const Vec4 (&triangle)[3], int pointX, int pointZ, int baseXLeft, int baseXRight,
                                  int baseZ, GridCellAddressList &outList, RequestHandle request);
     struct Probe;
     void castRayAgainstLists(int cell, const Probe &probe, SegmentHit &best);
-    static void castRayAgainstList(VolumeListGrid &lists, int cell, const Probe &probe, SegmentHit &best);
+    static void castRayAgainstVolume(BoundingVolume *volume, const Probe &probe, SegmentHit &best);
+
+    static inline std::uint32_t layoutNumber = 1;
 
     int rows = 0;
     int columns = 0;
@@ -172,9 +198,32 @@ private:
     Vec4 position = Vec4(0.f, 0.f, 0.f, 1.f); ///< metres
     VolumeListGrid grid;                      ///< moving volumes
     VolumeListGrid staticGrid;                ///< static volumes
-    RequestMarkGrid lastRequestMarkings;      ///< by cell
-    float cellSize = 2.f;                     ///< metres: a storey's room is a few cells, a person one
-    std::vector<Collision *> collisions;      ///< found and not resolved yet; owned
-    bool walking = false;                     ///< over all pairs
-    std::uint32_t probeNumber = 0;            ///< of the last segment
+    NearPairs nearPairs;
+    RequestMarkGrid lastRequestMarkings;     ///< by cell
+    float cellSize = 2.f;                    ///< metres: a storey's room is a few cells, a person one
+    std::vector<Collision *> collisions;     ///< found and not resolved yet; owned
+    std::vector<DrawnContact> drawnContacts; ///< of the last detection; empty while nobody wants to see them
+    Vec4 laidOutSize;                        ///< `size` that the cells were made for
+    Vec4 laidOutPosition;                    ///< `position` that the cells were made for
+    float laidOutCellSize = 0.f;             ///< `cellSize` that the cells were made for
+    bool walking = false;                    ///< over all pairs
+    bool crowdTold = false;                  ///< the log knows that there were too many contacts
+    std::uint32_t probeNumber = 0;           ///< of the last segment
+};
+
+/// Stands around a walk over many volumes: while it lives, no map's grid is looked for twice.
+///
+/// Who stands in it neither renames grids nor moves them in the tree.
+class GridWalk
+{
+public:
+    GridWalk() { ++count; }
+    ~GridWalk();
+    GridWalk(const GridWalk &) = delete;
+    GridWalk &operator=(const GridWalk &) = delete;
+
+    static bool isActive() { return count > 0; }
+
+private:
+    static inline int count = 0;
 };

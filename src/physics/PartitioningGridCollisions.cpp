@@ -3,9 +3,11 @@
 
 #include "physics/BoundingVolume.h"
 #include "physics/Collision.h"
+#include "physics/Prefetch.h"
 
 #include "engine/RunningMark.h"
 
+#include "foundation/Logger.h"
 #include "foundation/ProfilerScope.h"
 
 #include <algorithm>
@@ -18,8 +20,6 @@ const String &profilerCategory()
     return category;
 }
 
-/// Room for the rounding of the exact tests, metres.
-constexpr float SLACK = 1e-3f;
 } // namespace
 
 void PartitioningGrid::checkCollisions()
@@ -29,52 +29,32 @@ void PartitioningGrid::checkCollisions()
     if (walking) // called from a trigger's script
         return;
     const RunningMark mark(walking);
-    grid.freeze();
-    staticGrid.freeze();
-    const int walkedColumns = columns, walkedRows = rows;
-    for (int z = 0; z < walkedRows; ++z)
-        for (int x = 0; x < walkedColumns; ++x)
-            checkCell({x, z, walkedColumns * z + x});
-    staticGrid.thaw();
-    grid.thaw();
-}
-
-/// Tests the pairs of one cell.
-void PartitioningGrid::checkCell(const WalkedCell &cell)
-{
-    const VolumeListGrid::SlotList moving = grid.slots(cell.index);
-    if (moving.empty())
-        return;
-    const VolumeListGrid::SlotList fixed = staticGrid.slots(cell.index);
-    for (std::size_t i = 0; i < moving.size(); ++i)
+    const Vec4 nearCorner = position - size * 0.5f;
+    for (const NearPairs::Pair &pair : nearPairs.find(grid, staticGrid, nearCorner, cellSize))
     {
-        for (std::size_t j = i + 1; j < moving.size(); ++j)
-            checkPair(grid, moving[i], moving[j], cell);
-        for (const VolumeListGrid::Slot slot : fixed)
-            checkPair(staticGrid, moving[i], slot, cell);
+        if (collisions.size() >= MOST_CONTACTS)
+            return tellOfCrowd();
+        if (const auto one = pair.one.lookup())
+            one->colliding(pair.two, collisions);
     }
 }
 
-/// Tests a moving volume with one of either list, in the first of the cells that they share: in the others the outcome
-/// would be the same.
-void PartitioningGrid::checkPair(const VolumeListGrid &lists, VolumeListGrid::Slot a, VolumeListGrid::Slot b,
-                                 const WalkedCell &cell)
+/// Says once that contacts are left for later frames, which happens only where bodies were heaped into each other.
+void PartitioningGrid::tellOfCrowd()
 {
-    const CellRect &cellsA = grid.cellsOf(a), &cellsB = lists.cellsOf(b);
-    if (std::max(cellsA.minX, cellsB.minX) != cell.x || std::max(cellsA.minZ, cellsB.minZ) != cell.z)
-        return;
-    const VolumeOutline &one = grid.outlineIn(a), &two = lists.outlineIn(b);
-    for (int axis = 0; axis < 3; ++axis)
-        if (std::fabs(one.centre[axis] - two.centre[axis]) > one.reach[axis] + two.reach[axis] + SLACK)
-            return;
-    if (one.volume && two.volume && one.volume != two.volume)
-        one.volume->colliding(getHandle(two.volume), collisions);
+    if (!crowdTold)
+        KV_LOGF(Logger_::I_ERROR,
+                "%d contacts in a frame: so many bodies stand in each other that the rest of them is not tested. Look "
+                "for what puts them all in one place, a spawner perhaps.",
+                static_cast<int>(MOST_CONTACTS));
+    crowdTold = true;
 }
 
 void PartitioningGrid::resolveCollisions(double)
 {
     static const String section = SCS("PartitioningGrid::resolveCollisions");
     const ProfilerScope scope(profilerCategory(), section);
+    noteContacts();
     for (Collision *collision : collisions)
     {
         collision->resolve();

@@ -30,15 +30,22 @@ struct Axis
     /// The parameter at which a segment along this axis leaves a column of cells.
     float leaves(int column) const
     {
-        return std::fmin((static_cast<float>(step > 0 ? column + 1 : column) - begin) / delta, 1.f);
+        return std::min(1.f, (static_cast<float>(step > 0 ? column + 1 : column) - begin) / delta);
     }
     float at(float t) const { return begin + delta * t; }
+    /// The cell that a coordinate lies in; -1 for all before the first one, and their count for all behind the last.
+    int cellAt(float coordinate) const
+    {
+        const float within = std::min(std::max(coordinate, -1.f), static_cast<float>(cells));
+        const int truncated = static_cast<int>(within);
+        return truncated - (within < static_cast<float>(truncated));
+    }
 };
 
 /// The walk's error after a change, a whole number again.
 int truncated(float error)
 {
-    return toCell(error);
+    return std::fabs(error) < FARTHEST_CELL ? static_cast<int>(error) : toCell(error);
 }
 
 } // namespace
@@ -51,8 +58,8 @@ struct PartitioningGrid::Probe
     {
         for (int axis = 0; axis < 3; ++axis)
         {
-            isFlat[axis] = std::fabs(dir[axis]) < FLAT;
-            inverse[axis] = 1.f / dir[axis];
+            inverse[axis] = std::fabs(dir[axis]) < FLAT ? NEVER : 1.f / dir[axis];
+            inverseSize[axis] = std::fabs(inverse[axis]);
         }
     }
 
@@ -61,31 +68,30 @@ struct PartitioningGrid::Probe
     bool mayMeet(const VolumeOutline &outline, float before) const
     {
         float entry = 0.f, exit = before;
-        for (int axis = 0; axis < 3; ++axis)
-        {
-            const float reach = outline.reach[axis] + MARGIN, offset = outline.centre[axis] - start[axis];
-            if (isFlat[axis])
-            {
-                if (std::fabs(offset) > reach + MARGIN)
-                    return false;
-                continue;
-            }
-            const float middle = offset * inverse[axis], half = reach * std::fabs(inverse[axis]);
-            entry = middle - half > entry ? middle - half : entry;
-            exit = middle + half < exit ? middle + half : exit;
-        }
-        return !(entry > exit);
+        clip(outline, 0, entry, exit);
+        clip(outline, 1, entry, exit);
+        clip(outline, 2, entry, exit);
+        return entry <= exit;
+    }
+    void clip(const VolumeOutline &outline, int axis, float &entry, float &exit) const
+    {
+        const float middle = (outline.centre[axis] - start[axis]) * inverse[axis];
+        const float half = (outline.reach[axis] + MARGIN) * inverseSize[axis];
+        // In this order a number that is none leaves entry and exit as they are.
+        entry = std::max(entry, middle - half);
+        exit = std::min(exit, middle + half);
     }
 
     static constexpr float MARGIN = 1e-3f; ///< metres
     static constexpr float FLAT = 1e-4f;   ///< metres along an axis that count as none
+    static constexpr float NEVER = 1e12f;  ///< passes along a flat axis what the segment starts in, and nothing else
 
     Vec4 start;
     Vec4 dir;
     bool checkInteract;
     std::uint32_t number; ///< of this segment
-    float inverse[3];
-    bool isFlat[3];
+    float inverse[3];     ///< parameters a metre
+    float inverseSize[3];
 };
 
 SegmentHit PartitioningGrid::checkSegment(Vec4 begin, Vec4 dir, bool checkInteract)
@@ -101,6 +107,8 @@ SegmentHit PartitioningGrid::checkSegment(Vec4 begin, Vec4 dir, bool checkIntera
     const Probe probe(begin, dir, checkInteract, ++probeNumber);
     const auto castAgainst = [&](int m, int n)
     { castRayAgainstLists(alongX ? cellIndex(m, n) : cellIndex(n, m), probe, best); };
+    grid.refresh();
+    staticGrid.refresh();
 
     int error = truncated(0.5f * majorLength - minorLength);
     int m = toCell(std::floor(major.begin)), n = toCell(minor.begin);
@@ -109,13 +117,13 @@ SegmentHit PartitioningGrid::checkSegment(Vec4 begin, Vec4 dir, bool checkIntera
     const int outside = major.step > 0 ? std::min(0, end) : std::max(major.cells - 1, end);
     if ((outside - m) * major.step > 0)
         m = outside;
-    float entered = std::fmax(major.leaves(m - major.step), 0.f);
+    float entered = minor.at(std::max(0.f, major.leaves(m - major.step))); // minor coordinate at the column's near side
     for (; m != end && m >= 0 && m < major.cells; m += major.step)
     {
         const float left = major.leaves(m);
-        const auto [least, greatest] = std::minmax({minor.at(entered), minor.at(left)});
-        const int first = std::max(toCell(std::floor(least - BORDER)), 0);
-        const int last = std::min(toCell(std::floor(greatest + BORDER)), minor.cells - 1);
+        const float leaving = minor.at(left);
+        const int first = std::max(minor.cellAt(std::min(entered, leaving) - BORDER), 0);
+        const int last = std::min(minor.cellAt(std::max(entered, leaving) + BORDER), minor.cells - 1);
         for (int passed = first; passed <= last; ++passed)
             castAgainst(m, passed);
         if (n >= 0 && n < minor.cells)
@@ -132,7 +140,7 @@ SegmentHit PartitioningGrid::checkSegment(Vec4 begin, Vec4 dir, bool checkIntera
         // Whatever is hit before the end of this column stands in a cell that has been looked at.
         if (best.collision.t <= left)
             break;
-        entered = left;
+        entered = leaving;
     }
     return best;
 }
@@ -142,6 +150,8 @@ SegmentHit PartitioningGrid::castRayAgainstCell(int x, int z, Vec4 start, Vec4 d
     SegmentHit best = noHit();
     if (!isCell(x, z))
         return best;
+    grid.refresh();
+    staticGrid.refresh();
     castRayAgainstLists(cellIndex(x, z), Probe(start, dir, checkInteract, ++probeNumber), best);
     return best;
 }
@@ -149,24 +159,24 @@ SegmentHit PartitioningGrid::castRayAgainstCell(int x, int z, Vec4 start, Vec4 d
 /// The nearest of a cell's volumes and the best one so far.
 void PartitioningGrid::castRayAgainstLists(int cell, const Probe &probe, SegmentHit &best)
 {
-    castRayAgainstList(grid, cell, probe, best);
-    castRayAgainstList(staticGrid, cell, probe, best);
+    for (VolumeListGrid *const lists : {&grid, &staticGrid})
+    {
+        if (lists->getCount() == 0)
+            continue;
+        for (const VolumeListGrid::Slot slot : lists->slots(cell))
+            if (probe.mayMeet(lists->outlineIn(slot), std::min(best.collision.t, 1.f)) &&
+                lists->markSeen(slot, probe.number))
+                castRayAgainstVolume(lists->outlineIn(slot).volume, probe, best);
+    }
 }
 
-void PartitioningGrid::castRayAgainstList(VolumeListGrid &lists, int cell, const Probe &probe, SegmentHit &best)
+void PartitioningGrid::castRayAgainstVolume(BoundingVolume *volume, const Probe &probe, SegmentHit &best)
 {
-    for (const VolumeListGrid::Slot slot : lists.slots(cell))
-    {
-        const VolumeOutline &outline = lists.outlineIn(slot);
-        BoundingVolume *const volume = outline.volume;
-        if (!lists.markSeen(slot, probe.number) || !volume ||
-            !probe.mayMeet(outline, std::fmin(best.collision.t, 1.f)) || volume->getIsPartitioningDummy() ||
-            (probe.checkInteract && !volume->getInteract()))
-            continue;
-        const RayCollision hit = volume->boxToLineSegmentWithInfo(probe.start, probe.dir);
-        if (hit.collided && hit.t < best.collision.t)
-            best = SegmentHit{hit, getHandle(volume)};
-    }
+    if (!volume || volume->getIsPartitioningDummy() || (probe.checkInteract && !volume->getInteract()))
+        return;
+    const RayCollision hit = volume->boxToLineSegmentWithInfo(probe.start, probe.dir);
+    if (hit.collided && hit.t < best.collision.t)
+        best = SegmentHit{hit, getHandle(volume)};
 }
 
 Handle<BoundingVolume> PartitioningGrid::findVolumeOnSegment(Vec4 begin, Vec4 dir, bool checkInteract)

@@ -57,14 +57,16 @@ public:
     void setNetForce(Vec4 val) { netForce = val; }
     /// One over the mass; 0 for what no force moves.
     float getInverseMass() const { return inverseMass; }
-    void setInverseMass(float val) { inverseMass = val; }
+    /// Sets it; what is negative or no number is logged as an error and changes nothing.
+    void setInverseMass(float val);
     /// Kilograms; infinite for what no force moves.
     float getMass() const { return 1.f / inverseMass; }
-    /// Sets the mass; one of 0 is logged as an error and changes nothing.
+    /// Sets the mass; one that is not above 0 is logged as an error and changes nothing.
     void setMass(float m);
     /// Part of the velocity that is left after a second, 0..1.
     float getDamping() const { return damping; }
-    void setDamping(float val) { damping = val; }
+    /// Sets it; what lies outside of 0..1 is logged as an error and changes nothing.
+    void setDamping(float val);
     /// Metres.
     float getRadius() const { return radius; }
     void setRadius(float val) { radius = val; }
@@ -73,15 +75,43 @@ public:
     void setAccLastFrame(Vec4 val) { accLastFrame = val; }
     /// Part of the closing speed that a contact gives back, 0..1; a pair's is the product of the two.
     float getRestitution() const { return restitution; }
-    void setRestitution(float val) { restitution = val; }
+    /// Sets it; what lies outside of 0..1 is logged as an error and changes nothing.
+    void setRestitution(float val);
 
     /// Told, on the body of the current player, that a shadow's body stands in the level in this frame.
     virtual void addShadow(Handle<PhysicsComponent> shadow) {}
 
     /// The volume beside the mass; null for none.
-    BoundingVolume *findVolume();
+    BoundingVolume *findVolume()
+    {
+        if (objectChanges != ObjectMap().getChangeCount())
+            lookUpVolume();
+        return volume;
+    }
+
+    // What a level's scripts set as the function of a trigger or of an interaction: `phys` is the body that touched it, or
+    // the component of the player who used it.
+
+    /// Fires the spawner under "trigger" beside this body.
+    void useObjectSpawner(Handle<Object> phys);
+    /// Opens the door that is the parent of this body's entity; one that is no door is named in the log, once.
+    void openParentDoor(Handle<Object> phys);
+    /// Closes the door that is the parent of this body's entity; see `openParentDoor`.
+    void closeParentDoor(Handle<Object> phys);
+    /// Plays the sound that bears the name of this body's entity, once for each trigger.
+    ///
+    /// Nothing is recorded: a map that is loaded again plays it again.
+    void playSound(Handle<Object> phys);
+    /// Ends the game with the credits when the player arrives, once; again where the map is loaded again.
+    void hitCreditsTrigger(Handle<Object> phys);
+    /// Replaces the level by the level "Credits"; the game goes on, and the log says so, where there is none.
+    void splashCredits();
 
 protected:
+    /// Whether a property may take a value within limits; if not, the log says so.
+    bool isWithin(const char *property, float val, float least, float most) const;
+    /// Ends all motion of a body whose numbers have run out of range, and says so once.
+    virtual void stop();
     /// The acceleration of this frame.
     Vec4 totalAcceleration() const { return acceleration + inverseMass * netForce; }
     /// Part that is left after some seconds of what keeps a given part a second.
@@ -99,6 +129,9 @@ protected:
     float restitution = 0.f; ///< 0..1
 
 private:
+    void lookUpVolume();
+
+    bool stopTold = false;            ///< the log knows that the body was stopped
     BoundingVolume *volume = nullptr; ///< beside the mass, as long as no object is born or dies
     std::uint64_t objectChanges = 0;  ///< births and deaths that `volume` takes account of
 };

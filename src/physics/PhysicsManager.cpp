@@ -1,8 +1,11 @@
 #include "physics/PhysicsManager.h"
 
 #include "physics/BoundingVolume.h"
+#include "physics/Prefetch.h"
+#include "physics/RigidBody.h"
 
 #include "engine/Coordinator.h"
+#include "engine/TransformComponent.h"
 
 #include <algorithm>
 
@@ -16,6 +19,7 @@ void PhysicsManager::doFrame()
     for (std::size_t i = 0; i < components.size();)
     {
         const Handle<PhysicsComponent> h = components[i];
+        prefetchBehind(i);
         if (const auto body = h.lookup())
             moveBody(*body, frameTime);
         // A body's step may make bodies and take them away.
@@ -24,6 +28,20 @@ void PhysicsManager::doFrame()
         else
             i = static_cast<std::size_t>(std::upper_bound(components.begin(), components.end(), h) -
                                          components.begin());
+    }
+}
+
+/// Has what the bodies behind one need loaded in time: first themselves, then what they refer to.
+void PhysicsManager::prefetchBehind(std::size_t index) const
+{
+    constexpr std::size_t bodiesAhead = 16, siblingsAhead = 8;
+    if (index + bodiesAhead >= components.size())
+        return;
+    prefetch(components[index + bodiesAhead].lookup().ptr, sizeof(RigidBody));
+    if (const auto body = components[index + siblingsAhead].lookup())
+    {
+        prefetch(body->findVolume(), sizeof(BoundingVolume));
+        prefetch(body->getTransformComponent().lookup().ptr, sizeof(TransformComponent));
     }
 }
 

@@ -36,6 +36,7 @@ public:
     Handle<PhysicsComponent> getPlayer() const { return currentPlayer; }
 
 private:
+    void prefetchBehind(std::size_t index) const;
     void moveBody(PhysicsComponent &body, Seconds frameTime);
 
     std::vector<Handle<PhysicsComponent>> components; ///< ascending

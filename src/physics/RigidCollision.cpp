@@ -5,6 +5,8 @@
 
 #include "engine/TransformComponent.h"
 
+#include "foundation/Finite.h"
+
 namespace
 {
 /// Square of the contact speed below which nothing bounces, (m/s)2.
@@ -85,7 +87,9 @@ void RigidCollision::resolvePenetration()
         if (!bodies[i] || !transform)
             continue;
         linearMovement[i] = (i == 0 ? perInverseMass : -perInverseMass) * bodies[i]->getInverseMass();
-        transform->setPosition(transform->getPosition() + contactNormal * linearMovement[i]);
+        const Vec4 moved = transform->getPosition() + contactNormal * linearMovement[i];
+        if (isFinite(moved)) // what is wrong with one body stays with it
+            transform->setPosition(moved);
     }
 }
 
@@ -96,17 +100,24 @@ void RigidCollision::resolveVelocities()
     for (int i = 0; i < 2; ++i)
     {
         const auto volume = volumes[i].lookup();
-        PhysicsComponent *const body = findBody(i);
-        if (body && volume->getVolumeType() == BoundingVolume::BV_PLAYER)
+        if (PhysicsComponent *const body = findBody(i))
         {
-            Vec4 sliding = worldToContact * body->getVelocity();
-            sliding.x = 0.f;
-            body->setVelocity(contactToWorld * sliding);
+            const bool slides = volume->getVolumeType() == BoundingVolume::BV_PLAYER;
+            const Vec4 changed =
+                slides ? alongSurface(body->getVelocity()) : body->getVelocity() + impulse * body->getInverseMass();
+            if (isFinite(changed))
+                body->setVelocity(changed);
         }
-        else if (body)
-            body->setVelocity(body->getVelocity() + impulse * body->getInverseMass());
         impulse.negate();
     }
+}
+
+/// What is left of a velocity that may not have a part along the normal.
+Vec4 RigidCollision::alongSurface(const Vec4 &velocity) const
+{
+    Vec4 sliding = worldToContact * velocity;
+    sliding.x = 0.f;
+    return contactToWorld * sliding;
 }
 
 float RigidCollision::separatingVelocity() const

@@ -49,4 +49,5 @@ private:
     void calculateRelPositions();
     void setContactVelocity();
     void calculateImpulse();
+    Vec4 alongSurface(const Vec4 &velocity) const;
 };

@@ -65,12 +65,12 @@ void VolumeListGrid::setOutline(const Handle<BoundingVolume> &volume, const Volu
 {
     if (holds(slot, volume) && !mayBeSeveral(volume))
     {
-        placements[slot].outline = outline;
+        outlines[slot] = outline;
         return;
     }
-    for (Placement &placement : placements)
-        if (placement.turn != 0 && placement.volume == volume)
-            placement.outline = outline;
+    for (slot = 0; slot < placements.size(); ++slot)
+        if (holds(slot, volume))
+            outlines[slot] = outline;
 }
 
 void VolumeListGrid::removeFirst(const Handle<BoundingVolume> &volume, const CellRect &cells)
@@ -112,6 +112,7 @@ VolumeListGrid::Slot VolumeListGrid::occupy(const Handle<BoundingVolume> &volume
     {
         slot = static_cast<Slot>(placements.size());
         placements.emplace_back();
+        outlines.emplace_back();
     }
     else
     {
@@ -131,7 +132,7 @@ void VolumeListGrid::arrive(Slot slot, const CellRect &cells, const VolumeOutlin
     Placement &placement = placements[slot];
     placement.cells = cells;
     placement.turn = lastTurn;
-    placement.outline = outline;
+    outlines[slot] = outline;
     changed = true;
 }
 
@@ -146,6 +147,7 @@ void VolumeListGrid::vacate(Slot slot)
 void VolumeListGrid::cut(Slot slot, const CellRect &hole)
 {
     const Placement whole = placements[slot];
+    const VolumeOutline outline = outlines[slot];
     if (hole.contains(whole.cells))
         return vacate(slot);
     if (whole.cells.common(hole).isEmpty())
@@ -158,13 +160,13 @@ void VolumeListGrid::cut(Slot slot, const CellRect &hole)
         hole,
         [&](const CellRect &piece)
         {
-            const Slot rest = occupy(whole.volume, piece, whole.outline);
+            const Slot rest = occupy(whole.volume, piece, outline);
             arrivals.insert(arrivals.begin() + index++, Arrival{rest, placements[rest].turn});
         });
     expectSeveral(whole.volume);
 }
 
-void VolumeListGrid::makeLayout()
+void VolumeListGrid::makeOrder()
 {
     const std::uint64_t changes = ObjectMap().getChangeCount();
     if (objectChanges != changes)
@@ -174,9 +176,16 @@ void VolumeListGrid::makeLayout()
     }
     if (!changed)
         return;
-    std::erase_if(arrivals, [this](const Arrival &arrival) { return !isCurrent(arrival); });
-    fillLists();
-    changed = false;
+    std::uint32_t rank = 0;
+    for (const Arrival &arrival : arrivals)
+    {
+        if (!isCurrent(arrival))
+            continue;
+        placements[arrival.slot].rank = rank;
+        arrivals[rank++] = arrival;
+    }
+    arrivals.resize(rank);
+    changed = listsLaidOut = volumesLaidOut = false;
 }
 
 void VolumeListGrid::dropDead()
@@ -192,32 +201,33 @@ void VolumeListGrid::fillLists()
 {
     const std::size_t cellCount = static_cast<std::size_t>(columns) * static_cast<std::size_t>(rows);
     starts.assign(cellCount + 1, 0);
-    const auto forEachCell = [this](const Placement &placement, auto function)
+    const auto forEachCell = [this](const CellRect &cells, auto function)
     {
-        for (int z = placement.cells.minZ; z <= placement.cells.maxZ; ++z)
+        for (int z = cells.minZ; z <= cells.maxZ; ++z)
         {
-            const std::size_t row = static_cast<std::size_t>(columns) * static_cast<std::size_t>(z);
-            for (int x = placement.cells.minX; x <= placement.cells.maxX; ++x)
-                function(row + static_cast<std::size_t>(x));
+            std::uint32_t *const row = starts.data() + static_cast<std::size_t>(columns) * static_cast<std::size_t>(z);
+            for (int x = cells.minX; x <= cells.maxX; ++x)
+                function(row[x]);
         }
     };
     for (const Arrival &arrival : arrivals)
-        forEachCell(placements[arrival.slot], [this](std::size_t cell) { ++starts[cell]; });
+        forEachCell(placements[arrival.slot].cells, [](std::uint32_t &count) { ++count; });
     std::uint32_t end = 0;
     for (std::uint32_t &start : starts)
         start = end += start;
-    volumes.resize(end);
     volumeSlots.resize(end);
     for (std::size_t i = arrivals.size(); i-- > 0;)
     {
         const Slot slot = arrivals[i].slot;
-        const Placement &placement = placements[slot];
-        forEachCell(placement,
-                    [&](std::size_t cell)
-                    {
-                        const std::uint32_t place = --starts[cell];
-                        volumes[place] = placement.volume;
-                        volumeSlots[place] = slot;
-                    });
+        forEachCell(placements[slot].cells, [&](std::uint32_t &start) { volumeSlots[--start] = slot; });
     }
+    listsLaidOut = true;
+}
+
+void VolumeListGrid::fillVolumes()
+{
+    volumes.resize(volumeSlots.size());
+    std::transform(volumeSlots.begin(), volumeSlots.end(), volumes.begin(),
+                   [this](Slot slot) { return placements[slot].volume; });
+    volumesLaidOut = true;
 }

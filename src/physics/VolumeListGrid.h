@@ -5,6 +5,7 @@
 
 #include "object/Handle.h"
 
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -14,12 +15,35 @@ class BoundingVolume;
 /// The volumes of one cell in the order of their arrival.
 typedef std::span<const Handle<BoundingVolume>> VolumeList;
 
-/// Where a volume stands and how far it reaches along the axes of the grid, for a first, coarse look.
-struct VolumeOutline
+/// A box along the axes of the grid.
+struct AxisBox
+{
+    float centre[3] = {}; ///< metres
+    float reach[3] = {};  ///< half extents, metres; negative for what can touch nothing
+
+    /// Room for the rounding of the exact tests, metres.
+    static constexpr float SLACK = 1e-3f;
+
+    /// Whether what two boxes hold may touch; numbers that are none count as near.
+    bool isNear(const AxisBox &rhs) const
+    {
+        // All axes at once: most pairs are apart along one of them, but nobody can tell which.
+        return !(isApart(rhs, 0) | isApart(rhs, 1) | isApart(rhs, 2));
+    }
+
+private:
+    bool isApart(const AxisBox &rhs, int axis) const
+    {
+        return std::fabs(centre[axis] - rhs.centre[axis]) > reach[axis] + rhs.reach[axis] + SLACK;
+    }
+};
+
+/// Where a volume stands and how far it reaches, for a first, coarse look.
+///
+/// Half a line of the cache: walks over cells meet outlines in no order.
+struct alignas(32) VolumeOutline : AxisBox
 {
     BoundingVolume *volume = nullptr; ///< null for one that no longer lived when it was put in
-    float centre[3] = {};
-    float reach[3] = {}; ///< half extents; negative for what can touch nothing
 };
 
 /// One VolumeList per cell, kept as rectangles and laid out cell by cell when somebody reads.
@@ -64,13 +88,26 @@ public:
     VolumeList list(int cell)
     {
         refresh();
-        return laidOut(volumes, cell);
+        if (!volumesLaidOut)
+            fillVolumes();
+        return laidOut(volumes, cell, cell);
     }
-    /// The slots of the volumes of one cell, in the order of `list`.
-    SlotList slots(int cell)
+    /// The slots of the volumes of one cell, in the order of `list`, as of the last `refresh`.
+    SlotList slots(int cell) const { return laidOut(volumeSlots, cell, cell); }
+    /// The slots of some neighbouring cells of a row, which must be of this grid; one that covers several comes as often.
+    SlotList slotsInRow(int z, int minX, int maxX) const
     {
-        refresh();
-        return laidOut(volumeSlots, cell);
+        return laidOut(volumeSlots, columns * z + minX, columns * z + maxX);
+    }
+    /// Calls a function with each volume in some cells, in no order, without laying any lists out.
+    ///
+    /// One that is kept in several slots comes as often, one that died may still come.
+    template <class Function>
+    void forEachIn(const CellRect &cells, Function function) const
+    {
+        for (const Placement &placement : placements)
+            if (placement.turn != 0 && !placement.cells.common(cells).isEmpty())
+                function(placement.volume);
     }
     /// Whether a slot is seen for the first time under a number that the caller counts up.
     bool markSeen(Slot slot, std::uint32_t number)
@@ -79,35 +116,42 @@ public:
         placements[slot].seen = number;
         return first;
     }
-    /// What a slot of the present layout keeps; its volume lives.
-    const VolumeOutline &outlineIn(Slot slot) const { return placements[slot].outline; }
+    const VolumeOutline &outlineIn(Slot slot) const { return outlines[slot]; }
     const CellRect &cellsOf(Slot slot) const { return placements[slot].cells; }
 
-    /// Brings the layout up to date; does nothing when it is, or while it is frozen.
+    int getColumns() const { return columns; }
+    int getRows() const { return rows; }
+    /// Count of the slots in use, as of the last `settle`.
+    std::uint32_t getCount() const { return static_cast<std::uint32_t>(arrivals.size()); }
+    /// A slot by its place in the order of arrival, as of the last `settle`.
+    Slot slotAt(std::uint32_t rank) const { return arrivals[rank].slot; }
+    Handle<BoundingVolume> volumeAt(std::uint32_t rank) const { return placements[slotAt(rank)].volume; }
+    std::uint32_t rankOf(Slot slot) const { return placements[slot].rank; }
+
+    /// Brings the order of arrival up to date: without what left, moved on or died.
+    void settle()
+    {
+        if (changed || objectChanges != ObjectMap().getChangeCount())
+            makeOrder();
+    }
+    /// Brings the lists of all cells up to date.
     void refresh()
     {
-        if (frozen == 0 && (changed || objectChanges != ObjectMap().getChangeCount()))
-            makeLayout();
+        settle();
+        if (!listsLaidOut)
+            fillLists();
     }
-    /// Keeps the layout as it is, whatever is added and removed, while somebody walks over it; `thaw` ends that.
-    void freeze()
-    {
-        refresh();
-        ++frozen;
-    }
-    void thaw() { --frozen; }
 
 private:
-    /// A volume in all cells of a rectangle. One line of the cache each: walks over cells meet them in no order.
-    struct alignas(64) Placement
+    /// A volume in all cells of a rectangle. Half a line of the cache each, as outlines.
+    struct alignas(32) Placement
     {
         Handle<BoundingVolume> volume;
         CellRect cells;
         std::uint32_t turn = 0; ///< when it arrived; 0 for a free slot
-        VolumeOutline outline;
         std::uint32_t seen = 0; ///< number of the last segment that came by
+        std::uint32_t rank = 0; ///< in the order of arrival, while that is settled
     };
-    static_assert(sizeof(Placement) == 64);
     /// A place in the order of arrival; out of date when the slot's turn is another.
     struct Arrival
     {
@@ -123,30 +167,31 @@ private:
     void arrive(Slot slot, const CellRect &cells, const VolumeOutline &outline);
     void cut(Slot slot, const CellRect &hole);
     template <class T>
-    std::span<const T> laidOut(const std::vector<T> &entries, int cell) const
+    std::span<const T> laidOut(const std::vector<T> &entries, int firstCell, int lastCell) const
     {
-        const std::size_t index = static_cast<std::size_t>(cell);
-        if (index + 1 >= starts.size()) // of a size that has not been laid out yet
-            return {};
-        return std::span<const T>(entries.data() + starts[index], entries.data() + starts[index + 1]);
+        return std::span<const T>(entries.data() + starts[static_cast<std::size_t>(firstCell)],
+                                  entries.data() + starts[static_cast<std::size_t>(lastCell) + 1]);
     }
-    void makeLayout();
+    void makeOrder();
     void dropDead();
     void fillLists();
+    void fillVolumes();
 
     int columns = 0;
     int rows = 0;
 
-    std::vector<Placement> placements; ///< by slot
+    std::vector<Placement> placements;   ///< by slot
+    std::vector<VolumeOutline> outlines; ///< by slot
     std::vector<Slot> freeSlots;
     std::vector<Arrival> arrivals;                 ///< in order; holds entries that are out of date until a layout
     std::vector<Handle<BoundingVolume>> scattered; ///< volumes that may have several slots, ascending
     std::uint32_t lastTurn = 0;
-    bool changed = true;
-    std::uint64_t objectChanges = 0; ///< births and deaths that the layout takes account of
+    bool changed = true;             ///< since the last order was made
+    std::uint64_t objectChanges = 0; ///< births and deaths that the order takes account of
 
-    std::vector<std::uint32_t> starts = {0};     ///< first index into `volumes` of each cell, and one past the last
-    std::vector<Handle<BoundingVolume>> volumes; ///< all lists, cell by cell
-    std::vector<Slot> volumeSlots;               ///< where each of them is kept
-    int frozen = 0;                              ///< walks under way
+    std::vector<std::uint32_t> starts = {0};     ///< first index into the lists of each cell, and one past the last
+    std::vector<Slot> volumeSlots;               ///< all lists, cell by cell: where each volume is kept
+    std::vector<Handle<BoundingVolume>> volumes; ///< the same lists as handles, once somebody asked for them
+    bool listsLaidOut = false;
+    bool volumesLaidOut = false;
 };

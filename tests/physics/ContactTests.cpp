@@ -11,8 +11,6 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
-#include <cstring>
-#include <limits>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -291,52 +289,6 @@ TEST(Bodies, ForceBesideTheMiddleTurnsThem)
     EXPECT_LT((box.body->getAngularVelocity() - Vec4(0, -6.f / 4 * seconds, 0, 0)).magnitude(), 1e-6f);
     EXPECT_LT((box.body->getVelocity() - Vec4(0, 0, 6 * seconds, 0)).magnitude(), 1e-5f);
     EXPECT_NE(box.transform->getOrientation(), Quaternion());
-}
-
-TEST(Bodies, WithoutATransformOrWithImpossibleNumbersBreakNothing)
-{
-    PhysicsWorld world;
-    const Handle<Entity> placeless = world.level.entity("placeless", world.map);
-    world.level.component<RigidBody>(placeless, "physics").lookup()->onLoadComplete();
-    BoundingVolume &volume = *world.level.component<BoundingVolume>(placeless, "boundingVolume").lookup();
-    volume.setVolumeType(BoundingVolume::BV_BOX);
-    world.grid->fillRectangle(Vec4(-9, 0, -9, 1), Vec4(9, 0, 9, 1), getHandle(&volume), false);
-    const float nan = std::numeric_limits<float>::quiet_NaN();
-    for (const Vec4 &place : {Vec4(nan, 0, 0, 1), Vec4(0, 1, 0, 1), Vec4(0, 1, 0, 1)})
-        world.inGrid(world.box(BoundingVolume::BV_BOX, place));
-    world.inGrid(world.box(BoundingVolume::BV_SPHERE, Vec4(0, 1, 0, 1))).volume->setHitBox(Vec4());
-    const TestBox odd = world.inGrid(world.box(BoundingVolume::BV_BOX, Vec4(0, 1, 0, 1), Vec4(nan, 0, 0, 0)));
-    odd.volume->onLoadComplete();
-    EXPECT_EQ(countLogLines("has no extent: its hitBox is"), 1u);
-    odd.body->setMass(0);
-    EXPECT_EQ(countLogLines("a mass of 0 cannot be moved by forces"), 1u);
-    for (int i = 0; i < 5; ++i)
-        world.level.frame();
-    RayCollision hit = volume.boxToLineSegmentWithInfo(Vec4(), Vec4(1, 0, 0, 0));
-    EXPECT_FALSE(hit.collided);
-}
-
-TEST(Bodies, CrowdTakesTheSameWayToTheLastBitEveryTime)
-{
-    std::vector<Vec4> places[2];
-    for (std::vector<Vec4> &ends : places)
-    {
-        PhysicsWorld world;
-        Chance chance(31);
-        std::vector<TestBox> boxes;
-        for (int i = 0; i < 120; ++i)
-        {
-            boxes.push_back(world.box(i % 3 ? BoundingVolume::BV_BOX : BoundingVolume::BV_SPHERE,
-                                      Vec4(chance(-6, 6), chance(0, 6), chance(-6, 6), 1)));
-            boxes.back().transform->setOrientation(chance.turn());
-            boxes.back().body->setRestitution(0.5f);
-        }
-        for (int i = 0; i < 60; ++i)
-            world.level.frame();
-        for (const TestBox &box : boxes)
-            ends.push_back(box.transform->getPosition());
-    }
-    EXPECT_EQ(std::memcmp(places[0].data(), places[1].data(), places[0].size() * sizeof(Vec4)), 0);
 }
 
 TEST(Bodies, CrowdInContactAllocatesNothing)

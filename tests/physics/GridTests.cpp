@@ -402,6 +402,34 @@ TEST(BoundingVolume, FollowsItsTransformAndExtentsIntoTheGridButNotItsHeight)
     EXPECT_THAT(listOf(*world.grid, 8, 8, true), ElementsAre(wall.handle()));
 }
 
+TEST(BoundingVolume, ChangesItsListWithItsTypeAndIsNowhereBeyondTheEdge)
+{
+    PhysicsWorld world;
+    const TestBox body = world.box(BoundingVolume::BV_BOX, Vec4(0, 0, 0, 1));
+    const TestBox other = world.box(BoundingVolume::BV_BOX, Vec4(0.3f, 0, 0, 1));
+    world.level.frame();
+    for (const auto type : {BoundingVolume::BV_WALL, BoundingVolume::BV_BOX})
+    {
+        body.volume->setVolumeType(type);
+        world.level.frame();
+        const bool isWall = type == BoundingVolume::BV_WALL;
+        EXPECT_EQ(listOf(*world.grid, 8, 8).size(), isWall ? 1u : 2u);
+        EXPECT_EQ(listOf(*world.grid, 8, 8, true).size(), isWall ? 1u : 0u);
+    }
+    const auto touch = [&](float x)
+    {
+        body.transform->setPosition(Vec4(x, 0, 0, 1));
+        other.transform->setPosition(Vec4(x + 0.3f, 0, 0, 1));
+        world.level.frame();
+        return !body.volume->getColliders().empty() &&
+               world.grid->checkSegment(Vec4(x - 3, 0, 0, 1), Vec4(6, 0, 0, 0)).collision.collided;
+    };
+    EXPECT_TRUE(touch(22)) << "in the last column";
+    EXPECT_FALSE(touch(26)) << "beyond the far edge, at 23 m";
+    EXPECT_FALSE(touch(-1e30f));
+    EXPECT_TRUE(touch(1)) << "back again";
+}
+
 TEST(BoundingVolume, CrossesFromOneMapsGridToAnothers)
 {
     PhysicsWorld world;
@@ -493,4 +521,38 @@ TEST(DebugDraw, ShowsCellsAndHitBoxesBehindTheirSwitches)
     config.setDebugDrawHitBoxes(true);
     EXPECT_EQ(linesOf(*box.volume), 12);
     EXPECT_GT(linesOf(*ball.volume), 30);
+}
+
+TEST(DebugDraw, ShowsTheContactsOfTheLastDetectionOnlyWhileAskedTo)
+{
+    PhysicsWorld world;
+    const TestBox one = world.inGrid(world.box(BoundingVolume::BV_SPHERE, Vec4(0, 5, 0, 1)));
+    const TestBox two = world.inGrid(world.box(BoundingVolume::BV_SPHERE, Vec4(0.75f, 5, 0, 1)));
+    const Handle<DebugCounts> counts = construct<DebugCounts>(defaultAllocationCategory);
+    counts.lookup()->setParent(world.level.level);
+    GlobalConfigSystem &config = getSystemDeref<GlobalConfigSystem>();
+    config.setDebugDrawEnabled(true);
+    const auto detect = [&]
+    {
+        counts.lookup()->lines = 0;
+        counts.lookup()->texts.clear();
+        one.volume->doFrame();
+        world.grid->checkCollisions();
+        world.grid->resolveCollisions(0);
+        world.grid->applyDebugDraw(counts);
+    };
+    const std::size_t heap = AllocationCount::now().heap;
+    world.grid->checkCollisions();
+    const std::size_t found = AllocationCount::now().heap;
+    world.grid->resolveCollisions(0);
+    EXPECT_EQ(AllocationCount::now().heap, found) << "nothing is kept for nobody; " << found - heap << " for contacts";
+    one.transform->setPosition(Vec4(0, 5, 0, 1));
+    two.transform->setPosition(Vec4(0.75f, 5, 0, 1));
+    config.setDebugDrawContacts(true);
+    detect();
+    EXPECT_EQ(counts.lookup()->lines, 3 + 3 + 1) << "cross, arrow, depth";
+    ASSERT_EQ(counts.lookup()->texts.size(), 1u);
+    EXPECT_EQ(counts.lookup()->texts[0], SCS("0.250"));
+    detect();
+    EXPECT_EQ(counts.lookup()->lines, 0) << "they have parted";
 }

@@ -11,6 +11,7 @@
 
 class GridCell;
 class SquareGrid;
+class Variant;
 
 /// Cells in an order of their owner's.
 typedef std::vector<GridCell> HexCont;
@@ -74,3 +75,13 @@ private:
     int x = -1;
     int z = -1;
 };
+
+/// How cells cross the reflection layer: as the script class `GridCell`, several of them as a list.
+///
+/// Without scripts there is nothing for them to become, and the Variant stays empty. A script may pass any sequence.
+/// @{
+void SetToVariant(Variant &v, const GridCell &cell);
+void SetToVariant(Variant &v, const HexCont &cells);
+bool fromVariant(const Variant &v, GridCell &cell);
+bool fromVariant(const Variant &v, HexCont &cells);
+/// @}

@@ -104,7 +104,8 @@ public:
     /// The cell under a point, seen from above.
     ///
     /// A point outside gives a cell that is not valid, except that half a cell beyond the near edges counts as inside:
-    /// fractions are cut towards 0. Coordinates that are no numbers give the cell (-1, -1).
+    /// fractions are cut towards 0. Coordinates that are no numbers give the cell (-1, -1). Test `isValid` first where
+    /// the point may lie outside.
     /// @param flags  of TransformComponent, for the way from the point's space to the grid's
     GridCell getCellFromPoint(Vec4 coords, unsigned flags = 0);
     /// returns the location of the center of this grid cell.

@@ -5,6 +5,8 @@
 #include "engine/GlobalConfigSystem.h"
 #include "engine/TransformComponent.h"
 
+#include "foundation/Finite.h"
+
 #include <cmath>
 
 namespace
@@ -14,6 +16,7 @@ constexpr int FILL_LINES = 4;        ///< that fill a cell
 constexpr float FILLED_PART = 0.8f;  ///< of a cell's edge, so that cells stand apart
 constexpr float ARROW_REACH = 0.45f; ///< edges, from the centre to the tip of an arrow of length 1
 constexpr float BARB = 0.3f;         ///< of an arrow's length
+constexpr float LIFT = 0.02f;        ///< metres above the cells, so that a floor does not hide what lies on it
 
 /// Takes places relative to a cell's centre, in edges of the cell, and draws them in the world.
 struct CellPen
@@ -52,11 +55,6 @@ struct CellPen
     }
 };
 
-bool isFinite(const Vec4 &value)
-{
-    return std::isfinite(value.x) && std::isfinite(value.y) && std::isfinite(value.z) && std::isfinite(value.w);
-}
-
 } // namespace
 
 void SquareGrid::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
@@ -65,11 +63,10 @@ void SquareGrid::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
     const auto collector = dcc.lookup();
     if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawGridsEnabled())
         return;
-    const auto transform = findTransform().lookup();
-    if (!transform)
+    if (!findTransform().isValid())
         return;
-    const Matrix4 toWorld =
-        transform->getSpaceChangeTransform(TransformComponent::WORLD_SPACE) * getTransformationMatrix(0);
+    // By the transform's numbers as they stand, like what is drawn of a map's objects.
+    const Matrix4 toWorld = getTransformationMatrix(0);
     int step = 1;
     while (((rows + step - 1) / step) * ((cols + step - 1) / step) > MOST_DRAWN_CELLS)
         ++step;
@@ -84,7 +81,7 @@ void SquareGrid::drawCell(DebugCollectorComponent &collector, const Matrix4 &toW
     const Vec4 color = debugColorOf(value);
     if (!isFinite(value) || color.a == 0.f)
         return;
-    const Vec4 centre = getCellModelCoords(static_cast<float>(x), static_cast<float>(z));
+    const Vec4 centre = getCellModelCoords(static_cast<float>(x), static_cast<float>(z)) + Vec4(0.f, LIFT, 0.f, 0.f);
     const CellPen pen{collector, toWorld, centre, cellSize, color};
     if (valueRepresentation == VECTORFIELD)
         pen.arrow(value.x, value.z);

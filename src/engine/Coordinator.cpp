@@ -3,6 +3,7 @@
 #include "engine/GameLoop.h"
 #include "engine/MapRootEntity.h"
 #include "engine/NameSuggestion.h"
+#include "engine/PersistentStateComponent.h"
 #include "engine/RunningMark.h"
 #include "engine/SystemSystem.h"
 #include "engine/TimeSystem.h"
@@ -24,14 +25,13 @@ bool isInUnitBox(const Vec4 &p)
     return std::fabs(p.x) < 0.5f && std::fabs(p.y) < 0.5f && std::fabs(p.z) < 0.5f;
 }
 
-/// Replays what the level keeps for a map. The class that keeps it lies above this folder.
-void replayPersistentState(const Object &level, const Handle<MapRootEntity> &map)
+/// Calls a function of the script that builds levels; a Python exception travels to the caller.
+Variant callLoader(const char *function, const SavedArguments &args)
 {
-    static const String storePath = SCS("PersistentState/persist");
-    static const String className = SCS("PersistentStateComponent");
-    auto store = level.getDescendantByPath(storePath).lookup();
-    if (store && store->getType()->getName() == className)
-        store->bind(SCS("persistState"))->call(map).code.ignoreError();
+    Variant result;
+    if (!pythonCall("loader", function, args, result))
+        pythonRaisePending();
+    return result;
 }
 } // namespace
 
@@ -226,14 +226,15 @@ Handle<MapRootEntity> Coordinator::findMap(Vec4 worldPosition)
 Handle<MapRootEntity> Coordinator::loadMap(const String &mapName)
 {
     const ProfilerScope scope(SCS("Coordinator::loadMap"), levelName + SCS(".") + mapName);
-    Variant result;
-    if (!pythonCall("loader", "loadMap", SavedArguments::of(getTypedHandle(), mapName), result))
-        pythonRaisePending();
-
-    const Handle<MapRootEntity> map = handle_cast<MapRootEntity>(result.get<Handle<Object>>().value);
-    if (map.isValid())
-        replayPersistentState(*this, map);
-    else
+    const Variant loaded = callLoader("loadMap", SavedArguments::of(getTypedHandle(), mapName));
+    const Handle<MapRootEntity> map = handle_cast<MapRootEntity>(loaded.get<Handle<Object>>().value);
+    if (!map.isValid())
+    {
         KV_LOGF(Logger_::I_ERROR, "loader.loadMap('%s') returned no MapRootEntity", mapName.toCString());
+        return map;
+    }
+    if (const auto kept = PersistentStateComponent::ofLevel(getTypedHandle()).lookup())
+        kept->persistState(map);
+    callLoader("completeMap", SavedArguments::of(map));
     return map;
 }

@@ -3,6 +3,7 @@
 #include "engine/Coordinator.h"
 #include "engine/GlobalConfigSystem.h"
 #include "engine/SystemSystem.h"
+#include "object/TreeWalk.h"
 
 #include <utility>
 
@@ -43,14 +44,12 @@ void DebugCollectorComponent::collectFromSystems()
             system->applyDebugDraw(own);
 }
 
-/// Parents before children. Counts on through each list, which may change under the walk: who moves away may be missed
-/// for a frame, and who is murdered lives until its end.
 void DebugCollectorComponent::collectFromTree(Object &root)
 {
-    root.applyDebugDraw(::getHandle(this));
-    for (std::size_t i = 0; i < root.getChildCount(); ++i)
-        if (const auto child = root.children_begin()[static_cast<std::ptrdiff_t>(i)].lookup())
-            collectFromTree(*child);
+    const Handle<DebugCollectorComponent> own = ::getHandle(this);
+    TreeWalk walk(root);
+    while (Object *object = walk.next())
+        object->applyDebugDraw(own);
 }
 
 void DebugCollectorComponent::addLine3D(Vec4 from, Vec4 to, Vec4 color)

@@ -1,5 +1,6 @@
 #include "engine/GameLoop.h"
 
+#include "engine/PersistentStateComponent.h"
 #include "engine/RunningMark.h"
 #include "engine/TimeSystem.h"
 #include "object/PythonCalls.h"
@@ -14,29 +15,65 @@ namespace
 /// Frames that the loading screen runs, enough to be on the screen while the level loads.
 constexpr int LOADING_SCREEN_FRAMES = 2;
 
-void murderUnlessDying(const Handle<Coordinator> &level)
+/// The entity of what is kept; null where it has died with its level or is about to.
+Handle<Object>::Result holderOf(const Handle<PersistentStateComponent> &state)
 {
-    auto coordinator = level.lookup();
-    if (coordinator && !coordinator->isDying())
-        coordinator->murder();
+    const auto kept = state.lookup();
+    return kept && !kept->isDying() ? kept->getParent().lookup() : Handle<Object>::Result();
+}
+} // namespace
+
+/// Ends a level, unless it is dying already, and takes what it keeps into this system's care.
+void GameLoopSystem::retire(const Handle<Coordinator> &level)
+{
+    const auto coordinator = level.lookup();
+    if (!coordinator || coordinator->isDying())
+        return;
+    const auto holder = holderOf(persistentState);
+    if (holder && holder->getParent() == level)
+        holder->setParent(getTypedHandle());
+    coordinator->murder();
+}
+
+void GameLoopSystem::givePersistentState(Handle<Coordinator> level)
+{
+    if (!level.isValid() || PersistentStateComponent::ofLevel(level).isValid())
+        return;
+    const auto holder = holderOf(persistentState);
+    if (holder && holder->getParent() == getTypedHandle())
+        return holder->setParent(level);
+    const Handle<PersistentStateComponent> made = PersistentStateComponent::makeFor(level);
+    if (holder)
+        return; // the level that it was given to goes on beside this one
+    if (persistentState != Handle<PersistentStateComponent>())
+        KV_LOGF(Logger_::I_WARNING,
+                "What had become of the objects of all levels is forgotten in %s: the level that kept it was murdered. "
+                "queueLoadLevel ends a level and hands on what it keeps.",
+                level.lookup()->getLevelName().toCString());
+    persistentState = made;
+}
+
+void GameLoopSystem::forgetPersistentState()
+{
+    if (const auto kept = persistentState.lookup())
+        kept->forgetEverything();
 }
 
 /// Runs the loading screen in place of a level while the next one loads; both are gone when this returns.
-Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName)
+Handle<Coordinator> GameLoopSystem::replaceLevel(const Handle<Coordinator> &present, const String &nextName)
 {
-    murderUnlessDying(present);
+    retire(present);
     const Handle<Coordinator> loadingScreen = loadLevel(SCS("LoadingScreen"));
     for (int frame = 0; frame < LOADING_SCREEN_FRAMES; ++frame)
     {
         if (auto screen = loadingScreen.lookup())
             screen->doFrame();
     }
-    murderUnlessDying(loadingScreen);
+    retire(loadingScreen);
     const Handle<Coordinator> next = loadLevel(nextName);
     cremateDeadObjects();
     return next;
 }
-} // namespace
 
 void GameLoopSystem::doFrame()
 {

@@ -4,6 +4,8 @@
 #include "engine/Coordinator.h"
 #include "engine/System.h"
 
+class PersistentStateComponent;
+
 /// Runs the frame and switches levels.
 ///
 /// Holds the coordinator now in charge. A level switch is only noted when it is asked for and happens at the start of
@@ -31,7 +33,15 @@ public:
     std::int64_t getFrameNumber() const { return frameNumber; }
 
     /// Has this level replace the present one at the start of the next frame; the last call wins.
+    ///
+    /// What has become of the present level's objects is kept for the next; see `PersistentStateComponent`.
     void queueLoadLevel(const String &levelName);
+    /// Gives a level what the levels before it kept, or something new to keep it in; to be called before it loads maps.
+    ///
+    /// What a level has already stays. What was kept below a level that somebody murdered is lost, which is warned of.
+    void givePersistentState(Handle<Coordinator> level);
+    /// Forgets what has become of the objects of all levels, as a new game does; also while a level is being built.
+    void forgetPersistentState();
     /// Ends the game after this frame; the process returns this exit code.
     void quit(int exitCode);
 
@@ -44,8 +54,11 @@ private:
     void beginProfilerFrame();
     void measureFrame();
     void quitWithoutLevel();
+    Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName);
+    void retire(const Handle<Coordinator> &level);
 
     Handle<Coordinator> currentCoordinator;
+    Handle<PersistentStateComponent> persistentState; ///< of the level that was given it, or in this system's care
     Handle<TimeKeeper> time;
     String queuedLevel; ///< empty while no switch is asked for
     std::int64_t frameNumber = 0;

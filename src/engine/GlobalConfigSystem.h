@@ -52,6 +52,12 @@ public:
     /// Whether debug drawing shows the cells of partitioning grids.
     bool getDebugDrawPartitioningGrid() const { return debugDrawPartitioningGrid; }
     void setDebugDrawPartitioningGrid(bool val) { debugDrawPartitioningGrid = val; }
+    /// Whether debug drawing shows the contacts that were found in the frame.
+    bool getDebugDrawContacts() const { return debugDrawContacts; }
+    void setDebugDrawContacts(bool val) { debugDrawContacts = val; }
+    /// Whether debug drawing shows force volumes and what they push.
+    bool getDebugDrawForceVolumes() const { return debugDrawForceVolumes; }
+    void setDebugDrawForceVolumes(bool val) { debugDrawForceVolumes = val; }
     /// Ambient light level that a new level's scene starts with, 0..1.
     float getDefaultSceneAmbient() const { return defaultSceneAmbient; }
     void setDefaultSceneAmbient(float val) { defaultSceneAmbient = val; }
@@ -76,5 +82,7 @@ private:
     bool debugDrawSystemsOnly = false;
     bool debugDrawViewerFrustums = false;
     bool debugDrawPartitioningGrid = false;
+    bool debugDrawContacts = false;
+    bool debugDrawForceVolumes = false;
     float defaultSceneAmbient = 0.2f; ///< 0..1
 };

@@ -1,6 +1,10 @@
 #include "engine/ParentTransform.h"
 
 #include "engine/Entity.h"
+#include "engine/ParentFollowerComponent.h"
+#include "engine/TransformOffsetComponent.h"
+
+#include <vector>
 
 namespace
 {
@@ -29,13 +33,55 @@ TransformComponent *parentTransform(const AbstractComponent &component)
                   : nullptr;
 }
 
-ParentTransform updatedParentTransform(AbstractComponent &follower)
+namespace
+{
+/// The follower that a chain from the top is placing now; those above it have been placed.
+const AbstractComponent *placing = nullptr;
+
+/// The follower of the parent of a component's entity; null where there is none.
+SimpleComponent *followerAbove(const AbstractComponent &component)
 {
     static const String followerKey = SCS("parentFollower");
-    auto parent = parentEntity(follower);
-    if (!parent)
+    auto parent = parentEntity(component);
+    return parent ? handle_cast<SimpleComponent>(parent->getComponent(followerKey)).lookup().ptr : nullptr;
+}
+
+/// Whether a follower places those above it before itself; one of a script's own need not.
+bool placesThoseAbove(const SimpleComponent &follower)
+{
+    return follower.getType()->isSubclassOf(ParentFollowerComponent::staticType) ||
+           follower.getType()->isSubclassOf(TransformOffsetComponent::staticType);
+}
+
+/// Runs the followers above one from the top down. A list rather than a call within a call, since a script may build a
+/// chain that the processor's stack does not hold.
+void placeThoseAbove(const AbstractComponent &follower)
+{
+    static auto &chain = *new std::vector<SimpleComponent *>;
+    const std::size_t before = chain.size(); // of a chain whose top is a script's component, which has led to this call
+    for (SimpleComponent *above = followerAbove(follower); above; above = followerAbove(*above))
+    {
+        chain.push_back(above);
+        if (!placesThoseAbove(*above))
+            break;
+    }
+    const AbstractComponent *const outer = placing;
+    while (chain.size() > before)
+    {
+        SimpleComponent *const highest = chain.back();
+        chain.pop_back();
+        placing = highest;
+        highest->doFrame();
+    }
+    placing = outer;
+}
+} // namespace
+
+ParentTransform updatedParentTransform(AbstractComponent &follower)
+{
+    if (!parentEntity(follower))
         return {};
-    if (auto above = handle_cast<SimpleComponent>(parent->getComponent(followerKey)).lookup())
-        above->doFrame();
+    if (&follower != placing)
+        placeThoseAbove(follower);
     return {ownTransform(follower), parentTransform(follower)};
 }

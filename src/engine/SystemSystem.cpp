@@ -2,6 +2,7 @@
 
 #include "engine/BranchPostOffice.h"
 #include "engine/GameLoop.h"
+#include "engine/PersistentStateComponent.h"
 #include "object/AutoReflector.h"
 #include "object/PostOffice.h"
 #include "object/PythonCalls.h"
@@ -25,12 +26,20 @@ Handle<Object> currentLevelRoot()
     return loop ? loop->getCurrentlyActiveCoordinator() : Handle<Coordinator>();
 }
 
-/// What the object layer cannot know: where its path prefixes start and where a level's messages go.
+void recordPersistentCall(const Handle<Object> &store, const Handle<Object> &object, const String &funcName,
+                          const SavedArguments &arguments)
+{
+    if (const auto state = handle_cast<PersistentStateComponent>(store).lookup())
+        state->addFunction(object, funcName, arguments);
+}
+
+/// What the object layer cannot know: where its path prefixes start, where a level's messages go and who keeps calls.
 void connectObjectLayer()
 {
     registerPathPrefix(SCS("c:/"), currentLevelRoot);
     registerPathPrefix(SCS("s:/"), systemsRoot);
     PostOffice().setBranchDelivery(deliverToCurrentBranch);
+    setPersistentCallRecorder(recordPersistentCall);
 }
 
 /// Lets the scripts set the system's properties. Without an interpreter there is nobody to do so.

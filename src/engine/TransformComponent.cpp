@@ -33,8 +33,8 @@ void TransformComponent::applyDebugDraw(const Handle<DebugCollectorComponent> &d
     auto collector = dcc.lookup();
     if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawTransformAxesEnabled())
         return;
-    const Matrix4 toWorld = getSpaceChangeTransform(WORLD_SPACE);
-    const Matrix4 axes = toWorld * getTransformationMatrix(OMIT_SCALE);
+    // By the numbers as they stand, like what is drawn of the object itself.
+    const Matrix4 axes = getTransformationMatrix(OMIT_SCALE);
     const Vec4 origin = axes.getColumn(3);
     for (int axis = 0; axis < 3; ++axis)
     {

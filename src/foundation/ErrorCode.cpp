@@ -58,7 +58,7 @@ String textOfWin32Code(DWORD code)
     if (!FormatMessageA(flags, nullptr, code, SYSTEM_LANGUAGE, reinterpret_cast<LPSTR>(&message), 0, nullptr))
         return String::format("[[Error #%u occurred while attempting to retrieve the message for error #%u.]]",
                               GetLastError(), code);
-    const String text = String::format("[%p] %s", reinterpret_cast<void *>(static_cast<std::uintptr_t>(code)), message);
+    String text = String::format("[%p] %s", reinterpret_cast<void *>(static_cast<std::uintptr_t>(code)), message);
     LocalFree(message);
     return text;
 }

@@ -171,7 +171,7 @@ String String::format(const String &fmt, ...)
 #pragma GCC diagnostic ignored "-Wvarargs"
     va_start(args, fmt);
 #pragma GCC diagnostic pop
-    const String result = vformat(fmt, args);
+    String result = vformat(fmt, args);
     va_end(args);
     return result;
 }
@@ -180,7 +180,7 @@ String String::format(const char *fmt, ...)
 {
     va_list args;
     va_start(args, fmt);
-    const String result = vformat(fmt, args);
+    String result = vformat(fmt, args);
     va_end(args);
     return result;
 }

@@ -21,18 +21,20 @@ public:
     typedef typename std::vector<Entry>::iterator iterator;
     typedef typename std::vector<Entry>::const_iterator const_iterator;
 
-    /// Value of a name, default-constructed when the name is new.
-    Value &operator[](const String &name)
+    /// Enters a value under a name unless the name has one already; gives the value that it has then.
+    Value &insert(const String &name, const Value &value)
     {
         const String key = name.intern();
         if (const Value *const known = findIdentity(key.getIdentity()))
             return const_cast<Value &>(*known);
         if (2 * (entries.size() + 1) > slots.size())
             grow();
-        entries.emplace_back(key, Value());
+        entries.emplace_back(key, value);
         place(entries.size() - 1);
         return entries.back().second;
     }
+    /// Value of a name, default-constructed when the name is new.
+    Value &operator[](const String &name) { return insert(name, Value()); }
     void clear()
     {
         entries.clear();

@@ -161,7 +161,7 @@ void appendSigned(TextBuffer &out, const Conversion &conversion, Arguments &args
     if (conversion.argument == Width::SHORT)
         value = static_cast<short>(value);
     else if (conversion.argument == Width::CHAR)
-        value = static_cast<signed char>(value);
+        value = static_cast<signed char>(value); // NOLINT(bugprone-signed-char-misuse): a number, not a letter
     const auto magnitude = value < 0 ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
     appendDigits(out, conversion, signOf(value < 0, conversion), magnitude);
 }

@@ -65,10 +65,10 @@ ReflectorPtr DoxyElement::getMember(String memberName) const
 
 void DoxyElement::indexMembers() const
 {
-    NameIndex &memberIndex = getCaches().memberIndex;
-    memberIndex.reserve(memberCount);
+    NameMap<const DoxyElement *> &memberIndex = getCaches().memberIndex;
     for (int i = 0; i < memberCount; ++i)
-        memberIndex.add(SCS(members[i].obj->name), i);
+        memberIndex.insert(SCS(members[i].obj->name), members[i].obj);
+    getCaches().membersIndexed = true;
 }
 
 IReflectedThing::MemberList DoxyElement::getMemberList() const
@@ -98,9 +98,9 @@ ErrorReturn<PropertyDesc> DoxyElement::getProperty(const String &propertyName) c
 
 void DoxyElement::collectProperties() const
 {
-    if (getCaches().properties.isBuilt())
+    if (getCaches().propertiesCollected)
         return;
-    getCaches().properties.reserve(memberCount);
+    getCaches().propertiesCollected = true;
     PropertyList &propertyListCache = getCaches().propertyListCache;
 
     for (int i = 0; i < memberCount; ++i)
@@ -127,14 +127,11 @@ void DoxyElement::collectProperties() const
 
 std::size_t DoxyElement::ensurePropertyDescCreated(const String &propertyName) const
 {
-    PropertyMap &properties = getCaches().properties;
-    const std::size_t known = properties.find(propertyName);
-    if (known != NameIndex::none)
-        return known;
     PropertyList &propertyListCache = getCaches().propertyListCache;
-    propertyListCache.push_back(PropertyDesc(propertyName));
-    properties.add(propertyName, propertyListCache.size() - 1);
-    return propertyListCache.size() - 1;
+    const std::size_t index = getCaches().properties.insert(propertyName, propertyListCache.size());
+    if (index == propertyListCache.size())
+        propertyListCache.push_back(PropertyDesc(propertyName));
+    return index;
 }
 
 std::int64_t DoxyElement::getEnumValue() const

@@ -3,9 +3,10 @@
 
 #include "object/Handle.h"
 #include "object/IReflectedThing.h"
-#include "object/NameIndex.h"
 #include "object/PropertyDesc.h"
 #include "object/ReflectorPtr.h"
+
+#include "foundation/NameMap.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -62,7 +63,7 @@ class DoxyElement final : public IReflectedThing
 public:
     using constructor_invoker_type = Handle<Object> (*)(IAllocator &allocator, AllocationCategory &category);
     using function_invoker_type = ErrorReturn<Variant> (*)(SavedArguments &args);
-    using PropertyMap = NameIndex;
+    using PropertyMap = NameMap<std::size_t>;
 
     constexpr DoxyElement(const char *id_, const char *name_, const char *qualifiedName_, Kind kind_,
                           const char *briefDescription_, const char *inBodyDescription_, const char *includeFile_,
@@ -106,18 +107,18 @@ public:
     /// What `getMember` finds, without a reference; null if there is none. Cost: one probe of the class's name index.
     const DoxyElement *findMember(const String &memberName) const
     {
-        if (!caches || !caches->memberIndex.isBuilt()) [[unlikely]]
+        if (!caches || !caches->membersIndexed) [[unlikely]]
             indexMembers();
-        const std::size_t at = caches->memberIndex.find(memberName);
-        return at == NameIndex::none ? nullptr : members[at].obj;
+        const DoxyElement *const *found = caches->memberIndex.find(memberName);
+        return found ? *found : nullptr;
     }
     /// What `getProperty` finds, borrowed for as long as the process lives; null if there is none.
     const PropertyDesc *findProperty(const String &propertyName) const
     {
-        if (!caches || !caches->properties.isBuilt()) [[unlikely]]
+        if (!caches || !caches->propertiesCollected) [[unlikely]]
             collectProperties();
-        const std::size_t at = caches->properties.find(propertyName);
-        return at == NameIndex::none ? nullptr : &caches->propertyListCache[at];
+        const std::size_t *at = caches->properties.find(propertyName);
+        return at ? &caches->propertyListCache[*at] : nullptr;
     }
 
     /// Whether a call can reach the function behind this record.
@@ -149,7 +150,9 @@ private:
         MemberList memberListCache;
         PropertyMap properties; ///< name to index in propertyListCache
         PropertyList propertyListCache;
-        NameIndex memberIndex; ///< name to index in members
+        NameMap<const DoxyElement *> memberIndex; ///< the first member of each name
+        bool membersIndexed = false;
+        bool propertiesCollected = false;
     };
 
     Caches &getCaches() const;

@@ -5,6 +5,7 @@
 #include "object/PropertyDesc.h"
 #include "object/Reflection.h"
 #include "object/SavedArguments.h"
+#include "object/TreeWalk.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
@@ -75,6 +76,9 @@ void Object::setParent(Handle<Object> newParent)
 
 bool Object::isAncestorOf(const Handle<Object> &other) const
 {
+    // Most objects are moved before they have children, and then nothing needs to be climbed, however deep the place.
+    if (children.empty())
+        return other == this_;
     for (auto o = other.lookup(); o; o = o->parent.lookup())
     {
         if (o.ptr == this)
@@ -90,13 +94,9 @@ void Object::removeChild(const Handle<Object> &child)
 
 void Object::sendHierarchyChangeNotification(const Handle<Object> &reparented, const Handle<Object> &oldParent)
 {
-    onHierarchyChange(reparented, oldParent);
-    // By index: an overrider may give this object a new child.
-    for (std::size_t i = 0; i < children.size(); ++i)
-    {
-        if (auto child = children[i].lookup())
-            child->sendHierarchyChangeNotification(reparented, oldParent);
-    }
+    TreeWalk walk(*this);
+    while (Object *told = walk.next())
+        told->onHierarchyChange(reparented, oldParent);
 }
 
 void Object::murder()
@@ -110,14 +110,28 @@ void Object::murder()
 
 void Object::omnifilicide()
 {
-    for (std::size_t i = 0; i < children.size(); ++i)
+    // Parents and last children first, then turned round: each subtree children-first. One that is dying already may
+    // have been given children since, so it is passed through.
+    static auto *pending = new std::vector<Object *>;
+    MorgueType &dead = morgue();
+    const auto start = static_cast<std::ptrdiff_t>(dead.size());
+    pending->assign(1, this);
+    while (!pending->empty())
     {
-        if (auto child = children[i].lookup())
+        Object *o = pending->back();
+        pending->pop_back();
+        if (o != this && !o->dying)
         {
-            child->omnifilicide();
-            child->murder();
+            o->dying = true;
+            dead.push_back(o->this_);
+        }
+        for (const Handle<Object> &h : o->children)
+        {
+            if (auto child = h.lookup())
+                pending->push_back(child.ptr);
         }
     }
+    std::reverse(dead.begin() + start, dead.end());
 }
 
 Handle<Object> Object::getAncestorOfType(const ReflectorPtr &type)

@@ -113,8 +113,7 @@ PyTypeObject *makeType(const DoxyElement &objectClass)
     PyType_Modified(type);
     // The members belong to the table: a script that assigns to one mistakes the class for an object.
     type->tp_flags |= Py_TPFLAGS_IMMUTABLETYPE;
-    made.release();
-    return type;
+    return reinterpret_cast<PyTypeObject *>(made.release());
 }
 
 } // namespace

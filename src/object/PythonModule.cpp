@@ -6,6 +6,7 @@
 #include "object/PythonInvocation.h"
 #include "object/PythonMath.h"
 #include "object/PythonMembers.h"
+#include "object/PythonModulePart.h"
 #include "object/PythonPostOffice.h"
 #include "object/PythonReflectionSystem.h"
 #include "object/PythonThing.h"
@@ -14,10 +15,19 @@
 #include "foundation/Logger.h"
 #include "port/win32/Diagnostics.h"
 
+#include <vector>
+
 namespace python = boost::python;
 
 namespace
 {
+
+/// What other folders bring, in the order in which their sources were linked.
+std::vector<PythonModulePart::Adder> &moduleParts()
+{
+    static auto *parts = new std::vector<PythonModulePart::Adder>;
+    return *parts;
+}
 
 void writeLog(const String &text)
 {
@@ -53,6 +63,8 @@ bool fillModule(PyObject *module)
     addReflectionSystem(module);
     addPostOffice(module);
     addAllocationCategories();
+    for (const PythonModulePart::Adder add : moduleParts())
+        add(module);
     python::def("writeLog", writeLog, "Writes one line of text to the log.");
     python::def("OutputDebugString", writeDebugString, "Writes a text to the debug output as it stands.");
     return true;
@@ -76,6 +88,11 @@ PyObject *defineModule()
 }
 
 } // namespace
+
+PythonModulePart::PythonModulePart(Adder add)
+{
+    moduleParts().push_back(add);
+}
 
 PyObject *init_kaVel()
 {

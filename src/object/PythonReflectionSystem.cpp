@@ -15,7 +15,7 @@ namespace
 ReflectorPtr getTypeByName(const Reflection_ &reflection, const String &name)
 {
     // The interpreter asks every object for names of its own, which no reflected thing bears.
-    const ReflectorPtr type = name.startsWith(SCS("__")) ? ReflectorPtr() : reflection.getType(name);
+    ReflectorPtr type = name.startsWith(SCS("__")) ? ReflectorPtr() : reflection.getType(name);
     if (type)
         return type;
     NearestName nearest(name);

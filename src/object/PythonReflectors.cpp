@@ -81,7 +81,7 @@ ReflectorPtr getReflectorForPythonObject(const PythonObject &m)
         return bound;
     if (ReflectorPtr known = findReflector(m.get()))
         return known;
-    const ReflectorPtr made = new PythonReflectedThing(m);
+    ReflectorPtr made = new PythonReflectedThing(m);
     keepReflector(made);
     return made;
 }

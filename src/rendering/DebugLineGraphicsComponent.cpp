@@ -1,10 +1,9 @@
 #include "rendering/DebugLineGraphicsComponent.h"
 
 #include "rendering/RenderParams.h"
+#include "rendering/UnitMeshes.h"
 
-#include "assets/AssetSystem.h"
 #include "assets/DynamicMeshAsset.h"
-#include "assets/DynamicMeshAssetLoader.h"
 #include "engine/DebugCollector.h"
 
 namespace
@@ -31,16 +30,8 @@ DefaultMeshVertex makeEnd(const Vec4 &position, const Vec4 &color)
 
 void DebugLineGraphicsComponent::onLoadComplete()
 {
-    mesh = handle_cast<DynamicMeshAsset>(getSystemDeref<AssetSystem>().startLoad(
-        DynamicMeshAssetLoader::staticType, SCS("<dynamic>"), nullptr, getNextRequestHandle()));
+    mesh = makeDynamicMesh(*this);
     GraphicsComponent2::onLoadComplete();
-}
-
-void DebugLineGraphicsComponent::onMurder()
-{
-    if (const auto asset = mesh.lookup())
-        asset->murder();
-    GraphicsComponent2::onMurder();
 }
 
 GraphicsSystem2::BatchRenderParams DebugLineGraphicsComponent::batchGetParams()

@@ -18,7 +18,6 @@ public:
     DebugLineGraphicsComponent() = default;
 
     void onLoadComplete() override;
-    void onMurder() override;
 
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     void objectDraw(BatchProxy &batch) override;

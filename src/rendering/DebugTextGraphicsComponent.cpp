@@ -4,12 +4,12 @@
 #include "rendering/GraphicsManager2.h"
 #include "rendering/RenderParams.h"
 #include "rendering/ScreenPixels.h"
+#include "rendering/UnitMeshes.h"
 #include "rendering/ViewerComponent.h"
 #include "rendering/WholeWindow.h"
 
 #include "assets/AssetSystem.h"
 #include "assets/DynamicMeshAsset.h"
-#include "assets/DynamicMeshAssetLoader.h"
 #include "assets/FontAsset.h"
 #include "assets/FontAssetLoader.h"
 #include "engine/ComponentOf.h"
@@ -50,16 +50,8 @@ void DebugTextGraphicsComponent::onLoadComplete()
     AssetSystem &assets = getSystemDeref<AssetSystem>();
     font = handle_cast<FontAsset>(
         assets.startLoad(FontAssetLoader::staticType, fontName, nullptr, getNextRequestHandle()));
-    mesh = handle_cast<DynamicMeshAsset>(
-        assets.startLoad(DynamicMeshAssetLoader::staticType, SCS("<dynamic>"), nullptr, getNextRequestHandle()));
+    mesh = makeDynamicMesh(*this);
     GraphicsComponent2::onLoadComplete();
-}
-
-void DebugTextGraphicsComponent::onMurder()
-{
-    if (const auto asset = mesh.lookup())
-        asset->murder();
-    GraphicsComponent2::onMurder();
 }
 
 GraphicsSystem2::BatchRenderParams DebugTextGraphicsComponent::batchGetParams()

@@ -23,7 +23,6 @@ public:
     DebugTextGraphicsComponent();
 
     void onLoadComplete() override;
-    void onMurder() override;
 
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     void objectDraw(BatchProxy &batch) override;

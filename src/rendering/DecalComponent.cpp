@@ -8,7 +8,6 @@
 #include "assets/TextureAsset.h"
 #include "engine/TransformComponent.h"
 
-#include "foundation/Assertions.h"
 #include "foundation/precompile.h"
 
 namespace
@@ -53,9 +52,7 @@ void DecalComponent::objectDraw(BatchProxy &batch) {}
 
 int DecalComponent::objectGetInstanceCount()
 {
-    TransformComponent *transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "DecalComponent had no transform sibling");
-    missingTransformTold = !transform;
+    TransformComponent *transform = expectTransform();
     if (!transform || alpha <= 0.0f)
         return 0;
     const Vec4 scale = transform->getScale();

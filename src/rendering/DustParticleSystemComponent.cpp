@@ -11,7 +11,6 @@
 #include "engine/TimeSystem.h"
 #include "engine/TransformComponent.h"
 
-#include "foundation/Assertions.h"
 #include "foundation/Random.h"
 #include "foundation/precompile.h"
 
@@ -118,16 +117,9 @@ private:
 void DustParticleSystemComponent::onLoadComplete()
 {
     if (!mesh.isValid())
-        mesh = makeDynamicMesh();
+        mesh = makeDynamicMesh(*this);
     expectLayer({SceneGraph::WORLD_DEBUG});
     GraphicsComponent2::onLoadComplete();
-}
-
-void DustParticleSystemComponent::onMurder()
-{
-    if (const auto asset = mesh.lookup())
-        asset->murder();
-    GraphicsComponent2::onMurder();
 }
 
 GraphicsSystem2::BatchRenderParams DustParticleSystemComponent::batchGetParams()
@@ -148,9 +140,7 @@ void DustParticleSystemComponent::objectDraw(BatchProxy &batch) {}
 
 int DustParticleSystemComponent::objectGetInstanceCount()
 {
-    TransformComponent *transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "DustParticleSystemComponent had no transform sibling");
-    missingTransformTold = !transform;
+    TransformComponent *transform = expectTransform();
     vertices.clear();
     if (!transform || count == 0)
         return 0;

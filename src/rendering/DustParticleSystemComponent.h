@@ -27,7 +27,6 @@ public:
 
     /// Makes the mesh, then enters the scene graph.
     void onLoadComplete() override;
-    void onMurder() override;
 
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     /// Writes nothing: every cloud is a draw call of its own.

@@ -102,3 +102,11 @@ TransformComponent *GraphicsComponent2::findTransform() const
     objectChanges = changes;
     return transform;
 }
+
+TransformComponent *GraphicsComponent2::expectTransform()
+{
+    TransformComponent *found = findTransform();
+    KV_ASSERT(found || missingTransformTold, "%s had no transform sibling", getType()->getName().toCString());
+    missingTransformTold = !found;
+    return found;
+}

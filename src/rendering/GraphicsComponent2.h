@@ -66,8 +66,8 @@ protected:
     void expectLayer(std::initializer_list<SceneGraph::Layer> drawable) const;
     /// The transform of this component's entity; null without one.
     TransformComponent *findTransform() const;
-
-    bool missingTransformTold = false; ///< reported, and not found since: a frame later nothing has changed
+    /// The transform of this component's entity; null without one, which is reported once.
+    TransformComponent *expectTransform();
 
 private:
     bool visible = true;
@@ -80,4 +80,5 @@ private:
     /// or this one moved in the tree.
     mutable TransformComponent *transform = nullptr;
     mutable std::uint64_t objectChanges = 0; ///< births and deaths that it takes account of
+    bool missingTransformTold = false;       ///< and not found since: a frame later nothing has changed
 };

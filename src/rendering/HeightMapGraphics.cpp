@@ -7,7 +7,6 @@
 #include "assets/MeshBuilder.h"
 #include "engine/TransformComponent.h"
 
-#include "foundation/Assertions.h"
 #include "foundation/Logger.h"
 
 #include <cmath>
@@ -18,13 +17,6 @@ void HeightMapGraphics::onLoadComplete()
     readHeights();
     loadTextures();
     GraphicsComponent2::onLoadComplete();
-}
-
-void HeightMapGraphics::onMurder()
-{
-    if (const auto asset = mesh.lookup())
-        asset->murder();
-    GraphicsComponent2::onMurder();
 }
 
 GraphicsSystem2::BatchRenderParams HeightMapGraphics::batchGetParams()
@@ -48,10 +40,7 @@ void HeightMapGraphics::objectDraw(BatchProxy &batch) {}
 
 int HeightMapGraphics::objectGetInstanceCount()
 {
-    const TransformComponent *transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "HeightMapGraphics had no transform sibling");
-    missingTransformTold = !transform;
-    return transform ? 1 : 0;
+    return expectTransform() ? 1 : 0;
 }
 
 float HeightMapGraphics::getHeight(float x, float z) const
@@ -104,7 +93,7 @@ void HeightMapGraphics::readHeights()
 void HeightMapGraphics::rebuild()
 {
     if (!mesh.isValid())
-        mesh = makeDynamicMesh();
+        mesh = makeDynamicMesh(*this);
     const auto asset = mesh.lookup();
     if (!asset)
         return;

@@ -20,7 +20,6 @@ public:
 
     /// Reads the heights and requests the maps, then enters the scene graph.
     void onLoadComplete() override;
-    void onMurder() override;
 
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     /// Writes nothing: every terrain is a draw call of its own.

@@ -8,8 +8,6 @@
 #include "assets/MeshAsset.h"
 #include "assets/MeshAssetLoader.h"
 
-#include "foundation/Assertions.h"
-
 #include <algorithm>
 #include <cmath>
 #include <tuple>
@@ -35,9 +33,7 @@ GraphicsSystem2::BatchRenderParams ModelGraphicsComponent2::batchGetParams()
 
 void ModelGraphicsComponent2::objectDraw(BatchProxy &batch)
 {
-    TransformComponent *transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "ModelGraphicsComponent2 had no transform sibling");
-    missingTransformTold = !transform;
+    TransformComponent *transform = expectTransform();
     if (transform)
         batch.addInstanceData(
             makeInstanceVertex(*transform, transform->getTransformationMatrix(TransformComponent::USE_OFFSET)));

@@ -7,8 +7,6 @@
 
 #include "assets/MeshAsset.h"
 
-#include "foundation/Assertions.h"
-
 #include <cmath>
 
 void QuadComponent2::onLoadComplete()
@@ -32,9 +30,7 @@ GraphicsSystem2::BatchRenderParams QuadComponent2::batchGetParams()
 
 void QuadComponent2::objectDraw(BatchProxy &batch)
 {
-    TransformComponent *transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "QuadComponent2 had no transform sibling");
-    missingTransformTold = !transform;
+    TransformComponent *transform = expectTransform();
     if (!transform)
         return;
     Matrix4 anchor;

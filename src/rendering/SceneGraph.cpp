@@ -21,6 +21,7 @@ const String &renderEventName(SceneGraph::Layer layer)
     static const std::vector<String> names = []
     {
         std::vector<String> made;
+        made.reserve(SceneGraph::NUM_LAYERS);
         for (int i = 0; i < SceneGraph::NUM_LAYERS; ++i)
             made.push_back(SCS("SceneGraph::render ") + enumToString(static_cast<SceneGraph::Layer>(i)));
         return made;

@@ -13,7 +13,7 @@ String takeText(ID3DXBuffer *buffer)
 {
     if (!buffer)
         return String();
-    const String text = String::copyFromCString(static_cast<const char *>(buffer->GetBufferPointer()));
+    String text = String::copyFromCString(static_cast<const char *>(buffer->GetBufferPointer()));
     buffer->Release();
     return text;
 }

@@ -5,10 +5,10 @@
 #include "rendering/RenderParams.h"
 #include "rendering/ScreenPixels.h"
 #include "rendering/TextGeometry.h"
+#include "rendering/UnitMeshes.h"
 
 #include "assets/AssetSystem.h"
 #include "assets/DynamicMeshAsset.h"
-#include "assets/DynamicMeshAssetLoader.h"
 #include "assets/FontAsset.h"
 #include "assets/FontAssetLoader.h"
 #include "engine/TransformComponent.h"
@@ -69,16 +69,8 @@ void TextComponent2::onLoadComplete()
 {
     loaded = true;
     requestFont();
-    mesh = handle_cast<DynamicMeshAsset>(getSystemDeref<AssetSystem>().startLoad(
-        DynamicMeshAssetLoader::staticType, SCS("<dynamic>"), nullptr, getNextRequestHandle()));
+    mesh = makeDynamicMesh(*this);
     FlatGraphicsComponent::onLoadComplete();
-}
-
-void TextComponent2::onMurder()
-{
-    if (const auto asset = mesh.lookup())
-        asset->murder();
-    FlatGraphicsComponent::onMurder();
 }
 
 void TextComponent2::setFontName(const String &val)
@@ -143,9 +135,7 @@ ErrorCode TextComponent2::batchPreRender()
 
 void TextComponent2::objectDraw(BatchProxy &batch)
 {
-    TransformComponent *const transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "TextComponent2 had no transform sibling");
-    missingTransformTold = !transform;
+    TransformComponent *const transform = expectTransform();
     if (transform)
         batch.addInstanceData(makeInstanceVertex(*transform, makeModelMatrix(*transform, unitsPerPixel)));
 }

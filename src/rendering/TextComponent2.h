@@ -24,7 +24,6 @@ public:
 
     /// Requests the font, then enters the scene graph.
     void onLoadComplete() override;
-    void onMurder() override;
 
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     void objectDraw(BatchProxy &batch) override;

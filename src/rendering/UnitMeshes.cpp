@@ -8,12 +8,18 @@
 namespace
 {
 
+Handle<DynamicMeshAsset> requestDynamicMesh()
+{
+    return handle_cast<DynamicMeshAsset>(getSystemDeref<AssetSystem>().startLoad(
+        DynamicMeshAssetLoader::staticType, SCS("<dynamic>"), nullptr, getNextRequestHandle()));
+}
+
 /// The mesh that a handle kept; a new one where there is none, or where it went with the asset system.
 Handle<MeshAsset> shared(Handle<DynamicMeshAsset> &kept, void (*fill)(DynamicMeshAsset &))
 {
     if (kept.isValid())
         return kept;
-    kept = makeDynamicMesh();
+    kept = requestDynamicMesh();
     if (const auto mesh = kept.lookup())
         fill(*mesh);
     return kept;
@@ -61,8 +67,10 @@ Handle<MeshAsset> getUnitCube()
     return shared(cube, fillCube);
 }
 
-Handle<DynamicMeshAsset> makeDynamicMesh()
+Handle<DynamicMeshAsset> makeDynamicMesh(const Object &owner)
 {
-    return handle_cast<DynamicMeshAsset>(getSystemDeref<AssetSystem>().startLoad(
-        DynamicMeshAssetLoader::staticType, SCS("<dynamic>"), nullptr, getNextRequestHandle()));
+    const Handle<DynamicMeshAsset> hMesh = requestDynamicMesh();
+    if (const auto mesh = hMesh.lookup())
+        mesh->setParent(owner.getHandle());
+    return hMesh;
 }

@@ -4,10 +4,12 @@
 #include "rendering/WholeWindow.h"
 
 #include "engine/DebugCollector.h"
+#include "engine/DebugShapes.h"
 #include "engine/GlobalConfigSystem.h"
 #include "engine/TransformComponent.h"
 
 #include "foundation/Assertions.h"
+#include "foundation/Finite.h"
 #include "port/d3dx9/D3DXMath.h"
 
 #include <algorithm>
@@ -36,11 +38,6 @@ double hullTurn(const Vec4 &p1, const Vec4 &p2, const Vec4 &p3)
 bool isLower(const Vec4 &lhs, const Vec4 &rhs)
 {
     return lhs.z < rhs.z || (lhs.z == rhs.z && lhs.x < rhs.x);
-}
-
-bool isFinite(const Vec4 &point)
-{
-    return std::isfinite(point.x) && std::isfinite(point.z);
 }
 
 } // namespace
@@ -214,7 +211,7 @@ void ViewerComponent::calc2DConvexHull(std::vector<Vec4> &inputPoints)
     if (inputPoints.size() < 3)
         return;
     // A projection of impossible numbers gives points that cannot be ordered: such a viewer covers nothing.
-    if (!std::all_of(inputPoints.begin(), inputPoints.end(), isFinite))
+    if (!std::all_of(inputPoints.begin(), inputPoints.end(), [](const Vec4 &point) { return isFinite(point); }))
         return inputPoints.clear();
     std::iter_swap(inputPoints.begin(), std::min_element(inputPoints.begin(), inputPoints.end(), isLower));
     const Vec4 pivot = inputPoints.front();
@@ -259,11 +256,5 @@ void ViewerComponent::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
     if (!collector)
         return;
     const WindowCoordinate size = getWholeWindow();
-    const std::array<Vec4, 8> corners = findFrustumCorners(size.x, size.y);
-    const Vec4 color(1, 1, 0, 1);
-    // Corners differ in one bit of their number along each edge.
-    for (std::size_t from = 0; from < corners.size(); ++from)
-        for (const std::size_t axis : {1u, 2u, 4u})
-            if (!(from & axis))
-                collector->addLine3D(corners[from], corners[from | axis], color);
+    drawBoxEdges(*collector, findFrustumCorners(size.x, size.y), Vec4(1, 1, 0, 1));
 }

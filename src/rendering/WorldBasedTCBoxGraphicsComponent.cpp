@@ -7,8 +7,6 @@
 #include "assets/MeshBuilder.h"
 #include "engine/TransformComponent.h"
 
-#include "foundation/Assertions.h"
-
 #include <array>
 #include <bit>
 #include <cmath>
@@ -18,13 +16,6 @@ void WorldBasedTCBoxGraphicsComponent::onLoadComplete()
 {
     loadTextures();
     GraphicsComponent2::onLoadComplete();
-}
-
-void WorldBasedTCBoxGraphicsComponent::onMurder()
-{
-    if (const auto asset = mesh.lookup())
-        asset->murder();
-    GraphicsComponent2::onMurder();
 }
 
 GraphicsSystem2::BatchRenderParams WorldBasedTCBoxGraphicsComponent::batchGetParams()
@@ -48,10 +39,7 @@ void WorldBasedTCBoxGraphicsComponent::objectDraw(BatchProxy &batch) {}
 
 int WorldBasedTCBoxGraphicsComponent::objectGetInstanceCount()
 {
-    const TransformComponent *transform = findTransform();
-    KV_ASSERT(transform || missingTransformTold, "WorldBasedTCBoxGraphicsComponent had no transform sibling");
-    missingTransformTold = !transform;
-    return transform ? 1 : 0;
+    return expectTransform() ? 1 : 0;
 }
 
 bool WorldBasedTCBoxGraphicsComponent::doBatchCompare(const Handle<GraphicsComponent2> &rhs) const
@@ -72,7 +60,7 @@ void WorldBasedTCBoxGraphicsComponent::setTextureScale(float val)
 void WorldBasedTCBoxGraphicsComponent::rebuild(const Matrix4 &placement)
 {
     if (!mesh.isValid())
-        mesh = makeDynamicMesh();
+        mesh = makeDynamicMesh(*this);
     const auto asset = mesh.lookup();
     if (!asset)
         return;

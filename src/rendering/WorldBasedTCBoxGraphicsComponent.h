@@ -22,7 +22,6 @@ public:
 
     /// Requests the maps, then enters the scene graph.
     void onLoadComplete() override;
-    void onMurder() override;
 
     GraphicsSystem2::BatchRenderParams batchGetParams() override;
     /// Writes nothing: every box is a draw call of its own.

@@ -3,6 +3,7 @@
 #include "tools/ObjectPath.h"
 
 #include "object/Object.h"
+#include "object/TreeWalk.h"
 #include "port/tweakbar/TweakBar.h"
 
 #include <algorithm>
@@ -81,12 +82,13 @@ void ObjectBrowser::refresh()
     framesToRenewal = RENEWAL_FRAMES;
     treeVersion = ObjectMap().getChangeCount();
     lines.clear();
-    for (const Handle<Object> &root : roots())
+    for (const Handle<Object> &h : roots())
     {
-        if (search.empty())
-            listTree(root, 0);
-        else
-            listMatches(root);
+        const auto root = h.lookup();
+        if (root && search.empty())
+            listTree(*root);
+        else if (root)
+            listMatches(*root);
     }
 }
 
@@ -95,27 +97,25 @@ bool ObjectBrowser::isExpanded(const Handle<Object> &object, int depth) const
     return (toggled.count(object.getNumber()) > 0) != (depth == 0);
 }
 
-void ObjectBrowser::listTree(const Handle<Object> &h, int depth)
+void ObjectBrowser::listTree(Object &root)
 {
-    const auto object = h.lookup();
-    if (!object)
-        return;
-    lines.push_back({h, depth, object->getChildCount() > 0});
-    if (!isExpanded(h, depth))
-        return;
-    for (auto child = object->children_begin(); child != object->children_end(); ++child)
-        listTree(*child, depth + 1);
+    TreeWalk walk(root);
+    while (const Object *object = walk.next())
+    {
+        const Handle<Object> h = object->getHandle();
+        const int depth = static_cast<int>(walk.getDepth());
+        lines.push_back({h, depth, object->getChildCount() > 0});
+        if (!isExpanded(h, depth))
+            walk.skipChildren();
+    }
 }
 
-void ObjectBrowser::listMatches(const Handle<Object> &h)
+void ObjectBrowser::listMatches(Object &root)
 {
-    const auto object = h.lookup();
-    if (!object)
-        return;
-    if (matches(*object))
-        lines.push_back({h, 0, false});
-    for (auto child = object->children_begin(); child != object->children_end(); ++child)
-        listMatches(*child);
+    TreeWalk walk(root);
+    while (const Object *object = walk.next())
+        if (matches(*object))
+            lines.push_back({object->getHandle(), 0, false});
 }
 
 bool ObjectBrowser::matches(const Object &object) const

@@ -46,8 +46,8 @@ private:
         bool opens;
     };
 
-    void listTree(const Handle<Object> &object, int depth);
-    void listMatches(const Handle<Object> &object);
+    void listTree(Object &root);
+    void listMatches(Object &root);
     bool matches(const Object &object) const;
     /// Whether the children are listed: those of a root at first, others once their mark was clicked.
     bool isExpanded(const Handle<Object> &object, int depth) const;

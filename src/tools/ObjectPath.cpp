@@ -1,6 +1,7 @@
 #include "tools/ObjectPath.h"
 
 #include "engine/NameSuggestion.h"
+#include "engine/PathBelow.h"
 #include "object/Object.h"
 
 #include <algorithm>
@@ -17,6 +18,14 @@ Handle<Object> rootOf(const char *prefix)
     return getObjectByPath(String::copyFrom(prefix));
 }
 
+bool isWithin(const Object &object, const Object &root)
+{
+    const Object *step = &object;
+    while (step && step != &root)
+        step = step->getParent().lookup().ptr;
+    return step != nullptr;
+}
+
 /// "no child 'X'; did you mean 'Y'?" of an object.
 String describeMissingChild(const Object &object, const String &wanted)
 {
@@ -30,45 +39,45 @@ String describeMissingChild(const Object &object, const String &wanted)
 
 String objectPath(const Handle<Object> &object)
 {
-    std::string path;
-    Handle<Object> at = object;
-    for (auto step = at.lookup(); step; step = at.lookup())
+    const auto target = object.lookup();
+    if (!target)
+        return String();
+    for (const char *prefix : prefixes)
     {
-        for (const char *prefix : prefixes)
-            if (rootOf(prefix) == at)
-                return String::copyFrom(prefix + path);
-        path.insert(0, path.empty() ? "" : "/").insert(0, step->getName().toCString());
-        at = step->getParent();
+        const auto root = rootOf(prefix).lookup();
+        if (root && isWithin(*target, *root))
+            return String::copyFrom(prefix) + pathBelow(root.ptr, *target);
     }
-    return String::copyFrom(path);
+    return pathBelow(nullptr, *target);
 }
 
 Handle<Object> findObjectAt(const String &path, String &problem)
 {
     std::string walked = prefixes[0];
-    std::string rest = path.toCString();
+    const std::string text = path.toCString();
+    std::size_t begin = 0;
     for (const char *prefix : prefixes)
     {
-        if (rest.compare(0, PREFIX_LENGTH, prefix) != 0)
+        if (text.compare(0, PREFIX_LENGTH, prefix) != 0)
             continue;
         walked = prefix;
-        rest.erase(0, PREFIX_LENGTH);
+        begin = PREFIX_LENGTH;
         break;
     }
     Handle<Object> at = rootOf(walked.c_str());
     if (!at.isValid())
         problem = String::format("there is nothing at '%s'", walked.c_str());
-    while (at.isValid() && !rest.empty())
+    while (at.isValid() && begin < text.size())
     {
-        const std::size_t end = std::min(rest.find('/'), rest.size());
-        const String step = String::copyFrom(rest.substr(0, end));
+        const std::size_t end = std::min(text.find('/', begin), text.size());
+        const String step = String::copyFrom(text.substr(begin, end - begin));
         const Handle<Object> next = at.lookup()->getChild(step);
         if (!next.isValid())
             problem =
                 String::format("'%s' has %s", walked.c_str(), describeMissingChild(*at.lookup(), step).toCString());
         at = next;
-        walked += (walked.back() == '/' ? "" : "/") + rest.substr(0, end);
-        rest.erase(0, end + 1);
+        walked += (walked.back() == '/' ? "" : "/") + text.substr(begin, end - begin);
+        begin = end + 1;
     }
     return at;
 }

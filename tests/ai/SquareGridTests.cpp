@@ -162,9 +162,10 @@ TEST(SquareGrid, DrawsItsValuesInTheWorldBehindItsSwitch)
     config.setDebugDrawGridsEnabled(true);
     collector.doFrame();
     ASSERT_EQ(collector.getWorldGeometry().lines.size(), 4u) << "the cell of value 0 has a colour without alpha";
-    EXPECT_EQ(collector.getWorldGeometry().lines[0].from, Vec4(99.6f, 0, 49.6f, 1)) << "on the map's origin";
+    EXPECT_EQ(collector.getWorldGeometry().lines[0].from, Vec4(-0.4f, 0.02f, -0.4f, 1))
+        << "where the map's models are drawn";
     world.grid->setValueRepresentation(SquareGrid::VECTORFIELD);
     collector.doFrame();
     ASSERT_EQ(collector.getWorldGeometry().lines.size(), 3u);
-    EXPECT_EQ(collector.getWorldGeometry().lines[0].to, Vec4(100.45f, 0, 50, 1));
+    EXPECT_EQ(collector.getWorldGeometry().lines[0].to, Vec4(0.45f, 0.02f, 0, 1));
 }

@@ -2,6 +2,7 @@
 #include "support/TestLevel.h"
 #include "support/TestThing.h"
 
+#include "engine/PersistentStateComponent.h"
 #include "object/PythonCalls.h"
 #include "object/Variant.h"
 
@@ -35,7 +36,12 @@ def loadMap(level, name):
     world_map = _kaVel._ReflectionInstance().MapRootEntity.construct_()
     world_map.setMapName(name)
     world_map.setParent(level)
+    lamp = _kaVel._ReflectionInstance().TestThing.construct_()
+    lamp.setName("lamp")
+    lamp.setParent(world_map)
     return world_map
+def completeMap(world_map):
+    loads.append("complete with %g" % world_map.getChild("lamp").getSum())
 )");
         world.emplace();
     }
@@ -102,13 +108,14 @@ TEST_F(LevelSwitch, ExceptionOfTheLoaderTravelsToTheCaller)
     EXPECT_EQ(countLogLines("loader.loadLevel('Nothing') returned no Coordinator"), 1u);
 }
 
-TEST_F(LevelSwitch, MapIsLoadedByTheScriptIntoItsLevel)
+TEST_F(LevelSwitch, MapIsLoadedByTheScriptIntoItsLevelAndRepeatsWhatBecameOfItBeforeItsLoadCompletes)
 {
     world->coordinator().setLevelName(SCS("Hall"));
+    PersistentStateComponent::makeFor(world->level).lookup()->addFunctionOneArg(SCS("ground/lamp"), SCS("setSum"), 5.f);
     const Handle<MapRootEntity> map = world->coordinator().loadMap(SCS("ground"));
     EXPECT_EQ(map.lookup()->getMapName(), SCS("ground"));
     EXPECT_EQ(map.lookup()->getParent(), world->level);
-    EXPECT_EQ(loadsSoFar(), "Hall.ground");
+    EXPECT_EQ(loadsSoFar(), "Hall.ground,complete with 5");
 }
 
 TEST(SystemConfiguration, IsTheScriptsBusinessBeforeTheStart)

@@ -128,6 +128,58 @@ class Vec4:
         """Makes components that are nearly 0 exactly 0."""
 
 
+class GridCell:
+    """The name of one cell of one grid; a default one is of no grid."""
+
+    x: int
+    z: int
+    grid: SquareGrid
+    @overload
+    def __init__(self) -> None: ...
+    @overload
+    def __init__(self, grid: SquareGrid, x: int, z: int) -> None: ...
+    def __eq__(self, other: object) -> bool: ...
+    def __hash__(self) -> int: ...
+    def getX(self) -> int:
+        """Column, counted along x."""
+    def getZ(self) -> int:
+        """Row, counted along z."""
+    def getGrid(self) -> SquareGrid:
+        """The grid that the cell is meant in; it need not live."""
+    def isValid(self) -> bool:
+        """Whether the grid lives and has this cell."""
+    def getWorldCoords(self) -> Vec4:
+        """Centre of the cell; the zero vector if it is not valid."""
+    def getValue(self) -> Vec4:
+        """The cell's value; the zero vector if it is not valid."""
+    def setValue(self, value: Vec4, /) -> None:
+        """Stores a value; RuntimeError if the cell is not valid."""
+    def getFloatValue(self, idx: int = 0, /) -> float:
+        """One component of the cell's value; NaN if the cell is not valid or idx is above 3."""
+    @overload
+    def setFloatValue(self, value: float, /) -> None:
+        """Stores the first component of the value; RuntimeError if the cell is not valid."""
+    @overload
+    def setFloatValue(self, idx: int, value: float, /) -> None:
+        """Stores one component of the value; RuntimeError if the cell is not valid or idx is above 3."""
+    def getNeighbor(self, i: SquareGrid.Neighbor | int | str, /) -> GridCell:
+        """The cell beside this one, by SquareGrid.Neighbor; the grid need not have it."""
+    def getValidNeighbors(self) -> list[GridCell]:
+        """The cells around this one that the grid has, from the right one on counterclockwise."""
+    def gridManhattanDistance(self, other: GridCell, /) -> float:
+        """|dx| + |dz|, cells."""
+    def worldManhattanDistance(self, other: GridCell, /) -> float:
+        """|dx| + |dz| of the centres, metres."""
+    def gridDistance(self, other: GridCell, /) -> float:
+        """Straight distance, cells."""
+    def worldDistance(self, other: GridCell, /) -> float:
+        """Straight distance of the centres, metres."""
+    def gridDistanceSquared(self, other: GridCell, /) -> float:
+        """Square of the straight distance, cells."""
+    def worldDistanceSquared(self, other: GridCell, /) -> float:
+        """Square of the straight distance of the centres, metres."""
+
+
 class Quaternion:
     """A rotation; r is the real part."""
 

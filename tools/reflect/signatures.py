@@ -31,7 +31,9 @@ NUMBERS = {
     "intptr_t": "long", "uintptr_t": "unsigned long",
 }
 
-VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject")
+VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell")
+# Values that also cross as a std::vector of them.
+LISTED = ("GridCell",)
 
 @dataclass
 class Crossing:
@@ -138,6 +140,8 @@ class Signatures:
             if target is None or not target.is_class or not self.model.is_object_class(target):
                 return None
             return Crossing("handle", f"Handle<{target.qualified}>", target)
+        if name == "vector" and argument in LISTED:
+            return Crossing("value", f"std::vector<{argument}>")
         if name == "ErrorReturn":
             inner = self.result(argument, scope)
             if inner is None or inner.category in ("code", "result"):

@@ -5,7 +5,8 @@ import os
 import textwrap
 
 SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "str", "Vec4": "Vec4",
-                "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any"}
+                "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
+                "std::vector<GridCell>": "list[GridCell]"}
 INDENT = "    "
 
 

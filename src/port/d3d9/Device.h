@@ -141,7 +141,7 @@ private:
     };
 
     Device(std::unique_ptr<Context> context, HWND window);
-    ~Device();
+    ~Device() override;
     HRESULT createBuffers(const D3DPRESENT_PARAMETERS &parameters);
     void applyWindowMode(const D3DPRESENT_PARAMETERS &parameters);
     void setDefaults();

@@ -116,6 +116,8 @@ bool Device::bindTargets()
 
 void Device::applyViewport()
 {
+    // By its bits, so that a depth that is no number is not set anew for every draw.
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison)
     if (std::memcmp(&appliedViewport, &viewport, sizeof(viewport)) != 0)
     {
         glViewport(static_cast<GLint>(viewport.X), static_cast<GLint>(viewport.Y), static_cast<GLsizei>(viewport.Width),

@@ -36,7 +36,7 @@ private:
 namespace port
 {
 
-Effect::Effect(Device &device, EffectDescription description, EffectCompiler &compiler) : device(device)
+Effect::Effect(Device &device, const EffectDescription &description, EffectCompiler &compiler) : device(device)
 {
     device.AddRef();
     addParameters(description);
@@ -311,7 +311,7 @@ HRESULT D3DXCreateEffectFromFileA(IDirect3DDevice9 *device, LPCSTR file, const D
         tell(compiler.getOutput());
         if (!compiled)
             return D3DXERR_INVALIDDATA;
-        *effect = new port::Effect(*ours, std::move(description), compiler);
+        *effect = new port::Effect(*ours, description, compiler);
         return D3D_OK;
     }
     catch (const port::EffectError &error)

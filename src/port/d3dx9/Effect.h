@@ -20,8 +20,8 @@ namespace port
 class Effect final : public ID3DXEffect
 {
 public:
-    Effect(Device &device, EffectDescription description, EffectCompiler &compiler);
-    ~Effect();
+    Effect(Device &device, const EffectDescription &description, EffectCompiler &compiler);
+    ~Effect() override;
 
     ULONG AddRef() override { return ++references; }
     ULONG Release() override;

@@ -61,7 +61,7 @@ std::string lineMark(SourcePlace place)
 std::string alphaFailure(DWORD function, DWORD reference)
 {
     static constexpr const char *opposites[] = {"", "true", ">=", "!=", ">", "<=", "==", "<", ""};
-    const std::string opposite = function < std::size(opposites) ? opposites[function] : "";
+    std::string opposite = function < std::size(opposites) ? opposites[function] : "";
     if (opposite.empty() || opposite == "true")
         return opposite;
     return "COLOR0.a " + opposite + " " + std::to_string(static_cast<float>(reference) / 255.0f);

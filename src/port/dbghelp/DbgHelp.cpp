@@ -45,7 +45,7 @@ std::string demangled(const char *name)
 {
     int status = 0;
     char *const text = abi::__cxa_demangle(name, nullptr, nullptr, &status);
-    const std::string result = status == 0 && text ? text : name;
+    std::string result = status == 0 && text ? text : name;
     std::free(text);
     return result;
 }

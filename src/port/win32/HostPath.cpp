@@ -24,7 +24,7 @@ std::string entryOfOtherCase(const fs::path &folder, const std::string &name)
     std::error_code ignored;
     for (fs::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored))
     {
-        const std::string candidate = entry->path().filename().string();
+        std::string candidate = entry->path().filename().string();
         if (differsByCaseOnly(candidate, name))
             return candidate;
     }

@@ -1,0 +1,100 @@
+#include "engine/InterpolatorComponent.h"
+#include "engine/LerpVisitor.h"
+
+#include "support/AllocationCount.h"
+#include "support/TestLevel.h"
+#include "support/TestThing.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace
+{
+constexpr Seconds FRAME = 64.0 / 4096.0; ///< of a test level
+
+/// A level with a thing whose properties are to move.
+struct MovingWorld
+{
+    MovingWorld() : thing(*spawn("thing", level.entity("lamp")).lookup()), interpolator(interpolatorOf(thing)) {}
+    static InterpolatorComponent &interpolatorOf(const Object &object)
+    {
+        return *getInterpolatorForObject(object.getHandle()).lookup();
+    }
+    void move(const char *property, const Variant &from, const Variant &to, Seconds duration)
+    {
+        interpolateProperty(thing.getHandle(), String::copyFrom(property), from, to, duration);
+    }
+    void frames(int count)
+    {
+        for (int i = 0; i < count; ++i)
+            level.frame();
+    }
+
+    TestLevel level;
+    TestThing &thing;
+    InterpolatorComponent &interpolator;
+};
+
+template <class T>
+T between(double alpha, const T &from, const T &to)
+{
+    return LerpVisitor(alpha).apply(Variant(from), Variant(to)).value.template get<T>().value;
+}
+} // namespace
+
+TEST(Interpolation, MovesAPropertyToItsEndInTheTimeOfTheGame)
+{
+    MovingWorld world;
+    world.thing.sum = 10;
+    interpolateProperty(world.thing.getHandle(), SCS("sum"), 20.0, 4 * FRAME);
+    world.frames(2);
+    EXPECT_EQ(world.thing.sum, 15.f) << "from its present value";
+    const AllocationCount before = AllocationCount::now();
+    world.interpolator.doFrame();
+    EXPECT_EQ(AllocationCount::now().heap, before.heap);
+    world.level.coordinator().setLoopState(Coordinator::LOOP_STOP);
+    world.frames(3);
+    EXPECT_EQ(world.thing.sum, 17.5f);
+    world.level.coordinator().setLoopState(Coordinator::LOOP_RUN);
+    world.frames(5);
+    EXPECT_EQ(world.thing.sum, 20.f);
+
+    world.move("sum", 0.0, 8.0, 0.0);
+    world.move("secret", 0, 100, 2 * FRAME);
+    world.frames(1);
+    EXPECT_EQ(world.thing.sum, 8.f) << "a duration of 0 finishes at once";
+    EXPECT_EQ(world.thing.secret, 50);
+    world.move("secret", 0, -80, 8 * FRAME);
+    world.frames(2);
+    EXPECT_EQ(world.thing.secret, -20) << "the new one takes over";
+    EXPECT_EQ(world.interpolator.getInterpolantCount(), 1);
+}
+
+TEST(Interpolation, FailuresAreToldAndDropped)
+{
+    MovingWorld world;
+    world.thing.sum = 3;
+    world.move("sum", 3.0, SCS("four"), 1.0);
+    world.frames(2);
+    EXPECT_EQ(countLogLines("lamp/thing': NOT_CONVERTIBLE"), 1u);
+    interpolateProperty(world.thing.getHandle(), SCS("weight"), 4.0, 1.0);
+    EXPECT_EQ(countLogLines("Error while interpolating property `weight' of object `"), 1u);
+    EXPECT_EQ(world.thing.sum, 3.f);
+
+    world.move("sum", 3.0, 4.0, 1.0);
+    world.thing.murder();
+    world.frames(3);
+    EXPECT_EQ(world.interpolator.getInterpolantCount(), 0);
+    EXPECT_EQ(countLogLines("Error while interpolating"), 3u) << "the object is gone";
+}
+
+TEST(Interpolation, BlendsPairsOfOneType)
+{
+    constexpr auto least = std::numeric_limits<std::int64_t>::min(), most = std::numeric_limits<std::int64_t>::max();
+    EXPECT_EQ(between(1.0, least, most), most);
+    const Quaternion turn = Quaternion::fromAxisAngle(Vec4(0, 1, 0, 0), 1.f);
+    for (const Quaternion &same : {turn, Quaternion(-turn.r, -turn.i, -turn.j, -turn.k)})
+        EXPECT_EQ(between(0.5, Quaternion(), same), Quaternion::fromAxisAngle(Vec4(0, 1, 0, 0), 0.5f));
+    EXPECT_FALSE(LerpVisitor(0.5).apply(Variant(1.0), Variant(2)).succeeded()) << "a float and an integer";
+}

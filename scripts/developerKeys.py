@@ -4,8 +4,10 @@ import kaVel
 
 F2, F3, F4 = 0x71, 0x72, 0x73
 
-#: What F4 shows: hit boxes, the reach of lights, what cameras see, and the cells of grids.
-OUTLINES = ('debugDrawHitBoxes', 'debugDrawLightVolumes', 'debugDrawViewerFrustums', 'debugDrawPartitioningGrid')
+#: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, and what force
+#: volumes push.
+OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', 'debugDrawViewerFrustums',
+            'debugDrawPartitioningGrid', 'debugDrawForceVolumes')
 
 
 def listen(coordinator):

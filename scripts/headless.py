@@ -15,8 +15,18 @@ LEAST_FRAMES = 2
 
 
 def watch(coordinator, views=()):
-    """Has a level end the game when the frames that were asked for have run."""
-    _Watch(coordinator, _wanted(views))
+    """Has a level end the game when the frames that were asked for have run.
+
+    A run whose picture has nowhere to go ends at once, with exit code 1: better than when all its frames have run.
+    """
+    views = _wanted(views)
+    closed = [file for file in map(_pictureFile, _suffixes(views)) if file and not _isWritable(file)]
+    if closed:
+        kaVel.log('The game quits: the screenshot %s cannot be written; is there such a folder, and may it be written '
+                  'to?' % closed[0])
+        kaVel.getSystem('GameLoopSystem').quit(1)
+    else:
+        _Watch(coordinator, views)
 
 
 def _wanted(views):
@@ -26,6 +36,23 @@ def _wanted(views):
     if unknown:
         raise ValueError('no view %s in this level; it has: %s' % (', '.join(unknown), ', '.join(names) or 'none'))
     return [view for view in views if not GameConfig.views or view[0] in GameConfig.views]
+
+
+def _suffixes(views):
+    """What the files of the run's pictures have behind the stem of their name."""
+    return ['-' + name for name, _ in views] or ['']
+
+
+def _pictureFile(suffix):
+    """The file of one picture; empty if none is wanted."""
+    stem, extension = os.path.splitext(GameConfig.screenshot)
+    return GameConfig.screenshot and stem + suffix + extension
+
+
+def _isWritable(file):
+    folder = os.path.dirname(file) or '.'
+    return (os.path.isdir(folder) and not os.path.isdir(file)
+            and os.access(file if os.path.exists(file) else folder, os.W_OK))
 
 
 class _Watch:
@@ -56,8 +83,7 @@ class _Watch:
 
     def capture(self, suffix=''):
         if GameConfig.screenshot:
-            stem, extension = os.path.splitext(GameConfig.screenshot)
-            kaVel.getSystem('GraphicsSystem2').captureScreen(stem + suffix + extension)
+            kaVel.getSystem('GraphicsSystem2').captureScreen(_pictureFile(suffix))
 
     def end(self, frames):
         kaVel.log('After %d frames: %s' % (frames, _cameraText(self.coordinator)))

@@ -14,11 +14,13 @@ Every reflected class, with its members and their comments, stands in `_kaVel.py
 """
 
 import functools
+import importlib
+import inspect
 import traceback
 
 import _kaVel
 from _kaVel import Handle_ as Handle
-from _kaVel import PostOffice, Quaternion, Vec4, messageTypes
+from _kaVel import GridCell, PostOffice, Quaternion, Vec4, messageTypes
 
 #: Everything reflected by name: `Reflection.Entity` is a class, `Reflection.getSystemN` a function.
 Reflection = _kaVel._ReflectionInstance()
@@ -86,7 +88,7 @@ def finishLoad(root):
     """Tells everything under a freshly built root that the tree stands: `onLoadBegin`, then `onLoadComplete`.
 
     Levels and maps get this from the loader; what a script builds in a running level needs the call. An object that
-    fails is logged with its path, and the rest loads on.
+    fails is logged with its path, and the rest loads on. What has been murdered meanwhile is left out.
     """
     tree = descendants(root)
     for handle in tree:
@@ -97,10 +99,42 @@ def finishLoad(root):
 
 
 def _loadStep(handle, step):
+    if handle.isDying():
+        return
     try:
         getattr(handle, step)()
     except Exception:
         log('%s failed to load and is skipped:\n%s' % (pathOf(handle), traceback.format_exc()))
+
+
+def build(moduleName, patternName, parent, name, at=None):
+    """Builds an object by its pattern in a running level and completes its load; the engine makes its own by it.
+
+    A pattern that takes `at` gets the place, a Vec4; the root of any other is put there.
+    """
+    builder = getattr(importlib.import_module(moduleName), patternName)
+    if at is not None and _takesPlace(builder):
+        root = builder(parent, name, at=(at.x, at.y, at.z))
+    else:
+        root = builder(parent, name)
+        if root and at is not None:
+            _put(root, at)
+    if root:
+        finishLoad(root)
+    return root
+
+
+def _takesPlace(builder):
+    parameters = inspect.signature(builder).parameters
+    return 'at' in parameters or any(each.kind == each.VAR_KEYWORD for each in parameters.values())
+
+
+def _put(root, at):
+    transform = root.getComponent('transform')
+    if transform:
+        transform.position = at
+    else:
+        log('%s has no transform and is not put at its place %s' % (pathOf(root), at))
 
 
 def pathOf(handle):
@@ -110,6 +144,40 @@ def pathOf(handle):
         names.append(handle.name)
         handle = handle.parent
     return '/'.join(reversed(names))
+
+
+def persist(handle, function, *arguments):
+    """Notes a call of an object to be repeated when its map is loaded again, with up to two arguments.
+
+    Note what an object has become: `persist(door, 'setOpen', True)`, or `persist(key, 'murder')` for what is gone for
+    good. The last call of a property's setter counts; any other is repeated as often as it was noted. They run once the
+    map's function has returned, before `onLoadComplete`. The object needs a name of its own below its map. See
+    `PersistentStateComponent`.
+    """
+    record = (handle.addToPersistentStateNoArgs, handle.addToPersistentStateOneArg,
+              handle.addToPersistentStateTwoArgs)
+    if len(arguments) >= len(record):
+        raise TypeError('persist(%r) takes at most two arguments for the call' % function)
+    record[len(arguments)](function, *arguments)
+
+
+def forgetPersistentState():
+    """Forgets what has become of the objects of all levels, as a new game does."""
+    getSystem('GameLoopSystem').forgetPersistentState()
+
+
+def interpolate(handle, name, final, seconds, start=None):
+    """Takes a property of an object from its present value, or from `start`, to another in some seconds of game time.
+
+    For numbers, Vec4 and Quaternion. What interpolates the property already ends where it is.
+    """
+    if start is None:
+        start = getattr(handle, name)
+    if isinstance(start, (int, float)) and isinstance(final, (int, float)):
+        # Whole numbers may be meant for a property that is a float.
+        if isinstance(start, float) or isinstance(final, float) or isinstance(getattr(handle, name, None), float):
+            start, final = float(start), float(final)
+    Reflection.interpolateProperty(handle, name, start, final, seconds)
 
 
 def messageType(name):

@@ -1,4 +1,4 @@
-"""Builds levels. The engine calls `loadLevel` and `loadMap`; levels are the modules of the package `levels`.
+"""Builds levels. The engine calls the functions of this module; levels are the modules of the package `levels`.
 
 A level module has a function `build(coordinator)`, perhaps a function `views()` of what headless runs take pictures of
 (see `headless`), and a function for every map that it loads with
@@ -16,6 +16,9 @@ import kaVel
 
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
 
+#: What the engine shows for a moment while another level loads.
+LOADING_SCREEN = 'LoadingScreen'
+
 _levelsBeingBuilt = 0
 
 
@@ -28,13 +31,14 @@ def loadLevel(levelName):
                          % (levelName, levelName))
     coordinator = kaVel.make('Coordinator', name=levelName)
     coordinator.setLevelName(levelName)
+    kaVel.getSystem('GameLoopSystem').givePersistentState(coordinator)
     office = kaVel.make('Entity', parent=coordinator, name='BranchPostOffice')
     kaVel.addComponent(office, 'postOffice', 'BranchPostOffice')
     _levelsBeingBuilt += 1
     try:
         developerKeys.listen(coordinator)
         level.build(coordinator)
-        if GameConfig.frames:
+        if GameConfig.frames and (levelName != LOADING_SCREEN or GameConfig.initialLevel == LOADING_SCREEN):
             headless.watch(coordinator, level.views() if hasattr(level, 'views') else ())
     finally:
         _levelsBeingBuilt -= 1
@@ -43,7 +47,7 @@ def loadLevel(levelName):
 
 
 def loadMap(coordinator, mapName):
-    """Builds one map of a level and returns its root."""
+    """Builds one map of a level and returns its root; its load is left to `completeMap`."""
     level = _levelModule(coordinator.levelName, fresh=False)
     build = getattr(level, mapName, None)
     if not callable(build):
@@ -54,9 +58,16 @@ def loadMap(coordinator, mapName):
     kaVel.addComponent(root, 'transform', 'TransformComponent')
     kaVel.addComponent(root, 'mapData', 'MapDataComponent')  # gives the map its grids when the load completes
     build(root)
+    return root
+
+
+def completeMap(root):
+    """Completes the load of a map, in which has been repeated by now what became of its objects.
+
+    The maps of a level that is still being built wait for the level.
+    """
     if not _levelsBeingBuilt:
         kaVel.finishLoad(root)
-    return root
 
 
 def levelNames():
@@ -66,6 +77,11 @@ def levelNames():
         if os.path.isdir(folder):
             names.update(file[:-3] for file in os.listdir(folder) if file.endswith('.py') and file != '__init__.py')
     return sorted(names)
+
+
+def hasLevel(levelName):
+    """Whether there is a level of this name."""
+    return levelName in levelNames()
 
 
 def _levelModule(levelName, fresh=True):

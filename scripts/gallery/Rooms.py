@@ -86,7 +86,7 @@ def doorway(room):
 
 def decals(room):
     """Blood, cracks, grime and a warning, projected onto walls and floor."""
-    tiled(room, place.Ceiling, 'ceiling')
+    tiled(room, place.PlasterCeiling, 'ceiling')
     tiled(room, place.TiledFloor, 'floor')
     walls(room, place.PlasterWall, place.PlasterDoorway)
     doorwayBacks(room)

@@ -87,8 +87,8 @@ def doorwayBacks(room):
 
 def parlour(room):
     """A room of the villa: papered above panels, boards below."""
-    tiled(room, place.Floor, 'floor')
-    tiled(room, place.Ceiling, 'ceiling')
+    tiled(room, place.FloorBoards, 'floor')
+    tiled(room, place.PlasterCeiling, 'ceiling')
     walls(room, place.WallPlain, place.WallDoorway)
     for x in (-2, 0, 2):
         for z, turn in ((4, SOUTH), (-4, NORTH)):

@@ -45,8 +45,8 @@ def shell(study):
     """Floor, walls, ceiling: pieces of 2 m. A wall faces into the room."""
     for x in (-2, 0, 2):
         for z in (-3, -1, 1, 3):
-            place.Floor(study, 'floor', at=(x, 0, z))
-            place.Ceiling(study, 'ceiling', at=(x, 0, z))
+            place.FloorBoards(study, 'floor', at=(x, 0, z))
+            place.PlasterCeiling(study, 'ceiling', at=(x, 0, z))
 
     for x in (-2, 0, 2):
         north = place.WallDoorway if x == 2 else place.WallPlain
@@ -146,7 +146,7 @@ def corridor(study):
     place.PlasterDoorway(study, 'corridorDoorway', at=(2, 0, 4.18), turn=NORTH)
     place.PlasterWall(study, 'corridorEnd', at=(2, 0, 8.18), turn=SOUTH)
     for z in (5.18, 7.18):
-        place.Ceiling(study, 'corridorCeiling', at=(2, 0, z))
+        place.PlasterCeiling(study, 'corridorCeiling', at=(2, 0, z))
         for x, turn in ((1, EAST), (3, WEST)):
             place.PlasterWall(study, 'corridorWall', at=(x, 0, z), turn=turn)
             place.Skirting(study, 'corridorSkirting', at=(x, 0, z), turn=turn)

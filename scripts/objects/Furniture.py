@@ -48,6 +48,24 @@ Barrel = thing(barrel='wood', barrelHoops='iron')
 Radiator = thing(radiator='rust')
 Pipe = thing(pipe='rust')
 
+# Workshop
+
+Workbench = thing(workbench='wood', workbenchIron='iron')
+Rack = thing(rack='iron', rackBoards='wood')
+Boiler = thing(boiler='rust', boilerFire='embers')
+DrillPress = thing(drillPress='iron')
+WorkLamp = thing(castShadows=False, workLamp='iron', workLampBulb='lens')
+SwitchBox = thing(switchBox='iron')
+SwitchLever = thing(moving=True, switchLever='ceramic')
+FuseBox = thing(fuseBox='rust')
+Fuse = thing(moving=True, fuse='ceramic', fuseCaps='brass')
+ButtonPost = thing(buttonPost='iron')
+PushButton = thing(moving=True, pushButton='glassRed')
+Chute = thing(chute='rust')
+ShaftGrate = thing(shaftGrate='rust')
+FanBlades = thing(moving=True, fanBlades='iron')
+PipeRun = thing(pipeRun='rust')
+
 # Crypt and graveyard
 
 Mourner = thing(mourner='marble', mournerHollow='hollow')

@@ -2,17 +2,21 @@
 
 `at` is the place in metres, x to the right, y up, z forward; `turn` is in degrees about the y axis, and 90 takes an
 object's front from +z to +x. The patterns stand in modules by kind; here is all of it under one name, which is also
-where the engine looks for the patterns that it needs itself: `ScreenViewer` and `LightPartitioningDummy`.
+where the engine looks for the patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, and the `Floor`
+and `Ceiling` of a map.
 """
 
 import kaVel
+from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
 from objects.Drawn import *
 from objects.Furniture import *
 from objects.Lights import *
+from objects.MapShell import Ceiling, Floor
 from objects.Models import *
 from objects.Placing import *
+from objects.Walker import Player
 
 
 @kaVel.pattern

@@ -53,18 +53,21 @@ def mapsOf(surface):
     return dict(maps, textureName=surface + 'Diffuse.dds')
 
 
-_reaches = {}
+_bounds = {}
+
+
+def boundsOf(meshName):
+    """Least and greatest corner of the box that holds a model, metres; measured once."""
+    if meshName not in _bounds:
+        assets = kaVel.getSystem('AssetSystem')
+        mesh = assets.startLoad(kaVel.Reflection.MeshAssetLoader, meshName, None, 0)
+        _bounds[meshName] = tuple((corner.x, corner.y, corner.z) for corner in (mesh.boundsMin, mesh.boundsMax))
+    return _bounds[meshName]
 
 
 def reachOf(meshName):
-    """Full extents of the smallest box around a model's origin that holds the model, metres; measured once."""
-    if meshName not in _reaches:
-        assets = kaVel.getSystem('AssetSystem')
-        mesh = assets.startLoad(kaVel.Reflection.MeshAssetLoader, meshName, None, 0)
-        low, high = mesh.boundsMin, mesh.boundsMax
-        _reaches[meshName] = tuple(2 * max(abs(l), abs(h)) for l, h in zip((low.x, low.y, low.z),
-                                                                           (high.x, high.y, high.z)))
-    return _reaches[meshName]
+    """Full extents of the smallest box around a model's origin that holds the model, metres."""
+    return tuple(2 * max(abs(low), abs(high)) for low, high in zip(*boundsOf(meshName)))
 
 
 def model(entity, meshName, surface, moving=False, castShadows=True, scale=(1, 1, 1)):

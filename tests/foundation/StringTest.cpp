@@ -7,7 +7,6 @@
 
 #include <cstring>
 #include <string_view>
-#include <unordered_map>
 
 namespace
 {
@@ -160,15 +159,6 @@ TEST(String, HashFollowsItsPublishedRuleAndIsSharedByAllOwnerships)
     EXPECT_EQ(hash_value(SCS("ab")), h);
     EXPECT_EQ(hash_value(copyOf("ab")), h);
     EXPECT_EQ(std::hash<String>()(copyOf("ab").intern()), h);
-}
-
-TEST(String, FindsManyNamesInAHashMap)
-{
-    std::unordered_map<String, int> places;
-    for (int i = 0; i < 10'000; ++i)
-        places[String::format("name number %d", i).intern()] = i;
-    for (int i = 0; i < 10'000; ++i)
-        ASSERT_EQ(places.at(String::format("name number %d", i)), i);
 }
 
 TEST(String, ConvertsFromAndToTheContainersItMeets)

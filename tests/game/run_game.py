@@ -46,6 +46,12 @@ def test_the_quit_value_is_the_exit_code(world):
     world.run(level="Quits", frames=50).expect_code(7)
 
 
+def test_a_picture_that_has_nowhere_to_go_ends_the_run_at_once(world):
+    run = world.run(frames=100000, screenshot="no_such_folder/room.png")
+    run.expect_code(1)
+    assert run.log.count("no_such_folder/room.png cannot be written") == 1, run.log[-2000:]
+
+
 def test_an_unknown_level_ends_the_start_with_its_name_and_the_traceback(world):
     run = world.run(level="NoSuchLevel")
     run.expect_code(1)

@@ -246,6 +246,11 @@ TEST_F(Drawn, TerrainTellsTheHeightsItIsDrawnWith)
     drawFrame();
     EXPECT_TRUE(terrain.getMesh().isValid()) << "made anew";
     EXPECT_FLOAT_EQ(terrain.getHeight(1e9f, std::nanf("")), terrain.getHeight(1e6f, std::nanf("")));
+
+    const Handle<DynamicMeshAsset> asset = terrain.getMesh();
+    terrain.murder();
+    cremateDeadObjects();
+    EXPECT_FALSE(asset.isValid()) << "the mesh dies with what it is drawn for";
 }
 
 TEST_F(Drawn, TerrainReadsItsImageAndLeansAsItRises)

@@ -73,6 +73,18 @@ def test_ChildrenThatArriveDuringTheWalkWaitForTheNext():
     assert count == 2 and len(parent.children) == 6
 
 
+def test_ChainThatNoStackHoldsIsMovedClimbedAndBuried():
+    top, depth = kaVel.make('Object', name='top'), 200000
+    end = top
+    for _ in range(depth):
+        end = kaVel.make('Object', parent=end)
+    home = kaVel.make('Object', name='home')
+    top.setParent(home)
+    assert end.getDescendantByPath('../' * (depth + 1)) == home
+    kill(home)
+    assert not top and not end
+
+
 def test_NameOfAnotherTypeIsATypeError():
     parent, children = family()
     for question in (lambda: 5 in parent.children, lambda: parent.children[0], lambda: parent.children.has_key(None)):

@@ -139,14 +139,6 @@ def test_InvalidHandleRefusesEveryName():
     assert not hasattr(nobody, '__len__')
 
 
-def test_MurderedObjectAnswersUntilItsCremation():
-    p = probe(speed=1)
-    p.murder()
-    assert p and p.speed == 1.0
-    kaVel.Reflection.cremateDeadObjects()
-    assert not p
-
-
 def test_UnknownNamesNameTheClassAndTheNearestMember():
     p = probe()
     with raises(AttributeError, "no member 'sped' in Probe; did you mean 'speed'?"):

@@ -19,6 +19,7 @@ from models import (
     stonework,
     storeroom,
     tableware,
+    workshop,
 )
 from recipes import recipes_of
 
@@ -36,5 +37,6 @@ RECIPES = recipes_of(
     stonework,
     statuary,
     ironwork,
+    workshop,
     shapes,
 )

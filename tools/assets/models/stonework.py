@@ -14,6 +14,7 @@ ARCH_SPRING = 1.55  # where the arch begins to bend
 ARCH_STEPS = 14
 PLINTH = [(0.34, 0.0), (0.31, 0.045), (0.02, 0.055), (0.0, 0.06)]
 COPING = [(STOREY, 0.13), (STOREY - 0.10, 0.13), (STOREY - 0.13, 0.085), (STOREY - 0.20, 0.05), (STOREY - 0.23, 0.0)]
+DOORWAY = (0.60, 2.20)  # half width and head of a square doorway
 GRILLE = (0.62, 2.02, 2.86)  # half width, sill and head of a grille's opening
 
 
@@ -91,6 +92,25 @@ def stoneArch():
             low, high = sorted((x0, x1))
             low, high = (low - wide, high) if sign < 0 else (low, high + wide)
             mesh.box((low, course * 0.31 + 0.002, -0.02), (high, course * 0.31 + 0.308, 0.032), 0.010)
+    mesh.moulding(COPING, -1.0, 1.0)
+    _top(mesh)
+    return mesh.scaled_uv(STONE)
+
+
+def stoneDoorway():
+    """Wall with a square doorway, 1.2 m wide and 2.2 m high, under a lintel of one stone."""
+    mesh = Mesh()
+    half, head = DOORWAY
+    for z, facing in ((0.0, 1.0), (-THICKNESS, -1.0)):
+        for x0, x1, y0 in ((-1.0, -half, 0.0), (half, 1.0, 0.0), (-half, half, head)):
+            _face(mesh, x0, x1, y0, STOREY, z, facing)
+    _reveal(mesh, [(-half, 0.0), (-half, head), (half, head), (half, 0.0)], -THICKNESS)
+    mesh.box((-half - 0.22, head + 0.002, -0.02), (half + 0.22, head + 0.30, 0.035), 0.012)
+    for sign in (-1.0, 1.0):
+        for course in range(7):
+            wide = 0.06 * (course % 2)
+            low, high = sorted((sign * (half + 0.002), sign * (half + 0.17 + wide)))
+            mesh.box((low, course * 0.314 + 0.002, -0.02), (high, course * 0.314 + 0.312, 0.030), 0.010)
     mesh.moulding(COPING, -1.0, 1.0)
     _top(mesh)
     return mesh.scaled_uv(STONE)

@@ -1,0 +1,91 @@
+"""Workshop: a cellar in which one walks, pushes, opens, switches and throws.
+
+WASD and mouse, Shift runs, Space jumps, E or the left button uses what the mark points at, F or the right button throws
+a bolt, 1 to 9 lead to what there is to see, R begins anew: what was opened and taken stays so.
+
+The rooms are built in `workshop/Shell.py`, what works in them in `workshop/Doors.py` and `workshop/Mechanisms.py`.
+"""
+
+import kaVel
+import objects.GameObjects as place
+from objects.Pointing import Pointer
+from objects.Walker import Walker
+from workshop import Bodies, Doors, Furnishing, Mechanisms, Shell
+from workshop.Notice import Notice
+from workshop.Sight import Sight
+from workshop.Stations import STATIONS
+
+_visit = None
+
+
+def build(coordinator):
+    kaVel.configure(coordinator.getManager('graphics2'), sceneAmbient=0.04)
+    coordinator.loadMap('cellar')
+    _visit.goTo(1)
+
+
+def cellar(map):
+    """The map: the three rooms, the walker and all that he meets."""
+    global _visit
+    _visit = Visit(map)
+
+
+def views():
+    """What a headless run takes pictures of: each station from where its number key leads, with something under way."""
+    return [('%d-%s' % (number, station.name), lambda number=number: _visit.show(number))
+            for number, station in enumerate(STATIONS, 1)]
+
+
+class Visit:
+    """Everything of one visit to the cellar, and the keys that lead about in it."""
+
+    RELOAD = ord('R')
+
+    def __init__(self, map):
+        coordinator = map.getAncestorOfType(kaVel.Reflection.Coordinator)
+        kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(2.3, Shell.HEIGHT / 2, 3.3, 1),
+                        scale=kaVel.Vec4(22, Shell.HEIGHT, 20, 0))
+        camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
+        self.map = map
+        self.walker = Walker(place.Player(map), camera)
+        self.pointer = Pointer(self.walker, map)
+        self.notice = Notice(coordinator)
+        self.rooms = Shell.build(map)
+        self.leaves = Doors.build(map, self.pointer)
+        self.furnish()
+        self.sight = Sight(self.rooms, self.leaves, self.walker)
+        kaVel.subscribe('KeyDownMessage', self.handleKeyDown,
+                        coordinator.getDescendantByPath('BranchPostOffice/postOffice'))
+
+    def furnish(self):
+        map, rooms, pointer = self.map, self.rooms, self.pointer
+        for name, furnish in (('workshop', Furnishing.workshop), ('store', Furnishing.store),
+                              ('cistern', Furnishing.cistern)):
+            furnish(rooms[name], pointer)
+        Bodies.crates(map, pointer)
+        self.stack = Bodies.Piles(map, pointer, 'box', (3, 4, 2, 1), at=(7.6, 0, -3.2), edge=0.4, gap=0.2)
+        self.targets = Bodies.Piles(map, pointer, 'tin', (2, 4, 3), at=(0.1, 0.9, -3.6), edge=0.24)
+        Bodies.basin(map, pointer)
+        self.switch = Mechanisms.LightSwitch(rooms['workshop'], pointer)
+        self.chute = Mechanisms.Chute(rooms['workshop'], pointer, self.notice)
+        self.fuseBox = Mechanisms.FuseBox(rooms, pointer, self.notice)
+        self.updraught = Mechanisms.Updraught(rooms['cistern'], map)
+        self.bell = Mechanisms.Bell(rooms['cistern'], map, self.notice)
+        self.bolts = Mechanisms.Bolts(map, self.walker)
+
+    def handleKeyDown(self, message, key):
+        if key == self.RELOAD:
+            kaVel.getSystem('GameLoopSystem').queueLoadLevel('Workshop')
+        elif ord('1') <= key < ord('1') + len(STATIONS):
+            self.goTo(key - ord('0'))
+
+    def goTo(self, number):
+        """Stands the walker at a station."""
+        station = STATIONS[number - 1]
+        self.walker.goTo(station.at, station.turn, station.pitch)
+        self.sight.update()
+
+    def show(self, number):
+        """As `goTo`, for a picture: what takes its time there is under way at once."""
+        STATIONS[number - 1].begin(self)
+        self.goTo(number)

@@ -1,0 +1,80 @@
+"""What stands in the way, and what falls, is pushed and rolls: volumes that have a body beside them.
+
+A volume lies around the place of its own transform, so bodies have that in their middle; a model that stands on its
+origin stops nobody by itself, and gets a `Block` where somebody could walk into it.
+"""
+
+import kaVel
+from objects.Models import boundsOf, mapsOf
+from objects.Placing import addVolume, around, layerFor, placed
+
+#: What PhysicsManager pulls every body down with, newtons, whatever its mass.
+PULL = 20.0
+#: How fast all bodies are to gain speed as they fall, m/s2. More than the earth's: what brakes a body on the floor
+#: brakes it in the air as well, and so it takes as long to fall from a shelf as one expects.
+FALL = 13.0
+#: Part of the speed that is left after a second: wood that is let go comes to rest within two thirds of a metre.
+SLIDING = 0.03
+
+
+def addBody(entity, mass, damping=SLIDING, restitution=0.0, className='RigidBody', **properties):
+    """Gives an entity a body of a mass in kilograms that falls as all others do."""
+    return kaVel.addComponent(entity, 'physics', className, inverseMass=1.0 / mass, damping=damping,
+                              restitution=restitution, acceleration=kaVel.Vec4(0, PULL / mass - FALL, 0, 0),
+                              **properties)
+
+
+def addWall(entity, size):
+    """Makes an entity a wall of these extents, about its place, which ends what a player points at."""
+    addVolume(entity, size).interact = True
+    kaVel.addComponent(entity, 'physics', 'WallPhysics')
+
+
+@kaVel.pattern
+def Block(parent, name='', at=(0, 0, 0), size=(1, 1, 1), turn=0.0):
+    """Invisible, and nothing gets through it; it stands on `at`."""
+    block = placed(parent, name, at=(at[0], at[1] + size[1] / 2, at[2]), turn=turn)
+    addWall(block, size)
+    return block
+
+
+def solid(pattern, *parts):
+    """A pattern that builds `pattern` and a block around the parts of it that are named, the model files."""
+
+    @kaVel.pattern
+    def build(parent, name='', at=(0, 0, 0), turn=0.0, **options):
+        root = pattern(parent, name, at=at, turn=turn, **options)
+        lows, highs = zip(*(boundsOf(part) for part in parts))
+        low, high = [min(values) for values in zip(*lows)], [max(values) for values in zip(*highs)]
+        Block(root, 'block', at=around(at, turn, (low[0] + high[0]) / 2, low[1], (low[2] + high[2]) / 2), turn=turn,
+              size=[h - l for l, h in zip(low, high)])
+        return root
+
+    return build
+
+
+def look(entity, meshName, surface, castShadows=True):
+    """Gives an entity that has its volume already, or needs none, the look of a model file."""
+    return kaVel.addComponent(entity, 'graphics2', 'ModelGraphicsComponent2', meshName=meshName,
+                              layer=layerFor(entity), castShadows=castShadows, **mapsOf(surface))
+
+
+@kaVel.pattern
+def CargoCrate(parent, name='', at=(0, 0, 0), turn=0.0, edge=0.6, mass=30.0):
+    """A wooden crate that is pushed and falls; it stands on `at`."""
+    crate = placed(parent, name, at=(at[0], at[1] + edge / 2, at[2]), turn=turn, scale=[edge / 0.6] * 3)
+    addVolume(crate, (edge, edge, edge), 'BV_BOX').interact = True
+    addBody(crate, mass)
+    look(crate, 'cargoCrate', 'wood')
+    return crate
+
+
+@kaVel.pattern
+def Ball(parent, name='', at=(0, 0, 0), turn=0.0, diameter=0.2, mass=1.0, surface='leather', damping=0.05,
+         restitution=0.25):
+    """A ball around `at`."""
+    ball = placed(parent, name, at=at, turn=turn, scale=[diameter] * 3)
+    addVolume(ball, [diameter] * 3, 'BV_SPHERE')
+    addBody(ball, mass, damping=damping, restitution=restitution)
+    look(ball, 'ball', surface)
+    return ball

@@ -1,0 +1,170 @@
+"""One who walks: WASD and mouse, Shift runs, Space jumps, Escape ends the game. Walls stop him, crates give way."""
+
+import math
+
+import kaVel
+from objects.Bodies import PULL
+from objects.Placing import LevelClock, addVolume, placed
+
+#: Virtual-key code -> direction in the walker's own axes: right, ahead.
+MOVES = {ord('W'): (0, 1), ord('S'): (0, -1), ord('A'): (-1, 0), ord('D'): (1, 0)}
+SHIFT, SPACE, ESCAPE = 0x10, 0x20, 0x1B
+
+SIZE = (0.5, 1.75, 0.5)  # metres; the box stays along the axes when the walker turns, only the camera does
+EYE = 1.62               # above the feet, metres
+MASS = 75.0              # kilograms
+
+WALKING, RUNNING = 1.9, 3.8  # metres a second
+START = 12.0    # how fast he gets going, m/s2; he stands at once
+PUSH = 8.0      # how much faster, each second, he presses against what gives way: weight slows him, m/s2
+FALL = 15.0     # m/s2
+JUMP = 3.9      # metres a second: half a metre high
+LONGEST_STEP = 0.2  # metres a frame, however slow the frames are: less than half of him and a thin door
+
+LOOK_SPEED = 2.4  # radians for a mouse move across the whole window
+STEEPEST_PITCH = math.radians(85)
+STRIDE = 1.5      # metres of two steps
+BOB = 0.018       # metres up and down at a step
+
+
+@kaVel.pattern
+def Player(parent, name='', at=(0, 0, 0)):
+    """The body of one who walks: a box that slides along what it touches. Stands on `at`, in a map."""
+    player = placed(parent, name or 'Player', at=(at[0], at[1] + SIZE[1] / 2, at[2]))
+    addVolume(player, SIZE, 'BV_PLAYER')
+    kaVel.addComponent(player, 'physics', 'RigidBody', inverseMass=1.0 / MASS,
+                       acceleration=kaVel.Vec4(0, PULL / MASS - FALL, 0, 0))
+    return player
+
+
+class Walker:
+    """Moves a `Player` and the camera that looks out of its eyes, by keyboard and mouse."""
+
+    def __init__(self, player, camera, turn=0.0, pitch=0.0):
+        self.player = player
+        self.body = player.getComponent('physics')
+        self.transform = player.getComponent('transform')
+        self.eye = camera.getComponent('transform')
+        self.clock = LevelClock(player)
+        self.heldKeys = set()
+        self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
+        coordinator = player.getAncestorOfType(kaVel.Reflection.Coordinator)
+        office = coordinator.getDescendantByPath('BranchPostOffice/postOffice')
+        kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
+        kaVel.subscribe('KeyUpMessage', self.handleKeyUp, office)
+        kaVel.subscribe('MouseMove', self.handleMouseMove, office)
+        kaVel.addComponent(player, 'player', 'ScriptComponent', frameCallback=self.steer)
+        # After the bodies have moved and their contacts are resolved, and before anything is drawn.
+        kaVel.addComponent(camera, 'form', 'ScriptComponent', frameCallback=self.moveEye)
+        self.standStill()
+
+    def goTo(self, at, turn=0.0, pitch=0.0):
+        """Puts the walker's feet somewhere else, at rest; angles in degrees."""
+        self.transform.position = kaVel.Vec4(at[0], at[1] + SIZE[1] / 2, at[2], 1)
+        self.body.velocity = kaVel.Vec4(0, 0, 0, 0)
+        self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
+        self.standStill()
+        self.moveEye()
+
+    def standStill(self):
+        self.position = self.place()
+        self.given = (0.0, 0.0)  # velocity over the floor that the last frame was given
+        self.speed = 0.0
+        self.lastSeconds = 0.0
+        self.stoodBefore = False
+        self.way = self.bob = 0.0
+        self.height = self.transform.position.y
+
+    def place(self):
+        position = self.transform.position
+        return position.x, position.z
+
+    def handleKeyDown(self, message, key):
+        self.heldKeys.add(key)
+        if key == ESCAPE:
+            kaVel.getSystem('GameLoopSystem').quit(0)
+
+    def handleKeyUp(self, message, key):
+        self.heldKeys.discard(key)
+
+    def handleMouseMove(self, message, x, y):
+        self.yaw = (self.yaw + x * LOOK_SPEED) % math.tau
+        self.pitch = min(STEEPEST_PITCH, max(-STEEPEST_PITCH, self.pitch + y * LOOK_SPEED))
+
+    def steer(self):
+        """Gives the body the velocity of this frame: what falls goes on falling, the rest is as the keys want it."""
+        seconds = self.clock.frameSeconds()
+        if seconds <= 0.0:
+            return
+        wanted = self.wantedVelocity(seconds)
+        x, z = self.withoutForce(wanted, self.velocityHad(), seconds)
+        self.given = (x, z)
+        up = self.body.velocity.y
+        stands = abs(up) < 0.01
+        if SPACE in self.heldKeys and stands and self.stoodBefore:
+            up = JUMP
+        self.stoodBefore = stands
+        self.body.velocity = kaVel.Vec4(x, up, z, 0)
+        self.position = self.place()
+        self.lastSeconds = seconds
+
+    def velocityHad(self):
+        """How fast he really went over the floor in the last frame."""
+        if not self.lastSeconds:
+            return 0.0, 0.0
+        return tuple((now - before) / self.lastSeconds for now, before in zip(self.place(), self.position))
+
+    def wantedVelocity(self, seconds):
+        """What the held keys ask for, over the floor; the speed rises over a step and ends at once."""
+        moves = [MOVES[key] for key in self.heldKeys if key in MOVES]
+        right, ahead = (sum(move[axis] for move in moves) for axis in range(2))
+        length = math.hypot(right, ahead)
+        if not length:
+            self.speed = 0.0
+            return 0.0, 0.0
+        most = min(RUNNING if SHIFT in self.heldKeys else WALKING, LONGEST_STEP / seconds)
+        self.speed = min(most, self.speed + START * seconds)
+        s, c = math.sin(self.yaw), math.cos(self.yaw)
+        return tuple(self.speed / length * part for part in (right * c + ahead * s, ahead * c - right * s))
+
+    def withoutForce(self, wanted, had, seconds):
+        """Less of a velocity where something stood in the way of the last one: against it, he only leans.
+
+        He goes on from the speed that it left him, and so what is heavy is pushed slowly; along it he is free.
+        """
+        lost = tuple(given - was for given, was in zip(self.given, had))
+        length = math.hypot(*lost)
+        if length < 0.02:
+            return wanted
+        against = tuple(part / length for part in lost)
+        excess = _dot(wanted, against) - max(_dot(had, against), 0.0) - PUSH * seconds
+        return wanted if excess <= 0 else tuple(w - excess * a for w, a in zip(wanted, against))
+
+    def moveEye(self):
+        """Puts the camera where the eyes are: over the body, and up and down with the steps."""
+        seconds = self.clock.frameSeconds()
+        had = self.velocityHad()
+        speed = math.hypot(*had) if self.stoodBefore else 0.0
+        self.way = (self.way + min(speed, RUNNING) * seconds / STRIDE) % 1.0
+        self.bob += (min(1.0, speed / WALKING) - self.bob) * (1.0 - math.exp(-8.0 * seconds))
+        position = self.transform.position
+        # Steps and landings are softened; what is higher than a step is a jump or a fall and shows at once.
+        self.height += (position.y - self.height) * (1.0 - math.exp(-25.0 * seconds))
+        self.height = min(position.y + 0.25, max(position.y - 0.25, self.height))
+        up = EYE - SIZE[1] / 2 + BOB * self.bob * math.cos(2 * math.tau * self.way)
+        self.eye.position = kaVel.Vec4(position.x, self.height + up, position.z, 1)
+        self.eye.orientation = self.orientation()
+
+    def orientation(self):
+        cy, sy = math.cos(self.yaw / 2), math.sin(self.yaw / 2)
+        cp, sp = math.cos(self.pitch / 2), math.sin(self.pitch / 2)
+        return kaVel.Quaternion(cy * cp, cy * sp, sy * cp, -sy * sp)
+
+    def ahead(self):
+        """Where he looks, a direction of length 1."""
+        return (math.sin(self.yaw) * math.cos(self.pitch), -math.sin(self.pitch),
+                math.cos(self.yaw) * math.cos(self.pitch))
+
+
+def _dot(a, b):
+    return a[0] * b[0] + a[1] * b[1]

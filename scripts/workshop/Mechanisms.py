@@ -1,0 +1,191 @@
+"""What works in the cellar: a light switch, the chute and its button, the updraught, the bell, a fuse, thrown bolts."""
+
+import kaVel
+import objects.GameObjects as place
+from objects.Placing import LevelClock, addVolume, axisTurn, onFrame, placed, turned
+from workshop.Furnishing import COLD, HangingLamp
+from workshop.Shell import ARCH_X, HEIGHT, NORTH, SOUTH
+
+UPDRAUGHT = (-4.2, 8.3)       # x and z of its shaft's middle
+UPDRAUGHT_FORCE = 240.0       # newtons: more than a crate of 12 kg weighs, less than a man
+CHUTE = (2.9, 2.9)            # x and z
+BOLT_SPEED = 13.0             # metres a second
+BOLT_LIFETIME = 1.5           # seconds
+
+
+class LightSwitch:
+    """A lever on the wall with the lamp that it switches, which hangs below it in the tree."""
+
+    def __init__(self, room, pointer, at=(1.0, 1.35, -4.0), turn=NORTH, lamp=(0.0, HEIGHT, 0.9)):
+        box = place.SwitchBox(room, 'lightSwitch', at=at, turn=turn)
+        self.lever = place.SwitchLever(box, 'lever', at=place.around(at, turn, 0, 0, 0.08), turn=turn)
+        self.turn = turn
+        button = placed(room, 'switchLever', at=place.around(at, turn, 0, 0, 0.1), turn=turn)
+        self.volume = addVolume(button, (0.3, 0.4, 0.3), 'BV_NONE')
+        place.WorkLamp(room, 'switchedLamp', at=lamp)
+        light = place.ShadowSpot(button, 'lightSwitchLight', at=(lamp[0], lamp[1] - 0.70, lamp[2]), pitch=90,
+                                 strength=2.1, reach=8.0, angle=66, core=0.3, edge=3, color=place.LAMPLIGHT,
+                                 nearClip=0.12)
+        self.light = light.getComponent('graphics2')
+        pointer.use(button, 'a light switch', self.hint, self.volume.lightSwitchInteract)
+        onFrame(self.lever, self.doFrame)
+
+    def hint(self):
+        return 'switch the lamp off' if self.light.visible else 'switch the lamp on'
+
+    def doFrame(self):
+        pitch = 38 if self.light.visible else -38
+        self.lever.getComponent('transform').orientation = turned(self.turn, pitch)
+
+
+class Chute:
+    """A red button, and the chute that drops a crate at its press: an object spawner, armed by the button."""
+
+    CRATES = 6  # that it holds
+
+    def __init__(self, room, pointer, notice):
+        x, z = CHUTE
+        self.pointer, self.notice = pointer, notice
+        place.Chute(room, 'chute', at=(x, 2.45, z))
+        at = (x - 1.5, 0, z + 0.3)
+        post = place.solid(place.ButtonPost, 'buttonPost')(room, 'buttonPost', at=at, turn=SOUTH)
+        place.PushButton(post, 'button', at=at, turn=SOUTH)
+        spawner = placed(room, 'chuteSpawner', at=(x, 2.3, z))
+        self.spawner = kaVel.addComponent(spawner, 'trigger', 'ObjectSpawner', objectType='CargoCrate',
+                                          position=kaVel.Vec4(x, 2.0, z, 1), active=False)
+        self.left = self.CRATES
+        pointer.use(post.getChild('block'), 'a red button', 'press the button', self.press)
+
+    def press(self, player):
+        if not self.left:
+            self.notice.show('The chute is empty.')
+            return
+        self.left -= 1
+        self.spawner.active = True
+        self.pointer.name(self.spawner.spawnObject(kaVel.Handle()), 'a crate, 30 kg')
+
+
+class Updraught:
+    """A fan below a grating: what is light enough rises over it, and dust shows how far."""
+
+    def __init__(self, room, map):
+        x, z = UPDRAUGHT
+        place.ShaftGrate(room, 'grate', at=(x, 0, z))
+        self.fan = place.FanBlades(room, 'fan', at=(x, 0.045, z))
+        self.transform = self.fan.getComponent('transform')
+        place.Dust(room, 'risingDust', at=(x, 1.4, z), size=(1.3, 2.6, 1.3), count=900, mote=0.006, drift=0.35,
+                   strength=1.3)
+        place.SphereLight(room, 'shaftLight', at=(x, 0.5, z), color=COLD, strength=0.65, reach=3.6)
+        place.ShadowSpot(room, 'shaftBeam', at=(x, 0.16, z), pitch=-90, color=COLD, strength=1.9, reach=5, angle=34,
+                         core=0.5, edge=4, nearClip=0.1)
+        force = placed(map, 'updraught', at=(x, 1.5, z))
+        addVolume(force, (1.6, 3.0, 1.6), 'BV_NONE').isPartitioningDummy = True
+        kaVel.addComponent(force, 'dummy', 'ForceVolumeComponent', forceMagnitude=UPDRAUGHT_FORCE,
+                           forceDirection=kaVel.Vec4(0, 1, 0, 0), dampingMultiplier=0.4)
+        self.clock = LevelClock(room)
+        onFrame(self.fan, self.doFrame)
+
+    def doFrame(self):
+        self.transform.orientation = axisTurn(1, 700.0 * self.clock.seconds() % 360)
+
+
+class Bell:
+    """Who comes into the cistern for the first time sets off a bell, and a lamp over the shaft that stays lit."""
+
+    def __init__(self, room, map, notice):
+        self.notice, self.clock = notice, LevelClock(room)
+        lamp = HangingLamp(room, 'bellLamp', at=(-2.6, HEIGHT, 6.6), strength=0.8, color=(1.0, 0.30, 0.16))
+        _light(lamp, False)
+        # So high that it meets a walker, but not the crate that he may push before him.
+        sensor = placed(map, 'bell', at=(ARCH_X, 1.55, 5.0))
+        volume = addVolume(sensor, (2.4, 0.3, 0.6))
+        volume.trigger = True
+        kaVel.addComponent(sensor, 'physics', 'WallPhysics')
+        self.trigger = kaVel.addComponent(sensor, 'scriptedSequence', 'EventTriggerVolume', eventFunc=self.ring,
+                                          eventEntityNames='cistern/bellLamp')
+
+    def ring(self, lamp):
+        self.trigger.eventFunc = None
+        _light(lamp, True)
+        if self.clock.seconds() > 0:  # at the level's beginning it is what has come back from an earlier visit
+            self.notice.show('Far above, a bell strikes once.')
+            kaVel.log('The bell strikes.')
+
+
+def _light(lamp, on):
+    for part in ('cone', 'glow'):
+        lamp.getChild(part).getComponent('graphics2').visible = on
+
+
+class FuseBox:
+    """A box that lacks one fuse, the fuse in the store, and the lamp at the chute that burns once it is put in."""
+
+    def __init__(self, rooms, pointer, notice):
+        self.notice = notice
+        room = rooms['workshop']
+        at = (1.6, 1.5, 4.0)
+        box = place.FuseBox(room, 'fuseBox', at=at, turn=SOUTH)
+        for x, y in ((-0.12, 0.14), (0.0, 0.14), (0.12, 0.14), (-0.12, -0.14), (0.12, -0.14)):
+            place.Fuse(box, 'oldFuse', at=place.around(at, SOUTH, x, y, 0.06), turn=SOUTH)
+        self.inPlace = place.Fuse(room, 'fuseInBox', at=place.around(at, SOUTH, 0.0, -0.14, 0.06), turn=SOUTH)
+        lamp = HangingLamp(room, 'chuteLamp', at=(2.0, HEIGHT, 2.4), strength=0.9)
+        self.lit = [entity.getComponent('graphics2') for entity in
+                    (self.inPlace, self.inPlace.getChild('fuseCaps'), lamp.getChild('cone'), lamp.getChild('glow'))]
+        for drawn in self.lit:
+            drawn.visible = False
+        handle = placed(room, 'fuseHandle', at=place.around(at, SOUTH, 0, 0, 0.1))
+        addVolume(handle, (0.5, 0.7, 0.3), 'BV_NONE')
+        pointer.use(handle, 'a fuse box', self.hint, self.putIn)
+        self.fuse = place.Fuse(rooms['store'], 'fuse', at=(9.4, 0.86, 1.62), turn=30, roll=90)
+        self.fuse.getComponent('boundingVolume').hitBox = kaVel.Vec4(0.3, 0.3, 0.6, 0)  # out of the shelves' block
+        pointer.use(self.fuse, 'a fuse', 'take the fuse', self.take)
+
+    def isTaken(self):
+        return not self.fuse or self.fuse.isDying()
+
+    def hint(self):
+        return None if self.lit[0].visible else 'put the fuse in' if self.isTaken() else 'look for the missing fuse'
+
+    def take(self, player):
+        kaVel.persist(self.fuse, 'murder')
+        self.fuse.murder()
+        self.notice.show('You take the fuse.')
+
+    def putIn(self, player):
+        if self.lit[0].visible:
+            return
+        if not self.isTaken():
+            self.notice.show('One fuse is missing.')
+            return
+        self.light()
+        for drawn in self.lit:
+            kaVel.persist(drawn, 'setVisible', True)
+
+    def light(self):
+        for drawn in self.lit:
+            drawn.visible = True
+
+
+class Bolts:
+    """Bolts that a walker throws where he looks: F, or the right button of the mouse."""
+
+    KEY, BUTTON = ord('F'), 1
+
+    def __init__(self, map, walker):
+        self.map, self.walker = map, walker
+        self.number = 0
+        office = map.getAncestorOfType(kaVel.Reflection.Coordinator).getDescendantByPath('BranchPostOffice/postOffice')
+        kaVel.subscribe('KeyDownMessage', lambda message, key: key == self.KEY and self.throw(), office)
+        kaVel.subscribe('MouseDownMessage', lambda message, click, x, y: click == self.BUTTON and self.throw(), office)
+
+    def throw(self):
+        eye, ahead = self.walker.eye.position, self.walker.ahead()
+        self.number += 1
+        at = [start + 0.5 * part for start, part in zip((eye.x, eye.y - 0.12, eye.z), ahead)]
+        bolt = placed(self.map, 'bolt%d' % self.number, at=at)
+        bolt.getComponent('transform').orientation = self.walker.orientation()
+        addVolume(bolt, (0.05, 0.05, 0.3), 'BV_BULLET')
+        place.addBody(bolt, 2.0, damping=0.8, className='BulletPhysics', lifetime=BOLT_LIFETIME,
+                      velocity=kaVel.Vec4(*(BOLT_SPEED * part for part in ahead), 0))
+        place.look(bolt, 'bolt', 'iron')
+        kaVel.finishLoad(bolt)

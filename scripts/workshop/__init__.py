@@ -1,0 +1,1 @@
+"""The rooms of the level `Workshop`, and what works in them."""

@@ -1,0 +1,337 @@
+"""The level "Workshop": what stops a walker and what gives way, what he can use, and what stays after a reload."""
+import pathlib
+import re
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import game
+import golden
+
+VIEWS = ("1-workshop", "2-crates", "3-stack", "4-floats", "5-ironDoor", "6-slidingDoor", "7-updraught", "8-chute",
+         "9-targets")
+
+DRIVER = '''
+import kaVel
+
+loads = 0
+
+
+def begin(coordinator, visit):
+    """Runs the test's script beside a visit: it yields how many frames are to pass."""
+    global loads
+    loads += 1
+    steps, left = script(visit, loads), [2]
+
+    def frame():
+        left[0] -= 1
+        if left[0] <= 0:
+            left[0] = next(steps, 1 << 30)
+
+    watch = kaVel.make('Entity', parent=coordinator, name='watch')
+    kaVel.addComponent(watch, 'hud', 'ScriptComponent', frameCallback=frame)
+
+
+def press(*keys):
+    for key in keys:
+        kaVel.send('KeyDownMessage', ord(key) if isinstance(key, str) else key)
+
+
+def release(*keys):
+    for key in keys:
+        kaVel.send('KeyUpMessage', ord(key) if isinstance(key, str) else key)
+
+
+def use():
+    press('E')
+    release('E')
+
+
+def note(*values):
+    kaVel.log('note: ' + ' '.join('%.5f' % value if isinstance(value, float) else str(value) for value in values))
+
+
+def place(entity):
+    return entity.getComponent('transform').position
+
+
+def blocks(visit):
+    """Middle and extents of everything in the cellar that stands still and has a body."""
+    walls = []
+    for entity in kaVel.descendants(visit.map):
+        if entity._getType().name == 'Entity' and entity.getComponent('physics'):
+            volume = entity.getComponent('boundingVolume')
+            if volume and volume.volumeType == 3 and not volume.trigger:
+                walls.append((place(entity), volume.hitBox, entity.getComponent('transform').orientation))
+    return walls
+
+
+'''
+
+
+def drive(world, script, frames, rate=60):
+    """Runs the level beside a script, in a window of a few pixels; returns what the script noted, and the run."""
+    golden.small(world, (64, 36))
+    config = world.folder / "scripts" / "GameConfig.py"
+    config.write_text(re.sub(r"fixedFrameRate = \d+", f"fixedFrameRate = {rate}", config.read_text()))
+    world.write("scripts/drive.py", DRIVER + script)
+    level = world.folder / "scripts" / "levels" / "Workshop.py"
+    if "drive" not in level.read_text():
+        text = level.read_text().replace("def views():", "def noViews():")  # nobody but the script leads him about
+        level.write_text(text.replace("    _visit.goTo(1)\n", "    _visit.goTo(1)\n    import drive\n"
+                                      "    drive.begin(coordinator, _visit)\n"))
+    run = world.run(level="Workshop", frames=frames)
+    run.expect_code(0)
+    complain(run.log)
+    return [" ".join(line.split("note: ", 1)[1].split()) for line in run.log.splitlines() if "note: " in line], run
+
+
+def complain(log):
+    complaints = [line for line in log.splitlines()
+                  if re.search(r"(^|: )(Warning|Error|Critical): |Assertion failed|Traceback", line)]
+    assert not complaints, "\n".join(complaints)
+
+
+WANDER = '''
+import random
+
+
+def script(visit, loads):
+    dice, held, walls = random.Random(SEED), set(), blocks(visit)
+    kaVel.configure(visit.leaves['storeDoor'].getComponent('physics'), open=True)
+    kaVel.configure(visit.leaves['cisternDoor'].getComponent('physics'), open=True)
+    body = visit.walker.player
+    reached, worst = set(), 0.0
+    for number in range(FRAMES):
+        if number % 150 == 0:
+            visit.goTo((3, 1, 4, 5, 6, 7)[number // 150])
+        if number % 9 == 0:
+            key = dice.choice(['W', 'W', 'W', 'S', 'A', 'D', 0x10, 0x20])
+            (release if key in held else press)(key)
+            held ^= {key}
+            kaVel.send('MouseMove', dice.uniform(-0.8, 0.8), 0.0)
+        yield 1
+        at = place(body)
+        reached.add('store' if at.x > 4.3 else 'cistern' if at.z > 4.3 else 'workshop')
+        for middle, size, turn in walls:
+            if abs(turn.r) > 0.999 or abs(turn.r) < 0.001:
+                worst = max(worst, min((s + h) / 2 - abs(a - m) for a, m, s, h in (
+                    (at.x, middle.x, size.x, 0.5), (at.y, middle.y, size.y, 1.75), (at.z, middle.z, size.z, 0.5))))
+    note(worst, *sorted(reached))
+'''
+
+
+def test_no_wall_lets_him_through_whatever_he_presses_and_however_slow_the_frames_are(world):
+    for seed, rate, frames in ((1, 60, 900), (2, 60, 900), (3, 20, 450), (4, 7, 450)):
+        notes, _ = drive(world, WANDER.replace("SEED", str(seed)).replace("FRAMES", str(frames)), frames + 4, rate)
+        worst, *reached = notes[0].split()
+        # Contacts are resolved one by one: in a corner, one may push into another, by less than a step and for a frame.
+        assert float(worst) < (0.02 if rate >= 20 else 0.15), f"seed {seed}, {rate}/s: {worst} m in a wall"
+        assert reached == ["cistern", "store", "workshop"], f"seed {seed} saw only {reached}"
+
+
+def test_he_slides_along_walls_stands_at_once_and_feels_the_weight_of_what_he_pushes(world):
+    notes, _ = drive(world, '''
+def script(visit, loads):
+    walker, body = visit.walker, visit.walker.player
+    walker.goTo((-5.5, 0, 4.88), turn=120)
+    press('W')
+    yield 30
+    before = place(body)
+    yield 30
+    after = place(body)
+    note('slide', (after.x - before.x) * 2, after.z)
+    release('W')
+    yield 1
+    still = place(body)
+    yield 20
+    note('stand', (place(body) - still).magnitude())
+    for name in ('lightCrate', 'crate', 'heavyCrate'):
+        crate = visit.map.getChild(name)
+        crate.getComponent('transform').position = kaVel.Vec4(6.4, place(crate).y, -0.9, 1)
+        walker.goTo((5.2, 0, -0.9), turn=90)
+        yield 20
+        press('W')
+        yield 60
+        start, half = place(crate), crate.getComponent('boundingVolume').hitBox.x / 2
+        yield 30
+        note(name, (place(crate).x - start.x) * 2, place(crate).x - half - 0.25 - place(body).x)
+        release('W')
+        yield 1
+        start = place(crate)
+        yield 60
+        note('let go', place(crate).x - start.x)
+        crate.getComponent('transform').position = kaVel.Vec4(8.0 + half, place(crate).y, 0.6, 1)
+    yield 150
+    boxes = [box for box, _ in visit.stack.boxes] + [visit.map.getChild('float%d' % n) for n in range(300)]
+    rest, unrest = [place(box) for box in boxes], 0.0
+    for _ in range(30):
+        yield 1
+        unrest = max(unrest, *((place(box) - was).magnitude() for box, was in zip(boxes, rest)))
+    heights = [place(box).y for box, _ in visit.stack.boxes]
+    note('rest', unrest, *(heights[upper] - heights[upper - 1] for upper in (1, 2, 4, 5, 6, 8)))
+''', 800)
+    facts = [line.split() for line in notes]
+    slide, stand, *pushes, rest = [[float(value) for value in fact if re.match(r"-?[\d.]+$", value)] for fact in facts]
+    assert abs(slide[0] - 1.9 * 0.8660254) < 0.01, f"along the wall at {slide[0]} m/s"
+    assert abs(slide[1] - 4.85) < 0.01, f"at z {slide[1]}"
+    assert stand[0] == 0.0, f"he slid on for {stand[0]} m"
+    speeds = [push[0] for push in pushes[::2]]
+    assert speeds[0] > 1.5 and 0.2 < speeds[2] < 0.6 * speeds[1], f"12, 35, 160 kg at {speeds} m/s"
+    assert all(abs(push[1]) < 0.03 for push in pushes[::2]), f"between him and the crate: {pushes[::2]}"
+    assert all(0.0 <= slip[0] < 0.67 for slip in pushes[1::2]), f"crates slid on for {pushes[1::2]}"
+    assert rest[0] < 1e-4, f"something moved {rest[0]} m after it had come to rest"
+    assert all(abs(step - 0.4) < 0.05 for step in rest[1:]), f"the boxes stand {rest[1:]} m above each other"
+
+
+def test_doors_open_away_from_him_both_ways_stop_at_a_right_angle_and_a_locked_one_refuses(world):
+    notes, run = drive(world, '''
+def script(visit, loads):
+    iron, sliding, locked = (visit.leaves[name].getComponent('physics')
+                             for name in ('storeDoor', 'cisternDoor', 'lockedDoor'))
+    for side, turn in ((3.4, 90), (5.2, -90)):
+        visit.walker.goTo((side, 0, -1.0), turn=turn)
+        yield 2
+        note(*visit.pointer.shown)
+        use()
+        widest = 0.0
+        for _ in range(150):
+            yield 1
+            widest = max(widest, abs(iron.prevAngle))
+        note('open', iron.prevAngle, widest, place(visit.leaves['storeDoor']).x)
+        iron.closeDoor(visit.walker.player)
+        yield 150
+        note('closed', iron.prevAngle, place(visit.leaves['storeDoor']).x)
+    visit.walker.goTo((-1.0, 0, 2.6), turn=0)
+    press('W')
+    yield 40
+    note('stopped', place(visit.walker.player).z)
+    use()
+    yield 150
+    note('through', sliding.currentOffset, place(visit.walker.player).z)
+    release('W')
+    sliding.closeDoor(visit.walker.player, False)
+    yield 150
+    note('shut', sliding.currentOffset)
+    visit.walker.goTo((-3.2, 0, -1.0), turn=-90)
+    for _ in range(2):
+        yield 2
+        use()
+    press('W')
+    yield 60
+    note('locked', locked.prevAngle, place(visit.walker.player).x)
+''', 1100)
+    facts = [line.split() for line in notes]
+    number = lambda fact, index: float(facts[fact][index])
+    assert notes[0] == "an iron door E open the door", notes[0]
+    first, second = number(1, 1), number(4, 1)
+    assert abs(abs(first) - 1.5708) < 0.02 and abs(first + second) < 0.02, f"opened to {first} and {second}"
+    assert max(number(1, 2), number(4, 2)) <= 1.5708, "past a right angle"
+    assert number(1, 3) > 4.7 and number(4, 3) < 3.9, "towards him"
+    for closed in (2, 5):
+        assert abs(number(closed, 1)) < 1e-4 and abs(number(closed, 2) - 4.3) < 1e-3, facts[closed]
+    assert abs(number(6, 1) - 3.61) < 0.02, f"the shut sliding door stopped him at {facts[6]}"
+    assert abs(number(7, 1) - 1.7) < 0.02 and number(7, 2) > 5.0, f"through the open one: {facts[7]}"
+    assert abs(number(8, 1)) < 1e-3, facts[8]
+    assert number(9, 1) == 0.0 and number(9, 2) > -4.1, facts[9]
+    assert run.log.count("DoorLocked") == 2, "a refusal each time"
+
+
+def test_what_he_used_works_once_or_again_and_what_he_opened_and_took_stays_so_when_the_level_is_loaded_again(world):
+    notes, run = drive(world, '''
+def script(visit, loads):
+    walker, light = visit.walker, visit.switch.light
+    graphics = lambda path: visit.map.getDescendantByPath(path + '/graphics2').visible
+    note('load', loads, abs(visit.leaves['storeDoor'].getComponent('physics').prevAngle),
+         bool(visit.map.getDescendantByPath('store/fuse')), graphics('workshop/fuseInBox'))
+    if loads == 2:
+        walker.goTo((-1.0, 0, 5.0))
+        yield 30
+        note('bell', visit.notice.graphics.text, graphics('cistern/bellLamp/cone'))
+        return
+    walker.goTo((1.0, 0, -3.0), turn=180, pitch=15)
+    for _ in range(2):
+        yield 2
+        note(*visit.pointer.shown, light.visible)
+        use()
+    walker.goTo((3.4, 0, -1.0), turn=90)
+    yield 2
+    use()
+    walker.goTo((9.4, 0, 0.8), turn=0, pitch=52)
+    yield 2
+    note(*visit.pointer.shown)
+    use()
+    walker.goTo((1.6, 0, 2.9), turn=0, pitch=5)
+    yield 2
+    note(*visit.pointer.shown)
+    use()
+    walker.goTo((1.4, 0, 2.3), turn=0, pitch=35)
+    yield 2
+    note(*visit.pointer.shown)
+    use()
+    yield 90
+    note('dropped', place(visit.map.getChild('chuteSpawnerCargoCrate1')).y)
+    crate = visit.map.getChild('lightCrate')
+    crate.getComponent('transform').position = kaVel.Vec4(-4.2, 0.4, 8.3, 1)
+    walker.goTo((0.0, 0, 0.5), turn=180)
+    yield 240
+    hung = place(crate).y
+    yield 30
+    note('lifted', hung, place(crate).y - hung)
+    tin = place(visit.targets.boxes[8][0])
+    walker.goTo((tin.x, 0, -1.4), turn=180, pitch=0)
+    yield 2
+    press('F')
+    yield 40
+    note('hit', tin.z - place(visit.targets.boxes[8][0]).z)
+    walker.goTo((tin.x, 0, -1.4), turn=180, pitch=-70)
+    yield 2
+    press('F')
+    yield 60
+    note('flies', bool(visit.map.getChild('bolt2')))
+    yield 40
+    note('flies', bool(visit.map.getChild('bolt2')))
+    walker.goTo((-1.0, 0, 4.95))
+    yield 10
+    walker.goTo((-1.0, 0, 6.5))
+    yield 10
+    walker.goTo((-1.0, 0, 4.95))
+    yield 10
+    press('R')
+''', 1100)
+    facts = [line.split() for line in notes]
+    assert notes[0] == "load 1 0.00000 True False", notes[0]
+    assert notes[1] == "a light switch E switch the lamp off True", notes[1]
+    assert notes[2] == "a light switch E switch the lamp on False", notes[2]
+    assert notes[3] == "a fuse E take the fuse", notes[3]
+    assert notes[4] == "a fuse box E put the fuse in", notes[4]
+    assert notes[5] == "a red button E press the button", notes[5]
+    assert abs(float(facts[6][1]) - 0.3) < 0.02, f"the crate from the chute lies at {notes[6]}"
+    assert float(facts[7][1]) > 1.0 and abs(float(facts[7][2])) < 0.05, f"the draught holds the crate: {notes[7]}"
+    assert float(facts[8][1]) > 0.05, f"a bolt moves what it hits: {notes[8]}"
+    assert notes[9:11] == ["flies True", "flies False"], f"a bolt goes when its time is up: {notes[9:11]}"
+    assert run.log.count("The bell strikes.") == 1, "once, however often he comes, and never again"
+    assert abs(float(facts[11][2]) - 1.5708) < 0.02 and facts[11][3:] == ["False", "True"], notes[11]
+    assert notes[12] == "bell True", f"its lamp stays lit, and it is silent: {notes[12]}"
+
+
+def test_every_view_looks_as_it_did_and_the_same_twice(world):
+    golden.small(world)
+    shots = {}
+    for name in ("first", "second"):
+        run = world.run(level="Workshop", frames=20 * len(VIEWS), screenshot=f"{name}.png")
+        run.expect_code(0)
+        complain(run.log)
+        shots[name] = (run.log.replace(name, "*"), [(world.folder / f"{name}-{view}.png") for view in VIEWS])
+    assert shots["first"][0] == shots["second"][0], "the logs differ"
+    problems = []
+    for view, one, other in zip(VIEWS, shots["first"][1], shots["second"][1]):
+        assert one.read_bytes() == other.read_bytes(), f"{view} differs from run to run"
+        try:
+            golden.expect("workshop_" + view.replace("-", "_"), one)
+        except AssertionError as problem:
+            problems.append(str(problem))
+    assert not problems, "\n".join(problems)
+
+
+if __name__ == "__main__":
+    game.main(dict(globals()))

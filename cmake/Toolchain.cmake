@@ -22,7 +22,7 @@ if(KV_SANITIZE)
     set_source_files_properties("${CMAKE_SOURCE_DIR}/src/port/d3dx9/StbImage.cpp"
         PROPERTIES COMPILE_OPTIONS "-fno-sanitize=undefined")
     # Boost.Python asks a holder for its most derived address after the holder's destructor has run.
-    file(GLOB KV_BOOST_PYTHON_SOURCES "${CMAKE_SOURCE_DIR}/src/object/Python*.cpp"
+    file(GLOB KV_BOOST_PYTHON_SOURCES "${CMAKE_SOURCE_DIR}/src/*/Python*.cpp"
         "${CMAKE_SOURCE_DIR}/src/object/ObjectChildren*.cpp" "${CMAKE_SOURCE_DIR}/tests/python/*.cpp")
     set_source_files_properties(${KV_BOOST_PYTHON_SOURCES} PROPERTIES COMPILE_OPTIONS "-fno-sanitize=vptr")
 endif()

@@ -121,7 +121,7 @@ def script(visit, loads):
 
 
 def test_no_wall_lets_him_through_whatever_he_presses_and_however_slow_the_frames_are(world):
-    for seed, rate, frames in ((1, 60, 900), (2, 60, 900), (3, 20, 450), (4, 7, 450)):
+    for seed, rate, frames in ((1, 60, 900), (3, 20, 450), (4, 7, 450)):
         notes, _ = drive(world, WANDER.replace("SEED", str(seed)).replace("FRAMES", str(frames)), frames + 4, rate)
         worst, *reached = notes[0].split()
         # Contacts are resolved one by one: in a corner, one may push into another, by less than a step and for a frame.

@@ -3,6 +3,7 @@
 import math
 
 import kaVel
+from objects.Control import SHIFT, Control
 
 #: Virtual-key code -> direction in the camera's own axes: right, up, forward.
 MOVES = {
@@ -15,52 +16,29 @@ MOVES = {
     0x20: (0, 1, 0),   # Space
     0x11: (0, -1, 0),  # Ctrl
 }
-SHIFT = 0x10
-ESCAPE = 0x1B
 
 WALKING_SPEED = 1.8      # metres a second
 RUNNING_FACTOR = 3.0
 RESPONSE = 12.0          # how fast the speed follows the keys, 1/s
-LOOK_SPEED = 2.4         # radians for a mouse move across the whole window
-STEEPEST_PITCH = math.radians(88)
 
 
-class FreeCameraControl:
+class FreeCameraControl(Control):
     """Moves one entity with a transform; lives as long as the entity's level keeps its handlers."""
 
     def __init__(self, camera, turn=0.0, pitch=0.0):
-        self.transform = camera.getComponent('transform')
-        self.yaw = math.radians(turn)
-        self.pitch = math.radians(pitch)
-        self.velocity = (0.0, 0.0, 0.0)
-        self.heldKeys = set()
         coordinator = camera.getAncestorOfType(kaVel.Reflection.Coordinator)
+        super().__init__(coordinator, turn, pitch)
+        self.transform = camera.getComponent('transform')
+        self.velocity = (0.0, 0.0, 0.0)
         self.clock = coordinator.getTimerHandle('master')
-
-        office = coordinator.getDescendantByPath('BranchPostOffice/postOffice')
-        kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
-        kaVel.subscribe('KeyUpMessage', self.handleKeyUp, office)
-        kaVel.subscribe('MouseMove', self.handleMouseMove, office)
         kaVel.addComponent(camera, 'director', 'ScriptComponent', frameCallback=self.doFrame)
 
     def goTo(self, at, turn=0.0, pitch=0.0):
         """Puts the camera somewhere else, at rest; angles in degrees."""
         self.transform.position = kaVel.Vec4(*at, 1)
-        self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
+        self.look(turn, pitch)
         self.velocity = (0.0, 0.0, 0.0)
         self.transform.orientation = self.orientation()
-
-    def handleKeyDown(self, message, key):
-        self.heldKeys.add(key)
-        if key == ESCAPE:
-            kaVel.getSystem('GameLoopSystem').quit(0)
-
-    def handleKeyUp(self, message, key):
-        self.heldKeys.discard(key)
-
-    def handleMouseMove(self, message, x, y):
-        self.yaw = (self.yaw + x * LOOK_SPEED) % math.tau
-        self.pitch = min(STEEPEST_PITCH, max(-STEEPEST_PITCH, self.pitch + y * LOOK_SPEED))
 
     def doFrame(self):
         seconds = self.clock.getFrameTimeSeconds()
@@ -83,8 +61,3 @@ class FreeCameraControl:
         speed = WALKING_SPEED * (RUNNING_FACTOR if SHIFT in self.heldKeys else 1.0) / length
         s, c = math.sin(self.yaw), math.cos(self.yaw)
         return ((right * c + forward * s) * speed, up * speed, (forward * c - right * s) * speed)
-
-    def orientation(self):
-        cy, sy = math.cos(self.yaw / 2), math.sin(self.yaw / 2)
-        cp, sp = math.cos(self.pitch / 2), math.sin(self.pitch / 2)
-        return kaVel.Quaternion(cy * cp, cy * sp, sy * cp, -sy * sp)

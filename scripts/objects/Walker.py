@@ -4,11 +4,12 @@ import math
 
 import kaVel
 from objects.Bodies import PULL
+from objects.Control import SHIFT, Control
 from objects.Placing import LevelClock, addVolume, placed
 
 #: Virtual-key code -> direction in the walker's own axes: right, ahead.
 MOVES = {ord('W'): (0, 1), ord('S'): (0, -1), ord('A'): (-1, 0), ord('D'): (1, 0)}
-SHIFT, SPACE, ESCAPE = 0x10, 0x20, 0x1B
+SPACE = 0x20
 
 SIZE = (0.5, 1.75, 0.5)  # metres; the box stays along the axes when the walker turns, only the camera does
 EYE = 1.62               # above the feet, metres
@@ -21,8 +22,6 @@ FALL = 15.0     # m/s2
 JUMP = 3.9      # metres a second: half a metre high
 LONGEST_STEP = 0.2  # metres a frame, however slow the frames are: less than half of him and a thin door
 
-LOOK_SPEED = 2.4  # radians for a mouse move across the whole window
-STEEPEST_PITCH = math.radians(85)
 STRIDE = 1.5      # metres of two steps
 BOB = 0.018       # metres up and down at a step
 
@@ -37,22 +36,16 @@ def Player(parent, name='', at=(0, 0, 0)):
     return player
 
 
-class Walker:
+class Walker(Control):
     """Moves a `Player` and the camera that looks out of its eyes, by keyboard and mouse."""
 
     def __init__(self, player, camera, turn=0.0, pitch=0.0):
+        super().__init__(player.getAncestorOfType(kaVel.Reflection.Coordinator), turn, pitch)
         self.player = player
         self.body = player.getComponent('physics')
         self.transform = player.getComponent('transform')
         self.eye = camera.getComponent('transform')
         self.clock = LevelClock(player)
-        self.heldKeys = set()
-        self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
-        coordinator = player.getAncestorOfType(kaVel.Reflection.Coordinator)
-        office = coordinator.getDescendantByPath('BranchPostOffice/postOffice')
-        kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
-        kaVel.subscribe('KeyUpMessage', self.handleKeyUp, office)
-        kaVel.subscribe('MouseMove', self.handleMouseMove, office)
         kaVel.addComponent(player, 'player', 'ScriptComponent', frameCallback=self.steer)
         # After the bodies have moved and their contacts are resolved, and before anything is drawn.
         kaVel.addComponent(camera, 'form', 'ScriptComponent', frameCallback=self.moveEye)
@@ -62,7 +55,7 @@ class Walker:
         """Puts the walker's feet somewhere else, at rest; angles in degrees."""
         self.transform.position = kaVel.Vec4(at[0], at[1] + SIZE[1] / 2, at[2], 1)
         self.body.velocity = kaVel.Vec4(0, 0, 0, 0)
-        self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
+        self.look(turn, pitch)
         self.standStill()
         self.moveEye()
 
@@ -78,18 +71,6 @@ class Walker:
     def place(self):
         position = self.transform.position
         return position.x, position.z
-
-    def handleKeyDown(self, message, key):
-        self.heldKeys.add(key)
-        if key == ESCAPE:
-            kaVel.getSystem('GameLoopSystem').quit(0)
-
-    def handleKeyUp(self, message, key):
-        self.heldKeys.discard(key)
-
-    def handleMouseMove(self, message, x, y):
-        self.yaw = (self.yaw + x * LOOK_SPEED) % math.tau
-        self.pitch = min(STEEPEST_PITCH, max(-STEEPEST_PITCH, self.pitch + y * LOOK_SPEED))
 
     def steer(self):
         """Gives the body the velocity of this frame: what falls goes on falling, the rest is as the keys want it."""
@@ -154,11 +135,6 @@ class Walker:
         up = EYE - SIZE[1] / 2 + BOB * self.bob * math.cos(2 * math.tau * self.way)
         self.eye.position = kaVel.Vec4(position.x, self.height + up, position.z, 1)
         self.eye.orientation = self.orientation()
-
-    def orientation(self):
-        cy, sy = math.cos(self.yaw / 2), math.sin(self.yaw / 2)
-        cp, sp = math.cos(self.pitch / 2), math.sin(self.pitch / 2)
-        return kaVel.Quaternion(cy * cp, cy * sp, sy * cp, -sy * sp)
 
     def ahead(self):
         """Where he looks, a direction of length 1."""

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "physics/LeafDrive.h"
+#include "physics/RepeatedRequest.h"
 #include "physics/RigidBody.h"
 
 #include <cstdint>
-#include <utility>
 
 /// A door's leaf that turns about a hinge, under the component key "physics".
 ///
@@ -68,7 +68,7 @@ public:
     void setLocked(bool val) { locked = val; }
     /// Whether somebody asks in this frame again who asked in the frame before, or has in this one; for triggers, which
     /// ask in every frame of a touch.
-    bool isAskedAgain(std::int64_t frame) { return frame - std::exchange(askedFrame, frame) <= 1; }
+    bool isAskedAgain(std::int64_t frame) { return asked.isRepeatedIn(frame); }
 
     /// The hinge's axis; its sign alone counts, (0, 1, 0, 0) or (0, -1, 0, 0): which way positive angles go.
     Vec4 getPivot() const { return pivot; }
@@ -133,11 +133,11 @@ private:
     float closeDirection = 0.f;            ///< sign of the turn by which the door closes
     bool locked = false;
 
-    bool angleGiven = false;      ///< before the load was complete
-    bool swinging = false;        ///< on its own way to targetAngle
-    bool slamming = false;        ///< in that swing
-    LeafDrive drive;              ///< of that swing, radians
-    Pose placed;                  ///< the leaf when offsetAngle is 0
-    Pose stands;                  ///< as the door left the transform
-    std::int64_t askedFrame = -2; ///< the last one in which a trigger asked a locked door
+    bool angleGiven = false; ///< before the load was complete
+    bool swinging = false;   ///< on its own way to targetAngle
+    bool slamming = false;   ///< in that swing
+    LeafDrive drive;         ///< of that swing, radians
+    Pose placed;             ///< the leaf when offsetAngle is 0
+    Pose stands;             ///< as the door left the transform
+    RepeatedRequest asked;   ///< by triggers, of a locked door
 };

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "physics/LeafDrive.h"
+#include "physics/RepeatedRequest.h"
 #include "physics/RigidBody.h"
 
 #include <cstdint>
-#include <utility>
 
 class ParentFollowerComponent;
 class TransformOffsetComponent;
@@ -72,7 +72,7 @@ public:
     void setLocked(bool val) { locked = val; }
     /// Whether somebody asks in this frame again who asked in the frame before, or has in this one; for triggers, which
     /// ask in every frame of a touch.
-    bool isAskedAgain(std::int64_t frame) { return frame - std::exchange(askedFrame, frame) <= 1; }
+    bool isAskedAgain(std::int64_t frame) { return asked.isRepeatedIn(frame); }
     /// How far the leaf is from closed, metres.
     float getCurrentOffset() const { return currentOffset; }
     /// Puts the leaf that far from closed, metres, at once; below 0 counts as 0.
@@ -104,10 +104,10 @@ private:
     float currentOffset = 0.f; ///< metres from closed
 
     bool bottom = false;
-    bool sliding = false;         ///< on its way to an end
-    LeafDrive drive;              ///< of that way, metres
-    Vec4 closedPlace;             ///< of the transform, or the follower's offset
-    Vec4 standsAt;                ///< as the door left either
-    Quaternion standsTurned;      ///< the leaf's orientation at that moment
-    std::int64_t askedFrame = -2; ///< the last one in which a trigger asked a locked door
+    bool sliding = false;    ///< on its way to an end
+    LeafDrive drive;         ///< of that way, metres
+    Vec4 closedPlace;        ///< of the transform, or the follower's offset
+    Vec4 standsAt;           ///< as the door left either
+    Quaternion standsTurned; ///< the leaf's orientation at that moment
+    RepeatedRequest asked;   ///< by triggers, of a locked door
 };

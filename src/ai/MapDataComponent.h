@@ -39,13 +39,14 @@ public:
     /// Fits the derived children to the map's transform: its position is the centre, its scale the extent in metres.
     ///
     /// Makes those that are missing. Cells that both sizes have keep their values. A map whose scale was left at 1 says
-    /// nothing of its size: its grids keep the place and size that they have, and it is given neither floor nor ceiling.
-    /// One without height has no ceiling. A place or size that is no number, or a negative size, is logged as an error
-    /// and says nothing either.
+    /// nothing of its size: its grids keep the place and size that they have, and it is given neither floor nor
+    /// ceiling. One without height has no ceiling. A place or size that is no number, or a negative size, is logged as
+    /// an error and says nothing either.
     void updateSize();
     /// The map's child of this name with a grid of values; made where it is missing.
     ///
-    /// What is no name of a child is logged as an error and gives an invalid handle. One besides the main path grid depends on that one: it begins with the same place, size and cells.
+    /// What is no name of a child is logged as an error and gives an invalid handle. One besides the main path grid
+    /// depends on that one: it begins with the same place, size and cells.
     Handle<Entity> constructGrid(String name);
     /// The map's child of this name with a partitioning grid; made, with a transform, where it is missing.
     ///

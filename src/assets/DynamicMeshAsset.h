@@ -3,7 +3,8 @@
 
 #include "assets/MeshAsset.h"
 
-/// A mesh without a file: setMeshData fills it, as often as needed. Never shared: its owner takes it as a child, or murders it.
+/// A mesh without a file: setMeshData fills it, as often as needed. Never shared: its owner takes it as a child, or
+/// murders it.
 class DynamicMeshAsset : public MeshAsset
 {
     KV_REFLECTED(DynamicMeshAsset)

@@ -58,9 +58,9 @@ public:
     /// Repeats the calls of a map's objects: objects in the order of their paths, an object's calls in that of their
     /// records.
     ///
-    /// A level does so once the map is built, and before its load completes. An object that is not there and a call that
-    /// fails are logged as warnings, and the rest goes on. What the calls record in turn is known already and left out.
-    /// A call may load another map, which is served too; one that loads its own map again is warned of.
+    /// A level does so once the map is built, and before its load completes. An object that is not there and a call
+    /// that fails are logged as warnings, and the rest goes on. What the calls record in turn is known already and left
+    /// out. A call may load another map, which is served too; one that loads its own map again is warned of.
     void persistState(Handle<MapRootEntity> map);
     /// Forgets all maps, as a new game does.
     void forgetEverything();

@@ -136,8 +136,8 @@ public:
     ReflectorPtr getTriggerFunc() const { return triggerFunc; }
     /// Sets the function and makes the volume a trigger; null ends both.
     ///
-    /// It is called in every frame of a touch, with the volume's entity and the player's body. A bound method that takes
-    /// fewer arguments gets the last of them.
+    /// It is called in every frame of a touch, with the volume's entity and the player's body. A bound method that
+    /// takes fewer arguments gets the last of them.
     void setTriggerFunc(ReflectorPtr func);
     /// Sets the function and leaves it open whether the volume is a trigger.
     void setTriggerFuncNoTrigger(ReflectorPtr func) { triggerFunc = func; }
@@ -164,7 +164,8 @@ public:
     /// Where a segment enters the box; one that starts inside has the parameter 0 and no normal.
     /// @param direction  whole extent of the segment, not normalised
     RayCollision boxToLineSegmentWithInfo(Vec4 pos, Vec4 direction);
-    /// The point nearest to another one on the line that a bullet is: through the middle along its z axis, hitBox.z long.
+    /// The point nearest to another one on the line that a bullet is: through the middle along its z axis, hitBox.z
+    /// long.
     Vec4 closestPointToLineSeg(Vec4 point);
     /// Where two edges come nearest to each other: the middle between their nearest points.
     ///

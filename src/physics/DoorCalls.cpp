@@ -21,8 +21,8 @@ Handle<Object> playerBeside(const Handle<Object> &who)
     return player.isValid() ? player : who;
 }
 
-// Triggers ask in every frame that they are touched: a door that is shut already is not asked to close, and a locked one
-// refuses once a touch.
+// Triggers ask in every frame that they are touched: a door that is shut already is not asked to close, and a locked
+// one refuses once a touch.
 
 template <class Door>
 bool refusesAgain(Door &door)

@@ -25,7 +25,8 @@
 /// It opens away from whoever opens it, gathers speed as something heavy does and eases out; it falls shut at
 /// `closingVelocity`. What it runs into it pushes, but for a player it waits. A torque of a script turns it too: it
 /// then stays where it comes to rest. Contacts do not move it, whatever mass it is given. A "parentFollower" beside it
-/// would place the leaf in every frame too, and the door not turn: a door of something that moves is a SlidingDoorPhysics.
+/// would place the leaf in every frame too, and the door not turn: a door of something that moves is a
+/// SlidingDoorPhysics.
 class DoorPhysics : public RigidBody
 {
     KV_REFLECTED(DoorPhysics)

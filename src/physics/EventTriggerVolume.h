@@ -12,8 +12,8 @@ class BoundingVolume;
 
 /// Calls a function while the player touches the volume beside it, under the component key "scriptedSequence".
 ///
-/// Contacts are made between entities that both have a body. What lets the player through is a wall that is a trigger; it
-/// stops crates, balls and bullets all the same, so it hangs where none comes by:
+/// Contacts are made between entities that both have a body. What lets the player through is a wall that is a trigger;
+/// it stops crates, balls and bullets all the same, so it hangs where none comes by:
 ///
 ///     kaVel.addComponent(threshold, 'boundingVolume', 'BoundingVolume', hitBox=kaVel.Vec4(1, 2, 0.3, 0),
 ///                        volumeType='BV_WALL', trigger=True)

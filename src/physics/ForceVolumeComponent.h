@@ -78,9 +78,9 @@ public:
     void setForceDirection(Vec4 val);
     /// How far the force is whole: from the volume's middle along the force, metres; below 0 for before the middle.
     ///
-    /// From there on it falls off to the volume's far end; beyond that end it is whole in the whole volume. In a shaft 4 m
-    /// high that blows upwards 0 lets the force fall off over the upper half, 1 over the last metre, and 2 throws out what
-    /// comes in.
+    /// From there on it falls off to the volume's far end; beyond that end it is whole in the whole volume. In a shaft
+    /// 4 m high that blows upwards 0 lets the force fall off over the upper half, 1 over the last metre, and 2 throws
+    /// out what comes in.
     float getMaxForceOffset() const { return maxForceOffset; }
     void setMaxForceOffset(float val);
     /// How fast rigid bodies come to spin about the line of the force, radians a second; the player never does.

@@ -8,7 +8,8 @@ float LeafDrive::advance(float way, const Manner &manner, float seconds)
     const float direction = way < 0.f ? -1.f : 1.f;
     const float left = way * direction, before = speed * direction;
     const float gathered = std::min(before + manner.topSpeed / manner.startTime * seconds, manner.topSpeed);
-    // The speed after the frame from which the rest of the way suffices to stop evenly: v*v = 2*d*(left - (before+v)/2*t).
+    // The speed after the frame from which the rest of the way suffices to stop evenly:
+    // v*v = 2*d*(left - (before+v)/2*t).
     const float deceleration = manner.topSpeed * manner.topSpeed / (2.f * manner.easing);
     const float half = 0.5f * deceleration * seconds;
     const float square = half * half + 2.f * deceleration * (left - 0.5f * before * seconds);

@@ -94,7 +94,8 @@ public:
     VolumeList getStaticGridCellList(int x, int z);
     /// Calls a function with the moving volumes of some cells, in no order; see `VolumeListGrid::forEachIn`.
     ///
-    /// For whoever asks for a few cells in a frame: `getGridCellList` lays all of them out. The function changes no grid.
+    /// For whoever asks for a few cells in a frame: `getGridCellList` lays all of them out. The function changes no
+    /// grid.
     template <class Function>
     void forEachMovingVolume(const CellRect &cells, Function function) const
     {

@@ -89,8 +89,8 @@ public:
         return volume;
     }
 
-    // What a level's scripts set as the function of a trigger or of an interaction: `phys` is the body that touched it, or
-    // the component of the player who used it.
+    // What a level's scripts set as the function of a trigger or of an interaction: `phys` is the body that touched it,
+    // or the component of the player who used it.
 
     /// Fires the spawner under "trigger" beside this body.
     void useObjectSpawner(Handle<Object> phys);

@@ -44,8 +44,9 @@ public:
     ///
     /// A locked door stays as it is and asks for the sound "DoorLocked", each time; else "DoorOpen" is asked for.
     /// @param player  who opens it; makes no difference
-    /// @param bottom  the leaf is the second half of a two-part door, as the lower half of a hatch, and slides the other
-    ///                way: both halves have the same settings. A leaf on its way keeps to its half until it is closed.
+    /// @param bottom  the leaf is the second half of a two-part door, as the lower half of a hatch, and slides the
+    ///                other way: both halves have the same settings. A leaf on its way keeps to its half until it is
+    ///                closed.
     void openDoor(Handle<Object> player, bool bottom);
     /// Closes the door, locked or not, and asks for the sound "DoorOpen".
     /// @param bottom  as in `openDoor`; a leaf comes back the way it went

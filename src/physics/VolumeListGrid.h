@@ -94,7 +94,8 @@ public:
     }
     /// The slots of the volumes of one cell, in the order of `list`, as of the last `refresh`.
     SlotList slots(int cell) const { return laidOut(volumeSlots, cell, cell); }
-    /// The slots of some neighbouring cells of a row, which must be of this grid; one that covers several comes as often.
+    /// The slots of some neighbouring cells of a row, which must be of this grid; one that covers several comes as
+    /// often.
     SlotList slotsInRow(int z, int minX, int maxX) const
     {
         return laidOut(volumeSlots, columns * z + minX, columns * z + maxX);

@@ -3,13 +3,13 @@
 
 #include "bench_common.h"
 
-#include "physics/BoundingVolume.h"
-#include "physics/PartitioningGrid.h"
-#include "physics/RigidBody.h"
+#include "physics/volumes/BoundingVolume.h"
+#include "physics/grid/PartitioningGrid.h"
+#include "physics/bodies/RigidBody.h"
 
-#include "engine/Coordinator.h"
-#include "engine/MapRootEntity.h"
-#include "engine/TransformComponent.h"
+#include "engine/levels/Coordinator.h"
+#include "engine/levels/MapRootEntity.h"
+#include "engine/transforms/TransformComponent.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 // Subjects: the objects that the benchmarks look up, call, message and step.
 #pragma once
 
-#include "engine/SimpleComponent.h"
+#include "engine/entities/SimpleComponent.h"
 
 /// An object with one number, as look-ups read it.
 class BenchPoint : public Object

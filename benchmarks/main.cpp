@@ -1,6 +1,6 @@
 // The engine's benchmark program: the table is usable and Python runs before the first workload.
-#include "engine/SystemSystem.h"
-#include "object/PythonCalls.h"
+#include "engine/systems/SystemSystem.h"
+#include "object/python/PythonCalls.h"
 
 #include <benchmark/benchmark.h>
 

@@ -2,8 +2,8 @@
 #include "Rate.h"
 #include "Subjects.h"
 
-#include "object/PropertyDesc.h"
-#include "object/SavedArguments.h"
+#include "object/reflection/PropertyDesc.h"
+#include "object/reflection/SavedArguments.h"
 
 #include <vector>
 

@@ -2,8 +2,8 @@
 #include "Rate.h"
 #include "Subjects.h"
 
-#include "object/Message.h"
-#include "object/PostOffice.h"
+#include "object/messages/Message.h"
+#include "object/messages/PostOffice.h"
 
 #include <vector>
 

@@ -5,8 +5,8 @@
 
 #include "Subjects.h"
 
-#include "object/PythonIntegration.h"
-#include "object/Variant.h"
+#include "object/python/PythonIntegration.h"
+#include "object/reflection/Variant.h"
 
 namespace
 {

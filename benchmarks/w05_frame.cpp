@@ -2,10 +2,10 @@
 #include "Rate.h"
 #include "Subjects.h"
 
-#include "object/Variant.h"
+#include "object/reflection/Variant.h"
 
-#include "engine/SimpleManager.h"
-#include "object/SavedArguments.h"
+#include "engine/entities/SimpleManager.h"
+#include "object/reflection/SavedArguments.h"
 
 #include <vector>
 

@@ -1,8 +1,8 @@
 // W6: boxes in a walled arena. a: prescribed motion and detection; b: the full step. One iteration is one step.
 #include "Arena.h"
 
-#include "engine/TimeKeeper.h"
-#include "engine/TimeSystem.h"
+#include "engine/time/TimeKeeper.h"
+#include "engine/time/TimeSystem.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,5 +1,5 @@
 // W11: a model of 1.25 million vertices from the page cache into its vectors, and the memory given back.
-#include "assets/ModelFile.h"
+#include "assets/models/ModelFile.h"
 
 #include "w11_model_common.h"
 

@@ -2,7 +2,7 @@
 #include "Rate.h"
 
 #include "foundation/ProfilerScope.h"
-#include "tools/ProfilerSystem.h"
+#include "tools/profiler/ProfilerSystem.h"
 
 namespace
 {

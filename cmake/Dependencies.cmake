@@ -15,7 +15,7 @@ target_link_libraries(kv_dependencies INTERFACE PkgConfig::SDL2 PkgConfig::EPOXY
     ${BOOST_PYTHON_LIBRARY} ${FREETYPE_LINK_LIBRARIES} ${HARFBUZZ_LINK_LIBRARIES} ${IMGUI_LINK_LIBRARIES}
     ${CMAKE_DL_LIBS})
 # One source file reads the font libraries' headers; no other is to see them.
-set_source_files_properties("${CMAKE_SOURCE_DIR}/src/assets/FontFace.cpp" PROPERTIES
+set_source_files_properties("${CMAKE_SOURCE_DIR}/src/assets/fonts/FontFace.cpp" PROPERTIES
     INCLUDE_DIRECTORIES "${FREETYPE_INCLUDE_DIRS};${HARFBUZZ_INCLUDE_DIRS}")
 if(BACKTRACE_LIBRARY)
     target_link_libraries(kv_dependencies INTERFACE ${BACKTRACE_LIBRARY})

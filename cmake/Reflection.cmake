@@ -67,7 +67,7 @@ function(kv_add_engine_reflection target)
     endforeach()
     kv_reflect(${target}
         FOLDERS ${folders}
-        OPTIONS --include-root src --no-invokers src/object/ARInvokers.h
+        OPTIONS --include-root src --no-invokers src/object/reflection/ARInvokers.h
                 --export-model "${KV_REFLECTION_MODEL}"
                 --stubs "${CMAKE_SOURCE_DIR}/scripts/_kaVel.pyi"
                 --names "${KV_REFLECTION_OUT}/names.txt"

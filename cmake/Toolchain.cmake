@@ -1,7 +1,9 @@
 # Compiler cache, fast linker, warnings and sanitizers: everything about the tools, nothing about the project.
 find_program(CCACHE ccache)
 if(CCACHE)
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+    # Paths count from the checkout, so that a second one of the same sources finds what the first compiled.
+    set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${CMAKE_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+        "${CCACHE}")
 endif()
 find_program(MOLD mold)
 if(MOLD)
@@ -11,6 +13,8 @@ endif()
 # Log lines, assertions and stack traces name files from the repository's root, on every machine alike.
 add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
 add_compile_options(-Wall -Wextra -Wno-unused-parameter -fno-math-errno)
+# Runs repeat to the last bit, on every compiler and processor: none may fuse a product with a sum.
+add_compile_options(-ffp-contract=off)
 # Symbols of the executable itself, so that stack traces name functions.
 add_link_options(-rdynamic)
 
@@ -22,7 +26,7 @@ if(KV_SANITIZE)
     set_source_files_properties("${CMAKE_SOURCE_DIR}/src/port/d3dx9/StbImage.cpp"
         PROPERTIES COMPILE_OPTIONS "-fno-sanitize=undefined")
     # Boost.Python asks a holder for its most derived address after the holder's destructor has run.
-    file(GLOB KV_BOOST_PYTHON_SOURCES "${CMAKE_SOURCE_DIR}/src/*/Python*.cpp"
-        "${CMAKE_SOURCE_DIR}/src/object/ObjectChildren*.cpp" "${CMAKE_SOURCE_DIR}/tests/python/*.cpp")
+    file(GLOB KV_BOOST_PYTHON_SOURCES "${CMAKE_SOURCE_DIR}/src/*/*/Python*.cpp"
+        "${CMAKE_SOURCE_DIR}/src/object/python/ObjectChildren*.cpp" "${CMAKE_SOURCE_DIR}/tests/python/*.cpp")
     set_source_files_properties(${KV_BOOST_PYTHON_SOURCES} PROPERTIES COMPILE_OPTIONS "-fno-sanitize=vptr")
 endif()

@@ -3,12 +3,12 @@
 
 #include "w10_scene.h"
 
-#include "assets/MeshAsset.h"
-#include "assets/TextureAsset.h"
-#include "engine/Coordinator.h"
-#include "engine/Entity.h"
-#include "engine/MapRootEntity.h"
-#include "engine/TransformComponent.h"
+#include "assets/models/MeshAsset.h"
+#include "assets/cache/TextureAsset.h"
+#include "engine/levels/Coordinator.h"
+#include "engine/entities/Entity.h"
+#include "engine/levels/MapRootEntity.h"
+#include "engine/transforms/TransformComponent.h"
 
 #include <vector>
 

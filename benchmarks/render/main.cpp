@@ -8,12 +8,12 @@
 #include "PassClock.h"
 #include "W10Scene.h"
 
-#include "engine/GameLoop.h"
-#include "engine/SystemSystem.h"
-#include "engine/TimeSystem.h"
-#include "object/PythonCalls.h"
+#include "engine/levels/GameLoop.h"
+#include "engine/systems/SystemSystem.h"
+#include "engine/time/TimeSystem.h"
+#include "object/python/PythonCalls.h"
 #include "port/d3d9/D3D9Extras.h"
-#include "rendering/GraphicsSystem2.h"
+#include "rendering/device/GraphicsSystem2.h"
 
 #include <algorithm>
 #include <cctype>

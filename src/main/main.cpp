@@ -1,12 +1,12 @@
 // The process from its first instruction to its exit code.
-#include "engine/GameLoop.h"
-#include "engine/SystemSystem.h"
-#include "engine/TimeSystem.h"
-#include "object/PythonCalls.h"
-#include "object/Variant.h"
-#include "platform/InputSystem.h"
+#include "engine/levels/GameLoop.h"
+#include "engine/systems/SystemSystem.h"
+#include "engine/time/TimeSystem.h"
+#include "object/python/PythonCalls.h"
+#include "object/reflection/Variant.h"
+#include "platform/input/InputSystem.h"
 #include "port/win32/Messages.h"
-#include "tools/ProfilerSystem.h"
+#include "tools/profiler/ProfilerSystem.h"
 
 #include "foundation/Assertions.h"
 

@@ -1,7 +1,7 @@
-#include "assets/FileSystem.h"
+#include "assets/files/FileSystem.h"
 #include "assets/TestProvider.h"
-#include "object/SavedArguments.h"
-#include "object/Variant.h"
+#include "object/reflection/SavedArguments.h"
+#include "object/reflection/Variant.h"
 #include "support/TestLevel.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "assets/AssetUploader.h"
-#include "assets/FontAsset.h"
-#include "assets/TextBlock.h"
-#include "assets/TextureAsset.h"
+#include "assets/cache/AssetUploader.h"
+#include "assets/fonts/FontAsset.h"
+#include "assets/fonts/TextBlock.h"
+#include "assets/cache/TextureAsset.h"
 #include "support/TemporaryFile.h"
 #include "support/TestLevel.h"
 

@@ -1,5 +1,5 @@
-#include "assets/MeshBuilder.h"
-#include "assets/MeshMath.h"
+#include "assets/building/MeshBuilder.h"
+#include "assets/models/MeshMath.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "support/TemporaryFile.h"
 
-#include "assets/ModelFile.h"
+#include "assets/models/ModelFile.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "assets/PolygonTriangulator.h"
+#include "assets/building/PolygonTriangulator.h"
 #include "foundation/precompile.h"
 
 #include <gtest/gtest.h>

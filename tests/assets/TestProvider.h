@@ -1,9 +1,9 @@
 // TestProvider: a place of files in memory.
 #pragma once
 
-#include "assets/FileData.h"
-#include "assets/FileSystemProvider.h"
-#include "assets/ProviderFile.h"
+#include "assets/files/FileData.h"
+#include "assets/files/FileSystemProvider.h"
+#include "assets/files/ProviderFile.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "assets/TextBlock.h"
+#include "assets/fonts/TextBlock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "engine/BranchPostOffice.h"
-#include "object/Message.h"
-#include "object/PostOffice.h"
+#include "engine/levels/BranchPostOffice.h"
+#include "object/messages/Message.h"
+#include "object/messages/PostOffice.h"
 #include "support/TestLevel.h"
 #include "support/TestThing.h"
 

@@ -1,9 +1,9 @@
-#include "engine/SimpleManager.h"
+#include "engine/entities/SimpleManager.h"
 #include "engine/TestSystems.h"
 #include "support/TestComponent.h"
 #include "support/TestLevel.h"
 
-#include "object/Reflection.h"
+#include "object/reflection/Reflection.h"
 
 #include <gmock/gmock.h>
 

@@ -1,10 +1,10 @@
-#include "engine/ScriptComponent.h"
-#include "engine/SimpleManager.h"
+#include "engine/entities/ScriptComponent.h"
+#include "engine/entities/SimpleManager.h"
 #include "support/TestComponent.h"
 #include "support/TestLevel.h"
 #include "support/TestThing.h"
 
-#include "object/PartialFunctionApplication.h"
+#include "object/reflection/PartialFunctionApplication.h"
 
 #include <gmock/gmock.h>
 

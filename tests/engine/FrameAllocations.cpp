@@ -1,4 +1,4 @@
-#include "engine/ParentFollowerComponent.h"
+#include "engine/transforms/ParentFollowerComponent.h"
 #include "support/AllocationCount.h"
 #include "support/TestComponent.h"
 #include "support/TestLevel.h"

@@ -1,5 +1,5 @@
-#include "engine/InterpolatorComponent.h"
-#include "engine/LerpVisitor.h"
+#include "engine/entities/InterpolatorComponent.h"
+#include "engine/entities/LerpVisitor.h"
 
 #include "support/AllocationCount.h"
 #include "support/TestLevel.h"

@@ -2,9 +2,9 @@
 #include "support/TestLevel.h"
 #include "support/TestThing.h"
 
-#include "engine/PersistentStateComponent.h"
-#include "object/PythonCalls.h"
-#include "object/Variant.h"
+#include "engine/levels/PersistentStateComponent.h"
+#include "object/python/PythonCalls.h"
+#include "object/reflection/Variant.h"
 
 #include <gmock/gmock.h>
 

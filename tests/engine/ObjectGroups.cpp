@@ -1,4 +1,4 @@
-#include "engine/ObjectGroupManager.h"
+#include "engine/entities/ObjectGroupManager.h"
 #include "support/TestLevel.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "engine/PersistentStateComponent.h"
+#include "engine/levels/PersistentStateComponent.h"
 
 #include "support/TestLevel.h"
 #include "support/TestThing.h"

@@ -1,10 +1,10 @@
-#include "engine/GlobalConfigSystem.h"
-#include "engine/SystemSystem.h"
+#include "engine/debug/GlobalConfigSystem.h"
+#include "engine/systems/SystemSystem.h"
 #include "engine/TestSystems.h"
 #include "support/TestLevel.h"
 
 #include "foundation/Logger.h"
-#include "object/SavedArguments.h"
+#include "object/reflection/SavedArguments.h"
 
 #include <gmock/gmock.h>
 

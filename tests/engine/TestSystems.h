@@ -1,7 +1,7 @@
 // TestSystems: systems that note their starts and stops.
 #pragma once
 
-#include "engine/System.h"
+#include "engine/systems/System.h"
 
 #include <functional>
 #include <string>

@@ -1,5 +1,5 @@
-#include "engine/BSTimeSource.h"
-#include "engine/TimeSystem.h"
+#include "engine/time/BSTimeSource.h"
+#include "engine/time/TimeSystem.h"
 #include "support/TestLevel.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "engine/CombinedUpdaterRange.h"
+#include "engine/systems/CombinedUpdaterRange.h"
 
 #include <gmock/gmock.h>
 

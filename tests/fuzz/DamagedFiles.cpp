@@ -2,8 +2,8 @@
 #include "fuzz/Mutation.h"
 #include "support/TemporaryFile.h"
 
-#include "assets/MeshBuilder.h"
-#include "assets/ModelFile.h"
+#include "assets/building/MeshBuilder.h"
+#include "assets/models/ModelFile.h"
 #include "port/d3d9/Formats.h"
 #include "port/d3dx9/ImageFile.h"
 

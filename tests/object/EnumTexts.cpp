@@ -1,6 +1,6 @@
 // The texts of enums: both spellings, both ways.
-#include "object/EnumText.h"
-#include "object/Reflection.h"
+#include "object/reflection/EnumText.h"
+#include "object/reflection/Reflection.h"
 
 #include "object/ReflectedShapes.h"
 

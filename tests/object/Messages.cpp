@@ -1,8 +1,8 @@
 // Messages: who hears them, in which order, and how a handler falls out.
-#include "object/ListenerSets.h"
-#include "object/Message.h"
-#include "object/PartialFunctionApplication.h"
-#include "object/PostOffice.h"
+#include "object/messages/ListenerSets.h"
+#include "object/messages/Message.h"
+#include "object/reflection/PartialFunctionApplication.h"
+#include "object/messages/PostOffice.h"
 
 #include "support/TestThing.h"
 

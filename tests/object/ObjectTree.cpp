@@ -1,7 +1,7 @@
 // The object tree: parents, children, names and paths.
 #include "support/TestThing.h"
 
-#include "object/TreeWalk.h"
+#include "object/tree/TreeWalk.h"
 
 #include <gtest/gtest.h>
 

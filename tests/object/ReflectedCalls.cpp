@@ -1,6 +1,6 @@
 // Calls through the table: what arrives, what comes back, and how each bad call fails.
-#include "object/Reflection.h"
-#include "object/SavedArguments.h"
+#include "object/reflection/Reflection.h"
+#include "object/reflection/SavedArguments.h"
 
 #include "object/ReflectedShapes.h"
 

@@ -1,8 +1,8 @@
 // ReflectedShapes: classes with every kind of member that the reflection table tells apart.
 #pragma once
 
-#include "object/Object.h"
-#include "object/SavedArguments.h"
+#include "object/tree/Object.h"
+#include "object/reflection/SavedArguments.h"
 
 /// Whole millimetres, to see that a typedef crosses like the type behind it.
 typedef long Millimetres;

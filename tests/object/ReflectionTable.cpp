@@ -1,6 +1,6 @@
 // The static table: what it says about classes, members, enums and properties.
-#include "object/AutoReflector.h"
-#include "object/Reflection.h"
+#include "object/reflection/AutoReflector.h"
+#include "object/reflection/Reflection.h"
 
 #include "object/ReflectedShapes.h"
 

@@ -1,5 +1,5 @@
 // Variant: what converts into what, and that counted alternatives are counted.
-#include "object/Variant.h"
+#include "object/reflection/Variant.h"
 
 #include "support/TestThing.h"
 

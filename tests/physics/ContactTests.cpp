@@ -1,10 +1,10 @@
 #include "PhysicsWorld.h"
 #include "TouchNote.h"
 
-#include "physics/CollisionResolver.h"
-#include "physics/PhysicsManager.h"
-#include "physics/Plane.h"
-#include "physics/RigidCollision.h"
+#include "physics/bodies/CollisionResolver.h"
+#include "physics/bodies/PhysicsManager.h"
+#include "physics/volumes/Plane.h"
+#include "physics/bodies/RigidCollision.h"
 #include "support/AllocationCount.h"
 #include "support/TestThing.h"
 

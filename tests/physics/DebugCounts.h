@@ -1,7 +1,7 @@
 // DebugCounts: counts the debug geometry that objects draw.
 #pragma once
 
-#include "engine/DebugCollector.h"
+#include "engine/debug/DebugCollector.h"
 
 /// Collects nothing, but remembers how many lines there were and the last text.
 class DebugCounts : public DebugCollectorComponent

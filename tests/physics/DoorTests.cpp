@@ -1,12 +1,12 @@
 #include "PhysicsWorld.h"
 #include "SoundNote.h"
 
-#include "engine/BSTimeSource.h"
-#include "engine/ParentFollowerComponent.h"
-#include "engine/PersistentStateComponent.h"
-#include "engine/TimeSystem.h"
-#include "physics/DoorPhysics.h"
-#include "physics/SlidingDoorPhysics.h"
+#include "engine/time/BSTimeSource.h"
+#include "engine/transforms/ParentFollowerComponent.h"
+#include "engine/levels/PersistentStateComponent.h"
+#include "engine/time/TimeSystem.h"
+#include "physics/doors/DoorPhysics.h"
+#include "physics/doors/SlidingDoorPhysics.h"
 #include "support/AllocationCount.h"
 
 #include <gmock/gmock.h>

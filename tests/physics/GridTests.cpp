@@ -1,8 +1,8 @@
 #include "DebugCounts.h"
 #include "PhysicsWorld.h"
 
-#include "ai/MapDataComponent.h"
-#include "engine/GlobalConfigSystem.h"
+#include "physics/grid/MapDataComponent.h"
+#include "engine/debug/GlobalConfigSystem.h"
 #include "support/AllocationCount.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "PhysicsWorld.h"
 
-#include "physics/NearPairs.h"
+#include "physics/grid/NearPairs.h"
 
 #include <gtest/gtest.h>
 

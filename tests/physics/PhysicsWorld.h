@@ -1,9 +1,9 @@
 // PhysicsWorld: a map with a partitioning grid, and boxes to put into it.
 #pragma once
 
-#include "physics/BoundingVolume.h"
-#include "physics/PartitioningGrid.h"
-#include "physics/RigidBody.h"
+#include "physics/volumes/BoundingVolume.h"
+#include "physics/grid/PartitioningGrid.h"
+#include "physics/bodies/RigidBody.h"
 #include "support/TestLevel.h"
 
 #include <random>

@@ -1,7 +1,7 @@
 #include "PhysicsWorld.h"
 
-#include "engine/BSTimeSource.h"
-#include "engine/TimeSystem.h"
+#include "engine/time/BSTimeSource.h"
+#include "engine/time/TimeSystem.h"
 
 #include <gtest/gtest.h>
 

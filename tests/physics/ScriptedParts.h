@@ -1,8 +1,8 @@
 // ScriptedParts: components that the functions of triggers reach by name.
 #pragma once
 
-#include "engine/SimpleComponent.h"
-#include "physics/PhysicsComponent.h"
+#include "engine/entities/SimpleComponent.h"
+#include "physics/bodies/PhysicsComponent.h"
 
 /// Stands in for a light, and counts what is asked of it: to follow the player, to spawn, to note a use.
 class ScriptedPart : public SimpleComponent

@@ -2,10 +2,10 @@
 #include "ScriptedParts.h"
 #include "SoundNote.h"
 
-#include "engine/ObjectGroupComponent.h"
-#include "object/PartialFunctionApplication.h"
-#include "physics/DoorPhysics.h"
-#include "physics/SlidingDoorPhysics.h"
+#include "engine/entities/ObjectGroupComponent.h"
+#include "object/reflection/PartialFunctionApplication.h"
+#include "physics/doors/DoorPhysics.h"
+#include "physics/doors/SlidingDoorPhysics.h"
 #include "support/TestKeyManager.h"
 
 #include <gtest/gtest.h>

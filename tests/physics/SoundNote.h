@@ -1,7 +1,7 @@
 // SoundNote: stands in for what plays sounds.
 #pragma once
 
-#include "engine/SimpleComponent.h"
+#include "engine/entities/SimpleComponent.h"
 
 #include "foundation/KVString.h"
 

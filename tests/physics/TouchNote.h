@@ -1,9 +1,9 @@
 // TouchNote: what a trigger calls in a test.
 #pragma once
 
-#include "physics/PhysicsComponent.h"
+#include "physics/bodies/PhysicsComponent.h"
 
-#include "engine/Entity.h"
+#include "engine/entities/Entity.h"
 
 #include <functional>
 

@@ -1,12 +1,12 @@
 #include "PhysicsWorld.h"
 #include "TouchNote.h"
 
-#include "engine/PersistentStateComponent.h"
-#include "physics/BulletPhysics.h"
-#include "physics/DoorPhysics.h"
-#include "physics/EventTriggerVolume.h"
-#include "physics/ForceVolumeComponent.h"
-#include "physics/SlidingDoorPhysics.h"
+#include "engine/levels/PersistentStateComponent.h"
+#include "physics/bodies/BulletPhysics.h"
+#include "physics/doors/DoorPhysics.h"
+#include "physics/triggers/EventTriggerVolume.h"
+#include "physics/triggers/ForceVolumeComponent.h"
+#include "physics/doors/SlidingDoorPhysics.h"
 #include "support/AllocationCount.h"
 #include "support/TestThing.h"
 

@@ -1,7 +1,7 @@
 // FakeWindow: a window of 800x400 for input that needs no real one.
 #pragma once
 
-#include "platform/InputWindow.h"
+#include "platform/window/InputWindow.h"
 #include "port/win32/SdlPlatform.h"
 
 /// Stands where the window system stands; the cursor is where the test puts it.

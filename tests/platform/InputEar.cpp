@@ -1,7 +1,7 @@
 #include "platform/InputEar.h"
 
-#include "object/PostOffice.h"
-#include "platform/InputMessages.h"
+#include "object/messages/PostOffice.h"
+#include "platform/input/InputMessages.h"
 
 namespace
 {

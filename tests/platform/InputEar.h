@@ -1,7 +1,7 @@
 // InputEar: an object that hears every message of the input.
 #pragma once
 
-#include "object/Object.h"
+#include "object/tree/Object.h"
 
 #include <string>
 #include <vector>

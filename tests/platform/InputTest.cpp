@@ -2,9 +2,9 @@
 #include "platform/InputEar.h"
 #include "support/TestLevel.h"
 
-#include "engine/SystemSystem.h"
-#include "platform/InputSystem.h"
-#include "platform/TextCapture.h"
+#include "engine/systems/SystemSystem.h"
+#include "platform/input/InputSystem.h"
+#include "platform/input/TextCapture.h"
 #include "port/xinput/XInputPlatform.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "Probe.h"
 
-#include "object/Message.h"
-#include "object/SavedArguments.h"
+#include "object/messages/Message.h"
+#include "object/reflection/SavedArguments.h"
 
 #include <stdexcept>
 

@@ -1,8 +1,8 @@
 // Probe: an object with one member of every shape that scripts can reach.
 #pragma once
 
-#include "object/Object.h"
-#include "object/Variant.h"
+#include "object/tree/Object.h"
+#include "object/reflection/Variant.h"
 
 #include "foundation/Quaternion.h"
 #include "foundation/Vector.h"

@@ -2,11 +2,11 @@
 #include "GatheredAssertions.h"
 #include "Probe.h"
 
-#include "object/PropertyDesc.h"
-#include "object/PythonIntegration.h"
-#include "object/PythonReflectedThing.h"
-#include "object/Reflection.h"
-#include "object/SavedArguments.h"
+#include "object/reflection/PropertyDesc.h"
+#include "object/python/PythonIntegration.h"
+#include "object/python/PythonReflectedThing.h"
+#include "object/reflection/Reflection.h"
+#include "object/reflection/SavedArguments.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Runs every `test_` function of the modules beside this file inside the embedded interpreter, one test each.
 #include "GatheredAssertions.h"
 
-#include "object/PythonCalls.h"
+#include "object/python/PythonCalls.h"
 
 #include <boost/python.hpp>
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #include "RenderingWorld.h"
 #include "ScreenPicture.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "engine/DebugCollector.h"
-#include "engine/GlobalConfigSystem.h"
-#include "engine/TransformComponent.h"
-#include "rendering/ModelGraphicsComponent2.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "engine/debug/DebugCollector.h"
+#include "engine/debug/GlobalConfigSystem.h"
+#include "engine/transforms/TransformComponent.h"
+#include "rendering/drawn/ModelGraphicsComponent2.h"
 #include "support/AllocationCount.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "support/TestLevel.h"
 
-#include "engine/SystemSystem.h"
+#include "engine/systems/SystemSystem.h"
 #include "port/d3d9/d3d9.h"
-#include "rendering/GraphicsAdapterSystem.h"
+#include "platform/window/GraphicsAdapterSystem.h"
 
 #include <gtest/gtest.h>
 

@@ -1,14 +1,14 @@
 // What each drawn class adds to the contract of GraphicsComponent2: quads, boxes, terrains, decals, dust.
 #include "RenderingWorld.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "rendering/DecalComponent.h"
-#include "rendering/DustParticleSystemComponent.h"
-#include "rendering/HeightMapGraphics.h"
-#include "rendering/LightComponent.h"
-#include "rendering/QuadComponent2.h"
-#include "rendering/WholeWindow.h"
-#include "rendering/WorldBasedTCBoxGraphicsComponent.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "rendering/drawn/DecalComponent.h"
+#include "rendering/drawn/DustParticleSystemComponent.h"
+#include "rendering/drawn/HeightMapGraphics.h"
+#include "rendering/drawn/LightComponent.h"
+#include "rendering/drawn/QuadComponent2.h"
+#include "rendering/drawn/WholeWindow.h"
+#include "rendering/drawn/WorldBasedTCBoxGraphicsComponent.h"
 #include "support/AllocationCount.h"
 #include "support/TemporaryFile.h"
 

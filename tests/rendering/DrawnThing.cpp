@@ -1,8 +1,8 @@
 #include "DrawnThing.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "rendering/BatchProxy.h"
-#include "rendering/RenderParams.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "rendering/device/BatchProxy.h"
+#include "rendering/frame/RenderParams.h"
 
 void DrawnThing::note(const char *what)
 {

@@ -1,7 +1,7 @@
 // DrawnThing: a drawn component that a test can look into.
 #pragma once
 
-#include "rendering/GraphicsComponent2.h"
+#include "rendering/drawn/GraphicsComponent2.h"
 
 #include <functional>
 #include <string>

@@ -1,10 +1,10 @@
 #include "RenderingWorld.h"
 #include "ScreenPicture.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "rendering/LightComponent.h"
-#include "rendering/ModelGraphicsComponent2.h"
-#include "rendering/WindowSystem2.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "rendering/drawn/LightComponent.h"
+#include "rendering/drawn/ModelGraphicsComponent2.h"
+#include "platform/window/WindowSystem2.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 #include "RenderingWorld.h"
 #include "ScreenPicture.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "rendering/ModelGraphicsComponent2.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "rendering/drawn/ModelGraphicsComponent2.h"
 #include "support/AllocationCount.h"
 
-#include "engine/SimpleComponent.h"
-#include "object/Variant.h"
+#include "engine/entities/SimpleComponent.h"
+#include "object/reflection/Variant.h"
 
 #include <gtest/gtest.h>
 

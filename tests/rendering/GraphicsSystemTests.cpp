@@ -1,8 +1,8 @@
 #include "RenderingWorld.h"
 
-#include "assets/AssetSystem.h"
-#include "assets/DynamicMeshAsset.h"
-#include "assets/DynamicMeshAssetLoader.h"
+#include "assets/cache/AssetSystem.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "assets/models/DynamicMeshAssetLoader.h"
 #include "support/TemporaryFile.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 #include "RenderingWorld.h"
 
-#include "rendering/RenderParams.h"
-#include "rendering/WindowSystem2.h"
+#include "rendering/frame/RenderParams.h"
+#include "platform/window/WindowSystem2.h"
 #include "support/TemporaryFile.h"
 
-#include "object/PythonCalls.h"
+#include "object/python/PythonCalls.h"
 #include "port/d3dx9/d3dx9tex.h"
 
 #include <cstdlib>

@@ -4,12 +4,12 @@
 #include "DrawnThing.h"
 #include "RecordingDevice.h"
 
-#include "physics/BoundingVolume.h"
-#include "physics/PartitioningGrid.h"
-#include "rendering/GraphicsManager2.h"
-#include "rendering/GraphicsSystem2.h"
-#include "rendering/SceneGraph.h"
-#include "rendering/ViewerComponent.h"
+#include "physics/volumes/BoundingVolume.h"
+#include "physics/grid/PartitioningGrid.h"
+#include "rendering/frame/GraphicsManager2.h"
+#include "rendering/device/GraphicsSystem2.h"
+#include "rendering/frame/SceneGraph.h"
+#include "rendering/frame/ViewerComponent.h"
 #include "support/TestLevel.h"
 
 #include <memory>

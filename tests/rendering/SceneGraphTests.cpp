@@ -1,8 +1,8 @@
 #include "RenderingWorld.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "rendering/BatchProxy.h"
-#include "rendering/RenderParams.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "rendering/device/BatchProxy.h"
+#include "rendering/frame/RenderParams.h"
 
 #include <gtest/gtest.h>
 

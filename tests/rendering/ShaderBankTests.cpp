@@ -1,11 +1,11 @@
 #include "RenderingWorld.h"
 
-#include "rendering/RenderParams.h"
-#include "rendering/ShaderBank.h"
+#include "rendering/frame/RenderParams.h"
+#include "rendering/device/ShaderBank.h"
 
-#include "assets/DynamicMeshAsset.h"
-#include "engine/Entity.h"
-#include "engine/TransformComponent.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "engine/entities/Entity.h"
+#include "engine/transforms/TransformComponent.h"
 #include "port/d3dx9/d3dx9effect.h"
 
 #include <gtest/gtest.h>

@@ -1,10 +1,10 @@
 #include "RenderingWorld.h"
 #include "ScreenPicture.h"
 
-#include "assets/FontAsset.h"
+#include "assets/fonts/FontAsset.h"
 #include "port/d3d9/D3D9Extras.h"
-#include "rendering/TextComponent2.h"
-#include "rendering/WindowSystem2.h"
+#include "rendering/drawn/TextComponent2.h"
+#include "platform/window/WindowSystem2.h"
 #include "support/AllocationCount.h"
 
 #include <gtest/gtest.h>

@@ -1,11 +1,11 @@
 #include "RenderingWorld.h"
 
-#include "rendering/ViewVolume.h"
+#include "rendering/frame/ViewVolume.h"
 
-#include "assets/DynamicMeshAsset.h"
+#include "assets/models/DynamicMeshAsset.h"
 #include "foundation/Quaternion.h"
-#include "rendering/ModelGraphicsComponent2.h"
-#include "rendering/RenderParams.h"
+#include "rendering/drawn/ModelGraphicsComponent2.h"
+#include "rendering/frame/RenderParams.h"
 
 #include <gtest/gtest.h>
 

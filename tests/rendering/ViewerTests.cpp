@@ -1,5 +1,5 @@
-#include "rendering/AnglePointSorter.h"
-#include "rendering/ViewerComponent.h"
+#include "rendering/frame/AnglePointSorter.h"
+#include "rendering/frame/ViewerComponent.h"
 #include "support/TestLevel.h"
 
 #include <gtest/gtest.h>

@@ -1,12 +1,12 @@
 #include "support/TestLevel.h"
 
-#include "engine/ScreenMetrics.h"
-#include "engine/SystemSystem.h"
-#include "platform/InputSystem.h"
+#include "engine/screen/ScreenMetrics.h"
+#include "engine/systems/SystemSystem.h"
+#include "platform/input/InputSystem.h"
 #include "port/win32/Diagnostics.h"
 #include "port/win32/SdlPlatform.h"
-#include "rendering/GraphicsAdapterSystem.h"
-#include "rendering/WindowSystem2.h"
+#include "platform/window/GraphicsAdapterSystem.h"
+#include "platform/window/WindowSystem2.h"
 
 #include <gtest/gtest.h>
 

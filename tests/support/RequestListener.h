@@ -1,8 +1,8 @@
 // RequestListener: hears when assets are ready.
 #pragma once
 
-#include "engine/RequestHandle.h"
-#include "object/Object.h"
+#include "engine/systems/RequestHandle.h"
+#include "object/tree/Object.h"
 
 #include <functional>
 #include <vector>

@@ -1,6 +1,6 @@
 #include "support/ScriptModule.h"
 
-#include "object/PythonCalls.h"
+#include "object/python/PythonCalls.h"
 
 #include <boost/python.hpp>
 #include <gtest/gtest.h>

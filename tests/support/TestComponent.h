@@ -1,7 +1,7 @@
 // TestComponent: a component that notes its frames in a journal.
 #pragma once
 
-#include "engine/SimpleComponent.h"
+#include "engine/entities/SimpleComponent.h"
 
 #include <functional>
 #include <string>

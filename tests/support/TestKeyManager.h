@@ -1,7 +1,7 @@
 // TestKeyManager: a manager under any key, for components whose own manager a test cannot have.
 #pragma once
 
-#include "engine/SimpleManager.h"
+#include "engine/entities/SimpleManager.h"
 
 /// A simple manager that the coordinator does not know; its components are found under the key it is given.
 class TestKeyManager : public SimpleManager

@@ -1,8 +1,8 @@
 #include "support/TestLevel.h"
 
-#include "engine/BSTimeSource.h"
-#include "engine/SystemSystem.h"
-#include "engine/TimeSystem.h"
+#include "engine/time/BSTimeSource.h"
+#include "engine/systems/SystemSystem.h"
+#include "engine/time/TimeSystem.h"
 
 #include "foundation/Logger.h"
 

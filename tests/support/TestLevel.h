@@ -1,11 +1,11 @@
 // TestLevel: a running level that no script built.
 #pragma once
 
-#include "engine/Coordinator.h"
-#include "engine/Entity.h"
-#include "engine/GameLoop.h"
-#include "engine/MapRootEntity.h"
-#include "engine/TransformComponent.h"
+#include "engine/levels/Coordinator.h"
+#include "engine/entities/Entity.h"
+#include "engine/levels/GameLoop.h"
+#include "engine/levels/MapRootEntity.h"
+#include "engine/transforms/TransformComponent.h"
 
 /// The systems up, one coordinator in charge, and frames of a fixed length; everything is torn down with it.
 ///

@@ -1,5 +1,5 @@
 // Entry of every test program that links the engine: the reflection table is usable before the first test.
-#include "object/AutoReflector.h"
+#include "object/reflection/AutoReflector.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // TestThing: an object that records what happens to it.
 #pragma once
 
-#include "object/Object.h"
-#include "object/SavedArguments.h"
+#include "object/tree/Object.h"
+#include "object/reflection/SavedArguments.h"
 
 #include <functional>
 #include <utility>

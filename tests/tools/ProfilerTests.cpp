@@ -5,9 +5,9 @@
 #include "support/TestComponent.h"
 #include "support/TestLevel.h"
 
-#include "engine/TimeSystem.h"
+#include "engine/time/TimeSystem.h"
 #include "foundation/ProfilerScope.h"
-#include "tools/FunctionTimeProfiler.h"
+#include "tools/profiler/FunctionTimeProfiler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // RecordingCollector: a debug collector that keeps what it is given.
 #pragma once
 
-#include "engine/DebugCollector.h"
+#include "engine/debug/DebugCollector.h"
 
 #include <vector>
 

@@ -1,7 +1,7 @@
 // TestClock: a time source that a test winds.
 #pragma once
 
-#include "engine/TimeSource.h"
+#include "engine/time/TimeSource.h"
 
 /// Stands still until it is set.
 class TestClock : public TimeSource

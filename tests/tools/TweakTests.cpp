@@ -3,16 +3,16 @@
 #include "support/TemporaryFile.h"
 #include "support/TestLevel.h"
 
-#include "platform/InputSystem.h"
+#include "platform/input/InputSystem.h"
 #include "port/d3d9/D3D9Extras.h"
 #include "port/tweakbar/Bars.h"
 #include "port/win32/Messages.h"
 #include "port/win32/RawInput.h"
-#include "rendering/GraphicsSystem2.h"
-#include "rendering/WindowSystem2.h"
-#include "tools/ObjectBar.h"
-#include "tools/ObjectBrowser.h"
-#include "tools/TweakSystem.h"
+#include "rendering/device/GraphicsSystem2.h"
+#include "platform/window/WindowSystem2.h"
+#include "tools/bars/ObjectBar.h"
+#include "tools/bars/ObjectBrowser.h"
+#include "tools/bars/TweakSystem.h"
 
 #include <gtest/gtest.h>
 

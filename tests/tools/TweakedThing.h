@@ -1,7 +1,7 @@
 // TweakedThing: an object with a property of each kind.
 #pragma once
 
-#include "object/Object.h"
+#include "object/tree/Object.h"
 
 #include "foundation/Quaternion.h"
 #include "foundation/Vector.h"

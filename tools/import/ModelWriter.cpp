@@ -1,6 +1,6 @@
 #include "ModelWriter.h"
 
-#include "assets/ModelFile.h"
+#include "assets/models/ModelFile.h"
 
 #include <cctype>
 #include <cstdint>

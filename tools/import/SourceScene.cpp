@@ -1,6 +1,6 @@
 #include "SourceScene.h"
 
-#include "assets/MeshMath.h"
+#include "assets/models/MeshMath.h"
 #include "port/win32/HostPath.h"
 
 #include <assimp/Importer.hpp>

@@ -3,7 +3,7 @@
 
 #include "ImportOptions.h"
 
-#include "assets/MeshBuilder.h"
+#include "assets/building/MeshBuilder.h"
 
 #include <string>
 #include <vector>

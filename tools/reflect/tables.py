@@ -104,7 +104,7 @@ class PartWriter:
         body += [self._free_invokers()]
         body += [self._record_group(r) for r in self.records]
         body += [self._class_definitions(c) for c in classes if c.is_reflected]
-        includes = ['#include "object/ARInvokers.h"\n\n'] + [f'#include "{h}"\n' for h in sorted(self.headers)]
+        includes = ['#include "object/reflection/ARInvokers.h"\n\n'] + [f'#include "{h}"\n' for h in sorted(self.headers)]
         externs = sorted(self.externs)
         return (BANNER + "".join(includes) + "\n" + "".join(e + "\n" for e in externs) + "\n"
                 + "\n".join(part for part in body if part) + "\n" + self._blocks())
@@ -349,6 +349,6 @@ def write_table(table, parts):
     """The source file that enlists a table with its parts."""
     declarations = "".join(f"std::span<const DoxyBlock> kvPart_{name}();\n" for name in parts)
     entries = ", ".join(f"&kvPart_{name}" for name in parts)
-    return (BANNER + '#include "object/AutoReflector.h"\n\n' + declarations
+    return (BANNER + '#include "object/reflection/AutoReflector.h"\n\n' + declarations
             + f"\nnamespace\n{{\nconstexpr DoxyTable::Part parts[] = {{{entries}}};\n"
               f"DoxyTable table({literal(table)}, parts);\n}} // namespace\n")

@@ -1,6 +1,0 @@
-#include "ai/PathManager.h"
-
-Handle<AbstractComponent> PathManager::constructComponent(const ReflectorPtr &type)
-{
-    return constructDerived(type, AbstractComponent::staticType);
-}

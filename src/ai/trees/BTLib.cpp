@@ -1,0 +1,8 @@
+#include "ai/trees/BTLib.h"
+
+#include "engine/systems/SystemSystem.h"
+
+System::DependencyList BTLib::systemDependencies()
+{
+    return {SystemSystem::staticType};
+}

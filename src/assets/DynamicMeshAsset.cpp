@@ -1,3 +1,0 @@
-#include "assets/DynamicMeshAsset.h"
-
-void DynamicMeshAsset::startLoad() {}

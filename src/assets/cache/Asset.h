@@ -1,0 +1,51 @@
+// Asset: named external data with a status, and the listeners that wait for it.
+#pragma once
+
+#include "engine/systems/RequestHandle.h"
+
+#include "foundation/ErrorCode.h"
+#include "object/tree/Object.h"
+#include "object/tree/ReflectorPtr.h"
+
+#include <vector>
+
+/// One piece of external data: a texture, a mesh, a font.
+///
+/// Made by an AssetLoader as its child, shared by all who ask for the same name, alive until AssetSystem shuts down.
+/// The status moves once from ASSET_NOT_READY to success or a failure; a failed asset is not tried again.
+///
+/// A listener is called as callback(RequestHandle h), after the status is set: with the handle it was registered
+/// with, so one callback can serve several requests. Registering with an asset that is finished already calls back
+/// at once, so whoever asks must be ready for the call before the asking returns.
+class Asset : public Object
+{
+    KV_REFLECTED(Asset)
+public:
+    /// Who wants to know.
+    struct ListenerData
+    {
+        ReflectorPtr callback;
+        RequestHandle h;
+        bool oneShot; ///< dropped after its first call
+    };
+
+    Asset();
+
+    /// Has `callback` called with `h` once the asset is finished, at once if it is.
+    ///
+    /// A null callback is ignored. Without `oneShot` the callback runs again at every later change of the data.
+    void addListener(ReflectorPtr callback, RequestHandle h, bool oneShot = true);
+
+    /// Stores how loading ended and calls the listeners.
+    void setStatus(ErrorCode ec);
+
+    /// ASSET_NOT_READY until loading ends, then success or the failure.
+    ErrorCode getStatus() const;
+
+private:
+    void notify(const ListenerData &listener) const;
+    bool isFinished() const;
+
+    ErrorCode status;
+    std::vector<ListenerData> listeners;
+};

@@ -1,0 +1,60 @@
+// AssetSystem: the one place where external data are asked for by name, and loaded once.
+#pragma once
+
+#include "assets/cache/AssetLoader.h"
+
+#include "engine/systems/System.h"
+
+#include <cstddef>
+#include <unordered_map>
+#include <vector>
+
+/// Keeps one loader of each class and one asset of each (loader, name).
+///
+/// The interface is that of loading in the background; all loading runs on the main thread, inside startLoad.
+class AssetSystem : public System
+{
+    KV_REFLECTED(AssetSystem)
+public:
+    /// The asset of that name, loaded now unless it has been already.
+    ///
+    /// @param assetLoader  reflected class of the loader, as TextureAssetLoader::staticType
+    /// @param assetName    name within that loader; "<dynamic>" makes a new, unshared asset at every call
+    /// @param callback     called with `h` when the asset is finished, possibly before this returns; may be null
+    /// @return the asset, also when loading failed; an invalid handle for a class that is no loader
+    Handle<Asset> startLoad(ReflectorPtr assetLoader, String assetName, ReflectorPtr callback, RequestHandle h);
+
+protected:
+    void systemStartup() override;
+    void systemShutdown() override;
+    DependencyList systemDependencies() override;
+
+private:
+    struct AssetCacheKey
+    {
+        Handle<AssetLoader> loader;
+        String name;
+
+        bool operator==(const AssetCacheKey &rhs) const { return loader == rhs.loader && name == rhs.name; }
+    };
+    struct AssetCacheEntry
+    {
+        Handle<AssetLoader> loader;
+        String name;
+        Handle<Asset> asset;
+    };
+    struct KeyHash
+    {
+        std::size_t operator()(const AssetCacheKey &key) const;
+    };
+    typedef std::unordered_map<AssetCacheKey, AssetCacheEntry, KeyHash> AssetCache;
+    typedef std::unordered_map<ReflectorPtr, Handle<AssetLoader>> LoaderCache;
+
+    Handle<AssetLoader> getLoader(const ReflectorPtr &loaderClass);
+    Handle<Asset> loadAndCache(AssetLoader &loader, const AssetCacheKey &key, const ReflectorPtr &callback,
+                               RequestHandle h);
+
+    AssetCache cache;
+    LoaderCache loaders;
+    std::vector<AssetCacheKey> loadsUnderWay; ///< innermost last
+};

@@ -1,0 +1,25 @@
+// TextureAsset: a texture file that the graphics device has taken in.
+#pragma once
+
+#include "assets/cache/Asset.h"
+
+#include "foundation/KVString.h"
+
+/// A texture by file. The pixels live on the device, keyed by this asset's handle; nothing is kept here.
+class TextureAsset : public Asset
+{
+    KV_REFLECTED(TextureAsset)
+public:
+    /// Has the device read the file; ends in onUploadComplete.
+    virtual void startLoad();
+
+    /// Called by the graphics system with the result of the upload; a failure is logged with file and reason.
+    void onUploadComplete(ErrorCode ec);
+
+    /// Path of the file, as "..\assets\textures\black.dds".
+    String getFileName() const { return fileName; }
+    void setFileName(const String &val) { fileName = val; }
+
+private:
+    String fileName;
+};

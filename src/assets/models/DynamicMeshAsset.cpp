@@ -1,0 +1,3 @@
+#include "assets/models/DynamicMeshAsset.h"
+
+void DynamicMeshAsset::startLoad() {}

@@ -1,6 +1,0 @@
-#include "engine/NullManager.h"
-
-Handle<AbstractComponent> NullManager::constructComponent(const ReflectorPtr &type)
-{
-    return constructDerived(type, AbstractComponent::staticType);
-}

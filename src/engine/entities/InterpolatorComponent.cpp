@@ -1,0 +1,179 @@
+#include "engine/entities/InterpolatorComponent.h"
+
+#include "engine/entities/ComponentOf.h"
+#include "engine/levels/Coordinator.h"
+#include "engine/levels/GameLoop.h"
+#include "engine/entities/LerpVisitor.h"
+#include "engine/levels/PathBelow.h"
+#include "engine/systems/RunningMark.h"
+#include "engine/time/TimeSystem.h"
+#include "object/reflection/SavedArguments.h"
+
+#include "foundation/Logger.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+void report(const Handle<Object> &obj, const String &prop, const ErrorCode &code, const ScriptPlace &place)
+{
+    const auto object = obj.lookup();
+    const String path = object ? pathBelow(nullptr, *object) : obj.toString();
+    Logger().writeFormatted(Logger_::I_ERROR, place.file, place.line,
+                            "Error while interpolating property `%s' of object `%s': %s", prop.toCString(),
+                            path.toCString(), code.toString().toCString());
+}
+
+/// The ticks of a time that a script gives; what is no time of day is none.
+TimerTicks ticksOf(Seconds duration)
+{
+    return duration > 0.0 && std::isfinite(duration) ? getSystemDeref<TimeSystem>().toTicks(duration) : 0;
+}
+
+double partOf(TimerTicks elapsed, TimerTicks duration)
+{
+    return elapsed < duration ? static_cast<double>(elapsed) / static_cast<double>(duration) : 1.0;
+}
+
+/// The entity whose interpolator serves an object: the nearest one, if it stands in a level.
+Handle<Entity> servingEntity(Object &object)
+{
+    const Handle<Entity> entity = object.getAncestorOfType<Entity>();
+    const auto found = entity.lookup();
+    return found && found->getAncestorOfType<Coordinator>().isValid() ? entity : Handle<Entity>();
+}
+
+/// The entity that interpolates what stands in no entity: a child of the object's level or else of that in charge.
+Handle<Entity> levelsEntity(Object &object)
+{
+    static const String name = SCS(".Interpolator");
+    Handle<Coordinator> level = object.getAncestorOfType<Coordinator>();
+    if (!level.isValid())
+        level = getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator();
+    const auto coordinator = level.lookup();
+    if (!coordinator)
+        return Handle<Entity>();
+    const Handle<Entity> present = handle_cast<Entity>(coordinator->getChild(name));
+    if (present.isValid())
+        return present;
+    const Handle<Entity> made = construct<Entity>(defaultAllocationCategory);
+    made.lookup()->setName(name);
+    made.lookup()->setParent(level);
+    return made;
+}
+} // namespace
+
+void InterpolatorComponent::doFrame()
+{
+    static const String master = SCS("master");
+    const auto level = getAncestorOfType<Coordinator>().lookup();
+    if (!level || frameRunning)
+        return;
+    const RunningMark mark(frameRunning);
+    const TimerTicks frameTime = level->getTimer(master).getFrameTime();
+    auto i = interpolants.begin();
+    for (std::size_t left = interpolants.size(); left > 0; --left)
+    {
+        const ErrorReturn<bool> arrived = interpolate(*i, frameTime);
+        if (!arrived.succeeded())
+            report(i->obj, i->prop.getName(), arrived.code, i->instantiationLoc);
+        i = arrived.succeeded() && !arrived.value ? std::next(i) : interpolants.erase(i);
+    }
+}
+
+ErrorReturn<bool> InterpolatorComponent::interpolate(Interpolant &i, TimerTicks frameTime)
+{
+    if (i.takenOver)
+        return true;
+    i.elapsed += frameTime;
+    const ErrorReturn<Variant> value = LerpVisitor(partOf(i.elapsed, i.duration)).apply(i.initialValue, i.finalValue);
+    if (!value.succeeded())
+        return value.code;
+    const ErrorCode outcome = i.prop.getSetter()->call(i.obj, value.value).code;
+    return ErrorReturn<bool>(i.elapsed >= i.duration, outcome);
+}
+
+void InterpolatorComponent::addInterpolator(Handle<Object> obj, const String &prop, const Variant &initialValue,
+                                            const Variant &finalValue, Seconds duration)
+{
+    const auto object = obj.lookup();
+    if (!object)
+        return;
+    Interpolant i;
+    i.instantiationLoc = currentScriptPlace();
+    const ErrorCode outcome = findProperty(*object, prop, i.prop);
+    if (!outcome.succeeded())
+        return report(obj, prop, outcome, i.instantiationLoc);
+    i.obj = obj;
+    i.initialValue = initialValue;
+    i.finalValue = finalValue;
+    i.duration = ticksOf(duration);
+    endOthers(obj, prop);
+    interpolants.push_back(i);
+}
+
+void InterpolatorComponent::addInterpolator(Handle<Object> obj, const String &prop, const Variant &finalValue,
+                                            Seconds duration)
+{
+    const auto object = obj.lookup();
+    if (!object)
+        return;
+    const ErrorReturn<Variant> present = object->getPropertyValue(prop);
+    if (present.succeeded())
+        addInterpolator(obj, prop, present.value, finalValue, duration);
+    else
+        report(obj, prop, present.code, currentScriptPlace());
+}
+
+ErrorCode InterpolatorComponent::findProperty(const Object &obj, const String &name, PropertyDesc &prop) const
+{
+    const ErrorReturn<PropertyDesc> found = obj.getType()->getProperty(name);
+    if (!found.succeeded())
+        return found.code;
+    const bool isManager = obj.getType()->isSubclassOf(AbstractManager::staticType);
+    if (!found.value.getSetter() || (isManager && !allowManagers))
+        return ErrorCode::PROPERTY_NOT_WRITABLE;
+    prop = found.value;
+    return ErrorCode::SUCCESS;
+}
+
+/// Ends what else interpolates a property. The list stays as it is, since a frame may be walking it.
+void InterpolatorComponent::endOthers(const Handle<Object> &obj, const String &prop)
+{
+    for (Interpolant &i : interpolants)
+        if (i.obj == obj && i.prop.getName() == prop)
+            i.takenOver = true;
+}
+
+Handle<InterpolatorComponent> getInterpolatorForObject(Handle<Object> obj)
+{
+    static const String key = SCS("interpolator");
+    const auto object = obj.lookup();
+    if (!object)
+        return Handle<InterpolatorComponent>();
+    const Handle<Entity> nearest = servingEntity(*object);
+    const Handle<Entity> entity = nearest.isValid() ? nearest : levelsEntity(*object);
+    if (InterpolatorComponent *const present = componentOf<InterpolatorComponent>(entity, key))
+        return getHandle(present);
+    const auto holder = entity.lookup();
+    if (!holder)
+        return Handle<InterpolatorComponent>();
+    const auto made = handle_cast<InterpolatorComponent>(holder->addComponent(key, InterpolatorComponent::staticType));
+    if (const auto interpolator = made.lookup())
+        interpolator->setAllowManagers(!nearest.isValid());
+    return made;
+}
+
+void interpolateProperty(Handle<Object> obj, const String &prop, const Variant &initialValue, const Variant &finalValue,
+                         Seconds duration)
+{
+    if (const auto interpolator = getInterpolatorForObject(obj).lookup())
+        interpolator->addInterpolator(obj, prop, initialValue, finalValue, duration);
+}
+
+void interpolateProperty(Handle<Object> obj, const String &prop, const Variant &finalValue, Seconds duration)
+{
+    if (const auto interpolator = getInterpolatorForObject(obj).lookup())
+        interpolator->addInterpolator(obj, prop, finalValue, duration);
+}

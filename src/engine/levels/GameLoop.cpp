@@ -1,0 +1,163 @@
+#include "engine/levels/GameLoop.h"
+
+#include "engine/levels/PersistentStateComponent.h"
+#include "engine/systems/RunningMark.h"
+#include "engine/time/TimeSystem.h"
+#include "object/python/PythonCalls.h"
+#include "object/reflection/SavedArguments.h"
+#include "port/win32/Messages.h"
+
+#include "foundation/Logger.h"
+#include "foundation/ProfilerScope.h"
+
+namespace
+{
+/// Frames that the loading screen runs, enough to be on the screen while the level loads.
+constexpr int LOADING_SCREEN_FRAMES = 2;
+
+/// The entity of what is kept; null where it has died with its level or is about to.
+Handle<Object>::Result holderOf(const Handle<PersistentStateComponent> &state)
+{
+    const auto kept = state.lookup();
+    return kept && !kept->isDying() ? kept->getParent().lookup() : Handle<Object>::Result();
+}
+} // namespace
+
+/// Ends a level, unless it is dying already, and takes what it keeps into this system's care.
+void GameLoopSystem::retire(const Handle<Coordinator> &level)
+{
+    const auto coordinator = level.lookup();
+    if (!coordinator || coordinator->isDying())
+        return;
+    const auto holder = holderOf(persistentState);
+    if (holder && holder->getParent() == level)
+        holder->setParent(getTypedHandle());
+    coordinator->murder();
+}
+
+void GameLoopSystem::givePersistentState(Handle<Coordinator> level)
+{
+    if (!level.isValid() || PersistentStateComponent::ofLevel(level).isValid())
+        return;
+    const auto holder = holderOf(persistentState);
+    if (holder && holder->getParent() == getTypedHandle())
+        return holder->setParent(level);
+    const Handle<PersistentStateComponent> made = PersistentStateComponent::makeFor(level);
+    if (holder)
+        return; // the level that it was given to goes on beside this one
+    if (persistentState != Handle<PersistentStateComponent>())
+        KV_LOGF(Logger_::I_WARNING,
+                "What had become of the objects of all levels is forgotten in %s: the level that kept it was murdered. "
+                "queueLoadLevel ends a level and hands on what it keeps.",
+                level.lookup()->getLevelName().toCString());
+    persistentState = made;
+}
+
+void GameLoopSystem::forgetPersistentState()
+{
+    if (const auto kept = persistentState.lookup())
+        kept->forgetEverything();
+}
+
+/// Runs the loading screen in place of a level while the next one loads; both are gone when this returns.
+Handle<Coordinator> GameLoopSystem::replaceLevel(const Handle<Coordinator> &present, const String &nextName)
+{
+    retire(present);
+    const Handle<Coordinator> loadingScreen = loadLevel(SCS("LoadingScreen"));
+    for (int frame = 0; frame < LOADING_SCREEN_FRAMES; ++frame)
+    {
+        if (auto screen = loadingScreen.lookup())
+            screen->doFrame();
+    }
+    retire(loadingScreen);
+    const Handle<Coordinator> next = loadLevel(nextName);
+    cremateDeadObjects();
+    return next;
+}
+
+void GameLoopSystem::doFrame()
+{
+    if (frameRunning)
+    {
+        KV_LOG(Logger_::I_ERROR, "GameLoopSystem::doFrame was called from within a frame");
+        return;
+    }
+    const RunningMark mark(frameRunning);
+    ++frameNumber;
+
+    beginProfilerFrame();
+    measureFrame();
+    if (!queuedLevel.empty())
+    {
+        currentCoordinator = replaceLevel(currentCoordinator, queuedLevel);
+        queuedLevel = String();
+    }
+    if (auto level = currentCoordinator.lookup())
+        level->doFrame();
+    else
+        quitWithoutLevel();
+    cremateDeadObjects();
+}
+
+void GameLoopSystem::beginProfilerFrame()
+{
+    // The profiler lies above this folder, so it is reached by name, once.
+    if (!profilerNewFrame)
+    {
+        if (auto profiler = getSystem(SCS("ProfilerSystem")).lookup())
+            profilerNewFrame = profiler->bind(SCS("newFrame"));
+    }
+    if (profilerNewFrame)
+        profilerNewFrame->call().code.ignoreError();
+}
+
+void GameLoopSystem::measureFrame()
+{
+    const TimerTicks ticks = getSystemDeref<TimeSystem>().newFrame();
+    getTime().lookup()->newFrame(ticks);
+}
+
+void GameLoopSystem::quitWithoutLevel()
+{
+    KV_LOG(Logger_::I_ERROR, "There is no level to run: the coordinator died or was never loaded. The game quits; "
+                             "queueLoadLevel is the way to another level.");
+    quit(1);
+}
+
+void GameLoopSystem::setCurrentlyActiveCoordinator(Handle<Coordinator> c)
+{
+    currentCoordinator = c;
+}
+
+Handle<TimeKeeper> GameLoopSystem::getTime()
+{
+    if (!time.isValid())
+    {
+        time = construct<TimeKeeper>(defaultAllocationCategory);
+        time.lookup()->setParent(getTypedHandle());
+    }
+    return time;
+}
+
+void GameLoopSystem::queueLoadLevel(const String &levelName)
+{
+    queuedLevel = levelName;
+}
+
+void GameLoopSystem::quit(int exitCode)
+{
+    PostQuitMessage(exitCode);
+}
+
+Handle<Coordinator> loadLevel(const String &levelName)
+{
+    const ProfilerScope scope(SCS("loadLevel"), levelName);
+    Variant result;
+    if (!pythonCall("loader", "loadLevel", SavedArguments::of(levelName), result))
+        pythonRaisePending();
+
+    const Handle<Coordinator> level = handle_cast<Coordinator>(result.get<Handle<Object>>().value);
+    if (!level.isValid())
+        KV_LOGF(Logger_::I_ERROR, "loader.loadLevel('%s') returned no Coordinator", levelName.toCString());
+    return level;
+}

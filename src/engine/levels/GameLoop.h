@@ -1,0 +1,73 @@
+// GameLoop: the coordinator in charge, the frame around it, and the switch of levels between frames.
+#pragma once
+
+#include "engine/levels/Coordinator.h"
+#include "engine/systems/System.h"
+
+class PersistentStateComponent;
+
+/// Runs the frame and switches levels.
+///
+/// Holds the coordinator now in charge. A level switch is only noted when it is asked for and happens at the start of
+/// the next frame, so it never pulls the tree away from under an updater.
+class GameLoopSystem : public System
+{
+    KV_REFLECTED(GameLoopSystem)
+public:
+    GameLoopSystem() = default;
+
+    /// Runs one frame: measures time, switches the level if one is queued, runs the updaters, cremates the dead.
+    ///
+    /// With no coordinator left to run, an error is logged and the game quits with exit code 1. A Python exception
+    /// from a level's load travels to the caller.
+    void doFrame();
+
+    /// Puts this coordinator in charge from the next frame on.
+    void setCurrentlyActiveCoordinator(Handle<Coordinator> c);
+    /// The coordinator in charge; invalid before the first level.
+    Handle<Coordinator> getCurrentlyActiveCoordinator() const { return currentCoordinator; }
+
+    /// The clock of wall time that the coordinators' timers are fed from, made at first use.
+    Handle<TimeKeeper> getTime();
+    /// Count of frames begun so far.
+    std::int64_t getFrameNumber() const { return frameNumber; }
+
+    /// Has this level replace the present one at the start of the next frame; the last call wins.
+    ///
+    /// What has become of the present level's objects is kept for the next; see `PersistentStateComponent`.
+    void queueLoadLevel(const String &levelName);
+    /// Gives a level what the levels before it kept, or something new to keep it in; to be called before it loads maps.
+    ///
+    /// What a level has already stays. What was kept below a level that somebody murdered is lost, which is warned of.
+    void givePersistentState(Handle<Coordinator> level);
+    /// Forgets what has become of the objects of all levels, as a new game does; also while a level is being built.
+    void forgetPersistentState();
+    /// Ends the game after this frame; the process returns this exit code.
+    void quit(int exitCode);
+
+protected:
+    void systemStartup() override {}
+    void systemShutdown() override {}
+    DependencyList systemDependencies() override { return {}; }
+
+private:
+    void beginProfilerFrame();
+    void measureFrame();
+    void quitWithoutLevel();
+    Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName);
+    void retire(const Handle<Coordinator> &level);
+
+    Handle<Coordinator> currentCoordinator;
+    Handle<PersistentStateComponent> persistentState; ///< of the level that was given it, or in this system's care
+    Handle<TimeKeeper> time;
+    String queuedLevel; ///< empty while no switch is asked for
+    std::int64_t frameNumber = 0;
+    bool frameRunning = false;
+    ReflectorPtr profilerNewFrame; ///< the profiler's bound frame step, looked up in the first frame
+};
+
+/// Has the script `loader.loadLevel` build a level; the new coordinator is not put in charge.
+///
+/// A Python exception travels to the caller. A script that returns no coordinator is logged as an error and gives an
+/// invalid handle.
+Handle<Coordinator> loadLevel(const String &levelName);

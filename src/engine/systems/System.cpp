@@ -1,0 +1,46 @@
+#include "engine/systems/System.h"
+
+#include "engine/systems/NameSuggestion.h"
+#include "engine/systems/SystemSystem.h"
+#include "object/reflection/Reflection.h"
+
+#include "foundation/Assertions.h"
+#include "foundation/Logger.h"
+
+#include <cstdlib>
+
+UpdaterList System::getUpdaters()
+{
+    return {};
+}
+
+Handle<System> getSystem(const ReflectorPtr &type)
+{
+    auto systems = SystemSystem::getInstance().lookup();
+    if (systems)
+        return systems->getSystem(type);
+    KV_LOGF(Logger_::I_ERROR,
+            "getSystem: '%s' was asked for while no systems run: they live from bootstrap to shutdown",
+            type ? type->getName().toCString() : "<no class>");
+    return Handle<System>();
+}
+
+Handle<System> getSystem(String type)
+{
+    const ReflectorPtr systemClass = Reflection().getType(type);
+    if (systemClass)
+        return getSystem(systemClass);
+    KV_LOGF(Logger_::I_ERROR, "getSystem: %s", describeUnknownClass(type).toCString());
+    return Handle<System>();
+}
+
+Handle<System> getSystemN(String type)
+{
+    return getSystem(type);
+}
+
+void failMissingSystem(const ReflectorPtr &type)
+{
+    KV_FATAL("The system %s cannot be had; the log tells why.", type->getName().toCString());
+    std::abort();
+}

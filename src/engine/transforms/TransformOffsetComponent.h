@@ -1,0 +1,29 @@
+// TransformOffsetComponent: keeps a child at a place that turns with its parent.
+#pragma once
+
+#include "engine/entities/SimpleComponent.h"
+
+#include "foundation/Quaternion.h"
+#include "foundation/Vector.h"
+
+/// Ties its entity's transform to that of the entity's parent: the offset turns with the parent.
+class TransformOffsetComponent : public SimpleComponent
+{
+    KV_REFLECTED(TransformOffsetComponent)
+public:
+    TransformOffsetComponent() = default;
+
+    /// Places the entity after its parent, whose own follower runs first, so that a chain settles in one frame.
+    void doFrame() override;
+
+    /// Turn that is applied before the parent's.
+    Quaternion getOrientationOffset() const { return orientationOffset; }
+    void setOrientationOffset(Quaternion val) { orientationOffset = val; }
+    /// Place relative to the parent, in the parent's axes, metres.
+    Vec4 getPositionOffset() const { return positionOffset; }
+    void setPositionOffset(Vec4 val) { positionOffset = val; }
+
+private:
+    Quaternion orientationOffset = Quaternion(1.f, 0.f, 0.f, 0.f);
+    Vec4 positionOffset = Vec4(0.f, 0.f, 0.f, 0.f); ///< parent's axes, metres
+};

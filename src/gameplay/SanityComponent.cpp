@@ -1,3 +1,0 @@
-#include "gameplay/SanityComponent.h"
-
-void SanityComponent::doFrame() {}

@@ -1,0 +1,3 @@
+#include "gameplay/player/SanityComponent.h"
+
+void SanityComponent::doFrame() {}

@@ -1,0 +1,32 @@
+#include "object/python/ObjectChildrenIterator.h"
+
+#include "object/tree/Object.h"
+#include "object/python/ObjectChildrenView.h"
+#include "object/python/PythonCalls.h"
+#include "object/python/PythonRef.h"
+
+#include <algorithm>
+
+ObjectChildrenIterator::ObjectChildrenIterator(const Handle<Object> &parent) : obj(parent)
+{
+    end = lookUpParent(obj).getChildCount();
+    valid = true;
+}
+
+Handle<Object> ObjectChildrenIterator::next()
+{
+    if (valid)
+    {
+        const Object &parent = lookUpParent(obj);
+        const std::size_t last = std::min(end, parent.getChildCount());
+        while (current < last)
+        {
+            const Handle<Object> child = parent.children_begin()[current++];
+            if (child.isValid())
+                return child;
+        }
+        valid = false;
+    }
+    raisePython(PyExc_StopIteration, SCS("Stop Iteration"));
+    pythonRaisePending();
+}

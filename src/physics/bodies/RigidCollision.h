@@ -1,0 +1,53 @@
+// RigidCollision: one contact of two bodies, resolved at once and alone.
+#pragma once
+
+#include "physics/volumes/Collision.h"
+
+#include "foundation/Matrix4.h"
+#include "foundation/Vector.h"
+
+class PhysicsComponent;
+
+/// A contact point, found by a volume's test.
+///
+/// Resolving it moves the two bodies apart and changes their velocities along the normal; it turns nothing and knows no
+/// friction. The player is not thrown back but slides.
+class RigidCollision : public Collision
+{
+public:
+    RigidCollision() = default;
+
+    void resolve() override;
+    /// Moves the bodies out of each other, each by its share of the inverse mass.
+    virtual void resolvePenetration();
+    /// Gives the bodies their new velocities, unless they move apart already.
+    virtual void resolveVelocities();
+
+    /// Used for sorting collisions in the resolver, based on the separating velocities.
+    bool operator<(const RigidCollision &rhs) const { return separatingVelocity() < rhs.separatingVelocity(); }
+    /// Used for sorting collisions in the resolver, based on the separating velocities.
+    bool operator>(const RigidCollision &rhs) const { return separatingVelocity() > rhs.separatingVelocity(); }
+
+    /// Speed at which the bodies move apart along the normal, metres a second; a missing body stands still.
+    float separatingVelocity() const;
+
+    Vec4 contactPos;              ///< native space, metres
+    float restitution = 0.f;      ///< product of both bodies' restitution
+    Vec4 contactNormal;           ///< from the second body towards the first
+    float penetration = 0.f;      ///< depth along the normal, metres
+    Matrix4 worldToContact;       ///< rows: the normal and two tangents
+    Matrix4 contactToWorld;       ///< columns: the normal and two tangents
+    Vec4 impulse;                 ///< contact coordinates until it is known, then native space
+    Vec4 relPosition[2];          ///< contactPos minus each body's position
+    Vec4 contactVelocity;         ///< of the first body against the second, contact coordinates
+    float linearMovement[2] = {}; ///< change of place along the normal, metres
+    float angularMovement[2] = {};
+
+private:
+    PhysicsComponent *findBody(int index) const;
+    void generateContactMatrices();
+    void calculateRelPositions();
+    void setContactVelocity();
+    void calculateImpulse();
+    Vec4 alongSurface(const Vec4 &velocity) const;
+};

@@ -1,0 +1,93 @@
+// BoundingVolume: its outline for developers.
+#include "physics/volumes/BoundingVolume.h"
+
+#include "engine/debug/DebugCollector.h"
+#include "engine/debug/DebugShapes.h"
+#include "engine/debug/GlobalConfigSystem.h"
+#include "engine/transforms/TransformComponent.h"
+
+#include "foundation/Finite.h"
+
+#include <cmath>
+
+namespace
+{
+
+Vec4 colorOf(BoundingVolume::VolumeType type)
+{
+    static const Vec4 colors[BoundingVolume::NUM_VOLUMES] = {
+        Vec4(1.f, 0.9f, 0.2f, 1.f),   // BV_SPHERE: yellow
+        Vec4(1.f, 0.55f, 0.1f, 1.f),  // BV_BOX: orange
+        Vec4(0.5f, 0.5f, 0.5f, 1.f),  // BV_NONE: grey
+        Vec4(0.3f, 0.5f, 1.f, 1.f),   // BV_WALL: blue
+        Vec4(0.2f, 0.9f, 0.9f, 1.f),  // BV_DOOR: cyan
+        Vec4(1.f, 1.f, 1.f, 1.f),     // BV_PLAYER: white
+        Vec4(0.6f, 0.2f, 0.8f, 1.f),  // BV_SHADOW: purple
+        Vec4(1.f, 0.15f, 0.15f, 1.f), // BV_BULLET: red
+        Vec4(1.f, 0.6f, 0.8f, 1.f),   // BV_PARTICLE: pink
+        Vec4(0.6f, 0.45f, 0.3f, 1.f), // BV_CONTAINER: brown
+        Vec4(0.35f, 0.35f, 0.2f, 1.f) // BV_PARTITIONING_DUMMY: olive
+    };
+    return colors[type];
+}
+
+/// Of what answers to the player: a trigger, or what he can use.
+const Vec4 ANSWER_COLOR(0.2f, 1.f, 0.3f, 1.f);
+
+/// A short line from each corner towards the middle: walls are large, and whole diagonals would fill the picture.
+void markCorners(DebugCollectorComponent &collector, const BoxCorners &corners, const Vec4 &color)
+{
+    constexpr float length = 0.25f; // metres
+    for (std::size_t from = 0; from < corners.size(); ++from)
+    {
+        const Vec4 inwards = (corners[7 - from] - corners[from]) * 0.5f;
+        const float way = inwards.magnitude();
+        collector.addLine3D(corners[from], corners[from] + inwards * (way > length ? length / way : 1.f), color);
+    }
+}
+
+/// Three great circles, one about each axis.
+void drawSphere(DebugCollectorComponent &collector, const Vec4 &centre, float radius, const Vec4 &color)
+{
+    constexpr int parts = 24;
+    for (int axis = 0; axis < 3; ++axis)
+    {
+        const auto onCircle = [&](int part)
+        {
+            const float angle = 2.f * PI * static_cast<float>(part) / parts;
+            Vec4 point = centre;
+            point[(axis + 1) % 3] += radius * std::cos(angle);
+            point[(axis + 2) % 3] += radius * std::sin(angle);
+            return point;
+        };
+        for (int part = 0; part < parts; ++part)
+            collector.addLine3D(onCircle(part), onCircle(part + 1), color);
+    }
+}
+
+} // namespace
+
+void BoundingVolume::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
+{
+    const GlobalConfigSystem &config = getSystemDeref<GlobalConfigSystem>();
+    const auto collector = dcc.lookup();
+    if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawHitBoxes())
+        return;
+    TransformComponent *const transform = findTransform();
+    if (!transform || !isFinite(transform->getPosition()))
+        return;
+    const Vec4 color = colorOf(volumeType), place = transform->getPosition();
+    const Matrix4 toWorld = transform->getOrientation().generateRotation(place);
+    const BoxCorners corners = findBoxCorners(toWorld, hitBox);
+    if (volumeType == BV_SPHERE)
+        drawSphere(*collector, place, hitBox.x * 0.5f, color);
+    else if (volumeType == BV_BULLET)
+    {
+        const Vec4 half = toWorld.getColumn(2) * (0.5f * hitBox.z);
+        collector->addLine3D(place - half, place + half, color);
+    }
+    else
+        drawBoxEdges(*collector, corners, color);
+    if (trigger || interact)
+        markCorners(*collector, corners, ANSWER_COLOR);
+}

@@ -1,0 +1,10 @@
+#include "physics/volumes/Collision.h"
+
+AllocationCategory physicsAllocationCategory("physics");
+
+void Collision::release(Collision *collision)
+{
+    void *const block = dynamic_cast<void *>(collision);
+    destroyObject(collision);
+    deallocate(block);
+}

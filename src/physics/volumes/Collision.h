@@ -1,0 +1,36 @@
+// Collision: a contact that was found and waits to be resolved.
+#pragma once
+
+#include "foundation/Allocators.h"
+#include "object/tree/Handle.h"
+
+class BoundingVolume;
+
+/// For contacts, which live for a part of one frame.
+extern AllocationCategory physicsAllocationCategory;
+
+/// A contact of two volumes.
+///
+/// Lives from its detection to its resolution in the same frame, in the list of the grid that found it.
+class Collision
+{
+public:
+    Collision() = default;
+    Collision(const Collision &) = delete;
+    Collision &operator=(const Collision &) = delete;
+    virtual ~Collision() = default;
+
+    /// resolves a collision
+    virtual void resolve() = 0;
+
+    /// Makes a contact of a class, counted under the physics category; null when there is no memory.
+    template <class T>
+    static T *make()
+    {
+        return allocate_and_construct<T>(DefaultAllocator(), physicsAllocationCategory);
+    }
+    /// Frees a contact that `make` made.
+    static void release(Collision *collision);
+
+    Handle<BoundingVolume> volumes[2];
+};

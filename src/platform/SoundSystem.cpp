@@ -1,8 +1,0 @@
-#include "platform/SoundSystem.h"
-
-#include "engine/SystemSystem.h"
-
-System::DependencyList SoundSystem::systemDependencies()
-{
-    return {SystemSystem::staticType};
-}

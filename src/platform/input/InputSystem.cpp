@@ -1,0 +1,306 @@
+#include "platform/input/InputSystem.h"
+
+#include "platform/input/InputMessages.h"
+#include "platform/window/InputWindow.h"
+#include "platform/input/SendMessage.h"
+#include "platform/input/TextCapture.h"
+
+#include "engine/systems/SystemSystem.h"
+#include "object/reflection/Reflection.h"
+
+#include "foundation/Assertions.h"
+#include "port/win32/Cursor.h"
+#include "port/win32/Messages.h"
+#include "port/win32/Window.h"
+
+#include <cstring>
+
+namespace
+{
+/// What a bit of the button flags says.
+struct ButtonTransition
+{
+    USHORT flag;
+    unsigned click;
+    bool down;
+};
+
+constexpr ButtonTransition transitions[] = {
+    {RI_MOUSE_LEFT_BUTTON_DOWN, 0, true}, {RI_MOUSE_LEFT_BUTTON_UP, 0, false},    {RI_MOUSE_RIGHT_BUTTON_DOWN, 1, true},
+    {RI_MOUSE_RIGHT_BUTTON_UP, 1, false}, {RI_MOUSE_MIDDLE_BUTTON_DOWN, 2, true}, {RI_MOUSE_MIDDLE_BUTTON_UP, 2, false},
+    {RI_MOUSE_BUTTON_4_DOWN, 3, true},    {RI_MOUSE_BUTTON_4_UP, 3, false},       {RI_MOUSE_BUTTON_5_DOWN, 4, true},
+    {RI_MOUSE_BUTTON_5_UP, 4, false},
+};
+
+/// The window, started now if nobody has asked for it yet; null where there can be none.
+InputWindow *inputWindow()
+{
+    if (!InputWindow::current() && Reflection().getType(SCS("WindowSystem2")))
+        getSystem(SCS("WindowSystem2"));
+    return InputWindow::current();
+}
+
+WindowCoordinate toNormalized(const InputWindow &window, float x, float y)
+{
+    return window.convertWindowCoordinate(WindowCoordinate(x, y, WCS_PIXEL, WCS_PIXEL), WCS_NORMALIZED, WCS_NORMALIZED);
+}
+} // namespace
+
+void InputSystem::systemStartup()
+{
+    clear();
+    inDev.registerDevices();
+    if (!inputWindow())
+        return;
+    const POINT cursor = readCursor();
+    takeCursor(static_cast<float>(cursor.x), static_cast<float>(cursor.y));
+}
+
+void InputSystem::systemShutdown()
+{
+    inDev.shutdown();
+}
+
+System::DependencyList InputSystem::systemDependencies()
+{
+    return {SystemSystem::staticType};
+}
+
+void InputSystem::clear()
+{
+    std::memset(keyState, 0, sizeof(keyState));
+    std::memset(mouseState, 0, sizeof(mouseState));
+}
+
+void InputSystem::update()
+{
+    inDev.update();
+}
+
+void InputSystem::processWM_INPUT(WPARAM, LPARAM lParam)
+{
+    RAWINPUT input;
+    UINT size = sizeof(input);
+    const UINT copied =
+        GetRawInputData(reinterpret_cast<HRAWINPUT>(lParam), RID_INPUT, &input, &size, sizeof(RAWINPUTHEADER));
+    if (copied != sizeof(input))
+        return;
+
+    const bool madeByDevice = input.header.hDevice != nullptr;
+    if (madeByDevice && inDev.getReplay().isPlaying())
+        return;
+    if (input.header.dwType == RIM_TYPEMOUSE)
+        processMouse(input);
+    else if (input.header.dwType == RIM_TYPEKEYBOARD)
+        processKey(input);
+}
+
+void InputSystem::processMouse(const RAWINPUT &input)
+{
+    const RAWMOUSE &mouse = input.data.mouse;
+    if (inDev.getReplay().isPlaying())
+        replayedCursor = InputReplay::cursorOf(input);
+    inDev.getRecorder().record(input, readCursor());
+
+    const InputWindow *window = InputWindow::current();
+    const bool relative = window && window->isCursorRelative();
+    if (relative)
+        mouseMove(static_cast<float>(mouse.lLastX), static_cast<float>(mouse.lLastY));
+    else
+        mousePos(static_cast<float>(mouse.lLastX), static_cast<float>(mouse.lLastY));
+    processButtons(mouse);
+    if (mouse.usButtonFlags & RI_MOUSE_WHEEL)
+        mouseWheel(static_cast<SHORT>(mouse.usButtonData));
+}
+
+void InputSystem::processButtons(const RAWMOUSE &mouse)
+{
+    for (const ButtonTransition &transition : transitions)
+    {
+        if (!(mouse.usButtonFlags & transition.flag))
+            continue;
+        heldButtons[transition.click] = transition.down;
+        if (transition.down)
+            mouseDown(transition.click);
+        else
+            mouseUp(transition.click);
+    }
+}
+
+void InputSystem::processKey(const RAWINPUT &input)
+{
+    const RAWKEYBOARD &keyboard = input.data.keyboard;
+    const unsigned key = keyboard.VKey;
+    if (key >= heldKeys.size())
+        return;
+    inDev.getRecorder().record(input, POINT{0, 0});
+    if (keyboard.Flags & RI_KEY_BREAK)
+    {
+        heldKeys.reset(key);
+        keyUp(key);
+        return;
+    }
+
+    const bool repeated = heldKeys[key];
+    heldKeys.set(key);
+    if (key == VK_CAPITAL && !repeated)
+        capsLock = !capsLock;
+    if (heldKeys[VK_MENU] && key == VK_F4)
+        PostQuitMessage(0);
+
+    // The key that opens or closes a text entry types nothing into it.
+    const TextCapture *capture = TextCapture::current();
+    const bool typing = capture && capture->wantsText();
+    if (!repeated)
+        keyDown(key);
+    if (typing)
+        captureText(key);
+}
+
+void InputSystem::captureText(unsigned key) const
+{
+    TextCapture *capture = TextCapture::current();
+    if (!capture || !capture->wantsText() || heldKeys[VK_CONTROL] || heldKeys[VK_MENU])
+        return;
+    if (const unsigned code = convertToAscii(key))
+        capture->add(code);
+}
+
+unsigned InputSystem::convertToAscii(unsigned key) const
+{
+    return typedCode(key, heldKeys[VK_SHIFT], capsLock);
+}
+
+void InputSystem::keyDown(unsigned key)
+{
+    KV_VERIFY(key < KEYS, "There is no key %u, only 0 to %u", key, KEYS - 1);
+    if (noOp || key >= KEYS)
+        return;
+    keyState[key] = 1;
+    sendEngineMessage(KeyDownMessage, static_cast<int>(key));
+}
+
+void InputSystem::keyUp(unsigned key)
+{
+    KV_VERIFY(key < KEYS, "There is no key %u, only 0 to %u", key, KEYS - 1);
+    if (noOp || key >= KEYS)
+        return;
+    keyState[key] = 0;
+    sendEngineMessage(KeyUpMessage, static_cast<int>(key));
+}
+
+void InputSystem::mouseDown(unsigned click)
+{
+    KV_VERIFY(click < BUTTONS, "There is no mouse button %u, only 0 to %u", click, BUTTONS - 1);
+    if (noOp || click >= BUTTONS)
+        return;
+    mouseState[click] = 1;
+    sendEngineMessage(MouseDownMessage, click, mouseX, mouseY);
+}
+
+void InputSystem::mouseUp(unsigned click)
+{
+    KV_VERIFY(click < BUTTONS, "There is no mouse button %u, only 0 to %u", click, BUTTONS - 1);
+    if (noOp || click >= BUTTONS)
+        return;
+    mouseState[click] = 0;
+    sendEngineMessage(MouseUpMessage, click, mouseX, mouseY);
+}
+
+void InputSystem::mouseWheel(int direction)
+{
+    if (!noOp)
+        sendEngineMessage(MouseWheelMessage, direction, mouseX, mouseY);
+}
+
+void InputSystem::mouseMove(float x, float y)
+{
+    const InputWindow *window = InputWindow::current();
+    if (noOp || !window)
+        return;
+    const POINT cursor = readCursor();
+    takeCursor(static_cast<float>(cursor.x), static_cast<float>(cursor.y));
+    const WindowCoordinate motion = toNormalized(*window, x, y);
+    sendEngineMessage(MouseMove, motion.x, motion.y);
+}
+
+void InputSystem::mousePos(float, float)
+{
+    const InputWindow *window = InputWindow::current();
+    if (!window)
+        return;
+    const POINT cursor = readCursor();
+    takeCursor(static_cast<float>(cursor.x), static_cast<float>(window->getHeight() - cursor.y));
+    if (!noOp)
+        sendEngineMessage(MousePos, lowestButtonDown(), mouseX, mouseY);
+}
+
+void InputSystem::takeCursor(float x, float y)
+{
+    const InputWindow *window = InputWindow::current();
+    if (!window)
+        return;
+    const WindowCoordinate place = toNormalized(*window, x, y);
+    mouseX = place.x;
+    mouseY = place.y;
+}
+
+POINT InputSystem::readCursor() const
+{
+    if (inDev.getReplay().isPlaying())
+        return replayedCursor;
+    POINT cursor{0, 0};
+    const InputWindow *window = InputWindow::current();
+    if (window && GetCursorPos(&cursor))
+        ScreenToClient(window->getWindowHandle(), &cursor);
+    return cursor;
+}
+
+unsigned InputSystem::lowestButtonDown() const
+{
+    unsigned click = 0;
+    while (click < NO_BUTTON && !mouseState[click])
+        ++click;
+    return click;
+}
+
+void InputSystem::setVibration(unsigned player, WORD vib)
+{
+    inDev.setVibration(player, vib);
+}
+
+void InputSystem::setNoOp(bool drop)
+{
+    if (noOp == drop)
+        return;
+    noOp = drop;
+    InputWindow *window = InputWindow::current();
+    if (window && drop)
+        previousCursorMode = window->isCursorRelative();
+    if (window)
+        window->setCursorRelative(!drop && previousCursorMode);
+    if (!drop)
+        releaseWhatWasLetGo();
+}
+
+void InputSystem::releaseWhatWasLetGo()
+{
+    for (unsigned key = 0; key < heldKeys.size(); ++key)
+        if (keyState[key] && !heldKeys[key])
+            keyUp(key);
+    for (unsigned click = 0; click < BUTTONS; ++click)
+        if (mouseState[click] && !heldButtons[click])
+            mouseUp(click);
+}
+
+void InputSystem::setReplayFile(const String &file)
+{
+    replayFile = file;
+    inDev.getReplay().start(file);
+}
+
+void InputSystem::setRecordFile(const String &file)
+{
+    recordFile = file;
+    inDev.getRecorder().start(file);
+}

@@ -1,0 +1,104 @@
+// InputSystem: turns raw input and pad states into messages of the engine.
+#pragma once
+
+#include "platform/input/InputDevices.h"
+
+#include "engine/systems/System.h"
+
+#include <bitset>
+
+/// The one place where the game hears of keyboard, mouse and pads.
+///
+/// Sends the messages of InputMessages.h through the post office as the input arrives, and remembers what is down.
+/// Positions are normalised window coordinates. Text that is typed goes to the TextCapture as well.
+class InputSystem : public System
+{
+    KV_REFLECTED(InputSystem)
+public:
+    static constexpr unsigned KEYS = 65536;
+    static constexpr unsigned BUTTONS = 6;
+    static constexpr unsigned NO_BUTTON = 5; ///< in MousePos while no button is held
+
+    InputSystem() = default;
+
+    /// Takes the record behind a WM_INPUT message: key and button transitions, wheel and motion. Anything that is no
+    /// full record is dropped, and so are the devices' records while recorded input is played back.
+    void processWM_INPUT(WPARAM wParam, LPARAM lParam);
+    /// Begins a frame of the pads and of recorded input; see InputDevices::update.
+    void update();
+    /// Forgets every key and button that is down, without a message.
+    void clear();
+
+    /// Notes a key as down and sends KeyDownMessage, unless input is dropped.
+    /// @param key  virtual-key code, below 65536
+    void keyDown(unsigned key);
+    /// Notes a key as up and sends KeyUpMessage, unless input is dropped.
+    void keyUp(unsigned key);
+    /// Notes a button as down and sends MouseDownMessage, unless input is dropped.
+    /// @param click  0 left, 1 right, 2 middle, 3 and 4 the side buttons
+    void mouseDown(unsigned click);
+    /// Notes a button as up and sends MouseUpMessage, unless input is dropped.
+    void mouseUp(unsigned click);
+    /// Sends MouseWheelMessage, unless input is dropped.
+    /// @param direction  120 a notch away from the player, -120 a notch towards him
+    void mouseWheel(int direction);
+    /// Sends MouseMove with a motion in pixels, and takes over the cursor's position, unless input is dropped.
+    void mouseMove(float x, float y);
+    /// Takes over the cursor's position, counted from the lower edge, and sends MousePos, unless input is dropped. The
+    /// arguments, the motion in pixels, play no part.
+    void mousePos(float x, float y);
+
+    /// Sets both motors of a player's pad, 0 still to 65535 full.
+    void setVibration(unsigned player, WORD vib);
+    /// Drops key and mouse events while set, and lets the cursor go meanwhile.
+    ///
+    /// What is released during that time is released for the game when it ends.
+    void setNoOp(bool drop);
+    /// Plays a recording back from the next frame on in the place of all devices, up to its end; see InputReplay.h. An
+    /// empty name stops it.
+    void setReplayFile(const String &file);
+    /// Records all input from the next frame on, in a file that setReplayFile takes. An empty name stops it.
+    void setRecordFile(const String &file);
+
+    bool isKeyDown(unsigned key) const { return key < KEYS && keyState[key]; }
+    bool isMouseDown(unsigned click) const { return click < BUTTONS && mouseState[click]; }
+    float getMouseX() const { return mouseX; }
+    float getMouseY() const { return mouseY; }
+    bool getNoOp() const { return noOp; }
+    String getReplayFile() const { return replayFile; }
+    String getRecordFile() const { return recordFile; }
+    /// The code that a key types, for TextCapture::add, with shift and caps lock as they are; 0 for none.
+    unsigned convertToAscii(unsigned key) const;
+    /// The devices themselves, for the process's main loop.
+    InputDevices &getInputDevices() { return inDev; }
+
+protected:
+    void systemStartup() override;
+    void systemShutdown() override;
+    DependencyList systemDependencies() override;
+
+private:
+    void processMouse(const RAWINPUT &input);
+    void processButtons(const RAWMOUSE &mouse);
+    void processKey(const RAWINPUT &input);
+    void captureText(unsigned key) const;
+    void releaseWhatWasLetGo();
+    POINT readCursor() const;
+    void takeCursor(float x, float y);
+    unsigned lowestButtonDown() const;
+
+    float mouseX = 0.0f;           ///< normalised
+    float mouseY = 0.0f;           ///< normalised
+    BYTE keyState[KEYS] = {};      ///< 1: down, as the game was told
+    BYTE mouseState[BUTTONS] = {}; ///< 1: down, as the game was told
+    bool noOp = false;
+    bool previousCursorMode = false; ///< whether the cursor was held when noOp was set
+    InputDevices inDev;
+
+    std::bitset<256> heldKeys;        ///< down on the keyboard, told to the game or not
+    std::bitset<BUTTONS> heldButtons; ///< down on the mouse, told to the game or not
+    bool capsLock = false;
+    POINT replayedCursor{0, 0}; ///< of the last mouse record of a recording, client pixels
+    String replayFile;
+    String recordFile;
+};

@@ -1,0 +1,318 @@
+#include "platform/window/WindowSystem2.h"
+
+#include "platform/window/GraphicsAdapterSystem.h"
+
+#include "engine/screen/ScreenMetrics.h"
+#include "platform/input/InputSystem.h"
+#include "platform/window/InputWindow.h"
+
+#include "foundation/Assertions.h"
+#include "port/tweakbar/TweakBar.h"
+#include "port/win32/Diagnostics.h"
+#include "port/win32/Display.h"
+#include "port/win32/Window.h"
+
+#include <algorithm>
+
+namespace
+{
+constexpr const char *CLASS_NAME = "kvWindowClass";
+constexpr const char *TITLE = "Mornal";
+constexpr WORD ICON_RESOURCE = 102;
+
+constexpr DWORD WINDOWED_STYLE = WS_VISIBLE | WS_CAPTION;
+/// What a change of mode gives to a framed window and takes from a bare one.
+constexpr DWORD FRAME_STYLE = WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
+/// What a change of mode keeps of the style: everything that is neither frame nor visibility.
+constexpr DWORD KEPT_STYLE = 0x6F380000;
+
+/// Raises the text with the system's reason as a critical assertion.
+ErrorCode failWindow(const char *text)
+{
+    const ErrorCode reason = winError();
+    KV_FATAL("%s\n\n%s", text, reason.toString().toCString());
+    return ErrorCode(ErrorCode::WIN32_ERROR, reason.getHRESULT());
+}
+
+/// Reports the text with the system's reason in the log.
+void warnOfWindow(const char *text)
+{
+    KV_WARN("%s\n\n%s", text, winError().toString().toCString());
+}
+
+/// Largest window, pixels: that of the largest screens, since the render targets of a larger one fill the memory.
+constexpr int LARGEST_WIDTH = 7680;
+constexpr int LARGEST_HEIGHT = 4320;
+
+/// Where a window of this size stands in the middle of the screen.
+POINT centred(const RECT &rect)
+{
+    return {(GetSystemMetrics(SM_CXSCREEN) - (rect.right - rect.left)) / 2,
+            (GetSystemMetrics(SM_CYSCREEN) - (rect.bottom - rect.top)) / 2};
+}
+} // namespace
+
+/// What the input system sees of the window.
+class WindowSystem2::InputView : public InputWindow
+{
+public:
+    explicit InputView(WindowSystem2 &window_) : window(window_) { InputWindow::setCurrent(this); }
+    ~InputView() override { InputWindow::setCurrent(nullptr); }
+
+    HWND getWindowHandle() const override { return window.getWindowHandle(); }
+    int getHeight() const override { return window.getHeight(); }
+    bool isCursorRelative() const override { return window.getCursorMode() == CURSOR_RELATIVE; }
+    void setCursorRelative(bool relative) override
+    {
+        window.setCursorMode(relative ? CURSOR_RELATIVE : CURSOR_ABSOLUTE);
+    }
+    WindowCoordinate convertWindowCoordinate(const WindowCoordinate &in, WindowCoordinateSystem xTarget,
+                                             WindowCoordinateSystem yTarget) const override
+    {
+        return window.convertWindowCoordinate(in, xTarget, yTarget);
+    }
+
+private:
+    WindowSystem2 &window;
+};
+
+Handle<WindowSystem2> WindowSystem2::instance;
+
+WindowSystem2::WindowSystem2() = default;
+WindowSystem2::~WindowSystem2() = default;
+
+void WindowSystem2::systemStartup()
+{
+    instance = ::getHandle(this);
+    setDisplayMode(displayMode);
+    KV_CRITICAL_ASSERT(createWindow().succeeded(), "Unable to create the game window.");
+    hArrowCursor = LoadCursorA(nullptr, IDC_ARROW);
+    inputView = std::make_unique<InputView>(*this);
+    setCursorMode(CURSOR_RELATIVE);
+}
+
+void WindowSystem2::systemShutdown()
+{
+    setCursorMode(CURSOR_ABSOLUTE);
+    inputView.reset();
+    instance = Handle<WindowSystem2>();
+    if (hWnd)
+        DestroyWindow(hWnd);
+    hWnd = nullptr;
+    UnregisterClassA(CLASS_NAME, nullptr);
+    windowClass = 0;
+}
+
+System::DependencyList WindowSystem2::systemDependencies()
+{
+    return {GraphicsAdapterSystem::staticType};
+}
+
+UpdaterList WindowSystem2::getUpdaters()
+{
+    constexpr int beforeAllManagers = 50;
+    return {Updater(SCS("WindowSystem2::constrainCursorIfNeeded"), bind(SCS("constrainCursorIfNeeded")),
+                    beforeAllManagers, true)};
+}
+
+ErrorCode WindowSystem2::registerWindowClass()
+{
+    WNDCLASSEXA description;
+    description.lpfnWndProc = forwardingWndProc;
+    description.hIcon = static_cast<HICON>(
+        LoadImageA(nullptr, MAKEINTRESOURCEA(ICON_RESOURCE), IMAGE_ICON, 0, 0, LR_DEFAULTSIZE | LR_SHARED));
+    description.hbrBackground = static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH));
+    description.lpszClassName = CLASS_NAME;
+    windowClass = RegisterClassExA(&description);
+    return windowClass ? ErrorCode() : failWindow("Could not create the window class");
+}
+
+ErrorCode WindowSystem2::createWindow()
+{
+    const ErrorCode registered = registerWindowClass();
+    if (!registered.succeeded())
+        return registered;
+
+    const DWORD style = fullScreen ? WS_POPUP : WINDOWED_STYLE;
+    RECT rect{0, 0, curWidth, curHeight};
+    if (!AdjustWindowRect(&rect, style, FALSE))
+        return failWindow("Could not calculate the required window size");
+    const POINT place = fullScreen ? POINT{0, 0} : centred(rect);
+    hWnd = CreateWindowExA(0, CLASS_NAME, TITLE, style, place.x, place.y, rect.right - rect.left,
+                           rect.bottom - rect.top, nullptr, nullptr, nullptr, nullptr);
+    if (!hWnd)
+        return failWindow("Could not create the window!");
+
+    RECT client;
+    if (GetClientRect(hWnd, &client))
+        takeClientSize(client.right, client.bottom);
+    ShowWindow(hWnd, SW_SHOW);
+    UpdateWindow(hWnd);
+    showCursor(false);
+    return ErrorCode();
+}
+
+void WindowSystem2::setDisplayMode(int val)
+{
+    const GraphicsAdapterSystem &adapter = getSystemDeref<GraphicsAdapterSystem>();
+    const bool known = val >= 0 && val < adapter.getNumDisplayModes();
+    KV_VERIFY(known, "Invalid mode ID %i", val);
+    if (!known)
+        return;
+
+    displayMode = val;
+    refreshRate = adapter.getDisplayModeRefreshRate(val);
+    const bool ownSize = !fullScreen && windowedWidth > 0;
+    const int width = ownSize ? windowedWidth : adapter.getDisplayModeWidth(val);
+    const int height = ownSize ? windowedHeight : adapter.getDisplayModeHeight(val);
+    takeClientSize(width, height);
+    if (hWnd)
+        updateWindow(width, height);
+}
+
+void WindowSystem2::updateWindow(int width, int height)
+{
+    const DWORD kept = static_cast<DWORD>(GetWindowLongA(hWnd, GWL_STYLE)) & KEPT_STYLE;
+    const DWORD style = fullScreen ? kept & ~FRAME_STYLE : kept | FRAME_STYLE;
+    SetLastError(ERROR_SUCCESS);
+    if (!SetWindowLongA(hWnd, GWL_STYLE, static_cast<LONG>(style)) && GetLastError() != ERROR_SUCCESS)
+        warnOfWindow("Could not update the window flags");
+
+    RECT rect{0, 0, std::clamp(width, 1, LARGEST_WIDTH), std::clamp(height, 1, LARGEST_HEIGHT)};
+    AdjustWindowRect(&rect, style, FALSE);
+    const POINT place = fullScreen ? POINT{0, 0} : centred(rect);
+    if (!SetWindowPos(hWnd, nullptr, place.x, place.y, rect.right - rect.left, rect.bottom - rect.top,
+                      SWP_NOZORDER | SWP_FRAMECHANGED | SWP_SHOWWINDOW))
+        warnOfWindow("Could not set the new window size");
+
+    RECT client;
+    if (GetClientRect(hWnd, &client))
+        takeClientSize(client.right, client.bottom);
+    else
+        warnOfWindow("Could not get the new window size");
+    if (sizeListener)
+        sizeListener();
+}
+
+void WindowSystem2::takeClientSize(int width, int height)
+{
+    curWidth = width;
+    curHeight = height;
+    normalizationFactor = static_cast<float>(std::max({width, height, 1}));
+    publishMetrics();
+}
+
+void WindowSystem2::publishMetrics() const
+{
+    setScreenMetrics({curWidth, curHeight, normalizationFactor});
+}
+
+void WindowSystem2::setFullScreen(bool val)
+{
+    fullScreen = val;
+    setDisplayMode(displayMode);
+}
+
+void WindowSystem2::setWindowedSize(int width, int height)
+{
+    const bool valid = (width > 0 && height > 0) || (width == 0 && height == 0);
+    KV_VERIFY(valid, "Invalid window size %i x %i; both must be above 0, or both 0 for the mode's size", width, height);
+    if (!valid)
+        return;
+    windowedWidth = width;
+    windowedHeight = height;
+    setDisplayMode(displayMode);
+}
+
+WindowCoordinate WindowSystem2::convertWindowCoordinate(const WindowCoordinate &in, WindowCoordinateSystem xTarget,
+                                                        WindowCoordinateSystem yTarget) const
+{
+    return in.convert(xTarget, yTarget, curWidth, curHeight, normalizationFactor);
+}
+
+void WindowSystem2::setCursorMode(CursorMode val)
+{
+    if (val == currentCursorMode || (val != CURSOR_RELATIVE && val != CURSOR_ABSOLUTE))
+        return;
+    currentCursorMode = val;
+    if (val == CURSOR_RELATIVE)
+    {
+        if (!GetCursorPos(&lastUnconstrainedCursorPos))
+            warnOfWindow("Could not get mouse position");
+        showCursor(false);
+        constrainCursorIfNeeded();
+        return;
+    }
+    if (!SetCursorPos(lastUnconstrainedCursorPos.x, lastUnconstrainedCursorPos.y))
+        warnOfWindow("Could not reset mouse position");
+    showCursor(true);
+}
+
+void WindowSystem2::showCursor(bool show)
+{
+    if (show == cursorShown)
+        return;
+    cursorShown = show;
+    ShowCursor(show);
+}
+
+void WindowSystem2::constrainCursorIfNeeded()
+{
+    if (currentCursorMode != CURSOR_RELATIVE || !windowActive || !hWnd)
+        return;
+    POINT centre{curWidth / 2, curHeight / 2};
+    const bool placed = ClientToScreen(hWnd, &centre);
+    reportOnce(placeReported, placed, "Could not get screen-relative mouse coordinate");
+    if (placed)
+        reportOnce(centreReported, SetCursorPos(centre.x, centre.y), "Could not set mouse to center of screen");
+}
+
+void WindowSystem2::reportOnce(bool &reported, bool succeeded, const char *text)
+{
+    // A failure that lasts would otherwise fill the log, a line a frame.
+    if (!succeeded && !reported)
+        warnOfWindow(text);
+    reported = !succeeded;
+}
+
+LRESULT CALLBACK WindowSystem2::forwardingWndProc(HWND window, UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    const auto self = instance.lookup();
+    if (!self)
+        return DefWindowProcA(window, uMsg, wParam, lParam);
+    // The first messages come while the window is being made.
+    if (!self->hWnd)
+        self->hWnd = window;
+    return self->wndProc(uMsg, wParam, lParam);
+}
+
+LRESULT WindowSystem2::wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam)
+{
+    const HWND window = hWnd;
+    if (TwEventWin(window, uMsg, wParam, lParam))
+        return 0;
+    switch (uMsg)
+    {
+    case WM_DESTROY:
+        PostQuitMessage(0);
+        hWnd = nullptr;
+        return 0;
+    case WM_ACTIVATE:
+    case WM_ACTIVATEAPP:
+    case WM_NCACTIVATE:
+        windowActive = wParam != 0;
+        return DefWindowProcA(window, uMsg, wParam, lParam);
+    case WM_PAINT:
+        ValidateRect(window, nullptr);
+        return 0;
+    case WM_ERASEBKGND:
+        return 1;
+    case WM_SETCURSOR:
+        return 0;
+    case WM_INPUT:
+        getSystemDeref<InputSystem>().processWM_INPUT(wParam, lParam);
+        return 0;
+    default:
+        return DefWindowProcA(window, uMsg, wParam, lParam);
+    }
+}

@@ -1,0 +1,110 @@
+// WindowSystem2: the game's one window, its mode, its coordinates, and the hold on the mouse cursor.
+#pragma once
+
+#include "engine/systems/System.h"
+#include "engine/screen/WindowCoordinate.h"
+
+#include "foundation/ErrorCode.h"
+#include "port/win32/WinTypes.h"
+
+#include <functional>
+#include <memory>
+
+class InputWindow;
+
+/// Owns the game's window from the start of the system to its shutdown.
+///
+/// The authority on window coordinates, in which all screen-space layout is expressed: it publishes the client size to
+/// the layers below it. Lengths are in pixels. Closing the window ends the game with exit code 0.
+class WindowSystem2 : public System
+{
+    KV_REFLECTED(WindowSystem2)
+public:
+    enum CursorMode
+    {
+        CURSOR_RELATIVE = 0, ///< hidden and kept at the window's centre; the mouse tells motion
+        CURSOR_ABSOLUTE = 1  ///< free; the mouse tells a place
+    };
+
+    WindowSystem2();
+    ~WindowSystem2() override;
+
+    HWND getWindowHandle() const { return hWnd; }
+    /// Width of the client area, pixels.
+    int getWidth() const { return curWidth; }
+    /// Height of the client area, pixels.
+    int getHeight() const { return curHeight; }
+    bool getFullScreen() const { return fullScreen; }
+    /// Takes the whole display, or gives it back.
+    void setFullScreen(bool val);
+    /// Refresh rate of the selected mode, hertz.
+    int getSelectedRefreshRate() const { return refreshRate; }
+
+    /// Index of the selected mode in the list of GraphicsAdapterSystem; 0, the best, by default.
+    int getDisplayMode() const { return displayMode; }
+    /// Selects a mode, for the window as it stands or as it will be made; a bad index is reported and changes nothing.
+    void setDisplayMode(int val);
+    /// Gives the window a size of its own while it does not take the whole display; 0 and 0 mean the mode's size.
+    ///
+    /// For runs that must look the same on every screen.
+    void setWindowedSize(int width, int height);
+
+    CursorMode getCursorMode() const { return currentCursorMode; }
+    /// Holds the cursor at the window's centre, or puts it back where it was and lets it go.
+    void setCursorMode(CursorMode val);
+
+    /// The coordinate in the target systems for the window as it is now; see WindowCoordinate::convert.
+    WindowCoordinate convertWindowCoordinate(const WindowCoordinate &in, WindowCoordinateSystem xTarget,
+                                             WindowCoordinateSystem yTarget) const;
+
+    /// Has somebody told of every change of the window's size, after it; none with an empty function.
+    ///
+    /// One listener, for the device whose picture has to follow; it takes itself out before it goes.
+    void setSizeListener(std::function<void()> listener) { sizeListener = std::move(listener); }
+
+    /// Puts a held cursor back to the window's centre while the window is in front. Frame step.
+    void constrainCursorIfNeeded();
+
+protected:
+    void systemStartup() override;
+    void systemShutdown() override;
+    DependencyList systemDependencies() override;
+    UpdaterList getUpdaters() override;
+
+private:
+    class InputView;
+
+    static LRESULT CALLBACK forwardingWndProc(HWND window, UINT uMsg, WPARAM wParam, LPARAM lParam);
+    LRESULT wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam);
+
+    ErrorCode createWindow();
+    ErrorCode registerWindowClass();
+    void updateWindow(int width, int height);
+    void takeClientSize(int width, int height);
+    void publishMetrics() const;
+    void showCursor(bool show);
+    void reportOnce(bool &reported, bool succeeded, const char *text);
+
+    HWND hWnd = nullptr;
+    ATOM windowClass = 0;
+    int curWidth = 0;                ///< pixels
+    int curHeight = 0;               ///< pixels
+    float normalizationFactor = 1.f; ///< pixels of one normalised unit: the larger of width and height
+    int refreshRate = 0;             ///< hertz
+    bool fullScreen = false;
+    int displayMode = 0; ///< index into the mode list
+    CursorMode currentCursorMode = CURSOR_ABSOLUTE;
+    POINT lastUnconstrainedCursorPos{0, 0}; ///< screen pixels
+    HCURSOR hArrowCursor = nullptr;
+    bool windowActive = false;
+
+    int windowedWidth = 0;  ///< pixels; 0: the mode's
+    int windowedHeight = 0; ///< pixels; 0: the mode's
+    bool cursorShown = true;
+    bool centreReported = false; ///< the cursor could not be held lately, and the log says so
+    bool placeReported = false;  ///< the window's place could not be had lately, and the log says so
+    std::unique_ptr<InputView> inputView;
+    std::function<void()> sizeListener; ///< may be empty
+    static Handle<WindowSystem2>
+        instance; ///< from the beginning of its start on, which is before others can ask for it
+};

@@ -1,9 +1,0 @@
-#include "rendering/WholeWindow.h"
-
-#include "rendering/WindowSystem2.h"
-
-WindowCoordinate getWholeWindow()
-{
-    return getSystemDeref<WindowSystem2>().convertWindowCoordinate(WindowCoordinate(1, 1, WCS_PERCENT, WCS_PERCENT),
-                                                                   WCS_NORMALIZED_NOWRAP, WCS_NORMALIZED_NOWRAP);
-}

@@ -1,0 +1,258 @@
+#include "rendering/device/GraphicsSystem2.h"
+
+#include "platform/window/GraphicsAdapterSystem.h"
+#include "rendering/frame/SceneGraph.h"
+#include "rendering/frame/ViewerComponent.h"
+#include "rendering/drawn/WholeWindow.h"
+#include "platform/window/WindowSystem2.h"
+
+#include "assets/cache/AssetSystem.h"
+#include "assets/cache/AssetUploader.h"
+#include "assets/models/DynamicMeshAsset.h"
+#include "assets/models/DynamicMeshAssetLoader.h"
+#include "assets/cache/TextureAsset.h"
+#include "engine/entities/ComponentOf.h"
+
+#include "foundation/Assertions.h"
+#include "port/d3d9/D3D9Extras.h"
+#include "port/d3d9/d3d9.h"
+#include "port/tweakbar/TweakBar.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+/// Hands finished assets to the system that installed it.
+class GraphicsUploader : public IAssetUploader
+{
+public:
+    explicit GraphicsUploader(GraphicsSystem2 &graphics_) : graphics(graphics_) {}
+
+    ErrorCode uploadTexture(Handle<TextureAsset> texture) override { return graphics.uploadTexture(texture); }
+    ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image) override
+    {
+        return graphics.uploadCoverage(texture, image);
+    }
+    ErrorCode uploadMesh(Handle<MeshAsset> mesh) override { return graphics.uploadMesh(mesh); }
+
+private:
+    GraphicsSystem2 &graphics;
+};
+
+} // namespace
+
+GraphicsSystem2::GraphicsSystem2() = default;
+
+GraphicsSystem2::~GraphicsSystem2()
+{
+    releaseDevice();
+}
+
+void GraphicsSystem2::systemStartup()
+{
+    initDefaultVertexTypes();
+    deviceIsLost = true;
+    createDevice();
+    shaders.setDirectDevice(device);
+    shaders.CreateShader(SCS("ff.fx"));
+    shaders.CreateShader(SCS("lights.fx"));
+    shaders.CreateShader(SCS("test.fx"));
+    uploader = std::make_unique<GraphicsUploader>(*this);
+    setAssetUploader(uploader.get());
+    // The reset reports for itself, and is tried again with the next frame.
+    getSystemDeref<WindowSystem2>().setSizeListener([this] { resetDevice().ignoreError(); });
+}
+
+void GraphicsSystem2::systemShutdown()
+{
+    getSystemDeref<WindowSystem2>().setSizeListener({});
+    if (uploader)
+        setAssetUploader(nullptr);
+    uploader.reset();
+    releaseDevice();
+}
+
+System::DependencyList GraphicsSystem2::systemDependencies()
+{
+    return {WindowSystem2::staticType, GraphicsAdapterSystem::staticType};
+}
+
+UpdaterList GraphicsSystem2::getUpdaters()
+{
+    return {Updater(SCS("GraphicsSystem2::beginFrame"), bind(SCS("beginFrame")), 1000001, true),
+            Updater(SCS("GraphicsSystem2::endFrame"), bind(SCS("endFrame")), 90000000, true),
+            Updater(SCS("GraphicsSystem2::present"), bind(SCS("present")), 91000000, true)};
+}
+
+ErrorCode GraphicsSystem2::beginFrame()
+{
+    if (!device)
+        return ErrorCode::SUCCESS;
+    const ErrorCode recovery = tryToRecoverDevice();
+    if (!recovery.succeeded() || deviceIsLost)
+        return recovery;
+
+    ErrorCode result = dxCall(device->BeginScene());
+    KV_VERIFY(result.succeeded(), result.getErrorString());
+    if (!result.succeeded())
+        return result;
+    static const String screen = SCS("screen");
+    result = useRenderTargets(screen);
+    if (!result.succeeded())
+        return result;
+    result = dxCall(device->Clear(0, nullptr, D3DCLEAR_TARGET | D3DCLEAR_ZBUFFER | D3DCLEAR_STENCIL, 0, 1.0f, 0));
+    if (!result.succeeded())
+        return result;
+    result = dxCall(device->SetRenderState(D3DRS_CULLMODE, D3DCULL_CCW));
+    KV_VERIFY(result.succeeded(), result.getErrorString());
+    return result;
+}
+
+ErrorCode GraphicsSystem2::endFrame()
+{
+    if (!deviceIsReady())
+        return ErrorCode::SUCCESS;
+    // The tweak bar library draws with its own streams and expects to find none bound.
+    for (UINT stream = 0; stream < 2; ++stream)
+    {
+        device->SetStreamSourceFreq(stream, 1);
+        device->SetStreamSource(stream, nullptr, 0, 0);
+    }
+    if (showAntTweakBar)
+    {
+        // The bars lie above this folder, and start with the first frame that shows them.
+        static const String bars = SCS("TweakSystem");
+        getSystem(bars);
+        TwDraw();
+    }
+    return dxCall(device->EndScene());
+}
+
+ErrorCode GraphicsSystem2::present()
+{
+    if (!deviceIsReady())
+        return ErrorCode::SUCCESS;
+    writeScreenshot();
+    const ErrorCode result = dxCall(device->Present(nullptr, nullptr, nullptr, nullptr));
+    if (result.getHRESULT() != D3DERR_DEVICELOST)
+        return result;
+    lostDevice();
+    return ErrorCode::SUCCESS;
+}
+
+void GraphicsSystem2::captureScreen(const String &fileName)
+{
+    screenshotFile = fileName;
+}
+
+void GraphicsSystem2::writeScreenshot()
+{
+    if (screenshotFile.empty())
+        return;
+    const ErrorCode result = dxCall(port::saveBackBuffer(device, screenshotFile.toCString()));
+    KV_VERIFY(result.succeeded(), "The screenshot %s could not be written (%s); does its folder exist?",
+              screenshotFile.toCString(), result.toString().toCString());
+    screenshotFile = String();
+}
+
+Handle<SceneGraph> GraphicsSystem2::getNewSceneGraph()
+{
+    const Handle<SceneGraph> hSceneGraph = construct<SceneGraph>(defaultAllocationCategory);
+    hSceneGraph.lookup()->setParent(getHandle());
+    return hSceneGraph;
+}
+
+Handle<DynamicMeshAsset> GraphicsSystem2::getFullScreenQuad()
+{
+    if (fullScreenQuad.isValid())
+        return fullScreenQuad;
+    const Handle<Asset> quad =
+        getSystemDeref<AssetSystem>().startLoad(DynamicMeshAssetLoader::staticType, SCS("<dynamic>"), nullptr, 0);
+    fullScreenQuad = handle_cast<DynamicMeshAsset>(quad);
+    updateFullScreenQuad();
+    return fullScreenQuad;
+}
+
+void GraphicsSystem2::updateFullScreenQuad()
+{
+    const auto quad = fullScreenQuad.lookup();
+    if (!quad)
+        return;
+    // Half a texel, so that pixel centres of the target meet texel centres of the textures that are read.
+    const WindowCoordinate halfTexel = getSystemDeref<WindowSystem2>().convertWindowCoordinate(
+        WindowCoordinate(0.5f, -0.5f, WCS_PIXEL, WCS_PIXEL), WCS_NORMALIZED_NOWRAP, WCS_NORMALIZED_NOWRAP);
+    const float ox = halfTexel.x / renderScale;
+    const float oy = halfTexel.y / renderScale;
+    const auto corner = [ox, oy](float x, float y, float u, float v) {
+        return DefaultMeshVertex{{x - ox, y - oy, 0}, {0, 0, -1}, {1, 0, 0}, {0, 1, 0}, {u, v}};
+    };
+    quad->setMeshData({corner(-1, 1, 0, 0), corner(1, 1, 1, 0), corner(1, -1, 1, 1), corner(-1, -1, 0, 1)},
+                      {0, 1, 2, 0, 2, 3});
+}
+
+Vec4 GraphicsSystem2::unprojectPointFromLastFrame(const Vec4 &screenPoint, bool useSceneDepth)
+{
+    static const String viewerKey = SCS("viewer");
+    auto *const viewer = componentOf<ViewerComponent>(lastFrameCamera, viewerKey);
+    if (!viewer)
+        return Vec4(0, 0, 0, 1);
+    const WindowCoordinate size = getWholeWindow();
+    return viewer->unProject(screenPoint, size.x, size.y, true);
+}
+
+void GraphicsSystem2::setRenderScale(float val)
+{
+    const float scale = std::isfinite(val) ? std::clamp(val, 0.1f, 2.0f) : 1.0f;
+    if (scale == renderScale)
+        return;
+    renderScale = scale;
+    if (deviceIsReady())
+        resetDevice().ignoreError(); // a failure leaves the device lost, and beginFrame goes on from there
+}
+
+void GraphicsSystem2::setGamma(float val)
+{
+    gamma = std::isfinite(val) ? std::clamp(val, 1.0f, 4.0f) : 2.2f;
+}
+
+int GraphicsSystem2::getDrawCallCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).draws);
+}
+
+int GraphicsSystem2::getInstanceCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).instances);
+}
+
+int GraphicsSystem2::getTriangleCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).triangles);
+}
+
+int GraphicsSystem2::getStateChangeCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).stateChanges);
+}
+
+int GraphicsSystem2::getTargetChangeCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).targetChanges);
+}
+
+int GraphicsSystem2::getClearCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).clears);
+}
+
+int GraphicsSystem2::getUploadCount() const
+{
+    return static_cast<int>(port::lastFrameStats(device).uploads);
+}
+
+IDirect3DDevice9 *GraphicsSystem2::replaceDevice(IDirect3DDevice9 *other)
+{
+    return std::exchange(device, other);
+}

@@ -1,0 +1,293 @@
+// GraphicsSystem2: owner of the Direct3D 9 device and of everything bound to it.
+#pragma once
+
+#include "rendering/device/ShaderBank.h"
+#include "rendering/device/VertexDescription.h"
+
+#include "assets/models/ModelFileHeaders.h"
+#include "engine/systems/System.h"
+
+#include "foundation/ErrorCode.h"
+#include "foundation/KVString.h"
+#include "foundation/Vector.h"
+#include "port/d3d9/d3d9types.h"
+
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+class DynamicMeshAsset;
+class Entity;
+class IAssetUploader;
+class MeshAsset;
+class SceneGraph;
+class ShaderAsset;
+class TextureAsset;
+struct CoverageImage;
+struct IDirect3DDevice9;
+struct IDirect3DIndexBuffer9;
+struct IDirect3DSurface9;
+struct IDirect3DTexture9;
+struct IDirect3DVertexBuffer9;
+struct IDirect3DVertexDeclaration9;
+
+/// The graphics device for the rest of the engine: render targets, textures, meshes and effects by name or handle.
+///
+/// No other class holds a device resource. A lost device is hidden here: drawing stops being possible, beginFrame
+/// brings the device back when it can, and whoever draws only asks deviceIsReady. The frame brackets beginFrame,
+/// endFrame and present are updaters of every level, run also while the level is stopped.
+class GraphicsSystem2 : public System
+{
+    KV_REFLECTED(GraphicsSystem2)
+public:
+    /// How a render target takes part in a pass.
+    enum RenderTargetBindMode
+    {
+        AS_TARGET = 0,  ///< drawn into
+        AS_TEXTURE = 1, ///< read by the effect
+        AS_UNBOUND = 2  ///< not at all
+    };
+
+    struct ShaderID;          // RenderParams.h
+    struct SceneRenderParams; // RenderParams.h
+    struct BatchRenderParams; // RenderParams.h
+
+    /// A colour target by name.
+    struct RenderTarget
+    {
+        int logDivisor = 0; ///< size rule: see registerRenderTarget
+        D3DFORMAT format = D3DFMT_UNKNOWN;
+        IDirect3DTexture9 *tex = nullptr;  ///< null for "screen"
+        IDirect3DSurface9 *surf = nullptr; ///< level 0
+    };
+    /// A depth and stencil target by name.
+    struct DepthTarget
+    {
+        int logDivisor = 0;
+        D3DFORMAT format = D3DFMT_UNKNOWN;
+        IDirect3DSurface9 *surf = nullptr;
+    };
+    /// The device's copy of a mesh.
+    struct MeshData
+    {
+        IDirect3DVertexBuffer9 *vertices = nullptr;
+        IDirect3DIndexBuffer9 *indices = nullptr; ///< null for a mesh without indices
+        unsigned maxVertexSize = 0;               ///< bytes of the vertex buffer as created
+        unsigned maxIndexSize = 0;                ///< bytes of the index buffer as created
+        MeshChunkHeader meshHeader = {};          ///< describes the present contents
+        Vec4 sphere = Vec4(0, 0, 0, -1);          ///< around its vertices: centre and, in w, radius
+    };
+
+    GraphicsSystem2();
+    ~GraphicsSystem2() override;
+
+    /// Brings a lost device back if it can, then opens and clears the frame. Success also while it stays lost.
+    ErrorCode beginFrame();
+    /// Closes the frame, with the tweak bars drawn on top if they are shown.
+    ErrorCode endFrame();
+    /// Shows the frame; a device found lost is success, and beginFrame deals with it.
+    ErrorCode present();
+
+    /// Writes the next presented frame into a PNG file; a later call before that replaces the name.
+    ///
+    /// The path is relative to the working directory. A file that cannot be written is logged with the reason.
+    void captureScreen(const String &fileName);
+
+    /// Marks the device as lost and gives up what may not outlive a reset; a second call does nothing.
+    void lostDevice();
+    /// Resets the device, for a new window size or after a loss; failing that, it stays lost.
+    ErrorCode resetDevice();
+    /// Whether drawing is possible: there is a device and it is not lost.
+    bool deviceIsReady() const;
+
+    /// Makes a colour target and its texture.
+    ///
+    /// A divisor from 0 up halves the back buffer's size that often; a negative one gives a square of that side.
+    /// A name that is there already is replaced. The name "screen" is the back buffer's own.
+    ErrorCode registerRenderTarget(String name, int logSizeDivisor, D3DFORMAT format, bool buildMipChain = false);
+    /// Makes a depth and stencil target; the size rule is that of registerRenderTarget.
+    ErrorCode registerDepthTarget(String name, int logSizeDivisor, D3DFORMAT format);
+    /// Binds up to four targets to slots 0 to 3; an empty name unbinds. Stops at the first failure, earlier slots stay.
+    ErrorCode useRenderTargets(String name1, String name2 = String(), String name3 = String(), String name4 = String());
+    /// Binds one level of a target to a slot: UNKNOWN_KEY for an unknown name; an empty one unbinds, slot 0 to the
+    /// back buffer.
+    ErrorCode useRenderTargetAndMipLevel(int targetID, const String &name, int mipLevel = 0);
+    /// Binds a depth target; an empty name unbinds.
+    ErrorCode useDepthTarget(const String &name);
+    /// The texture of a target, borrowed; UNKNOWN_KEY for an unknown name and for one without a texture.
+    ErrorReturn<IDirect3DTexture9 *> getRenderTargetTexture(const String &name);
+    /// One level of a target with a reference that the caller releases; null for an empty name.
+    ErrorReturn<IDirect3DSurface9 *> getSingleRenderTargetSurface(const String &name, int mipLevel);
+    /// A depth target with a reference that the caller releases; null for an empty name.
+    ErrorReturn<IDirect3DSurface9 *> getSingleDepthTargetSurface(const String &name);
+
+    /// Reads a texture's file into the device; ends in the asset's onUploadComplete.
+    ErrorCode uploadTexture(Handle<TextureAsset> texture);
+    /// Copies the changed part of an image that code made to the device; ends in the asset's onUploadComplete.
+    ///
+    /// All of it goes there the first time and after a change of size.
+    ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image);
+    /// Copies a mesh to the device; ends in the asset's onUploadComplete.
+    ///
+    /// Buffers that are big enough are used again. A mesh that cannot be drawn (an index beyond its vertices, a type
+    /// that is not drawn) is refused and named in the log.
+    ErrorCode uploadMesh(Handle<MeshAsset> mesh);
+    /// Effects go through ShaderBank; there is nothing to upload for a shader asset: NOT_IMPLEMENTED.
+    ErrorCode uploadShader(Handle<ShaderAsset> shader);
+    /// The device's copy of a mesh; UNKNOWN_KEY if there is none (yet).
+    ErrorReturn<MeshData> getMeshData(const Handle<MeshAsset> &mesh);
+    /// Sphere around a mesh's vertices, in model space: centre, and radius in w; a radius below 0 for an unknown mesh.
+    Vec4 getMeshSphere(const Handle<MeshAsset> &mesh) const;
+    /// The device's texture, borrowed; null if there is none (yet).
+    IDirect3DTexture9 *getTexturePtr(const Handle<TextureAsset> &texture);
+
+    /// A new scene graph as a child of this system; its owner murders it.
+    Handle<SceneGraph> getNewSceneGraph();
+    /// A quad that covers the screen for passes in clip space.
+    Handle<DynamicMeshAsset> getFullScreenQuad();
+    /// Rebuilds the quad for the present window size.
+    void updateFullScreenQuad();
+
+    Handle<Entity> getLastFrameCamera() const { return lastFrameCamera; }
+    /// The camera that screen points are unprojected with.
+    void setLastFrameCamera(Handle<Entity> val) { lastFrameCamera = val; }
+    /// World point under a point of the screen, for the camera of the last frame.
+    ///
+    /// @param screenPoint    window units, origin at the top left; z is the depth, 0 near and 1 far
+    /// @param useSceneDepth  takes the depth from screenPoint as well: the scene's depth is not read back
+    /// @return the origin, with w 1, without a camera
+    Vec4 unprojectPointFromLastFrame(const Vec4 &screenPoint, bool useSceneDepth = false);
+
+    bool getShowAntTweakBar() const { return showAntTweakBar; }
+    /// Whether endFrame draws the tweak bars.
+    void setShowAntTweakBar(bool val) { showAntTweakBar = val; }
+
+    float getRenderScale() const { return renderScale; }
+    /// Size of the back buffer as a fraction of the window's, kept within 0.1 to 2; the picture is stretched to fit.
+    ///
+    /// Takes effect at once, by a reset of the device.
+    void setRenderScale(float val);
+
+    float getGamma() const { return gamma; }
+    /// How the screen's brightness follows its values, as an exponent kept within 1 to 4; more shows more in the dark.
+    void setGamma(float val);
+
+    bool getAntialiasing() const { return antialiasing; }
+    /// Whether the stair-steps along outlines are smoothed, by default so; surfaces and texts stay as they are.
+    ///
+    /// Where software draws, a frame without takes a good deal less time.
+    void setAntialiasing(bool val) { antialiasing = val; }
+
+    /// Size of the back buffer in pixels: the window's size times the render scale.
+    int getBackBufferWidth() const { return backBufferWidth; }
+    int getBackBufferHeight() const { return backBufferHeight; }
+
+    /// Draw calls of the last presented frame.
+    int getDrawCallCount() const;
+    /// Instances that the last presented frame's draw calls drew, a plain draw counting as one.
+    int getInstanceCount() const;
+    /// Triangles of the last presented frame, over all instances.
+    int getTriangleCount() const;
+    /// Calls of the last presented frame that changed the driver's state; those that change nothing are left out.
+    int getStateChangeCount() const;
+    /// Switches of the last presented frame to another set of render targets.
+    int getTargetChangeCount() const;
+    /// Clears of the last presented frame.
+    int getClearCount() const;
+    /// Writes of the last presented frame into buffers and textures.
+    int getUploadCount() const;
+
+    /// Draws one pass of the technique that has begun.
+    ///
+    /// @param instanceType   layout of the instance stream, MVT_NONE for a plain draw
+    /// @param instanceCount  records in the instance buffer's last locked range
+    /// @return UNKNOWN_KEY if the batch has no technique for the shader set; success for a mesh not uploaded yet
+    ErrorCode renderBatch(const BatchRenderParams &renderParams, const String &shaderSet, unsigned pass,
+                          MeshVertexType instanceType, int instanceCount);
+    /// Opens room for a batch's instances in the ring; the result is written front to back, then unlocked.
+    ErrorReturn<void *> lockInstanceBuffer(MeshVertexType instanceType, int instanceCount);
+    ErrorCode unlockInstanceBuffer();
+    void releaseInstanceBuffer();
+
+    /// What a vertex type is made of; an unknown type is an assertion and gives an empty description.
+    const VertexDescription &getVertexDescription(MeshVertexType type) const;
+    /// The device's declaration for a mesh stream and an instance stream, borrowed and cached; null if it failed.
+    IDirect3DVertexDeclaration9 *getVertexDeclaration(MeshVertexType vertexType, MeshVertexType instanceType) const;
+
+    ShaderBank &getShaders() { return shaders; }
+    IDirect3DDevice9 *getDevice() const { return device; }
+    /// Puts another device in the place of this one and returns the one before: the seam where a test records or
+    /// fails calls. Neither reference changes hands.
+    IDirect3DDevice9 *replaceDevice(IDirect3DDevice9 *other);
+
+protected:
+    void systemStartup() override;
+    void systemShutdown() override;
+    DependencyList systemDependencies() override;
+    UpdaterList getUpdaters() override;
+
+private:
+    friend struct GraphicsSystem2TestAccess;
+
+    typedef std::pair<MeshVertexType, MeshVertexType> StreamTypes;
+    typedef std::unordered_map<String, RenderTarget> RenderTargetMap;
+    typedef std::unordered_map<String, DepthTarget> DepthTargetMap;
+    typedef std::unordered_map<Handle<TextureAsset>, IDirect3DTexture9 *> TextureCache;
+    typedef std::unordered_map<Handle<MeshAsset>, MeshData> MeshCache;
+    typedef std::map<MeshVertexType, VertexDescription> VertexDescriptionMap;
+    typedef std::map<StreamTypes, IDirect3DVertexDeclaration9 *> D3DVertexDeclarationMap;
+
+    void initDefaultVertexTypes();
+    void addVertexType(const VertexDescription &description);
+
+    void createDevice();
+    void releaseDevice();
+    void onCreateOrReset();
+    void getPresentParams(D3DPRESENT_PARAMETERS &params);
+    ErrorCode tryToRecoverDevice();
+    void writeScreenshot();
+
+    void createRenderTargets();
+    void destroyRenderTargets();
+    void rememberScreenTargets();
+    std::pair<unsigned, unsigned> getTargetSize(int logSizeDivisor) const;
+
+    template <class Buffer>
+    ErrorCode fillBuffer(Buffer *&buffer, unsigned &capacity, const void *data, unsigned size);
+    ErrorCode copyToDevice(const Handle<MeshAsset> &asset, const Mesh &mesh);
+    void releaseDeadAssets();
+
+    ErrorCode setStreams(const MeshData &mesh, MeshVertexType instanceType, int instanceCount);
+    ErrorCode drawMesh(const MeshData &mesh);
+    ErrorCode growInstanceBuffer(unsigned needed);
+    void addD3D9VertexElements(std::vector<D3DVERTEXELEMENT9> &elements, unsigned stream, MeshVertexType type,
+                               unsigned &nextTexCoordID) const;
+    D3DPRIMITIVETYPE getD3DPrimType(const MeshData &mesh) const;
+
+    RenderTargetMap renderTargets;
+    DepthTargetMap depthTargets;
+    IDirect3DDevice9 *device = nullptr;
+    TextureCache staticTextures; ///< managed memory: survives a reset
+    MeshCache staticMeshes;      ///< managed memory: survives a reset
+    Handle<Entity> lastFrameCamera;
+    Handle<DynamicMeshAsset> fullScreenQuad;
+    ShaderBank shaders;
+    bool deviceIsLost = true; ///< from before there is a device, and from a loss to the next reset
+    bool showAntTweakBar = false;
+    VertexDescriptionMap vertexDescriptions;
+    IDirect3DVertexBuffer9 *instanceBuffer = nullptr; ///< ring of instance records, in default memory
+    unsigned instanceBufferSize = 0;                  ///< bytes
+    unsigned currentInstanceStart = 0;                ///< bytes: where the last locked range begins
+    unsigned lastInstanceEndByte = 0;                 ///< bytes: where it ends
+    mutable D3DVertexDeclarationMap d3dVertexDeclarations;
+
+    float renderScale = 1.0f;
+    float gamma = 2.2f; ///< exponent, as most screens have it
+    bool antialiasing = true;
+    int backBufferWidth = 0;  ///< pixels
+    int backBufferHeight = 0; ///< pixels
+    String screenshotFile;    ///< where the next present writes the frame; empty for nowhere
+    std::unique_ptr<IAssetUploader> uploader;
+};

@@ -1,0 +1,358 @@
+#include "rendering/frame/GraphicsManager2.h"
+
+#include "rendering/device/D3DPerfScopedEvent.h"
+#include "rendering/debug/DebugDrawing.h"
+#include "rendering/drawn/GraphicsComponent2.h"
+#include "rendering/frame/RenderParams.h"
+#include "rendering/frame/ViewerComponent.h"
+#include "rendering/drawn/WholeWindow.h"
+
+#include "assets/models/DynamicMeshAsset.h"
+#include "engine/entities/ComponentOf.h"
+#include "engine/levels/Coordinator.h"
+#include "engine/debug/GlobalConfigSystem.h"
+#include "engine/time/TimeSystem.h"
+#include "engine/transforms/TransformComponent.h"
+
+#include "foundation/Assertions.h"
+#include "foundation/ProfilerScope.h"
+#include "object/python/PythonCalls.h"
+#include "object/reflection/Variant.h"
+#include "port/d3d9/d3d9errors.h"
+
+namespace
+{
+
+/// Names of targets, keys and parameters, made once.
+struct Names
+{
+    const String gBuffer = SCS("GBuffer");
+    const String gBuffer1 = SCS("GBuffer1");
+    const String gBuffer2 = SCS("GBuffer2");
+    const String gBuffer3 = SCS("GBuffer3");
+    const String lBuffer = SCS("LBuffer");
+    const String shadowMap = SCS("ShadowMap");
+    const String screen = SCS("screen");
+    const String defaultSet = SCS("Default");
+    const GraphicsSystem2::ShaderID combineShader{SCS("test.fx"), SCS("CombineTest")};
+    const GraphicsSystem2::ShaderID plainCombineShader{SCS("test.fx"), SCS("CombineSteps")};
+    const String sceneAmbient = SCS("sceneAmbient");
+    const String dissolveAmount = SCS("dissolveAmount");
+    const String dissolveColor = SCS("dissolveColor");
+    const String time = SCS("time");
+    const String insanityAmount = SCS("insanityAmount");
+    const String gamma = SCS("gamma");
+};
+
+const Names &names()
+{
+    static const Names theNames;
+    return theNames;
+}
+
+TransformComponent *findTransform(const Handle<Entity> &hEntity)
+{
+    static const String transformKey = SCS("transform");
+    return componentOf<TransformComponent>(hEntity, transformKey);
+}
+
+bool hasViewer(const Handle<Entity> &hEntity)
+{
+    static const String viewerKey = SCS("viewer");
+    return componentOf<ViewerComponent>(hEntity, viewerKey) != nullptr;
+}
+
+bool isDeviceLost(const ErrorCode &result)
+{
+    return result.getCode() == ErrorCode::DX_ERROR && result.getHRESULT() == D3DERR_DEVICELOST;
+}
+
+} // namespace
+
+void GraphicsManager2::doFrame()
+{
+    getLiveSceneGraph();
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    if (!graphics.deviceIsReady())
+        return;
+    if (const auto level = getAncestorOfType<Coordinator>().lookup())
+        provideDebugDrawing(*level);
+    if (!cameraStack.empty())
+        graphics.setLastFrameCamera(getCurrentCamera());
+
+    typedef GraphicsManager2 M;
+    static constexpr ErrorCode (M::*passes[])() = {&M::generateGBuffer, &M::drawLights, &M::postProcessWorld,
+                                                   &M::drawWorldDebug,  &M::drawScreen, &M::drawScreenDebug};
+    for (const auto pass : passes)
+    {
+        const ErrorCode result = (this->*pass)();
+        if (isDeviceLost(result))
+            return graphics.lostDevice();
+        KV_ASSERT(result.succeeded(), result);
+        if (!result.succeeded())
+            return;
+    }
+}
+
+void GraphicsManager2::onAddToCoordinator()
+{
+    sceneAmbient = getSystemDeref<GlobalConfigSystem>().getDefaultSceneAmbient();
+    sceneGraph = getSystemDeref<GraphicsSystem2>().getNewSceneGraph();
+    loadScreenViewer();
+}
+
+void GraphicsManager2::loadScreenViewer()
+{
+    static const String viewerName = SCS("ScreenViewer");
+    const bool loaded =
+        pythonGuarded([this] { loadFromPattern(SCS("objects.GameObjects"), viewerName, getHandle(), viewerName); });
+    if (!loaded)
+        KV_FATAL(getCurrentPythonTraceback());
+    screenViewer = handle_cast<Entity>(getDescendantByPath(viewerName));
+}
+
+void GraphicsManager2::onMurder()
+{
+    if (const auto graph = sceneGraph.lookup())
+        graph->murder();
+    AbstractManager::onMurder();
+}
+
+Handle<AbstractComponent> GraphicsManager2::constructComponent(const ReflectorPtr &type)
+{
+    return constructDerived(type, GraphicsComponent2::staticType);
+}
+
+void GraphicsManager2::addComponentToManager(Handle<AbstractComponent> component, Handle<Entity> entity)
+{
+    // A component enters the scene graph by itself, once it knows its layer.
+}
+
+void GraphicsManager2::removeComponentFromManager(Handle<AbstractComponent> component, Handle<Entity> entity) {}
+
+void GraphicsManager2::destroyComponent(Handle<AbstractComponent> component)
+{
+    const auto c = component.lookup();
+    if (c && !c->isDying())
+        c->murder();
+}
+
+Handle<Entity> GraphicsManager2::getCurrentCamera() const
+{
+    return cameraStack.empty() ? Handle<Entity>() : cameraStack.back();
+}
+
+void GraphicsManager2::setCurrentCamera(Handle<Entity> camera)
+{
+    if (cameraStack.empty())
+        pushCamera(camera);
+    else
+        cameraStack.back() = camera;
+}
+
+void GraphicsManager2::pushCamera(Handle<Entity> camera)
+{
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    if (!graphics.getLastFrameCamera().isValid())
+        graphics.setLastFrameCamera(camera);
+    cameraStack.push_back(camera);
+}
+
+void GraphicsManager2::popCamera()
+{
+    if (cameraStack.size() > 1)
+        cameraStack.pop_back();
+}
+
+SceneGraph &GraphicsManager2::getLiveSceneGraph()
+{
+    const auto graph = sceneGraph.lookup();
+    KV_CRITICAL_ASSERT(graph, "Lost scene graph object in graphics manager.");
+    return *graph;
+}
+
+bool GraphicsManager2::hasUsableCamera()
+{
+    const Handle<Entity> camera = getCurrentCamera();
+    if (hasViewer(camera) && findTransform(camera))
+        return true;
+    // Told once for each camera: a frame later nothing has changed. One that has died is as good as none.
+    const auto entity = camera.lookup();
+    KV_VERIFY(!entity || camera == brokenCamera,
+              "The camera %s shows nothing: it needs a component \"viewer\" and a component \"transform\".",
+              entity->getName().toCString());
+    brokenCamera = camera;
+    return false;
+}
+
+ErrorCode GraphicsManager2::depthPrepass()
+{
+    static const String passName = SCS("Depth Prepass");
+    const D3DPerfScopedEvent passEvent(passName);
+    return ErrorCode::SUCCESS;
+}
+
+ErrorCode GraphicsManager2::generateGBuffer()
+{
+    if (!hasUsableCamera())
+        return ErrorCode::SUCCESS;
+    static const String passName = SCS("G-Buffer Generation");
+    const D3DPerfScopedEvent passEvent(passName);
+    SceneGraph &graph = getLiveSceneGraph();
+    GraphicsSystem2::SceneRenderParams params;
+    params.viewer = getCurrentCamera();
+    params.depthTarget = names().gBuffer;
+    params.layer = SceneGraph::WORLD_UNCONDITIONAL;
+    params.bindTarget(names().gBuffer1);
+    params.bindTarget(names().gBuffer2);
+    params.bindTarget(names().gBuffer3);
+    params.clearTargets = true;
+    params.clearDepth = true;
+    ErrorCode result = graph.render(params);
+    if (!result.succeeded())
+        return result;
+
+    params.layer = SceneGraph::WORLD;
+    params.clearTargets = false;
+    params.clearDepth = false;
+    result = graph.render(params);
+    if (!result.succeeded())
+        return result;
+
+    params.layer = SceneGraph::DECAL;
+    params.renderTargetBindings.clear();
+    params.bindTarget(names().gBuffer1);
+    params.bind(names().gBuffer2, names().gBuffer2);
+    params.bind(names().gBuffer3, names().gBuffer3);
+    params.depthWritesEnabled = false;
+    return graph.render(params);
+}
+
+ErrorCode GraphicsManager2::drawLights()
+{
+    if (!hasUsableCamera())
+        return ErrorCode::SUCCESS;
+    static const String profilerName = SCS("GraphicsManager2::drawLights");
+    const ProfilerScope scope(profilerName, String());
+    static const String passName = SCS("Lighting");
+    const D3DPerfScopedEvent passEvent(passName);
+    GraphicsSystem2::SceneRenderParams params;
+    params.layer = SceneGraph::LIGHT;
+    params.viewer = getCurrentCamera();
+    params.depthTarget = names().gBuffer;
+    params.clearTargets = true;
+    params.bind(names().gBuffer1, names().gBuffer1);
+    params.bind(names().gBuffer2, names().gBuffer2);
+    params.bind(names().gBuffer3, names().gBuffer3);
+    params.bind(names().shadowMap, names().shadowMap);
+    params.bindTarget(names().lBuffer);
+    return getLiveSceneGraph().render(params);
+}
+
+ErrorCode GraphicsManager2::postProcessWorld()
+{
+    if (!hasUsableCamera())
+        return ErrorCode::SUCCESS;
+    static const String passName = SCS("Post-Processing (World)");
+    const D3DPerfScopedEvent passEvent(passName);
+    static const String combineName = SCS("Combine");
+    const D3DPerfScopedEvent combineEvent(combineName);
+    GraphicsSystem2::SceneRenderParams params;
+    params.layer = SceneGraph::POST;
+    params.viewer = getCurrentCamera();
+    params.bind(names().gBuffer1, names().gBuffer1);
+    params.bind(names().gBuffer2, names().gBuffer2);
+    params.bind(names().gBuffer3, names().gBuffer3);
+    params.bind(names().lBuffer, names().lBuffer);
+    params.bindTarget(names().screen);
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());
+
+    const float ambient = sceneAmbient * 0.1f;
+    GraphicsSystem2::BatchRenderParams batch;
+    batch.mesh = graphics.getFullScreenQuad();
+    // Two techniques: where software draws, both sides of a shader's branch are paid for.
+    batch.shaders.insert(names().defaultSet,
+                         graphics.getAntialiasing() ? names().combineShader : names().plainCombineShader);
+    batch.shaderConstants.emplace_back(names().sceneAmbient, Vec4(ambient, ambient, sceneAmbient * 0.08f, ambient));
+    batch.shaderConstants.emplace_back(names().dissolveAmount, dissolveAmount);
+    batch.shaderConstants.emplace_back(names().dissolveColor, dissolveColor);
+    batch.shaderConstants.emplace_back(names().time, getMasterTime());
+    batch.shaderConstants.emplace_back(names().insanityAmount, getInsanityAmount());
+    return getLiveSceneGraph().renderOneObject(params, batch);
+}
+
+ErrorCode GraphicsManager2::drawWorldDebug()
+{
+    if (!hasUsableCamera())
+        return ErrorCode::SUCCESS;
+    static const String passName = SCS("World Debug");
+    const D3DPerfScopedEvent passEvent(passName);
+    GraphicsSystem2::SceneRenderParams params;
+    params.layer = SceneGraph::WORLD_DEBUG;
+    params.viewer = getCurrentCamera();
+    params.bindTarget(names().screen);
+    params.depthTarget = names().gBuffer;
+    return getLiveSceneGraph().render(params);
+}
+
+ErrorCode GraphicsManager2::drawScreen()
+{
+    static const String passName = SCS("Screen-space");
+    const D3DPerfScopedEvent passEvent(passName);
+    return drawScreenLayer(SceneGraph::SCREEN);
+}
+
+ErrorCode GraphicsManager2::drawScreenDebug()
+{
+    static const String passName = SCS("Screen-space Debug");
+    const D3DPerfScopedEvent passEvent(passName);
+    return drawScreenLayer(SceneGraph::SCREEN_DEBUG);
+}
+
+ErrorCode GraphicsManager2::drawScreenLayer(int layer)
+{
+    centreScreenViewer();
+    GraphicsSystem2::SceneRenderParams params;
+    params.layer = static_cast<SceneGraph::Layer>(layer);
+    params.viewer = screenViewer;
+    params.depthTarget = names().screen;
+    params.clearDepth = true;
+    return getLiveSceneGraph().render(params);
+}
+
+void GraphicsManager2::centreScreenViewer()
+{
+    TransformComponent *transform = findTransform(screenViewer);
+    KV_CRITICAL_ASSERT(transform, "Lost screen viewer object in graphics manager.");
+    const WindowCoordinate size = getWholeWindow();
+    transform->setPosition(Vec4(size.x * 0.5f, size.y * 0.5f, -1, 1));
+}
+
+float GraphicsManager2::getMasterTime()
+{
+    static const String masterName = SCS("master");
+    const auto coordinator = getAncestorOfType<Coordinator>().lookup();
+    if (!coordinator)
+        return 0.0f;
+    const auto ticks = static_cast<double>(coordinator->getTimer(masterName).getValue());
+    return static_cast<float>(ticks / static_cast<double>(getSystemDeref<TimeSystem>().getTicksPerSecond()));
+}
+
+float GraphicsManager2::getInsanityAmount()
+{
+    // The path ../Player/player, walked by hand: splitting it would make strings in every frame. The player's class
+    // stands in a higher folder, so it is met as whatever has a sanity.
+    static const String playerEntity = SCS("Player");
+    static const String playerKey = SCS("player");
+    static const String sanityName = SCS("sanity");
+    const auto level = getParent().lookup();
+    const auto entity = level ? level->getChild(playerEntity).lookup() : Handle<Object>::Result{};
+    const auto player = entity ? entity->getChild(playerKey).lookup() : Handle<Object>::Result{};
+    if (!player)
+        return 0.0f;
+    const ErrorReturn<Variant> property = player->getPropertyValue(sanityName);
+    const ErrorReturn<float> sanity =
+        property.succeeded() ? property.value.get<float>() : ErrorReturn<float>(property.code);
+    return sanity.succeeded() ? 1.0f - sanity.value * 0.01f : 0.0f;
+}

@@ -1,0 +1,80 @@
+// GraphicsManager2: one level's frame, pass by pass.
+#pragma once
+
+#include "engine/entities/AbstractManager.h"
+
+#include "foundation/ErrorCode.h"
+#include "foundation/Vector.h"
+
+#include <vector>
+
+class Entity;
+class SceneGraph;
+
+/// Drives the deferred renderer for one level, under the manager key "graphics2".
+///
+/// Owns the level's scene graph, the stack of cameras and the viewer of the screen plane. Holds no device resources:
+/// every pass is a filled-in set of parameters for SceneGraph. Draws also while the level is stopped.
+class GraphicsManager2 : public AbstractManager
+{
+    KV_REFLECTED(GraphicsManager2)
+public:
+    GraphicsManager2() = default;
+
+    /// Temporary function for the coordinator to call.
+    ///
+    /// Renders the level: G-buffer, lights, combine, debug geometry, screen plane. Nothing while the device is lost.
+    void doFrame() override;
+    void onAddToCoordinator() override;
+    void onMurder() override;
+    Handle<AbstractComponent> constructComponent(const ReflectorPtr &type) override;
+    void addComponentToManager(Handle<AbstractComponent> component, Handle<Entity> entity) override;
+    void removeComponentFromManager(Handle<AbstractComponent> component, Handle<Entity> entity) override;
+    void destroyComponent(Handle<AbstractComponent> component) override;
+
+    /// The camera on top of the stack; invalid while there is none.
+    Handle<Entity> getCurrentCamera() const;
+    /// Replaces the top of the stack; with an empty stack pushes.
+    void setCurrentCamera(Handle<Entity> camera);
+    /// Puts a camera on top; it is an entity with the components "viewer" and "transform".
+    void pushCamera(Handle<Entity> camera);
+    /// Takes the top camera off, unless it is the last one.
+    void popCamera();
+
+    Handle<SceneGraph> getSceneGraph() const { return sceneGraph; }
+
+    float getSceneAmbient() const { return sceneAmbient; }
+    /// Light that reaches everything, as a factor on the diffuse colour.
+    void setSceneAmbient(float val) { sceneAmbient = val; }
+    float getDissolveAmount() const { return dissolveAmount; }
+    /// How far the picture is dissolved, 0 not at all.
+    void setDissolveAmount(float val) { dissolveAmount = val; }
+    Vec4 getDissolveColor() const { return dissolveColor; }
+    /// Colour that the picture dissolves to.
+    void setDissolveColor(const Vec4 &val) { dissolveColor = val; }
+
+private:
+    ErrorCode depthPrepass();
+    ErrorCode generateGBuffer();
+    ErrorCode drawLights();
+    ErrorCode postProcessWorld();
+    ErrorCode drawWorldDebug();
+    ErrorCode drawScreen();
+    ErrorCode drawScreenDebug();
+
+    bool hasUsableCamera();
+    void loadScreenViewer();
+    void centreScreenViewer();
+    ErrorCode drawScreenLayer(int layer);
+    float getMasterTime();
+    float getInsanityAmount();
+    SceneGraph &getLiveSceneGraph();
+
+    Handle<SceneGraph> sceneGraph;
+    std::vector<Handle<Entity>> cameraStack; ///< the last one is current
+    Handle<Entity> screenViewer;             ///< viewer of the two screen-space passes
+    Handle<Entity> brokenCamera;             ///< camera that has been reported as showing nothing
+    float sceneAmbient = 0.2f;
+    float dissolveAmount = 0.0f;
+    Vec4 dissolveColor = Vec4(0, 0, 0, 1);
+};

@@ -1,8 +1,0 @@
-#include "tools/ConsoleSystem.h"
-
-#include "engine/SystemSystem.h"
-
-System::DependencyList ConsoleSystem::systemDependencies()
-{
-    return {SystemSystem::staticType};
-}

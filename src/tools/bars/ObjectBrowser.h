@@ -1,0 +1,64 @@
+// ObjectBrowser: the tweak bar "Objects", in which any object is found and opened.
+#pragma once
+
+#include "object/tree/Handle.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+class TwBar;
+struct TwListRow;
+
+/// The object tree as a list whose lines open, or the objects whose name or class holds a text.
+class ObjectBrowser
+{
+public:
+    using Opener = std::function<void(const Handle<Object> &)>;
+
+    /// @param open  called with the object that was picked
+    explicit ObjectBrowser(Opener open);
+    ~ObjectBrowser();
+    ObjectBrowser(const ObjectBrowser &) = delete;
+    ObjectBrowser &operator=(const ObjectBrowser &) = delete;
+
+    /// Whether the user has left the bar open.
+    bool isOpen() const;
+    /// Opens it again.
+    void show();
+    /// Brings the lines up to date with the tree. Once a frame; walks the tree only when it may have changed.
+    void refresh();
+    /// Lists the objects whose name or class holds this text, in any case; an empty one brings the tree back.
+    void setSearch(const std::string &text);
+
+    /// The objects of the lines, from the top.
+    std::vector<Handle<Object>> getObjects() const;
+    /// The bar itself, for a test to look at.
+    TwBar *getBar() const { return bar; }
+
+private:
+    struct Line
+    {
+        Handle<Object> object;
+        int depth;
+        bool opens;
+    };
+
+    void listTree(Object &root);
+    void listMatches(Object &root);
+    bool matches(const Object &object) const;
+    /// Whether the children are listed: those of a root at first, others once their mark was clicked.
+    bool isExpanded(const Handle<Object> &object, int depth) const;
+    void fillRow(unsigned index, TwListRow &row) const;
+    void click(unsigned index, bool onMark);
+
+    Opener open;
+    TwBar *bar = nullptr;
+    std::vector<Line> lines;
+    std::unordered_set<std::uint32_t> toggled; ///< numbers of the objects whose mark was clicked an odd number of times
+    std::string search;                        ///< lower case; empty: the tree
+    std::uint64_t treeVersion = 0;             ///< births and deaths when the lines were made
+    int framesToRenewal = 0;                   ///< for what is renamed or moved
+};

@@ -1,5 +1,6 @@
 #include "engine/entities/InterpolatorComponent.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/GameLoop.h"
@@ -7,6 +8,7 @@
 #include "engine/levels/PathBelow.h"
 #include "engine/systems/RunningMark.h"
 #include "engine/time/TimeSystem.h"
+#include "engine/time/TimerNames.h"
 #include "object/reflection/SavedArguments.h"
 
 #include "foundation/Logger.h"
@@ -66,12 +68,11 @@ Handle<Entity> levelsEntity(Object &object)
 
 void InterpolatorComponent::doFrame()
 {
-    static const String master = SCS("master");
     const auto level = getAncestorOfType<Coordinator>().lookup();
     if (!level || frameRunning)
         return;
     const RunningMark mark(frameRunning);
-    const TimerTicks frameTime = level->getTimer(master).getFrameTime();
+    const TimerTicks frameTime = level->getTimer(TimerNames::master).getFrameTime();
     auto i = interpolants.begin();
     for (std::size_t left = interpolants.size(); left > 0; --left)
     {
@@ -148,18 +149,18 @@ void InterpolatorComponent::endOthers(const Handle<Object> &obj, const String &p
 
 Handle<InterpolatorComponent> getInterpolatorForObject(Handle<Object> obj)
 {
-    static const String key = SCS("interpolator");
     const auto object = obj.lookup();
     if (!object)
         return Handle<InterpolatorComponent>();
     const Handle<Entity> nearest = servingEntity(*object);
     const Handle<Entity> entity = nearest.isValid() ? nearest : levelsEntity(*object);
-    if (InterpolatorComponent *const present = componentOf<InterpolatorComponent>(entity, key))
+    if (InterpolatorComponent *const present = componentOf<InterpolatorComponent>(entity, ComponentKeys::interpolator))
         return getHandle(present);
     const auto holder = entity.lookup();
     if (!holder)
         return Handle<InterpolatorComponent>();
-    const auto made = handle_cast<InterpolatorComponent>(holder->addComponent(key, InterpolatorComponent::staticType));
+    const auto made = handle_cast<InterpolatorComponent>(
+        holder->addComponent(ComponentKeys::interpolator, InterpolatorComponent::staticType));
     if (const auto interpolator = made.lookup())
         interpolator->setAllowManagers(!nearest.isValid());
     return made;

@@ -2,6 +2,7 @@
 
 #include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
+#include "object/tree/WellKnownPaths.h"
 
 namespace
 {
@@ -23,9 +24,9 @@ bool stillStands(const KnownBranch &known, const Handle<Coordinator> &level)
 
 Handle<BranchPostOffice> findBranch(const Handle<Coordinator> &level)
 {
-    static const String branchPath = SCS("BranchPostOffice/postOffice");
     auto root = level.lookup();
-    return root ? handle_cast<BranchPostOffice>(root->getDescendantByPath(branchPath)) : Handle<BranchPostOffice>();
+    return root ? handle_cast<BranchPostOffice>(root->getDescendantByPath(WellKnownPaths::branchPostOffice))
+                : Handle<BranchPostOffice>();
 }
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "engine/levels/Coordinator.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/GameLoop.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/systems/NameSuggestion.h"
@@ -7,6 +8,7 @@
 #include "engine/systems/RunningMark.h"
 #include "engine/systems/SystemSystem.h"
 #include "engine/time/TimeSystem.h"
+#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"
@@ -102,8 +104,7 @@ void Coordinator::joinFrame(FrameWalk &walk, TimerTicks ticks)
     if (loopState == LOOP_STEP)
         loopState = LOOP_STOP;
 
-    static const String master = SCS("master");
-    getTimerHandle(master);
+    getTimerHandle(TimerNames::master);
     for (const auto &[name, timer] : timers)
     {
         if (auto keeper = timer.lookup())
@@ -196,7 +197,6 @@ Seconds Coordinator::getInstantFPS() const
 
 Handle<MapRootEntity> Coordinator::findMap(Vec4 worldPosition)
 {
-    static const String transformKey = SCS("transform");
     Handle<MapRootEntity> nearest;
     float nearestDistance = std::numeric_limits<float>::infinity();
     bool anyMap = false;
@@ -206,7 +206,7 @@ Handle<MapRootEntity> Coordinator::findMap(Vec4 worldPosition)
         if (!map.isValid())
             continue;
         anyMap = true;
-        auto transform = handle_cast<TransformComponent>(map.lookup()->getComponent(transformKey)).lookup();
+        auto transform = handle_cast<TransformComponent>(map.lookup()->getComponent(ComponentKeys::transform)).lookup();
         if (!transform)
             continue;
         if (isInUnitBox(transform->getTransformationMatrix(TransformComponent::INVERT) * worldPosition))

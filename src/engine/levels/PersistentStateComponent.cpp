@@ -1,9 +1,11 @@
 #include "engine/levels/PersistentStateComponent.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/PathBelow.h"
 #include "object/reflection/PropertyDesc.h"
 #include "object/python/PythonCalls.h"
+#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Logger.h"
 
@@ -12,18 +14,6 @@
 
 namespace
 {
-const String &persistKey()
-{
-    static const String key = SCS("persist");
-    return key;
-}
-
-const String &entityName()
-{
-    static const String name = SCS("PersistentState");
-    return name;
-}
-
 /// The place of a path in a level, whatever level runs.
 String placeIn(Object &anyOfLevel, const String &path)
 {
@@ -136,24 +126,25 @@ String callByName(const Handle<Object> &obj, const PersistentStateComponent::Sta
 Handle<PersistentStateComponent> PersistentStateComponent::ofLevel(Handle<Coordinator> level)
 {
     const auto coordinator = level.lookup();
-    const auto entity =
-        coordinator ? handle_cast<Entity>(coordinator->getChild(entityName())).lookup() : Handle<Entity>::Result();
-    return entity ? handle_cast<PersistentStateComponent>(entity->getComponent(persistKey()))
+    const auto entity = coordinator
+                            ? handle_cast<Entity>(coordinator->getChild(WellKnownPaths::persistentState)).lookup()
+                            : Handle<Entity>::Result();
+    return entity ? handle_cast<PersistentStateComponent>(entity->getComponent(ComponentKeys::persist))
                   : Handle<PersistentStateComponent>();
 }
 
 Handle<PersistentStateComponent> PersistentStateComponent::makeFor(Handle<Coordinator> level)
 {
     const auto entity = construct<Entity>(defaultAllocationCategory).lookup();
-    entity->setName(entityName());
+    entity->setName(WellKnownPaths::persistentState);
     entity->setParent(level);
-    return handle_cast<PersistentStateComponent>(entity->addComponent(persistKey(), staticType));
+    return handle_cast<PersistentStateComponent>(entity->addComponent(ComponentKeys::persist, staticType));
 }
 
 void PersistentStateComponent::onHierarchyChange(Handle<Object>, Handle<Object>)
 {
     if (const auto level = getAncestorOfType<Coordinator>().lookup())
-        setManager(level->getManager(persistKey()));
+        setManager(level->getManager(ComponentKeys::persist));
 }
 
 void PersistentStateComponent::addFunction(Handle<Object> obj, String funcName, const SavedArguments &args)

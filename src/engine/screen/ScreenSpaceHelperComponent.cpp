@@ -1,5 +1,6 @@
 #include "engine/screen/ScreenSpaceHelperComponent.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/transforms/ParentTransform.h"
 #include "engine/screen/ScreenMetrics.h"
 
@@ -22,9 +23,8 @@ Vec4 toScreenSpace(const WindowCoordinate &coordinate, float depth)
 
 void ScreenSpaceHelperComponent::doFrame()
 {
-    static const String graphicsKey = SCS("graphics2");
     TransformComponent *transform = ownTransform(*this);
-    if (!transform || !getSibling(graphicsKey).isValid())
+    if (!transform || !getSibling(ComponentKeys::graphics2).isValid())
         return;
 
     WindowCoordinate coordinate(windowPosition.x, windowPosition.y, windowCoordinateSystemX, windowCoordinateSystemY);

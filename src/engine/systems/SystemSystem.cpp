@@ -7,6 +7,7 @@
 #include "object/messages/PostOffice.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"
+#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
@@ -36,8 +37,8 @@ void recordPersistentCall(const Handle<Object> &store, const Handle<Object> &obj
 /// What the object layer cannot know: where its path prefixes start, where a level's messages go and who keeps calls.
 void connectObjectLayer()
 {
-    registerPathPrefix(SCS("c:/"), currentLevelRoot);
-    registerPathPrefix(SCS("s:/"), systemsRoot);
+    registerPathPrefix(WellKnownPaths::currentLevel, currentLevelRoot);
+    registerPathPrefix(WellKnownPaths::systems, systemsRoot);
     PostOffice().setBranchDelivery(deliverToCurrentBranch);
     setPersistentCallRecorder(recordPersistentCall);
 }

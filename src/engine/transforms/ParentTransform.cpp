@@ -1,5 +1,6 @@
 #include "engine/transforms/ParentTransform.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/Entity.h"
 #include "engine/transforms/ParentFollowerComponent.h"
 #include "engine/transforms/TransformOffsetComponent.h"
@@ -8,12 +9,6 @@
 
 namespace
 {
-String transformKey()
-{
-    static const String key = SCS("transform");
-    return key;
-}
-
 Handle<Entity>::Result parentEntity(const AbstractComponent &component)
 {
     auto entity = component.getParent().lookup();
@@ -23,13 +18,13 @@ Handle<Entity>::Result parentEntity(const AbstractComponent &component)
 
 TransformComponent *ownTransform(AbstractComponent &component)
 {
-    return checked_handle_cast<TransformComponent>(component.getSibling(transformKey())).lookup().ptr;
+    return checked_handle_cast<TransformComponent>(component.getSibling(ComponentKeys::transform)).lookup().ptr;
 }
 
 TransformComponent *parentTransform(const AbstractComponent &component)
 {
     auto parent = parentEntity(component);
-    return parent ? checked_handle_cast<TransformComponent>(parent->getComponent(transformKey())).lookup().ptr
+    return parent ? checked_handle_cast<TransformComponent>(parent->getComponent(ComponentKeys::transform)).lookup().ptr
                   : nullptr;
 }
 
@@ -41,9 +36,9 @@ const AbstractComponent *placing = nullptr;
 /// The follower of the parent of a component's entity; null where there is none.
 SimpleComponent *followerAbove(const AbstractComponent &component)
 {
-    static const String followerKey = SCS("parentFollower");
     auto parent = parentEntity(component);
-    return parent ? handle_cast<SimpleComponent>(parent->getComponent(followerKey)).lookup().ptr : nullptr;
+    return parent ? handle_cast<SimpleComponent>(parent->getComponent(ComponentKeys::parentFollower)).lookup().ptr
+                  : nullptr;
 }
 
 /// Whether a follower places those above it before itself; one of a script's own need not.

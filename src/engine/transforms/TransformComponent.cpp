@@ -1,5 +1,6 @@
 #include "engine/transforms/TransformComponent.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/debug/DebugCollector.h"
 #include "engine/debug/GlobalConfigSystem.h"
@@ -16,9 +17,9 @@ constexpr float AXIS_LENGTH = 1.f; ///< metres of a drawn axis
 
 Handle<TransformComponent> transformOf(const Handle<MapRootEntity> &map)
 {
-    static const String transformKey = SCS("transform");
     auto root = map.lookup();
-    return root ? handle_cast<TransformComponent>(root->getComponent(transformKey)) : Handle<TransformComponent>();
+    return root ? handle_cast<TransformComponent>(root->getComponent(ComponentKeys::transform))
+                : Handle<TransformComponent>();
 }
 } // namespace
 

@@ -6,6 +6,7 @@
 #include "object/reflection/Reflection.h"
 #include "object/reflection/SavedArguments.h"
 #include "object/tree/TreeWalk.h"
+#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
@@ -279,11 +280,10 @@ void setPersistentCallRecorder(PersistentCallRecorder recorder)
 void Object::recordPersistentCall(const String &funcName, const SavedArguments &arguments)
 {
     static const String coordinatorClass = SCS("Coordinator");
-    static const String recorderPath = SCS("PersistentState/persist");
     auto level = getAncestorOfType(coordinatorClass).lookup();
     if (!level || !persistentCallRecorder)
         return;
-    const Handle<Object> store = level->getDescendantByPath(recorderPath);
+    const Handle<Object> store = level->getDescendantByPath(WellKnownPaths::persistentStateComponent);
     if (store.isValid())
         persistentCallRecorder(store, this_, funcName, arguments);
 }

@@ -2,7 +2,9 @@
 
 #include "physics/volumes/BoundingVolume.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/Coordinator.h"
+#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include "foundation/Finite.h"
@@ -49,15 +51,13 @@ void PhysicsComponent::onLoadComplete()
 
 void PhysicsComponent::setTransformComponent()
 {
-    static const String transformKey = SCS("transform");
-    transComp = handle_cast<TransformComponent>(getSibling(transformKey));
+    transComp = handle_cast<TransformComponent>(getSibling(ComponentKeys::transform));
 }
 
 void PhysicsComponent::doFrame()
 {
-    static const String master = SCS("master");
     if (const auto coordinator = getAncestorOfType<Coordinator>().lookup())
-        doFrame(coordinator->getTimer(master).getFrameTimeSeconds());
+        doFrame(coordinator->getTimer(TimerNames::master).getFrameTimeSeconds());
 }
 
 void PhysicsComponent::doFrame(Seconds frameTime)
@@ -151,7 +151,6 @@ void PhysicsComponent::onHierarchyChange(Handle<Object>, Handle<Object>)
 
 void PhysicsComponent::lookUpVolume()
 {
-    static const String volumeKey = SCS("boundingVolume");
-    volume = handle_cast<BoundingVolume>(getSibling(volumeKey)).lookup().ptr;
+    volume = handle_cast<BoundingVolume>(getSibling(ComponentKeys::boundingVolume)).lookup().ptr;
     objectChanges = ObjectMap().getChangeCount();
 }

@@ -6,6 +6,7 @@
 #include "physics/volumes/ScriptFaults.h"
 #include "physics/bodies/SoundRequest.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/GameLoop.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"
@@ -25,11 +26,11 @@ void disarm(BoundingVolume *volume)
 /// The body that a function was called with, or that stands beside a component it was called with.
 Handle<PhysicsComponent> bodyOf(const Handle<Object> &who)
 {
-    static const String physicsKey = SCS("physics");
     if (const auto body = handle_cast<PhysicsComponent>(who); body.isValid())
         return body;
     const auto component = handle_cast<AbstractComponent>(who).lookup();
-    return component ? handle_cast<PhysicsComponent>(component->getSibling(physicsKey)) : Handle<PhysicsComponent>();
+    return component ? handle_cast<PhysicsComponent>(component->getSibling(ComponentKeys::physics))
+                     : Handle<PhysicsComponent>();
 }
 
 /// Whether the scripts have a level of this name.
@@ -48,8 +49,8 @@ bool hasLevel(const String &name)
 
 void PhysicsComponent::useObjectSpawner(Handle<Object> phys)
 {
-    static const String triggerKey = SCS("trigger"), function = SCS("spawnObject");
-    const Handle<AbstractComponent> hSpawner = getSibling(triggerKey);
+    static const String function = SCS("spawnObject");
+    const Handle<AbstractComponent> hSpawner = getSibling(ComponentKeys::trigger);
     const auto spawner = hSpawner.lookup();
     const ReflectorPtr spawn = spawner ? spawner->getType()->getMember(function) : ReflectorPtr();
     if (spawn)

@@ -5,17 +5,17 @@
 #include "physics/bodies/RigidBody.h"
 
 #include "engine/levels/Coordinator.h"
+#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include <algorithm>
 
 void PhysicsManager::doFrame()
 {
-    static const String master = SCS("master");
     const auto coordinator = getAncestorOfType<Coordinator>().lookup();
     if (!coordinator)
         return;
-    const Seconds frameTime = coordinator->getTimer(master).getFrameTimeSeconds();
+    const Seconds frameTime = coordinator->getTimer(TimerNames::master).getFrameTimeSeconds();
     for (std::size_t i = 0; i < components.size();)
     {
         const Handle<PhysicsComponent> h = components[i];

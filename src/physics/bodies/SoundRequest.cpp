@@ -1,13 +1,14 @@
 #include "physics/bodies/SoundRequest.h"
 
-#include "foundation/Logger.h"
+#include "engine/entities/ComponentKeys.h"
 #include "object/reflection/SavedArguments.h"
+
+#include "foundation/Logger.h"
 
 void requestSound(AbstractComponent &component, const String &sound)
 {
-    static const String soundKey = SCS("sound");
     static const String playFunction = SCS("playSoundEffect");
-    const Handle<AbstractComponent> source = component.getSibling(soundKey);
+    const Handle<AbstractComponent> source = component.getSibling(ComponentKeys::sound);
     const auto player = source.lookup();
     const ReflectorPtr play = player ? player->getType()->getMember(playFunction) : ReflectorPtr();
     const bool played = play && play->call(source, sound).succeeded();

@@ -4,6 +4,7 @@
 #include "physics/volumes/ScriptFaults.h"
 #include "physics/doors/SlidingDoorPhysics.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/GameLoop.h"
 
@@ -15,9 +16,9 @@ namespace
 /// The player's component beside a body, or whatever was given where there is none.
 Handle<Object> playerBeside(const Handle<Object> &who)
 {
-    static const String playerKey = SCS("player");
     const auto component = handle_cast<AbstractComponent>(who).lookup();
-    const Handle<Object> player = component ? component->getSibling(playerKey) : Handle<AbstractComponent>();
+    const Handle<Object> player =
+        component ? component->getSibling(ComponentKeys::player) : Handle<AbstractComponent>();
     return player.isValid() ? player : who;
 }
 
@@ -60,11 +61,10 @@ void callSliding(SlidingDoorPhysics &door, const Handle<Object> &player, DoorCal
 
 bool callDoor(const Handle<Object> &hEntity, const Handle<Object> &who, DoorCall call)
 {
-    static const String physicsKey = SCS("physics");
     const Handle<Object> player = playerBeside(who);
-    if (DoorPhysics *const hinged = componentOf<DoorPhysics>(hEntity, physicsKey))
+    if (DoorPhysics *const hinged = componentOf<DoorPhysics>(hEntity, ComponentKeys::physics))
         callHinged(*hinged, player, call);
-    else if (SlidingDoorPhysics *const sliding = componentOf<SlidingDoorPhysics>(hEntity, physicsKey))
+    else if (SlidingDoorPhysics *const sliding = componentOf<SlidingDoorPhysics>(hEntity, ComponentKeys::physics))
         callSliding(*sliding, player, call);
     else
         return false;

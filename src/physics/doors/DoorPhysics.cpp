@@ -5,6 +5,7 @@
 #include "physics/doors/LeafClearance.h"
 #include "physics/bodies/SoundRequest.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/transforms/TransformComponent.h"
 
@@ -32,11 +33,10 @@ bool sameSide(float angle, float other)
 
 const TransformComponent *transformOf(const Handle<Object> &playerOrComponent)
 {
-    static const String transformKey = SCS("transform");
-    if (const auto *own = componentOf<TransformComponent>(playerOrComponent, transformKey))
+    if (const auto *own = componentOf<TransformComponent>(playerOrComponent, ComponentKeys::transform))
         return own;
     const auto component = playerOrComponent.lookup();
-    return component ? componentOf<TransformComponent>(component->getParent(), transformKey) : nullptr;
+    return component ? componentOf<TransformComponent>(component->getParent(), ComponentKeys::transform) : nullptr;
 }
 
 } // namespace

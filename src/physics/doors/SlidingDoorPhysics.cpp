@@ -5,6 +5,7 @@
 #include "physics/doors/LeafClearance.h"
 #include "physics/bodies/SoundRequest.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/transforms/ParentFollowerComponent.h"
 #include "engine/transforms/ParentTransform.h"
@@ -25,8 +26,7 @@ constexpr float EASING = 0.3f;     ///< metres in which it stops
 template <class Follower>
 Follower *followerBeside(const SlidingDoorPhysics &door)
 {
-    static const String followerKey = SCS("parentFollower");
-    return componentOf<Follower>(door.getParent(), followerKey);
+    return componentOf<Follower>(door.getParent(), ComponentKeys::parentFollower);
 }
 
 } // namespace

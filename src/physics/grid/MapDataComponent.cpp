@@ -4,6 +4,7 @@
 #include "physics/volumes/BoundingVolume.h"
 #include "physics/grid/PartitioningGrid.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
@@ -12,6 +13,7 @@
 #include "engine/levels/PathBelow.h"
 #include "engine/transforms/TransformComponent.h"
 #include "object/tree/TreeWalk.h"
+#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Finite.h"
 #include "foundation/Logger.h"
@@ -21,40 +23,9 @@
 
 namespace
 {
-const String &mainPathGrid()
-{
-    static const String name = SCS(".MapData_mainPathGrid");
-    return name;
-}
-
-const String &flowGrid()
-{
-    static const String name = SCS(".MapData_flowGrid");
-    return name;
-}
-
-const String &transformKey()
-{
-    static const String key = SCS("transform");
-    return key;
-}
-
-const String &gridKey()
-{
-    static const String key = SCS("grid");
-    return key;
-}
-
-const String &partitioningKey()
-{
-    static const String key = SCS("partitioning");
-    return key;
-}
-
 bool isDerived(const Object &child)
 {
-    static const String prefix = SCS(".MapData_");
-    return child.getName().startsWith(prefix);
+    return child.getName().startsWith(WellKnownPaths::mapDataPrefix);
 }
 
 /// Whether a name can lead to a child: it is not empty, no path, and no step to the parent or the object itself.
@@ -78,13 +49,13 @@ bool isSame(const Vec4 &one, const Vec4 &two)
 /// Gives a grid the look in which developers see it: nothing where its value is 0, except for what can be walked on.
 void giveDebugLook(SquareGrid &grid, const String &name)
 {
-    if (name == mainPathGrid())
+    if (name == WellKnownPaths::mainPathGrid)
     {
         grid.setDebugColor0(Vec4(0.1f, 0.5f, 0.2f, 0.5f));
         grid.setDebugColor1(Vec4(0.9f, 0.2f, 0.1f, 1.f));
         return;
     }
-    if (name == flowGrid())
+    if (name == WellKnownPaths::flowGrid)
         grid.setValueRepresentation(SquareGrid::VECTORFIELD);
     grid.setDebugColor0(Vec4(0.2f, 0.4f, 0.9f, 0.f));
     grid.setDebugColor1(Vec4(0.9f, 0.8f, 0.2f, 1.f));
@@ -93,15 +64,15 @@ void giveDebugLook(SquareGrid &grid, const String &name)
 /// Begins a grid with the cells of the one that it depends on.
 void beginLike(const Handle<Entity> &hEntity)
 {
-    static const String mainGridPath = SCS("../.MapData_mainPathGrid/grid");
+    static const String mainGridPath = SCS("../") + WellKnownPaths::mainPathGrid + SCS("/") + ComponentKeys::grid;
     const auto entity = hEntity.lookup();
     const Handle<SquareGrid> model = handle_cast<SquareGrid>(entity->getDescendantByPath(mainGridPath));
     const auto main = model.lookup();
-    SquareGrid *const grid = componentOf<SquareGrid>(hEntity, gridKey());
+    SquareGrid *const grid = componentOf<SquareGrid>(hEntity, ComponentKeys::grid);
     if (!main || !grid || main.ptr == grid)
         return;
-    const auto from = componentOf<TransformComponent>(main->getParent(), transformKey());
-    const auto to = componentOf<TransformComponent>(hEntity, transformKey());
+    const auto from = componentOf<TransformComponent>(main->getParent(), ComponentKeys::transform);
+    const auto to = componentOf<TransformComponent>(hEntity, ComponentKeys::transform);
     if (from && to)
     {
         to->setPosition(from->getPosition());
@@ -139,7 +110,7 @@ bool MapDataComponent::Fit::isUsable() const
 
 bool MapDataComponent::measure(Fit &fit)
 {
-    const auto transform = handle_cast<TransformComponent>(getSibling(transformKey())).lookup();
+    const auto transform = handle_cast<TransformComponent>(getSibling(ComponentKeys::transform)).lookup();
     if (!transform)
         return false;
     fit.position = transform->getPosition();
@@ -150,7 +121,6 @@ bool MapDataComponent::measure(Fit &fit)
 
 void MapDataComponent::updateSize()
 {
-    static const String partitioningName = SCS(".MapData_partitioningGrid");
     const auto map = getParent().lookup();
     if (!map || !measure(fitted))
         return;
@@ -160,7 +130,7 @@ void MapDataComponent::updateSize()
     if (fit.saysSize())
         fitSlabs(fit);
     fitGrids(*map, fit);
-    fitPartitioning(constructPartitioning(partitioningName), fit);
+    fitPartitioning(constructPartitioning(WellKnownPaths::partitioningGrid), fit);
 }
 
 void MapDataComponent::complainOf(const Fit &fit, const Object &map)
@@ -173,30 +143,29 @@ void MapDataComponent::complainOf(const Fit &fit, const Object &map)
 
 void MapDataComponent::fitSlabs(const Fit &fit)
 {
-    static const String floorName = SCS(".MapData_floor"), floorPattern = SCS("Floor");
-    static const String ceilingName = SCS(".MapData_ceiling"), ceilingPattern = SCS("Ceiling");
-    fitSlab(constructSlab(floorName, floorPattern), fit, -1.f);
+    static const String floorPattern = SCS("Floor");
+    static const String ceilingPattern = SCS("Ceiling");
+    fitSlab(constructSlab(WellKnownPaths::floor, floorPattern), fit, -1.f);
     if (fit.scale.y > 0.f)
-        fitSlab(constructSlab(ceilingName, ceilingPattern), fit, 1.f);
-    else if (const auto ceiling = getParent().lookup()->getChild(ceilingName).lookup())
+        fitSlab(constructSlab(WellKnownPaths::ceiling, ceilingPattern), fit, 1.f);
+    else if (const auto ceiling = getParent().lookup()->getChild(WellKnownPaths::ceiling).lookup())
         ceiling->murder();
 }
 
 /// Lays a floor (side -1) or a ceiling (side 1) against the map's lower or upper face.
 void MapDataComponent::fitSlab(const Handle<Entity> &entity, const Fit &fit, float side)
 {
-    static const String followerKey = SCS("parentFollower");
-    static const String volumeKey = SCS("boundingVolume");
     float thickness = 0.f;
-    if (BoundingVolume *const volume = componentOf<BoundingVolume>(entity, volumeKey))
+    if (BoundingVolume *const volume = componentOf<BoundingVolume>(entity, ComponentKeys::boundingVolume))
     {
         thickness = volume->getHitBox().y;
         volume->setHitBox(Vec4(fit.scale.x, thickness, fit.scale.z, 0.f));
     }
     const Vec4 offset(0.f, side * (fit.scale.y + thickness) * 0.5f, 0.f, 0.f);
-    if (ParentFollowerComponent *const follower = componentOf<ParentFollowerComponent>(entity, followerKey))
+    if (ParentFollowerComponent *const follower =
+            componentOf<ParentFollowerComponent>(entity, ComponentKeys::parentFollower))
         follower->setPositionOffset(offset);
-    if (TransformComponent *const transform = componentOf<TransformComponent>(entity, transformKey()))
+    if (TransformComponent *const transform = componentOf<TransformComponent>(entity, ComponentKeys::transform))
     {
         transform->setPosition(fit.position + offset);
         transform->setScale(Vec4(fit.scale.x, 1.f, fit.scale.z, 0.f));
@@ -205,11 +174,10 @@ void MapDataComponent::fitSlab(const Handle<Entity> &entity, const Fit &fit, flo
 
 void MapDataComponent::fitGrids(Object &map, const Fit &fit)
 {
-    static const String saturationGrid = SCS(".MapData_pathSaturationGrid");
-    const auto main = constructGrid(mainPathGrid()).lookup();
-    mainGrid = main ? handle_cast<SquareGrid>(main->getComponent(gridKey())) : Handle<SquareGrid>();
-    constructGrid(saturationGrid);
-    constructGrid(flowGrid());
+    const auto main = constructGrid(WellKnownPaths::mainPathGrid).lookup();
+    mainGrid = main ? handle_cast<SquareGrid>(main->getComponent(ComponentKeys::grid)) : Handle<SquareGrid>();
+    constructGrid(WellKnownPaths::pathSaturationGrid);
+    constructGrid(WellKnownPaths::flowGrid);
     for (auto child = map.children_begin(); child != map.children_end(); ++child)
     {
         const auto entity = handle_cast<Entity>(*child);
@@ -221,8 +189,8 @@ void MapDataComponent::fitGrids(Object &map, const Fit &fit)
 /// Lays a grid on the map's lower face, where those who ask it walk. Nothing for a child without one.
 void MapDataComponent::fitGrid(const Handle<Entity> &entity, const Fit &fit)
 {
-    SquareGrid *const grid = componentOf<SquareGrid>(entity, gridKey());
-    TransformComponent *const transform = componentOf<TransformComponent>(entity, transformKey());
+    SquareGrid *const grid = componentOf<SquareGrid>(entity, ComponentKeys::grid);
+    TransformComponent *const transform = componentOf<TransformComponent>(entity, ComponentKeys::transform);
     if (!grid || !transform)
         return;
     if (fit.saysSize())
@@ -236,7 +204,7 @@ void MapDataComponent::fitGrid(const Handle<Entity> &entity, const Fit &fit)
 
 void MapDataComponent::fitPartitioning(const Handle<Entity> &entity, const Fit &fit)
 {
-    PartitioningGrid *const grid = componentOf<PartitioningGrid>(entity, partitioningKey());
+    PartitioningGrid *const grid = componentOf<PartitioningGrid>(entity, ComponentKeys::partitioning);
     if (!grid)
         return;
     if (fit.saysSize())
@@ -251,9 +219,10 @@ Handle<Entity> MapDataComponent::constructGrid(String name)
 {
     const Handle<Entity> child = constructChild(name);
     const auto entity = child.lookup();
-    if (!entity || entity->getComponent(gridKey()).isValid())
+    if (!entity || entity->getComponent(ComponentKeys::grid).isValid())
         return child;
-    if (const auto grid = handle_cast<SquareGrid>(entity->addComponent(gridKey(), SquareGrid::staticType)).lookup())
+    if (const auto grid =
+            handle_cast<SquareGrid>(entity->addComponent(ComponentKeys::grid, SquareGrid::staticType)).lookup())
     {
         giveDebugLook(*grid, name);
         beginLike(child);
@@ -265,8 +234,8 @@ Handle<Entity> MapDataComponent::constructPartitioning(String name)
 {
     const Handle<Entity> child = constructChild(name);
     const auto entity = child.lookup();
-    if (entity && !entity->getComponent(partitioningKey()).isValid())
-        entity->addComponent(partitioningKey(), PartitioningGrid::staticType);
+    if (entity && !entity->getComponent(ComponentKeys::partitioning).isValid())
+        entity->addComponent(ComponentKeys::partitioning, PartitioningGrid::staticType);
     return child;
 }
 
@@ -289,7 +258,7 @@ Handle<Entity> MapDataComponent::constructChild(const String &name)
     const auto entity = made.lookup();
     entity->setName(name);
     entity->setParent(getParent());
-    entity->addComponent(transformKey(), TransformComponent::staticType);
+    entity->addComponent(ComponentKeys::transform, TransformComponent::staticType);
     return made;
 }
 
@@ -333,15 +302,14 @@ void MapDataComponent::setGridCellSize(float val)
 /// Looks for the player, again only when an object was born or has died.
 void MapDataComponent::findPlayer()
 {
-    static const String playerName = SCS("Player");
     const std::uint64_t objectChanges = ObjectMap().getChangeCount();
     if (player.isValid() || searched == objectChanges)
         return;
     searched = objectChanges;
-    player = getParent().lookup()->getChild(playerName);
+    player = getParent().lookup()->getChild(WellKnownPaths::player);
     const auto level = getAncestorOfType<Coordinator>().lookup();
     if (!player.isValid() && level)
-        player = level->getChild(playerName);
+        player = level->getChild(WellKnownPaths::player);
 }
 
 GridCell MapDataComponent::findPlayerCell()
@@ -350,6 +318,6 @@ GridCell MapDataComponent::findPlayerCell()
     if (!grid)
         return GridCell();
     findPlayer();
-    TransformComponent *const transform = componentOf<TransformComponent>(player, transformKey());
+    TransformComponent *const transform = componentOf<TransformComponent>(player, ComponentKeys::transform);
     return transform ? grid->getCellFromPoint(transform->getPosition()) : GridCell();
 }

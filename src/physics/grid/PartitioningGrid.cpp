@@ -2,8 +2,10 @@
 
 #include "physics/volumes/BoundingVolume.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/transforms/TransformComponent.h"
+#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Logger.h"
 
@@ -44,8 +46,6 @@ double cellsAlong(float extent, float cellSize)
 
 Handle<PartitioningGrid> PartitioningGrid::ofMap(const Handle<MapRootEntity> &map)
 {
-    static const String gridEntity = SCS(".MapData_partitioningGrid");
-    static const String gridKey = SCS("partitioning");
     // Every volume asks in every frame, and maps have thousands of children: the last answer is tried first.
     if (lastGrid.isCertain && lastGrid.map == map)
         return lastGrid.grid;
@@ -54,13 +54,15 @@ Handle<PartitioningGrid> PartitioningGrid::ofMap(const Handle<MapRootEntity> &ma
     const auto standsRight = [&](const Object &grid)
     {
         const auto entity = grid.getParent().lookup();
-        return entity && entity->getParent() == map && entity->getName() == gridEntity && grid.getName() == gridKey;
+        return entity && entity->getParent() == map && entity->getName() == WellKnownPaths::partitioningGrid &&
+               grid.getName() == ComponentKeys::partitioning;
     };
     if (const auto grid = lastGrid.grid.lookup(); grid && standsRight(*grid))
         return lastGrid.grid;
     const auto root = map.lookup();
-    const auto entity = root ? root->getChild(gridEntity).lookup() : Handle<Object>::Result{};
-    lastGrid.grid = entity ? handle_cast<PartitioningGrid>(entity->getChild(gridKey)) : Handle<PartitioningGrid>();
+    const auto entity = root ? root->getChild(WellKnownPaths::partitioningGrid).lookup() : Handle<Object>::Result{};
+    lastGrid.grid = entity ? handle_cast<PartitioningGrid>(entity->getChild(ComponentKeys::partitioning))
+                           : Handle<PartitioningGrid>();
     return lastGrid.grid;
 }
 

@@ -6,6 +6,7 @@
 
 #include "engine/debug/DebugCollector.h"
 #include "engine/debug/GlobalConfigSystem.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/transforms/TransformComponent.h"
 
 namespace
@@ -27,11 +28,10 @@ bool wants(bool switchOfThis)
 /// recognise.
 Vec4 placeOf(const RigidCollision &contact)
 {
-    static const String transformKey = SCS("transform");
     const auto first = contact.volumes[0].lookup();
     if (!first || first->getVolumeType() != BoundingVolume::BV_SPHERE)
         return contact.contactPos;
-    const auto transform = handle_cast<TransformComponent>(first->getSibling(transformKey)).lookup();
+    const auto transform = handle_cast<TransformComponent>(first->getSibling(ComponentKeys::transform)).lookup();
     return transform ? transform->getPosition() - contact.contactNormal * (0.5f * first->getHitBox().x)
                      : contact.contactPos;
 }

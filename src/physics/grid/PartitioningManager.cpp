@@ -1,14 +1,14 @@
 #include "physics/grid/PartitioningManager.h"
 
 #include "engine/levels/Coordinator.h"
+#include "engine/time/TimerNames.h"
 
 void PartitioningManager::doFrame()
 {
-    static const String master = SCS("master");
     const auto coordinator = getAncestorOfType<Coordinator>().lookup();
     if (!coordinator)
         return;
-    const Seconds frameSeconds = coordinator->getTimer(master).getFrameTimeSeconds();
+    const Seconds frameSeconds = coordinator->getTimer(TimerNames::master).getFrameTimeSeconds();
     // A trigger's script may add grids or take them away.
     for (auto next = components.begin(); next != components.end();)
     {

@@ -1,5 +1,6 @@
 #include "physics/grid/SquareGrid.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/transforms/TransformComponent.h"
 #include "physics/grid/CellRect.h"
 
@@ -201,6 +202,5 @@ Vec4 &SquareGrid::getCellRef(int x, int z)
 
 Handle<TransformComponent> SquareGrid::findTransform()
 {
-    static const String transformKey = SCS("transform");
-    return handle_cast<TransformComponent>(getSibling(transformKey));
+    return handle_cast<TransformComponent>(getSibling(ComponentKeys::transform));
 }

@@ -2,6 +2,7 @@
 
 #include "physics/volumes/BoundingVolume.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
@@ -88,8 +89,7 @@ void EventTriggerVolume::setEventEntityNames(String entityNames)
 
 bool EventTriggerVolume::touchesPlayer() const
 {
-    static const String volumeKey = SCS("boundingVolume");
-    const BoundingVolume *const volume = componentOf<BoundingVolume>(getParent(), volumeKey);
+    const BoundingVolume *const volume = componentOf<BoundingVolume>(getParent(), ComponentKeys::boundingVolume);
     if (!volume)
         return false;
     const auto isPlayer = [](const Handle<BoundingVolume> &h)

@@ -6,11 +6,13 @@
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/RigidBody.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/entities/SimpleManager.h"
 #include "engine/time/TimeKeeper.h"
+#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include "foundation/Logger.h"
@@ -144,7 +146,6 @@ void ForceVolumeComponent::onMurder()
 
 void ForceVolumeComponent::doFrame()
 {
-    static const String master = SCS("master");
     Field field;
     if (!makeField(field))
         return letGoOfAll();
@@ -154,7 +155,7 @@ void ForceVolumeComponent::doFrame()
     if (projectiles.empty())
         return;
     const auto level = getAncestorOfType<Coordinator>().lookup();
-    const Seconds seconds = level ? level->getTimer(master).getFrameTimeSeconds() : 0.0;
+    const Seconds seconds = level ? level->getTimer(TimerNames::master).getFrameTimeSeconds() : 0.0;
     auto kept = projectiles.begin();
     for (ProjectileInfo &info : projectiles)
         if (info.inVolume ? push(info, field, seconds) : letGo(info, seconds))
@@ -204,8 +205,7 @@ void ForceVolumeComponent::setForceOrientation(Quaternion val)
 /// The volume as it stands now; false where there is none.
 bool ForceVolumeComponent::makeField(Field &field)
 {
-    static const String volumeKey = SCS("boundingVolume");
-    BoundingVolume *const volume = componentOf<BoundingVolume>(getParent(), volumeKey);
+    BoundingVolume *const volume = componentOf<BoundingVolume>(getParent(), ComponentKeys::boundingVolume);
     const TransformComponent *const transform = volume ? volume->findTransform() : nullptr;
     if (!transform)
         return false;
@@ -230,8 +230,7 @@ bool ForceVolumeComponent::makeField(Field &field)
 /// Marks the bodies that are inside, new ones among them, by the cells that the volume covers.
 void ForceVolumeComponent::takeInsiders(const Field &field)
 {
-    static const String volumeKey = SCS("boundingVolume");
-    BoundingVolume *const own = componentOf<BoundingVolume>(getParent(), volumeKey);
+    BoundingVolume *const own = componentOf<BoundingVolume>(getParent(), ComponentKeys::boundingVolume);
     const auto grid = PartitioningGrid::ofMap(own->findTransform()->findMap()).lookup();
     if (!grid)
         return;

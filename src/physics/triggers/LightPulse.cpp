@@ -1,7 +1,9 @@
 #include "physics/triggers/LightPulse.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
+#include "engine/time/TimerNames.h"
 #include "object/reflection/Variant.h"
 
 #include <cmath>
@@ -24,8 +26,7 @@ const String &specularProperty()
 /// The light of an entity: whatever draws it and has a colour to shine with. Invalid for none.
 Handle<AbstractComponent> lightOf(const Handle<Object> &hEntity)
 {
-    static const String graphicsKey = SCS("graphics2");
-    const AbstractComponent *const graphics = componentOf<AbstractComponent>(hEntity, graphicsKey);
+    const AbstractComponent *const graphics = componentOf<AbstractComponent>(hEntity, ComponentKeys::graphics2);
     return graphics && graphics->getPropertyValue(diffuseProperty()).succeeded() ? getHandle(graphics)
                                                                                  : Handle<AbstractComponent>();
 }
@@ -81,13 +82,12 @@ void LightPulse::begin()
 
 void LightPulse::doFrame()
 {
-    static const String master = SCS("master");
     if (!beating)
         return;
     const auto coordinator = getAncestorOfType<Coordinator>().lookup();
     if (!coordinator)
         return;
-    phase += rate * coordinator->getTimer(master).getFrameTimeSeconds();
+    phase += rate * coordinator->getTimer(TimerNames::master).getFrameTimeSeconds();
     if (phase >= 1.0)
     {
         beating = again;

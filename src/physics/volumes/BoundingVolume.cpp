@@ -3,6 +3,7 @@
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/PhysicsComponent.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/Entity.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/transforms/TransformComponent.h"
@@ -132,10 +133,8 @@ void BoundingVolume::callTriggerFunc(const SavedArguments &entityAndToucher, std
 
 void BoundingVolume::findSiblings()
 {
-    static const String transformKey = SCS("transform");
-    static const String physicsKey = SCS("physics");
-    siblings.transform = handle_cast<TransformComponent>(getSibling(transformKey)).lookup().ptr;
-    siblings.physics = handle_cast<PhysicsComponent>(getSibling(physicsKey)).lookup().ptr;
+    siblings.transform = handle_cast<TransformComponent>(getSibling(ComponentKeys::transform)).lookup().ptr;
+    siblings.physics = handle_cast<PhysicsComponent>(getSibling(ComponentKeys::physics)).lookup().ptr;
     const auto entity = getParent().lookup();
     siblings.map = entity ? handle_cast<MapRootEntity>(entity->getParent()) : Handle<MapRootEntity>();
     siblings.objectChanges = ObjectMap().getChangeCount();

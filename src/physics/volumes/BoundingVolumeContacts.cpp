@@ -4,6 +4,7 @@
 #include "physics/bodies/PhysicsComponent.h"
 #include "physics/bodies/RigidCollision.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include <cmath>
@@ -181,11 +182,11 @@ bool BoundingVolume::playerToLight(Handle<BoundingVolume> light, std::vector<Col
 /// contact, but each finds the other among its colliders.
 bool BoundingVolume::lightToPlayer(Handle<BoundingVolume> player, std::vector<Collision *> &)
 {
-    static const String graphicsKey = SCS("graphics2"), playerKey = SCS("player");
     const auto other = player.lookup();
     const TransformComponent *const place = findTransform();
     const TransformComponent *const playerPlace = other ? other->findTransform() : nullptr;
-    if (!place || !playerPlace || !getSibling(graphicsKey).isValid() || !other->getSibling(playerKey).isValid())
+    if (!place || !playerPlace || !getSibling(ComponentKeys::graphics2).isValid() ||
+        !other->getSibling(ComponentKeys::player).isValid())
         return false;
     const float reach = 0.5f * hitBox.x;
     return (playerPlace->getPosition() - place->getPosition()).magnitudeSquared() <= reach * reach;

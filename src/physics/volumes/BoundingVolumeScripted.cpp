@@ -5,10 +5,12 @@
 #include "physics/triggers/LightPulse.h"
 #include "physics/volumes/ScriptFaults.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/entities/ObjectGroupManager.h"
 #include "object/reflection/SavedArguments.h"
+#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Logger.h"
 
@@ -21,11 +23,10 @@ template <class Function>
 void forEachInGroup(BoundingVolume &volume, ObjectGroupComponent::Group group, const char *caller, const char *needs,
                     Function function)
 {
-    static const String groupKey = SCS("objectGroup");
     const auto coordinator = volume.getAncestorOfType<Coordinator>().lookup();
     if (!coordinator)
         return;
-    const auto manager = handle_cast<ObjectGroupManager>(coordinator->getManager(groupKey)).lookup();
+    const auto manager = handle_cast<ObjectGroupManager>(coordinator->getManager(ComponentKeys::objectGroup)).lookup();
     if (!manager)
         return;
     const ObjectGroupManager::ComponentGroup &members = manager->getGroup(group);
@@ -44,8 +45,7 @@ void forEachInGroup(BoundingVolume &volume, ObjectGroupComponent::Group group, c
 /// Calls a function of this name without arguments, where the entity's behaviour has one.
 bool callBehavior(const Handle<Object> &hEntity, const String &function)
 {
-    static const String behaviorsKey = SCS("behaviors");
-    const AbstractComponent *const behavior = componentOf<AbstractComponent>(hEntity, behaviorsKey);
+    const AbstractComponent *const behavior = componentOf<AbstractComponent>(hEntity, ComponentKeys::behaviors);
     const ReflectorPtr member = behavior ? behavior->getType()->getMember(function) : ReflectorPtr();
     return member && member->call(Handle<Object>(behavior->getHandle())).succeeded();
 }
@@ -90,13 +90,11 @@ void BoundingVolume::followPlayer(ObjectGroupComponent::Group group)
 
 void BoundingVolume::lightSwitchInteract()
 {
-    static const String lightPath = SCS("lightSwitchLight/graphics2");
     static const String visible = SCS("visible");
-    static const String counterName = SCS("interactCounter");
     const auto entity = getParent().lookup();
     if (!entity)
         return;
-    const auto light = entity->getDescendantByPath(lightPath).lookup();
+    const auto light = entity->getDescendantByPath(WellKnownPaths::lightOfSwitch).lookup();
     const ErrorReturn<Variant> isOn =
         light ? light->getPropertyValue(visible) : ErrorReturn<Variant>(ErrorCode::NO_SUCH_PROPERTY);
     if (isOn.succeeded())
@@ -105,8 +103,8 @@ void BoundingVolume::lightSwitchInteract()
         KV_LOGF(Logger_::I_ERROR,
                 "lightSwitchInteract of %s: there is no light at \"%s\" below it. Hang the light's entity below the "
                 "switch's under that name.",
-                getParent().toString().toCString(), lightPath.toCString());
-    countUp(getSibling(counterName), counterName);
+                getParent().toString().toCString(), WellKnownPaths::lightOfSwitch.toCString());
+    countUp(getSibling(ComponentKeys::interactCounter), ComponentKeys::interactCounter);
 }
 
 void BoundingVolume::openParentDoor(Handle<Object> phys, Handle<Object> hEntity)

@@ -3,6 +3,7 @@
 #include "rendering/debug/DebugLineGraphicsComponent.h"
 #include "rendering/debug/DebugTextGraphicsComponent.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/debug/DebugCollector.h"
 #include "engine/entities/Entity.h"
@@ -27,7 +28,7 @@ void addDrawer(const char *name, const Handle<Entity> &parent, SceneGraph::Layer
 {
     const Handle<Entity> entity = makeEntity(name, parent);
     const auto drawer =
-        handle_cast<Drawer>(entity.lookup()->addComponent(SCS("graphics2"), Drawer::staticType)).lookup();
+        handle_cast<Drawer>(entity.lookup()->addComponent(ComponentKeys::graphics2, Drawer::staticType)).lookup();
     if (!drawer)
         return;
     drawer->setLayer(layer);
@@ -45,12 +46,12 @@ bool hasCollector(Coordinator &level, const String &key)
 
 void provideDebugDrawing(Coordinator &level)
 {
-    static const String key = SCS("debugDrawCollector");
-    if (!getSystemDeref<GlobalConfigSystem>().getDebugDrawEnabled() || hasCollector(level, key))
+    if (!getSystemDeref<GlobalConfigSystem>().getDebugDrawEnabled() ||
+        hasCollector(level, ComponentKeys::debugDrawCollector))
         return;
     const Handle<Entity> root = makeEntity(".DebugDrawing", level.getHandle());
-    const auto collector =
-        handle_cast<DebugCollectorComponent>(root.lookup()->addComponent(key, DebugCollectorComponent::staticType));
+    const auto collector = handle_cast<DebugCollectorComponent>(
+        root.lookup()->addComponent(ComponentKeys::debugDrawCollector, DebugCollectorComponent::staticType));
     addDrawer<DebugLineGraphicsComponent>("worldLines", root, SceneGraph::WORLD_DEBUG, collector);
     addDrawer<DebugLineGraphicsComponent>("screenLines", root, SceneGraph::SCREEN_DEBUG, collector);
     addDrawer<DebugTextGraphicsComponent>("texts", root, SceneGraph::SCREEN_DEBUG, collector);

@@ -12,6 +12,7 @@
 #include "assets/models/DynamicMeshAsset.h"
 #include "assets/fonts/FontAsset.h"
 #include "assets/fonts/FontAssetLoader.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/debug/DebugCollector.h"
 #include "engine/transforms/TransformComponent.h"
@@ -140,12 +141,11 @@ void DebugTextGraphicsComponent::addShadowed(FontAsset &asset, int pixelSize, fl
 /// Where the current camera shows a place, pixels from the lower left corner; false where it does not.
 bool DebugTextGraphicsComponent::projectToPixels(const Vec4 &worldPosition, Vec4 &pixels) const
 {
-    static const String transformKey = SCS("transform"), viewerKey = SCS("viewer");
     typedef TransformComponent T;
     const auto manager = handle_cast<GraphicsManager2>(getManager()).lookup();
     const Handle<Entity> camera = manager ? manager->getCurrentCamera() : Handle<Entity>();
-    T *const transform = componentOf<T>(camera, transformKey);
-    auto *const viewer = componentOf<ViewerComponent>(camera, viewerKey);
+    T *const transform = componentOf<T>(camera, ComponentKeys::transform);
+    auto *const viewer = componentOf<ViewerComponent>(camera, ComponentKeys::viewer);
     if (!transform || !viewer)
         return false;
 

@@ -11,6 +11,7 @@
 #include "assets/models/DynamicMeshAsset.h"
 #include "assets/models/DynamicMeshAssetLoader.h"
 #include "assets/cache/TextureAsset.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 
 #include "foundation/Assertions.h"
@@ -194,8 +195,7 @@ void GraphicsSystem2::updateFullScreenQuad()
 
 Vec4 GraphicsSystem2::unprojectPointFromLastFrame(const Vec4 &screenPoint, bool useSceneDepth)
 {
-    static const String viewerKey = SCS("viewer");
-    auto *const viewer = componentOf<ViewerComponent>(lastFrameCamera, viewerKey);
+    auto *const viewer = componentOf<ViewerComponent>(lastFrameCamera, ComponentKeys::viewer);
     if (!viewer)
         return Vec4(0, 0, 0, 1);
     const WindowCoordinate size = getWholeWindow();

@@ -6,9 +6,11 @@
 #include "rendering/drawn/UnitMeshes.h"
 
 #include "assets/models/DynamicMeshAsset.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/time/TimeSystem.h"
+#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include "foundation/Random.h"
@@ -48,10 +50,9 @@ float bounded(float val, float least, float most)
 
 Vec4 eyeOf(const Handle<AbstractManager> &hManager, Vec4 &ahead)
 {
-    static const String transformKey = SCS("transform");
     const auto manager = handle_cast<GraphicsManager2>(hManager).lookup();
     TransformComponent *const transform =
-        manager ? componentOf<TransformComponent>(manager->getCurrentCamera(), transformKey) : nullptr;
+        manager ? componentOf<TransformComponent>(manager->getCurrentCamera(), ComponentKeys::transform) : nullptr;
     if (!transform)
         return Vec4(0, 0, 0, 1);
     ahead = transform->getTransformationMatrix(TransformComponent::OMIT_SCALE).getColumn(2);
@@ -175,7 +176,6 @@ bool DustParticleSystemComponent::isInView(const Box &box) const
 
 void DustParticleSystemComponent::findLights(const Box &box)
 {
-    static const String transformKey = SCS("transform");
     lights.clear();
     const auto sceneGraph = getSceneGraph().lookup();
     if (!sceneGraph)
@@ -183,8 +183,9 @@ void DustParticleSystemComponent::findLights(const Box &box)
     for (const Handle<GraphicsComponent2> &h : sceneGraph->getLayerComponents(SceneGraph::LIGHT))
     {
         const auto light = handle_cast<LightComponent>(h).lookup();
-        const auto transform = light ? handle_cast<TransformComponent>(light->getSibling(transformKey)).lookup()
-                                     : Handle<TransformComponent>::Result{};
+        const auto transform =
+            light ? handle_cast<TransformComponent>(light->getSibling(ComponentKeys::transform)).lookup()
+                  : Handle<TransformComponent>::Result{};
         if (!transform || !light->getVisible() || light->isDying())
             continue;
         const LightInAir inAir(*light, *transform);
@@ -214,11 +215,10 @@ void DustParticleSystemComponent::fitCount(const Box &box)
 /// Seconds that the level's clock has run since the last step; 0 in a stopped level.
 float DustParticleSystemComponent::takeElapsedTime()
 {
-    static const String master = SCS("master");
     const auto coordinator = getAncestorOfType<Coordinator>().lookup();
     if (!coordinator)
         return 0;
-    const TimerTicks now = coordinator->getTimer(master).getValue();
+    const TimerTicks now = coordinator->getTimer(TimerNames::master).getValue();
     const Seconds seconds = getSystemDeref<TimeSystem>().toSeconds(now - lastTicks);
     lastTicks = now;
     return coordinator->getLoopState() == Coordinator::LOOP_RUN

@@ -2,6 +2,7 @@
 
 #include "platform/window/WindowSystem2.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/transforms/TransformComponent.h"
 
@@ -41,9 +42,8 @@ void FlatGraphicsComponent::updateTransformByWindowCoordinates(WindowCoordinate 
         return;
     const WindowCoordinate place =
         getSystemDeref<WindowSystem2>().convertWindowCoordinate(coord, WCS_NORMALIZED_NOWRAP, WCS_NORMALIZED_NOWRAP);
-    static const String transformKey = SCS("transform");
     Vec4 origin(0, 0, 0, 1);
-    if (const auto *baseTransform = componentOf<TransformComponent>(relativeTo, transformKey))
+    if (const auto *baseTransform = componentOf<TransformComponent>(relativeTo, ComponentKeys::transform))
         origin = baseTransform->getPosition();
     transform->setPosition(Vec4(origin.x + place.x, origin.y + place.y, depth, 1));
 }

@@ -3,6 +3,7 @@
 #include "rendering/frame/GraphicsManager2.h"
 #include "rendering/frame/RenderParams.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/Entity.h"
 #include "engine/transforms/TransformComponent.h"
 
@@ -93,12 +94,12 @@ void GraphicsComponent2::expectLayer(std::initializer_list<SceneGraph::Layer> dr
 
 TransformComponent *GraphicsComponent2::findTransform() const
 {
-    static const String transformKey = SCS("transform");
     const std::uint64_t changes = ObjectMap().getChangeCount();
     if (objectChanges == changes)
         return transform;
     const auto entity = handle_cast<Entity>(getParent()).lookup();
-    transform = entity ? handle_cast<TransformComponent>(entity->getComponent(transformKey)).lookup().ptr : nullptr;
+    transform =
+        entity ? handle_cast<TransformComponent>(entity->getComponent(ComponentKeys::transform)).lookup().ptr : nullptr;
     objectChanges = changes;
     return transform;
 }

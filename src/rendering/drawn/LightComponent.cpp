@@ -11,6 +11,7 @@
 #include "assets/models/MeshAsset.h"
 #include "assets/models/MeshAssetLoader.h"
 #include "assets/cache/TextureAsset.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/debug/DebugCollector.h"
 #include "engine/entities/Entity.h"
@@ -31,10 +32,6 @@ namespace
 /// What stays the same from light to light, made once.
 struct LightNames
 {
-    const String transform = SCS("transform");
-    const String viewer = SCS("viewer");
-    const String boundingVolume = SCS("boundingVolume");
-    const String parentFollower = SCS("parentFollower");
     const String dummy = SCS(".partitioningDummy");
 
     const String defaultSet = SCS("Default");
@@ -69,7 +66,7 @@ Matrix4 currentWorldToView(const Handle<AbstractManager> &hManager)
 {
     typedef TransformComponent T;
     const auto manager = handle_cast<GraphicsManager2>(hManager).lookup();
-    T *camera = manager ? componentOf<T>(manager->getCurrentCamera(), names().transform) : nullptr;
+    T *camera = manager ? componentOf<T>(manager->getCurrentCamera(), ComponentKeys::transform) : nullptr;
     return camera ? camera->getCameraMatrix(T::INTO_WORLD_SPACE | T::INVERT | T::OMIT_SCALE) : Matrix4();
 }
 
@@ -141,7 +138,8 @@ void LightComponent::requestMesh()
 void LightComponent::createPartitioningDummy()
 {
     const auto entity = handle_cast<Entity>(getParent()).lookup();
-    if (!entity || entity->getComponent(names().boundingVolume).isValid() || entity->getChild(names().dummy).isValid())
+    if (!entity || entity->getComponent(ComponentKeys::boundingVolume).isValid() ||
+        entity->getChild(names().dummy).isValid())
         return;
     const bool built = pythonGuarded(
         [&entity]
@@ -157,8 +155,8 @@ void LightComponent::updatePartitioningDummy() const
 {
     const auto entity = getParent().lookup();
     const Handle<Object> dummy = entity ? entity->getChild(names().dummy) : Handle<Object>();
-    auto *volume = componentOf<BoundingVolume>(dummy, names().boundingVolume);
-    auto *follower = componentOf<ParentFollowerComponent>(dummy, names().parentFollower);
+    auto *volume = componentOf<BoundingVolume>(dummy, ComponentKeys::boundingVolume);
+    auto *follower = componentOf<ParentFollowerComponent>(dummy, ComponentKeys::parentFollower);
     if (!volume || !follower)
         return;
 
@@ -176,7 +174,7 @@ ViewerComponent *LightComponent::findShadowViewer()
 {
     if (!getCastShadows())
         return nullptr;
-    auto *viewer = componentOf<ViewerComponent>(getParent(), names().viewer);
+    auto *viewer = componentOf<ViewerComponent>(getParent(), ComponentKeys::viewer);
     // Told once: a frame later nothing has changed.
     KV_VERIFY(viewer || missingViewerTold, "The light of %s cannot cast shadows: it needs a component \"viewer\".",
               getParent().toString().toCString());

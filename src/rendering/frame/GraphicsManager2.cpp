@@ -8,16 +8,19 @@
 #include "rendering/drawn/WholeWindow.h"
 
 #include "assets/models/DynamicMeshAsset.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/debug/GlobalConfigSystem.h"
 #include "engine/time/TimeSystem.h"
+#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/ProfilerScope.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/Variant.h"
+#include "object/tree/WellKnownPaths.h"
 #include "port/d3d9/d3d9errors.h"
 
 namespace
@@ -52,14 +55,12 @@ const Names &names()
 
 TransformComponent *findTransform(const Handle<Entity> &hEntity)
 {
-    static const String transformKey = SCS("transform");
-    return componentOf<TransformComponent>(hEntity, transformKey);
+    return componentOf<TransformComponent>(hEntity, ComponentKeys::transform);
 }
 
 bool hasViewer(const Handle<Entity> &hEntity)
 {
-    static const String viewerKey = SCS("viewer");
-    return componentOf<ViewerComponent>(hEntity, viewerKey) != nullptr;
+    return componentOf<ViewerComponent>(hEntity, ComponentKeys::viewer) != nullptr;
 }
 
 bool isDeviceLost(const ErrorCode &result)
@@ -331,11 +332,10 @@ void GraphicsManager2::centreScreenViewer()
 
 float GraphicsManager2::getMasterTime()
 {
-    static const String masterName = SCS("master");
     const auto coordinator = getAncestorOfType<Coordinator>().lookup();
     if (!coordinator)
         return 0.0f;
-    const auto ticks = static_cast<double>(coordinator->getTimer(masterName).getValue());
+    const auto ticks = static_cast<double>(coordinator->getTimer(TimerNames::master).getValue());
     return static_cast<float>(ticks / static_cast<double>(getSystemDeref<TimeSystem>().getTicksPerSecond()));
 }
 
@@ -343,12 +343,10 @@ float GraphicsManager2::getInsanityAmount()
 {
     // The path ../Player/player, walked by hand: splitting it would make strings in every frame. The player's class
     // stands in a higher folder, so it is met as whatever has a sanity.
-    static const String playerEntity = SCS("Player");
-    static const String playerKey = SCS("player");
     static const String sanityName = SCS("sanity");
     const auto level = getParent().lookup();
-    const auto entity = level ? level->getChild(playerEntity).lookup() : Handle<Object>::Result{};
-    const auto player = entity ? entity->getChild(playerKey).lookup() : Handle<Object>::Result{};
+    const auto entity = level ? level->getChild(WellKnownPaths::player).lookup() : Handle<Object>::Result{};
+    const auto player = entity ? entity->getChild(ComponentKeys::player).lookup() : Handle<Object>::Result{};
     if (!player)
         return 0.0f;
     const ErrorReturn<Variant> property = player->getPropertyValue(sanityName);

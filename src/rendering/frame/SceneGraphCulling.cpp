@@ -8,6 +8,7 @@
 #include "rendering/frame/ViewerComponent.h"
 #include "rendering/drawn/WholeWindow.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/entities/Entity.h"
@@ -26,8 +27,7 @@ namespace
 
 ViewerComponent *findViewer(const Handle<Entity> &hViewer)
 {
-    static const String viewerKey = SCS("viewer");
-    return componentOf<ViewerComponent>(hViewer, viewerKey);
+    return componentOf<ViewerComponent>(hViewer, ComponentKeys::viewer);
 }
 
 /// Whose volume it is: the entity it stands beside, or for a dummy the one that has the dummy's entity as a child.
@@ -102,10 +102,9 @@ ErrorCode SceneGraph::collectVisibleObjects(const GraphicsSystem2::SceneRenderPa
 void SceneGraph::leaveOutUnseen(const GraphicsSystem2::SceneRenderParams &params, LayerComponentList &objectsToDraw)
 {
     static const String shadowSet = SCS("Shadow");
-    static const String transformKey = SCS("transform");
     typedef TransformComponent T;
     ViewerComponent *viewer = findViewer(params.viewer);
-    T *const transform = componentOf<T>(params.viewer, transformKey);
+    T *const transform = componentOf<T>(params.viewer, ComponentKeys::transform);
     if (!viewer || !transform)
         return;
     const WindowCoordinate size = getWholeWindow();
@@ -151,7 +150,6 @@ ErrorCode SceneGraph::collectVisibleObjectsInMap(MapRootEntity &map, Scratch &li
 void SceneGraph::collectObjectsFromGridVolumeList(VolumeList volumes, LayerComponentList &objectsToDraw,
                                                   RequestHandle request, Layer layer)
 {
-    static const String graphicsKey = SCS("graphics2");
     for (const Handle<BoundingVolume> &hVolume : volumes)
     {
         const auto volume = hVolume.lookup();
@@ -161,7 +159,7 @@ void SceneGraph::collectObjectsFromGridVolumeList(VolumeList volumes, LayerCompo
         Entity *const owner = findOwner(*volume);
         if (!owner)
             continue;
-        const auto hComponent = handle_cast<GraphicsComponent2>(owner->getComponent(graphicsKey));
+        const auto hComponent = handle_cast<GraphicsComponent2>(owner->getComponent(ComponentKeys::graphics2));
         const auto component = hComponent.lookup();
         if (!component || component->getLastRequest() == request || !component->getVisible() ||
             component->getLayer() != layer)

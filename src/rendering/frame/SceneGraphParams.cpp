@@ -6,6 +6,7 @@
 #include "rendering/frame/ViewerComponent.h"
 #include "rendering/drawn/WholeWindow.h"
 
+#include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/transforms/TransformComponent.h"
 
@@ -94,10 +95,8 @@ ErrorCode SceneGraph::applyParams(const GraphicsSystem2::SceneRenderParams &para
 ErrorCode SceneGraph::setViewerConstants(const String &effect, const GraphicsSystem2::SceneRenderParams &params)
 {
     static const ViewerConstantNames names;
-    static const String viewerKey = SCS("viewer");
-    static const String transformKey = SCS("transform");
-    ViewerComponent *viewer = componentOf<ViewerComponent>(params.viewer, viewerKey);
-    TransformComponent *transform = componentOf<TransformComponent>(params.viewer, transformKey);
+    ViewerComponent *viewer = componentOf<ViewerComponent>(params.viewer, ComponentKeys::viewer);
+    TransformComponent *transform = componentOf<TransformComponent>(params.viewer, ComponentKeys::transform);
     KV_VERIFY(viewer && transform, "A viewer lacks its component \"viewer\" or \"transform\".");
     if (!viewer || !transform)
         return ErrorCode::BAD_HANDLE;

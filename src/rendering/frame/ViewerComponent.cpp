@@ -6,6 +6,7 @@
 #include "engine/debug/DebugCollector.h"
 #include "engine/debug/DebugShapes.h"
 #include "engine/debug/GlobalConfigSystem.h"
+#include "engine/entities/ComponentKeys.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include "foundation/Assertions.h"
@@ -83,8 +84,7 @@ private:
 
 TransformComponent *ViewerComponent::getTransform()
 {
-    static const String transformKey = SCS("transform");
-    const auto transform = handle_cast<TransformComponent>(getSibling(transformKey)).lookup();
+    const auto transform = handle_cast<TransformComponent>(getSibling(ComponentKeys::transform)).lookup();
     return transform ? &*transform : nullptr;
 }
 

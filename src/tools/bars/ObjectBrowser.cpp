@@ -4,6 +4,7 @@
 
 #include "object/tree/Object.h"
 #include "object/tree/TreeWalk.h"
+#include "object/tree/WellKnownPaths.h"
 #include "port/tweakbar/TweakBar.h"
 
 #include <algorithm>
@@ -24,7 +25,7 @@ std::string lowerCase(std::string text)
 /// The tops of what is listed: the level, then the systems.
 std::vector<Handle<Object>> roots()
 {
-    return {getObjectByPath(SCS("c:/")), getObjectByPath(SCS("s:/"))};
+    return {getObjectByPath(WellKnownPaths::currentLevel), getObjectByPath(WellKnownPaths::systems)};
 }
 } // namespace
 

@@ -1,7 +1,7 @@
 #include "platform/input/InputDevices.h"
 
 #include "platform/input/InputMessages.h"
-#include "platform/input/SendMessage.h"
+#include "platform/input/EngineMessage.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/ErrorCode.h"

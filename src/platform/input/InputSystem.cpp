@@ -2,7 +2,7 @@
 
 #include "platform/input/InputMessages.h"
 #include "platform/window/InputWindow.h"
-#include "platform/input/SendMessage.h"
+#include "platform/input/EngineMessage.h"
 #include "platform/input/TextCapture.h"
 
 #include "engine/systems/SystemSystem.h"

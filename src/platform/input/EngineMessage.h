@@ -1,4 +1,4 @@
-// SendMessage: posts an engine message with its payload.
+// EngineMessage: the call that sends a message of the engine with its payload.
 #pragma once
 
 #include "object/messages/PostOffice.h"

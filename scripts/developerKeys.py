@@ -2,8 +2,6 @@
 
 import kaVel
 
-F2, F3, F4 = 0x71, 0x72, 0x73
-
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, and what force
 #: volumes push.
 OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', 'debugDrawViewerFrustums',
@@ -12,21 +10,25 @@ OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', '
 
 def listen(coordinator):
     """Has a level follow the keys for as long as it lives."""
-    kaVel.subscribe('KeyDownMessage', _onKey, coordinator.getDescendantByPath('BranchPostOffice/postOffice'))
+    for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines)):
+        kaVel.onKey(coordinator, action, function)
 
 
-def _onKey(message, key):
-    if key == F2:
-        bars = kaVel.getSystem('TweakSystem')
-        bars.shown = not bars.shown
-    elif key == F3:
-        profiler = kaVel.getSystem('ProfilerSystem')
-        profiler.showResults = not profiler.showResults
-        _fitDrawing()
-    elif key == F4:
-        config = kaVel.getSystem('GlobalConfigSystem')
-        kaVel.configure(config, **dict.fromkeys(OUTLINES, not config.debugDrawHitBoxes))
-        _fitDrawing()
+def _switchBars():
+    bars = kaVel.getSystem('TweakSystem')
+    bars.shown = not bars.shown
+
+
+def _switchProfiler():
+    profiler = kaVel.getSystem('ProfilerSystem')
+    profiler.showResults = not profiler.showResults
+    _fitDrawing()
+
+
+def _switchOutlines():
+    config = kaVel.getSystem('GlobalConfigSystem')
+    kaVel.configure(config, **dict.fromkeys(OUTLINES, not config.debugDrawHitBoxes))
+    _fitDrawing()
 
 
 def _fitDrawing():

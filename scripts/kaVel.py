@@ -8,7 +8,7 @@ order. A handle is false once its object is gone, and any use of it then raises 
 
     room = kaVel.make('Entity', parent=mapRoot, name='room')
     transform = kaVel.addComponent(room, 'transform', 'TransformComponent', position=kaVel.Vec4(0, 0, 4, 1))
-    kaVel.subscribe('KeyDownMessage', lambda message, key: kaVel.log('key %d' % key))
+    kaVel.onKey(room, 'use', lambda: kaVel.log('used'))
 
 Every reflected class, with its members and their comments, stands in `_kaVel.pyi`, which the build writes.
 """
@@ -19,6 +19,7 @@ import inspect
 import traceback
 
 import _kaVel
+import bindings
 from _kaVel import Handle_ as Handle
 from _kaVel import GridCell, PostOffice, Quaternion, Vec4, messageTypes
 
@@ -198,6 +199,34 @@ def subscribe(messageName, handler, office=PostOffice):
     'BranchPostOffice/postOffice') to have the subscription end with the level.
     """
     office.registerMessageHandler(messageType(messageName), handler)
+
+
+def officeOf(handle):
+    """The post office of the level that an object stands in: what is subscribed there ends with the level."""
+    level = handle if handle._getType().isSubclassOf(Reflection.Coordinator) else None
+    return (level or handle.getAncestorOfType(Reflection.Coordinator)).getDescendantByPath('BranchPostOffice/postOffice')
+
+
+def onKey(level, action, function):
+    """Calls a function without arguments whenever a key or button of an action goes down, as long as a level lives.
+
+    The level is told by its coordinator or any object in it. The actions and their keys stand in `bindings.ACTIONS`; a
+    name that is not there raises KeyError. A function that raises is shown with its traceback and not called again.
+    """
+    office, keys, buttons = officeOf(level), bindings.keysOf(action), bindings.buttonsOf(action)
+
+    def keyDown(message, key):
+        if key in keys:
+            function()
+
+    def buttonDown(message, button, x, y):
+        if button in buttons:
+            function()
+
+    if keys:
+        subscribe('KeyDownMessage', keyDown, office)
+    if buttons:
+        subscribe('MouseDownMessage', buttonDown, office)
 
 
 def send(messageName, *payload):

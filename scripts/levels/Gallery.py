@@ -8,6 +8,7 @@ import objects.GameObjects as place
 from gallery.Rooms import ROOMS
 from gallery.Shell import PITCH, Room, passage
 from gallery.Sight import Sight
+from objects.Control import onPlaceKeys
 from objects.FreeCamera import FreeCameraControl
 from objects.Placing import onFrame
 
@@ -55,14 +56,9 @@ class Tour:
         passages = [row.getChild('passage%d' % number) for number in range(1, len(ROOMS))]
         self.sight = Sight([row.getChild(room[0]) for room in ROOMS], passages, camera, self.control)
         self.number = None
-        kaVel.subscribe('KeyDownMessage', self.handleKeyDown,
-                        coordinator.getDescendantByPath('BranchPostOffice/postOffice'))
+        onPlaceKeys(coordinator, len(ROOMS), self.goTo)
         onFrame(self.label, self.doFrame)
         self.goTo(1)
-
-    def handleKeyDown(self, message, key):
-        if ord('1') <= key < ord('1') + len(ROOMS):
-            self.goTo(key - ord('0'))
 
     def goTo(self, number):
         """Stands the visitor in a room, looking at what it shows."""

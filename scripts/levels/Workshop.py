@@ -8,10 +8,8 @@ The rooms are built in `workshop/Shell.py`, what works in them in `workshop/Door
 
 import kaVel
 import objects.GameObjects as place
-from objects.Pointing import Pointer
-from objects.Walker import Walker
+from objects.Control import onPlaceKeys
 from workshop import Bodies, Doors, Furnishing, Mechanisms, Shell
-from workshop.Notice import Notice
 from workshop.Sight import Sight
 from workshop.Stations import STATIONS
 
@@ -39,23 +37,21 @@ def views():
 class Visit:
     """Everything of one visit to the cellar, and the keys that lead about in it."""
 
-    RELOAD = ord('R')
-
     def __init__(self, map):
         coordinator = map.getAncestorOfType(kaVel.Reflection.Coordinator)
         kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(2.3, Shell.HEIGHT / 2, 3.3, 1),
                         scale=kaVel.Vec4(22, Shell.HEIGHT, 20, 0))
         camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
         self.map = map
-        self.walker = Walker(place.Player(map), camera)
-        self.pointer = Pointer(self.walker, map)
-        self.notice = Notice(coordinator)
+        self.walker = place.Walker(place.Player(map), camera)
+        self.pointer = place.Pointer(self.walker, map)
+        self.notice = place.Notice(coordinator)
         self.rooms = Shell.build(map)
         self.leaves = Doors.build(map, self.pointer)
         self.furnish()
         self.sight = Sight(self.rooms, self.leaves, self.walker)
-        kaVel.subscribe('KeyDownMessage', self.handleKeyDown,
-                        coordinator.getDescendantByPath('BranchPostOffice/postOffice'))
+        kaVel.onKey(coordinator, 'restart', lambda: kaVel.getSystem('GameLoopSystem').queueLoadLevel('Workshop'))
+        onPlaceKeys(coordinator, len(STATIONS), self.goTo)
 
     def furnish(self):
         map, rooms, pointer = self.map, self.rooms, self.pointer
@@ -66,18 +62,13 @@ class Visit:
         self.stack = Bodies.Piles(map, pointer, 'box', (3, 4, 2, 1), at=(7.6, 0, -3.2), edge=0.4, gap=0.2)
         self.targets = Bodies.Piles(map, pointer, 'tin', (2, 4, 3), at=(0.1, 0.9, -3.6), edge=0.24)
         Bodies.basin(map, pointer)
-        self.switch = Mechanisms.LightSwitch(rooms['workshop'], pointer)
+        self.switch = place.LightSwitch(rooms['workshop'], pointer, at=(1.0, 1.35, -4.0),
+                                        lamp=(0.0, Shell.HEIGHT, 0.9))
         self.chute = Mechanisms.Chute(rooms['workshop'], pointer, self.notice)
         self.fuseBox = Mechanisms.FuseBox(rooms, pointer, self.notice)
         self.updraught = Mechanisms.Updraught(rooms['cistern'], map)
         self.bell = Mechanisms.Bell(rooms['cistern'], map, self.notice)
         self.bolts = Mechanisms.Bolts(map, self.walker)
-
-    def handleKeyDown(self, message, key):
-        if key == self.RELOAD:
-            kaVel.getSystem('GameLoopSystem').queueLoadLevel('Workshop')
-        elif ord('1') <= key < ord('1') + len(STATIONS):
-            self.goTo(key - ord('0'))
 
     def goTo(self, number):
         """Stands the walker at a station."""

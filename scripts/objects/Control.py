@@ -1,25 +1,26 @@
 """What the keyboard and the mouse ask of one who looks around and moves about."""
 
+import functools
 import math
 
+import bindings
 import kaVel
-
-SHIFT, ESCAPE = 0x10, 0x1B
 
 LOOK_SPEED = 2.4                  # radians for a mouse move across the whole window
 STEEPEST_PITCH = math.radians(85)
 
 
 class Control:
-    """The held keys, and where the mouse has turned the view; Escape ends the game. Lives as long as its level."""
+    """What is held, and where the mouse has turned the view; the key for it ends the game. Lives as its level does."""
 
     def __init__(self, coordinator, turn=0.0, pitch=0.0):
         self.heldKeys = set()
         self.look(turn, pitch)
-        office = coordinator.getDescendantByPath('BranchPostOffice/postOffice')
+        office = kaVel.officeOf(coordinator)
         kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
         kaVel.subscribe('KeyUpMessage', self.handleKeyUp, office)
         kaVel.subscribe('MouseMove', self.handleMouseMove, office)
+        kaVel.onKey(coordinator, 'quit', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
 
     def look(self, turn, pitch):
         """Turns the view, degrees; a positive pitch looks down."""
@@ -27,11 +28,18 @@ class Control:
 
     def handleKeyDown(self, message, key):
         self.heldKeys.add(key)
-        if key == ESCAPE:
-            kaVel.getSystem('GameLoopSystem').quit(0)
 
     def handleKeyUp(self, message, key):
         self.heldKeys.discard(key)
+
+    def isHeld(self, action):
+        """Whether a key of an action is down."""
+        return not self.heldKeys.isdisjoint(bindings.keysOf(action))
+
+    def heldMoves(self, moves):
+        """Sum of the directions whose actions are held."""
+        held = [direction for action, direction in moves.items() if self.isHeld(action)]
+        return [sum(axis) for axis in zip(*held)] or [0] * len(next(iter(moves.values())))
 
     def handleMouseMove(self, message, x, y):
         self.yaw = (self.yaw + x * LOOK_SPEED) % math.tau
@@ -42,3 +50,9 @@ class Control:
         cy, sy = math.cos(self.yaw / 2), math.sin(self.yaw / 2)
         cp, sp = math.cos(self.pitch / 2), math.sin(self.pitch / 2)
         return kaVel.Quaternion(cy * cp, cy * sp, sy * cp, -sy * sp)
+
+
+def onPlaceKeys(level, count, goTo):
+    """Has the number keys of a level call `goTo(number)`, from 1 to `count`; keys beyond the ninth there are none."""
+    for number in range(1, min(count, 9) + 1):
+        kaVel.onKey(level, 'place%d' % number, functools.partial(goTo, number))

@@ -3,19 +3,11 @@
 import math
 
 import kaVel
-from objects.Control import SHIFT, Control
+from objects.Control import Control
 
-#: Virtual-key code -> direction in the camera's own axes: right, up, forward.
-MOVES = {
-    ord('W'): (0, 0, 1),
-    ord('S'): (0, 0, -1),
-    ord('A'): (-1, 0, 0),
-    ord('D'): (1, 0, 0),
-    ord('E'): (0, 1, 0),
-    ord('Q'): (0, -1, 0),
-    0x20: (0, 1, 0),   # Space
-    0x11: (0, -1, 0),  # Ctrl
-}
+#: Action -> direction in the camera's own axes: right, up, forward.
+MOVES = {'forward': (0, 0, 1), 'back': (0, 0, -1), 'left': (-1, 0, 0), 'right': (1, 0, 0), 'rise': (0, 1, 0),
+         'sink': (0, -1, 0)}
 
 WALKING_SPEED = 1.8      # metres a second
 RUNNING_FACTOR = 3.0
@@ -53,11 +45,10 @@ class FreeCameraControl(Control):
 
     def wantedVelocity(self):
         """World velocity that the held keys ask for: forward and right stay level, up and down are vertical."""
-        moves = [MOVES[key] for key in self.heldKeys if key in MOVES]
-        right, up, forward = (sum(move[axis] for move in moves) for axis in range(3))
+        right, up, forward = self.heldMoves(MOVES)
         length = math.sqrt(right * right + up * up + forward * forward)
         if not length:
             return (0.0, 0.0, 0.0)
-        speed = WALKING_SPEED * (RUNNING_FACTOR if SHIFT in self.heldKeys else 1.0) / length
+        speed = WALKING_SPEED * (RUNNING_FACTOR if self.isHeld('run') else 1.0) / length
         s, c = math.sin(self.yaw), math.cos(self.yaw)
         return ((right * c + forward * s) * speed, up * speed, (forward * c - right * s) * speed)

@@ -1,7 +1,8 @@
 """Patterns of everything that stands in a level: `Desk(map, 'desk', at=(1, 0, 2), turn=90)`.
 
 `at` is the place in metres, x to the right, y up, z forward; `turn` is in degrees about the y axis, and 90 takes an
-object's front from +z to +x. The patterns stand in modules by kind; here is all of it under one name, which is also
+object's front from +z to +x. `Walker`, `Pointer`, `Notice` and `LightSwitch` are no patterns but what a level has
+besides: who walks in it, what he points at, what he is told, what he switches. The patterns stand in modules by kind; here is all of it under one name, which is also
 where the engine looks for the patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, and the `Floor`
 and `Ceiling` of a map.
 """
@@ -10,13 +11,17 @@ import kaVel
 from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
+from objects.Doors import IronDoor, SlidingDoor
 from objects.Drawn import *
 from objects.Furniture import *
 from objects.Lights import *
 from objects.MapShell import Ceiling, Floor
 from objects.Models import *
+from objects.Notice import Notice
 from objects.Placing import *
-from objects.Walker import Player
+from objects.Pointing import Pointer
+from objects.Switches import *
+from objects.Walker import Player, Walker
 
 
 @kaVel.pattern

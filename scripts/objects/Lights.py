@@ -8,7 +8,11 @@ from objects.Placing import LevelClock, addVolume, around, onFrame, placed
 
 CANDLELIGHT = (1.0, 0.55, 0.22)
 LAMPLIGHT = (1.0, 0.70, 0.38)
+BULB = (1.0, 0.74, 0.42)
 MOONLIGHT = (0.42, 0.56, 0.85)
+
+#: How far below its hook a work lamp shines from, metres.
+BULB_BELOW_HOOK = 0.70
 
 
 def _lightColors(color, strength, glint):
@@ -178,3 +182,16 @@ def StageLamp(parent, name='', at=(0, 0, 0), turn=0.0, pitch=0.0, head=1.35, **l
     Furniture.LampHead(stand, 'head', at=pivot, turn=turn, pitch=pitch)
     ShadowSpot(stand, 'light', at=pivot, turn=turn, pitch=pitch, nearClip=0.2, **light)
     return stand
+
+
+@kaVel.pattern
+def HangingLamp(parent, name='', at=(0, 0, 0), strength=1.1, reach=6.5, angle=58.0, glow=0.10, color=BULB,
+                flicker=None):
+    """A tin lamp whose cone casts shadows, and a little light around it; `at` is where it hangs from."""
+    lamp = Furniture.WorkLamp(parent, name, at=at)
+    bulb = (at[0], at[1] - BULB_BELOW_HOOK, at[2])
+    ShadowSpot(lamp, 'cone', at=bulb, pitch=90, strength=strength, reach=reach, angle=angle, core=0.35, edge=3,
+               color=color, nearClip=0.12, flicker=flicker)
+    SphereLight(lamp, 'glow', at=(bulb[0], bulb[1] - 0.15, bulb[2]), strength=glow, reach=3.4, color=color,
+                flicker=flicker)
+    return lamp

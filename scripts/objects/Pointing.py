@@ -6,7 +6,6 @@ import objects.Drawn as drawn
 GRID = '.MapData_partitioningGrid/partitioning'  # below a map
 REACH = 2.3  # metres from the eye
 
-LETTER_E, LEFT = ord('E'), 0
 NAME_COLOR = (0.80, 0.74, 0.60, 1)
 HINT_COLOR = (0.62, 0.55, 0.42, 1)
 
@@ -28,9 +27,7 @@ class Pointer:
                       for name, height, size, color in (('pointedAt', 0.43, 0.019, NAME_COLOR),
                                                         ('hint', 0.40, 0.015, HINT_COLOR))]
         self.shown = ['', '']
-        office = coordinator.getDescendantByPath('BranchPostOffice/postOffice')
-        kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
-        kaVel.subscribe('MouseDownMessage', self.handleMouseDown, office)
+        kaVel.onKey(coordinator, 'use', self.act)
         kaVel.addComponent(self.lines[0], 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
     def name(self, entity, name, use=None):
@@ -60,11 +57,3 @@ class Pointer:
             return False
         self.target.interactWithPlayer(self.walker.player.getComponent('player'))
         return True
-
-    def handleKeyDown(self, message, key):
-        if key == LETTER_E:
-            self.act()
-
-    def handleMouseDown(self, message, click, x, y):
-        if click == LEFT:
-            self.act()

@@ -4,12 +4,11 @@ import math
 
 import kaVel
 from objects.Bodies import PULL
-from objects.Control import SHIFT, Control
+from objects.Control import Control
 from objects.Placing import LevelClock, addVolume, placed
 
-#: Virtual-key code -> direction in the walker's own axes: right, ahead.
-MOVES = {ord('W'): (0, 1), ord('S'): (0, -1), ord('A'): (-1, 0), ord('D'): (1, 0)}
-SPACE = 0x20
+#: Action -> direction in the walker's own axes: right, ahead.
+MOVES = {'forward': (0, 1), 'back': (0, -1), 'left': (-1, 0), 'right': (1, 0)}
 
 SIZE = (0.5, 1.75, 0.5)  # metres; the box stays along the axes when the walker turns, only the camera does
 EYE = 1.62               # above the feet, metres
@@ -82,7 +81,7 @@ class Walker(Control):
         self.given = (x, z)
         up = self.body.velocity.y
         stands = abs(up) < 0.01
-        if SPACE in self.heldKeys and stands and self.stoodBefore:
+        if self.isHeld('jump') and stands and self.stoodBefore:
             up = JUMP
         self.stoodBefore = stands
         self.body.velocity = kaVel.Vec4(x, up, z, 0)
@@ -97,13 +96,12 @@ class Walker(Control):
 
     def wantedVelocity(self, seconds):
         """What the held keys ask for, over the floor; the speed rises over a step and ends at once."""
-        moves = [MOVES[key] for key in self.heldKeys if key in MOVES]
-        right, ahead = (sum(move[axis] for move in moves) for axis in range(2))
+        right, ahead = self.heldMoves(MOVES)
         length = math.hypot(right, ahead)
         if not length:
             self.speed = 0.0
             return 0.0, 0.0
-        most = min(RUNNING if SHIFT in self.heldKeys else WALKING, LONGEST_STEP / seconds)
+        most = min(RUNNING if self.isHeld('run') else WALKING, LONGEST_STEP / seconds)
         self.speed = min(most, self.speed + START * seconds)
         s, c = math.sin(self.yaw), math.cos(self.yaw)
         return tuple(self.speed / length * part for part in (right * c + ahead * s, ahead * c - right * s))

@@ -4,7 +4,6 @@ import objects.GameObjects as place
 from workshop.Shell import HEIGHT, NORTH, SOUTH, WEST
 
 FIRELIGHT = (1.0, 0.34, 0.09)
-BULB = (1.0, 0.74, 0.42)
 COLD = (0.55, 0.75, 0.80)
 
 Workbench = place.solid(place.Workbench, 'workbench')
@@ -12,17 +11,6 @@ Rack = place.solid(place.Rack, 'rack', 'rackBoards')
 DrillPress = place.solid(place.DrillPress, 'drillPress')
 Barrel = place.solid(place.Barrel, 'barrel')
 Radiator = place.solid(place.Radiator, 'radiator')
-
-
-def HangingLamp(room, name, at, strength=1.1, reach=6.5, angle=58.0, glow=0.10, color=BULB, flicker=None):
-    """A tin lamp whose cone casts shadows, and a little light around it."""
-    lamp = place.WorkLamp(room, name, at=at)
-    bulb = (at[0], at[1] - 0.70, at[2])
-    place.ShadowSpot(lamp, 'cone', at=bulb, pitch=90, strength=strength, reach=reach, angle=angle, core=0.35, edge=3,
-                     color=color, nearClip=0.12, flicker=flicker)
-    place.SphereLight(lamp, 'glow', at=(bulb[0], bulb[1] - 0.15, bulb[2]), strength=glow, reach=3.4, color=color,
-                      flicker=flicker)
-    return lamp
 
 
 def workshop(room, pointer):
@@ -35,7 +23,7 @@ def workshop(room, pointer):
     pointer.name(press.getChild('block'), 'a drill press')
     barrel = Barrel(room, 'barrel', at=(-3.4, 0, -3.4), turn=20)
     pointer.name(barrel.getChild('block'), 'a barrel of oil')
-    HangingLamp(room, 'benchLamp', at=(1.0, HEIGHT, -2.7), strength=1.2)
+    place.HangingLamp(room, 'benchLamp', at=(1.0, HEIGHT, -2.7), strength=1.2)
     place.Lantern(room, 'doorLantern', at=(3.55, HEIGHT, 0.2), glass='amber', strength=0.45, reach=3.8)
     place.Decal(room, 'oil', picture='bloodPool', at=(0.6, 0, -1.0), pitch=90, roll=40, size=(1.6, 1.6), alpha=0.6)
     place.Decal(room, 'grime', picture='grime', at=(-4, 0.7, 1.0), turn=WEST, size=(1.9, 1.5))
@@ -62,8 +50,8 @@ def store(room, pointer):
     for x, z in ((10.15, -3.5), (9.45, -3.6), (10.2, -2.75)):
         barrel = Barrel(room, 'barrel', at=(x, 0, z), turn=x * 50)
         pointer.name(barrel.getChild('block'), 'a barrel')
-    HangingLamp(room, 'storeLamp', at=(7.2, HEIGHT, -1.6), strength=1.5, angle=66, glow=0.16,
-                flicker=place.burning(2, depth=0.05))
+    place.HangingLamp(room, 'storeLamp', at=(7.2, HEIGHT, -1.6), strength=1.5, angle=66, glow=0.16,
+                      flicker=place.burning(2, depth=0.05))
     place.LitChamberstick(room, 'candle', at=(8.6, 0.83, 1.62), reach=2.6)
     place.Pipe(room, 'pipe', at=(10.6, 0, 0.3), turn=WEST)
 
@@ -71,6 +59,6 @@ def store(room, pointer):
 def cistern(room, pointer):
     for x in (-5.6, 3.6):
         place.Pipe(room, 'pipe', at=(x, 0, 10.6), turn=SOUTH)
-    HangingLamp(room, 'basinLamp', at=(1.9, HEIGHT, 8.0), strength=1.2)
+    place.HangingLamp(room, 'basinLamp', at=(1.9, HEIGHT, 8.0), strength=1.2)
     place.Decal(room, 'grime', picture='grime', at=(-1.0, 0.7, 10.6), turn=NORTH, size=(2.2, 1.6))
     place.Decal(room, 'crack', picture='crack', at=(-3.2, 1.6, 10.6), turn=NORTH, size=(2.4, 3.0))

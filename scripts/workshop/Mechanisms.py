@@ -1,41 +1,16 @@
-"""What works in the cellar: a light switch, the chute and its button, the updraught, the bell, a fuse, thrown bolts."""
+"""What works in the cellar: the chute and its button, the updraught, the bell, a fuse, thrown bolts."""
 
 import kaVel
 import objects.GameObjects as place
-from objects.Placing import LevelClock, addVolume, axisTurn, onFrame, placed, turned
-from workshop.Furnishing import COLD, HangingLamp
-from workshop.Shell import ARCH_X, HEIGHT, NORTH, SOUTH
+from objects.Placing import LevelClock, addVolume, axisTurn, onFrame, placed
+from workshop.Furnishing import COLD
+from workshop.Shell import ARCH_X, HEIGHT, SOUTH
 
 UPDRAUGHT = (-4.2, 8.3)       # x and z of its shaft's middle
 UPDRAUGHT_FORCE = 240.0       # newtons: more than a crate of 12 kg weighs, less than a man
 CHUTE = (2.9, 2.9)            # x and z
 BOLT_SPEED = 13.0             # metres a second
 BOLT_LIFETIME = 1.5           # seconds
-
-
-class LightSwitch:
-    """A lever on the wall with the lamp that it switches, which hangs below it in the tree."""
-
-    def __init__(self, room, pointer, at=(1.0, 1.35, -4.0), turn=NORTH, lamp=(0.0, HEIGHT, 0.9)):
-        box = place.SwitchBox(room, 'lightSwitch', at=at, turn=turn)
-        self.lever = place.SwitchLever(box, 'lever', at=place.around(at, turn, 0, 0, 0.08), turn=turn)
-        self.turn = turn
-        button = placed(room, 'switchLever', at=place.around(at, turn, 0, 0, 0.1), turn=turn)
-        self.volume = addVolume(button, (0.3, 0.4, 0.3), 'BV_NONE')
-        place.WorkLamp(room, 'switchedLamp', at=lamp)
-        light = place.ShadowSpot(button, 'lightSwitchLight', at=(lamp[0], lamp[1] - 0.70, lamp[2]), pitch=90,
-                                 strength=2.1, reach=8.0, angle=66, core=0.3, edge=3, color=place.LAMPLIGHT,
-                                 nearClip=0.12)
-        self.light = light.getComponent('graphics2')
-        pointer.use(button, 'a light switch', self.hint, self.volume.lightSwitchInteract)
-        onFrame(self.lever, self.doFrame)
-
-    def hint(self):
-        return 'switch the lamp off' if self.light.visible else 'switch the lamp on'
-
-    def doFrame(self):
-        pitch = 38 if self.light.visible else -38
-        self.lever.getComponent('transform').orientation = turned(self.turn, pitch)
 
 
 class Chute:
@@ -48,8 +23,7 @@ class Chute:
         self.pointer, self.notice = pointer, notice
         place.Chute(room, 'chute', at=(x, 2.45, z))
         at = (x - 1.5, 0, z + 0.3)
-        post = place.solid(place.ButtonPost, 'buttonPost')(room, 'buttonPost', at=at, turn=SOUTH)
-        place.PushButton(post, 'button', at=at, turn=SOUTH)
+        post = place.ButtonOnPost(room, 'buttonPost', at=at, turn=SOUTH)
         spawner = placed(room, 'chuteSpawner', at=(x, 2.3, z))
         self.spawner = kaVel.addComponent(spawner, 'trigger', 'ObjectSpawner', objectType='CargoCrate',
                                           position=kaVel.Vec4(x, 2.0, z, 1), active=False)
@@ -94,7 +68,7 @@ class Bell:
 
     def __init__(self, room, map, notice):
         self.notice, self.clock = notice, LevelClock(room)
-        lamp = HangingLamp(room, 'bellLamp', at=(-2.6, HEIGHT, 6.6), strength=0.8, color=(1.0, 0.30, 0.16))
+        lamp = place.HangingLamp(room, 'bellLamp', at=(-2.6, HEIGHT, 6.6), strength=0.8, color=(1.0, 0.30, 0.16))
         _light(lamp, False)
         # So high that it meets a walker, but not the crate that he may push before him.
         sensor = placed(map, 'bell', at=(ARCH_X, 1.55, 5.0))
@@ -128,7 +102,7 @@ class FuseBox:
         for x, y in ((-0.12, 0.14), (0.0, 0.14), (0.12, 0.14), (-0.12, -0.14), (0.12, -0.14)):
             place.Fuse(box, 'oldFuse', at=place.around(at, SOUTH, x, y, 0.06), turn=SOUTH)
         self.inPlace = place.Fuse(room, 'fuseInBox', at=place.around(at, SOUTH, 0.0, -0.14, 0.06), turn=SOUTH)
-        lamp = HangingLamp(room, 'chuteLamp', at=(2.0, HEIGHT, 2.4), strength=0.9)
+        lamp = place.HangingLamp(room, 'chuteLamp', at=(2.0, HEIGHT, 2.4), strength=0.9)
         self.lit = [entity.getComponent('graphics2') for entity in
                     (self.inPlace, self.inPlace.getChild('fuseCaps'), lamp.getChild('cone'), lamp.getChild('glow'))]
         for drawn in self.lit:
@@ -169,14 +143,10 @@ class FuseBox:
 class Bolts:
     """Bolts that a walker throws where he looks: F, or the right button of the mouse."""
 
-    KEY, BUTTON = ord('F'), 1
-
     def __init__(self, map, walker):
         self.map, self.walker = map, walker
         self.number = 0
-        office = map.getAncestorOfType(kaVel.Reflection.Coordinator).getDescendantByPath('BranchPostOffice/postOffice')
-        kaVel.subscribe('KeyDownMessage', lambda message, key: key == self.KEY and self.throw(), office)
-        kaVel.subscribe('MouseDownMessage', lambda message, click, x, y: click == self.BUTTON and self.throw(), office)
+        kaVel.onKey(map, 'throw', self.throw)
 
     def throw(self):
         eye, ahead = self.walker.eye.position, self.walker.ahead()

@@ -165,6 +165,33 @@ kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=frame)
     assert not run.has("After 1000 frames"), "Escape ended the game"
 
 
+def test_an_action_answers_to_each_of_its_keys_and_buttons_and_an_unknown_one_is_told(world):
+    world.write_level("Binds", """
+import bindings
+bindings.ACTIONS['wave'] = ('F9', 'G', 'Middle button')
+bindings.ACTIONS['broken'] = ('Entr',)
+kaVel.onKey(kaVel.make('Entity', parent=coordinator), 'wave', lambda: kaVel.log('waved'))
+for action in ('wav', 'broken'):
+    try:
+        kaVel.onKey(coordinator, action, print)
+    except Exception as error:
+        kaVel.log('%s: %s' % (type(error).__name__, error))
+def frame():
+    if kaVel.getSystem('GameLoopSystem').frameNumber == 2:
+        for key in (0x78, ord('G'), ord('H')):
+            kaVel.send('KeyDownMessage', key)
+        for button in (0, 2):
+            kaVel.send('MouseDownMessage', button, 0.0, 0.0)
+watch = kaVel.make('Entity', parent=coordinator, name='watch')
+kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=frame)
+""")
+    run = world.run(level="Binds")
+    run.expect_code(0)
+    assert run.log.count("waved") == 3, run.log[-2000:]
+    run.expect("no action 'wav' in bindings.ACTIONS; did you mean 'wave'?")
+    run.expect("bindings.ACTIONS['broken'] has 'Entr', which is no key")
+
+
 def test_the_developers_keys_draw_what_was_asked_for_and_no_more(world):
     world.write_level("Keys", """
 import objects.GameObjects as place

@@ -1,7 +1,7 @@
 """A line of text that tells what has just happened, and fades."""
 
 import kaVel
-import objects.GameObjects as place
+from objects.Drawn import Text
 from objects.Placing import LevelClock
 
 COLOR = (0.86, 0.80, 0.66)
@@ -9,15 +9,18 @@ STAYS, FADES = 3.0, 1.5  # seconds
 
 
 class Notice:
+    """The line of one level, in the middle of the screen's upper part."""
+
     def __init__(self, coordinator):
-        line = place.Text(coordinator, 'notice', at=(0.5, 0.80), size=0.021, color=(*COLOR, 0),
-                          anchor=('H_CENTER', 'V_CENTER'))
+        line = Text(coordinator, 'notice', at=(0.5, 0.80), size=0.021, color=(*COLOR, 0),
+                    anchor=('H_CENTER', 'V_CENTER'))
         self.graphics = line.getComponent('graphics2')
         self.clock = LevelClock(line)
         self.since = None
         kaVel.addComponent(line, 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
     def show(self, text):
+        """Shows a text in place of the last one; it fades by itself."""
         self.graphics.text = text
         self.since = self.clock.seconds()
 

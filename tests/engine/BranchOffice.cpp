@@ -2,7 +2,7 @@
 #include "object/messages/Message.h"
 #include "object/messages/PostOffice.h"
 #include "support/TestLevel.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
@@ -26,8 +26,8 @@ void send(float value)
 TEST(BranchPostOffice, MessageReachesTheProcessFirstAndThenTheLevel)
 {
     TestLevel world;
-    const Handle<TestThing> global = spawn("global", world.level);
-    const Handle<TestThing> local = spawn("local", world.level);
+    const Handle<Probe> global = spawn("global", world.level);
+    const Handle<Probe> local = spawn("local", world.level);
     int callsBefore = -1;
     local.lookup()->whenCalled = [&] { callsBefore = global.lookup()->calls; };
     const Handle<BranchPostOffice> branch = openBranch(world, world.level);
@@ -35,14 +35,14 @@ TEST(BranchPostOffice, MessageReachesTheProcessFirstAndThenTheLevel)
     PostOffice().registerMessageHandler(valueMessage, global.lookup()->bind(SCS("handleValueMessage")));
 
     send(2.5f);
-    EXPECT_FLOAT_EQ(local.lookup()->getSum(), 2.5f);
+    EXPECT_FLOAT_EQ(local.lookup()->getValue(), 2.5f);
     EXPECT_EQ(callsBefore, 1);
 }
 
 TEST(BranchPostOffice, HandlersDieWithTheirLevel)
 {
     TestLevel world;
-    const Handle<TestThing> survivor = spawn("survivor", getSystem<GameLoopSystem>());
+    const Handle<Probe> survivor = spawn("survivor", getSystem<GameLoopSystem>());
     openBranch(world, world.level)
         .lookup()
         ->registerMessageHandler(valueMessage, survivor.lookup()->bind(SCS("handleValueMessage")));
@@ -64,7 +64,7 @@ TEST(BranchPostOffice, HandlersDieWithTheirLevel)
 TEST(BranchPostOffice, FailingHandlerIsCalledOnce)
 {
     TestLevel world;
-    const Handle<TestThing> thing = spawn("thing", world.level);
+    const Handle<Probe> thing = spawn("thing", world.level);
     openBranch(world, world.level)
         .lookup()
         ->registerMessageHandler(valueMessage, thing.lookup()->bind(SCS("failingHandler")));

@@ -2,7 +2,7 @@
 #include "engine/entities/SimpleManager.h"
 #include "support/TestComponent.h"
 #include "support/TestLevel.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include "object/reflection/PartialFunctionApplication.h"
 
@@ -185,16 +185,16 @@ TEST(AddComponent, RefusesWithCauseAndRemedy)
 TEST(ScriptComponent, CallsItsCallbackOnceAFrameAndDropsOneThatFails)
 {
     TestLevel world;
-    const Handle<TestThing> thing = spawn("thing", world.level);
+    const Handle<Probe> thing = spawn("thing", world.level);
     const Handle<ScriptComponent> script = world.component<ScriptComponent>(world.entity("scripted"), "director");
-    script.lookup()->setLoadCallback(thing.lookup()->bind(SCS("getSum")));
+    script.lookup()->setLoadCallback(thing.lookup()->bind(SCS("getValue")));
     script.lookup()->onLoadComplete();
     EXPECT_TRUE(script.lookup()->getLoadCallback());
 
     int calls = 0;
     thing.lookup()->whenCalled = [&] { ++calls; };
     script.lookup()->setFrameCallback(PartialFunctionApplication::construct(
-        TestThing::staticType->getMember(SCS("handleValueMessage")), Handle<Object>(thing), ReflectorPtr(), 1.5f));
+        Probe::staticType->getMember(SCS("handleValueMessage")), Handle<Object>(thing), ReflectorPtr(), 1.5f));
     world.frame();
     world.frame();
     EXPECT_EQ(calls, 2);
@@ -204,6 +204,6 @@ TEST(ScriptComponent, CallsItsCallbackOnceAFrameAndDropsOneThatFails)
     world.frame();
     EXPECT_FALSE(script.lookup()->getFrameCallback());
     EXPECT_EQ(countLogLines("ScriptComponent 'director' of 'scripted': the frame callback <Partial application of "
-                            "TestThing::addValue> failed"),
+                            "Probe::addValue> failed"),
               1u);
 }

@@ -3,7 +3,7 @@
 
 #include "support/AllocationCount.h"
 #include "support/TestLevel.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,7 @@ struct MovingWorld
     }
 
     TestLevel level;
-    TestThing &thing;
+    Probe &thing;
     InterpolatorComponent &interpolator;
 };
 
@@ -46,43 +46,43 @@ T between(double alpha, const T &from, const T &to)
 TEST(Interpolation, MovesAPropertyToItsEndInTheTimeOfTheGame)
 {
     MovingWorld world;
-    world.thing.sum = 10;
-    interpolateProperty(world.thing.getHandle(), SCS("sum"), 20.0, 4 * FRAME);
+    world.thing.speed = 10;
+    interpolateProperty(world.thing.getHandle(), SCS("speed"), 20.0, 4 * FRAME);
     world.frames(2);
-    EXPECT_EQ(world.thing.sum, 15.f) << "from its present value";
+    EXPECT_EQ(world.thing.speed, 15.f) << "from its present value";
     const AllocationCount before = AllocationCount::now();
     world.interpolator.doFrame();
     EXPECT_EQ(AllocationCount::now().heap, before.heap);
     world.level.coordinator().setLoopState(Coordinator::LOOP_STOP);
     world.frames(3);
-    EXPECT_EQ(world.thing.sum, 17.5f);
+    EXPECT_EQ(world.thing.speed, 17.5f);
     world.level.coordinator().setLoopState(Coordinator::LOOP_RUN);
     world.frames(5);
-    EXPECT_EQ(world.thing.sum, 20.f);
+    EXPECT_EQ(world.thing.speed, 20.f);
 
-    world.move("sum", 0.0, 8.0, 0.0);
+    world.move("speed", 0.0, 8.0, 0.0);
     world.move("secret", 0, 100, 2 * FRAME);
     world.frames(1);
-    EXPECT_EQ(world.thing.sum, 8.f) << "a duration of 0 finishes at once";
-    EXPECT_EQ(world.thing.secret, 50);
+    EXPECT_EQ(world.thing.speed, 8.f) << "a duration of 0 finishes at once";
+    EXPECT_EQ(world.thing.value, 50);
     world.move("secret", 0, -80, 8 * FRAME);
     world.frames(2);
-    EXPECT_EQ(world.thing.secret, -20) << "the new one takes over";
+    EXPECT_EQ(world.thing.value, -20) << "the new one takes over";
     EXPECT_EQ(world.interpolator.getInterpolantCount(), 1);
 }
 
 TEST(Interpolation, FailuresAreToldAndDropped)
 {
     MovingWorld world;
-    world.thing.sum = 3;
-    world.move("sum", 3.0, SCS("four"), 1.0);
+    world.thing.speed = 3;
+    world.move("speed", 3.0, SCS("four"), 1.0);
     world.frames(2);
     EXPECT_EQ(countLogLines("lamp/thing': NOT_CONVERTIBLE"), 1u);
     interpolateProperty(world.thing.getHandle(), SCS("weight"), 4.0, 1.0);
     EXPECT_EQ(countLogLines("Error while interpolating property `weight' of object `"), 1u);
-    EXPECT_EQ(world.thing.sum, 3.f);
+    EXPECT_EQ(world.thing.speed, 3.f);
 
-    world.move("sum", 3.0, 4.0, 1.0);
+    world.move("speed", 3.0, 4.0, 1.0);
     world.thing.murder();
     world.frames(3);
     EXPECT_EQ(world.interpolator.getInterpolantCount(), 0);

@@ -1,6 +1,6 @@
 #include "support/ScriptModule.h"
 #include "support/TestLevel.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include "engine/levels/PersistentStateComponent.h"
 #include "object/python/PythonCalls.h"
@@ -36,12 +36,12 @@ def loadMap(level, name):
     world_map = _kaVel._ReflectionInstance().MapRootEntity.construct_()
     world_map.setMapName(name)
     world_map.setParent(level)
-    lamp = _kaVel._ReflectionInstance().TestThing.construct_()
+    lamp = _kaVel._ReflectionInstance().Probe.construct_()
     lamp.setName("lamp")
     lamp.setParent(world_map)
     return world_map
 def completeMap(world_map):
-    loads.append("complete with %g" % world_map.getChild("lamp").getSum())
+    loads.append("complete with %g" % world_map.getChild("lamp").getValue())
 )");
         world.emplace();
     }
@@ -75,7 +75,7 @@ TEST_F(LevelSwitch, HappensAtTheNextFrameAndTheLastNameWins)
 
 TEST_F(LevelSwitch, OldLevelIsDyingButThereWhileTheLoadingScreenRuns)
 {
-    const Handle<TestThing> old = spawn("old", world->level);
+    const Handle<Probe> old = spawn("old", world->level);
     bool diedBeforeTheLoad = true;
     old.lookup()->whenMurdered = [&] { diedBeforeTheLoad = loadsSoFar() != "LoadingScreen,Attic"; };
     loop().queueLoadLevel(SCS("Attic"));
@@ -111,7 +111,9 @@ TEST_F(LevelSwitch, ExceptionOfTheLoaderTravelsToTheCaller)
 TEST_F(LevelSwitch, MapIsLoadedByTheScriptIntoItsLevelAndRepeatsWhatBecameOfItBeforeItsLoadCompletes)
 {
     world->coordinator().setLevelName(SCS("Hall"));
-    PersistentStateComponent::makeFor(world->level).lookup()->addFunctionOneArg(SCS("ground/lamp"), SCS("setSum"), 5.f);
+    PersistentStateComponent::makeFor(world->level)
+        .lookup()
+        ->addFunctionOneArg(SCS("ground/lamp"), SCS("setSecret"), 5.f);
     const Handle<MapRootEntity> map = world->coordinator().loadMap(SCS("ground"));
     EXPECT_EQ(map.lookup()->getMapName(), SCS("ground"));
     EXPECT_EQ(map.lookup()->getParent(), world->level);

@@ -1,7 +1,7 @@
 #include "engine/levels/PersistentStateComponent.h"
 
 #include "support/TestLevel.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
@@ -18,7 +18,7 @@ struct PersistentWorld
     }
     PersistentStateComponent &state() { return *PersistentStateComponent::ofLevel(level.level).lookup(); }
     Handle<MapRootEntity> build(const char *name) { return level.map(name, Vec4(0, 0, 0, 1), Vec4(10, 3, 10, 0)); }
-    TestThing &thing(const char *name, Handle<Object> parent) { return *spawn(name, parent).lookup(); }
+    Probe &thing(const char *name, Handle<Object> parent) { return *spawn(name, parent).lookup(); }
 
     TestLevel level;
     Handle<MapRootEntity> map;
@@ -28,35 +28,35 @@ struct PersistentWorld
 TEST(PersistentState, RepeatsWhatAnObjectHasBecomeInTheOrderInWhichItWasSaid)
 {
     PersistentWorld world;
-    TestThing &old = world.thing("lamp", world.level.entity("shelf", world.map));
+    Probe &old = world.thing("lamp", world.level.entity("shelf", world.map));
     for (const auto &[function, value] :
-         {std::pair(SCS("setSum"), 5.f), std::pair(SCS("addValue"), 2.f), std::pair(SCS("setSum"), 10.f),
+         {std::pair(SCS("setSecret"), 5.f), std::pair(SCS("addValue"), 2.f), std::pair(SCS("setSecret"), 10.f),
           std::pair(SCS("addValue"), 1.f), std::pair(SCS("addValue"), 1.f)})
         old.addToPersistentStateOneArg(function, value);
     EXPECT_EQ(world.state().getCallCount(), 4) << "the last call of a setter counts, and every other one";
     world.thing("lamp", world.map).addToPersistentStateNoArgs(SCS("murder"));
 
     const Handle<MapRootEntity> again = world.build("hall");
-    TestThing &lamp = world.thing("lamp", world.level.entity("shelf", again));
-    lamp.sum = 100;
-    TestThing &other = world.thing("lamp", again);
+    Probe &lamp = world.thing("lamp", world.level.entity("shelf", again));
+    lamp.value = 100;
+    Probe &other = world.thing("lamp", again);
     world.state().persistState(again);
-    EXPECT_EQ(lamp.sum, 12) << "10 and twice 1";
+    EXPECT_EQ(lamp.value, 12) << "10 and twice 1";
     EXPECT_TRUE(other.isDying());
 }
 
 TEST(PersistentState, KeepsMapsApartAndServesOneThatARepeatedCallLoads)
 {
     PersistentWorld world;
-    world.state().addFunctionOneArg(SCS("attic/chest"), SCS("setSum"), 3.f); // not there yet
-    TestThing &lamp = world.thing("lamp", world.map);
-    lamp.addToPersistentStateTwoArgs(SCS("handleValueMessage"), TestThing::staticType, 5.f);
+    world.state().addFunctionOneArg(SCS("attic/chest"), SCS("setSecret"), 3.f); // not there yet
+    Probe &lamp = world.thing("lamp", world.map);
+    lamp.addToPersistentStateTwoArgs(SCS("handleValueMessage"), Probe::staticType, 5.f);
     for (const float value : {1.f, 2.f})
-        world.state().addFunctionOneArg(SCS("hall/lamp"), SCS("setSum"), value);
+        world.state().addFunctionOneArg(SCS("hall/lamp"), SCS("setSecret"), value);
     EXPECT_EQ(world.state().getCallCount(), 3);
 
-    TestThing &elsewhere = world.thing("lamp", world.build("hallway"));
-    TestThing *chest = nullptr;
+    Probe &elsewhere = world.thing("lamp", world.build("hallway"));
+    Probe *chest = nullptr;
     lamp.whenCalled = [&]
     {
         const Handle<MapRootEntity> attic = world.build("attic");
@@ -65,10 +65,10 @@ TEST(PersistentState, KeepsMapsApartAndServesOneThatARepeatedCallLoads)
         world.state().persistState(world.map);
     };
     world.state().persistState(world.map);
-    EXPECT_EQ(lamp.sum, 2);
+    EXPECT_EQ(lamp.value, 2);
     ASSERT_TRUE(chest);
-    EXPECT_EQ(chest->sum, 3);
-    EXPECT_EQ(elsewhere.sum, 0);
+    EXPECT_EQ(chest->value, 3);
+    EXPECT_EQ(elsewhere.value, 0);
     EXPECT_EQ(countLogLines("repeated for Manor/hall/ loads that map again"), 1u);
 }
 
@@ -86,7 +86,7 @@ TEST(PersistentState, SaysWhatItCannotKeepOrRepeatAndGoesOn)
 {
     PersistentWorld world;
     world.thing("twin", world.map);
-    for (TestThing *thing :
+    for (Probe *thing :
          {&world.thing("ghost", world.level.level), &world.thing("twin", world.map), &world.thing("", world.map)})
         thing->addToPersistentStateNoArgs(SCS("murder"));
     EXPECT_EQ(countLogLines("ghost is not kept for the next load of its map: it lies below no map"), 1u);
@@ -99,15 +99,15 @@ TEST(PersistentState, SaysWhatItCannotKeepOrRepeatAndGoesOn)
     EXPECT_EQ(countLogLines("is not kept: nothing stands there"), 5u);
     EXPECT_EQ(world.state().getCallCount(), 0);
 
-    TestThing &lamp = world.thing("lamp", world.map);
+    Probe &lamp = world.thing("lamp", world.map);
     world.state().addFunctionNoArgs(SCS("hall/attic/key"), SCS("murder"));
     lamp.addToPersistentStateNoArgs(SCS("dance"));
     lamp.addToPersistentStateOneArg(SCS("addFour"), lamp.getHandle());
     EXPECT_EQ(countLogLines("addFour of Manor/hall/lamp is kept with an object that dies with this level"), 1u);
-    lamp.addToPersistentStateOneArg(SCS("setSum"), 4.f);
+    lamp.addToPersistentStateOneArg(SCS("setSecret"), 4.f);
     world.state().persistState(world.map);
     EXPECT_EQ(countLogLines("murder of Manor/hall/attic/key is not repeated: there is no such object any more"), 1u);
     EXPECT_EQ(countLogLines("dance of Manor/hall/lamp is not repeated: the object has no such function"), 1u);
     EXPECT_EQ(countLogLines("addFour of Manor/hall/lamp is not repeated: CALL_FAILURE: WRONG_ARGUMENT_COUNT"), 1u);
-    EXPECT_EQ(lamp.sum, 4);
+    EXPECT_EQ(lamp.value, 4);
 }

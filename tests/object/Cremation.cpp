@@ -1,12 +1,12 @@
 // Death in the object tree: marks, the two passes, and what stays resolvable meanwhile.
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
 TEST(Cremation, ObjectMurderedDuringOnMurderWaitsForTheNextRound)
 {
-    const Handle<TestThing> victim = spawn("victim");
-    const Handle<TestThing> avenger = spawn("avenger");
+    const Handle<Probe> victim = spawn("victim");
+    const Handle<Probe> avenger = spawn("avenger");
     int farewells = 0;
     victim.lookup()->whenMurdered = [&] { ++farewells; };
     avenger.lookup()->whenMurdered = [&] { victim.lookup()->murder(); };
@@ -23,12 +23,12 @@ TEST(Cremation, ObjectMurderedDuringOnMurderWaitsForTheNextRound)
 
 TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
 {
-    const Handle<TestThing> parent = spawn("parent");
-    const Handle<TestThing> child = spawn("child", parent);
-    const Handle<TestThing> grandchild = spawn("grandchild", child);
-    const Handle<TestThing> sibling = spawn("sibling", parent);
+    const Handle<Probe> parent = spawn("parent");
+    const Handle<Probe> child = spawn("child", parent);
+    const Handle<Probe> grandchild = spawn("grandchild", child);
+    const Handle<Probe> sibling = spawn("sibling", parent);
     std::vector<String> story;
-    for (const Handle<TestThing> &h : {parent, child, grandchild, sibling})
+    for (const Handle<Probe> &h : {parent, child, grandchild, sibling})
     {
         const String name = h.lookup()->getName();
         h.lookup()->whenMurdered = [&, h, name]
@@ -40,7 +40,7 @@ TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
     }
 
     sibling.lookup()->murder();
-    const Handle<TestThing> late = spawn("late", sibling);
+    const Handle<Probe> late = spawn("late", sibling);
     parent.lookup()->murder();
     parent.lookup()->murder();
     EXPECT_TRUE(grandchild.lookup()->isDying() && late.lookup()->isDying());
@@ -53,8 +53,8 @@ TEST(Cremation, EveryOnMurderRunsBeforeAnyDestructorAndStillSeesTheParent)
 
 TEST(Cremation, TheSecondPassTellsTheObjectThatItLeavesItsParent)
 {
-    const Handle<TestThing> parent = spawn("parent");
-    const Handle<TestThing> child = spawn("child", parent);
+    const Handle<Probe> parent = spawn("parent");
+    const Handle<Probe> child = spawn("child", parent);
     std::vector<std::pair<Handle<Object>, Handle<Object>>> moves;
     child.lookup()->whenDestroyed = [&, raw = child.lookup().ptr] { moves = raw->moves; };
     child.lookup()->moves.clear();
@@ -70,7 +70,7 @@ TEST(Cremation, TheSecondPassTellsTheObjectThatItLeavesItsParent)
 
 TEST(Cremation, NumbersAreNeverReusedAndPagesOfTheDeadResolveToNothing)
 {
-    std::vector<Handle<TestThing>> generation;
+    std::vector<Handle<Probe>> generation;
     for (int i = 0; i < 5000; ++i)
         generation.push_back(spawn("mayfly"));
     const std::size_t alive = ObjectMap().getObjectCount();
@@ -79,20 +79,20 @@ TEST(Cremation, NumbersAreNeverReusedAndPagesOfTheDeadResolveToNothing)
     cremateDeadObjects();
 
     EXPECT_EQ(ObjectMap().getObjectCount(), alive - generation.size());
-    const Handle<TestThing> next = spawn("next");
+    const Handle<Probe> next = spawn("next");
     for (const auto &h : generation)
     {
         EXPECT_FALSE(h.isValid());
         EXPECT_LT(h, next);
     }
-    EXPECT_EQ(generation[0].toString(), SCS("Handle<TestThing>(<invalid>)"));
+    EXPECT_EQ(generation[0].toString(), SCS("Handle<Probe>(<invalid>)"));
     next.lookup()->murder();
     cremateDeadObjects();
 }
 
 TEST(Cremation, WaitsWhileAScriptThatTheEngineCalledIsRunning)
 {
-    const Handle<TestThing> h = spawn("caller");
+    const Handle<Probe> h = spawn("caller");
     h.lookup()->murder();
     {
         const CremationHold hold;
@@ -106,9 +106,9 @@ TEST(Cremation, WaitsWhileAScriptThatTheEngineCalledIsRunning)
 TEST(Cremation, ReturnsEveryByteToItsCategory)
 {
     AllocationCategory category("test things");
-    const Handle<TestThing> h = construct<TestThing>(category);
+    const Handle<Probe> h = construct<Probe>(category);
     EXPECT_EQ(category.objectCount, 1u);
-    EXPECT_GE(category.totalObjectSize, sizeof(TestThing));
+    EXPECT_GE(category.totalObjectSize, sizeof(Probe));
     h.lookup()->murder();
     cremateDeadObjects();
     EXPECT_EQ(category.objectCount, 0u);

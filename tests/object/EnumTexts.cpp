@@ -2,7 +2,7 @@
 #include "object/reflection/EnumText.h"
 #include "object/reflection/Reflection.h"
 
-#include "object/ReflectedShapes.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +10,8 @@ TEST(EnumText, AnEnumeratorHasAShortAndAFullSpelling)
 {
     EXPECT_EQ(enumToString(IReflectedThing::NON_VIRTUAL), SCS("NON_VIRTUAL"));
     EXPECT_EQ(enumToString(IReflectedThing::NON_VIRTUAL, true), SCS("IReflectedThing::VirtualMode::NON_VIRTUAL"));
-    EXPECT_EQ(enumToString(ReflectedShape::Finish::GLOSSY, true), SCS("ReflectedShape::Finish::GLOSSY"));
-    EXPECT_EQ(enumToString(SM_GLASS, true), SCS("ShapeMaterial::SM_GLASS"));
+    EXPECT_EQ(enumToString(AbstractProbe::Finish::GLOSSY, true), SCS("AbstractProbe::Finish::GLOSSY"));
+    EXPECT_EQ(enumToString(PM_GLASS, true), SCS("ProbeMaterial::PM_GLASS"));
 }
 
 TEST(EnumText, SomeEnumsHaveTheShortSpellingOnly)
@@ -26,24 +26,24 @@ TEST(EnumText, SomeEnumsHaveTheShortSpellingOnly)
 TEST(EnumText, ANumberOutsideTheEnumIsInvalid)
 {
     EXPECT_EQ(enumToString(static_cast<IReflectedThing::Kind>(99)), SCS("<invalid enum value>"));
-    EXPECT_EQ(enumToString(static_cast<ShapeMaterial>(3), true), SCS("<invalid enum value>"));
+    EXPECT_EQ(enumToString(static_cast<ProbeMaterial>(3), true), SCS("<invalid enum value>"));
 }
 
 TEST(EnumText, OfSeveralNamesForOneNumberTheFirstIsShownAndAllAreRead)
 {
-    EXPECT_EQ(enumToString(SM_METAL), SCS("SM_IRON"));
+    EXPECT_EQ(enumToString(PM_METAL), SCS("PM_IRON"));
     EXPECT_EQ(enumToString(IReflectedThing::STRUCT), SCS("CLASS"));
-    EXPECT_EQ(stringToEnum<ShapeMaterial>(SCS("SM_METAL")).value, SM_IRON);
+    EXPECT_EQ(stringToEnum<ProbeMaterial>(SCS("PM_METAL")).value, PM_IRON);
     EXPECT_EQ(stringToEnum<IReflectedThing::Kind>(SCS("VARIABLE")).value, IReflectedThing::DIR);
 }
 
 TEST(EnumText, BothSpellingsAreReadAndNothingElseIs)
 {
-    EXPECT_EQ(stringToEnum<ReflectedShape::Faces>(SCS("SIDES")).value, ReflectedShape::SIDES);
-    EXPECT_EQ(stringToEnum<ReflectedShape::Faces>(SCS("ReflectedShape::Faces::BACK")).value, ReflectedShape::BACK);
+    EXPECT_EQ(stringToEnum<AbstractProbe::Faces>(SCS("SIDES")).value, AbstractProbe::SIDES);
+    EXPECT_EQ(stringToEnum<AbstractProbe::Faces>(SCS("AbstractProbe::Faces::BACK")).value, AbstractProbe::BACK);
     for (const char *text : {"", "sides", "Faces::BACK", "SIDES ", "4"})
     {
-        EXPECT_EQ(stringToEnum<ReflectedShape::Faces>(String::copyFrom(text)).code.getCode(),
+        EXPECT_EQ(stringToEnum<AbstractProbe::Faces>(String::copyFrom(text)).code.getCode(),
                   ErrorCode::NOT_AN_ENUMERANT)
             << text;
     }
@@ -51,11 +51,11 @@ TEST(EnumText, BothSpellingsAreReadAndNothingElseIs)
 
 TEST(EnumText, EnumeratorsAreRecordsWithTheirNumbers)
 {
-    const ReflectorPtr faces = Reflection().getType(SCS("ReflectedShape::Faces"));
+    const ReflectorPtr faces = Reflection().getType(SCS("AbstractProbe::Faces"));
     ASSERT_EQ(faces->getMemberList().size(), 3u);
     EXPECT_EQ(faces->getMember(SCS("SIDES"))->getEnumValue(), 4);
     EXPECT_EQ(faces->getMember(SCS("SIDES"))->getKind(), IReflectedThing::ENUMVALUE);
-    EXPECT_EQ(faces->getMember(SCS("SIDES"))->getQualifiedName(), SCS("ReflectedShape::Faces::SIDES"));
-    EXPECT_EQ(Reflection().getType(SCS("ReflectedShape::Bookkeeping"))->getMember(SCS("CLOSED"))->getEnumValue(), 7);
+    EXPECT_EQ(faces->getMember(SCS("SIDES"))->getQualifiedName(), SCS("AbstractProbe::Faces::SIDES"));
+    EXPECT_EQ(Reflection().getType(SCS("AbstractProbe::Bookkeeping"))->getMember(SCS("CLOSED"))->getEnumValue(), 7);
     EXPECT_EQ(faces->getEnumValue(), 0);
 }

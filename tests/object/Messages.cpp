@@ -4,7 +4,7 @@
 #include "object/reflection/PartialFunctionApplication.h"
 #include "object/messages/PostOffice.h"
 
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ const ReflectorPtr TestMessage(&testMessage);
 struct Messages : testing::Test
 {
     ListenerSets office;
-    Handle<TestThing> listener = spawn("listener");
+    Handle<Probe> listener = spawn("listener");
 
     ~Messages() override
     {
@@ -40,7 +40,7 @@ TEST_F(Messages, AHandlerThatFailsIsCalledOnceAndNotAgain)
     post(1);
     post(1);
     EXPECT_EQ(listener.lookup()->calls, 3);
-    EXPECT_EQ(listener.lookup()->sum, 2.0f);
+    EXPECT_EQ(listener.lookup()->value, 2.0f);
     EXPECT_EQ(office.getHandlerCount(TestMessage), 1u);
 }
 
@@ -53,7 +53,7 @@ TEST_F(Messages, AHandlerOfTheWrongSignatureFallsOutSilently)
 
 TEST_F(Messages, AHandlerRegisteredDuringADeliveryWaitsForTheNextOne)
 {
-    const Handle<TestThing> latecomer = spawn("latecomer");
+    const Handle<Probe> latecomer = spawn("latecomer");
     listener.lookup()->whenCalled = [&]
     {
         office.add(TestMessage, latecomer.lookup()->bind(SCS("handleValueMessage")));
@@ -93,7 +93,7 @@ TEST_F(Messages, AMurderedListenerHearsUntilItsCremation)
 
 TEST_F(Messages, AMessageSentFromAHandlerReachesThoseWhoseCallHasEnded)
 {
-    const Handle<TestThing> second = spawn("second");
+    const Handle<Probe> second = spawn("second");
     office.add(TestMessage, listener.lookup()->bind(SCS("handleValueMessage")));
     office.add(TestMessage, second.lookup()->bind(SCS("handleValueMessage")));
     second.lookup()->whenCalled = [&]
@@ -102,10 +102,10 @@ TEST_F(Messages, AMessageSentFromAHandlerReachesThoseWhoseCallHasEnded)
         post(10);
     };
     post(1);
-    EXPECT_EQ(listener.lookup()->sum, 11.0f);
-    EXPECT_EQ(second.lookup()->sum, 1.0f);
+    EXPECT_EQ(listener.lookup()->value, 11.0f);
+    EXPECT_EQ(second.lookup()->value, 1.0f);
     post(1);
-    EXPECT_EQ(second.lookup()->sum, 2.0f);
+    EXPECT_EQ(second.lookup()->value, 2.0f);
     second.lookup()->murder();
 }
 
@@ -113,7 +113,7 @@ TEST_F(Messages, CallingAMessageTypePostsToTheOfficeOfTheProcess)
 {
     PostOffice().registerMessageHandler(TestMessage, listener.lookup()->bind(SCS("handleValueMessage")));
     EXPECT_TRUE(TestMessage->call(2.0f).succeeded());
-    EXPECT_EQ(listener.lookup()->sum, 2.0f);
+    EXPECT_EQ(listener.lookup()->value, 2.0f);
     EXPECT_EQ(getMessageType(SCS("TestMessage")), TestMessage);
     EXPECT_EQ(TestMessage->getQualifiedName(), SCS("<Message>"));
 }

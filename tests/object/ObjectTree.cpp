@@ -1,5 +1,5 @@
 // The object tree: parents, children, names and paths.
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include "object/tree/TreeWalk.h"
 
@@ -10,10 +10,10 @@ namespace
 /// A small tree: root with the children "a" (with child "leaf") and "b".
 struct ObjectTree : testing::Test
 {
-    Handle<TestThing> root = spawn("root");
-    Handle<TestThing> a = spawn("a", root);
-    Handle<TestThing> b = spawn("b", root);
-    Handle<TestThing> leaf = spawn("leaf", a);
+    Handle<Probe> root = spawn("root");
+    Handle<Probe> a = spawn("a", root);
+    Handle<Probe> b = spawn("b", root);
+    Handle<Probe> leaf = spawn("leaf", a);
 
     ~ObjectTree() override
     {
@@ -41,7 +41,7 @@ TEST_F(ObjectTree, PathsWalkNamesAndParentsAndEndInTheLastObjectNamed)
 
 TEST_F(ObjectTree, OfTwoChildrenOfOneNameTheEarlierIsFound)
 {
-    const Handle<TestThing> second = spawn("a", root);
+    const Handle<Probe> second = spawn("a", root);
     EXPECT_EQ(root.lookup()->getChild(SCS("a")), Handle<Object>(a));
     a.lookup()->setParent(b);
     EXPECT_EQ(root.lookup()->getChild(SCS("a")), Handle<Object>(second));
@@ -65,7 +65,7 @@ TEST_F(ObjectTree, AMoveIsToldDepthFirstWithTheFormerParent)
 
 TEST_F(ObjectTree, AWalkGivesParentsFirstTakesInWhoArrivesAndLeavesOutWhatItIsTold)
 {
-    const Handle<TestThing> sprig = spawn("sprig", leaf);
+    spawn("sprig", leaf);
     std::vector<std::pair<String, std::size_t>> visited;
     TreeWalk walk(*root.lookup());
     while (const Object *object = walk.next())
@@ -97,14 +97,14 @@ TEST_F(ObjectTree, AnUnnamedObjectKeepsTheNameOfItsFirstRead)
     auto o = leaf.lookup();
     o->setName(String());
     const String made = o->getName();
-    EXPECT_TRUE(made.startsWith(SCS("unnamed__TestThing_0x")));
+    EXPECT_TRUE(made.startsWith(SCS("unnamed__Probe_0x")));
     EXPECT_EQ(o->getName(), made);
     EXPECT_EQ(a.lookup()->getChild(made), Handle<Object>(leaf));
 }
 
 TEST_F(ObjectTree, AncestorsAreFoundByClassStartingWithTheObjectItself)
 {
-    EXPECT_EQ(leaf.lookup()->getAncestorOfType<TestThing>(), leaf);
+    EXPECT_EQ(leaf.lookup()->getAncestorOfType<Probe>(), leaf);
     EXPECT_EQ(leaf.lookup()->getAncestorOfType(SCS("Object")), Handle<Object>(leaf));
     EXPECT_FALSE(leaf.lookup()->getAncestorOfType(SCS("NoSuchClass")).isValid());
 }

@@ -1,7 +1,7 @@
 // Variant: what converts into what, and that counted alternatives are counted.
 #include "object/reflection/Variant.h"
 
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 
@@ -38,10 +38,10 @@ TEST(Variant, TheEmptyOneConvertsToItselfOnly)
 
 TEST(Variant, HandlesKeepTheirNumberThroughTheBase)
 {
-    const Handle<TestThing> h = spawn("thing");
+    const Handle<Probe> h = spawn("thing");
     const Variant v(h);
     EXPECT_EQ(v.get<Handle<Object>>().value.getNumber(), h.getNumber());
-    EXPECT_EQ(v.get<Handle<TestThing>>().value, h);
+    EXPECT_EQ(v.get<Handle<Probe>>().value, h);
     h.lookup()->murder();
     cremateDeadObjects();
 }

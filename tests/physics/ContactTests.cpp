@@ -6,7 +6,7 @@
 #include "physics/volumes/Plane.h"
 #include "physics/bodies/RigidCollision.h"
 #include "support/AllocationCount.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gmock/gmock.h>
 
@@ -246,11 +246,11 @@ TEST(Contacts, FunctionThatFailsIsNamedAndDropped)
 {
     PhysicsWorld world;
     const TestBox trap = world.inGrid(world.box(BoundingVolume::BV_BOX, Vec4(0, 1, 0, 1)));
-    const Handle<TestThing> thing = spawn("thing", world.level.level);
+    const Handle<Probe> thing = spawn("thing", world.level.level);
     trap.volume->setInteractFunc(thing.lookup()->bind(SCS("addFour")));
     EXPECT_TRUE(trap.volume->getInteract());
     trap.volume->interactWithPlayer(thing);
-    EXPECT_EQ(countLogLines("its function <Partial application of TestThing::addFour> failed and is dropped"), 1u);
+    EXPECT_EQ(countLogLines("its function <Partial application of Probe::addFour> failed and is dropped"), 1u);
     EXPECT_FALSE(trap.volume->getTriggerFunc());
 }
 

@@ -8,7 +8,7 @@
 #include "physics/triggers/ForceVolumeComponent.h"
 #include "physics/doors/SlidingDoorPhysics.h"
 #include "support/AllocationCount.h"
-#include "support/TestThing.h"
+#include "support/Probe.h"
 
 #include <gtest/gtest.h>
 

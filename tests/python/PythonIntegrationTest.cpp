@@ -1,6 +1,6 @@
 // The native side of the script layer: reflectors of script objects, calls into scripts, and their failures.
 #include "GatheredAssertions.h"
-#include "Probe.h"
+#include "support/Probe.h"
 
 #include "object/reflection/PropertyDesc.h"
 #include "object/python/PythonIntegration.h"

@@ -1,4 +1,4 @@
-#include "TweakedThing.h"
+#include "support/Probe.h"
 
 #include "support/TemporaryFile.h"
 #include "support/TestLevel.h"
@@ -32,7 +32,7 @@ protected:
         setenv("KAVEL_HEADLESS", "1", 1);
         getSystemDeref<WindowSystem2>().setWindowedSize(1280, 720);
         getSystemDeref<InputSystem>();
-        thing = construct<TweakedThing>(defaultAllocationCategory);
+        thing = construct<Probe>(defaultAllocationCategory);
         thing.lookup()->setName(SCS("stalker"));
         thing.lookup()->setParent(level.level);
         tweaks().showObject(SCS("c:/stalker"));
@@ -40,7 +40,7 @@ protected:
     }
 
     TweakSystem &tweaks() { return getSystemDeref<TweakSystem>(); }
-    TweakedThing &stalker() { return *thing.lookup(); }
+    Probe &stalker() { return *thing.lookup(); }
     HWND window() { return getSystemDeref<WindowSystem2>().getWindowHandle(); }
     TwBar *bar() { return tweaks().findBar(thing)->getBar(); }
 
@@ -90,7 +90,7 @@ protected:
     }
 
     TestLevel level;
-    Handle<TweakedThing> thing;
+    Handle<Probe> thing;
 };
 } // namespace
 
@@ -111,7 +111,7 @@ TEST_F(TweakBars, TheMouseAndTheKeyboardEditTheObject)
     const int height = gait.bottom - gait.top;
     click(gait.left + 20, control("gait").y);
     click(gait.left + 20, gait.bottom + 2 * height + height / 2 - 4);
-    EXPECT_EQ(TweakedThing::GAIT_RUN, stalker().gait);
+    EXPECT_EQ(Probe::RUNS, stalker().gait);
 
     clickControl("name");
     for (const char key : {'A', 'b'})
@@ -213,7 +213,7 @@ TEST_F(TweakBars, ObjectsAreFoundByNameByClassAndByPath)
     tweaks().search(SCS("TALK"));
     frames(1);
     EXPECT_EQ(std::vector<Handle<Object>>{thing}, tweaks().getBrowser().getObjects());
-    tweaks().search(SCS("tweakedth"));
+    tweaks().search(SCS("robe"));
     frames(1);
     EXPECT_EQ(std::vector<Handle<Object>>{thing}, tweaks().getBrowser().getObjects());
     tweaks().search(String());

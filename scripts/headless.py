@@ -1,7 +1,10 @@
-"""Runs of a set length: after so many frames the picture is written, the state is logged, and the game ends.
+"""Runs of a set length: pictures on the way, and in the last frame the picture and the state, which is logged.
 
 A level may have views, pairs of a name and a function that turns the camera to something. They share the frames, and
 each is written to a file of its own: with the screenshot out.png and a view '1-spot' that is out-1-spot.png.
+
+What is to be done hangs on the game loop and on no object of a level, so that a level cannot lose it. A step that
+raises ends the run with exit code 1.
 """
 
 import hashlib
@@ -13,9 +16,11 @@ import kaVel
 #: A view needs a frame to arrive in and one whose picture is written.
 LEAST_FRAMES = 2
 
+_plans = {}  # coordinator -> what is to be done while it is in charge: frame -> steps in order
+
 
 def watch(coordinator, views=()):
-    """Has a level end the game when the frames that were asked for have run.
+    """Plans what a run does in a level that was just built: its views, from the present frame to the last one.
 
     A run whose picture has nowhere to go ends at once, with exit code 1: better than when all its frames have run.
     """
@@ -25,16 +30,25 @@ def watch(coordinator, views=()):
         kaVel.log('The game quits: the screenshot %s cannot be written; is there such a folder, and may it be written '
                   'to?' % closed[0])
         kaVel.getSystem('GameLoopSystem').quit(1)
-    else:
-        _Watch(coordinator, views)
+        return
+    gameLoop = kaVel.getSystem('GameLoopSystem')
+    first = max(gameLoop.frameNumber, 1)
+    gameLoop.frameLimit = max(gameLoop.frameLimit, first - 1 + LEAST_FRAMES * len(views))
+    gameLoop.frameCallback = _doFrame
+    for gone in [level for level in _plans if not level]:
+        del _plans[gone]
+    _plans[coordinator] = _plan(views, first, gameLoop.frameLimit)
 
 
 def _wanted(views):
-    """The views that the run is to show; ValueError that lists them if one is asked for that is not there."""
+    """The views that the run is to show; ValueError if one is asked for that is not there, or one shows nothing."""
     names = [name for name, _ in views]
     unknown = [name for name in GameConfig.views if name not in names]
     if unknown:
         raise ValueError('no view %s in this level; it has: %s' % (', '.join(unknown), ', '.join(names) or 'none'))
+    for name, show in views:
+        if not callable(show):
+            raise ValueError('the view %r of this level is %r, where a function is wanted' % (name, show))
     return [view for view in views if not GameConfig.views or view[0] in GameConfig.views]
 
 
@@ -55,40 +69,32 @@ def _isWritable(file):
             and os.access(file if os.path.exists(file) else folder, os.W_OK))
 
 
-class _Watch:
-    def __init__(self, coordinator, views):
-        self.coordinator = coordinator
-        self.stops = self.plan(views)
-        entity = kaVel.make('Entity', parent=coordinator, name='runLength')
-        # The first updater of a frame, which also runs while the level is paused.
-        kaVel.addComponent(entity, 'cursor', 'ScriptComponent', frameCallback=self.doFrame)
+def _plan(views, first, last):
+    """Frame -> what is to be done at its start, in order. Each view has its share of the frames from first to last."""
+    steps = {}
+    frames = last - first + 1
+    for number, (name, show) in enumerate(views):
+        arrival, picture = first + number * frames // len(views), first - 1 + (number + 1) * frames // len(views)
+        steps.setdefault(arrival, []).append(show)
+        steps.setdefault(picture, []).append(lambda name=name: _capture('-' + name))
+    if not views:
+        steps[last] = [_capture]
+    return steps
 
-    def plan(self, views):
-        """Frame -> what is to be done at its start, in order."""
-        count = max(len(views), 1)
-        frames = max(GameConfig.frames, LEAST_FRAMES * len(views))
-        stops = {}
-        for number, (name, show) in enumerate(views):
-            first, last = 1 + number * frames // count, (number + 1) * frames // count
-            stops.setdefault(first, []).append(show)
-            stops.setdefault(last, []).append(lambda name=name: self.capture('-' + name))
-        if not views:
-            stops.setdefault(frames, []).append(self.capture)
-        stops.setdefault(frames, []).append(lambda: self.end(frames))
-        return stops
 
-    def doFrame(self):
-        for step in self.stops.pop(kaVel.getSystem('GameLoopSystem').frameNumber, ()):
-            step()
+def _doFrame():
+    gameLoop = kaVel.getSystem('GameLoopSystem')
+    level, frame = gameLoop.currentlyActiveCoordinator, gameLoop.frameNumber
+    for step in _plans.get(level, {gameLoop.frameLimit: [_capture]}).pop(frame, ()):
+        step()
+    if level and frame == gameLoop.frameLimit:
+        kaVel.log('After %d frames: %s' % (frame, _cameraText(level)))
+        kaVel.log('Object tree: %s' % treeDigest(level))
 
-    def capture(self, suffix=''):
-        if GameConfig.screenshot:
-            kaVel.getSystem('GraphicsSystem2').captureScreen(_pictureFile(suffix))
 
-    def end(self, frames):
-        kaVel.log('After %d frames: %s' % (frames, _cameraText(self.coordinator)))
-        kaVel.log('Object tree: %s' % treeDigest(self.coordinator))
-        kaVel.getSystem('GameLoopSystem').quit(0)
+def _capture(suffix=''):
+    if GameConfig.screenshot:
+        kaVel.getSystem('GraphicsSystem2').captureScreen(_pictureFile(suffix))
 
 
 def _cameraText(coordinator):

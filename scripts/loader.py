@@ -16,9 +16,6 @@ import kaVel
 
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
 
-#: What the engine shows for a moment while another level loads.
-LOADING_SCREEN = 'LoadingScreen'
-
 _levelsBeingBuilt = 0
 
 
@@ -38,7 +35,7 @@ def loadLevel(levelName):
     try:
         developerKeys.listen(coordinator)
         level.build(coordinator)
-        if GameConfig.frames and (levelName != LOADING_SCREEN or GameConfig.initialLevel == LOADING_SCREEN):
+        if GameConfig.frames:
             headless.watch(coordinator, level.views() if hasattr(level, 'views') else ())
     finally:
         _levelsBeingBuilt -= 1

@@ -15,6 +15,10 @@ SETTINGS = {
     'GlobalConfigSystem': {
         'defaultSceneAmbient': 0.2,
     },
+    'GameLoopSystem': {
+        'frameLimit': GameConfig.frames,
+        'unattended': GameConfig.headless or GameConfig.frames > 0,
+    },
     'InputSystem': {
         'replayFile': GameConfig.replay,
         'recordFile': GameConfig.record,

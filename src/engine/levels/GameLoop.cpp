@@ -92,11 +92,13 @@ void GameLoopSystem::doFrame()
         currentCoordinator = replaceLevel(currentCoordinator, queuedLevel);
         queuedLevel = String();
     }
+    callFrameCallback();
     if (auto level = currentCoordinator.lookup())
         level->doFrame();
     else
         quitWithoutLevel();
     cremateDeadObjects();
+    quitAtFrameLimit();
 }
 
 void GameLoopSystem::beginProfilerFrame()
@@ -115,6 +117,20 @@ void GameLoopSystem::measureFrame()
 {
     const TimerTicks ticks = getSystemDeref<TimeSystem>().newFrame();
     getTime().lookup()->newFrame(ticks);
+}
+
+void GameLoopSystem::callFrameCallback()
+{
+    // A copy: the callback may set another one in its own place.
+    const ReflectorPtr called = frameCallback;
+    if (!called)
+        return;
+    const ErrorCode outcome = called->call().code;
+    if (outcome.succeeded())
+        return;
+    KV_LOGF(Logger_::I_ERROR, "The callback of every frame, %s, failed (%s), and the game quits.",
+            called->getQualifiedName().toCString(), outcome.toString().toCString());
+    quit(1);
 }
 
 void GameLoopSystem::quitWithoutLevel()
@@ -146,7 +162,20 @@ void GameLoopSystem::queueLoadLevel(const String &levelName)
 
 void GameLoopSystem::quit(int exitCode)
 {
+    quitAsked = true;
     PostQuitMessage(exitCode);
+}
+
+void GameLoopSystem::quitIfUnattended()
+{
+    if (unattended)
+        quit(1);
+}
+
+void GameLoopSystem::quitAtFrameLimit()
+{
+    if (frameLimit > 0 && frameNumber >= frameLimit && !quitAsked)
+        quit(0);
 }
 
 Handle<Coordinator> loadLevel(const String &levelName)

@@ -9,14 +9,16 @@ class PersistentStateComponent;
 /// Runs the frame and switches levels.
 ///
 /// Holds the coordinator now in charge. A level switch is only noted when it is asked for and happens at the start of
-/// the next frame, so it never pulls the tree away from under an updater.
+/// the next frame, so it never pulls the tree away from under an updater. A run's end is this system's business alone:
+/// the frame limit holds whatever becomes of the level.
 class GameLoopSystem : public System
 {
     KV_REFLECTED(GameLoopSystem)
 public:
     GameLoopSystem() = default;
 
-    /// Runs one frame: measures time, switches the level if one is queued, runs the updaters, cremates the dead.
+    /// Runs one frame: measures time, switches the level if one is queued, calls back, runs the updaters,
+    /// cremates the dead, and quits with 0 where this was the last frame that was asked for.
     ///
     /// With no coordinator left to run, an error is logged and the game quits with exit code 1. A Python exception
     /// from a level's load travels to the caller.
@@ -44,6 +46,21 @@ public:
     void forgetPersistentState();
     /// Ends the game after this frame; the process returns this exit code.
     void quit(int exitCode);
+    /// Ends the game with exit code 1 if nobody watches it; a player's game goes on. The caller tells what has failed.
+    void quitIfUnattended();
+
+    /// Sets the number of the last frame: the game quits behind it, with 0 unless something else was asked for. 0 for no
+    /// limit.
+    void setFrameLimit(std::int64_t val) { frameLimit = val; }
+    std::int64_t getFrameLimit() const { return frameLimit; }
+    /// Sets that nobody watches, so that a failure which would only be told to a player ends the game.
+    void setUnattended(bool val) { unattended = val; }
+    bool getUnattended() const { return unattended; }
+    /// Sets what is called in every frame, behind a switch of levels and before the updaters; None for nothing.
+    ///
+    /// No level can keep it from being called. A call that fails ends the game with exit code 1.
+    void setFrameCallback(ReflectorPtr val) { frameCallback = val; }
+    ReflectorPtr getFrameCallback() const { return frameCallback; }
 
 protected:
     void systemStartup() override {}
@@ -53,7 +70,9 @@ protected:
 private:
     void beginProfilerFrame();
     void measureFrame();
+    void callFrameCallback();
     void quitWithoutLevel();
+    void quitAtFrameLimit();
     Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName);
     void retire(const Handle<Coordinator> &level);
 
@@ -62,7 +81,11 @@ private:
     Handle<TimeKeeper> time;
     String queuedLevel; ///< empty while no switch is asked for
     std::int64_t frameNumber = 0;
+    std::int64_t frameLimit = 0; ///< 0: none
     bool frameRunning = false;
+    bool quitAsked = false; ///< so that the frame limit leaves the exit code alone
+    bool unattended = false;
+    ReflectorPtr frameCallback;
     ReflectorPtr profilerNewFrame; ///< the profiler's bound frame step, looked up in the first frame
 };
 

@@ -93,6 +93,9 @@ TEST_F(DebugDrawing, LinesStandWhereTheyAreInTheWorldBehindWhatHidesThem)
     {
         EXPECT_GT(picture.countLit(x, 45 - 23, x + 1, 45 - 20), 0) << x;
         EXPECT_EQ(picture.countLit(x, 45 - 1, x + 1, 45 + 2) == 0, std::abs(x - 80) < 16) << x;
+        for (int y = 45 - 1; y < 45 + 2; ++y)
+            EXPECT_TRUE(picture.red(x, y) == 0 || picture.red(x, y) == 255) << "its own colour, untouched by light";
+        EXPECT_EQ(picture.green(x, 45), 0) << x;
     }
     EXPECT_EQ(drawPicture(*this).countLit(0, 0, WIDTH, HEIGHT), 0) << "what was added is shown for one frame";
 }

@@ -1,6 +1,8 @@
 // What each drawn class adds to the contract of GraphicsComponent2: quads, boxes, terrains, decals, dust.
 #include "RenderingWorld.h"
 
+#include "assets/cache/AssetUploader.h"
+#include "assets/cache/DynamicTextureAsset.h"
 #include "assets/models/DynamicMeshAsset.h"
 #include "rendering/drawn/DecalComponent.h"
 #include "rendering/drawn/DustParticleSystemComponent.h"
@@ -123,6 +125,30 @@ TEST_F(Drawn, QuadStandsOnItsAnchorsAndHidesWhatIsDeeper)
     EXPECT_EQ(green(WIDTH - 4, 4), 0) << "covered by what is made later and stands nearer";
     transformOf(cover).setPosition(Vec4(window.x, window.y, 2, 1));
     EXPECT_EQ(green(WIDTH - 4, 4), 255) << "now it stands behind";
+}
+
+TEST_F(Drawn, WhatIsClearInAQuadOfTheWorldHidesNothingBehindIt)
+{
+    const std::uint8_t coverage[] = {255, 0};
+    DynamicTextureAsset &halfClear = *construct<DynamicTextureAsset>(defaultAllocationCategory).lookup();
+    IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
+    halfClear.setCoverage({2, 1, coverage, {0, 0, 2, 1}});
+    graphics().replaceDevice(recorder);
+    const auto square = [&](float z, float size) -> QuadComponent2 &
+    {
+        QuadComponent2 &made = make<QuadComponent2>(Vec4(0, 0, z, 1), Vec4(size, size, 1, 0), SceneGraph::WORLD_DEBUG);
+        made.setTextureName(SCS("white.dds"));
+        load(made);
+        return made;
+    };
+    // The pane is drawn first, and stands in front; its left edge is in the middle of the picture.
+    square(2, 1).setTexture(halfClear.getTypedHandle());
+    EXPECT_GT(green(WIDTH / 2 + 6, HEIGHT / 2 - 6), 250);
+    EXPECT_LT(green(WIDTH / 2 + 48, HEIGHT / 2 - 6), 5) << "clear";
+    square(3, 3);
+    EXPECT_GT(green(WIDTH / 2 + 48, HEIGHT / 2 - 6), 250) << "the wall, through the clear half";
+    EXPECT_GT(green(WIDTH / 2 + 36, HEIGHT / 2 - 6), 5);
+    EXPECT_LT(green(WIDTH / 2 + 36, HEIGHT / 2 - 6), 250) << "it was the pane that came first";
 }
 
 TEST_F(Drawn, MapIsTheOneThatWasGivenLast)

@@ -2,6 +2,7 @@
 #include "ScreenPicture.h"
 
 #include "assets/models/DynamicMeshAsset.h"
+#include "gameplay/player/SanityComponent.h"
 #include "rendering/drawn/ModelGraphicsComponent2.h"
 #include "support/AllocationCount.h"
 
@@ -201,6 +202,24 @@ TEST_F(Frame, GlowingModelShowsInThePictureWhereItStands)
     EXPECT_GT(brightness(window), brightness(black) + 20);
     graphics().setGamma(3);
     EXPECT_GT(brightness(presentedPixel(WIDTH / 2, HEIGHT / 2) & 0xffffff), brightness(window));
+}
+
+TEST_F(Frame, MindSounderThanSoundLeavesThePictureAlone)
+{
+    glowingModel(Vec4(0.3f, 0, 4, 1));
+    SanityComponent &mind = *level.component<SanityComponent>(level.entity("Player"), "player").lookup();
+    const auto column = [this]
+    {
+        std::vector<unsigned> pixels;
+        for (int y = 1; y < HEIGHT; y += 8)
+            pixels.push_back(presentedPixel(WIDTH / 2 + 4, y));
+        return pixels;
+    };
+    const std::vector<unsigned> sound = column();
+    mind.setSanity(400);
+    EXPECT_EQ(column(), sound);
+    mind.setSanity(0);
+    EXPECT_NE(column(), sound);
 }
 
 TEST_F(Frame, AntialiasingChangesOutlinesOnlyAndLeavesNothingBehind)

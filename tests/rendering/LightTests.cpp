@@ -203,6 +203,9 @@ TEST_F(Lights, LightFallsWithTheDistance)
             EXPECT_NEAR(light.x, 1.5f * left * left, 0.006f) << "begins " << begin << ", stands at " << z;
             EXPECT_NEAR(light.y, light.x / 2, 0.004f);
         }
+    sphere.setLightFalloffEnd(5000);
+    settle();
+    EXPECT_GT(arrived().x, 1.4f) << "its volume ends beyond the far plane";
     sphere.setLightFalloffEnd(0);
     settle();
     EXPECT_EQ(arrived().x, 0.0f);

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace
@@ -201,13 +202,25 @@ TEST_F(Graphics, LostDeviceComesBackInALaterFrame)
     EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 7u);
 }
 
-TEST_F(Graphics, RenderScaleIsTheBackBuffersAndNotTheWindows)
+TEST_F(Graphics, RenderScaleIsTheWorldsAndTheScreenLayersKeepTheWindowsSize)
 {
+    thing("notice", SceneGraph::SCREEN);
+    const Journal unscaled = journalOfPasses();
+    EXPECT_EQ(std::count(unscaled.begin(), unscaled.end(), "Stretch World to screen"), 0);
+
     graphics().setRenderScale(0.5f);
-    EXPECT_EQ(device->lastParameters.BackBufferWidth, 80u);
-    EXPECT_EQ(device->lastParameters.BackBufferHeight, 45u);
-    drawFrame();
-    EXPECT_EQ(graphics().getBackBufferWidth(), 80);
+    EXPECT_EQ(device->lastParameters.BackBufferWidth, 160u);
+    EXPECT_EQ(graphics().getBackBufferHeight(), 90);
+    EXPECT_EQ(graphics().getWorldWidth(), 80);
+    EXPECT_EQ(device->count("CreateTexture 80x45 levels 1 format 113"), 5);
+    device->take();
+    const Journal scaled = journalOfPasses();
+    const auto place = [&scaled](const char *line) { return std::find(scaled.begin(), scaled.end(), line); };
+    EXPECT_LT(place("Target 0 World"), place("Stretch World to screen"));
+    EXPECT_LT(place("Stretch World to screen"), place("Viewport 0 0 160 90")) << "only then the notice";
+    EXPECT_NE(place("Viewport 0 0 160 90"), scaled.end());
+    EXPECT_NE(place("Viewport 0 0 80 45"), scaled.end());
+
     graphics().setRenderScale(-3);
     EXPECT_FLOAT_EQ(graphics().getRenderScale(), 0.1f);
 }

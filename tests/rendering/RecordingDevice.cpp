@@ -133,6 +133,15 @@ HRESULT RecordingDevice::GetBackBuffer(UINT swapChain, UINT index, D3DBACKBUFFER
     return real->GetBackBuffer(swapChain, index, type, surface);
 }
 
+HRESULT RecordingDevice::StretchRect(IDirect3DSurface9 *source, const RECT *sourceRect, IDirect3DSurface9 *destination,
+                                     const RECT *destinationRect, D3DTEXTUREFILTERTYPE filter)
+{
+    note("Stretch %s to %s", nameOf(source).c_str(), nameOf(destination).c_str());
+    HRESULT result;
+    return fails("StretchRect", result) ? result
+                                        : real->StretchRect(source, sourceRect, destination, destinationRect, filter);
+}
+
 HRESULT RecordingDevice::CreateDepthStencilSurface(UINT width, UINT height, D3DFORMAT format,
                                                    D3DMULTISAMPLE_TYPE samples, DWORD quality, BOOL discard,
                                                    IDirect3DSurface9 **surface, HANDLE *shared)

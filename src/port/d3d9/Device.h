@@ -64,6 +64,8 @@ public:
     HRESULT SetDepthStencilSurface(IDirect3DSurface9 *surface) override;
     HRESULT GetDepthStencilSurface(IDirect3DSurface9 **surface) override;
     HRESULT GetBackBuffer(UINT swapChain, UINT index, D3DBACKBUFFER_TYPE type, IDirect3DSurface9 **surface) override;
+    HRESULT StretchRect(IDirect3DSurface9 *source, const RECT *sourceRect, IDirect3DSurface9 *destination,
+                        const RECT *destinationRect, D3DTEXTUREFILTERTYPE filter) override;
     HRESULT CreateDepthStencilSurface(UINT width, UINT height, D3DFORMAT format, D3DMULTISAMPLE_TYPE samples,
                                       DWORD quality, BOOL discard, IDirect3DSurface9 **surface,
                                       HANDLE *shared) override;

@@ -12,6 +12,12 @@ port::Surface *ours(IDirect3DSurface9 *surface)
     return static_cast<port::Surface *>(surface);
 }
 
+RECT wholeRect(const port::Surface &surface)
+{
+    const D3DVIEWPORT9 whole = surface.whole();
+    return {0, 0, static_cast<LONG>(whole.Width), static_cast<LONG>(whole.Height)};
+}
+
 /// Hands a new reference to a caller.
 template <class Interface, class T>
 HRESULT handOut(T *object, Interface **out)
@@ -67,6 +73,27 @@ HRESULT Device::GetBackBuffer(UINT swapChain, UINT index, D3DBACKBUFFER_TYPE typ
     if (swapChain != 0 || index != 0 || type != D3DBACKBUFFER_TYPE_MONO || !surface || !backBuffer)
         return D3DERR_INVALIDCALL;
     return handOut(backBuffer.get(), surface);
+}
+
+HRESULT Device::StretchRect(IDirect3DSurface9 *source, const RECT *sourceRect, IDirect3DSurface9 *destination,
+                            const RECT *destinationRect, D3DTEXTUREFILTERTYPE filter)
+{
+    const Surface *from = ours(source), *to = ours(destination);
+    if (!from || !to || from == to || from->texture.format().depth || to->texture.format().depth)
+        return D3DERR_INVALIDCALL;
+    if (state != State::WORKING)
+        return D3DERR_DEVICELOST;
+    TargetSet read, written;
+    read.colors[0] = from;
+    written.colors[0] = to;
+    const GLuint readFrom = framebuffers.get(read), writeTo = framebuffers.get(written);
+    if (!readFrom || !writeTo)
+        return D3DERR_INVALIDCALL;
+    const RECT a = sourceRect ? *sourceRect : wholeRect(*from), b = destinationRect ? *destinationRect : wholeRect(*to);
+    renderStates.openWriteMasks(stats);
+    glBlitNamedFramebuffer(readFrom, writeTo, a.left, a.top, a.right, a.bottom, b.left, b.top, b.right, b.bottom,
+                           GL_COLOR_BUFFER_BIT, filter == D3DTEXF_LINEAR ? GL_LINEAR : GL_NEAREST);
+    return D3D_OK;
 }
 
 HRESULT Device::CreateDepthStencilSurface(UINT width, UINT height, D3DFORMAT format, D3DMULTISAMPLE_TYPE, DWORD, BOOL,

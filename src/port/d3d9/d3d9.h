@@ -95,6 +95,9 @@ struct IDirect3DDevice9 : IUnknown
     virtual HRESULT SetDepthStencilSurface(IDirect3DSurface9 *surface) = 0;
     virtual HRESULT GetDepthStencilSurface(IDirect3DSurface9 **surface) = 0;
     virtual HRESULT GetBackBuffer(UINT swapChain, UINT index, D3DBACKBUFFER_TYPE type, IDirect3DSurface9 **surface) = 0;
+    /// Copies a colour target into another one, stretched to fit; null rectangles mean the whole surface.
+    virtual HRESULT StretchRect(IDirect3DSurface9 *source, const RECT *sourceRect, IDirect3DSurface9 *destination,
+                                const RECT *destinationRect, D3DTEXTUREFILTERTYPE filter) = 0;
     virtual HRESULT CreateDepthStencilSurface(UINT width, UINT height, D3DFORMAT format, D3DMULTISAMPLE_TYPE samples,
                                               DWORD quality, BOOL discard, IDirect3DSurface9 **surface,
                                               HANDLE *shared) = 0;

@@ -61,6 +61,8 @@ public:
         D3DFORMAT format = D3DFMT_UNKNOWN;
         IDirect3DTexture9 *tex = nullptr;  ///< null for "screen"
         IDirect3DSurface9 *surf = nullptr; ///< level 0
+        int width = 0;                     ///< pixels
+        int height = 0;                    ///< pixels
     };
     /// A depth and stencil target by name.
     struct DepthTarget
@@ -104,7 +106,7 @@ public:
 
     /// Makes a colour target and its texture.
     ///
-    /// A divisor from 0 up halves the back buffer's size that often; a negative one gives a square of that side.
+    /// A divisor from 0 up halves the world picture's size that often; a negative one gives a square of that side.
     /// A name that is there already is replaced. The name "screen" is the back buffer's own.
     ErrorCode registerRenderTarget(String name, int logSizeDivisor, D3DFORMAT format, bool buildMipChain = false);
     /// Makes a depth and stencil target; the size rule is that of registerRenderTarget.
@@ -116,6 +118,14 @@ public:
     ErrorCode useRenderTargetAndMipLevel(int targetID, const String &name, int mipLevel = 0);
     /// Binds a depth target; an empty name unbinds.
     ErrorCode useDepthTarget(const String &name);
+    /// Width of what slot 0 draws into, pixels.
+    int getTargetWidth() const { return targetWidth; }
+    /// Height of what slot 0 draws into, pixels.
+    int getTargetHeight() const { return targetHeight; }
+    /// Name of the target that the world's picture is put together in: "screen", or with a render scale "World".
+    String getWorldTarget() const;
+    /// Brings the world's picture to the screen, stretched to fit; nothing where it was made there.
+    ErrorCode showWorld();
     /// The texture of a target, borrowed; UNKNOWN_KEY for an unknown name and for one without a texture.
     ErrorReturn<IDirect3DTexture9 *> getRenderTargetTexture(const String &name);
     /// One level of a target with a reference that the caller releases; null for an empty name.
@@ -165,9 +175,10 @@ public:
     void setShowAntTweakBar(bool val) { showAntTweakBar = val; }
 
     float getRenderScale() const { return renderScale; }
-    /// Size of the back buffer as a fraction of the window's, kept within 0.1 to 2; the picture is stretched to fit.
+    /// Size of the world's picture as a fraction of the window's, kept within 0.1 to 2; it is stretched to fit.
     ///
-    /// Takes effect at once, by a reset of the device.
+    /// The screen layers, texts among them, keep the window's size. Takes effect at once, by a reset of the device: not
+    /// to be called while a frame is drawn.
     void setRenderScale(float val);
 
     float getGamma() const { return gamma; }
@@ -180,9 +191,12 @@ public:
     /// Where software draws, a frame without takes a good deal less time.
     void setAntialiasing(bool val) { antialiasing = val; }
 
-    /// Size of the back buffer in pixels: the window's size times the render scale.
+    /// Size of the back buffer in pixels: the window's.
     int getBackBufferWidth() const { return backBufferWidth; }
     int getBackBufferHeight() const { return backBufferHeight; }
+    /// Size of the world's picture in pixels: the window's times the render scale.
+    int getWorldWidth() const { return worldWidth; }
+    int getWorldHeight() const { return worldHeight; }
 
     /// Draw calls of the last presented frame.
     int getDrawCallCount() const;
@@ -253,6 +267,7 @@ private:
     void destroyRenderTargets();
     void rememberScreenTargets();
     std::pair<unsigned, unsigned> getTargetSize(int logSizeDivisor) const;
+    void rememberTargetSize(const String &name, int mipLevel);
 
     template <class Buffer>
     ErrorCode fillBuffer(Buffer *&buffer, unsigned &capacity, const void *data, unsigned size);
@@ -288,6 +303,10 @@ private:
     bool antialiasing = true;
     int backBufferWidth = 0;  ///< pixels
     int backBufferHeight = 0; ///< pixels
+    int worldWidth = 0;       ///< pixels
+    int worldHeight = 0;      ///< pixels
+    int targetWidth = 0;      ///< of what slot 0 draws into, pixels
+    int targetHeight = 0;     ///< of what slot 0 draws into, pixels
     String screenshotFile;    ///< where the next present writes the frame; empty for nowhere
     std::unique_ptr<IAssetUploader> uploader;
 };

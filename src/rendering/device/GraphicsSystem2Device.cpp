@@ -35,8 +35,10 @@ void releaseAndForget(Resource *&resource)
 void GraphicsSystem2::getPresentParams(D3DPRESENT_PARAMETERS &params)
 {
     WindowSystem2 &window = getSystemDeref<WindowSystem2>();
-    backBufferWidth = scaled(window.getWidth(), renderScale);
-    backBufferHeight = scaled(window.getHeight(), renderScale);
+    backBufferWidth = std::max(window.getWidth(), 1);
+    backBufferHeight = std::max(window.getHeight(), 1);
+    worldWidth = scaled(backBufferWidth, renderScale);
+    worldHeight = scaled(backBufferHeight, renderScale);
 
     params = {};
     params.BackBufferWidth = static_cast<UINT>(backBufferWidth);

@@ -7,6 +7,7 @@
 #include "port/d3d9/d3d9.h"
 #include "port/d3dx9/d3dx9tex.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace
@@ -15,6 +16,12 @@ namespace
 const String &screenName()
 {
     static const String name = SCS("screen");
+    return name;
+}
+
+const String &scaledWorldName()
+{
+    static const String name = SCS("World");
     return name;
 }
 
@@ -52,7 +59,25 @@ void GraphicsSystem2::createRenderTargets()
     registerRenderTarget(SCS("ShadowMap"), 0, D3DFMT_R32F).ignoreError();
     for (const char *name : {"GBuffer", "ShadowMap"})
         registerDepthTarget(SCS(name), 0, D3DFMT_D24S8).ignoreError();
+    if (worldWidth != backBufferWidth || worldHeight != backBufferHeight)
+        registerRenderTarget(scaledWorldName(), 0, D3DFMT_X8R8G8B8).ignoreError();
     rememberScreenTargets();
+}
+
+String GraphicsSystem2::getWorldTarget() const
+{
+    return renderTargets.contains(scaledWorldName()) ? scaledWorldName() : screenName();
+}
+
+ErrorCode GraphicsSystem2::showWorld()
+{
+    if (!deviceIsReady())
+        return dxCall(D3DERR_DEVICELOST);
+    const auto world = renderTargets.find(scaledWorldName());
+    if (world == renderTargets.end())
+        return ErrorCode::SUCCESS;
+    return dxCall(
+        device->StretchRect(world->second.surf, nullptr, renderTargets[screenName()].surf, nullptr, D3DTEXF_LINEAR));
 }
 
 void GraphicsSystem2::rememberScreenTargets()
@@ -62,6 +87,8 @@ void GraphicsSystem2::rememberScreenTargets()
     screen = RenderTarget();
     if (SUCCEEDED(device->GetRenderTarget(0, &screen.surf)) && screen.surf)
         screen.format = formatOf(screen.surf);
+    screen.width = backBufferWidth;
+    screen.height = backBufferHeight;
 
     DepthTarget &screenDepth = depthTargets[screenName()];
     releaseIfAny(screenDepth.surf);
@@ -92,7 +119,7 @@ std::pair<unsigned, unsigned> GraphicsSystem2::getTargetSize(int logSizeDivisor)
     }
     const int shift = logSizeDivisor < 31 ? logSizeDivisor : 31;
     const auto shifted = [shift](int length) { return static_cast<unsigned>(length) >> shift; };
-    return {shifted(backBufferWidth), shifted(backBufferHeight)};
+    return {shifted(worldWidth), shifted(worldHeight)};
 }
 
 ErrorCode GraphicsSystem2::registerRenderTarget(String name, int logSizeDivisor, D3DFORMAT format, bool buildMipChain)
@@ -101,6 +128,8 @@ ErrorCode GraphicsSystem2::registerRenderTarget(String name, int logSizeDivisor,
     RenderTarget target;
     target.logDivisor = logSizeDivisor;
     target.format = format;
+    target.width = static_cast<int>(width);
+    target.height = static_cast<int>(height);
     const UINT levels = buildMipChain ? 0 : 1;
     ErrorCode result = verified(dxCall(D3DXCreateTexture(device, width, height, levels, D3DUSAGE_RENDERTARGET, format,
                                                          D3DPOOL_DEFAULT, &target.tex)),
@@ -164,7 +193,16 @@ ErrorCode GraphicsSystem2::useRenderTargetAndMipLevel(int targetID, const String
         return surface.code;
     const ErrorCode result = dxCall(device->SetRenderTarget(static_cast<DWORD>(targetID), surface.value));
     releaseIfAny(surface.value);
+    if (targetID == 0 && result.succeeded())
+        rememberTargetSize(name, mipLevel);
     return result;
+}
+
+void GraphicsSystem2::rememberTargetSize(const String &name, int mipLevel)
+{
+    const auto target = renderTargets.find(name.empty() ? screenName() : name);
+    targetWidth = target != renderTargets.end() ? std::max(target->second.width >> mipLevel, 1) : backBufferWidth;
+    targetHeight = target != renderTargets.end() ? std::max(target->second.height >> mipLevel, 1) : backBufferHeight;
 }
 
 ErrorCode GraphicsSystem2::useDepthTarget(const String &name)

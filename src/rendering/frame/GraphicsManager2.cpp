@@ -83,7 +83,8 @@ void GraphicsManager2::doFrame()
 
     typedef GraphicsManager2 M;
     static constexpr ErrorCode (M::*passes[])() = {&M::generateGBuffer, &M::drawLights, &M::postProcessWorld,
-                                                   &M::drawWorldDebug,  &M::drawScreen, &M::drawScreenDebug};
+                                                   &M::drawWorldDebug,  &M::showWorld,  &M::drawScreen,
+                                                   &M::drawScreenDebug};
     for (const auto pass : passes)
     {
         const ErrorCode result = (this->*pass)();
@@ -265,8 +266,8 @@ ErrorCode GraphicsManager2::postProcessWorld()
     params.bind(names().gBuffer2, names().gBuffer2);
     params.bind(names().gBuffer3, names().gBuffer3);
     params.bind(names().lBuffer, names().lBuffer);
-    params.bindTarget(names().screen);
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    params.bindTarget(graphics.getWorldTarget());
     params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());
 
     const float ambient = sceneAmbient * 0.1f;
@@ -292,9 +293,14 @@ ErrorCode GraphicsManager2::drawWorldDebug()
     GraphicsSystem2::SceneRenderParams params;
     params.layer = SceneGraph::WORLD_DEBUG;
     params.viewer = getCurrentCamera();
-    params.bindTarget(names().screen);
+    params.bindTarget(getSystemDeref<GraphicsSystem2>().getWorldTarget());
     params.depthTarget = names().gBuffer;
     return getLiveSceneGraph().render(params);
+}
+
+ErrorCode GraphicsManager2::showWorld()
+{
+    return hasUsableCamera() ? getSystemDeref<GraphicsSystem2>().showWorld() : ErrorCode();
 }
 
 ErrorCode GraphicsManager2::drawScreen()

@@ -59,6 +59,7 @@ private:
     ErrorCode drawLights();
     ErrorCode postProcessWorld();
     ErrorCode drawWorldDebug();
+    ErrorCode showWorld();
     ErrorCode drawScreen();
     ErrorCode drawScreenDebug();
 

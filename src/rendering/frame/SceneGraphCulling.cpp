@@ -46,7 +46,7 @@ Entity *findOwner(const BoundingVolume &volume)
 void narrowToLight(ViewVolume &volume, const Matrix4 &worldToView, float coneAngle)
 {
     constexpr float edge = 5; // texels in the middle of the map: a look-up's lift off its surface, and its width
-    const auto height = static_cast<float>(getSystemDeref<GraphicsSystem2>().getBackBufferHeight());
+    const auto height = static_cast<float>(getSystemDeref<GraphicsSystem2>().getWorldHeight());
     const float halfAngle = coneAngle + edge * 2 * std::tan(coneAngle) / height;
     if (coneAngle < static_cast<float>(PI) / 2 && halfAngle < static_cast<float>(PI) / 2)
         volume.narrowToCone(worldToView, halfAngle);

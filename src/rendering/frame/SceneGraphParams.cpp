@@ -155,8 +155,8 @@ ErrorCode SceneGraph::applyViewport(const String &effect, const GraphicsSystem2:
 {
     static const String viewportPixels = SCS("viewportPixels");
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
-    const auto width = static_cast<float>(graphics.getBackBufferWidth());
-    const auto height = static_cast<float>(graphics.getBackBufferHeight());
+    const auto width = static_cast<float>(graphics.getTargetWidth());
+    const auto height = static_cast<float>(graphics.getTargetHeight());
     const Vec4 pixels(std::trunc(width * params.viewport.x), std::trunc(height * params.viewport.y),
                       std::ceil(width * params.viewport.z), std::ceil(height * params.viewport.w));
     ErrorCode result = graphics.getShaders().setVariable(effect, viewportPixels, pixels);

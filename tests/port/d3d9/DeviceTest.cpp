@@ -74,6 +74,33 @@ TEST_F(Device, ClearFillsTheViewportAlone)
     EXPECT_EQ((Pixel{10, 20, 30, 255}), pixel(15, 8));
 }
 
+TEST_F(Device, StretchingCopiesUprightFiltersAsToldAndRefusesDepth)
+{
+    Owned<IDirect3DTexture9> small;
+    Owned<IDirect3DSurface9> from, to, depth;
+    ASSERT_EQ(D3D_OK, device->CreateTexture(2, 2, 1, D3DUSAGE_RENDERTARGET, D3DFMT_X8R8G8B8, D3DPOOL_DEFAULT,
+                                            small.out(), nullptr));
+    small->GetSurfaceLevel(0, from.out());
+    device->GetRenderTarget(0, to.out());
+    device->GetDepthStencilSurface(depth.out());
+    device->SetRenderTarget(0, from);
+    device->SetDepthStencilSurface(nullptr);
+    device->Clear(0, nullptr, D3DCLEAR_TARGET, D3DCOLOR_ARGB(255, 0, 0, 0), 1, 0);
+    const D3DRECT top{0, 0, 2, 1};
+    device->Clear(1, &top, D3DCLEAR_TARGET, D3DCOLOR_ARGB(255, 200, 200, 200), 1, 0);
+
+    ASSERT_EQ(D3D_OK, device->StretchRect(from, nullptr, to, nullptr, D3DTEXF_POINT));
+    EXPECT_EQ((Pixel{200, 200, 200, 255}), pixel(5, 31));
+    EXPECT_EQ((Pixel{0, 0, 0, 255}), pixel(5, 32));
+    const RECT corner{32, 32, 64, 64};
+    ASSERT_EQ(D3D_OK, device->StretchRect(from, nullptr, to, &corner, D3DTEXF_LINEAR));
+    EXPECT_NEAR(pixel(40, 48).r, 100, 8) << "between the rows";
+    EXPECT_EQ((Pixel{0, 0, 0, 255}), pixel(5, 33)) << "outside the rectangle";
+    EXPECT_EQ(D3DERR_INVALIDCALL, device->StretchRect(depth, nullptr, to, nullptr, D3DTEXF_POINT));
+    EXPECT_EQ(D3DERR_INVALIDCALL, device->StretchRect(to, nullptr, to, nullptr, D3DTEXF_POINT));
+    device->SetRenderTarget(0, to);
+}
+
 TEST_F(Device, ClearOfStencilWithoutADepthSurfaceIsRefused)
 {
     device->SetDepthStencilSurface(nullptr);

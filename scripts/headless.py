@@ -65,8 +65,8 @@ def _pictureFile(suffix):
 
 def _isWritable(file):
     folder = os.path.dirname(file) or '.'
-    return (os.path.isdir(folder) and not os.path.isdir(file)
-            and os.access(file if os.path.exists(file) else folder, os.W_OK))
+    return (os.path.isdir(folder) and os.access(folder, os.W_OK)
+            and (os.path.isfile(file) or not os.path.exists(file)))
 
 
 def _plan(views, first, last):

@@ -11,6 +11,7 @@ constexpr std::uint32_t MULTIPLIER = 1664525;
 constexpr std::uint32_t INCREMENT = 1013904223;
 
 std::uint32_t state = 1;
+unsigned lastSeed = 1;
 
 } // namespace
 
@@ -23,6 +24,12 @@ int engineRand()
 void seedEngineRand(unsigned seed)
 {
     state = seed;
+    lastSeed = seed;
+}
+
+unsigned engineSeed()
+{
+    return lastSeed;
 }
 
 std::int32_t MersenneTwisterRandom::generate()

@@ -13,6 +13,9 @@ int engineRand();
 /// Restarts the engine's generator; equal seeds give equal sequences. A run that never calls it starts from seed 1.
 void seedEngineRand(unsigned seed);
 
+/// What the engine's generator was last restarted with.
+unsigned engineSeed();
+
 /// Random number in [0, 1).
 inline float frand()
 {

@@ -2,9 +2,12 @@
 #include "platform/InputEar.h"
 #include "support/TestLevel.h"
 
+#include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
 #include "platform/input/InputSystem.h"
 #include "platform/input/TextCapture.h"
+
+#include "foundation/Logger.h"
 #include "port/xinput/XInputPlatform.h"
 
 #include <gmock/gmock.h>
@@ -278,22 +281,24 @@ TEST_F(Input, MotorsStopWhenTheGameEnds)
 namespace
 {
 /// Input with a file that is gone at the end.
-class InputRecording : public Input
+class Recording : public Input
 {
 protected:
-    InputRecording()
+    Recording()
         : path(std::filesystem::temp_directory_path() / ("kavel_input_" + std::to_string(::getpid()) + ".txt")),
           file(String::copyFrom(path.string()))
     {
     }
-    ~InputRecording() override { std::filesystem::remove(path); }
+    ~Recording() override { std::filesystem::remove(path); }
+
+    void write(const std::string &text) const { std::ofstream(path, std::ios::binary) << text; }
 
     std::filesystem::path path;
     String file;
 };
 } // namespace
 
-TEST_F(InputRecording, PlaysBackWhatWasHeardFrameByFrame)
+TEST_F(Recording, PlaysBackWhatWasHeardFrameByFrame)
 {
     const auto session = [this](int number)
     {
@@ -337,23 +342,77 @@ TEST_F(InputRecording, PlaysBackWhatWasHeardFrameByFrame)
     EXPECT_THAT(heard(), ElementsAre("KeyUpMessage 81")) << "the player has the devices back";
 }
 
-TEST_F(InputRecording, BadLinesAreNamedAndTheOthersPlayed)
+TEST_F(Recording, WrittenByHandMayBeCommentedAndOutOfOrder)
 {
-    std::ofstream(path) << "# a comment\n\n1 key 0x57 down\n2 key W down\n2 jump 5\n2 pad 9 0 0 0 0 0 0 0\n"
-                           "2 mouse 1 2 3 4 5\n3 key 87 up extra\n2 key 87 up\n";
-    const std::size_t before = countLogLines("This line of recorded input is skipped");
+    write("# a comment\n\ninput 1\nlevel \nseed 0x1\nwindow 1 1\n2 key 87 up\n1 key 0x57 down\n2 end");
     system().setReplayFile(file);
-
-    EXPECT_EQ(countLogLines("This line of recorded input is skipped"), before + 5);
-    EXPECT_EQ(countLogLines("the virtual-key code is \"W\", not a number from 0 to 65535"), 1u);
-    EXPECT_EQ(countLogLines("there is no player 9"), 1u);
-    EXPECT_EQ(countLogLines("the cursor's y is missing"), 1u);
     frame();
     frame();
     EXPECT_THAT(heard(), ElementsAre("KeyDownMessage 87", "KeyUpMessage 87"));
 }
 
-TEST_F(InputRecording, FileThatIsNotThereIsNamed)
+TEST_F(Recording, ThatIsNotWholeIsNamedWithItsLineAndNotPlayed)
+{
+    getSystemDeref<GameLoopSystem>().setUnattended(true);
+    const std::string head = "input 1\nlevel\nseed 1\nwindow 1 1\n1 key 87 down\n";
+    const std::tuple<std::string, long, const char *> cases[] = {
+        {"", 0, "it is empty"},
+        {std::string(100000, '\0'), 1, "stands where \"input\" is wanted"},
+        {"1 key 87 down\n1 end\n", 1, "\"1\" stands where \"input\" is wanted"},
+        {"input 2\n" + head, 1, "it is of version 2, and only 1 is known"},
+        {"input 1\nlevel Hall\nseed\n", 3, "the seed is missing"},
+        {head, 5, "it is cut off: its last line has to be \"FRAME end\""},
+        {head + "2 key W down\n2 end", 6, "the virtual-key code is \"W\", not a number from 0 to 65535"},
+        {head + "2 jump 5\n2 end", 6, "\"jump\" is no kind of event"},
+        {head + "2 pad 9 0 0 0 0 0 0 0\n2 end", 6, "there is no player 9"},
+        {head + "2 mouse 1 2 3 4 5\n2 end", 6, "the cursor's y is missing"},
+        {head + "2 key 87 up extra\n2 end", 6, "\"extra\" is one word too many"},
+    };
+    for (const auto &[text, line, problem] : cases)
+    {
+        platform.quitValue = -1;
+        write(text);
+        system().setReplayFile(file);
+        const Logger_::HistoryEntry &last = Logger().getHistoryEntry(Logger().getHistorySize() - 1);
+        EXPECT_THAT(last.message.toCString(), testing::HasSubstr(problem));
+        EXPECT_EQ(last.line, line) << problem;
+        EXPECT_EQ(last.file, file);
+        EXPECT_FALSE(system().getInputDevices().getReplay().isPlaying()) << problem;
+        EXPECT_EQ(platform.quitValue, 1) << problem;
+    }
+}
+
+TEST_F(Recording, OfAnotherRunIsNotPlayed)
+{
+    write("input 1\nlevel Hall\nseed 5\nwindow 640 360\n1 key 87 down\n1 end\n");
+    system().setReplayFile(file);
+    frame();
+    EXPECT_THAT(heard(), IsEmpty());
+    EXPECT_EQ(countLogLines("it belongs to the level \"Hall\", and this is \"\""), 1u);
+    EXPECT_EQ(countLogLines("it belongs to a run of seed 5, and this one has 1"), 1u);
+    EXPECT_EQ(countLogLines("it belongs to a window of 640x360, and this one is 1x1"), 1u);
+    EXPECT_EQ(platform.quitValue, -1) << "a player's game goes on";
+}
+
+TEST_F(Recording, IsReadFromAnOrdinaryFileOnly)
+{
+    for (const char *special : {"/dev/zero", "/dev"})
+    {
+        const std::size_t before = countLogLines("It is no ordinary file");
+        system().setReplayFile(SCS(special));
+        EXPECT_EQ(countLogLines("It is no ordinary file"), before + 1) << special;
+    }
+}
+
+TEST_F(Recording, ThatCannotBeMadeEndsAGameThatNobodyWatches)
+{
+    getSystemDeref<GameLoopSystem>().setUnattended(true);
+    system().setRecordFile(SCS("/no such folder/input.txt"));
+    EXPECT_EQ(countLogLines("/no such folder/input.txt: No such file or directory"), 1u);
+    EXPECT_EQ(platform.quitValue, 1);
+}
+
+TEST_F(Recording, FileThatIsNotThereIsNamed)
 {
     system().setReplayFile(SCS("..\\no such folder\\input.txt"));
     EXPECT_EQ(countLogLines("input.txt cannot be read: There is no \"no such folder\""), 1u);

@@ -6,6 +6,7 @@ a test changes its own copy and nothing else.
 import argparse
 import os
 import pathlib
+import resource
 import shutil
 import subprocess
 import sys
@@ -61,7 +62,8 @@ class World:
         lines = "".join(f"    {line}\n" for line in body.strip("\n").splitlines())
         self.write(f"scripts/levels/{name}.py", f"import kaVel\n\n\ndef build(coordinator):\n{lines}")
 
-    def run(self, level=None, frames=5, screenshot=None, **environment):
+    def run(self, level=None, frames=5, screenshot=None, largest_file=None, **environment):
+        """Runs a level headless; `largest_file` is the size in bytes at which the system writes no further."""
         variables = {key: value for key, value in os.environ.items() if not key.startswith("KAVEL_")}
         variables.pop("DISPLAY", None)
         variables.pop("WAYLAND_DISPLAY", None)
@@ -72,15 +74,20 @@ class World:
         if screenshot:
             variables["KAVEL_SCREENSHOT"] = str(self.folder / screenshot)
         variables.update(environment)
-        outcome = self.start(variables)
+        outcome = self.start(variables, largest_file)
         if outcome.has(LEAK_CHECK_BROKE):
             # The checker itself fell over the driver's threads at exit: the run counts, its leaks stay unknown.
-            outcome = self.start(dict(variables, ASAN_OPTIONS="detect_leaks=0"))
+            outcome = self.start(dict(variables, ASAN_OPTIONS="detect_leaks=0"), largest_file)
         return outcome
 
-    def start(self, variables):
+    def start(self, variables, largest_file=None):
+        def limit():
+            resource.setrlimit(resource.RLIMIT_FSIZE, (largest_file, largest_file))
+
+        # Without the signals' defaults restored, a write beyond the limit fails and does not kill.
         result = subprocess.run([str(self.executable)], cwd=self.folder / "bin", env=variables,
-                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S, check=False)
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S, check=False,
+                                preexec_fn=limit if largest_file else None, restore_signals=not largest_file)
         return Outcome(result.returncode, result.stdout.decode("utf-8", "replace"))
 
 

@@ -1,6 +1,7 @@
 // InputDevices: the game pads, the registration of keyboard and mouse, and the recorded input that stands in for all.
 #pragma once
 
+#include "platform/input/InputRecorder.h"
 #include "platform/input/InputReplay.h"
 
 #include "port/win32/RawInput.h"

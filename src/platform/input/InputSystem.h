@@ -54,7 +54,7 @@ public:
     ///
     /// What is released during that time is released for the game when it ends.
     void setNoOp(bool drop);
-    /// Plays a recording back from the next frame on in the place of all devices, up to its end; see InputReplay.h. An
+    /// Plays a recording back from the next frame on in the place of all devices, up to its end; see InputReplay. An
     /// empty name stops it.
     void setReplayFile(const String &file);
     /// Records all input from the next frame on, in a file that setReplayFile takes. An empty name stops it.

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 
 namespace port
 {
@@ -33,9 +34,10 @@ FrameStats currentFrameStats(IDirect3DDevice9 *device);
 
 /// Writes the back buffer into a PNG file, right way up.
 ///
-/// The contents stay valid after Present until the next frame draws. The path is a designed one. Fails with
-/// D3DERR_INVALIDCALL if the file cannot be written; the debug output tells why.
-HRESULT saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile);
+/// The contents stay valid after Present until the next frame draws. The path is a designed one. What stood there
+/// before stays if the file cannot be written.
+/// @return why there is no picture, as a sentence; empty on success
+std::string saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile);
 
 /// Draws on top of the presented picture, straight into the window, before it is shown.
 ///

@@ -1,12 +1,8 @@
 #include "port/d3d9/D3D9Extras.h"
 
-#include "port/d3d9/DebugText.h"
 #include "port/d3d9/Device.h"
-#include "port/win32/HostPath.h"
+#include "port/d3d9/PngFile.h"
 
-#include <cerrno>
-#include <cstring>
-#include <stb/stb_image_write.h>
 #include <vector>
 
 namespace
@@ -43,22 +39,17 @@ FrameStats currentFrameStats(IDirect3DDevice9 *device)
     return ours ? ours->getStats() : FrameStats{};
 }
 
-HRESULT saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile)
+std::string saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile)
 {
     Device *ours = Device::from(device);
     if (!ours || !ours->getBackBufferTexture() || !pngFile)
-        return D3DERR_INVALIDCALL;
+        return "There is no back buffer.";
     const Texture &texture = *ours->getBackBufferTexture();
     const auto width = static_cast<int>(texture.levelWidth(0)), height = static_cast<int>(texture.levelHeight(0));
     std::vector<unsigned char> pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3);
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glGetTextureImage(texture.id(), 0, GL_RGB, GL_UNSIGNED_BYTE, static_cast<GLsizei>(pixels.size()), pixels.data());
-    const std::string path = hostPath(pngFile);
-    errno = 0;
-    if (stbi_write_png(path.c_str(), width, height, 3, pixels.data(), width * 3))
-        return D3D_OK;
-    debugText("the picture cannot be written to %s: %s", path.c_str(), std::strerror(errno));
-    return D3DERR_INVALIDCALL;
+    return writePngFile(pngFile, width, height, pixels.data(), width * 3);
 }
 
 void setPresentOverlay(IDirect3DDevice9 *device, std::function<void(int width, int height)> overlay)

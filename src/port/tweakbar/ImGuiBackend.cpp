@@ -4,13 +4,12 @@
 
 #include "port/d3d9/D3D9Extras.h"
 #include "port/d3d9/DebugText.h"
+#include "port/d3d9/PngFile.h"
 #include "port/win32/Diagnostics.h"
-#include "port/win32/HostPath.h"
 
 #include <algorithm>
 #include <epoxy/gl.h>
 #include <imgui/imgui.h>
-#include <stb/stb_image_write.h>
 #include <utility>
 
 namespace port
@@ -130,9 +129,10 @@ void ImGuiBackend::writeCapture(int drawableWidth, int drawableHeight)
     glReadPixels(0, 0, drawableWidth, drawableHeight, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
     // The window's first row is the lowest one, so the last row is handed over with a step backwards.
     const unsigned char *top = pixels.data() + pixels.size() - row;
-    const std::string path = hostPath(captureFile.c_str());
-    if (!stbi_write_png(path.c_str(), drawableWidth, drawableHeight, 3, top, -static_cast<int>(row)))
-        debugText("the picture of the tweak bars cannot be written to %s", path.c_str());
+    const std::string problem =
+        writePngFile(captureFile.c_str(), drawableWidth, drawableHeight, top, -static_cast<int>(row));
+    if (!problem.empty())
+        debugText("the picture of the tweak bars, %s, cannot be written: %s", captureFile.c_str(), problem.c_str());
     captureFile.clear();
 }
 

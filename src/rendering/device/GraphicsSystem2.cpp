@@ -13,8 +13,10 @@
 #include "assets/cache/TextureAsset.h"
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
+#include "engine/levels/GameLoop.h"
 
 #include "foundation/Assertions.h"
+#include "foundation/Logger.h"
 #include "port/d3d9/D3D9Extras.h"
 #include "port/d3d9/d3d9.h"
 #include "port/tweakbar/TweakBar.h"
@@ -152,9 +154,13 @@ void GraphicsSystem2::writeScreenshot()
 {
     if (screenshotFile.empty())
         return;
-    const ErrorCode result = dxCall(port::saveBackBuffer(device, screenshotFile.toCString()));
-    KV_VERIFY(result.succeeded(), "The screenshot %s could not be written (%s); does its folder exist?",
-              screenshotFile.toCString(), result.toString().toCString());
+    const std::string problem = port::saveBackBuffer(device, screenshotFile.toCString());
+    if (!problem.empty())
+    {
+        KV_LOGF(Logger_::I_ERROR, "The screenshot %s could not be written: %s", screenshotFile.toCString(),
+                problem.c_str());
+        getSystemDeref<GameLoopSystem>().quitIfUnattended();
+    }
     screenshotFile = String();
 }
 

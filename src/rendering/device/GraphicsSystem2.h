@@ -94,7 +94,8 @@ public:
 
     /// Writes the next presented frame into a PNG file; a later call before that replaces the name.
     ///
-    /// The path is relative to the working directory. A file that cannot be written is logged with the reason.
+    /// The path is relative to the working directory. A file that cannot be written is logged with the reason, and ends
+    /// a game that nobody watches with exit code 1; what stood there before stays.
     void captureScreen(const String &fileName);
 
     /// Marks the device as lost and gives up what may not outlive a reset; a second call does nothing.

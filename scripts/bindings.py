@@ -35,25 +35,26 @@ ACTIONS = {
 
 #: Virtual-key codes of the keys that are no letter and no digit.
 KEYS = {'Enter': 0x0D, 'Shift': 0x10, 'Ctrl': 0x11, 'Alt': 0x12, 'Escape': 0x1B, 'Space': 0x20,
-        'Left': 0x25, 'Up': 0x26, 'Right': 0x27, 'Down': 0x28, **{'F%d' % number: 0x6F + number for number in range(1, 13)}}
+        'Left': 0x25, 'Up': 0x26, 'Right': 0x27, 'Down': 0x28,
+        **{'F%d' % number: 0x6F + number for number in range(1, 13)}}
 
 #: Numbers of the mouse's buttons in `MouseDownMessage`.
 BUTTONS = {'Left button': 0, 'Right button': 1, 'Middle button': 2}
 
 
 @functools.cache
-def keysOf(action):
+def keysOf(action: str):
     """Virtual-key codes of an action; KeyError that names the nearest action if there is none of this name."""
     return frozenset(_keyCode(each, action) for each in _inputs(action) if each not in BUTTONS)
 
 
 @functools.cache
-def buttonsOf(action):
+def buttonsOf(action: str):
     """Numbers of an action's mouse buttons; KeyError as `keysOf`."""
     return frozenset(BUTTONS[each] for each in _inputs(action) if each in BUTTONS)
 
 
-def _inputs(action):
+def _inputs(action: str):
     try:
         return ACTIONS[action]
     except KeyError:
@@ -62,7 +63,7 @@ def _inputs(action):
         raise KeyError('no action %r in bindings.ACTIONS%s' % (action, hint)) from None
 
 
-def _keyCode(name, action):
+def _keyCode(name: str, action: str):
     if name in KEYS:
         return KEYS[name]
     if len(name) == 1 and (name.isdigit() or 'A' <= name <= 'Z'):

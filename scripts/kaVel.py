@@ -10,29 +10,52 @@ order. A handle is false once its object is gone, and any use of it then raises 
     transform = kaVel.addComponent(room, 'transform', 'TransformComponent', position=kaVel.Vec4(0, 0, 4, 1))
     kaVel.onKey(room, 'use', lambda: kaVel.log('used'))
 
-Every reflected class, with its members and their comments, stands in `_kaVel.pyi`, which the build writes.
+Every reflected class is here by its name, `kaVel.Entity`. With their members and comments they stand in `_kaVel.pyi`,
+which the build writes for editors and the type checker.
 """
+
+from __future__ import annotations
 
 import functools
 import importlib
 import inspect
 import traceback
+from typing import TYPE_CHECKING, Any, Callable, ParamSpec, TypeVar
 
 import _kaVel
 import bindings
 from _kaVel import Handle_ as Handle
-from _kaVel import GridCell, PostOffice, Quaternion, Vec4, messageTypes
+from _kaVel import GridCell, IReflectedThing, PostOffice, Quaternion, Vec4, messageTypes
+
+if TYPE_CHECKING:
+    from _kaVel import *
+    from _kaVel import PostOffice_, _AddComponent, _GetSystem, _Make, _ObjectClass
+
+P = ParamSpec('P')
+T = TypeVar('T')
+O = TypeVar('O', bound='Object')
 
 #: Everything reflected by name: `Reflection.Entity` is a class, `Reflection.getSystemN` a function.
 Reflection = _kaVel._ReflectionInstance()
 
 
-def log(text):
+if not TYPE_CHECKING:
+    def __getattr__(name):
+        """The reflected class of this name."""
+        return getattr(Reflection, name)
+
+
+def _formed(form: Callable[[], type[T]]) -> Callable[[Callable[..., Any]], T]:
+    """Has the type checker see a function in the forms of a class that `_kaVel.pyi` knows."""
+    return lambda function: function  # type: ignore
+
+
+def log(text: object):
     """Writes one line of text to the engine's log."""
     _kaVel.writeLog(str(text))
 
 
-def classNamed(className):
+def classNamed(className: str) -> _ObjectClass[Any]:
     """The reflected class of this name; TypeError that names the nearest one if there is none."""
     try:
         return getattr(Reflection, className)
@@ -40,20 +63,22 @@ def classNamed(className):
         raise TypeError(str(unknown)) from None
 
 
-def getSystem(name):
+@_formed(lambda: _GetSystem)
+def getSystem(name: str):
     """The running system of this class name, started first if need be."""
     classNamed(name)
     return Reflection.getSystemN(name)
 
 
-def configure(handle, **properties):
+def configure(handle: O, **properties: Any) -> O:
     """Sets several properties of one object, in the order given, and returns its handle."""
     for name, value in properties.items():
         setattr(handle, name, value)
     return handle
 
 
-def make(className, parent=None, name='', **properties):
+@_formed(lambda: _Make)
+def make(className: str, parent: Object | None = None, name: str = '', **properties: Any):
     """Makes an object of a reflected class, names it, hangs it under its parent and sets its properties."""
     handle = classNamed(className).construct_()
     if not handle:
@@ -65,27 +90,28 @@ def make(className, parent=None, name='', **properties):
     return configure(handle, **properties)
 
 
-def addComponent(entity, key, className, **properties):
+@_formed(lambda: _AddComponent)
+def addComponent(entity: Entity, key: str, className: str | _ObjectClass[Any], **properties: Any):
     """Gives an entity the component of the manager `key`, made as `className`, and sets its properties.
 
     The entity must stand in a level's tree already, since the level's coordinator owns the manager.
     """
-    component = entity.addComponentRP(key, classNamed(className))
+    component = entity.addComponentRP(key, classNamed(className) if isinstance(className, str) else className)
     if not component:
         raise RuntimeError('no component %r (%s) for %r: is the entity below a coordinator, and does the manager exist?'
                            % (key, className, entity))
     return configure(component, **properties)
 
 
-def descendants(root):
+def descendants(root: Object) -> list[AnyObject]:
     """The handles of an object and of everything below it, parents before children."""
-    found = [root]
+    found: list[Any] = [root]
     for handle in found:
         found.extend(handle.children)
     return found
 
 
-def finishLoad(root):
+def finishLoad(root: Object):
     """Tells everything under a freshly built root that the tree stands: `onLoadBegin`, then `onLoadComplete`.
 
     Levels and maps get this from the loader; what a script builds in a running level needs the call. An object that
@@ -99,7 +125,7 @@ def finishLoad(root):
         _loadStep(handle, 'onLoadComplete')
 
 
-def _loadStep(handle, step):
+def _loadStep(handle: Object, step: str):
     if handle.isDying():
         return
     try:
@@ -108,7 +134,7 @@ def _loadStep(handle, step):
         log('%s failed to load and is skipped:\n%s' % (pathOf(handle), traceback.format_exc()))
 
 
-def build(moduleName, patternName, parent, name, at=None):
+def build(moduleName: str, patternName: str, parent: Object, name: str, at: Vec4 | None = None) -> AnyObject:
     """Builds an object by its pattern in a running level and completes its load; the engine makes its own by it.
 
     A pattern that takes `at` gets the place, a Vec4; the root of any other is put there.
@@ -125,12 +151,12 @@ def build(moduleName, patternName, parent, name, at=None):
     return root
 
 
-def _takesPlace(builder):
+def _takesPlace(builder: Callable[..., Any]) -> bool:
     parameters = inspect.signature(builder).parameters
     return 'at' in parameters or any(each.kind == each.VAR_KEYWORD for each in parameters.values())
 
 
-def _put(root, at):
+def _put(root: Entity, at: Vec4):
     transform = root.getComponent('transform')
     if transform:
         transform.position = at
@@ -138,7 +164,7 @@ def _put(root, at):
         log('%s has no transform and is not put at its place %s' % (pathOf(root), at))
 
 
-def pathOf(handle):
+def pathOf(handle: Object) -> str:
     """Names from the root of the tree down to an object, joined by '/'."""
     names = []
     while handle:
@@ -147,7 +173,7 @@ def pathOf(handle):
     return '/'.join(reversed(names))
 
 
-def persist(handle, function, *arguments):
+def persist(handle: Object, function: str, *arguments: Any):
     """Notes a call of an object to be repeated when its map is loaded again, with up to two arguments.
 
     Note what an object has become: `persist(door, 'setOpen', True)`, or `persist(key, 'murder')` for what is gone for
@@ -167,7 +193,7 @@ def forgetPersistentState():
     getSystem('GameLoopSystem').forgetPersistentState()
 
 
-def interpolate(handle, name, final, seconds, start=None):
+def interpolate(handle: Object, name: str, final: Any, seconds: float, start: Any = None):
     """Takes a property of an object from its present value, or from `start`, to another in some seconds of game time.
 
     For numbers, Vec4 and Quaternion. What interpolates the property already ends where it is.
@@ -181,7 +207,7 @@ def interpolate(handle, name, final, seconds, start=None):
     Reflection.interpolateProperty(handle, name, start, final, seconds)
 
 
-def messageType(name):
+def messageType(name: str) -> IReflectedThing:
     """The message of this name; KeyError that names the nearest one if there is none."""
     try:
         return messageTypes[name]
@@ -192,7 +218,7 @@ def messageType(name):
         raise KeyError('no message %r%s' % (name, hint)) from None
 
 
-def subscribe(messageName, handler, office=PostOffice):
+def subscribe(messageName: str, handler: Callable[..., Any], office: PostOffice_ | BranchPostOffice = PostOffice):
     """Calls `handler(message, *payload)` for every message of this name, until the handler raises.
 
     A handler that raises is shown with its traceback and never called again. Pass a level's own post office (its
@@ -201,13 +227,14 @@ def subscribe(messageName, handler, office=PostOffice):
     office.registerMessageHandler(messageType(messageName), handler)
 
 
-def officeOf(handle):
+def officeOf(handle: Object) -> BranchPostOffice:
     """The post office of the level that an object stands in: what is subscribed there ends with the level."""
-    level = handle if handle._getType().isSubclassOf(Reflection.Coordinator) else None
-    return (level or handle.getAncestorOfType(Reflection.Coordinator)).getDescendantByPath('BranchPostOffice/postOffice')
+    isLevel = handle._getType().isSubclassOf(Reflection.Coordinator)
+    level = handle if isLevel else handle.getAncestorOfType(Reflection.Coordinator)
+    return level.getDescendantByPath('BranchPostOffice/postOffice')
 
 
-def onKey(level, action, function):
+def onKey(level: Object, action: str, function: Callable[[], Any]):
     """Calls a function without arguments whenever a key or button of an action goes down, as long as a level lives.
 
     The level is told by its coordinator or any object in it. The actions and their keys stand in `bindings.ACTIONS`; a
@@ -215,11 +242,11 @@ def onKey(level, action, function):
     """
     office, keys, buttons = officeOf(level), bindings.keysOf(action), bindings.buttonsOf(action)
 
-    def keyDown(message, key):
+    def keyDown(message: IReflectedThing, key: int):
         if key in keys:
             function()
 
-    def buttonDown(message, button, x, y):
+    def buttonDown(message: IReflectedThing, button: int, x: float, y: float):
         if button in buttons:
             function()
 
@@ -229,7 +256,7 @@ def onKey(level, action, function):
         subscribe('MouseDownMessage', buttonDown, office)
 
 
-def send(messageName, *payload):
+def send(messageName: str, *payload: Any):
     """Sends a message, with up to three values, to everybody who subscribed to it; returns when all have run."""
     messageType(messageName)(*payload)
 
@@ -237,20 +264,20 @@ def send(messageName, *payload):
 class BuiltFrom:
     """What an object remembers of the pattern that built it, and which of its properties a user changed since."""
 
-    def __init__(self, pattern):
+    def __init__(self, pattern: Callable[..., Any]):
         self.pattern = pattern
-        self._editedProps = set()
+        self._editedProps: set[str] = set()
 
     def __repr__(self):
         return '<built from %s.%s>' % (self.pattern.__module__, self.pattern.__qualname__)
 
 
-def pattern(build):
+def pattern(build: Callable[P, O]) -> Callable[P, O]:
     """Marks a function `build(parent, name)` as an object pattern: the root it returns remembers where it came from."""
 
     @functools.wraps(build)
-    def call(parent, name='', **options):
-        root = build(parent, name, **options)
+    def call(*arguments: P.args, **options: P.kwargs) -> O:
+        root = build(*arguments, **options)
         root.setPattern(BuiltFrom(call))
         return root
 

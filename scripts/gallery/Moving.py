@@ -2,13 +2,14 @@
 
 import math
 
+from kaVel import Entity
 from objects.Placing import LevelClock, axisTurn, onFrame
 
 
 class Swinging:
     """Turns an object and its parts about the upright axis through their common origin, and lets them sway."""
 
-    def __init__(self, root, degreesPerSecond, sway=0.0, start=0.0):
+    def __init__(self, root: Entity, degreesPerSecond: float, sway: float = 0.0, start: float = 0.0):
         self.transforms = [part.getComponent('transform') for part in (root, *root.children)
                            if part._getType().name == 'Entity']
         self.speed, self.sway, self.start = degreesPerSecond, sway, start

@@ -8,10 +8,10 @@ import kaVel
 import objects.GameObjects as place
 from gallery.Effects import FailingMind, ScreenPage
 from gallery.Moving import Swinging
-from gallery.Shell import EAST, NORTH, SOUTH, WEST, bunker, corners, crypt, doorwayBacks, parlour, tiled, walls
+from gallery.Shell import EAST, NORTH, SOUTH, WEST, Room, bunker, corners, crypt, doorwayBacks, parlour, tiled, walls
 
 
-def spot(room):
+def spot(room: Room):
     """A stage lamp throws the shadow of a turning cage onto the wall."""
     crypt(room, ribs=(-2.0, 2.2))
     room.put(place.StageLamp, 'lamp', at=(-1.7, 0, -1.9), turn=26, pitch=-5, head=1.55, strength=1.5, reach=12,
@@ -25,7 +25,7 @@ def spot(room):
     room.put(place.SphereLight, 'spill', at=(-1.5, 1.4, -2.5), strength=0.045, reach=4.0, color=(1.0, 0.80, 0.55))
 
 
-def candles(room):
+def candles(room: Room):
     """Sixty-odd lights: votive candles on steps, lanterns of coloured glass between columns."""
     crypt(room, ribs=(0.4,))
     for step in range(3):
@@ -54,7 +54,7 @@ def candles(room):
         room.put(place.LitChamberstick, 'floorCandle', at=(x, 0, z), turn=x * 90, strength=0.14, reach=1.9)
 
 
-def doorway(room):
+def doorway(room: Room):
     """A lamp with a bad contact beyond a doorway throws the door's light and a chair's shadow across a dark room."""
     parlour(room)
     for x in (-2, 2):
@@ -84,7 +84,7 @@ def doorway(room):
         room.put(place.Paper, 'paper', at=(x, 0.004, z), turn=turn)
 
 
-def decals(room):
+def decals(room: Room):
     """Blood, cracks, grime and a warning, projected onto walls and floor."""
     tiled(room, place.PlasterCeiling, 'ceiling')
     tiled(room, place.TiledFloor, 'floor')
@@ -107,7 +107,7 @@ def decals(room):
     room.put(place.SphereLight, 'spill', at=(0.2, 2.3, 0.8), strength=0.09, reach=5.2, color=(1.0, 0.86, 0.64))
 
 
-def dust(room):
+def dust(room: Room):
     """Moonlight falls through a barred opening, full of dust."""
     crypt(room, north=place.StoneGrille, ribs=(-1.6,))
     corners(room)
@@ -124,7 +124,7 @@ def dust(room):
     room.put(place.SphereLight, 'opening', at=(0.0, 2.45, 3.5), strength=0.30, reach=2.2, color=place.MOONLIGHT)
 
 
-def boxes(room):
+def boxes(room: Room):
     """Blocks of one stuff: the texture runs on from box to box, round corners and up the steps."""
     bunker(room)
     for step in range(6):
@@ -144,7 +144,7 @@ def boxes(room):
     room.put(place.Lantern, 'lantern', at=(2.4, 3.2, 3.2), glass='red', strength=0.30, reach=2.8)
 
 
-def graveyard(room):
+def graveyard(room: Room):
     """Ground from an image of heights, under the moon."""
     walls(room, place.StoneWall, place.StoneArch)
     corners(room)
@@ -164,7 +164,7 @@ def graveyard(room):
     room.put(place.LitChamberstick, 'graveLight', at=(0.25, 0.33, 0.35), strength=0.12, reach=2.2)
 
 
-def screen(room):
+def screen(room: Room):
     """A reading place, and before it what lies on the screen: pictures, and a text that is wrapped."""
     parlour(room)
     room.put(place.Desk, 'desk', at=(0.9, 0, 1.9), turn=SOUTH + 8)
@@ -179,7 +179,7 @@ def screen(room):
     return ScreenPage(room.parent.getAncestorOfType(kaVel.Reflection.Coordinator))
 
 
-def mind(room):
+def mind(room: Room):
     """The mind fails, and the picture with it."""
     parlour(room)
     room.put(place.Armchair, 'armchair', at=(0, 0, 2.7), turn=SOUTH)

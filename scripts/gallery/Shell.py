@@ -4,7 +4,13 @@ A room's own space has its origin in the middle of its floor. The passages meet 
 the south wall, so that one looks north at what the room shows.
 """
 
+from __future__ import annotations
+
+from typing import Any, Sequence
+
 import objects.GameObjects as place
+from kaVel import Object
+from objects.Placing import Pattern, Triple
 
 NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90
 
@@ -16,30 +22,31 @@ DOOR_Z = -3.0
 class Room:
     """One room while it is being built: its number and the place of its middle."""
 
-    def __init__(self, parent, number, rooms):
+    def __init__(self, parent: Object, number: int, rooms: int):
         self.parent = parent
         self.number = number
         self.x = PITCH * (number - 1)
         self.hasWestDoor = number > 1
         self.hasEastDoor = number < rooms
 
-    def at(self, x, y, z):
+    def at(self, x: float, y: float, z: float):
         """A place of the room's own space in the map."""
         return (self.x + x, y, z)
 
-    def put(self, pattern, name, at=(0, 0, 0), **options):
+    def put(self, pattern: Pattern, name: str, at: Triple = (0, 0, 0), **options: Any):
         """Builds a pattern at a place of the room's own space."""
         return pattern(self.parent, '%s%d' % (name, self.number), at=self.at(*at), **options)
 
 
-def tiled(room, pattern, name, xs=(-2, 0, 2), zs=(-3, -1, 1, 3)):
+def tiled(room: Room, pattern: Pattern, name: str, xs: Sequence[float] = (-2, 0, 2),
+          zs: Sequence[float] = (-3, -1, 1, 3)):
     """A floor or ceiling of pieces of 2 m."""
     for x in xs:
         for z in zs:
             room.put(pattern, name, at=(x, 0, z))
 
 
-def walls(room, plain, doorway, north=None):
+def walls(room: Room, plain: Pattern, doorway: Pattern, north: Pattern | None = None):
     """Four walls of pieces of 2 m, with the doorways of the row; `north` takes the place of the middle piece there."""
     for x in (-2, 0, 2):
         room.put(north if north and x == 0 else plain, 'northWall', at=(x, 0, 4), turn=SOUTH)
@@ -49,20 +56,20 @@ def walls(room, plain, doorway, north=None):
             room.put(doorway if hasDoor and z == DOOR_Z else plain, 'sideWall', at=(x, 0, z), turn=turn)
 
 
-def corners(room):
+def corners(room: Room):
     """Closes the gaps between the walls' backs against light from outside."""
     for x in (-3.15, 3.15):
         for z in (-4.15, 4.15):
             room.put(place.Box, 'corner', at=(x, 0, z), size=(0.31, 3.2, 0.31), surface='stone')
 
 
-def passage(room):
+def passage(room: Room):
     """The vaulted way from a room to the next one."""
     room.put(place.StoneTunnel, 'tunnel', at=(3, 0, DOOR_Z), turn=EAST)
     room.put(place.StoneFloor, 'tunnelFloor', at=(4, 0, DOOR_Z))
 
 
-def crypt(room, north=None, ribs=(-2.0, 1.4)):
+def crypt(room: Room, north: Pattern | None = None, ribs: Sequence[float] = (-2.0, 1.4)):
     """A room of masonry with flat arches under its ceiling."""
     tiled(room, place.StoneFloor, 'floor')
     tiled(room, place.StoneCeiling, 'ceiling')
@@ -71,21 +78,21 @@ def crypt(room, north=None, ribs=(-2.0, 1.4)):
         room.put(place.VaultRib, 'rib', at=(0, 0, z))
 
 
-def bunker(room):
+def bunker(room: Room):
     """A room of bare concrete on old flagstones."""
     tiled(room, place.StoneFloor, 'floor')
     tiled(room, place.ConcreteCeiling, 'ceiling')
     walls(room, place.ConcreteWall, place.ConcreteArch)
 
 
-def doorwayBacks(room):
+def doorwayBacks(room: Room):
     """The other side of the villa's thin doorways, which the passages look at."""
     for x, turn, hasDoor in ((-3.18, WEST, room.hasWestDoor), (3.18, EAST, room.hasEastDoor)):
         if hasDoor:
             room.put(place.PlasterDoorway, 'doorwayBack', at=(x, 0, DOOR_Z), turn=turn)
 
 
-def parlour(room):
+def parlour(room: Room):
     """A room of the villa: papered above panels, boards below."""
     tiled(room, place.FloorBoards, 'floor')
     tiled(room, place.PlasterCeiling, 'ceiling')

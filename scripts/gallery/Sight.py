@@ -5,9 +5,12 @@ their shadows. From outside, a room is seen through doorways alone, and those of
 """
 
 import math
+from typing import Sequence
 
 import kaVel
 from gallery.Shell import DOOR_Z, PITCH, WIDTH
+from kaVel import Entity, Object
+from objects.FreeCamera import FreeCameraControl
 
 #: Half the width of the widest doorway, metres.
 DOOR_HALF = 0.75
@@ -18,11 +21,11 @@ MARGIN = math.radians(4)
 class _Part:
     """All that is drawn of one room or passage."""
 
-    def __init__(self, root):
+    def __init__(self, root: Object):
         self.drawn = [handle for handle in kaVel.descendants(root) if handle.name == 'graphics2']
         self.shown = True
 
-    def show(self, shown):
+    def show(self, shown: bool):
         if shown == self.shown:
             return
         self.shown = shown
@@ -33,7 +36,7 @@ class _Part:
 class Sight:
     """Shows the rooms that the camera may see, with the passages at both their ends, and hides the others."""
 
-    def __init__(self, rooms, passages, camera, control):
+    def __init__(self, rooms: Sequence[Entity], passages: Sequence[Entity], camera: Entity, control: FreeCameraControl):
         self.rooms = [_Part(room) for room in rooms]
         self.passages = [_Part(passage) for passage in passages]
         self.control = control
@@ -48,7 +51,7 @@ class Sight:
         for passage, west, east in zip(self.passages, self.rooms, self.rooms[1:]):
             passage.show(west.shown or east.shown)
 
-    def seesInto(self, middle, x, z):
+    def seesInto(self, middle: float, x: float, z: float):
         """Whether a room around this x may be seen from a place, the way the camera looks."""
         if abs(x - middle) <= WIDTH / 2 + PITCH - WIDTH:
             return True
@@ -60,7 +63,7 @@ class Sight:
         return least <= most and self.looksInto(side, least, most)
 
     @staticmethod
-    def doorways(distance):
+    def doorways(distance: float):
         """Distances of the wall planes between the camera and a room whose middle is so far away, along x."""
         face = distance - WIDTH / 2
         while face > 0.01:
@@ -69,7 +72,7 @@ class Sight:
                 yield face - (PITCH - WIDTH)
             face -= PITCH
 
-    def looksInto(self, side, least, most):
+    def looksInto(self, side: float, least: float, most: float):
         """Whether any ray of these slopes lies within the view's width."""
         half = math.atan(math.tan(self.viewer.verticalFieldOfViewAngle / 2) * self.window.width / self.window.height)
         half += MARGIN + abs(self.control.pitch)

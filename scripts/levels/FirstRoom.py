@@ -20,17 +20,18 @@ east at 90, south at 180, west at -90. Change a number, start the game again, an
 """
 
 import objects.GameObjects as place
+from kaVel import Coordinator, MapRootEntity
 
 NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90  # which way an object faces
 
 
-def build(coordinator):
+def build(coordinator: Coordinator):
     coordinator.getManager('graphics2').sceneAmbient = 0.06
     coordinator.loadMap('villa')
     place.FreeCamera(coordinator, 'camera', at=(1.95, 1.7, -3.35), turn=-21, pitch=7)
 
 
-def villa(study):
+def villa(study: MapRootEntity):
     place.PartitioningGrid(study, at=(0, 0, 2), size=(12, 0, 16))
     shell(study)
     fireside(study)
@@ -41,7 +42,7 @@ def villa(study):
     lights(study)
 
 
-def shell(study):
+def shell(study: MapRootEntity):
     """Floor, walls, ceiling: pieces of 2 m. A wall faces into the room."""
     for x in (-2, 0, 2):
         for z in (-3, -1, 1, 3):
@@ -73,7 +74,7 @@ def shell(study):
     place.DeadChandelier(study, 'chandelier', at=(-0.2, 3.0, 0.2), turn=20)
 
 
-def fireside(study):
+def fireside(study: MapRootEntity):
     """A dying fire, somebody's chair, and the portrait that watches it."""
     place.Fireplace(study, 'fireplace', at=(-1, 0, 4), turn=SOUTH)
     place.Portrait(study, 'portrait', at=(-1, 2.12, 3.655), turn=SOUTH)
@@ -90,7 +91,7 @@ def fireside(study):
     place.BookStack(study, 'floorBooks', at=(-1.42, 0, 1.86), turn=130)
 
 
-def writingPlace(study):
+def writingPlace(study: MapRootEntity):
     """The desk as its owner left it: lamp on, chair pushed back."""
     place.Rug(study, 'rug', at=(-0.25, 0.002, 0.75), turn=4)
     place.Desk(study, 'desk', at=(0.05, 0, 0.75), turn=SOUTH - 14)
@@ -108,7 +109,7 @@ def writingPlace(study):
         place.Paper(study, 'fallenLetter', at=(x, 0.024, z), turn=turn)
 
 
-def alongTheWalls(study):
+def alongTheWalls(study: MapRootEntity):
     place.FullBookcase(study, 'northBookcase', at=(-2.76, 0, 3.30), turn=EAST)
     for z, number in ((-0.75, 1), (-2.05, 2)):
         place.FullBookcase(study, 'westBookcase%d' % number, at=(-2.76, 0, z), turn=EAST)
@@ -125,7 +126,7 @@ def alongTheWalls(study):
     place.Pipe(study, 'pipe', at=(2.94, 0, 0.05), turn=WEST)
 
 
-def behindTheDoor(study):
+def behindTheDoor(study: MapRootEntity):
     """The south end, out of sight at first: a table for a meal nobody finished, and what was being packed."""
     place.DiningTable(study, 'table', at=(-1.55, 0, -3.1))
     place.Chair(study, 'tableChair', at=(-1.9, 0, -2.35), turn=SOUTH + 12)
@@ -141,7 +142,7 @@ def behindTheDoor(study):
     place.BookStack(study, 'packedBooks', at=(2.6, 1.072, -2.3), turn=-60)
 
 
-def corridor(study):
+def corridor(study: MapRootEntity):
     """Two pieces long, tiled, and dark but for one candle at its end."""
     place.PlasterDoorway(study, 'corridorDoorway', at=(2, 0, 4.18), turn=NORTH)
     place.PlasterWall(study, 'corridorEnd', at=(2, 0, 8.18), turn=SOUTH)
@@ -160,7 +161,7 @@ def corridor(study):
     place.LitChamberstick(study, 'corridorCandle', at=(2.3, 0.536, 7.7), turn=200, reach=2.7)
 
 
-def lights(study):
+def lights(study: MapRootEntity):
     """What shines without a lamp of its own: the coals, and the moon that throws the window's bars into the room."""
     place.SphereLight(study, 'coals', at=(-1, 0.34, 3.62), color=(1.0, 0.32, 0.08), strength=0.55, reach=3.4,
                       flicker=place.burning(4, depth=0.35))

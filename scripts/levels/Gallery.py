@@ -3,19 +3,22 @@
 Walk through, or press 1 to 9 to stand in a room at once. The rooms are built in `gallery/Rooms.py`.
 """
 
+from __future__ import annotations
+
 import kaVel
 import objects.GameObjects as place
 from gallery.Rooms import ROOMS
 from gallery.Shell import PITCH, Room, passage
 from gallery.Sight import Sight
+from kaVel import Coordinator, MapRootEntity
 from objects.Control import onPlaceKeys
 from objects.FreeCamera import FreeCameraControl
 from objects.Placing import onFrame
 
-_tour = None
+_tour: Tour
 
 
-def build(coordinator):
+def build(coordinator: Coordinator):
     global _tour
     kaVel.configure(coordinator.getManager('graphics2'), sceneAmbient=0.045)
     coordinator.loadMap('row')
@@ -25,7 +28,7 @@ def build(coordinator):
 _guests = {}
 
 
-def row(root):
+def row(root: MapRootEntity):
     """The map: all rooms, and the passages between them."""
     width = PITCH * len(ROOMS)
     place.PartitioningGrid(root, at=(width / 2 - PITCH / 2, 0, 2), size=(width + 8, 0, 24))
@@ -46,7 +49,7 @@ def views():
 class Tour:
     """The visitor: where the number keys lead, which room that is, and what the room is told of it."""
 
-    def __init__(self, coordinator):
+    def __init__(self, coordinator: Coordinator):
         camera = place.Camera(coordinator, 'camera', fieldOfView=50, farClip=26)
         self.transform = camera.getComponent('transform')
         self.control = FreeCameraControl(camera)
@@ -60,14 +63,14 @@ class Tour:
         onFrame(self.label, self.doFrame)
         self.goTo(1)
 
-    def goTo(self, number):
+    def goTo(self, number: int):
         """Stands the visitor in a room, looking at what it shows."""
         _, _, _, (x, y, z), turn, pitch = ROOMS[number - 1]
         self.control.goTo((PITCH * (number - 1) + x, y, z), turn, pitch)
         self.notice(number)
         self.sight.update()
 
-    def show(self, number):
+    def show(self, number: int):
         """As `goTo`, for a picture: what takes its time in a room is under way at once."""
         self.goTo(number)
         if hasattr(_guests[number], 'enterInTheMiddle'):
@@ -78,7 +81,7 @@ class Tour:
         self.notice(min(len(ROOMS), max(1, number)))
         self.sight.update()
 
-    def notice(self, number):
+    def notice(self, number: int):
         """Tells the rooms and the label when the visitor has come into another room."""
         if number == self.number:
             return

@@ -6,23 +6,26 @@ a bolt, 1 to 9 lead to what there is to see, R begins anew: what was opened and 
 The rooms are built in `workshop/Shell.py`, what works in them in `workshop/Doors.py` and `workshop/Mechanisms.py`.
 """
 
+from __future__ import annotations
+
 import kaVel
 import objects.GameObjects as place
+from kaVel import Coordinator, MapRootEntity
 from objects.Control import onPlaceKeys
 from workshop import Bodies, Doors, Furnishing, Mechanisms, Shell
 from workshop.Sight import Sight
 from workshop.Stations import STATIONS
 
-_visit = None
+_visit: Visit
 
 
-def build(coordinator):
+def build(coordinator: Coordinator):
     kaVel.configure(coordinator.getManager('graphics2'), sceneAmbient=0.04)
     coordinator.loadMap('cellar')
     _visit.goTo(1)
 
 
-def cellar(map):
+def cellar(map: MapRootEntity):
     """The map: the three rooms, the walker and all that he meets."""
     global _visit
     _visit = Visit(map)
@@ -37,7 +40,7 @@ def views():
 class Visit:
     """Everything of one visit to the cellar, and the keys that lead about in it."""
 
-    def __init__(self, map):
+    def __init__(self, map: MapRootEntity):
         coordinator = map.getAncestorOfType(kaVel.Reflection.Coordinator)
         kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(2.3, Shell.HEIGHT / 2, 3.3, 1),
                         scale=kaVel.Vec4(22, Shell.HEIGHT, 20, 0))
@@ -70,13 +73,13 @@ class Visit:
         self.bell = Mechanisms.Bell(rooms['cistern'], map, self.notice)
         self.bolts = Mechanisms.Bolts(map, self.walker)
 
-    def goTo(self, number):
+    def goTo(self, number: int):
         """Stands the walker at a station."""
         station = STATIONS[number - 1]
         self.walker.goTo(station.at, station.turn, station.pitch)
         self.sight.update()
 
-    def show(self, number):
+    def show(self, number: int):
         """As `goTo`, for a picture: what takes its time there is under way at once."""
         STATIONS[number - 1].begin(self)
         self.goTo(number)

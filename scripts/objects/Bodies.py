@@ -4,9 +4,11 @@ A volume lies around the place of its own transform, so bodies have that in thei
 origin stops nobody by itself, and gets a `Block` where somebody could walk into it.
 """
 
+from typing import Any, Literal
+
 import kaVel
 from objects.Models import boundsOf, mapsOf
-from objects.Placing import addVolume, around, layerFor, placed
+from objects.Placing import Pattern, Triple, addVolume, around, cube, layerFor, placed
 
 #: What PhysicsManager pulls every body down with, newtons, whatever its mass.
 PULL = 20.0
@@ -17,64 +19,66 @@ FALL = 13.0
 SLIDING = 0.03
 
 
-def addBody(entity, mass, damping=SLIDING, restitution=0.0, className='RigidBody', **properties):
+def addBody(entity: kaVel.Entity, mass: float, damping: float = SLIDING, restitution: float = 0.0,
+            className: Literal['RigidBody', 'BulletPhysics'] = 'RigidBody', **properties: Any):
     """Gives an entity a body of a mass in kilograms that falls as all others do."""
     return kaVel.addComponent(entity, 'physics', className, inverseMass=1.0 / mass, damping=damping,
                               restitution=restitution, acceleration=kaVel.Vec4(0, PULL / mass - FALL, 0, 0),
                               **properties)
 
 
-def addWall(entity, size):
+def addWall(entity: kaVel.Entity, size: Triple):
     """Makes an entity a wall of these extents, about its place, which ends what a player points at."""
     addVolume(entity, size).interact = True
     kaVel.addComponent(entity, 'physics', 'WallPhysics')
 
 
 @kaVel.pattern
-def Block(parent, name='', at=(0, 0, 0), size=(1, 1, 1), turn=0.0):
+def Block(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: Triple = (1, 1, 1), turn: float = 0.0):
     """Invisible, and nothing gets through it; it stands on `at`."""
     block = placed(parent, name, at=(at[0], at[1] + size[1] / 2, at[2]), turn=turn)
     addWall(block, size)
     return block
 
 
-def solid(pattern, *parts):
+def solid(pattern: Pattern, *parts: str):
     """A pattern that builds `pattern` and a block around the parts of it that are named, the model files."""
 
     @kaVel.pattern
-    def build(parent, name='', at=(0, 0, 0), turn=0.0, **options):
+    def build(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, **options: Any):
         root = pattern(parent, name, at=at, turn=turn, **options)
         lows, highs = zip(*(boundsOf(part) for part in parts))
         low, high = [min(values) for values in zip(*lows)], [max(values) for values in zip(*highs)]
         Block(root, 'block', at=around(at, turn, (low[0] + high[0]) / 2, low[1], (low[2] + high[2]) / 2), turn=turn,
-              size=[h - l for l, h in zip(low, high)])
+              size=(high[0] - low[0], high[1] - low[1], high[2] - low[2]))
         return root
 
     return build
 
 
-def look(entity, meshName, surface, castShadows=True):
+def look(entity: kaVel.Entity, meshName: str, surface: str, castShadows: bool = True):
     """Gives an entity that has its volume already, or needs none, the look of a model file."""
     return kaVel.addComponent(entity, 'graphics2', 'ModelGraphicsComponent2', meshName=meshName,
                               layer=layerFor(entity), castShadows=castShadows, **mapsOf(surface))
 
 
 @kaVel.pattern
-def CargoCrate(parent, name='', at=(0, 0, 0), turn=0.0, edge=0.6, mass=30.0):
+def CargoCrate(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, edge: float = 0.6,
+               mass: float = 30.0):
     """A wooden crate that is pushed and falls; it stands on `at`."""
-    crate = placed(parent, name, at=(at[0], at[1] + edge / 2, at[2]), turn=turn, scale=[edge / 0.6] * 3)
-    addVolume(crate, (edge, edge, edge), 'BV_BOX').interact = True
+    crate = placed(parent, name, at=(at[0], at[1] + edge / 2, at[2]), turn=turn, scale=cube(edge / 0.6))
+    addVolume(crate, cube(edge), 'BV_BOX').interact = True
     addBody(crate, mass)
     look(crate, 'cargoCrate', 'wood')
     return crate
 
 
 @kaVel.pattern
-def Ball(parent, name='', at=(0, 0, 0), turn=0.0, diameter=0.2, mass=1.0, surface='leather', damping=0.05,
-         restitution=0.25):
+def Ball(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, diameter: float = 0.2,
+         mass: float = 1.0, surface: str = 'leather', damping: float = 0.05, restitution: float = 0.25):
     """A ball around `at`."""
-    ball = placed(parent, name, at=at, turn=turn, scale=[diameter] * 3)
-    addVolume(ball, [diameter] * 3, 'BV_SPHERE')
+    ball = placed(parent, name, at=at, turn=turn, scale=cube(diameter))
+    addVolume(ball, cube(diameter), 'BV_SPHERE')
     addBody(ball, mass, damping=damping, restitution=restitution)
     look(ball, 'ball', surface)
     return ball

@@ -1,14 +1,15 @@
 """Viewers of the world and of the screen."""
 
 import math
+from typing import Any
 
 import kaVel
 from objects.FreeCamera import FreeCameraControl
-from objects.Placing import placed
+from objects.Placing import Triple, placed
 
 
 @kaVel.pattern
-def ScreenViewer(parent, name=''):
+def ScreenViewer(parent: kaVel.Object, name: str = ''):
     """The viewer of the screen-space layers: the renderer asks for it when a level begins to draw."""
     viewer = placed(parent, name)
     kaVel.addComponent(viewer, 'viewer', 'ViewerComponent', projectionType='PARALLEL')
@@ -16,7 +17,8 @@ def ScreenViewer(parent, name=''):
 
 
 @kaVel.pattern
-def Camera(parent, name='', at=(0, 1.7, 0), turn=0.0, pitch=0.0, fieldOfView=45.0, farClip=50.0):
+def Camera(parent: kaVel.Object, name: str = '', at: Triple = (0, 1.7, 0), turn: float = 0.0, pitch: float = 0.0,
+           fieldOfView: float = 45.0, farClip: float = 50.0):
     """A camera that nothing moves, and the level's current one from now on."""
     camera = placed(parent, name, at=at, turn=turn, pitch=pitch)
     kaVel.addComponent(camera, 'viewer', 'ViewerComponent', verticalFieldOfViewAngle=math.radians(fieldOfView),
@@ -26,7 +28,7 @@ def Camera(parent, name='', at=(0, 1.7, 0), turn=0.0, pitch=0.0, fieldOfView=45.
 
 
 @kaVel.pattern
-def FreeCamera(parent, name='', turn=0.0, pitch=0.0, **options):
+def FreeCamera(parent: kaVel.Object, name: str = '', turn: float = 0.0, pitch: float = 0.0, **options: Any):
     """A camera that flies by keyboard and mouse, and the level's current camera from now on."""
     camera = Camera(parent, name, turn=turn, pitch=pitch, **options)
     FreeCameraControl(camera, turn, pitch)

@@ -2,6 +2,7 @@
 
 import functools
 import math
+from typing import Callable, Mapping, Sequence
 
 import bindings
 import kaVel
@@ -13,7 +14,7 @@ STEEPEST_PITCH = math.radians(85)
 class Control:
     """What is held, and where the mouse has turned the view; the key for it ends the game. Lives as its level does."""
 
-    def __init__(self, coordinator, turn=0.0, pitch=0.0):
+    def __init__(self, coordinator: kaVel.Coordinator, turn: float = 0.0, pitch: float = 0.0):
         self.heldKeys = set()
         self.look(turn, pitch)
         office = kaVel.officeOf(coordinator)
@@ -22,26 +23,26 @@ class Control:
         kaVel.subscribe('MouseMove', self.handleMouseMove, office)
         kaVel.onKey(coordinator, 'quit', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
 
-    def look(self, turn, pitch):
+    def look(self, turn: float, pitch: float):
         """Turns the view, degrees; a positive pitch looks down."""
         self.yaw, self.pitch = math.radians(turn), math.radians(pitch)
 
-    def handleKeyDown(self, message, key):
+    def handleKeyDown(self, message: kaVel.IReflectedThing, key: int):
         self.heldKeys.add(key)
 
-    def handleKeyUp(self, message, key):
+    def handleKeyUp(self, message: kaVel.IReflectedThing, key: int):
         self.heldKeys.discard(key)
 
-    def isHeld(self, action):
+    def isHeld(self, action: str):
         """Whether a key of an action is down."""
         return not self.heldKeys.isdisjoint(bindings.keysOf(action))
 
-    def heldMoves(self, moves):
+    def heldMoves(self, moves: Mapping[str, Sequence[int]]):
         """Sum of the directions whose actions are held."""
         held = [direction for action, direction in moves.items() if self.isHeld(action)]
         return [sum(axis) for axis in zip(*held)] or [0] * len(next(iter(moves.values())))
 
-    def handleMouseMove(self, message, x, y):
+    def handleMouseMove(self, message: kaVel.IReflectedThing, x: float, y: float):
         self.yaw = (self.yaw + x * LOOK_SPEED) % math.tau
         self.pitch = min(STEEPEST_PITCH, max(-STEEPEST_PITCH, self.pitch + y * LOOK_SPEED))
 
@@ -52,7 +53,7 @@ class Control:
         return kaVel.Quaternion(cy * cp, cy * sp, sy * cp, -sy * sp)
 
 
-def onPlaceKeys(level, count, goTo):
+def onPlaceKeys(level: kaVel.Object, count: int, goTo: Callable[[int], object]):
     """Has the number keys of a level call `goTo(number)`, from 1 to `count`; keys beyond the ninth there are none."""
     for number in range(1, min(count, 9) + 1):
         kaVel.onKey(level, 'place%d' % number, functools.partial(goTo, number))

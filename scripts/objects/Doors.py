@@ -1,8 +1,10 @@
 """Doors that are opened and shut, and take part in what bodies do: they push and are stopped."""
 
+from typing import Any, Literal
+
 import kaVel
 from objects.Bodies import look
-from objects.Placing import addVolume, placed
+from objects.Placing import Triple, addVolume, placed
 
 LEAF = (1.12, 2.16, 0.07)          # of the model ironDoor, metres
 SLIDING_LEAF = (1.70, 2.40, 0.08)  # of the model slidingDoor
@@ -10,7 +12,7 @@ SLIDING_SPEED = 1.1                # metres a second
 
 
 @kaVel.pattern
-def IronDoor(parent, name='', at=(0, 0, 0), turn=0.0, locked=False):
+def IronDoor(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, locked: bool = False):
     """An iron leaf that is hinged on its left; `at` is the middle of its threshold."""
     leaf = placed(parent, name, at=(at[0], at[1] + 0.01 + LEAF[1] / 2, at[2]), turn=turn)
     _leaf(leaf, LEAF, 'DoorPhysics', pivotPosition=kaVel.Vec4(-LEAF[0] / 2, 0, 0, 0), locked=locked)
@@ -19,7 +21,7 @@ def IronDoor(parent, name='', at=(0, 0, 0), turn=0.0, locked=False):
 
 
 @kaVel.pattern
-def SlidingDoor(parent, name='', at=(0, 0, 0), turn=0.0):
+def SlidingDoor(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
     """A leaf of planks on wheels that slides to its own right; `at` is the middle below it when it is shut."""
     leaf = placed(parent, name, at=(at[0], at[1] + 0.02 + SLIDING_LEAF[1] / 2, at[2]), turn=turn)
     _leaf(leaf, SLIDING_LEAF, 'SlidingDoorPhysics', openVelocity=kaVel.Vec4(SLIDING_SPEED, 0, 0, 0), direction='Right')
@@ -31,7 +33,7 @@ def SlidingDoor(parent, name='', at=(0, 0, 0), turn=0.0):
     return leaf
 
 
-def _leaf(leaf, size, className, **properties):
+def _leaf(leaf: kaVel.Entity, size: Triple, className: Literal['DoorPhysics', 'SlidingDoorPhysics'], **properties: Any):
     volume = addVolume(leaf, size, 'BV_DOOR')
     door = kaVel.addComponent(leaf, 'physics', className, **properties)
     volume.setInteractFunc(door.interact)

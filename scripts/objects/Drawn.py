@@ -1,12 +1,20 @@
 """What is drawn without a model file: decals, dust, boxes, terrain, pictures and text on the screen."""
 
+from __future__ import annotations
+
+from typing import Any
+
 import kaVel
 from objects.Models import mapsOf
-from objects.Placing import addVolume, isInMap, layerFor, placed
+from objects.Placing import Pair, Triple, addVolume, isInMap, layerFor, placed
+
+#: Which point of a picture or text lies on its place: across and up.
+Anchor = tuple['kaVel.HorizontalAnchorName', 'kaVel.VerticalAnchorName']
 
 
 @kaVel.pattern
-def Decal(parent, name='', picture='', at=(0, 0, 0), turn=0.0, pitch=0.0, roll=0.0, size=(1, 1), depth=0.3, alpha=1.0):
+def Decal(parent: kaVel.Object, name: str = '', picture: str = '', at: Triple = (0, 0, 0), turn: float = 0.0,
+          pitch: float = 0.0, roll: float = 0.0, size: Pair = (1, 1), depth: float = 0.3, alpha: float = 1.0):
     """A picture thrown onto what stands at `at`, along the direction that `turn` and `pitch` look in: 90 is down.
 
     Surfaces within `depth` metres take it. The map's grid finds it, so it needs a map.
@@ -18,8 +26,8 @@ def Decal(parent, name='', picture='', at=(0, 0, 0), turn=0.0, pitch=0.0, roll=0
 
 
 @kaVel.pattern
-def Dust(parent, name='', at=(0, 0, 0), size=(2, 2, 2), turn=0.0, pitch=0.0, count=400, mote=0.005, drift=0.03,
-         strength=1.0):
+def Dust(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: Triple = (2, 2, 2), turn: float = 0.0,
+         pitch: float = 0.0, count: int = 400, mote: float = 0.005, drift: float = 0.03, strength: float = 1.0):
     """Dust that hangs in a box around `at` and shows where light falls on it."""
     cloud = placed(parent, name, at=at, turn=turn, pitch=pitch, scale=size)
     kaVel.addComponent(cloud, 'graphics2', 'DustParticleSystemComponent', layer='WORLD_DEBUG', count=count, size=mote,
@@ -28,7 +36,8 @@ def Dust(parent, name='', at=(0, 0, 0), size=(2, 2, 2), turn=0.0, pitch=0.0, cou
 
 
 @kaVel.pattern
-def Box(parent, name='', at=(0, 0, 0), size=(1, 1, 1), turn=0.0, surface='concrete', repeats=0.5, group='NONE'):
+def Box(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: Triple = (1, 1, 1), turn: float = 0.0,
+        surface: str = 'concrete', repeats: float = 0.5, group: kaVel.ObjectGroupComponent.GroupName = 'NONE'):
     """A block that stands on `at`; its texture lies in the world, so that blocks side by side show no seam."""
     box = placed(parent, name, at=(at[0], at[1] + size[1] / 2, at[2]), turn=turn, scale=size)
     if isInMap(box):
@@ -39,7 +48,8 @@ def Box(parent, name='', at=(0, 0, 0), size=(1, 1, 1), turn=0.0, surface='concre
 
 
 @kaVel.pattern
-def Terrain(parent, name='', heights='', at=(0, 0, 0), size=(8, 1, 8), surface='earth', repeat=4.0):
+def Terrain(parent: kaVel.Object, name: str = '', heights: str = '', at: Triple = (0, 0, 0), size: Triple = (8, 1, 8),
+            surface: str = 'earth', repeat: float = 4.0):
     """Ground from an image of heights, its middle at `at`; `size` is width, greatest height and depth."""
     ground = placed(parent, name, at=at, scale=size)
     if isInMap(ground):
@@ -49,13 +59,20 @@ def Terrain(parent, name='', heights='', at=(0, 0, 0), size=(8, 1, 8), surface='
     return ground
 
 
-def _onScreen(parent, name, at, scale, anchor, depth):
+def _isOnScreen(parent: kaVel.Object) -> bool:
+    """Whether an object has its place on the screen, so that what hangs below keeps to it."""
+    isEntity = parent._getType().isSubclassOf(kaVel.Reflection.Entity)
+    return isEntity and 'screenSpaceHelper' in parent.children
+
+
+def _onScreen(parent: kaVel.Object, name: str, at: Pair, scale: Triple, anchor: Anchor,
+              depth: float) -> tuple[kaVel.Entity, dict[str, Any]]:
     """An entity whose place is in shares of the window, from its lower left corner; deeper ones are drawn first.
 
     Below another one it keeps to that one's place, and `at` is in shares of the window's longer side.
     """
-    isPart = parent._getType().isSubclassOf(kaVel.Reflection.Entity) and bool(parent.getComponent('screenSpaceHelper'))
-    units = 'WCS_NORMALIZED_NOWRAP' if isPart else 'WCS_PERCENT'
+    isPart = _isOnScreen(parent)
+    units: kaVel.WindowCoordinateSystemName = 'WCS_NORMALIZED_NOWRAP' if isPart else 'WCS_PERCENT'
     entity = placed(parent, name, scale=scale)
     kaVel.addComponent(entity, 'screenSpaceHelper', 'ScreenSpaceHelperComponent', windowCoordinateSystemX=units,
                        windowCoordinateSystemY=units, windowPosition=kaVel.Vec4(at[0], at[1], depth, 1),
@@ -64,7 +81,8 @@ def _onScreen(parent, name, at, scale, anchor, depth):
 
 
 @kaVel.pattern
-def Picture(parent, name='', picture='', at=(0.5, 0.5), size=(0.1, 0.1), anchor=('H_CENTER', 'V_CENTER'), depth=1.0):
+def Picture(parent: kaVel.Object, name: str = '', picture: str = '', at: Pair = (0.5, 0.5), size: Pair = (0.1, 0.1),
+            anchor: Anchor = ('H_CENTER', 'V_CENTER'), depth: float = 1.0):
     """A picture on the screen; `at` in shares of the window, `size` in shares of the window's longer side."""
     quad, anchors = _onScreen(parent, name, at, (size[0], size[1], 1), anchor, depth)
     kaVel.addComponent(quad, 'graphics2', 'QuadComponent2', layer='SCREEN', textureName=picture + '.dds', **anchors)
@@ -72,7 +90,7 @@ def Picture(parent, name='', picture='', at=(0.5, 0.5), size=(0.1, 0.1), anchor=
 
 
 @kaVel.pattern
-def ScreenFrame(parent, name='', picture='vignetteFrame', depth=5.0):
+def ScreenFrame(parent: kaVel.Object, name: str = '', picture: str = 'vignetteFrame', depth: float = 5.0):
     """A picture stretched over the whole screen, whatever the window's size."""
     frame = Picture(parent, name, picture=picture, size=(1, 1), depth=depth)
     window, transform = kaVel.getSystem('WindowSystem2'), frame.getComponent('transform')
@@ -88,8 +106,10 @@ def ScreenFrame(parent, name='', picture='vignetteFrame', depth=5.0):
 
 
 @kaVel.pattern
-def Text(parent, name='', *, text='', at=(0.05, 0.95), size=0.022, color=(1, 1, 1, 1), wrapWidth=0.0, align='TA_LEFT',
-         anchor=('H_LEFT', 'V_TOP'), depth=0.5, font='LindenHill.otf'):
+def Text(parent: kaVel.Object, name: str = '', *, text: str = '', at: Pair = (0.05, 0.95), size: float = 0.022,
+         color: tuple[float, float, float, float] = (1, 1, 1, 1), wrapWidth: float = 0.0,
+         align: kaVel.TextAlignmentName = 'TA_LEFT', anchor: Anchor = ('H_LEFT', 'V_TOP'), depth: float = 0.5,
+         font: str = 'LindenHill.otf'):
     """Text on the screen; `at` in shares of the window, `size` and `wrapWidth` in shares of its longer side."""
     block, anchors = _onScreen(parent, name, at, (1, 1, 1), anchor, depth)
     kaVel.addComponent(block, 'graphics2', 'TextComponent2', layer='SCREEN', text=text, fontName=font, fontSize=size,

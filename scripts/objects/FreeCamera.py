@@ -4,6 +4,7 @@ import math
 
 import kaVel
 from objects.Control import Control
+from objects.Placing import Triple
 
 #: Action -> direction in the camera's own axes: right, up, forward.
 MOVES = {'forward': (0, 0, 1), 'back': (0, 0, -1), 'left': (-1, 0, 0), 'right': (1, 0, 0), 'rise': (0, 1, 0),
@@ -17,7 +18,7 @@ RESPONSE = 12.0          # how fast the speed follows the keys, 1/s
 class FreeCameraControl(Control):
     """Moves one entity with a transform; lives as long as the entity's level keeps its handlers."""
 
-    def __init__(self, camera, turn=0.0, pitch=0.0):
+    def __init__(self, camera: kaVel.Entity, turn: float = 0.0, pitch: float = 0.0):
         coordinator = camera.getAncestorOfType(kaVel.Reflection.Coordinator)
         super().__init__(coordinator, turn, pitch)
         self.transform = camera.getComponent('transform')
@@ -25,7 +26,7 @@ class FreeCameraControl(Control):
         self.clock = coordinator.getTimerHandle('master')
         kaVel.addComponent(camera, 'director', 'ScriptComponent', frameCallback=self.doFrame)
 
-    def goTo(self, at, turn=0.0, pitch=0.0):
+    def goTo(self, at: Triple, turn: float = 0.0, pitch: float = 0.0):
         """Puts the camera somewhere else, at rest; angles in degrees."""
         self.transform.position = kaVel.Vec4(*at, 1)
         self.look(turn, pitch)

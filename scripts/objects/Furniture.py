@@ -4,7 +4,7 @@ import math
 
 import kaVel
 from objects.Models import thing
-from objects.Placing import around
+from objects.Placing import Triple, around
 
 Desk = thing(desk='wood', deskFittings='brass', deskPad='leather')
 DiningTable = thing(diningTable='wood')
@@ -86,7 +86,7 @@ SHELF_HEIGHTS = (0.10, 0.50, 0.88, 1.24, 1.58, 1.90)
 
 
 @kaVel.pattern
-def FullBookcase(parent, name='', at=(0, 0, 0), turn=0.0):
+def FullBookcase(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
     """A bookcase with books on every shelf but the top one."""
     case = Bookcase(parent, name, at=at, turn=turn)
     rows = (BookRowB, BookRowA, BookRowB, BookRowA, BookRowC)
@@ -96,7 +96,7 @@ def FullBookcase(parent, name='', at=(0, 0, 0), turn=0.0):
 
 
 @kaVel.pattern
-def DeadChandelier(parent, name='', at=(0, 0, 0), turn=0.0):
+def DeadChandelier(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
     """A chandelier of six candles that burn no longer; `at` is where it hangs from."""
     wheel = Chandelier(parent, name, at=at, turn=turn)
     for number in range(6):

@@ -2,9 +2,10 @@
 
 `at` is the place in metres, x to the right, y up, z forward; `turn` is in degrees about the y axis, and 90 takes an
 object's front from +z to +x. `Walker`, `Pointer`, `Notice` and `LightSwitch` are no patterns but what a level has
-besides: who walks in it, what he points at, what he is told, what he switches. The patterns stand in modules by kind; here is all of it under one name, which is also
-where the engine looks for the patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, and the `Floor`
-and `Ceiling` of a map.
+besides: who walks in it, what he points at, what he is told, what he switches.
+
+The patterns stand in modules by kind; here is all of it under one name, which is also where the engine looks for the
+patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, and the `Floor` and `Ceiling` of a map.
 """
 
 import kaVel
@@ -25,13 +26,14 @@ from objects.Walker import Player, Walker
 
 
 @kaVel.pattern
-def Entity(parent, name=''):
+def Entity(parent: kaVel.Object, name: str = ''):
     """A bare entity, without a place."""
     return kaVel.make('Entity', parent=parent, name=name)
 
 
 @kaVel.pattern
-def PartitioningGrid(parent, name='', at=(0, 0, 0), size=(64, 0, 64), cellSize=2.0):
+def PartitioningGrid(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: Triple = (64, 0, 64),
+                     cellSize: float = 2.0):
     """The grid of a map, which finds what is seen, lit and hit: what stands outside of it is not drawn."""
     grid = placed(parent, name or '.MapData_partitioningGrid')
     kaVel.addComponent(grid, 'partitioning', 'PartitioningGrid', position=kaVel.Vec4(*at, 1),
@@ -40,7 +42,7 @@ def PartitioningGrid(parent, name='', at=(0, 0, 0), size=(64, 0, 64), cellSize=2
 
 
 @kaVel.pattern
-def Mind(parent, name='', sanity=100.0):
+def Mind(parent: kaVel.Object, name: str = '', sanity: float = 100.0):
     """How sound the mind is that looks on, for levels that nobody walks; the renderer looks for it by its name."""
     mind = kaVel.make('Entity', parent=parent, name=name or 'Player')
     kaVel.addComponent(mind, 'player', 'SanityComponent', sanity=sanity)

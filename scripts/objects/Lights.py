@@ -1,10 +1,13 @@
 """Lights: bare ones, and the lamps and candles that carry them. Colours are linear, angles in degrees."""
 
+from __future__ import annotations
+
 import math
+from typing import Any, Callable
 
 import kaVel
 from objects import Furniture
-from objects.Placing import LevelClock, addVolume, around, onFrame, placed
+from objects.Placing import LevelClock, Triple, addVolume, around, onFrame, placed
 
 CANDLELIGHT = (1.0, 0.55, 0.22)
 LAMPLIGHT = (1.0, 0.70, 0.38)
@@ -14,15 +17,18 @@ MOONLIGHT = (0.42, 0.56, 0.85)
 #: How far below its hook a work lamp shines from, metres.
 BULB_BELOW_HOOK = 0.70
 
+#: Factor of a light's strength after so many seconds.
+Flicker = Callable[[float], float]
 
-def _lightColors(color, strength, glint):
+
+def _lightColors(color: Triple, strength: float, glint: float) -> dict[str, Any]:
     """Diffuse and specular colour of a light; `glint` is how much stronger its highlights are."""
     return {'diffuseColor': kaVel.Vec4(*(c * strength for c in color), 0),
             'specularColor': kaVel.Vec4(*(c * strength * glint for c in color), 0)}
 
 
 @kaVel.pattern
-def LightPartitioningDummy(parent, name=''):
+def LightPartitioningDummy(parent: kaVel.Object, name: str = ''):
     """The box by which the grid finds a light: the engine builds it under each light and keeps it as large."""
     dummy = placed(parent, name)
     kaVel.addComponent(dummy, 'parentFollower', 'ParentFollowerComponent')
@@ -31,7 +37,8 @@ def LightPartitioningDummy(parent, name=''):
 
 
 @kaVel.pattern
-def SphereLight(parent, name='', at=(0, 0, 0), color=LAMPLIGHT, strength=0.3, reach=5.0, glint=1.0, flicker=None):
+def SphereLight(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), color: Triple = LAMPLIGHT,
+                strength: float = 0.3, reach: float = 5.0, glint: float = 1.0, flicker: Flicker | None = None):
     """A light that shines everywhere up to `reach` metres, through walls too: keep it within its room.
 
     `flicker` is a function of the time in seconds that gives a factor of the strength.
@@ -44,7 +51,8 @@ def SphereLight(parent, name='', at=(0, 0, 0), color=LAMPLIGHT, strength=0.3, re
     return light
 
 
-def _spot(parent, name, at, turn, pitch, color, strength, reach, angle, core, edge, glint, flicker):
+def _spot(parent: kaVel.Object, name: str, at: Triple, turn: float, pitch: float, color: Triple, strength: float,
+          reach: float, angle: float, core: float, edge: float, glint: float, flicker: Flicker | None):
     light = placed(parent, name, at=at, turn=turn, pitch=pitch)
     # A volume of its own, since the one that follows a light keeps to one side of it however the light is turned;
     # the cone's mesh is then as large as the scale says.
@@ -60,15 +68,18 @@ def _spot(parent, name, at, turn, pitch, color, strength, reach, angle, core, ed
 
 
 @kaVel.pattern
-def SpotLight(parent, name='', at=(0, 0, 0), turn=0.0, pitch=0.0, color=LAMPLIGHT, strength=0.6, reach=8.0,
-              angle=30.0, core=0.4, edge=10.0, glint=1.0, flicker=None):
+def SpotLight(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, pitch: float = 0.0,
+              color: Triple = LAMPLIGHT, strength: float = 0.6, reach: float = 8.0, angle: float = 30.0,
+              core: float = 0.4, edge: float = 10.0, glint: float = 1.0, flicker: Flicker | None = None):
     """A cone of light without shadows; `angle` is its half angle, `core` the share of it that is full bright."""
     return _spot(parent, name, at, turn, pitch, color, strength, reach, angle, core, edge, glint, flicker)[0]
 
 
 @kaVel.pattern
-def ShadowSpot(parent, name='', at=(0, 0, 0), turn=0.0, pitch=0.0, color=LAMPLIGHT, strength=0.6, reach=8.0,
-               angle=30.0, core=0.4, edge=10.0, glint=1.0, flicker=None, nearClip=0.1):
+def ShadowSpot(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, pitch: float = 0.0,
+               color: Triple = LAMPLIGHT, strength: float = 0.6, reach: float = 8.0, angle: float = 30.0,
+               core: float = 0.4, edge: float = 10.0, glint: float = 1.0, flicker: Flicker | None = None,
+               nearClip: float = 0.1):
     """A cone of light whose shadow map is drawn in every frame in which the light may be seen: dear, so use few."""
     light, component = _spot(parent, name, at, turn, pitch, color, strength, reach, angle, core, edge, glint, flicker)
     kaVel.addComponent(light, 'viewer', 'ViewerComponent', nearClipDistance=nearClip, farClipDistance=reach)
@@ -79,7 +90,8 @@ def ShadowSpot(parent, name='', at=(0, 0, 0), turn=0.0, pitch=0.0, color=LAMPLIG
 class _Flicker:
     """Varies a light's strength by a function of the level's time."""
 
-    def __init__(self, entity, light, color, strength, glint, curve):
+    def __init__(self, entity: kaVel.Entity, light: kaVel.LightComponent, color: Triple, strength: float, glint: float,
+                 curve: Flicker):
         self.light, self.color, self.strength, self.glint, self.curve = light, color, strength, glint, curve
         self.clock = LevelClock(entity)
         onFrame(entity, self.doFrame)
@@ -89,10 +101,10 @@ class _Flicker:
         kaVel.configure(self.light, **_lightColors(self.color, self.strength * factor, self.glint))
 
 
-def burning(seed, depth=0.25):
+def burning(seed: float, depth: float = 0.25):
     """Flicker of an open flame: slow draught and quick licks that never repeat in step with another seed's."""
 
-    def curve(time):
+    def curve(time: float):
         t = time + 17.3 * seed
         draught = math.sin(1.7 * t + math.sin(0.61 * t + seed))
         lick = math.sin(9.1 * t + 2.3 * math.sin(3.3 * t)) * math.sin(5.3 * t + seed)
@@ -101,10 +113,10 @@ def burning(seed, depth=0.25):
     return curve
 
 
-def failing(seed):
+def failing(seed: float):
     """Flicker of a lamp with a bad contact: steady, then stuttering, then nearly out."""
 
-    def curve(time):
+    def curve(time: float):
         t = time + 0.37 * seed
         phase = t % 4.3
         if phase < 2.1:
@@ -120,7 +132,8 @@ def failing(seed):
 # Things that burn
 
 @kaVel.pattern
-def LitCandle(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.16, reach=2.4, seed=None):
+def LitCandle(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, strength: float = 0.16,
+              reach: float = 2.4, seed: float | None = None):
     """A burning candle with its light."""
     candle = Furniture.Candle(parent, name, at=at, turn=turn)
     SphereLight(candle, 'light', at=(at[0], at[1] + 0.16, at[2]), color=CANDLELIGHT, strength=strength, reach=reach,
@@ -129,7 +142,8 @@ def LitCandle(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.16, reach=2.4,
 
 
 @kaVel.pattern
-def LitChamberstick(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.16, reach=3.0):
+def LitChamberstick(parent: kaVel.Object, name: str = '',
+                    at: Triple = (0, 0, 0), turn: float = 0.0, strength: float = 0.16, reach: float = 3.0):
     """A chamberstick with a burning candle."""
     stick = Furniture.Chamberstick(parent, name, at=at, turn=turn)
     LitCandle(stick, 'candle', at=(at[0], at[1] + 0.047, at[2]), turn=turn, strength=strength, reach=reach)
@@ -137,7 +151,8 @@ def LitChamberstick(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.16, reac
 
 
 @kaVel.pattern
-def LitCandelabrum(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.22, reach=3.4):
+def LitCandelabrum(parent: kaVel.Object, name: str = '',
+                   at: Triple = (0, 0, 0), turn: float = 0.0, strength: float = 0.22, reach: float = 3.4):
     """A candelabrum whose middle candle has gone out; one light stands for the two that burn."""
     stand = Furniture.Candelabrum(parent, name, at=at, turn=turn)
     arms = ((-0.13, 0.295, Furniture.Candle), (0.0, 0.335, Furniture.DeadCandle), (0.13, 0.295, Furniture.Candle))
@@ -149,7 +164,8 @@ def LitCandelabrum(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.22, reach
 
 
 @kaVel.pattern
-def LitLamp(parent, name='', at=(0, 0, 0), turn=0.0, strength=0.30, reach=4.0):
+def LitLamp(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, strength: float = 0.30,
+            reach: float = 4.0):
     """A table lamp that is on."""
     lamp = Furniture.Lamp(parent, name, at=at, turn=turn)
     SphereLight(lamp, 'light', at=(at[0], at[1] + 0.40, at[2]), color=LAMPLIGHT, strength=strength, reach=reach)
@@ -165,7 +181,8 @@ _LANTERNS = {
 
 
 @kaVel.pattern
-def Lantern(parent, name='', at=(0, 0, 0), turn=0.0, glass='amber', strength=0.35, reach=3.2):
+def Lantern(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, glass: str = 'amber',
+            strength: float = 0.35, reach: float = 3.2):
     """A lantern with coloured glass on its chain; `at` is the hook. Glass: amber, red, blue or green."""
     build, color = _LANTERNS[glass]
     lantern = build(parent, name, at=at, turn=turn)
@@ -175,7 +192,8 @@ def Lantern(parent, name='', at=(0, 0, 0), turn=0.0, glass='amber', strength=0.3
 
 
 @kaVel.pattern
-def StageLamp(parent, name='', at=(0, 0, 0), turn=0.0, pitch=0.0, head=1.35, **light):
+def StageLamp(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, pitch: float = 0.0,
+              head: float = 1.35, **light: Any):
     """A lamp on a tripod whose light casts shadows; `at` is the floor, `head` the height of the lamp above it."""
     stand = Furniture.Tripod(parent, name, at=at, turn=turn)
     pivot = (at[0], at[1] + head, at[2])
@@ -185,8 +203,8 @@ def StageLamp(parent, name='', at=(0, 0, 0), turn=0.0, pitch=0.0, head=1.35, **l
 
 
 @kaVel.pattern
-def HangingLamp(parent, name='', at=(0, 0, 0), strength=1.1, reach=6.5, angle=58.0, glow=0.10, color=BULB,
-                flicker=None):
+def HangingLamp(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), strength: float = 1.1, reach: float = 6.5,
+                angle: float = 58.0, glow: float = 0.10, color: Triple = BULB, flicker: Flicker | None = None):
     """A tin lamp whose cone casts shadows, and a little light around it; `at` is where it hangs from."""
     lamp = Furniture.WorkLamp(parent, name, at=at)
     bulb = (at[0], at[1] - BULB_BELOW_HOOK, at[2])

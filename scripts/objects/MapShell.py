@@ -12,7 +12,7 @@ from objects.Placing import placed
 THICKNESS = 1.0
 
 
-def _slab(parent, name):
+def _slab(parent: kaVel.Object, name: str):
     slab = placed(parent, name)
     kaVel.addComponent(slab, 'parentFollower', 'ParentFollowerComponent')
     addWall(slab, (1, THICKNESS, 1))
@@ -20,12 +20,12 @@ def _slab(parent, name):
 
 
 @kaVel.pattern
-def Floor(parent, name=''):
+def Floor(parent: kaVel.Object, name: str = ''):
     """What nothing falls through, below a map."""
     return _slab(parent, name)
 
 
 @kaVel.pattern
-def Ceiling(parent, name=''):
+def Ceiling(parent: kaVel.Object, name: str = ''):
     """What nothing flies through, above a map."""
     return _slab(parent, name)

@@ -1,7 +1,9 @@
 """Models and the surfaces that they wear."""
 
+from typing import Any
+
 import kaVel
-from objects.Placing import addVolume, isInMap, layerFor, placed
+from objects.Placing import Triple, addVolume, isInMap, layerFor, placed
 
 #: Surface -> the maps it has besides the diffuse one, whose files are <surface><Map>.dds.
 SURFACES = {
@@ -47,47 +49,55 @@ SURFACES = {
 }
 
 
-def mapsOf(surface):
+def mapsOf(surface: str) -> dict[str, Any]:
     """The texture properties of a drawn component that shows a surface of SURFACES."""
     maps = {kind.lower() + 'TextureName': surface + kind + '.dds' for kind in SURFACES[surface]}
     return dict(maps, textureName=surface + 'Diffuse.dds')
 
 
-_bounds = {}
+_bounds: dict[str, tuple[Triple, Triple]] = {}
 
 
-def boundsOf(meshName):
+def boundsOf(meshName: str) -> tuple[Triple, Triple]:
     """Least and greatest corner of the box that holds a model, metres; measured once."""
     if meshName not in _bounds:
         assets = kaVel.getSystem('AssetSystem')
         mesh = assets.startLoad(kaVel.Reflection.MeshAssetLoader, meshName, None, 0)
-        _bounds[meshName] = tuple((corner.x, corner.y, corner.z) for corner in (mesh.boundsMin, mesh.boundsMax))
+        low, high = mesh.boundsMin, mesh.boundsMax
+        _bounds[meshName] = (low.x, low.y, low.z), (high.x, high.y, high.z)
     return _bounds[meshName]
 
 
-def reachOf(meshName):
+def reachOf(meshName: str) -> Triple:
     """Full extents of the smallest box around a model's origin that holds the model, metres."""
-    return tuple(2 * max(abs(low), abs(high)) for low, high in zip(*boundsOf(meshName)))
+    (x0, y0, z0), (x1, y1, z1) = boundsOf(meshName)
+    return 2 * max(abs(x0), abs(x1)), 2 * max(abs(y0), abs(y1)), 2 * max(abs(z0), abs(z1))
 
 
-def model(entity, meshName, surface, moving=False, castShadows=True, scale=(1, 1, 1)):
+def model(entity: kaVel.Entity, meshName: str, surface: str, moving: bool = False, castShadows: bool = True,
+          scale: Triple = (1, 1, 1)):
     """Gives an entity the look of a model file with a surface of SURFACES, and the box that the grid finds it by."""
     if isInMap(entity):
-        addVolume(entity, [side * s for side, s in zip(reachOf(meshName), scale)], 'BV_NONE' if moving else 'BV_WALL')
+        x, y, z = reachOf(meshName)
+        sides = x * scale[0], y * scale[1], z * scale[2]
+        addVolume(entity, sides, 'BV_NONE' if moving else 'BV_WALL')
     return kaVel.addComponent(entity, 'graphics2', 'ModelGraphicsComponent2', meshName=meshName,
                               layer=layerFor(entity), castShadows=castShadows, **mapsOf(surface))
 
 
-def thing(moving=False, castShadows=True, **parts):
+def thing(moving: bool = False, castShadows: bool = True, **parts: str):
     """Pattern of an object whose parts, `model='surface'`, share one place; the others hang below the first."""
 
     @kaVel.pattern
-    def build(parent, name='', scale=(1, 1, 1), **place):
-        root = None
+    def build(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, pitch: float = 0.0,
+              roll: float = 0.0, scale: Triple = (1, 1, 1)) -> kaVel.Entity:
+        """An object of one or more models, which stands on `at`; angles in degrees."""
+        root: kaVel.Entity | None = None
         for meshName, surface in parts.items():
-            entity = placed(root or parent, name if root is None else meshName, scale=scale, **place)
+            entity = placed(root or parent, meshName if root else name, at, turn, pitch, roll, scale)
             model(entity, meshName, surface, moving, castShadows, scale)
             root = root or entity
+        assert root, 'a thing has at least one model'
         return root
 
     return build

@@ -11,7 +11,7 @@ STAYS, FADES = 3.0, 1.5  # seconds
 class Notice:
     """The line of one level, in the middle of the screen's upper part."""
 
-    def __init__(self, coordinator):
+    def __init__(self, coordinator: kaVel.Coordinator):
         line = Text(coordinator, 'notice', at=(0.5, 0.80), size=0.021, color=(*COLOR, 0),
                     anchor=('H_CENTER', 'V_CENTER'))
         self.graphics = line.getComponent('graphics2')
@@ -19,7 +19,7 @@ class Notice:
         self.since = None
         kaVel.addComponent(line, 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
-    def show(self, text):
+    def show(self, text: str):
         """Shows a text in place of the last one; it fades by itself."""
         self.graphics.text = text
         self.since = self.clock.seconds()

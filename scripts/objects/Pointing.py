@@ -1,13 +1,21 @@
 """What the camera looks at: its name on the screen, and the key that does something with it."""
 
+from __future__ import annotations
+
+from typing import Callable, Union
+
 import kaVel
 import objects.Drawn as drawn
+from objects.Walker import Walker
 
 GRID = '.MapData_partitioningGrid/partitioning'  # below a map
 REACH = 2.3  # metres from the eye
 
 NAME_COLOR = (0.80, 0.74, 0.60, 1)
 HINT_COLOR = (0.62, 0.55, 0.42, 1)
+
+#: What E does with a thing: a text, a function that says it, or nothing.
+Hint = Union[str, Callable[[], Union[str, None]], None]
 
 
 class Pointer:
@@ -16,25 +24,25 @@ class Pointer:
     Everything that stands in the way or can be used is found: what is behind a wall is not pointed at.
     """
 
-    def __init__(self, walker, map):
+    def __init__(self, walker: Walker, map: kaVel.MapRootEntity):
         self.walker, self.map = walker, map
-        self.names = {}
+        self.names: dict[kaVel.Object, tuple[str, Hint]] = {}
         self.target = None
         coordinator = walker.player.getAncestorOfType(kaVel.Reflection.Coordinator)
-        middle = {'anchor': ('H_CENTER', 'V_CENTER')}
         drawn.Picture(coordinator, 'aim', picture='white', size=(0.0028, 0.0028))
-        self.lines = [drawn.Text(coordinator, name, at=(0.5, height), size=size, color=color, **middle)
+        self.lines = [drawn.Text(coordinator, name, at=(0.5, height), size=size, color=color,
+                                 anchor=('H_CENTER', 'V_CENTER'))
                       for name, height, size, color in (('pointedAt', 0.43, 0.019, NAME_COLOR),
                                                         ('hint', 0.40, 0.015, HINT_COLOR))]
         self.shown = ['', '']
         kaVel.onKey(coordinator, 'use', self.act)
         kaVel.addComponent(self.lines[0], 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
-    def name(self, entity, name, use=None):
+    def name(self, entity: kaVel.Entity, name: str, use: Hint = None):
         """Tells what an entity with a volume is called, and what E does with it: a text, or a function that says it."""
         self.names[entity] = (name, use)
 
-    def use(self, entity, name, use, function):
+    def use(self, entity: kaVel.Entity, name: str, use: Hint, function: Callable[..., object]):
         """As `name`; E calls a function with the player's component."""
         self.name(entity, name, use)
         entity.getComponent('boundingVolume').setInteractFunc(function)

@@ -4,7 +4,8 @@ import kaVel
 from objects import Furniture
 from objects.Bodies import solid
 from objects.Lights import BULB_BELOW_HOOK, LAMPLIGHT, ShadowSpot
-from objects.Placing import addVolume, around, onFrame, placed, turned
+from objects.Placing import Triple, addVolume, around, onFrame, placed, turned
+from objects.Pointing import Pointer
 
 
 class LightSwitch:
@@ -13,7 +14,7 @@ class LightSwitch:
     `at` is the lever's place, `lamp` the hook that the lamp hangs from. The lamp's state outlives the level.
     """
 
-    def __init__(self, room, pointer, at, lamp, turn=0.0):
+    def __init__(self, room: kaVel.Object, pointer: Pointer, at: Triple, lamp: Triple, turn: float = 0.0):
         box = Furniture.SwitchBox(room, 'lightSwitch', at=at, turn=turn)
         self.turn = turn
         self.lever = Furniture.SwitchLever(box, 'lever', at=around(at, turn, 0, 0, 0.08), turn=turn)
@@ -35,7 +36,7 @@ class LightSwitch:
 
 
 @kaVel.pattern
-def ButtonOnPost(parent, name='', at=(0, 0, 0), turn=0.0):
+def ButtonOnPost(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
     """A red button on a post that stands on `at`; what is pressed is the post's child `block`."""
     post = solid(Furniture.ButtonPost, 'buttonPost')(parent, name, at=at, turn=turn)
     Furniture.PushButton(post, 'button', at=at, turn=turn)

@@ -5,7 +5,7 @@ import math
 import kaVel
 from objects.Bodies import PULL
 from objects.Control import Control
-from objects.Placing import LevelClock, addVolume, placed
+from objects.Placing import LevelClock, Triple, addVolume, placed
 
 #: Action -> direction in the walker's own axes: right, ahead.
 MOVES = {'forward': (0, 1), 'back': (0, -1), 'left': (-1, 0), 'right': (1, 0)}
@@ -24,9 +24,12 @@ LONGEST_STEP = 0.2  # metres a frame, however slow the frames are: less than hal
 STRIDE = 1.5      # metres of two steps
 BOB = 0.018       # metres up and down at a step
 
+#: Metres a second over the floor: east, north.
+Velocity = tuple[float, float]
+
 
 @kaVel.pattern
-def Player(parent, name='', at=(0, 0, 0)):
+def Player(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0)):
     """The body of one who walks: a box that slides along what it touches. Stands on `at`, in a map."""
     player = placed(parent, name or 'Player', at=(at[0], at[1] + SIZE[1] / 2, at[2]))
     addVolume(player, SIZE, 'BV_PLAYER')
@@ -38,7 +41,7 @@ def Player(parent, name='', at=(0, 0, 0)):
 class Walker(Control):
     """Moves a `Player` and the camera that looks out of its eyes, by keyboard and mouse."""
 
-    def __init__(self, player, camera, turn=0.0, pitch=0.0):
+    def __init__(self, player: kaVel.Entity, camera: kaVel.Entity, turn: float = 0.0, pitch: float = 0.0):
         super().__init__(player.getAncestorOfType(kaVel.Reflection.Coordinator), turn, pitch)
         self.player = player
         self.body = player.getComponent('physics')
@@ -50,7 +53,7 @@ class Walker(Control):
         kaVel.addComponent(camera, 'form', 'ScriptComponent', frameCallback=self.moveEye)
         self.standStill()
 
-    def goTo(self, at, turn=0.0, pitch=0.0):
+    def goTo(self, at: Triple, turn: float = 0.0, pitch: float = 0.0):
         """Puts the walker's feet somewhere else, at rest; angles in degrees."""
         self.transform.position = kaVel.Vec4(at[0], at[1] + SIZE[1] / 2, at[2], 1)
         self.body.velocity = kaVel.Vec4(0, 0, 0, 0)
@@ -88,13 +91,14 @@ class Walker(Control):
         self.position = self.place()
         self.lastSeconds = seconds
 
-    def velocityHad(self):
+    def velocityHad(self) -> Velocity:
         """How fast he really went over the floor in the last frame."""
         if not self.lastSeconds:
             return 0.0, 0.0
-        return tuple((now - before) / self.lastSeconds for now, before in zip(self.place(), self.position))
+        (x, z), (x0, z0) = self.place(), self.position
+        return (x - x0) / self.lastSeconds, (z - z0) / self.lastSeconds
 
-    def wantedVelocity(self, seconds):
+    def wantedVelocity(self, seconds: float) -> Velocity:
         """What the held keys ask for, over the floor; the speed rises over a step and ends at once."""
         right, ahead = self.heldMoves(MOVES)
         length = math.hypot(right, ahead)
@@ -104,20 +108,21 @@ class Walker(Control):
         most = min(RUNNING if self.isHeld('run') else WALKING, LONGEST_STEP / seconds)
         self.speed = min(most, self.speed + START * seconds)
         s, c = math.sin(self.yaw), math.cos(self.yaw)
-        return tuple(self.speed / length * part for part in (right * c + ahead * s, ahead * c - right * s))
+        speed = self.speed / length
+        return speed * (right * c + ahead * s), speed * (ahead * c - right * s)
 
-    def withoutForce(self, wanted, had, seconds):
+    def withoutForce(self, wanted: Velocity, had: Velocity, seconds: float) -> Velocity:
         """Less of a velocity where something stood in the way of the last one: against it, he only leans.
 
         He goes on from the speed that it left him, and so what is heavy is pushed slowly; along it he is free.
         """
-        lost = tuple(given - was for given, was in zip(self.given, had))
+        lost = self.given[0] - had[0], self.given[1] - had[1]
         length = math.hypot(*lost)
         if length < 0.02:
             return wanted
-        against = tuple(part / length for part in lost)
+        against = lost[0] / length, lost[1] / length
         excess = _dot(wanted, against) - max(_dot(had, against), 0.0) - PUSH * seconds
-        return wanted if excess <= 0 else tuple(w - excess * a for w, a in zip(wanted, against))
+        return wanted if excess <= 0 else (wanted[0] - excess * against[0], wanted[1] - excess * against[1])
 
     def moveEye(self):
         """Puts the camera where the eyes are: over the body, and up and down with the steps."""
@@ -140,5 +145,5 @@ class Walker(Control):
                 math.cos(self.yaw) * math.cos(self.pitch))
 
 
-def _dot(a, b):
+def _dot(a: Velocity, b: Velocity):
     return a[0] * b[0] + a[1] * b[1]

@@ -1,9 +1,12 @@
 """What can be pushed, fallen over and shot at: crates, stacks, the basin of floats."""
 
 import random
+from typing import Sequence
 
 import kaVel
 import objects.GameObjects as place
+from kaVel import MapRootEntity
+from objects.Placing import Triple
 
 #: Name, place of the middle of the foot, turn, edge in metres, mass in kilograms.
 CRATES = (
@@ -25,7 +28,7 @@ FLOATS, DIAMETER = 300, 0.2
 SKINS = ('leather', 'leather', 'rust', 'ceramic', 'ceramic', 'brass')
 
 
-def crates(map, pointer):
+def crates(map: MapRootEntity, pointer: place.Pointer):
     for name, at, turn, edge, mass in CRATES:
         crate = place.CargoCrate(map, name, at=at, turn=turn, edge=edge, mass=mass)
         pointer.name(crate, 'a crate, %d kg' % mass)
@@ -37,7 +40,8 @@ class Piles:
     A box upon one box comes to rest; one that lies across two is lifted by both contacts, and trembles.
     """
 
-    def __init__(self, map, pointer, name, heights, at, edge, gap=0.0):
+    def __init__(self, map: MapRootEntity, pointer: place.Pointer, name: str, heights: Sequence[int], at: Triple,
+                 edge: float, gap: float = 0.0):
         self.boxes = []
         for pile, height in enumerate(heights):
             x = at[0] + (pile - (len(heights) - 1) / 2) * edge * 1.22
@@ -56,7 +60,7 @@ class Piles:
             box.getComponent('physics').velocity = kaVel.Vec4(0, 0, 0, 0)
 
 
-def basin(map, pointer):
+def basin(map: MapRootEntity, pointer: place.Pointer):
     """A basin in the cistern's corner, full of old net floats.
 
     One layer of them rolls, upon a bed that is only drawn: contacts are resolved one by one, and balls that lie in
@@ -77,7 +81,7 @@ def basin(map, pointer):
     floats(map)
 
 
-def floats(map):
+def floats(map: MapRootEntity):
     """Floats over the bed, each in a place of its own; they drop a little and lie."""
     x0, x1, z0, z1 = BASIN
     dice = random.Random(5)

@@ -1,10 +1,11 @@
 """The cellar's doors: one of iron that swings, one of planks that slides, and one that stays locked."""
 
 import objects.GameObjects as place
+from kaVel import Entity, MapRootEntity
 from workshop.Shell import ARCH_X, DOOR_Z, EAST, NORTH, SOUTH, WEST
 
 
-def build(map, pointer):
+def build(map: MapRootEntity, pointer: place.Pointer):
     """The three doors, each with its frame or rail; returns the leaves by name."""
     leaves = {
         'storeDoor': place.IronDoor(map, 'storeDoor', at=(4.3, 0, DOOR_Z), turn=EAST),
@@ -15,7 +16,7 @@ def build(map, pointer):
     place.IronDoorFrame(map, 'lockedFrame', at=(-4, 0, DOOR_Z), turn=EAST)
     place.DoorRail(map, 'rail', at=(ARCH_X + 0.85, 2.445, 3.90), turn=SOUTH)
 
-    def use(leaf):
+    def use(leaf: Entity):
         door = leaf.getComponent('physics')
         return lambda: 'close the door' if door.open else 'open the door'
 

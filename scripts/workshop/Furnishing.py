@@ -1,6 +1,7 @@
 """What stands and burns in the three rooms, as long as nobody touches it."""
 
 import objects.GameObjects as place
+from kaVel import Entity
 from workshop.Shell import HEIGHT, NORTH, SOUTH, WEST
 
 FIRELIGHT = (1.0, 0.34, 0.09)
@@ -13,7 +14,7 @@ Barrel = place.solid(place.Barrel, 'barrel')
 Radiator = place.solid(place.Radiator, 'radiator')
 
 
-def workshop(room, pointer):
+def workshop(room: Entity, pointer: place.Pointer):
     boiler(room, pointer)
     bench = Workbench(room, 'bench', at=(2.4, 0, -3.6), turn=NORTH)
     pointer.name(bench.getChild('block'), 'a workbench')
@@ -30,7 +31,7 @@ def workshop(room, pointer):
     place.Decal(room, 'soot', picture='scorch', at=(-2.7, 0, 1.2), pitch=90, size=(1.8, 1.4))
 
 
-def boiler(room, pointer):
+def boiler(room: Entity, pointer: place.Pointer):
     """The boiler in the north-west corner, its fire towards the room."""
     place.Boiler(room, 'boiler', at=(-3.0, 0, 2.75), turn=SOUTH)
     block = place.Block(room, 'boilerBlock', at=(-3.0, 0, 2.85), size=(1.5, 1.8, 2.1))
@@ -39,7 +40,7 @@ def boiler(room, pointer):
                       flicker=place.burning(5, depth=0.3))
 
 
-def store(room, pointer):
+def store(room: Entity, pointer: place.Pointer):
     for x, name in ((8.0, 'rackWest'), (9.9, 'rackEast')):
         rack = Rack(room, name, at=(x, 0, 1.7), turn=SOUTH)
         pointer.name(rack.getChild('block'), 'shelves')
@@ -56,7 +57,7 @@ def store(room, pointer):
     place.Pipe(room, 'pipe', at=(10.6, 0, 0.3), turn=WEST)
 
 
-def cistern(room, pointer):
+def cistern(room: Entity, pointer: place.Pointer):
     for x in (-5.6, 3.6):
         place.Pipe(room, 'pipe', at=(x, 0, 10.6), turn=SOUTH)
     place.HangingLamp(room, 'basinLamp', at=(1.9, HEIGHT, 8.0), strength=1.2)

@@ -1,7 +1,12 @@
 """What works in the cellar: the chute and its button, the updraught, the bell, a fuse, thrown bolts."""
 
+from __future__ import annotations
+
+from typing import Mapping
+
 import kaVel
 import objects.GameObjects as place
+from kaVel import Entity, MapRootEntity, Object
 from objects.Placing import LevelClock, addVolume, axisTurn, onFrame, placed
 from workshop.Furnishing import COLD
 from workshop.Shell import ARCH_X, HEIGHT, SOUTH
@@ -18,7 +23,7 @@ class Chute:
 
     CRATES = 6  # that it holds
 
-    def __init__(self, room, pointer, notice):
+    def __init__(self, room: Entity, pointer: place.Pointer, notice: place.Notice):
         x, z = CHUTE
         self.pointer, self.notice = pointer, notice
         place.Chute(room, 'chute', at=(x, 2.45, z))
@@ -30,7 +35,7 @@ class Chute:
         self.left = self.CRATES
         pointer.use(post.getChild('block'), 'a red button', 'press the button', self.press)
 
-    def press(self, player):
+    def press(self, player: Object | None):
         if not self.left:
             self.notice.show('The chute is empty.')
             return
@@ -42,7 +47,7 @@ class Chute:
 class Updraught:
     """A fan below a grating: what is light enough rises over it, and dust shows how far."""
 
-    def __init__(self, room, map):
+    def __init__(self, room: Entity, map: MapRootEntity):
         x, z = UPDRAUGHT
         place.ShaftGrate(room, 'grate', at=(x, 0, z))
         self.fan = place.FanBlades(room, 'fan', at=(x, 0.045, z))
@@ -66,7 +71,7 @@ class Updraught:
 class Bell:
     """Who comes into the cistern for the first time sets off a bell, and a lamp over the shaft that stays lit."""
 
-    def __init__(self, room, map, notice):
+    def __init__(self, room: Entity, map: MapRootEntity, notice: place.Notice):
         self.notice, self.clock = notice, LevelClock(room)
         lamp = place.HangingLamp(room, 'bellLamp', at=(-2.6, HEIGHT, 6.6), strength=0.8, color=(1.0, 0.30, 0.16))
         _light(lamp, False)
@@ -78,7 +83,7 @@ class Bell:
         self.trigger = kaVel.addComponent(sensor, 'scriptedSequence', 'EventTriggerVolume', eventFunc=self.ring,
                                           eventEntityNames='cistern/bellLamp')
 
-    def ring(self, lamp):
+    def ring(self, lamp: Entity):
         self.trigger.eventFunc = None
         _light(lamp, True)
         if self.clock.seconds() > 0:  # at the level's beginning it is what has come back from an earlier visit
@@ -86,7 +91,7 @@ class Bell:
             kaVel.log('The bell strikes.')
 
 
-def _light(lamp, on):
+def _light(lamp: Entity, on: bool):
     for part in ('cone', 'glow'):
         lamp.getChild(part).getComponent('graphics2').visible = on
 
@@ -94,7 +99,7 @@ def _light(lamp, on):
 class FuseBox:
     """A box that lacks one fuse, the fuse in the store, and the lamp at the chute that burns once it is put in."""
 
-    def __init__(self, rooms, pointer, notice):
+    def __init__(self, rooms: Mapping[str, Entity], pointer: place.Pointer, notice: place.Notice):
         self.notice = notice
         room = rooms['workshop']
         at = (1.6, 1.5, 4.0)
@@ -120,12 +125,12 @@ class FuseBox:
     def hint(self):
         return None if self.lit[0].visible else 'put the fuse in' if self.isTaken() else 'look for the missing fuse'
 
-    def take(self, player):
+    def take(self, player: Object):
         kaVel.persist(self.fuse, 'murder')
         self.fuse.murder()
         self.notice.show('You take the fuse.')
 
-    def putIn(self, player):
+    def putIn(self, player: Object):
         if self.lit[0].visible:
             return
         if not self.isTaken():
@@ -143,7 +148,7 @@ class FuseBox:
 class Bolts:
     """Bolts that a walker throws where he looks: F, or the right button of the mouse."""
 
-    def __init__(self, map, walker):
+    def __init__(self, map: MapRootEntity, walker: place.Walker):
         self.map, self.walker = map, walker
         self.number = 0
         kaVel.onKey(map, 'throw', self.throw)
@@ -151,7 +156,7 @@ class Bolts:
     def throw(self):
         eye, ahead = self.walker.eye.position, self.walker.ahead()
         self.number += 1
-        at = [start + 0.5 * part for start, part in zip((eye.x, eye.y - 0.12, eye.z), ahead)]
+        at = eye.x + 0.5 * ahead[0], eye.y - 0.12 + 0.5 * ahead[1], eye.z + 0.5 * ahead[2]
         bolt = placed(self.map, 'bolt%d' % self.number, at=at)
         bolt.getComponent('transform').orientation = self.walker.orientation()
         addVolume(bolt, (0.05, 0.05, 0.3), 'BV_BULLET')

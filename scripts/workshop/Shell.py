@@ -17,7 +17,12 @@ Walls are 0.3 m thick and stand back to back. The blocks reach a metre out of th
 that nothing gets through however fast it comes.
 """
 
+from __future__ import annotations
+
+from typing import Sequence
+
 import objects.GameObjects as place
+from kaVel import Entity, MapRootEntity
 
 NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90
 
@@ -28,7 +33,7 @@ DOORWAY = (1.2, 2.2)  # width and height of the openings
 ARCH = (1.4, 2.25)
 
 
-def build(map):
+def build(map: MapRootEntity):
     """All three rooms under their entities; returns those by name."""
     rooms = {name: place.Entity(map, name) for name in ('workshop', 'store', 'cistern')}
     workshop(rooms['workshop'])
@@ -38,22 +43,23 @@ def build(map):
     return rooms
 
 
-def tiled(room, pattern, name, xs, zs):
+def tiled(room: Entity, pattern: place.Pattern, name: str, xs: Sequence[float], zs: Sequence[float]):
     """A floor or ceiling of pieces of 2 m."""
     for x in xs:
         for z in zs:
             pattern(room, name, at=(x, 0, z))
 
 
-def wall(room, name, xs, zs, turn, plain, opening=None, where=None):
+def wall(room: Entity, name: str, xs: Sequence[float], zs: Sequence[float], turn: float, plain: place.Pattern,
+         opening: place.Pattern | None = None, where: float | None = None):
     """A row of wall pieces of 2 m; the one at `where` along it is the opening."""
     for x in xs:
         for z in zs:
             along = x if len(xs) > 1 else z
-            (opening if along == where else plain)(room, name, at=(x, 0, z), turn=turn)
+            (opening if opening and along == where else plain)(room, name, at=(x, 0, z), turn=turn)
 
 
-def workshop(room):
+def workshop(room: Entity):
     xs = zs = (-3, -1, 1, 3)
     tiled(room, place.StoneFloor, 'floor', xs, zs)
     tiled(room, place.StoneCeiling, 'ceiling', xs, zs)
@@ -70,7 +76,7 @@ def workshop(room):
         place.PipeRun(room, 'pipes', at=(x, HEIGHT, 0.2))
 
 
-def store(room):
+def store(room: Entity):
     xs, zs = (5.6, 7.6, 9.6), (-3, -1, 1)
     tiled(room, place.ConcreteFloor, 'floor', xs, zs)
     tiled(room, place.ConcreteCeiling, 'ceiling', xs, zs)
@@ -80,7 +86,7 @@ def store(room):
     wall(room, 'east', (10.6,), zs, WEST, place.ConcreteWall)
 
 
-def cistern(room):
+def cistern(room: Entity):
     xs, zs = (-5, -3, -1, 1, 3), (5.6, 7.6, 9.6)
     tiled(room, place.StoneFloor, 'floor', xs, zs)
     tiled(room, place.StoneCeiling, 'ceiling', xs, zs)
@@ -91,12 +97,12 @@ def cistern(room):
     place.VaultRib(room, 'rib', at=(-1, 0, 7.6), turn=EAST)
 
 
-def blocks(map):
+def blocks(map: MapRootEntity):
     """What walkers and bodies meet: one block a wall, for at a seam between two a body could catch.
 
     Floor and ceiling are the map's own.
     """
-    def between(name, x0, x1, z0, z1, y0=0.0, y1=HEIGHT):
+    def between(name: str, x0: float, x1: float, z0: float, z1: float, y0: float = 0.0, y1: float = HEIGHT):
         place.Block(map, name, at=((x0 + x1) / 2, y0, (z0 + z1) / 2), size=(x1 - x0, y1 - y0, z1 - z0))
 
     between('southWall', -6, 12, -5, -4)

@@ -4,8 +4,11 @@ The map's grid knows nothing of walls, and a lamp draws its shadows as long as i
 """
 
 import math
+from typing import Mapping
 
 import kaVel
+from kaVel import Entity, Object
+from objects.Walker import Walker
 from workshop.Shell import ARCH_X, DOOR_Z
 
 #: Half of what the camera sees, and an opening beside it, radians.
@@ -17,11 +20,11 @@ NEAR = 2.0
 class _Room:
     """All that is drawn of one room; what was switched off before it was hidden stays off."""
 
-    def __init__(self, root):
+    def __init__(self, root: Object):
         self.drawn = [handle for handle in kaVel.descendants(root) if handle.name == 'graphics2']
         self.hidden = None
 
-    def show(self, shown):
+    def show(self, shown: bool):
         if shown == (self.hidden is None):
             return
         changed = self.hidden if shown else [component for component in self.drawn if component and component.visible]
@@ -33,7 +36,7 @@ class _Room:
 class Sight:
     """Shows and hides the cellar's rooms after where a walker is and looks."""
 
-    def __init__(self, rooms, leaves, walker):
+    def __init__(self, rooms: Mapping[str, Entity], leaves: Mapping[str, Entity], walker: Walker):
         self.walker = walker
         self.rooms = {name: _Room(root) for name, root in rooms.items()}
         hinged, sliding = (leaves[name].getComponent('physics') for name in ('storeDoor', 'cisternDoor'))
@@ -52,7 +55,7 @@ class Sight:
         for name, room in self.rooms.items():
             room.show(name in seen)
 
-    def looksAt(self, x, z):
+    def looksAt(self, x: float, z: float):
         """Whether something so far away, east and north, may be in view."""
         bearing = (math.atan2(x, z) - self.walker.yaw + math.pi) % math.tau - math.pi
         return abs(bearing) < HALF_VIEW or math.hypot(x, z) < NEAR

@@ -1,43 +1,49 @@
 """Where the number keys lead, and what is under way there when a picture is taken."""
 
+from __future__ import annotations
+
 import math
-from typing import Callable, NamedTuple
+from typing import TYPE_CHECKING, Callable, NamedTuple
 
 import kaVel
+from objects.Placing import Triple
+
+if TYPE_CHECKING:
+    from levels.Workshop import Visit
 
 
 class Station(NamedTuple):
     name: str
-    at: tuple       # the walker's feet, metres
+    at: Triple      # the walker's feet, metres
     turn: float     # degrees
     pitch: float    # degrees, down
-    begin: Callable = lambda visit: None  # sets something going, for a picture
+    begin: Callable[[Visit], object] = lambda visit: None  # sets something going, for a picture
 
 
-def _openStore(visit):
+def _openStore(visit: Visit):
     visit.leaves['storeDoor'].getComponent('physics').prevAngle = math.radians(52)
 
 
-def _openCistern(visit):
+def _openCistern(visit: Visit):
     visit.leaves['cisternDoor'].getComponent('physics').openDoor(visit.walker.player, False)
 
 
-def _drop(visit):
+def _drop(visit: Visit):
     visit.stack.lift()
 
 
-def _lift(visit):
+def _lift(visit: Visit):
     crate = visit.map.getChild('lightCrate')
     crate.getComponent('transform').position = kaVel.Vec4(-4.2, 1.5, 8.3, 1)
     crate.getComponent('physics').velocity = kaVel.Vec4(0, 0, 0, 0)
 
 
-def _press(visit):
+def _press(visit: Visit):
     visit.fuseBox.light()
     visit.chute.press(None)
 
 
-def _throw(visit):
+def _throw(visit: Visit):
     visit.goTo(9)
     visit.bolts.throw()
 

@@ -35,7 +35,8 @@ def test_noise_passes_and_a_moved_thing_or_another_light_does_not(_):
 
 def test_a_differing_picture_is_left_to_be_looked_at_and_can_be_accepted(_):
     with tempfile.TemporaryDirectory() as folder, \
-            unittest.mock.patch.multiple(golden, KEPT=pathlib.Path(folder) / "kept", FOUND=pathlib.Path(folder) / "found"):
+            unittest.mock.patch.multiple(golden, KEPT=pathlib.Path(folder) / "kept",
+                                         FOUND=pathlib.Path(folder) / "found"):
         shot = pathlib.Path(folder) / "shot.png"
         png.write(shot, picture(lambda x, y: (x * 4 + y) % 256))
         for expected in ("no picture to compare", "of 255 off"):

@@ -12,7 +12,8 @@ story = ('Über den Dächern lag der Mond,\\u00a0und im Flur roch es nach kaltem
          '\\tDonaudampfschifffahrtsgesellschaftskapitänswitwe')
 for number, align in enumerate(('TA_LEFT', 'TA_CENTER', 'TA_RIGHT')):
     place.Text(coordinator, 'column%d' % number, text=story, at=(0.02 + 0.33 * number, 0.97), size=0.04, wrapWidth=0.3,
-               align=align, color=(1, 0.9 - 0.2 * number, 0.8 - 0.3 * number, 1 - 0.2 * number), anchor=('H_LEFT', 'V_TOP'))
+               align=align, color=(1, 0.9 - 0.2 * number, 0.8 - 0.3 * number, 1 - 0.2 * number),
+               anchor=('H_LEFT', 'V_TOP'))
 place.Text(coordinator, 'fixed', text='12.50 ms \\u2603', at=(0.5, 0.05), size=0.05, font='Inconsolata.otf',
            anchor=('H_CENTER', 'V_BOTTOM'))
 """

@@ -108,7 +108,8 @@ class Stress:
             return _kaVel.Quaternion(pick(FLOATS), pick(FLOATS), pick(FLOATS), pick(FLOATS))
         if kind == 'thing':
             return pick([kaVel.Reflection.Entity, kaVel.Reflection.TransformComponent, kaVel.Reflection.getSystemN,
-                         kaVel.Reflection.System, lambda *a: None, self.raiser, None, kaVel.messageType('KeyDownMessage')])
+                         kaVel.Reflection.System, lambda *a: None, self.raiser, None,
+                         kaVel.messageType('KeyDownMessage')])
         if kind.startswith('handle:'):
             return pick([self.subject(kind[len('handle:'):]), self.dead, self.scratch, self.nothing()])
         if kind.startswith('enum:'):
@@ -117,9 +118,9 @@ class Stress:
 
     def anything(self):
         return self.random.choice([
-            None, True, self.random.choice(NUMBERS), self.random.choice(FLOATS), self.random.choice(TEXTS), b'bytes', [],
-            {}, (1, 2), object(), lambda: None, self.raiser, _kaVel.Vec4(NAN, INFINITY, 0, 1), _kaVel.Quaternion(), self.dead,
-            self.scratch, self.nothing(), kaVel.Reflection.Entity, int])
+            None, True, self.random.choice(NUMBERS), self.random.choice(FLOATS), self.random.choice(TEXTS), b'bytes',
+            [], {}, (1, 2), object(), lambda: None, self.raiser, _kaVel.Vec4(NAN, INFINITY, 0, 1), _kaVel.Quaternion(),
+            self.dead, self.scratch, self.nothing(), kaVel.Reflection.Entity, int])
 
     def nothing(self):
         """A handle that never referred to anything."""

@@ -18,7 +18,7 @@ SKIPPED = {
     r"GameLoopSystem::quit(WithoutLevel)?": "end the run",
     r"GameLoopSystem::(queueLoadLevel|runLevel|switchLevel)": "a level that cannot be built ends the game, as it must",
     r"GameLoopSystem::setCurrentlyActiveCoordinator": "takes the level that makes the calls out of the frame",
-    r"GraphicsSystem2::(create|release|reset|lost)Device": "private steps of the device's life, right in their order only",
+    r"GraphicsSystem2::(create|release|reset|lost)Device": "private steps of the device's life, right in their order",
     r"GraphicsSystem2::(create|destroy)RenderTargets": "likewise",
     r"GraphicsSystem2::(onCreateOrReset|rememberScreenTargets|tryToRecoverDevice)": "likewise",
     r"GraphicsManager2::onMurder": "takes the running level's scene graph away, which the next frame cannot be without",

@@ -7,7 +7,8 @@ import traceback
 def run(cases, names=(), given=lambda folder: (folder,)):
     """Runs all cases, or those of `names`, and returns the exit code.
 
-    Each is called with what `given` makes of a temporary folder of its own; one that raises is reported, and the next one runs.
+    Each is called with what `given` makes of a temporary folder of its own; one that raises is reported, and the next
+    one runs.
     """
     failed = 0
     for name, case in list(cases.items()):

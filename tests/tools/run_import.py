@@ -167,7 +167,7 @@ def test_split_writes_one_file_a_material_and_merge_one_for_all(folder):
     code, text = run(source, "--split")
     assert code == 0, text
     assert {path.name for path in folder.glob("*.kaVelModel")} == {"marker_dark_wood.kaVelModel",
-                                                                  "marker_brass.kaVelModel"}, text
+                                                                   "marker_brass.kaVelModel"}, text
     for path in folder.glob("*.kaVelModel"):
         assert not check_model.faults(path)
         assert len(model_file.read(path)[0][1]) == 6

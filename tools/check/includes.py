@@ -22,7 +22,8 @@ ROOMS = {
 # More headers than this, and nobody sees at the door what belongs inside.
 MOST_HEADERS = 22
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
-PLATFORM = re.compile(r"^(?:SDL2?/|SDL|epoxy/|GL/|AL/|EGL/|unistd\.h|fcntl\.h|pthread\.h|dlfcn\.h|dirent\.h|sys/(?!types\.h))")
+PLATFORM = re.compile(r"^(?:SDL2?/|SDL|epoxy/|GL/|AL/|EGL/|unistd\.h|fcntl\.h|pthread\.h|dlfcn\.h|dirent\.h|"
+                      r"sys/(?!types\.h))")
 
 
 def findings(root):

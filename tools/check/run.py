@@ -8,6 +8,8 @@ import tempfile
 import xml.etree.ElementTree
 
 import includes
+import python_style
+import script_types
 import style
 import tidy
 
@@ -92,6 +94,8 @@ def main():
     if not options.names:
         tally.check("include direction", includes.findings(ROOT))
         tally.check("source layout", style.findings(ROOT))
+        tally.check("Python layout", python_style.findings(ROOT))
+        tally.check("types of the scripts", script_types.findings(ROOT))
     if options.tidy:
         tally.check("clang-tidy", tidy.findings(ROOT, build))
     for folder in sorted(path.name for path in (ROOT / "tests").iterdir() if path.is_dir()):

@@ -11,7 +11,8 @@ from model import CLASS_KINDS, Comment, Model, Parameter, Record
 
 # What KV_REFLECTED means to a caller of the class; the marker tells the generator that the macro is there.
 MARKER = "KvReflectedMarker"
-REFLECTED_BLOCK = ("KV_REFLECTED(C)=public: static const ReflectorPtr staticType; ReflectorPtr getType() const override; "
+REFLECTED_BLOCK = ("KV_REFLECTED(C)=public: static const ReflectorPtr staticType; "
+                   "ReflectorPtr getType() const override; "
                    f"Handle<C> getTypedHandle() const; private: friend struct {MARKER};")
 
 # What KV_REFLECTED_MIXIN leaves for the generator to see.

@@ -26,7 +26,7 @@ INTERPRETER = ("Python.h", "boost/python")
 def arguments():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--doxygen", required=True, help="the doxygen program")
-    parser.add_argument("--source", required=True, help="root of the sources; all paths in the table are relative to it")
+    parser.add_argument("--source", required=True, help="root of the sources; all paths in the table count from it")
     parser.add_argument("--table", required=True, help="name of the table")
     parser.add_argument("--out", required=True, help="folder of the generated files")
     parser.add_argument("--slot", action="append", required=True, metavar="FOLDER=COUNT",

@@ -76,6 +76,7 @@ class Record:
     bases: list = field(default_factory=list)  # (Record, protection, virtual)
     all_bases: list = field(default_factory=list)
     members: list = field(default_factory=list)  # own, then inherited
+    derived: list = field(default_factory=list)  # reflected classes with this one among their bases
     overridden: "Record" = None
     # Filled in by the signatures.
     signature: object = None
@@ -107,6 +108,11 @@ class Record:
     @property
     def is_deleted(self):
         return re.search(r"=\s*delete$", self.argsstring) is not None
+
+    @property
+    def is_abstract(self):
+        """Whether a class has no objects of its own."""
+        return any(m.virtual == "pure-virtual" for m in self.members)
 
     def arguments_key(self):
         """What two declarations of one virtual function have in common."""
@@ -197,6 +203,8 @@ class Model:
             if not record.imported:
                 record.all_bases = self._flatten_bases(record)
                 self._check_reflected(record)
+                for base in record.all_bases if record.is_reflected else ():
+                    base.derived.append(record)
                 self._take_in_mixins(record)
         done = set()
         for record in self.classes():
@@ -267,8 +275,8 @@ class Model:
     def _check_one_definition(self, record):
         for member in record.own:
             if not member.is_class and member.file and member.file != record.file:
-                raise ReflectionError(member.place, f"'{member.qualified}' belongs to the class '{record.qualified}' of "
-                                                    f"{record.place}; give one of the two classes another name")
+                raise ReflectionError(member.place, f"'{member.qualified}' belongs to the class '{record.qualified}' "
+                                                    f"of {record.place}; give one of the two classes another name")
 
     def _flatten_bases(self, record):
         flat = []
@@ -283,17 +291,18 @@ class Model:
             return
         place = f"{record.file}:{record.reflected_line}"
         if not self.is_object_class(record):
-            raise ReflectionError(place, f"class '{record.qualified}' has KV_REFLECTED but does not derive from Object; "
-                                         "derive it, or remove the macro")
+            raise ReflectionError(place, f"class '{record.qualified}' has KV_REFLECTED but does not derive from "
+                                         "Object; derive it, or remove the macro")
         if record.is_template:
-            raise ReflectionError(place, f"class template '{record.qualified}' cannot be reflected; remove KV_REFLECTED")
+            raise ReflectionError(place, f"class template '{record.qualified}' cannot be reflected; remove "
+                                         "KV_REFLECTED")
         if sum(1 for base, _, _ in record.bases if self.is_object_class(base)) > 1:
             raise ReflectionError(place, f"class '{record.qualified}' derives from Object twice; keep one of the bases")
         scope = record
         while scope.class_scope is not None:
             if scope.protection != "public":
-                raise ReflectionError(place, f"class '{record.qualified}' has KV_REFLECTED but is not public; move it to "
-                                             "the public part of its class")
+                raise ReflectionError(place, f"class '{record.qualified}' has KV_REFLECTED but is not public; move it "
+                                             "to the public part of its class")
             scope = scope.class_scope
 
     def _take_in_mixins(self, record):

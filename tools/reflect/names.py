@@ -1,7 +1,7 @@
 """The list of everything that scripts can reach by name, one line each, for a review to see."""
 
 from model import pretty_type
-from stubs import properties
+from reach import properties
 
 
 def text(model):

@@ -2,8 +2,7 @@
 
 import os
 
-import stubs
-from stubs import argument_list, free_enums, free_functions, given_type, got_type, script_name
+from reach import argument_list, free_enums, free_functions, given_type, got_type, methods, own_properties, script_name
 from writing import remove_others, write_if_changed
 
 
@@ -31,16 +30,6 @@ def link(record):
     if record.kind == "enum":
         return f"[{script_name(record)}]({page_name(record.class_scope)}#{anchor(record.name)})"
     return f"[{script_name(record)}]({page_name(record)})"
-
-
-def methods(record):
-    """The public functions of a class; scripts can call the others too, but those are nobody's interface."""
-    return [m for m in stubs.methods(record) if m.protection == "public"]
-
-
-def properties(record):
-    """The properties with a public half."""
-    return [p for p in stubs.properties(record) if any(f is not None and f.protection == "public" for f in p[1:])]
 
 
 def is_in_reflected_class(enum):
@@ -102,11 +91,8 @@ def class_page(model, record):
 
 
 def property_table(record):
-    declared = {id(m) for m in record.own}
     rows = []
-    for name, getter, setter in properties(record):
-        if id(getter) not in declared and id(setter) not in declared:
-            continue
+    for name, getter, setter in own_properties(record):
         shown = got_type(getter.signature.result) if getter else given_type(setter.signature.arguments[0])
         access = {(True, True): "read, write", (True, False): "read", (False, True): "write"}[
             getter is not None, setter is not None]
@@ -140,7 +126,8 @@ def enum_section(enum, title):
 
 
 def functions_page(model):
-    lines = ["# Functions", "", "Functions without an object; scripts find them by name in the reflection register.", ""]
+    lines = ["# Functions", "", "Functions without an object; scripts find them by name in the reflection register.",
+             ""]
     for function in free_functions(model):
         lines += [f"## {function.name}", "", f"`{signature(function)}`", ""] + comment_lines(function.comment)
     return "\n".join(lines).rstrip("\n") + "\n"
@@ -157,9 +144,10 @@ def enums_page(model):
 
 
 def index_page(model):
-    lines = ["# Script reference", "", "Every class, property, method and enum that scripts can reach by name, from the "
-             "comments in the engine's headers.", "", "- [Functions](functions.md)", "- [Enums](enums.md)", "",
-             "## Classes", ""]
+    lines = ["# Script reference", "", "Every class, property, method and enum that scripts can reach by name, from "
+             "the comments in the engine's headers. `AnyEntity` is an Entity or what derives from it; an enum's value "
+             "is given as its name, and comes back as a number.", "", "- [Functions](functions.md)",
+             "- [Enums](enums.md)", "", "## Classes", ""]
     children = {}
     for record in model.classes():
         if record.is_reflected and not record.imported:

@@ -35,6 +35,7 @@ VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObje
 # Values that also cross as a std::vector of them.
 LISTED = ("GridCell",)
 
+
 @dataclass
 class Crossing:
     """A type that crosses the reflection layer."""

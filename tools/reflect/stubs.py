@@ -1,77 +1,18 @@
-"""Typed stubs of everything reflected, so that an editor completes what scripts write."""
+"""Typed stubs of everything reflected, so that an editor completes what scripts write.
+
+What stands here can be called: the public members that the engine finds by their names. Calls whose result depends on
+a name that is passed have their types from `forms`.
+"""
 
 import keyword
 import os
 import textwrap
 
-SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "str", "Vec4": "Vec4",
-                "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
-                "std::vector<GridCell>": "list[GridCell]"}
+from forms import Forms, spellings
+from reach import argument_list, free_enums, free_functions, given_type, got_type, methods, own_properties
+from reach import reflected_classes, script_name
+
 INDENT = "    "
-
-
-def properties(record):
-    """The properties of a class as the table collects them: (name, getter, setter) in order of appearance."""
-    found = {}
-    for member in record.members:
-        if not member.takes_this or len(member.name) <= 3 or member.signature is None:
-            continue
-        slot = {("get", 0): 1, ("set", 1): 2}.get((member.name[:3], len(member.parameters)))
-        if slot is None:
-            continue
-        name = member.name[3].lower() + member.name[4:]
-        entry = found.setdefault(name, [name, None, None])
-        if entry[slot] is None:
-            entry[slot] = member
-    return [tuple(entry) for entry in found.values()]
-
-
-def methods(record):
-    """The functions that a class itself declares and scripts can call, the first of each name."""
-    found = {}
-    for member in record.own:
-        if member.signature is not None:
-            found.setdefault(member.name, member)
-    return list(found.values())
-
-
-def script_name(record):
-    """How stubs and documents name a class or an enum."""
-    return record.qualified.replace("::", ".")
-
-
-def given_type(crossing):
-    """What a script passes for an argument."""
-    if crossing.category == "enum":
-        return f"{script_name(crossing.record)} | int | str"
-    if crossing.cpp == "ReflectorPtr":
-        return "_Callable"
-    return got_type(crossing)
-
-
-def got_type(crossing):
-    """What a script gets as a result."""
-    if crossing.category in ("void", "code"):
-        return "None"
-    if crossing.category == "result":
-        return got_type(crossing.inner)
-    if crossing.category == "handle":
-        return script_name(crossing.record)
-    if crossing.category == "enum":
-        return "int"
-    if crossing.cpp == "ReflectorPtr":
-        return "IReflectedThing | None"
-    return SCRIPT_TYPES.get(crossing.cpp, "int")
-
-
-def argument_list(function):
-    """The parameters of a function as a script sees them, without self."""
-    names = []
-    for index, (parameter, crossing) in enumerate(zip(function.parameters, function.signature.arguments)):
-        name = parameter.name or f"value{index}"
-        name += "_" if keyword.iskeyword(name) else ""
-        names.append(f"{name}: {given_type(crossing)}")
-    return names
 
 
 def docstring(text, indent):
@@ -117,10 +58,10 @@ def enum_stub(enum, indent):
     for value in enum.own:
         name = value.name + ("_" if keyword.iskeyword(value.name) else "")
         lines.append(f"{indent}{INDENT}{name}: {script_name(enum)}")
-    return lines
+    return lines + [indent + line for line in spellings(enum)]
 
 
-def class_stub(record, indent=""):
+def class_stub(record, forms, indent=""):
     bases = [base for base, _, _ in record.bases if base.is_reflected]
     lines = [f"{indent}class {record.name}({script_name(bases[0]) if bases else 'Handle_'}):"]
     lines += docstring(record.comment.brief, indent + INDENT)
@@ -129,15 +70,11 @@ def class_stub(record, indent=""):
         if member.kind == "enum" and member.name:
             lines += enum_stub(member, inner)
         elif member.is_class and member.is_reflected:
-            lines += class_stub(member, inner)
-    own = methods(record)
-    taken = {m.name for m in record.members if m.kind == "function"}
-    declared = {id(m) for m in record.own}
-    for name, getter, setter in properties(record):
-        if name not in taken and not keyword.iskeyword(name) and (id(getter) in declared or id(setter) in declared):
-            lines += property_stub(name, getter, setter, inner)
-    for function in own:
-        lines += method_stub(function, inner)
+            lines += class_stub(member, forms, inner)
+    for name, getter, setter in own_properties(record):
+        lines += property_stub(name, getter, setter, inner)
+    for function in methods(record):
+        lines += [inner + line for line in forms.of_method(function)] or method_stub(function, inner)
     return lines
 
 
@@ -147,30 +84,13 @@ def reflection_stub(model):
              f"{INDENT}def __getattr__(self, name: str) -> Any: ...",
              f"{INDENT}def __contains__(self, name: str) -> bool: ...",
              f"{INDENT}def has_key(self, name: str, /) -> bool: ..."]
-    for record in model.classes():
-        if record.is_reflected and record.class_scope is None and not record.imported:
-            lines.append(f"{INDENT}{record.name}: _ObjectClass[{record.name}]")
+    for record in reflected_classes(model):
+        lines.append(f"{INDENT}{record.name}: _ObjectClass[{record.name}]")
     for enum in free_enums(model):
         lines.append(f"{INDENT}{enum.name}: type[{enum.name}]")
     for function in free_functions(model):
         lines += [f"{INDENT}@staticmethod"] + method_stub(function, INDENT)
     return lines
-
-
-def free_enums(model):
-    """Enums that stand in no class, by name."""
-    return sorted((e for e in model.enums() if e.name and e.scope.kind == "file" and not e.imported),
-                  key=lambda e: e.name)
-
-
-def free_functions(model):
-    """Callable functions that stand in no class or namespace, the first of each name."""
-    found = {}
-    for scope in sorted((f for f in model.files if not f.imported), key=lambda f: f.file):
-        for member in scope.own:
-            if member.signature is not None:
-                found.setdefault(member.name, member)
-    return [found[name] for name in sorted(found)]
 
 
 def outer_classes(model):
@@ -194,8 +114,8 @@ def text(model):
     for name, enums in sorted(outer_classes(model).items()):
         if name not in native_classes:
             blocks.append([f"class {name}:"] + [line for enum in enums for line in enum_stub(enum, INDENT)])
-    for record in model.classes():
-        if record.is_reflected and record.class_scope is None and not record.imported:
-            blocks.append(class_stub(record))
+    forms = Forms(model)
+    blocks += [class_stub(record, forms) for record in reflected_classes(model)]
     blocks.append(reflection_stub(model))
+    blocks += forms.blocks()
     return "\n\n\n".join("\n".join(block) for block in blocks) + "\n"

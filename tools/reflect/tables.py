@@ -104,7 +104,8 @@ class PartWriter:
         body += [self._free_invokers()]
         body += [self._record_group(r) for r in self.records]
         body += [self._class_definitions(c) for c in classes if c.is_reflected]
-        includes = ['#include "object/reflection/ARInvokers.h"\n\n'] + [f'#include "{h}"\n' for h in sorted(self.headers)]
+        includes = ['#include "object/reflection/ARInvokers.h"\n\n']
+        includes += [f'#include "{h}"\n' for h in sorted(self.headers)]
         externs = sorted(self.externs)
         return (BANNER + "".join(includes) + "\n" + "".join(e + "\n" for e in externs) + "\n"
                 + "\n".join(part for part in body if part) + "\n" + self._blocks())
@@ -114,7 +115,8 @@ class PartWriter:
     def _enum_table(self, enum):
         self._needs(enum)
         entries = "".join(
-            f"        {{{literal(v.name)}, {literal(v.qualified)}, static_cast<std::int64_t>({enum.qualified}::{v.name})}},\n"
+            f"        {{{literal(v.name)}, {literal(v.qualified)}, "
+            f"static_cast<std::int64_t>({enum.qualified}::{v.name})}},\n"
             for v in enum.own)
         qualified = "false" if enum.qualified in WITHOUT_QUALIFIED_NAMES else "true"
         array = f"    static constexpr EnumEntry entries[] = {{\n{entries}    }};\n" if entries else ""
@@ -226,8 +228,8 @@ class PartWriter:
         for target, protection, virtual in entries:
             flags = ", ".join("true" if flag else "false" for flag in (
                 target.is_static, target.is_const, target.is_explicit, target.is_inline, target.is_mutable))
-            lines.append(f"    {{{self._address(target)}, {literal(target.name)}, IReflectedThing::{protection.upper()}, "
-                         f"{flags}, IReflectedThing::{VIRTUAL[virtual]}}},\n")
+            lines.append(f"    {{{self._address(target)}, {literal(target.name)}, "
+                         f"IReflectedThing::{protection.upper()}, {flags}, IReflectedThing::{VIRTUAL[virtual]}}},\n")
         return f"static constexpr DoxyRef {name}[] = {{\n{''.join(lines)}}};\n"
 
     def _record(self, record, symbol, invoker=None):
@@ -241,9 +243,10 @@ class PartWriter:
         value = self._enum_value(record) if record.kind == "enumvalue" else "0"
         include = self.include_of(record.file) if record.is_class else ""
         return ", ".join([
-            literal(record.id), literal(record.name), literal(record.qualified), f"IReflectedThing::{KINDS[record.kind]}",
-            literal(record.comment.brief), literal(record.comment.in_body), literal(include), literal(record.argsstring),
-            members, bases, all_bases, literal(f"{record.file}({record.line})"), constructor, function, value,
+            literal(record.id), literal(record.name), literal(record.qualified),
+            f"IReflectedThing::{KINDS[record.kind]}", literal(record.comment.brief), literal(record.comment.in_body),
+            literal(include), literal(record.argsstring), members, bases, all_bases,
+            literal(f"{record.file}({record.line})"), constructor, function, value,
             str(len(record.parameters)), self._context(record)])
 
     @staticmethod
@@ -336,7 +339,8 @@ def computed_value(enumerator):
         text = entry.initializer
         if text:
             text = re.sub(r"[A-Za-z_]\w*", lambda m: str(known.get(m.group(), m.group())), text)
-            value = int(eval(text, {"__builtins__": {}})) if re.fullmatch(r"[\dxXa-fA-F\s()|&+\-*<>~^]+", text) else value + 1
+            is_number = re.fullmatch(r"[\dxXa-fA-F\s()|&+\-*<>~^]+", text)
+            value = int(eval(text, {"__builtins__": {}})) if is_number else value + 1
         else:
             value += 1
         known[entry.name] = value

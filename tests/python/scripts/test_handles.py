@@ -229,7 +229,7 @@ def test_HandlesAreEqualByObjectAndHashAlike():
     p = probe()
     same = p.echoHandle(p)
     assert p == same and not p != same and hash(p) == hash(same) and len({p, same}) == 1
-    assert p != probe() and p != 5 and p != None
+    assert p != probe() and p != 5 and p != None  # noqa: E711 - the operator is what is tried
 
 
 def test_HandleShowsItsClassAndItsObject():

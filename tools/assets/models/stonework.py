@@ -177,7 +177,7 @@ def stoneCeiling():
 def vaultRib():
     """Flat arch of stone across a room of 6 m, on corbels, 0.36 m wide; the room's ceiling rests on it."""
     mesh = Mesh()
-    half, spring, crown, deep, wide = 3.0, 2.28, 2.92, 0.30, 0.18
+    half, spring, crown, wide = 3.0, 2.28, 2.92, 0.18
     steps = 20
 
     def soffit(s):

@@ -460,4 +460,3 @@ def bolt():
     rod = Mesh()
     rod.lathe([(0.0, -0.08), (0.026, -0.08), (0.026, -0.05), (0.013, -0.05), (0.013, 0.06), (0.0, 0.09)], 8, smooth=0.3)
     return mesh.joined(rod.turned(turn_x, math.pi / 2)).scaled_uv(IRON)
-

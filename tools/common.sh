@@ -11,6 +11,8 @@ install_packages()
     wanted=$(awk -v commands=" $* " '!/^#/ && index(commands, " " $1 " ") { for (i = 2; i <= NF; ++i) print $i }' \
         tools/packages.txt)
     for name in $wanted; do
+        [[ $name == *:* ]] && command -v "${name#*:}" >/dev/null && continue
+        name=${name%:*}
         dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' || missing+=("$name")
     done
     [ ${#missing[@]} -eq 0 ] && return 0

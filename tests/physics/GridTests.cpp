@@ -462,12 +462,7 @@ TEST(BoundingVolume, CrowdThatMovesThroughTheGridAllocatesNothing)
     };
     for (int i = 0; i < 100; ++i)
         step();
-    const AllocationCount before = AllocationCount::now();
-    for (int i = 0; i < 30; ++i)
-        step();
-    const AllocationCount after = AllocationCount::now();
-    EXPECT_EQ(after.heap, before.heap);
-    EXPECT_EQ(after.categories, before.categories);
+    EXPECT_EQ(allocationsOf(step, 30), 0u);
 }
 
 TEST(MapData, GivesItsMapAGridOfItsSizeAndKeepsWhatStandsInIt)
@@ -541,11 +536,8 @@ TEST(DebugDraw, ShowsTheContactsOfTheLastDetectionOnlyWhileAskedTo)
         world.grid->resolveCollisions(0);
         world.grid->applyDebugDraw(counts);
     };
-    const std::size_t heap = AllocationCount::now().heap;
     world.grid->checkCollisions();
-    const std::size_t found = AllocationCount::now().heap;
-    world.grid->resolveCollisions(0);
-    EXPECT_EQ(AllocationCount::now().heap, found) << "nothing is kept for nobody; " << found - heap << " for contacts";
+    EXPECT_EQ(allocationsOf([&] { world.grid->resolveCollisions(0); }), 0u) << "nothing is kept for nobody";
     one.transform->setPosition(Vec4(0, 5, 0, 1));
     two.transform->setPosition(Vec4(0.75f, 5, 0, 1));
     config.setDebugDrawContacts(true);

@@ -118,9 +118,7 @@ TEST(MapData, FollowsThePlayerFromCellToCellAndTheWaypointsInOrder)
     const auto movedTo = [&](float x)
     {
         place->setPosition(Vec4(x, 1, 0, 1));
-        const AllocationCount before = AllocationCount::now();
-        world.data->doFrame();
-        EXPECT_EQ(AllocationCount::now().heap, before.heap);
+        EXPECT_EQ(allocationsOf([&] { world.data->doFrame(); }), 0u);
         return std::pair(world.data->hasPlayerMoved(), world.data->getPlayerHex().getX());
     };
     EXPECT_EQ(movedTo(0.f), std::pair(true, 5));

@@ -39,9 +39,8 @@ protected:
     /// Loads a component with the real device, which textures need.
     void load(GraphicsComponent2 &component)
     {
-        IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
+        const OnRealDevice real(*this);
         component.onLoadComplete();
-        graphics().replaceDevice(recorder);
     }
     QuadComponent2 &quad(Vec4 position, Vec4 scale, const char *texture)
     {
@@ -68,21 +67,6 @@ protected:
             if (line.starts_with("Draw"))
                 draws.push_back(line);
         return draws;
-    }
-    /// Blocks of memory that frames take once things have settled, without the recording device's journal.
-    std::size_t allocationsOfFrames(int frames)
-    {
-        IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
-        graphics().releaseInstanceBuffer();
-        for (int i = 0; i < 5; ++i)
-            drawFrame();
-        const AllocationCount before = AllocationCount::now();
-        for (int i = 0; i < frames; ++i)
-            drawFrame();
-        const AllocationCount after = AllocationCount::now();
-        graphics().releaseInstanceBuffer();
-        graphics().replaceDevice(recorder);
-        return after.heap - before.heap + after.categories - before.categories;
     }
     /// Red, green or blue of a pixel of the presented frame, as they lie in 0xAARRGGBB or the other way round.
     int green(int x, int y) { return static_cast<int>(presentedPixel(x, y) >> 8 & 255); }
@@ -131,9 +115,10 @@ TEST_F(Drawn, WhatIsClearInAQuadOfTheWorldHidesNothingBehindIt)
 {
     const std::uint8_t coverage[] = {255, 0};
     DynamicTextureAsset &halfClear = *construct<DynamicTextureAsset>(defaultAllocationCategory).lookup();
-    IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
-    halfClear.setCoverage({2, 1, coverage, {0, 0, 2, 1}});
-    graphics().replaceDevice(recorder);
+    {
+        const OnRealDevice real(*this);
+        halfClear.setCoverage({2, 1, coverage, {0, 0, 2, 1}});
+    }
     const auto square = [&](float z, float size) -> QuadComponent2 &
     {
         QuadComponent2 &made = make<QuadComponent2>(Vec4(0, 0, z, 1), Vec4(size, size, 1, 0), SceneGraph::WORLD_DEBUG);
@@ -313,9 +298,10 @@ TEST_F(Drawn, TerrainReadsItsImageAndLeansAsItRises)
 
     file.write({'n', 'o', ' ', 'i', 'm', 'a', 'g', 'e'});
     const std::size_t logged = countLogLines("is flat: ");
-    IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
-    terrain.setHeightMapName(terrain.getHeightMapName());
-    graphics().replaceDevice(recorder);
+    {
+        const OnRealDevice real(*this);
+        terrain.setHeightMapName(terrain.getHeightMapName());
+    }
     EXPECT_EQ(countLogLines("is flat: "), logged + 1);
     EXPECT_EQ(terrain.getColumns(), 2);
     EXPECT_EQ(terrain.getHeight(0.5f, 5), 0);

@@ -26,7 +26,7 @@ protected:
     {
         PartitioningGrid &grid = mapWithGrid();
         const Handle<Object> map = grid.getAncestorOfType<MapRootEntity>();
-        IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice()); // textures need the real one
+        const OnRealDevice real(*this);
         const Handle<Entity> square = level.entity("square", map);
         level.transform(square, Vec4(0, 0, 4, 1));
         ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(square, "graphics2").lookup();
@@ -49,18 +49,10 @@ protected:
             thing("thing", layer);
         putInGrid(grid, thing("decal", SceneGraph::DECAL, 0, map), Vec4(0, 0, 4, 1));
         level.frame(); // volumes enter the grid
-        graphics().releaseInstanceBuffer();
-        graphics().replaceDevice(recorder);
     }
     ~Faults() override = default;
 
-    ScreenPicture picture()
-    {
-        graphics().releaseInstanceBuffer(); // the recorder's does not fit the real device, nor the other way round
-        const ScreenPicture drawn = drawPicture(*this);
-        graphics().releaseInstanceBuffer();
-        return drawn;
-    }
+    ScreenPicture picture() { return drawPicture(*this); }
 };
 
 } // namespace
@@ -116,7 +108,7 @@ TEST_F(WindowFaults, WindowOfAnotherSizeShowsTheWholeSceneAndTheFormerSizeTheSam
 TEST_F(WindowFaults, CountsOfTheLastFrameAreThoseOfWhatWasDrawn)
 {
     picture();
-    IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice()); // which counts
+    const OnRealDevice real(*this);
     EXPECT_EQ(graphics().getDrawCallCount(), 9);
     EXPECT_EQ(graphics().getInstanceCount(), 9);
     EXPECT_GE(graphics().getTriangleCount(), 8 * 2 + 4) << "eight quads and the cone";
@@ -126,5 +118,4 @@ TEST_F(WindowFaults, CountsOfTheLastFrameAreThoseOfWhatWasDrawn)
     picture();
     EXPECT_EQ(graphics().getInstanceCount(), 10);
     EXPECT_EQ(graphics().getDrawCallCount(), 9) << "it shares a draw call";
-    graphics().replaceDevice(recorder);
 }

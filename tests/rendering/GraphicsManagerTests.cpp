@@ -35,9 +35,8 @@ protected:
         model.setMesh(graphics().getFullScreenQuad());
         model.setEmissiveTextureName(emissive);
         model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
-        IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice()); // textures need the real one
+        const OnRealDevice real(*this);
         model.onLoadComplete();
-        graphics().replaceDevice(recorder);
     }
 
     /// What a frame's passes bind as their first target and clear, in order, without repetitions of a binding.
@@ -263,16 +262,5 @@ TEST_F(Frame, SteadyFrameAllocatesNothing)
     light.effect = SCS("lights.fx");
     light.technique = SCS("SphereLight");
     putInGrid(mapWithGrid(), light, Vec4(0, 0, 4, 1));
-    // The brackets belong to the frame, the recording device's journal does not.
-    IDirect3DDevice9 *recorder = graphics().replaceDevice(realGraphicsDevice());
-    graphics().releaseInstanceBuffer();
-    for (int i = 0; i < 5; ++i)
-        drawFrame();
-    const AllocationCount before = AllocationCount::now();
-    drawFrame();
-    const AllocationCount after = AllocationCount::now();
-    graphics().releaseInstanceBuffer();
-    graphics().replaceDevice(recorder);
-    EXPECT_EQ(after.heap - before.heap, 0u) << "operator new";
-    EXPECT_EQ(after.categories - before.categories, 0u) << "the engine's allocators";
+    EXPECT_EQ(allocationsOfFrames(1), 0u);
 }

@@ -2,6 +2,7 @@
 
 #include "rendering/frame/RenderParams.h"
 #include "platform/window/WindowSystem2.h"
+#include "support/AllocationCount.h"
 #include "support/TemporaryFile.h"
 
 #include "object/python/PythonCalls.h"
@@ -106,11 +107,31 @@ std::vector<std::string> RenderingWorld::journalOfPasses()
     return passes;
 }
 
+RenderingWorld::OnRealDevice::OnRealDevice(RenderingWorld &world)
+    : world(world), recorder(world.graphics().replaceDevice(world.realDevice))
+{
+    world.graphics().releaseInstanceBuffer();
+}
+
+RenderingWorld::OnRealDevice::~OnRealDevice()
+{
+    world.graphics().releaseInstanceBuffer();
+    world.graphics().replaceDevice(recorder);
+}
+
+std::size_t RenderingWorld::allocationsOfFrames(int frames)
+{
+    const OnRealDevice real(*this);
+    for (int i = 0; i < 5; ++i)
+        drawFrame();
+    return allocationsOf([this] { drawFrame(); }, frames);
+}
+
 unsigned RenderingWorld::presentedPixel(int x, int y)
 {
     // The PNG is read back by the same texture loader that content goes through.
     const TemporaryFile file("pixel.png");
-    IDirect3DDevice9 *recorder = graphics().replaceDevice(realDevice);
+    const OnRealDevice real(*this);
     graphics().captureScreen(file.name());
     drawFrame();
     IDirect3DTexture9 *picture = nullptr;
@@ -121,6 +142,5 @@ unsigned RenderingWorld::presentedPixel(int x, int y)
         std::memcpy(&color, static_cast<char *>(rows.pBits) + y * rows.Pitch + x * 4, sizeof(color));
     if (picture)
         picture->Release();
-    graphics().replaceDevice(recorder);
     return color;
 }

@@ -29,6 +29,22 @@ struct GraphicsSystem2TestAccess
 class RenderingWorld
 {
 public:
+    /// Takes the recording device out of the way for its scope: textures need the real one, and so does who counts.
+    ///
+    /// Buffers of one device cannot be used with the other, so the instance ring is made anew on the way out.
+    class OnRealDevice
+    {
+    public:
+        explicit OnRealDevice(RenderingWorld &world);
+        ~OnRealDevice();
+        OnRealDevice(const OnRealDevice &) = delete;
+        OnRealDevice &operator=(const OnRealDevice &) = delete;
+
+    private:
+        RenderingWorld &world;
+        IDirect3DDevice9 *recorder;
+    };
+
     static constexpr int WIDTH = 160;
     static constexpr int HEIGHT = 90;
 
@@ -46,6 +62,8 @@ public:
     void drawFrame();
     /// The device's journal of one frame's passes, without its brackets.
     std::vector<std::string> journalOfPasses();
+    /// Blocks of memory that frames take once things have settled, brackets included.
+    std::size_t allocationsOfFrames(int frames);
     /// Colour of a pixel of the last presented frame, 0xAARRGGBB.
     unsigned presentedPixel(int x, int y);
 

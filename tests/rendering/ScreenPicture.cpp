@@ -20,10 +20,9 @@ ScreenPicture drawPicture(RenderingWorld &world)
 {
     // The PNG is read back by the same texture loader that content goes through.
     const TemporaryFile file("picture.png");
-    IDirect3DDevice9 *recorder = world.graphics().replaceDevice(world.realGraphicsDevice());
+    const RenderingWorld::OnRealDevice real(world);
     world.graphics().captureScreen(file.name());
     world.level.frame();
-    world.graphics().replaceDevice(recorder);
 
     ScreenPicture picture;
     IDirect3DTexture9 *texture = nullptr;

@@ -19,9 +19,6 @@ namespace
 class ScreenText : public testing::Test, public RenderingWorld
 {
 protected:
-    ScreenText() { recorder = graphics().replaceDevice(realGraphicsDevice()); } // textures need the real one
-    ~ScreenText() override { graphics().replaceDevice(recorder); }
-
     TextComponent2 &text(const char *shown, Vec4 place = Vec4(0, 0, 0, 1))
     {
         const Handle<Entity> entity = level.entity("text");
@@ -39,8 +36,7 @@ protected:
         return port::lastFrameStats(realGraphicsDevice()).uploadBytes;
     }
 
-private:
-    IDirect3DDevice9 *recorder;
+    const OnRealDevice real{*this};
 };
 
 } // namespace
@@ -84,11 +80,7 @@ TEST_F(ScreenText, StandingTextUploadsAndAllocatesNothing)
     for (int i = 0; i < 3; ++i)
         level.frame();
     const std::uint64_t standing = uploadedBytesOfAFrame();
-    const AllocationCount before = AllocationCount::now();
-    for (int i = 0; i < 5; ++i)
-        level.frame();
-    EXPECT_EQ(AllocationCount::now().heap, before.heap);
-    EXPECT_EQ(AllocationCount::now().categories, before.categories);
+    EXPECT_EQ(allocationsOf([this] { level.frame(); }, 5), 0u);
     EXPECT_EQ(uploadedBytesOfAFrame(), standing);
     shown.setText(SCS("und im Flur roch es"));
     EXPECT_GT(uploadedBytesOfAFrame(), standing + 1000) << "a change does";

@@ -86,21 +86,22 @@ TEST(ViewVolume, ShadowPassLeavesOutWhatStandsBesideTheConeOfItsLight)
 {
     RenderingWorld world;
     const Handle<Object> map = world.mapWithGrid().getAncestorOfType<MapRootEntity>();
-    IDirect3DDevice9 *recorder = world.graphics().replaceDevice(world.realGraphicsDevice());
-    // The window is wider than high: at 8 m, the frustum reaches 5.9 m to the side, the cone 3.3 m.
-    for (const float x : {0.0f, 4.8f, 30.0f})
     {
-        const Handle<Entity> entity = world.level.entity("model", map);
-        world.level.transform(entity, Vec4(x, 0, 8, 1)).lookup()->setScale(Vec4(0.3f, 0.3f, 0.3f, 0));
-        ModelGraphicsComponent2 &model = *world.level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
-        model.setMesh(world.graphics().getFullScreenQuad());
-        model.setLayer(SceneGraph::WORLD);
-        model.onLoadComplete();
-        world.level.component<BoundingVolume>(entity, "boundingVolume").lookup()->setHitBox(Vec4(1, 1, 1, 0));
+        const RenderingWorld::OnRealDevice real(world);
+        // The window is wider than high: at 8 m, the frustum reaches 5.9 m to the side, the cone 3.3 m.
+        for (const float x : {0.0f, 4.8f, 30.0f})
+        {
+            const Handle<Entity> entity = world.level.entity("model", map);
+            world.level.transform(entity, Vec4(x, 0, 8, 1)).lookup()->setScale(Vec4(0.3f, 0.3f, 0.3f, 0));
+            ModelGraphicsComponent2 &model =
+                *world.level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
+            model.setMesh(world.graphics().getFullScreenQuad());
+            model.setLayer(SceneGraph::WORLD);
+            model.onLoadComplete();
+            world.level.component<BoundingVolume>(entity, "boundingVolume").lookup()->setHitBox(Vec4(1, 1, 1, 0));
+        }
+        world.level.frame();
     }
-    world.level.frame();
-    world.graphics().releaseInstanceBuffer();
-    world.graphics().replaceDevice(recorder);
 
     GraphicsSystem2::SceneRenderParams params;
     params.viewer = world.camera;

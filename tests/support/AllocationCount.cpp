@@ -69,10 +69,17 @@ void operator delete(void *block, std::size_t, std::align_val_t) noexcept
     std::free(block);
 }
 
-AllocationCount AllocationCount::now()
+std::size_t allocationsOf(const std::function<void()> &step, int times)
 {
-    AllocationCount count{heapAllocations, 0};
-    for (const AllocationCategory *category = AllocationCategory::getFirst(); category; category = category->getNext())
-        count.categories += category->allocationsEver;
-    return count;
+    const auto taken = []
+    {
+        std::size_t count = heapAllocations;
+        for (auto *category = AllocationCategory::getFirst(); category; category = category->getNext())
+            count += category->allocationsEver;
+        return count;
+    };
+    const std::size_t before = taken();
+    for (int i = 0; i < times; ++i)
+        step();
+    return taken() - before;
 }

@@ -1,13 +1,8 @@
-// AllocationCount: how often memory has been taken in this program, for tests that say that nothing takes any.
+// AllocationCount: how often memory is taken in this program, for tests that say that nothing takes any.
 #pragma once
 
 #include <cstddef>
+#include <functional>
 
-/// Running totals; the difference of two is what lay between.
-struct AllocationCount
-{
-    std::size_t heap;       ///< calls of operator new, by this thread
-    std::size_t categories; ///< blocks taken from the engine's allocators
-
-    static AllocationCount now();
-};
+/// Calls of operator new by this thread, and blocks taken from the engine's allocators, while a step is repeated.
+std::size_t allocationsOf(const std::function<void()> &step, int times = 1);

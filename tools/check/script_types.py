@@ -14,7 +14,7 @@ def findings(root):
     except node_tools.MissingTool as missing:
         yield str(missing)
         return
-    result = subprocess.run([str(checker), "--project", "tools/check/pyrightconfig.json", "--pythonpath",
+    result = subprocess.run([str(checker), "--project", "pyrightconfig.json", "--pythonpath",
                              "/usr/bin/python3", "--outputjson"], cwd=root, capture_output=True, text=True, check=False)
     try:
         report = json.loads(result.stdout)

@@ -299,7 +299,7 @@ TEST(Bodies, CrowdInContactAllocatesNothing)
                   Vec4(static_cast<float>(i % 10) * 0.8f, 0.5f, static_cast<float>(i / 10) * 0.8f, 1));
     for (int i = 0; i < 40; ++i)
         world.level.frame();
-    EXPECT_EQ(allocationsOf([&] { world.level.frame(); }, 20), 0u) << "contacts come from a pool";
+    EXPECT_EQ(heapAllocationsOf([&] { world.level.frame(); }, 20), 0u) << "contacts come from a pool";
 }
 
 TEST(Shapes, SegmentsPointsAndEdgesMeetWhereTheyShould)

@@ -165,7 +165,7 @@ TEST(ForceVolumes, OutliveWhatDiesInsideAndBadInputAndAllocateNothing)
                        BoundingVolume::BV_SPHERE));
     lift.run(60);
     EXPECT_EQ(lift.force->getProjectileCount(), 40);
-    EXPECT_EQ(allocationsOf([&] { lift.run(20); }), 0u);
+    EXPECT_EQ(heapAllocationsOf([&] { lift.run(20); }), 0u);
     for (int i = 0; i < 30; ++i)
         balls[static_cast<std::size_t>(i)].entity.lookup()->murder();
     lift.run(2);

@@ -69,17 +69,24 @@ void operator delete(void *block, std::size_t, std::align_val_t) noexcept
     std::free(block);
 }
 
+std::size_t heapAllocationsOf(const std::function<void()> &step, int times)
+{
+    const std::size_t before = heapAllocations;
+    for (int i = 0; i < times; ++i)
+        step();
+    return heapAllocations - before;
+}
+
 std::size_t allocationsOf(const std::function<void()> &step, int times)
 {
-    const auto taken = []
+    const auto blocks = []
     {
-        std::size_t count = heapAllocations;
+        std::size_t count = 0;
         for (auto *category = AllocationCategory::getFirst(); category; category = category->getNext())
             count += category->allocationsEver;
         return count;
     };
-    const std::size_t before = taken();
-    for (int i = 0; i < times; ++i)
-        step();
-    return taken() - before;
+    const std::size_t before = blocks();
+    const std::size_t heap = heapAllocationsOf(step, times);
+    return heap + blocks() - before;
 }

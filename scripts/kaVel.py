@@ -20,7 +20,7 @@ import functools
 import importlib
 import inspect
 import traceback
-from typing import TYPE_CHECKING, Any, Callable, ParamSpec, TypeVar
+from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, TypeVar
 
 import _kaVel
 import bindings
@@ -207,15 +207,19 @@ def interpolate(handle: Object, name: str, final: Any, seconds: float, start: An
     Reflection.interpolateProperty(handle, name, start, final, seconds)
 
 
+def nearestHint(name: str, known: Iterable[str]) -> str:
+    """"; did you mean 'wood'?" out of known names for one that is not among them, or nothing if none is similar."""
+    import difflib
+    near = difflib.get_close_matches(name, sorted(known), n=1)
+    return '; did you mean %r?' % near[0] if near else ''
+
+
 def messageType(name: str) -> IReflectedThing:
     """The message of this name; KeyError that names the nearest one if there is none."""
     try:
         return messageTypes[name]
     except KeyError:
-        import difflib
-        near = difflib.get_close_matches(name, list(messageTypes), n=1)
-        hint = '; did you mean %r?' % near[0] if near else ''
-        raise KeyError('no message %r%s' % (name, hint)) from None
+        raise KeyError('no message %r%s' % (name, nearestHint(name, messageTypes))) from None
 
 
 def subscribe(messageName: str, handler: Callable[..., Any], office: PostOffice_ | BranchPostOffice = PostOffice):

@@ -21,7 +21,7 @@ def Decal(parent: kaVel.Object, name: str = '', picture: str = '', at: Triple = 
     """
     decal = placed(parent, name, at=at, turn=turn, pitch=pitch, roll=roll, scale=(size[0], size[1], depth))
     addVolume(decal, (max(size[0], depth), size[1], max(size)), 'BV_PARTITIONING_DUMMY')
-    kaVel.addComponent(decal, 'graphics2', 'DecalComponent', layer='DECAL', textureName=picture + '.dds', alpha=alpha)
+    kaVel.addComponent(decal, 'graphics2', 'DecalComponent', layer='DECAL', textureName=picture, alpha=alpha)
     return decal
 
 
@@ -85,7 +85,7 @@ def Picture(parent: kaVel.Object, name: str = '', picture: str = '', at: Pair = 
             anchor: Anchor = ('H_CENTER', 'V_CENTER'), depth: float = 1.0):
     """A picture on the screen; `at` in shares of the window, `size` in shares of the window's longer side."""
     quad, anchors = _onScreen(parent, name, at, (size[0], size[1], 1), anchor, depth)
-    kaVel.addComponent(quad, 'graphics2', 'QuadComponent2', layer='SCREEN', textureName=picture + '.dds', **anchors)
+    kaVel.addComponent(quad, 'graphics2', 'QuadComponent2', layer='SCREEN', textureName=picture, **anchors)
     return quad
 
 

@@ -1,58 +1,39 @@
 """Models and the surfaces that they wear."""
 
+import os
 from typing import Any
 
 import kaVel
 from objects.Placing import Triple, addVolume, isInMap, layerFor, placed
 
-#: Surface -> the maps it has besides the diffuse one, whose files are <surface><Map>.dds.
-SURFACES = {
-    'bark': ('Normal',),
-    'boards': ('Normal', 'Specular'),
-    'books': ('Normal', 'Specular'),
-    'bottleGlass': ('Normal', 'Specular'),
-    'brass': ('Normal', 'Specular'),
-    'brick': ('Normal',),
-    'ceramic': ('Normal', 'Specular'),
-    'clockFace': ('Normal', 'Specular'),
-    'cloth': ('Normal',),
-    'concrete': ('Normal', 'Specular'),
-    'earth': ('Normal', 'Specular'),
-    'embers': ('Normal', 'Emissive'),
-    'firebox': ('Normal', 'Emissive'),
-    'flagstones': ('Normal', 'Specular'),
-    'flame': ('Emissive',),
-    'glassAmber': ('Emissive',),
-    'glassBlue': ('Emissive',),
-    'glassGreen': ('Emissive',),
-    'glassRed': ('Emissive',),
-    'hollow': (),
-    'iron': ('Normal', 'Specular'),
-    'lampShade': ('Normal', 'Emissive'),
-    'landscape': ('Normal', 'Specular'),
-    'leather': ('Normal', 'Specular'),
-    'lens': ('Emissive',),
-    'marble': ('Normal', 'Specular'),
-    'nightCloud': ('Emissive',),
-    'nightSky': ('Emissive',),
-    'nightWindow': ('Normal', 'Specular', 'Emissive'),
-    'paper': ('Normal',),
-    'plaster': ('Normal',),
-    'portrait': ('Normal', 'Specular'),
-    'rug': ('Normal',),
-    'rust': ('Normal', 'Specular'),
-    'stone': ('Normal', 'Specular'),
-    'tiles': ('Normal', 'Specular'),
-    'wallpaper': ('Normal', 'Specular'),
-    'wax': ('Normal', 'Specular', 'Emissive'),
-    'wood': ('Normal', 'Specular'),
-}
+#: What the names of a surface's maps end with, besides the diffuse one.
+MAPS = ('Normal', 'Specular', 'Emissive')
+TEXTURES = os.path.join('..', 'assets', 'textures')
+
+_textures: set[str] = set()
+
+
+def _mapsThere(surface: str) -> list[str]:
+    """What the names of the files of a surface end with, of which '' is a picture of its bare name."""
+    return [kind for kind in ('Diffuse', '', *MAPS) if surface + kind in _textures]
 
 
 def mapsOf(surface: str) -> dict[str, Any]:
-    """The texture properties of a drawn component that shows a surface of SURFACES."""
-    maps = {kind.lower() + 'TextureName': surface + kind + '.dds' for kind in SURFACES[surface]}
-    return dict(maps, textureName=surface + 'Diffuse.dds')
+    """The texture properties of a drawn component that shows a surface.
+
+    A surface is the files in the texture folder that begin with its name, .dds or .png: woodDiffuse and what there is of
+    woodNormal, woodSpecular and woodEmissive make the surface 'wood'. A picture named just 'wood' does for the diffuse
+    map. KeyError that names the nearest surface if there is none.
+    """
+    if not _mapsThere(surface):
+        _textures.update(os.path.splitext(file)[0] for file in os.listdir(TEXTURES) if file.endswith(('.dds', '.png')))
+    there = _mapsThere(surface)
+    if not there:
+        known = {name.removesuffix('Diffuse') for name in _textures if not name.endswith(MAPS)}
+        raise KeyError('no surface %r%s' % (surface, kaVel.nearestHint(surface, known)))
+    maps = {kind.lower() + 'TextureName': surface + kind for kind in MAPS if kind in there}
+    # A surface that has lost its diffuse map asks for it all the same, so that the log names it.
+    return dict(maps, textureName=surface if there[0] == '' else surface + 'Diffuse')
 
 
 _bounds: dict[str, tuple[Triple, Triple]] = {}
@@ -76,7 +57,7 @@ def reachOf(meshName: str) -> Triple:
 
 def model(entity: kaVel.Entity, meshName: str, surface: str, moving: bool = False, castShadows: bool = True,
           scale: Triple = (1, 1, 1)):
-    """Gives an entity the look of a model file with a surface of SURFACES, and the box that the grid finds it by."""
+    """Gives an entity the look of a model file with a surface, and the box that the grid finds it by."""
     if isInMap(entity):
         x, y, z = reachOf(meshName)
         sides = x * scale[0], y * scale[1], z * scale[2]

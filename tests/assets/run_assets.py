@@ -100,18 +100,15 @@ def test_textures_that_repeat_show_no_seam(_):
 
 
 def test_every_model_and_surface_that_the_patterns_name_is_there(_):
-    surfaces, parts = {}, []
+    parts = []
     modules = sorted((ROOT / "scripts" / "objects").glob("*.py"))
     for node in (node for path in modules for node in ast.walk(ast.parse(path.read_text(encoding="utf-8")))):
-        if isinstance(node, ast.Assign) and getattr(node.targets[0], "id", "") == "SURFACES":
-            surfaces = ast.literal_eval(node.value)
         if isinstance(node, ast.Call) and getattr(node.func, "id", "") == "thing":
             parts += [(word.arg, word.value.value) for word in node.keywords if isinstance(word.value.value, str)]
     assert len(parts) > 30
     for mesh, surface in parts:
         assert (MODELS / (mesh + ".kaVelModel")).exists(), mesh
-        for kind in ("Diffuse",) + surfaces[surface]:
-            assert (TEXTURES / (surface + kind + ".dds")).exists(), surface + kind
+        assert (TEXTURES / (surface + "Diffuse.dds")).exists(), surface
 
 
 def main():

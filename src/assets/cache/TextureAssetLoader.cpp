@@ -1,6 +1,7 @@
 #include "assets/cache/TextureAssetLoader.h"
 
 #include "assets/cache/TextureAsset.h"
+#include "assets/cache/TextureLookup.h"
 
 Handle<Asset> TextureAssetLoader::startLoad(String assetName, ReflectorPtr callback, RequestHandle h)
 {
@@ -8,7 +9,7 @@ Handle<Asset> TextureAssetLoader::startLoad(String assetName, ReflectorPtr callb
     const auto asset = hAsset.lookup();
     asset->setName(assetName);
     asset->setParent(getHandle());
-    asset->setFileName(SCS("..\\assets\\textures\\") + assetName);
+    asset->setFileName(findTextureFile(assetName));
     asset->addListener(callback, h);
     asset->startLoad();
     return hAsset;

@@ -1,9 +1,9 @@
-// TextureAssetLoader: texture names, with their extension, to textures.
+// TextureAssetLoader: texture names to textures.
 #pragma once
 
 #include "assets/cache/AssetLoader.h"
 
-/// Loads textures from "..\assets\textures\"; a name carries its extension, as "black.dds".
+/// Loads textures from "..\assets\textures\" by names as "black.dds", or "black" for what is there of .dds and .png.
 class TextureAssetLoader : public AssetLoader
 {
     KV_REFLECTED(TextureAssetLoader)

@@ -34,7 +34,7 @@ public:
     /// The picture.
     void setTexture(Handle<TextureAsset> val) { texture = val; }
     String getTextureName() const { return textureName; }
-    /// File name of the picture, with extension.
+    /// Name of the picture's file.
     void setTextureName(const String &val);
 
 private:

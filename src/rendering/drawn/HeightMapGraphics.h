@@ -34,7 +34,7 @@ public:
     float getHeight(float x, float z) const;
 
     String getHeightMapName() const { return heightMapName; }
-    /// File name of the image, with extension; the terrain has one point a pixel, at most 513 along a side.
+    /// Name of the image's file; the terrain has one point a pixel, at most 513 along a side.
     ///
     /// An image has 256 heights; a DDS of 32-bit floats has finer ones. An empty name leaves the heights as they are.
     void setHeightMapName(const String &val);

@@ -41,7 +41,7 @@ public:
     /// Keeps another texture with the light, and its name; no technique reads it.
     void setTexture(Handle<TextureAsset> val);
     String getTextureName() const { return textureName; }
-    /// File name of the texture, with extension; it is requested at once.
+    /// Name of the texture's file; it is requested at once.
     void setTextureName(const String &val);
     Handle<MeshAsset> getMesh() const { return mesh; }
     /// Draws the light's volume with another mesh until isSpot is set the next time.

@@ -13,8 +13,8 @@ class TextureAsset;
 
 /// The diffuse, normal, emissive and specular map of a drawn component, each with the name that it was asked for by.
 ///
-/// A name is that of a file in the texture folder, with extension. From load on, a new name requests its map at once;
-/// a map that fails to load leaves a gap, never a fault. A drawn class derives from it beside its own base, and has the
+/// A name is that of a file in the texture folder; without an extension the .dds file goes before the .png file. From
+/// load on, a new name requests its map at once; a map that fails to load leaves a gap, never a fault. A drawn class derives from it beside its own base, and has the
 /// maps as properties.
 class SurfaceTextures
 {
@@ -24,28 +24,28 @@ public:
     /// Diffuse map.
     void setTexture(Handle<TextureAsset> val) { texture = val; }
     String getTextureName() const { return textureName; }
-    /// File name of the diffuse map, with extension; an empty one takes the map away.
+    /// Name of the diffuse map's file; an empty one takes the map away.
     void setTextureName(const String &val);
 
     Handle<TextureAsset> getNormalTexture() const { return normalTexture; }
     /// Normal map, in tangent space.
     void setNormalTexture(Handle<TextureAsset> val) { normalTexture = val; }
     String getNormalTextureName() const { return normalTextureName; }
-    /// File name of the normal map, with extension; "flatNormal.dds" where none is given.
+    /// Name of the normal map's file; "flatNormal.dds" where none is given.
     void setNormalTextureName(const String &val);
 
     Handle<TextureAsset> getEmissiveTexture() const { return emissiveTexture; }
     /// Light that the surface gives off by itself.
     void setEmissiveTexture(Handle<TextureAsset> val) { emissiveTexture = val; }
     String getEmissiveTextureName() const { return emissiveTextureName; }
-    /// File name of the emissive map, with extension; "black.dds" where none is given.
+    /// Name of the emissive map's file; "black.dds" where none is given.
     void setEmissiveTextureName(const String &val);
 
     Handle<TextureAsset> getSpecularTexture() const { return specularTexture; }
     /// Colour and strength of highlights.
     void setSpecularTexture(Handle<TextureAsset> val) { specularTexture = val; }
     String getSpecularTextureName() const { return specularTextureName; }
-    /// File name of the specular map, with extension; "black.dds" where none is given.
+    /// Name of the specular map's file; "black.dds" where none is given.
     void setSpecularTextureName(const String &val);
 
     /// The maps, to be compared: surfaces that wear the same ones can share a draw call.
@@ -72,5 +72,5 @@ private:
     bool texturesLoaded = false; ///< asked for; a name set before that requests nothing yet
 };
 
-/// Requests a texture by its file name, with extension; a file that does not load is logged and draws as black.
+/// Requests a texture by the name of its file; a file that does not load is logged and draws as black.
 Handle<TextureAsset> requestTexture(const String &fileName);

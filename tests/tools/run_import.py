@@ -3,31 +3,17 @@
 Every case imports one marker, a tetrahedron whose tips lie 1 m to its own right, 2 m above and 3 m ahead of its foot,
 written as each format would hold it. However the file is turned, the model has to come out the same.
 """
-import argparse
-import base64
-import json
+import os
 import pathlib
-import struct
-import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "tools" / "assets"), str(ROOT / "tests" / "support")]
-import cases
 import check_model
 import model_file
+from sources import FACES, POINTS, fbx, gltf, main, run, text_of_obj
 
-TOOL = None
-# Right-handed, y up, front +z, so that the model's own right is -x. Faces are counter-clockwise from outside.
-POINTS = [(0, 0, 0), (-1, 0, 0), (0, 2, 0), (0, 0, 3)]
-FACES = [(0, 1, 2), (0, 3, 1), (0, 2, 3), (1, 3, 2)]
-TEXTURE = [(0, 0), (1, 0), (0, 1)]  # of every face; v counts upwards, as in .obj and .fbx
 MARKER = [(0, 0, 0), (0, 0, 3), (0, 2, 0), (1, 0, 0)]  # in the engine
-
-
-def run(*words):
-    result = subprocess.run([str(TOOL), *map(str, words)], capture_output=True, text=True, check=False, timeout=60)
-    return result.returncode, result.stdout + result.stderr
 
 
 def imported(source, *words):
@@ -53,55 +39,6 @@ def expect_marker(indices, vertices):
         corners = [vertices[i] for i in indices[start:start + 3]]
         middle = [sum(corner[k] for corner in corners) / 3 - (0.25, 0.5, 0.75)[k] for k in range(3)]
         assert sum(middle[k] * corners[0][3 + k] for k in range(3)) > 0, "a normal looks inwards"
-
-
-def text_of_obj(points=POINTS, faces=FACES):
-    lines = ["# marker"] + ["v " + " ".join(map(str, point)) for point in points]
-    lines += ["vt %g %g" % uv for uv in TEXTURE]
-    lines += ["f " + " ".join(f"{i + 1}/{k + 1}" for k, i in enumerate(face)) for face in faces]
-    return "\n".join(lines) + "\n"
-
-
-def gltf(folder, points=POINTS, faces=FACES, node=None, name="marker.gltf", mode=4, break_buffer=False, meshes=True):
-    vertices = b"".join(struct.pack("<3f", *point) for point in points)
-    indices = b"".join(struct.pack("<3H", *face) for face in faces)
-    data = base64.b64encode(vertices + indices).decode()
-    document = {
-        "asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
-        "nodes": [dict(node or {}, name="stand", **({"mesh": 0} if meshes else {}))],
-        "buffers": [{"byteLength": len(vertices + indices),
-                     "uri": "gone.bin" if break_buffer else "data:application/octet-stream;base64," + data}],
-        "bufferViews": [{"buffer": 0, "byteOffset": 0, "byteLength": len(vertices)},
-                        {"buffer": 0, "byteOffset": len(vertices), "byteLength": len(indices)}],
-        "accessors": [{"bufferView": 0, "componentType": 5126, "count": len(points), "type": "VEC3",
-                       "min": [-9, -9, -9], "max": [9, 9, 9]},
-                      {"bufferView": 1, "componentType": 5123, "count": 3 * len(faces), "type": "SCALAR"}],
-    }
-    if meshes:
-        document["meshes"] = [{"name": "body", "primitives": [
-            {"attributes": {"POSITION": 0}, "indices": 1, "mode": mode}]}]
-    path = folder / name
-    path.write_text(json.dumps(document))
-    return path
-
-
-def fbx(folder, points, unit, up, front, mesh=True, name="marker.fbx"):
-    """A text file of the format, its axes and unit as the settings name them: (axis, sign)."""
-    corners = ",".join(f"{a},{b},{-c - 1}" for a, b, c in FACES)
-    settings = "".join(f'  P: "{key}", "int", "Integer", "",{value}\n' for key, value in (
-        ("UpAxis", up[0]), ("UpAxisSign", up[1]), ("FrontAxis", front[0]), ("FrontAxisSign", front[1])))
-    text = "; FBX 7.3.0 project file\n; ---------------\nFBXHeaderExtension: {\n FBXHeaderVersion: 1003\n" \
-           " FBXVersion: 7300\n}\nGlobalSettings: {\n Version: 1000\n Properties70: {\n" + settings + \
-           f'  P: "UnitScaleFactor", "double", "Number", "",{unit}\n' " }\n}\nObjects: {\n"
-    if mesh:
-        text += ' Geometry: 1, "Geometry::body", "Mesh" {\n  Vertices: *12 {\n   a: ' + \
-                ",".join(str(v) for p in points for v in p) + "\n  }\n  PolygonVertexIndex: *12 {\n   a: " + corners + \
-                "\n  }\n }\n" ' Model: 2, "Model::stand", "Mesh" {\n  Version: 232\n  Properties70: {\n' \
-                '   P: "Lcl Translation", "Lcl Translation", "", "A",0,0,0\n  }\n }\n'
-    text += "}\nConnections: {\n" + (' C: "OO",2,0\n C: "OO",1,2\n' if mesh else "") + "}\n"
-    path = folder / name
-    path.write_text(text)
-    return path
 
 
 def test_obj_comes_out_with_its_front_ahead_and_its_texture_upright(folder):
@@ -173,7 +110,10 @@ def test_split_writes_one_file_a_material_and_merge_one_for_all(folder):
         assert len(model_file.read(path)[0][1]) == 6
 
 
-def test_each_fault_is_named_and_leaves_the_old_model_alone(folder):
+def test_each_fault_is_named_and_leaves_the_old_model_alone(top):
+    folder = top / "model"
+    folder.mkdir()
+
     def obj(text):
         (folder / "bad.obj").write_text(text)
         return folder / "bad.obj"
@@ -182,17 +122,45 @@ def test_each_fault_is_named_and_leaves_the_old_model_alone(folder):
         (folder / name).write_bytes(data)
         return folder / name
 
-    infinite = [(3e38, 0, 0)] + POINTS[1:]
+    def image_outside(document):
+        document["materials"] = [{"pbrMetallicRoughness": {"baseColorTexture": {"index": 0}}}]
+        document["textures"], document["images"] = [{"source": 0}], [{"uri": "../outside.png"}]
+        document["meshes"][0]["primitives"][0]["material"] = 0
+
+    def buffer(name):
+        return gltf(folder, name="bad.gltf", edit=lambda document: document["buffers"][0].update(uri=name))
+
+    def nested(document):
+        document["nodes"] = [{"children": [i + 1]} for i in range(20000)] + [{"mesh": 0}]
+
+    def mtllib(name):
+        return obj(f"mtllib {name}\n" + text_of_obj())
+
+    os.mkfifo(folder / "pipe.obj")
+    (top / "outside.bin").write_bytes(bytes(999))
+    (folder / "link.bin").symlink_to(top / "outside.bin")
+    far = [(3e38, 0, 0)] + POINTS[1:]
+    polygon = "".join(f"v {i} {i * i % 7} 0\n" for i in range(600000))
     faults = {
         "There is no \"bad.glb\" in": lambda: folder / "bad.glb",
         "it is a folder": lambda: folder,
         "format '.blend' is unknown": lambda: named("bad.blend"),
         "cannot be read": lambda: named("bad.glb"),
         "it is empty": lambda: named("bad.fbx", b""),
-        "gone.bin": lambda: gltf(folder, break_buffer=True, name="bad.gltf"),
+        "gone.bin": lambda: buffer("gone.bin"),
+        "names '../outside.bin', which lies outside its folder": lambda: buffer("../outside.bin"),
+        "names 'link.bin', which lies outside": lambda: buffer("link.bin"),
+        "picture '../outside.png', which lies outside": lambda: gltf(folder, name="bad.gltf", edit=image_outside),
+        "names '../none.mtl', which lies outside": lambda: mtllib("../none.mtl"),
+        "names 'pipe.obj', which is no plain file": lambda: mtllib("pipe.obj"),
+        "it is no plain file": lambda: folder / "pipe.obj",
+        "has 600000 corners": lambda: obj(polygon + "f " + " ".join(map(str, range(1, 600001)))),
+        "more than 1000 levels deep": lambda: gltf(folder, name="bad.gltf", edit=nested),
+        "its reader broke down": lambda: named("bad.gltf", b"[" * 5000000),
         "no mesh": lambda: fbx(folder, POINTS, 1, (1, 1), (2, 1), mesh=False, name="bad.fbx"),
         "lines and points": lambda: gltf(folder, mode=1, name="bad.gltf"),
-        "no number": lambda: gltf(folder, infinite, node={"scale": [100, 1, 1]}, name="bad.gltf"),
+        "no number": lambda: gltf(folder, far, node={"scale": [100, 1, 1]}, name="bad.gltf"),
+        "vertex 0 of mesh 'body' of node 'stand' lies more than": lambda: gltf(folder, far, name="bad.gltf"),
         "none of its triangles has an area": lambda: obj(text_of_obj([(i, 0, 0) for i in range(4)])),
         "beyond|uses vertex|out of range|cannot be read": lambda: gltf(folder, faces=[(0, 1, 99)], name="bad.gltf"),
     }
@@ -218,13 +186,5 @@ def test_each_fault_is_named_and_leaves_the_old_model_alone(folder):
         assert code != 0 and complaint in text, (words, text)
 
 
-def main():
-    global TOOL
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--build", type=pathlib.Path, required=True)
-    TOOL = parser.parse_args().build.resolve() / "kaVelImport"
-    return cases.run(globals())
-
-
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(__doc__, globals()))

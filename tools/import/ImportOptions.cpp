@@ -2,9 +2,12 @@
 
 #include "port/win32/HostPath.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <iterator>
 
 namespace
 {
@@ -41,9 +44,9 @@ std::string takeValue(ImportOptions &options, const std::string &word, const std
         (word == "--up" ? options.up : options.front) = axis;
         return axis ? "" : word + " takes x, y or z, with a - in front for the other way; not '" + value + "'.";
     }
-    if (word == "--output")
+    if (word == "--output" || word == "--textures")
     {
-        options.output = value;
+        (word == "--output" ? options.output : options.textures) = value;
         return "";
     }
     const std::optional<float> number = parseNumber(value);
@@ -65,6 +68,10 @@ bool takeFlag(ParsedOptions &parsed, const std::string &word)
         return parsed.options.flipV = true;
     if (word == "--flip-winding")
         return parsed.options.flipWinding = true;
+    if (word == "--flip-green")
+        return parsed.options.flipGreen = true;
+    if (word == "--no-textures")
+        return !(parsed.options.withTextures = false);
     if (word == "--split")
         return parsed.options.split = true;
     if (word == "--help" || word == "-h")
@@ -74,7 +81,20 @@ bool takeFlag(ParsedOptions &parsed, const std::string &word)
 
 bool needsValue(const std::string &word)
 {
-    return word == "--output" || word == "--scale" || word == "--up" || word == "--front" || word == "--crease";
+    constexpr const char *words[] = {"--output", "--textures", "--scale", "--up", "--front", "--crease"};
+    return std::find(std::begin(words), std::end(words), word) != std::end(words);
+}
+
+/// Where a model's textures go unless told: to the folder 'textures' beside its own, as the game has them, if there is
+/// one.
+std::filesystem::path usualTextures(const std::filesystem::path &output)
+{
+    const std::filesystem::path folder = output.parent_path();
+    std::error_code ignored;
+    const std::filesystem::path absolute = std::filesystem::absolute(output, ignored).parent_path();
+    if (absolute.filename() == "models" && std::filesystem::is_directory(folder / ".." / "textures", ignored))
+        return (folder / ".." / "textures").lexically_normal();
+    return folder;
 }
 
 /// Paths in the host's form, and a whole name for the output: in a folder, or without an output, the input's.
@@ -91,6 +111,8 @@ void completePaths(ImportOptions &options)
     if (output.extension() != extension)
         output += extension;
     options.output = output.string();
+    options.textures =
+        options.textures.empty() ? usualTextures(output).string() : port::hostPath(options.textures.c_str());
 }
 
 } // namespace
@@ -100,6 +122,14 @@ Vec4 SourceAxis::direction() const
     Vec4 direction;
     direction[axis] = sign;
     return direction;
+}
+
+bool ImportOptions::isGltf() const
+{
+    std::string extension = std::filesystem::path(input).extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+    return extension == ".gltf" || extension == ".glb";
 }
 
 ParsedOptions parseOptions(const std::vector<std::string> &words)
@@ -132,10 +162,15 @@ std::string usage()
            "Turns a .gltf, .glb, .fbx or .obj file into a .kaVelModel file.\n"
            "\n"
            "  --output FILE   what to write, or the folder to write into; beside the source unless given\n"
+           "  --textures DIR  where its textures go; in the folder 'textures' beside 'models' unless given, else with "
+           "the\n"
+           "                  model\n"
+           "  --no-textures   leave its materials' pictures and colors out\n"
            "  --scale N       metres a unit, on top of the unit that the file names\n"
            "  --up AXIS       x, y, z, -x, -y or -z: the file's axis that points up (y; FBX files tell it)\n"
            "  --front AXIS    the file's axis that the model looks along (z; -y where z is up; FBX files tell it)\n"
            "  --flip-v        turn the texture upside down\n"
+           "  --flip-green    for normal maps whose bumps come out as dents\n"
            "  --flip-winding  turn the model inside out\n"
            "  --crease N      make normals anew: edges of more than N degrees stay sharp\n"
            "  --split         write one file a material, NAME_MATERIAL.kaVelModel\n";

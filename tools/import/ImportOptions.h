@@ -21,13 +21,19 @@ struct ImportOptions
 {
     std::string input;
     std::string output;               ///< path of the model file
+    std::string textures;             ///< folder of the texture files
     float scale = 1;                  ///< on top of the file's own unit
     std::optional<SourceAxis> up;     ///< the file's own word, else +y
     std::optional<SourceAxis> front;  ///< the file's own word, else what goes with `up`
     bool flipV = false;               ///< for textures that come out upside down
     bool flipWinding = false;         ///< for a model that comes out inside out
+    bool flipGreen = false;           ///< for normal maps whose green leans down the picture already
+    bool withTextures = true;         ///< bring in the materials' pictures and colors
     bool split = false;               ///< one file a material in place of one for all
     std::optional<float> creaseAngle; ///< radians; given, it replaces the file's normals
+
+    /// Whether the file is of the one format whose names are bound to its own folder.
+    bool isGltf() const;
 };
 
 /// What the words of a command line came to.

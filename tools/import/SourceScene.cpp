@@ -1,5 +1,7 @@
 #include "SourceScene.h"
 
+#include "SourceFiles.h"
+
 #include "assets/models/MeshMath.h"
 #include "port/win32/HostPath.h"
 
@@ -20,13 +22,19 @@ namespace
 constexpr float usualCrease = 40 * PI / 180; ///< radians; keeps a box's edges and rounds a coarse cylinder
 constexpr float largestModel = 1000;         ///< metres; beyond it the unit is wrong more often than not
 constexpr float smallestModel = 0.005f;      ///< metres
+constexpr float farthest = 1e7f;             ///< metres; beyond it positions are a metre apart and more
+constexpr std::size_t deepest = 1000;        ///< levels of nodes; no modelling tool shows so many
+constexpr unsigned mostCorners = 5000;       ///< of a face; cutting it up takes the square of them
 constexpr const char *readable[] = {".gltf", ".glb", ".fbx", ".obj"};
 
 /// Gathers a scene's meshes node by node.
 class SceneReader
 {
 public:
-    SceneReader(const ImportOptions &options, const aiScene &scene) : options(options), scene(scene) {}
+    SceneReader(const ImportOptions &options, const aiScene &scene, const SourceFiles &files)
+        : options(options), scene(scene), files(files)
+    {
+    }
 
     SourceScene read();
 
@@ -34,16 +42,17 @@ private:
     float metresOfFile() const;
     std::string findAxes();
     std::optional<SourceAxis> axisOfFile(const char *name) const;
-    std::string readNode(const aiNode &node, const Matrix4 &parent);
+    std::string readNodes();
     std::string readMesh(const aiMesh &mesh, const std::string &node, const Matrix4 &placement);
     std::string readFaces(const aiMesh &mesh, const std::string &where, MeshBuilder &into);
-    void finishPart(SourcePart &part);
+    void finishPart(SourcePart &part, unsigned material);
     void noteLeftOut();
     void noteExtents();
     std::string explainEmpty() const;
 
     const ImportOptions &options;
     const aiScene &scene;
+    const SourceFiles &files;
     Matrix4 toEngine;
     std::map<unsigned, SourcePart> parts; ///< by material
     SourceScene result;
@@ -118,15 +127,41 @@ std::string SceneReader::findAxes()
     return "";
 }
 
-std::string SceneReader::readNode(const aiNode &node, const Matrix4 &parent)
+/// Walks the nodes without recursion, parents first: how deep they are nested is up to the file.
+std::string SceneReader::readNodes()
 {
-    const Matrix4 placement = parent * toMatrix(node.mTransformation);
-    std::string fault;
-    for (unsigned i = 0; i < node.mNumMeshes && fault.empty(); ++i)
-        fault = readMesh(*scene.mMeshes[node.mMeshes[i]], node.mName.C_Str(), placement);
-    for (unsigned i = 0; i < node.mNumChildren && fault.empty(); ++i)
-        fault = readNode(*node.mChildren[i], placement);
-    return fault;
+    struct Visit
+    {
+        const aiNode *node;
+        Matrix4 parent;
+        std::size_t depth;
+    };
+    std::vector<Visit> left;
+    if (scene.mRootNode)
+        left.push_back({scene.mRootNode, toEngine, 1});
+    while (!left.empty())
+    {
+        const Visit visit = left.back();
+        const aiNode &node = *visit.node;
+        left.pop_back();
+        if (visit.depth > deepest)
+            return "its node " + inQuotes(node.mName.C_Str()) + " is nested more than " + std::to_string(deepest) +
+                   " levels deep. Export it without its hierarchy.";
+        const Matrix4 placement = visit.parent * toMatrix(node.mTransformation);
+        for (unsigned i = 0; i < node.mNumMeshes; ++i)
+            if (std::string fault = readMesh(*scene.mMeshes[node.mMeshes[i]], node.mName.C_Str(), placement);
+                !fault.empty())
+                return fault;
+        for (unsigned i = node.mNumChildren; i-- > 0;)
+            left.push_back({node.mChildren[i], placement, visit.depth + 1});
+    }
+    return "";
+}
+
+/// Whether a position is one that the game can tell from its neighbours.
+bool isNear(const Vec4 &position)
+{
+    return std::abs(position.x) <= farthest && std::abs(position.y) <= farthest && std::abs(position.z) <= farthest;
 }
 
 std::string SceneReader::readMesh(const aiMesh &mesh, const std::string &node, const Matrix4 &placement)
@@ -142,6 +177,10 @@ std::string SceneReader::readMesh(const aiMesh &mesh, const std::string &node, c
         if (!isFinite(position) || !isFinite(placement * position))
             return "vertex " + std::to_string(i) + " of " + where + " has a position that is no number. " +
                    "Look for a zero scale or broken modifier in the modelling tool.";
+        if (!isNear(placement * position))
+            return "vertex " + std::to_string(i) + " of " + where +
+                   " lies more than 10,000 km away. Look for a stray " +
+                   "vertex in the modelling tool, or give the unit with --scale.";
         built.addVertex({{position.x, position.y, position.z},
                          isFinite(normal) ? MeshVector3{normal.x, normal.y, normal.z} : MeshVector3{},
                          {},
@@ -196,7 +235,7 @@ std::size_t countAgainstNormals(const MeshBuilder &mesh)
 }
 
 /// Brings a part into its final form: winding, no triangle without area, one vertex for equal ones, tangents.
-void SceneReader::finishPart(SourcePart &part)
+void SceneReader::finishPart(SourcePart &part, unsigned material)
 {
     part.mesh.dropFlatTriangles();
     const bool mostlyAgainst = 2 * countAgainstNormals(part.mesh) > part.mesh.getTriangleCount();
@@ -207,6 +246,14 @@ void SceneReader::finishPart(SourcePart &part)
     trianglesAgainstNormals += countAgainstNormals(part.mesh);
     part.mesh.weld();
     part.mesh.generateTangents();
+    if (material >= scene.mNumMaterials || part.mesh.getIndices().empty())
+        return;
+    part.material = scene.mMaterials[material]->GetName().C_Str();
+    if (options.withTextures)
+        part.surface = readSurface(scene, *scene.mMaterials[material], files, options);
+    result.notes.insert(result.notes.end(), part.surface.notes.begin(), part.surface.notes.end());
+    if (result.fault.empty())
+        result.fault = part.surface.fault;
 }
 
 void SceneReader::noteLeftOut()
@@ -263,18 +310,15 @@ std::string SceneReader::explainEmpty() const
 SourceScene SceneReader::read()
 {
     result.fault = findAxes();
-    if (result.fault.empty() && scene.mRootNode)
-        result.fault = readNode(*scene.mRootNode, toEngine);
+    if (result.fault.empty())
+        result.fault = readNodes();
     if (!result.fault.empty())
         return std::move(result);
     for (auto &[material, part] : parts)
     {
-        finishPart(part);
-        if (part.mesh.getIndices().empty())
-            continue;
-        if (material < scene.mNumMaterials)
-            part.material = scene.mMaterials[material]->GetName().C_Str();
-        result.parts.push_back(std::move(part));
+        finishPart(part, material);
+        if (!part.mesh.getIndices().empty())
+            result.parts.push_back(std::move(part));
     }
     if (result.parts.empty())
         result.fault = parts.empty() ? explainEmpty()
@@ -292,6 +336,8 @@ std::string explainUnreadable(const std::string &name)
         return cause;
     if (std::filesystem::is_directory(name, ignored))
         return "it is a folder.";
+    if (!std::filesystem::is_regular_file(name, ignored))
+        return "it is no plain file.";
     if (std::filesystem::file_size(name, ignored) == 0)
         return "it is empty. Export it again.";
     std::string extension = std::filesystem::path(name).extension().string();
@@ -302,23 +348,51 @@ std::string explainUnreadable(const std::string &name)
     return "";
 }
 
+/// The first face with too many corners to be cut up; empty if there is none.
+std::string explainCorners(const aiScene &scene)
+{
+    for (unsigned m = 0; m < scene.mNumMeshes; ++m)
+        for (unsigned i = 0; i < scene.mMeshes[m]->mNumFaces; ++i)
+            if (const unsigned corners = scene.mMeshes[m]->mFaces[i].mNumIndices; corners > mostCorners)
+                return "face " + std::to_string(i) + " of mesh " + inQuotes(scene.mMeshes[m]->mName.C_Str()) + " has " +
+                       std::to_string(corners) + " corners, and " + std::to_string(mostCorners) +
+                       " are the most. Triangulate it in the modelling tool.";
+    return "";
+}
+
+/// Has the library read the file; returns what is wrong with it.
+std::string readFile(Assimp::Importer &importer, const SourceFiles &files, const ImportOptions &options)
+{
+    const aiScene *scene = importer.ReadFile(options.input, 0);
+    if (!files.getRefusal().empty())
+        return files.getRefusal();
+    if (scene)
+        if (std::string fault = explainCorners(*scene); !fault.empty())
+            return fault;
+    // The engine's textures start at the top; the importer's library counts v from the bottom, whatever the file does.
+    const unsigned steps = aiProcess_Triangulate | (options.flipV ? 0u : unsigned(aiProcess_FlipUVs));
+    if (!scene || !importer.ApplyPostProcessing(steps))
+        return std::string("it cannot be read (") + importer.GetErrorString() +
+               "). Look whether it is what its name says, and export it again.";
+    return "";
+}
+
 } // namespace
 
 SourceScene readScene(const ImportOptions &options)
 {
-    SourceScene nothing;
-    nothing.fault = explainUnreadable(options.input);
-    if (!nothing.fault.empty())
-        return nothing;
+    SourceScene scene;
+    scene.fault = explainUnreadable(options.input);
+    if (!scene.fault.empty())
+        return scene;
     Assimp::Importer importer;
-    // The engine's textures start at the top; the importer's library counts v from the bottom, whatever the file does.
-    const unsigned steps = aiProcess_Triangulate | (options.flipV ? 0u : unsigned(aiProcess_FlipUVs));
-    const aiScene *scene = importer.ReadFile(options.input, steps);
-    if (!scene)
-    {
-        nothing.fault = std::string("it cannot be read (") + importer.GetErrorString() +
-                        "). Look whether it is what its name says, and export it again.";
-        return nothing;
-    }
-    return SceneReader(options, *scene).read();
+    auto *files = new SourceFiles(options.input); // the importer deletes it
+    importer.SetIOHandler(files);
+    scene.fault = readFile(importer, *files, options);
+    if (!scene.fault.empty())
+        return scene;
+    scene = SceneReader(options, *importer.GetScene(), *files).read();
+    if (!files->getMissing().empty())
+        scene.notes.push_back("it names '" + files->getMissing() + "', which is missing");
+    return scene;
 }

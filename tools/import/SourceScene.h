@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ImportOptions.h"
+#include "SourceSurface.h"
 
 #include "assets/building/MeshBuilder.h"
 
@@ -11,8 +12,9 @@
 /// The triangles that wear one material.
 struct SourcePart
 {
-    std::string material; ///< as the file names it
-    MeshBuilder mesh;     ///< engine axes, metres, with normals and tangents
+    std::string material;  ///< as the file names it
+    MeshBuilder mesh;      ///< engine axes, metres, with normals and tangents
+    SourceSurface surface; ///< what the material wears; without maps where textures are not wanted
 };
 
 /// What came out of one file.

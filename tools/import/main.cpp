@@ -1,4 +1,5 @@
 // kaVelImport: turns a modelling tool's file into a model file of the game.
+#include "GuardedRun.h"
 #include "ImportOptions.h"
 #include "ModelWriter.h"
 #include "SourceScene.h"
@@ -18,6 +19,23 @@ int complain(const std::string &text, int code)
     return code;
 }
 
+int import(const ImportOptions &options)
+{
+    const SourceScene scene = readScene(options);
+    if (!scene.fault.empty())
+        return complain(options.input + ": " + scene.fault, failed);
+    const WrittenModels written = writeModels(options, scene);
+    if (!written.fault.empty())
+        return complain(written.fault, failed);
+    for (const std::string &note : scene.notes)
+        std::printf("note: %s\n", note.c_str());
+    for (const std::string &note : written.notes)
+        std::printf("note: %s\n", note.c_str());
+    for (const std::string &line : written.lines)
+        std::printf("%s\n", line.c_str());
+    return 0;
+}
+
 } // namespace
 
 int main(int count, char **words)
@@ -31,15 +49,6 @@ int main(int count, char **words)
         return 0;
     }
 
-    const SourceScene scene = readScene(parsed.options);
-    if (!scene.fault.empty())
-        return complain(parsed.options.input + ": " + scene.fault, failed);
-    const WrittenModels written = writeModels(parsed.options, scene);
-    if (!written.fault.empty())
-        return complain(written.fault, failed);
-    for (const std::string &note : scene.notes)
-        std::printf("note: %s\n", note.c_str());
-    for (const std::string &line : written.lines)
-        std::printf("%s\n", line.c_str());
-    return 0;
+    const GuardedEnd end = runGuarded([&] { return import(parsed.options); });
+    return end.fault.empty() ? end.code : complain(parsed.options.input + ": " + end.fault, failed);
 }

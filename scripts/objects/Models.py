@@ -21,9 +21,9 @@ def _mapsThere(surface: str) -> list[str]:
 def mapsOf(surface: str) -> dict[str, Any]:
     """The texture properties of a drawn component that shows a surface.
 
-    A surface is the files in the texture folder that begin with its name, .dds or .png: woodDiffuse and what there is of
-    woodNormal, woodSpecular and woodEmissive make the surface 'wood'. A picture named just 'wood' does for the diffuse
-    map. KeyError that names the nearest surface if there is none.
+    A surface is the files in the texture folder that begin with its name, .dds or .png: woodDiffuse and what there is
+    of woodNormal, woodSpecular and woodEmissive make the surface 'wood'. A picture named just 'wood' does for the
+    diffuse map. KeyError that names the nearest surface if there is none.
     """
     if not _mapsThere(surface):
         _textures.update(os.path.splitext(file)[0] for file in os.listdir(TEXTURES) if file.endswith(('.dds', '.png')))

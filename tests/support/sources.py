@@ -1,4 +1,4 @@
-"""Small model files as modelling tools write them: a tetrahedron as .obj, .gltf and .fbx, and the importer run on it."""
+"""Small model files as modelling tools write them, a tetrahedron as .obj, .gltf and .fbx, and the importer."""
 import argparse
 import base64
 import json

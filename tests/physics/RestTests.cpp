@@ -78,6 +78,35 @@ TEST(Rest, StackOfCratesThatGrowLighterStandsStillAndHardlySinks)
     EXPECT_GT(below, 5.88f);
 }
 
+TEST(Rest, EqualCratesStandStillUpToFiveHighAndTheLowestIsNotPressedIntoTheGround)
+{
+    for (const float restitution : {0.f, 0.3f})
+    {
+        for (const int count : {3, 5})
+        {
+            Ground ground;
+            for (int i = 0; i < count; ++i)
+                ground.body(BoundingVolume::BV_BOX, Vec4(0, 1.6f + static_cast<float>(i) * 1.1f, 0, 1), 1, 2, 0.1f)
+                    .body->setRestitution(restitution);
+            ground.run(600);
+            EXPECT_LT(ground.run(60), 1e-5f) << count << " crates, in a frame";
+            EXPECT_NEAR(ground.bodies.front().transform->getPosition().y, 1.5f, 1e-4f) << count << " crates";
+        }
+    }
+}
+
+TEST(Rest, ContactsThatStopOneBodyDoNotAddUp)
+{
+    Ground ground;
+    ground.wall(Vec4(1, 2, 0, 1), Vec4(1, 2, 1, 0)); // one wall of two pieces, and another wall behind the back
+    ground.wall(Vec4(1, 2, 1, 1), Vec4(1, 2, 1, 0));
+    ground.wall(Vec4(-0.95f, 2, 0, 1), Vec4(1, 2, 4, 0));
+    TestBox &walker = ground.body(BoundingVolume::BV_PLAYER, Vec4(0.04f, 1.5f, 0.5f, 1), 1, 75, 1);
+    const Vec4 first = (ground.run(1), walker.transform->getPosition());
+    EXPECT_NEAR(first.x, 0.05f, 1e-5f) << "the last wall has its way, by its own depth";
+    EXPECT_LT(ground.run(30), 1e-5f) << "in a gap that is too narrow for him, he stands";
+}
+
 TEST(Rest, LooseLayerOfBallsInATrayLiesStillAndApart)
 {
     Ground ground;

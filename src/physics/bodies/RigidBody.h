@@ -10,11 +10,12 @@
 ///
 /// Forces turn it by their arms; contacts do not.
 ///
-/// Contacts are resolved once a frame, each alone and by its whole depth, and know no friction. So bodies rest on a
-/// wall with inverse mass 0 (the plane at height 0 stops a body and leaves it its speed), and what lies on each other
-/// rests still but a little sunk: crates of 1 m that fall at 10 m/s2, three high, by 4 cm, five high by 17 cm; with
-/// each crate twice as heavy as the one above by 1 and 3 cm. Balls rest in one layer that covers half of the ground;
-/// heaped up, they squirm for good. Damping is what ends sliding: 0.1 for crates.
+/// Contacts are resolved once a frame, each by what the ones before it have left of its depth, and know no friction. So
+/// bodies rest on a wall with inverse mass 0 (the plane at height 0 stops a body and leaves it its speed), and what lies
+/// on each other rests still but a little sunk into it: crates of 1 m that fall at 10 m/s2, three high, by 4 cm, five
+/// high by 16 cm; with each crate twice as heavy as the one above by 1 and 3 cm. Ten equal ones squirm. Balls rest in
+/// one layer that covers half of the ground; heaped up, they squirm for good. Damping is what ends sliding: 0.1 for
+/// crates.
 class RigidBody : public PhysicsComponent
 {
     KV_REFLECTED(RigidBody)

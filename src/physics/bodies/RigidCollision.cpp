@@ -16,6 +16,9 @@ constexpr float RESTING_SPEED_SQUARED = 0.01f;
 void RigidCollision::resolve()
 {
     generateContactMatrices();
+    bringPenetrationUpToDate();
+    if (penetration < 0.f)
+        return;
     calculateRelPositions();
     setContactVelocity();
     calculateImpulse();
@@ -27,6 +30,37 @@ PhysicsComponent *RigidCollision::findBody(int index) const
 {
     const auto volume = volumes[index].lookup();
     return volume ? volume->findPhysics() : nullptr;
+}
+
+/// From the second body's place to the first one's; one without a transform stands at the origin.
+Vec4 RigidCollision::wayBetween() const
+{
+    Vec4 places[2];
+    for (int i = 0; i < 2; ++i)
+    {
+        const auto volume = volumes[i].lookup();
+        if (const TransformComponent *const transform = volume ? volume->findTransform() : nullptr)
+            places[i] = transform->getPosition();
+    }
+    return places[0] - places[1];
+}
+
+/// Takes off what the bodies have come apart along the normal since the detection, and adds what they have come closer
+/// where nothing moves one of them.
+///
+/// Between two bodies that both give way, what brought them closer counts in the next frame, when whoever pushes from
+/// the other side has been found as well: taken out at once, crates that bounce a little never rest on each other.
+void RigidCollision::bringPenetrationUpToDate()
+{
+    const float apart = (wayBetween() - foundApart).dot(contactNormal);
+    if (apart > 0.f || isAgainstImmovable())
+        penetration -= apart;
+}
+
+bool RigidCollision::isAgainstImmovable() const
+{
+    const PhysicsComponent *const first = findBody(0), *const second = findBody(1);
+    return !first || !second || first->getInverseMass() == 0.f || second->getInverseMass() == 0.f;
 }
 
 void RigidCollision::generateContactMatrices()

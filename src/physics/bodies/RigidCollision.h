@@ -12,12 +12,19 @@ class PhysicsComponent;
 ///
 /// Resolving it moves the two bodies apart and changes their velocities along the normal; it turns nothing and knows no
 /// friction. The player is not thrown back but slides.
+///
+/// All contacts of a frame are found before the first one is resolved, and two of them may stop the same body: a floor
+/// of two slabs, the corner of a room, a pile. So each counts what earlier ones have moved, or a body would be taken
+/// out of its depth twice and thrown.
 class RigidCollision : public Collision
 {
 public:
     RigidCollision() = default;
 
+    /// Resolves what earlier contacts have left of the penetration; passes on when that is nothing.
     void resolve() override;
+    /// Notes how the two bodies stand to each other now that the depth has been found.
+    void noteDetection() { foundApart = wayBetween(); }
     /// Moves the bodies out of each other, each by its share of the inverse mass.
     virtual void resolvePenetration();
     /// Gives the bodies their new velocities, unless they move apart already.
@@ -45,9 +52,14 @@ public:
 
 private:
     PhysicsComponent *findBody(int index) const;
+    Vec4 wayBetween() const;
+    void bringPenetrationUpToDate();
+    bool isAgainstImmovable() const;
     void generateContactMatrices();
     void calculateRelPositions();
     void setContactVelocity();
     void calculateImpulse();
     Vec4 alongSurface(const Vec4 &velocity) const;
+
+    Vec4 foundApart; ///< from the second body to the first as the depth was found, metres
 };

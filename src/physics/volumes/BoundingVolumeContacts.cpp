@@ -64,6 +64,7 @@ bool BoundingVolume::addContact(BoundingVolume &first, BoundingVolume &second, c
     collision->penetration = contact.penetration;
     collision->contactNormal = contact.normal;
     collision->contactPos = contact.position;
+    collision->noteDetection();
     found.push_back(collision);
     return true;
 }

@@ -156,7 +156,7 @@ def test_each_fault_is_named_and_leaves_the_old_model_alone(top):
         "it is no plain file": lambda: folder / "pipe.obj",
         "has 600000 corners": lambda: obj(polygon + "f " + " ".join(map(str, range(1, 600001)))),
         "more than 1000 levels deep": lambda: gltf(folder, name="bad.gltf", edit=nested),
-        "its reader broke down": lambda: named("bad.gltf", b"[" * 5000000),
+        "its reader broke down while reading 'bad.gltf' (": lambda: named("bad.gltf", b"[" * 5000000),
         "no mesh": lambda: fbx(folder, POINTS, 1, (1, 1), (2, 1), mesh=False, name="bad.fbx"),
         "lines and points": lambda: gltf(folder, mode=1, name="bad.gltf"),
         "no number": lambda: gltf(folder, far, node={"scale": [100, 1, 1]}, name="bad.gltf"),

@@ -65,7 +65,8 @@ def check(source, must_succeed=False):
     target = source.parent / "out.kaVelModel"
     target.write_bytes(b"the old model")
     words = [str(OPTIONS.importer), "--output", str(target), str(source)]
-    result = subprocess.run(words, capture_output=True, timeout=LONGEST_S, check=False)
+    result = subprocess.run(words, capture_output=True, timeout=LONGEST_S, check=False,
+                            env=sources.ENVIRONMENT)
     text = result.stderr.decode("utf-8", "replace")
     assert result.returncode in ((0,) if must_succeed else (0, 1)), (result.returncode, text)
     assert "Sanitizer" not in text and "runtime error" not in text, text

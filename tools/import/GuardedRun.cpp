@@ -6,6 +6,7 @@
 #include <cstring>
 #include <exception>
 #include <new>
+#include <sys/mman.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -23,6 +24,15 @@ constexpr bool limitsMemory = false; // the sanitizer takes terabytes of address
 #else
 constexpr bool limitsMemory = true;
 #endif
+
+constexpr std::size_t longestStep = 256; ///< bytes, with the zero at the end
+char *sharedStep = nullptr;              ///< written by the work, read by the one who waits for it
+
+void shareStep()
+{
+    void *page = mmap(nullptr, longestStep, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    sharedStep = page == MAP_FAILED ? nullptr : static_cast<char *>(page);
+}
 
 void limit(__rlimit_resource resource, rlim_t most)
 {
@@ -59,13 +69,15 @@ void limit(__rlimit_resource resource, rlim_t most)
 
 std::string explainEnd(int status)
 {
+    const std::string step = sharedStep && *sharedStep ? std::string(" while ") + sharedStep : "";
     if (WIFSIGNALED(status) && WTERMSIG(status) == SIGXCPU)
-        return "it takes more than " + std::to_string(mostSeconds) + " s of work. Divide the model.";
+        return "it takes more than " + std::to_string(mostSeconds) + " s of work" + step + ". Divide the model.";
     if (WIFEXITED(status) && WEXITSTATUS(status) == outOfRoom)
-        return "it takes more than " + std::to_string(mostMemory >> 30) + " GiB of memory. Divide the model.";
+        return "it takes more than " + std::to_string(mostMemory >> 30) + " GiB of memory" + step +
+               ". Divide the model.";
     const std::string cause =
         WIFSIGNALED(status) ? strsignal(WTERMSIG(status)) : "exit code " + std::to_string(WEXITSTATUS(status));
-    return "its reader broke down (" + cause + "): it is damaged, or nested too deep. Export it again.";
+    return "its reader broke down" + step + " (" + cause + "): that is damaged, or nested too deep. Export it again.";
 }
 
 } // namespace
@@ -73,6 +85,7 @@ std::string explainEnd(int status)
 GuardedEnd runGuarded(const std::function<int()> &work)
 {
     std::fflush(nullptr);
+    shareStep();
     const pid_t worker = fork();
     if (worker == 0)
         runHere(work);
@@ -82,4 +95,10 @@ GuardedEnd runGuarded(const std::function<int()> &work)
     if (WIFEXITED(status) && WEXITSTATUS(status) >= finished)
         return {WEXITSTATUS(status) - finished, ""};
     return {1, explainEnd(status)};
+}
+
+void noteStep(const std::string &step)
+{
+    if (sharedStep)
+        sharedStep[step.copy(sharedStep, longestStep - 1)] = 0;
 }

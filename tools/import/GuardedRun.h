@@ -17,3 +17,6 @@ struct GuardedEnd
 /// What the work changes in memory is lost, what it prints and writes stays.
 /// @param work  returns 0 to 63
 GuardedEnd runGuarded(const std::function<int()> &work);
+
+/// Notes what guarded work is about to do, as "reading 'chair.mtl'": the fault tells it if the work ends there.
+void noteStep(const std::string &step);

@@ -1,5 +1,7 @@
 #include "SourceFiles.h"
 
+#include "GuardedRun.h"
+
 #include "port/win32/HostPath.h"
 
 #include <algorithm>
@@ -38,9 +40,12 @@ Assimp::IOStream *SourceFiles::Open(const char *path, const char *mode)
 {
     const std::string wanted = port::hostPath(path);
     const Standing standing = judge(wanted);
-    if (standing == Standing::plain)
-        return DefaultIOSystem::Open(wanted.c_str(), mode);
     const std::string name = fs::path(wanted).lexically_proximate(folderOf(model)).string();
+    if (standing == Standing::plain)
+    {
+        noteStep("reading '" + name + "'");
+        return DefaultIOSystem::Open(wanted.c_str(), mode);
+    }
     if (standing == Standing::missing && missing.empty())
         missing = name;
     else if (standing == Standing::special && refusal.empty())

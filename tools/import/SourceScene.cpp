@@ -1,5 +1,6 @@
 #include "SourceScene.h"
 
+#include "GuardedRun.h"
 #include "SourceFiles.h"
 
 #include "assets/models/MeshMath.h"
@@ -167,6 +168,7 @@ bool isNear(const Vec4 &position)
 std::string SceneReader::readMesh(const aiMesh &mesh, const std::string &node, const Matrix4 &placement)
 {
     const std::string where = "mesh " + inQuotes(mesh.mName.C_Str()) + " of node " + inQuotes(node);
+    noteStep("making normals of " + where);
     MeshBuilder built;
     built.reserve(mesh.mNumVertices, mesh.mNumFaces);
     for (unsigned i = 0; i < mesh.mNumVertices; ++i)
@@ -237,6 +239,7 @@ std::size_t countAgainstNormals(const MeshBuilder &mesh)
 /// Brings a part into its final form: winding, no triangle without area, one vertex for equal ones, tangents.
 void SceneReader::finishPart(SourcePart &part, unsigned material)
 {
+    noteStep("finishing the mesh of material " + std::to_string(material));
     part.mesh.dropFlatTriangles();
     const bool mostlyAgainst = 2 * countAgainstNormals(part.mesh) > part.mesh.getTriangleCount();
     if (options.flipWinding && mostlyAgainst)
@@ -370,6 +373,7 @@ std::string readFile(Assimp::Importer &importer, const SourceFiles &files, const
         if (std::string fault = explainCorners(*scene); !fault.empty())
             return fault;
     // The engine's textures start at the top; the importer's library counts v from the bottom, whatever the file does.
+    noteStep("cutting its faces into triangles");
     const unsigned steps = aiProcess_Triangulate | (options.flipV ? 0u : unsigned(aiProcess_FlipUVs));
     if (!scene || !importer.ApplyPostProcessing(steps))
         return std::string("it cannot be read (") + importer.GetErrorString() +

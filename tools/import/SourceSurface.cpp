@@ -1,5 +1,6 @@
 #include "SourceSurface.h"
 
+#include "GuardedRun.h"
 #include "Picture.h"
 
 #include "port/d3dx9/ImageFile.h"
@@ -173,6 +174,7 @@ std::optional<Picture> SurfaceReader::readEmbedded(const aiTexture &texture) con
 std::optional<Picture> SurfaceReader::load(const std::string &name)
 {
     used.insert(name);
+    noteStep("reading its picture '" + name + "'");
     try
     {
         if (const aiTexture *embedded = scene.GetEmbeddedTexture(name.c_str()))

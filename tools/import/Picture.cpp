@@ -46,6 +46,14 @@ bool Picture::isGrey() const
     return true;
 }
 
+bool Picture::isBlack() const
+{
+    for (std::size_t at = 0; at < bytes.size(); at += 4)
+        if (bytes[at] || bytes[at + 1] || bytes[at + 2])
+            return false;
+    return true;
+}
+
 Picture readPicture(const std::vector<std::byte> &file)
 {
     port::Image image = port::readImage(file);

@@ -20,6 +20,7 @@ struct Picture
 
     /// Whether every pixel has as much red as green and blue.
     bool isGrey() const;
+    bool isBlack() const;
 };
 
 /// Reads a DDS, PNG, TGA, JPEG or BMP file that lies in memory.

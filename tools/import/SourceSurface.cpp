@@ -254,14 +254,7 @@ void SurfaceReader::readSpecular()
         roughMetal = Picture::flat(255, 255, 255);
     multiply(*roughMetal, aiColor3D(1, rough, metal));
     const Picture highlight = highlightOf(*std::move(roughMetal), *diffuse);
-    const auto isBlack = [](const Picture &picture)
-    {
-        for (std::size_t i = 0; i < picture.bytes.size(); ++i)
-            if (i % 4 != 3 && picture.bytes[i])
-                return false;
-        return true;
-    };
-    if (!isBlack(highlight))
+    if (!highlight.isBlack())
         add("Specular", highlight);
 }
 

@@ -97,7 +97,7 @@ def main():
     global OPTIONS
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--build", type=pathlib.Path, required=True)
-    parser.add_argument("--rounds", type=int, default=60)
+    parser.add_argument("--rounds", type=int, default=40)
     parser.add_argument("--first", type=int, default=0)
     parser.add_argument("--seed", type=int, default=1)
     OPTIONS = parser.parse_args()

@@ -1,5 +1,6 @@
-"""What an editor shows an author: completion, types and comments, asked of the language server that ./check installs."""
+"""What an editor shows an author: names, types and comments, asked of the language server that ./check installs."""
 import argparse
+import ast
 import json
 import pathlib
 import subprocess
@@ -110,9 +111,26 @@ def test_a_comment_stands_behind_each_name(server):
             ("coordinator.loadMap('row')", "loadMap", "Has the script `loader.loadMap` build a map"),
             ("kaVel.onKey(coordinator, 'use', print)", "onKey", "Calls a function without arguments whenever"),
             ("kaVel.getSystem('WindowSystem2')", "getSystem", "The running system of this class name"),
-            ("place.IronDoor(coordinator)", "IronDoor", "An iron leaf that is hinged on its left")):
+            ("place.IronDoor(coordinator)", "IronDoor", "An iron leaf that is hinged on its left"),
+            ("place.Desk(coordinator)", "Desk", "A writing desk, 1.7 m wide")):
         shown = server.hover(line, word)
         assert wanted in shown, f"{word}: {shown}"
+
+
+def test_every_pattern_tells_what_it_is(_):
+    silent, count = [], 0
+    for path in sorted((ROOT / "scripts" / "objects").glob("*.py")):
+        body = ast.parse(path.read_text(encoding="utf-8")).body
+        for node, behind in zip(body, body[1:] + [None]):
+            if isinstance(node, ast.FunctionDef) and "kaVel.pattern" in map(ast.unparse, node.decorator_list):
+                name, told = node.name, ast.get_docstring(node)
+            elif isinstance(node, ast.Assign) and ast.unparse(node.value).startswith(("thing(", "solid(")):
+                name, told = node.targets[0].id, isinstance(behind, ast.Expr) and isinstance(behind.value, ast.Constant)
+            else:
+                continue
+            count += 1
+            silent += [] if told else [f"{path.name}: {name}"]
+    assert count > 100 and not silent, f"of {count} patterns: {silent}"
 
 
 def main():

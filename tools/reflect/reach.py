@@ -59,13 +59,13 @@ def free_enums(model):
 
 
 def free_functions(model):
-    """Callable functions that stand in no class or namespace, the first of each name."""
+    """Callable functions that stand in no class or namespace; a name means its first function, as in a class."""
     found = {}
     for scope in sorted((f for f in model.files if not f.imported), key=lambda f: f.file):
         for member in scope.own:
-            if member.signature is not None:
+            if member.kind == "function":
                 found.setdefault(member.name, member)
-    return [found[name] for name in sorted(found)]
+    return [found[name] for name in sorted(found) if found[name].signature is not None]
 
 
 def reflected_classes(model):

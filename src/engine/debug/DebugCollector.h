@@ -10,8 +10,8 @@
 
 /// Collects the debug geometry of a frame from all systems and from every object of its level.
 ///
-/// One for each level that is drawn, made when debug drawing is first switched on. Objects add to it from their
-/// `applyDebugDraw`, which it calls in its frame step; scripts may add at any time of the frame. What has been
+/// One a level, under the component key "debugDrawCollector", made once debug drawing is on. Objects add to it from
+/// their `applyDebugDraw`, which it calls in its frame step; scripts may add at any time of the frame. What has been
 /// collected at the end of the step is shown in the same frame and dropped in the next one. World positions are in
 /// metres, screen positions in normalised window units from the lower left corner, both with w 1; colours in 0..1,
 /// with alpha in w for texts (lines are opaque). It draws nothing itself: what draws reads the lists, which are kept

@@ -6,8 +6,8 @@
 
 /// Delivers messages to the handlers of one level, so that they die with the level.
 ///
-/// The component "postOffice" of the entity "BranchPostOffice" under the coordinator. The process-wide post office
-/// passes every message on to the one of the current level.
+/// Under the component key "postOffice" of the entity "BranchPostOffice" below the coordinator. The process-wide post
+/// office passes every message on to the one of the current level.
 class BranchPostOffice : public AbstractComponent
 {
     KV_REFLECTED(BranchPostOffice)

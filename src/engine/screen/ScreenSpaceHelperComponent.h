@@ -6,7 +6,7 @@
 
 #include "foundation/Vector.h"
 
-/// Places its entity on the screen by window coordinates, anew in every frame, so that a resize needs no notice.
+/// Places its entity on the screen by window coordinates in every frame, under the component key "screenSpaceHelper".
 ///
 /// Screen space is normalised window units, x and y from the same corner as window coordinates; z is handed on as it
 /// stands. Acts only on an entity that is drawn, that is one with a "graphics2" component.

@@ -6,7 +6,7 @@
 #include "foundation/Quaternion.h"
 #include "foundation/Vector.h"
 
-/// Ties its entity's transform to that of the entity's parent: the offset keeps its direction as the parent turns.
+/// Ties its entity to the parent's transform, under the component key "parentFollower": the offset keeps its direction.
 class ParentFollowerComponent : public SimpleComponent
 {
     KV_REFLECTED(ParentFollowerComponent)

@@ -6,7 +6,7 @@
 #include "foundation/Quaternion.h"
 #include "foundation/Vector.h"
 
-/// Ties its entity's transform to that of the entity's parent: the offset turns with the parent.
+/// Ties its entity to the parent's transform, under the component key "parentFollower": the offset turns with it.
 class TransformOffsetComponent : public SimpleComponent
 {
     KV_REFLECTED(TransformOffsetComponent)

@@ -11,7 +11,7 @@
 
 class TransformComponent;
 
-/// A camera at its entity's transform, looking along +z with +y up.
+/// A camera at its entity's transform, under the component key "viewer", looking along +z with +y up.
 ///
 /// Widths and heights are those of the window in normalised units. Culling is two-dimensional: what counts is the
 /// frustum's shadow on the x, z plane, given as at most three triangles. Does no work of its own in a frame.

@@ -18,6 +18,12 @@ def test_MakeNamesPlacesAndConfiguresAnObject():
         kaVel.make('Probe', sped=4)
 
 
+def test_EveryReflectedClassIsThereByItsName():
+    assert kaVel.Probe.name == 'Probe' and kaVel.Object.name == 'Object'
+    with raises(AttributeError, "no class 'Prob'; did you mean 'Probe'?"):
+        kaVel.Prob
+
+
 def test_UnknownSystemNamesTheNearestClass():
     with raises(TypeError):
         kaVel.getSystem('NoSuchSystemAnywhere')

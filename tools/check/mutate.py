@@ -19,7 +19,8 @@ TOKENS = [(r"==", "!="), (r"!=", "=="), (r"<=", "<"), (r">=", ">"), (r"(?<= )<(?
           (r"\btrue\b", "false"), (r"\bfalse\b", "true"), (r"(?<=\()!", ""), (r"\b0\b", "1"), (r"\b1\b", "2"),
           (r"\b0\.5f?\b", "0.25f"), (r"\bmin\(", "max("), (r"\bmax\(", "min("), (r"\+\+", "--")]
 # A line that is one call or assignment, which a fault can leave out.
-STATEMENT = re.compile(r"^\s+(?!return|const|auto|using|static|case|delete|throw|break|continue)[\w.:>-]+(?:\(.*\)| = .*);$")
+STATEMENT = re.compile(r"^\s+(?!return|const|auto|using|static|case|delete|throw|break|continue)"
+                       r"[\w.:>-]+(?:\(.*\)| = .*);$")
 
 
 def faults(path):

@@ -157,23 +157,11 @@ ParsedOptions parseOptions(const std::vector<std::string> &words)
 
 std::string usage()
 {
-    return "kaVelImport [options] FILE\n"
-           "\n"
-           "Turns a .gltf, .glb, .fbx or .obj file into a .kaVelModel file.\n"
-           "\n"
-           "  --output FILE   what to write, or the folder to write into; beside the source unless given\n"
-           "  --textures DIR  where its textures go; in the folder 'textures' beside 'models' unless given, else with "
-           "the\n"
-           "                  model\n"
-           "  --no-textures   leave its materials' pictures and colors out\n"
-           "  --scale N       metres a unit, on top of the unit that the file names\n"
-           "  --up AXIS       x, y, z, -x, -y or -z: the file's axis that points up (y; FBX files tell it)\n"
-           "  --front AXIS    the file's axis that the model looks along (z; -y where z is up; FBX files tell it)\n"
-           "  --flip-v        turn the texture upside down\n"
-           "  --flip-green    for normal maps whose bumps come out as dents\n"
-           "  --flip-winding  turn the model inside out\n"
-           "  --crease N      make normals anew: edges of more than N degrees stay sharp\n"
-           "  --split         write one file a material, NAME_MATERIAL.kaVelModel\n";
+    // A raw text in a file of its own, which ./import-model prints without a build.
+    constexpr const char *text =
+#include "Usage.inc"
+        ;
+    return text + 1; // behind the line break that follows the opening
 }
 
 std::optional<Matrix4> axesToEngine(const SourceAxis &up, const SourceAxis &front)

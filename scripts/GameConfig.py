@@ -1,61 +1,114 @@
 """What the game starts with, and what a run was asked to do: the one place that reads the environment.
 
-`./play` turns its words into these variables; a run without any of them is an ordinary game.
+`./play` turns its words into these variables; a run without any of them is an ordinary game. A word that cannot be
+meant ends the start with its name, its value and what may stand there.
 """
 
+import difflib
 import os
+import re
 import time
 
+import kaVel
 
-def _number(variable, default):
-    """The whole number in an environment variable; a text that is none is an error that names the variable."""
+#: Largest window and longest run that a word may ask for.
+LARGEST_SIDE = 16384
+MOST_FRAMES = 2 ** 31 - 1
+
+#: The variables that this module knows; reading one enters it. The executable reads KAVEL_VERBOSE before any script.
+_known: set[str] = set()
+
+
+def _text(variable: str) -> str:
+    """The text of an environment variable, empty where it is not set."""
+    _known.add(variable)
     text = os.environ.get(variable, '')
+    try:
+        text.encode()
+    except UnicodeEncodeError:
+        raise _refusal(variable, text, 'a text in UTF-8') from None
+    return text
+
+
+def _refusal(variable: str, text: str, allowed: str) -> ValueError:
+    shown = text if len(text) <= 80 else text[:80] + '...'
+    return ValueError('%s is %r, where %s may stand' % (variable, shown, allowed))
+
+
+def _switch(variable: str) -> bool:
+    text = _text(variable)
+    if text not in ('', '0', '1'):
+        raise _refusal(variable, text, '0 or 1')
+    return text == '1'
+
+
+def _number(variable: str, default: int, most: int) -> int:
+    """The whole number in an environment variable, from 0 to `most`."""
+    text = _text(variable)
     if not text:
         return default
-    try:
-        return int(text)
-    except ValueError:
-        raise ValueError('%s is %r, which is no whole number' % (variable, text)) from None
+    if not re.fullmatch('[0-9]{1,20}', text) or int(text) > most:
+        raise _refusal(variable, text, 'a whole number from 0 to %d' % most)
+    return int(text)
 
 
-def _size(variable, default):
+def _size(variable: str, default: tuple[int, int]) -> tuple[int, int]:
     """Two whole numbers in an environment variable, as in 640x360."""
-    text = os.environ.get(variable, '')
+    text = _text(variable)
     if not text:
         return default
-    try:
-        width, height = (int(number) for number in text.lower().split('x'))
-    except ValueError:
-        raise ValueError('%s is %r, which is no size like 640x360' % (variable, text)) from None
-    return width, height
+    sides = re.fullmatch('([0-9]{1,6})[xX]([0-9]{1,6})', text)
+    if not sides or not all(1 <= int(side) <= LARGEST_SIDE for side in sides.groups()):
+        raise _refusal(variable, text, 'a size like 640x360, of sides from 1 to %d,' % LARGEST_SIDE)
+    return int(sides[1]), int(sides[2])
+
+
+def _file(variable: str) -> str:
+    """The file that an environment variable names; a relative path counts from the folder the game was started in."""
+    text = _text(variable)
+    return text and os.path.join(kaVel.Reflection.getUserFolder(), text)
+
+
+def _refuseUnknown() -> None:
+    """Refuses a variable that looks like one of these and is none, which would otherwise ask for nothing in silence."""
+    for variable in sorted(os.environ):
+        if variable.startswith('KAVEL_') and variable not in _known:
+            near = difflib.get_close_matches(variable, _known, 1)
+            raise ValueError('%s is no variable of the game%s; it knows: %s'
+                             % (variable, '; did you mean %s' % near[0] if near else '', ', '.join(sorted(_known))))
 
 
 #: Level that the game loads first.
-initialLevel = os.environ.get('KAVEL_LEVEL') or 'FirstRoom'
+initialLevel = _text('KAVEL_LEVEL') or 'FirstRoom'
 
 #: Fixed time a frame and a fixed window, so that two runs give the same log and the same picture.
-headless = os.environ.get('KAVEL_HEADLESS', '') not in ('', '0')
+headless = _switch('KAVEL_HEADLESS')
+
+#: Whether the terminal shows the log's lines of the importance "Debug", too.
+verbose = _switch('KAVEL_VERBOSE')
 
 #: File that the last frame is written to; empty for none. A level with views writes one file a view, out-NAME.png.
-screenshot = os.environ.get('KAVEL_SCREENSHOT', '')
+screenshot = _file('KAVEL_SCREENSHOT')
 
 #: Frames after which the game ends by itself; 0 plays on. A picture needs a last frame.
-frames = _number('KAVEL_FRAMES', 60 if screenshot else 0)
+frames = _number('KAVEL_FRAMES', 60 if screenshot else 0, MOST_FRAMES)
 
 #: Names of the views that such a level is to show, with commas between them; empty for all.
-views = [name for name in os.environ.get('KAVEL_VIEWS', '').split(',') if name]
+views = [name for name in _text('KAVEL_VIEWS').split(',') if name]
 
 #: Start of the engine's random numbers; another one in every ordinary game.
-seed = _number('KAVEL_SEED', 1 if headless else int(time.time()))
+seed = _number('KAVEL_SEED', 1 if headless else int(time.time()), 2 ** 32 - 1)
 
 #: Recording of input that is played in place of the devices; empty for none.
-replay = os.environ.get('KAVEL_REPLAY', '')
+replay = _file('KAVEL_REPLAY')
 
 #: File that the run's input is recorded in; empty for none.
-record = os.environ.get('KAVEL_RECORD', '')
+record = _file('KAVEL_RECORD')
 
 #: Frames a second of the fixed time.
 fixedFrameRate = 60
 
 #: Window of a headless run, pixels.
 headlessSize = _size('KAVEL_SIZE', (1280, 720))
+
+_refuseUnknown()

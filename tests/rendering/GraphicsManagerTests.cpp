@@ -201,6 +201,10 @@ TEST_F(Frame, GlowingModelShowsInThePictureWhereItStands)
     EXPECT_GT(brightness(window), brightness(black) + 20);
     graphics().setGamma(3);
     EXPECT_GT(brightness(presentedPixel(WIDTH / 2, HEIGHT / 2) & 0xffffff), brightness(window));
+    for (const float refused : {-5.0f, 0.5f, 100.0f, NAN})
+        graphics().setGamma(refused);
+    EXPECT_EQ(graphics().getGamma(), 3);
+    EXPECT_EQ(countLogLines("gamma cannot be -5 and stays 3"), 1u);
 }
 
 TEST_F(Frame, MindSounderThanSoundLeavesThePictureAlone)

@@ -27,6 +27,9 @@
 namespace
 {
 
+constexpr float LEAST_GAMMA = 1;
+constexpr float MOST_GAMMA = 4;
+
 /// Hands finished assets to the system that installed it.
 class GraphicsUploader : public IAssetUploader
 {
@@ -220,7 +223,12 @@ void GraphicsSystem2::setRenderScale(float val)
 
 void GraphicsSystem2::setGamma(float val)
 {
-    gamma = std::isfinite(val) ? std::clamp(val, 1.0f, 4.0f) : 2.2f;
+    if (val >= LEAST_GAMMA && val <= MOST_GAMMA)
+        gamma = val;
+    else
+        KV_LOGF(Logger_::I_ERROR, "gamma cannot be %g and stays %g; give it a number from %g to %g.",
+                static_cast<double>(val), static_cast<double>(gamma), static_cast<double>(LEAST_GAMMA),
+                static_cast<double>(MOST_GAMMA));
 }
 
 int GraphicsSystem2::getDrawCallCount() const

@@ -20,13 +20,15 @@ target_link_libraries(kv_reflection PUBLIC kv_dependencies)
 list(APPEND KV_LIBRARIES kv_reflection)
 
 file(GLOB_RECURSE main_sources CONFIGURE_DEPENDS "${CMAKE_SOURCE_DIR}/src/main/*.cpp")
+set_source_files_properties("${CMAKE_SOURCE_DIR}/src/main/CommandLine.cpp" PROPERTIES
+    COMPILE_DEFINITIONS "KV_VERSION=\"${PROJECT_VERSION}\"")
 if(main_sources)
     add_executable(kaVel ${main_sources})
     target_link_libraries(kaVel PRIVATE ${KV_LIBRARIES})
     set_target_properties(kaVel PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${KV_GAME_DIR}/bin")
 endif()
 
-# The executable finds its content beside its working directory: ../scripts, ../assets, ../python.zip.
+# The executable finds its content beside its own folder: ../scripts, ../assets, ../python.zip.
 file(MAKE_DIRECTORY "${KV_GAME_DIR}/bin")
 foreach(content scripts assets)
     if(NOT EXISTS "${KV_GAME_DIR}/${content}")

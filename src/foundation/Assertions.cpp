@@ -1,9 +1,11 @@
 // Assertions: what happens when a check fails.
 #include "foundation/Assertions.h"
 
+#include "foundation/LogFile.h"
 #include "foundation/Logger.h"
 #include "foundation/StackTrace.h"
 #include "port/win32/Diagnostics.h"
+#include "port/win32/Messages.h"
 
 #include <cstdarg>
 #include <cstdlib>
@@ -16,7 +18,12 @@ constexpr UINT ASSERT_BOX = MB_TASKMODAL | MB_ICONWARNING;
 constexpr const char *SEVERITY_NAMES[AM_COUNT] = {"Critical assertion", "Assertion", "Minor assertion"};
 constexpr Logger_::Importance SEVERITY_LEVELS[AM_COUNT] = {Logger_::I_CRITICAL, Logger_::I_ERROR, Logger_::I_WARNING};
 
+// After as many boxes their number itself is the trouble, and the next ones ask how to go on.
+constexpr int PLAIN_BOXES = 3;
+
 bool isHandlingAssertion = false;
+int boxesShown = 0;
+bool boxesAreSilenced = false;
 
 void breakIfDebugged()
 {
@@ -24,10 +31,22 @@ void breakIfDebugged()
         DebugBreak();
 }
 
+void showAssertBox(const String &text)
+{
+    if (boxesAreSilenced)
+        return;
+    const UINT type = boxesShown++ < PLAIN_BOXES ? ASSERT_BOX : ASSERT_BOX | MB_ABORTRETRYIGNORE;
+    const int answer = MessageBoxA(nullptr, (text + LogFile::placeForBox()).toCString(), "Assertion failed!", type);
+    boxesAreSilenced = answer == IDABORT || answer == IDIGNORE;
+    if (answer == IDABORT)
+        PostQuitMessage(1);
+}
+
 // Skips static destructors and shutdown on purpose: after this nothing is assumed to be in order.
 [[noreturn]] void endProcess()
 {
     breakIfDebugged();
+    LogFile::tell();
     port::flushDebugOutput();
     std::_Exit(1);
 }
@@ -75,13 +94,12 @@ void doAssert(AssertMode mode, long cat, const String &file, long line, const St
     if (mode == AM_CRITICAL_ASSERT)
     {
         const String text = getMessageBoxMessage(expr, shown, file, line) + SCS(" The game will now abort.");
-        MessageBoxA(nullptr, text.toCString(), "Critical assertion failed!", CRITICAL_BOX);
+        MessageBoxA(nullptr, (text + LogFile::placeForBox()).toCString(), "Critical assertion failed!", CRITICAL_BOX);
         endProcess();
     }
     if (mode == AM_ASSERT)
     {
-        const String text = getMessageBoxMessage(expr, shown, file, line);
-        MessageBoxA(nullptr, text.toCString(), "Assertion failed!", ASSERT_BOX);
+        showAssertBox(getMessageBoxMessage(expr, shown, file, line));
         breakIfDebugged();
     }
     isHandlingAssertion = false;

@@ -4,6 +4,11 @@
 #include "foundation/TextBuffer.h"
 #include "port/win32/Diagnostics.h"
 
+namespace
+{
+bool debugLinesAreShown = true;
+}
+
 void appendLogLine(TextBuffer &out, Logger_::Importance level, const String &message, const String &file, long line)
 {
     if (!file.empty())
@@ -19,12 +24,20 @@ void appendLogLine(TextBuffer &out, Logger_::Importance level, const String &mes
     out.append('\n');
 }
 
+void OutputDebugStringConsoleOutputProvider::showDebugLines(bool shown)
+{
+    debugLinesAreShown = shown;
+}
+
 void OutputDebugStringConsoleOutputProvider::writeLine(Logger_::Importance level, const String &message,
                                                        const String &file, long line)
 {
     TextBuffer text;
     appendLogLine(text, level, message, file, line);
-    OutputDebugStringA(text.data());
+    if (level == Logger_::I_DEBUG && !debugLinesAreShown)
+        port::keepDebugText(text.data());
+    else
+        OutputDebugStringA(text.data());
     if (level <= Logger_::I_ERROR)
         port::flushDebugOutput();
 }

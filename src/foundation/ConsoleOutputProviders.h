@@ -14,6 +14,10 @@ void appendLogLine(TextBuffer &out, Logger_::Importance level, const String &mes
 class OutputDebugStringConsoleOutputProvider : public IConsoleOutputProvider
 {
 public:
+    /// Whether lines of the importance "Debug" are shown, by default so; otherwise only the file that keeps the debug
+    /// output has them. Holds for all providers of this kind.
+    static void showDebugLines(bool shown);
+
     void writeLine(Logger_::Importance level, const String &message, const String &file, long line) override;
 };
 

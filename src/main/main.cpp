@@ -1,17 +1,40 @@
 // The process from its first instruction to its exit code.
+#include "main/CommandLine.h"
+
 #include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
 #include "engine/time/TimeSystem.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/Variant.h"
 #include "platform/input/InputSystem.h"
+#include "port/process/EndRequests.h"
+#include "port/process/MessageBoxProcess.h"
 #include "port/win32/Messages.h"
 #include "tools/profiler/ProfilerSystem.h"
 
 #include "foundation/Assertions.h"
+#include "foundation/ConsoleOutputProviders.h"
+#include "foundation/CrashReport.h"
+#include "foundation/LogFile.h"
+#include "foundation/ProgramFolder.h"
+
+#include <cstdlib>
+#include <cstring>
 
 namespace
 {
+/// Prepares for every way in which a run may end, before anything else can fail.
+void prepareForTheEnd()
+{
+    // Read here, before there are scripts, which check the word.
+    const char *const verbose = std::getenv("KAVEL_VERBOSE");
+    OutputDebugStringConsoleOutputProvider::showDebugLines(verbose && std::strcmp(verbose, "1") == 0);
+    LogFile::start(versionText());
+    port::showMessageBoxes();
+    port::listenForEndRequests();
+    CrashReport::install();
+}
+
 /// Ends the process with the traceback of the Python exception that nobody handled.
 void failWithTraceback()
 {
@@ -79,8 +102,14 @@ void endLevel()
 }
 } // namespace
 
-int main()
+int main(int argc, char **argv)
 {
+    if (const auto answer = port::runAsMessageBox(argc, argv))
+        return *answer;
+    if (const auto exitCode = runCommandLine(argc, argv))
+        return *exitCode;
+    prepareForTheEnd();
+    ProgramFolder::enter();
     SystemSystem::bootstrap();
     initPython();
     getSystem<ProfilerSystem>(); // before the first level, whose load is measured too
@@ -90,5 +119,7 @@ int main()
     guarded([&] { exitCode = runUntilQuit(); });
     endLevel();
     SystemSystem::shutdown();
+    if (exitCode != 0)
+        LogFile::tell();
     return exitCode;
 }

@@ -4,6 +4,7 @@
 #include "foundation/Logger.h"
 #include "foundation/StackTrace.h"
 #include "port/win32/Diagnostics.h"
+#include "port/win32/Messages.h"
 
 #include <boost/format.hpp>
 #include <gtest/gtest.h>
@@ -21,11 +22,12 @@ struct Box
     UINT type;
 };
 std::vector<Box> boxes;
+int answer = IDOK;
 
-bool recordBox(HWND, const char *text, const char *caption, UINT type)
+int recordBox(HWND, const char *text, const char *caption, UINT type)
 {
     boxes.push_back({text, caption, type});
-    return true;
+    return answer;
 }
 
 /// Catches message boxes, and the error stream, for one test.
@@ -118,6 +120,58 @@ TEST(AssertionDeathTest, CriticalAssertReportsAndEndsTheProcessWithStatus1)
     EXPECT_EXIT(KV_CRITICAL_ASSERT(false, "nothing left to stand on"), testing::ExitedWithCode(1),
                 "Critical assertion failed!\n.*nothing left to stand on(.|\n)*The game will now abort.");
     EXPECT_EXIT(KV_FATAL("cannot go on"), testing::ExitedWithCode(1), "cannot go on");
+}
+
+namespace
+{
+
+/// Fails so many checks and answers their boxes alike.
+void failAndAnswer(int times, int answerOfAll)
+{
+    answer = answerOfAll;
+    for (int i = 0; i < times; ++i)
+        KV_ASSERT(false);
+}
+
+/// Ends a process of its own, where no box was shown before, by whether a scene goes as it should.
+template <class Scene>
+void endBy(Scene scene)
+{
+    port::setMessageBoxPresenter(recordBox);
+    failAndAnswer(3, IDOK);
+    for (const Box &box : boxes)
+        if (box.type != 0x2030)
+            std::_Exit(1);
+    boxes.clear();
+    std::_Exit(scene() ? 0 : 1);
+}
+
+} // namespace
+
+TEST(AssertionDeathTest, BoxesBehindTheThirdLetTheUserGoOnSeeNoMoreOrQuit)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto goesOn = []
+    {
+        failAndAnswer(2, IDRETRY);
+        return boxes.size() == 2 && boxes[0].type == 0x2032;
+    };
+    EXPECT_EXIT(endBy(goesOn), testing::ExitedWithCode(0), "");
+    const auto seesNoMore = []
+    {
+        failAndAnswer(3, IDIGNORE);
+        return boxes.size() == 1;
+    };
+    EXPECT_EXIT(endBy(seesNoMore), testing::ExitedWithCode(0),
+                "Assertion failed: \\[ false \\](.|\n)*Assertion failed: ");
+    const auto quits = []
+    {
+        failAndAnswer(3, IDABORT);
+        MSG msg;
+        return boxes.size() == 1 && PeekMessageA(&msg, nullptr, 0, 0, PM_REMOVE) && msg.message == WM_QUIT &&
+               msg.wParam == 1;
+    };
+    EXPECT_EXIT(endBy(quits), testing::ExitedWithCode(0), "");
 }
 
 TEST(AssertionDeathTest, AssertionDuringTheReportOfAnotherEndsTheProcess)

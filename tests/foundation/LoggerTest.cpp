@@ -118,6 +118,41 @@ TEST(Logger, ErrorsReachTheFileAtOnce)
     std::remove(path.c_str());
 }
 
+TEST(DebugOutput, AFileKeepsDebugLinesThatTheErrorStreamDoesNotShow)
+{
+    const std::string path = testing::TempDir() + "kavel_kept_test.log";
+    const auto write = [&](Logger_ &log)
+    {
+        EXPECT_EQ(port::keepDebugOutput(path.c_str()), "");
+        OutputDebugStringConsoleOutputProvider::showDebugLines(false);
+        log.writeLine(Logger_::I_DEBUG, "detail");
+        log.writeLine(Logger_::I_INFO, "news");
+        OutputDebugStringConsoleOutputProvider::showDebugLines(true);
+    };
+    EXPECT_EQ(outputOf(write), "Information: news\n");
+    std::ostringstream kept;
+    kept << std::ifstream(path).rdbuf();
+    EXPECT_EQ(kept.str(), "Debug: detail\nInformation: news\n");
+    std::remove(path.c_str());
+}
+
+TEST(DebugOutput, AFullDiskIsToldOnceAndAFileThatCannotBeMadeAtOnce)
+{
+    const auto write = [](Logger_ &log)
+    {
+        EXPECT_EQ(port::keepDebugOutput("/dev/full"), "");
+        for (int i = 0; i < 2; ++i)
+        {
+            log.writeLine(Logger_::I_INFO, "news");
+            port::flushDebugOutput();
+        }
+    };
+    const std::string written = outputOf(write);
+    EXPECT_EQ(written, "Information: news\nWarning: The log file takes no more: No space left on device. "
+                       "The run goes on without it.\nInformation: news\n");
+    EXPECT_EQ(port::keepDebugOutput("/no/such/folder/x.log"), "No such file or directory");
+}
+
 TEST(DebugOutput, LongAndManyTextsArriveWholeAndInOrder)
 {
     const std::string text(1000, 'x');

@@ -13,9 +13,9 @@
 namespace
 {
 
-bool cannotShow(HWND, const char *, const char *, UINT)
+int cannotShow(HWND, const char *, const char *, UINT)
 {
-    return false;
+    return 0;
 }
 
 D3DXVECTOR4 transform(const D3DXVECTOR4 &v, const D3DXMATRIX &m)
@@ -51,6 +51,7 @@ TEST(MessageBox, PrintsWhereNothingCanBeShown)
         testing::internal::CaptureStderr();
         EXPECT_EQ(MessageBoxA(nullptr, "the text", "the caption", MB_OK), IDOK);
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "the caption\nthe text\n");
+        EXPECT_EQ(MessageBoxA(nullptr, "", "", MB_ABORTRETRYIGNORE), IDRETRY) << "nobody asked for an end";
     }
     port::setMessageBoxPresenter(nullptr);
 }

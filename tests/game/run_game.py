@@ -21,7 +21,7 @@ def order(log, *texts):
 
 
 def test_the_first_room_is_shown_and_the_game_ends_in_order(world):
-    run = world.run(frames=5, screenshot="room.png")
+    run = world.run(frames=5, screenshot="room.png", KAVEL_VERBOSE="1")
     run.expect_code(0)
     order(run.log, "System bootstrapping complete.", "Constructing system WindowSystem2.",
           "Constructing system GraphicsAdapterSystem.", "Configuring system GraphicsAdapterSystem.",

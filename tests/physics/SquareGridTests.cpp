@@ -92,7 +92,7 @@ TEST(SquareGrid, NeighboursAreTheCellsOneStepAwayThatTheGridHas)
                     expected.push_back(cell);
             EXPECT_EQ(grid.getCell(x, z).getValidNeighbors(), expected) << x << ' ' << z;
         }
-    port::setMessageBoxPresenter([](HWND, const char *, const char *, UINT) { return true; });
+    port::setMessageBoxPresenter([](HWND, const char *, const char *, UINT) { return IDOK; });
     EXPECT_EQ(grid.getCellNeighbor(0, 0, SquareGrid::NUM_NEIGHBORS), GridCell());
     port::setMessageBoxPresenter(nullptr);
     EXPECT_EQ(countLogLines("Invalid value passed to SquareGrid::getCellNeighbor"), 1u);

@@ -7,10 +7,10 @@ namespace
 
 std::string gathered;
 
-bool gather(HWND, const char *text, const char *, UINT)
+int gather(HWND, const char *text, const char *, UINT)
 {
     gathered += text;
-    return true;
+    return IDOK;
 }
 
 } // namespace

@@ -67,7 +67,7 @@ def kind(text, scope, enums):
 def test_every_reflected_function_survives_edge_cases(world):
     source = pathlib.Path(__file__).with_name("Stress.py")
     world.write("scripts/levels/Stress.py", source.read_text(encoding="utf-8"))
-    names = world.executable.parents[2] / "reflection" / "names.txt"
+    names = world.build / "reflection" / "names.txt"
     scopes = plan(names)
     world.write("bin/stress.json", json.dumps({"seed": SEED, "scopes": scopes}))
     run = world.run(level="Stress", frames=len(scopes) + 100)

@@ -18,6 +18,14 @@ TIMEOUT_S = 240
 LEAK_CHECK_BROKE = "LeakSanitizer has encountered a fatal error"
 
 
+def place(file, target):
+    """Has the same file at another place; the executable finds its content from the place where it stands."""
+    try:
+        os.link(file, target)
+    except OSError:  # another file system
+        shutil.copy2(file, target)
+
+
 class Outcome:
     """How a run ended, and what it wrote."""
 
@@ -40,9 +48,11 @@ class World:
 
     def __init__(self, build, folder):
         self.folder = pathlib.Path(folder)
-        game = pathlib.Path(build) / "game"
-        self.executable = game / "bin" / "kaVel"
+        self.build = pathlib.Path(build)
+        game = self.build / "game"
+        self.executable = self.folder / "bin" / "kaVel"
         (self.folder / "bin").mkdir(parents=True)
+        place(game / "bin" / "kaVel", self.executable)
         shutil.copytree(ROOT / "scripts", self.folder / "scripts", ignore=shutil.ignore_patterns("__pycache__"))
         (self.folder / "assets").mkdir()
         for kind in ("fonts", "models", "textures", "shaders"):
@@ -62,18 +72,26 @@ class World:
         lines = "".join(f"    {line}\n" for line in body.strip("\n").splitlines())
         self.write(f"scripts/levels/{name}.py", f"import kaVel\n\n\ndef build(coordinator):\n{lines}")
 
-    def run(self, level=None, frames=5, screenshot=None, largest_file=None, **environment):
-        """Runs a level headless; `largest_file` is the size in bytes at which the system writes no further."""
+    def variables(self, level=None, frames=5, screenshot=None, **environment):
+        """The environment of a run: this world's user, no display, and the words of the run."""
         variables = {key: value for key, value in os.environ.items() if not key.startswith("KAVEL_")}
         variables.pop("DISPLAY", None)
         variables.pop("WAYLAND_DISPLAY", None)
         variables.update(KAVEL_HEADLESS="1", KAVEL_FRAMES=str(frames), HOME=str(self.folder),
-                         XDG_CONFIG_HOME=str(self.folder / "config"))
+                         XDG_CONFIG_HOME=str(self.folder / "config"), XDG_STATE_HOME=str(self.folder / "state"))
         if level:
             variables["KAVEL_LEVEL"] = level
         if screenshot:
             variables["KAVEL_SCREENSHOT"] = str(self.folder / screenshot)
         variables.update(environment)
+        return variables
+
+    def run(self, *words, largest_file=None, **environment):
+        """Runs to the end; the arguments are those of `variables`.
+
+        `largest_file` is the size in bytes at which the system writes no further.
+        """
+        variables = self.variables(*words, **environment)
         outcome = self.start(variables, largest_file)
         if outcome.has(LEAK_CHECK_BROKE):
             # The checker itself fell over the driver's threads at exit: the run counts, its leaks stay unknown.
@@ -89,6 +107,20 @@ class World:
                                 stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S, check=False,
                                 preexec_fn=limit if largest_file else None, restore_signals=not largest_file)
         return Outcome(result.returncode, result.stdout.decode("utf-8", "replace"))
+
+    def begin(self, *words, **environment):
+        """Starts a run and returns its process, whose output is a pipe; the arguments are those of `variables`."""
+        return subprocess.Popen([str(self.executable)], cwd=self.folder / "bin",
+                                env=self.variables(*words, **environment),
+                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+
+    def is_sanitized(self):
+        """Whether the executable was built with the sanitizers."""
+        return "KV_SANITIZE:BOOL=ON" in (self.build / "CMakeCache.txt").read_text(encoding="utf-8")
+
+    def logs(self):
+        """The log files that there are, oldest first."""
+        return sorted((self.folder / "state" / "mornal" / "logs").glob("*.log"))
 
 
 def main(cases):

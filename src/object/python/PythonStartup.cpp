@@ -2,12 +2,18 @@
 // objects to the last line of the process, and Boost.Python's registry does not survive a shutdown.
 #include "object/python/PythonIntegration.h"
 
+#include "object/python/LibraryArchive.h"
 #include "object/python/PythonReflectionProvider.h"
 #include "object/reflection/Reflection.h"
 
 #include "foundation/Assertions.h"
+#include "foundation/CrashReport.h"
+#include "foundation/FailedStart.h"
 #include "foundation/Logger.h"
 #include "port/win32/Diagnostics.h"
+
+// The interpreter's own writer for a process that crashed; it declares it for itself only.
+extern "C" void _Py_DumpTraceback(int descriptor, PyThreadState *state);
 
 namespace
 {
@@ -81,6 +87,13 @@ bool replaceSearchPath()
     return path && PySys_SetObject("path", path.get()) == 0;
 }
 
+/// Writes the lines that the scripts are at, innermost first.
+void writeScriptTrace(int descriptor)
+{
+    if (PyThreadState *const state = _PyThreadState_UncheckedGet())
+        _Py_DumpTraceback(descriptor, state);
+}
+
 void prepareModule()
 {
     registerPythonConverters(pythonConversions);
@@ -95,6 +108,8 @@ void initPython()
 {
     if (running)
         return;
+    if (const String fault = faultOfLibraryArchive(LIBRARY_ZIP); !fault.empty())
+        Assertions::failStart(fault);
     PyImport_AppendInittab("_kaVel", &init_kaVel);
     const PyStatus status = startInterpreter();
     if (!Py_IsInitialized())
@@ -106,6 +121,7 @@ void initPython()
         return;
     }
     running = true;
+    CrashReport::setScriptTraceWriter(writeScriptTrace);
     if (!pythonGuarded(prepareModule))
         KV_FATAL(getCurrentPythonTraceback());
     Reflection().addProvider(&getPythonReflectionProvider());

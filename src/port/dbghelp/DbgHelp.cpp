@@ -52,13 +52,13 @@ std::string demangled(const char *name)
 
 struct Symbol
 {
-    std::string name;
+    const char *name = nullptr; ///< as the linker knows it; null where there is none
     DWORD64 address = 0;
 };
 
 struct SourceLine
 {
-    std::string file;
+    const char *file = nullptr; ///< lasts as long as the symbol tables
     int line = 0;
 };
 
@@ -73,7 +73,7 @@ void ignoreFailure(void *, const char *, int) {}
 void takeSymbol(void *data, uintptr_t, const char *name, uintptr_t value, uintptr_t)
 {
     if (name)
-        *static_cast<Symbol *>(data) = {demangled(name), value};
+        *static_cast<Symbol *>(data) = {name, value};
 }
 
 // The first report for an address is its innermost inlined function, whose line is the one that ran.
@@ -119,7 +119,7 @@ Symbol findSymbol(DWORD64 address)
     Dl_info info{};
     if (!dladdr(reinterpret_cast<void *>(address), &info) || !info.dli_sname)
         return {};
-    return {demangled(info.dli_sname), reinterpret_cast<DWORD64>(info.dli_saddr)};
+    return {info.dli_sname, reinterpret_cast<DWORD64>(info.dli_saddr)};
 }
 
 // Without libbacktrace no line is known.
@@ -160,14 +160,14 @@ BOOL SymInitialize(HANDLE, LPCSTR, BOOL)
 BOOL SymFromAddr(HANDLE, DWORD64 address, DWORD64 *displacement, SYMBOL_INFO *symbol)
 {
     const Symbol found = findSymbol(address);
-    if (found.name.empty())
+    if (!found.name)
     {
         SetLastError(ERROR_INVALID_ADDRESS);
         return FALSE;
     }
-    const std::size_t fitting =
-        std::min<std::size_t>(found.name.size(), symbol->MaxNameLen ? symbol->MaxNameLen - 1 : 0);
-    std::memcpy(symbol->Name, found.name.data(), fitting);
+    const std::string name = demangled(found.name);
+    const std::size_t fitting = std::min<std::size_t>(name.size(), symbol->MaxNameLen ? symbol->MaxNameLen - 1 : 0);
+    std::memcpy(symbol->Name, name.data(), fitting);
     symbol->Name[fitting] = 0;
     symbol->NameLen = static_cast<ULONG>(fitting);
     symbol->Address = found.address;
@@ -178,17 +178,26 @@ BOOL SymFromAddr(HANDLE, DWORD64 address, DWORD64 *displacement, SYMBOL_INFO *sy
 
 BOOL SymGetLineFromAddr64(HANDLE, DWORD64 address, DWORD *displacement, IMAGEHLP_LINE64 *line)
 {
-    static SourceLine found; // keeps FileName alive until the next look-up
-    found = findLine(address);
-    if (found.file.empty())
+    const SourceLine found = findLine(address);
+    if (!found.file)
     {
         SetLastError(ERROR_INVALID_ADDRESS);
         return FALSE;
     }
-    line->FileName = found.file.data();
+    line->FileName = const_cast<LPSTR>(found.file); // the published structure knows no constant text
     line->LineNumber = static_cast<DWORD>(found.line);
     line->Address = address;
     if (displacement)
         *displacement = 0;
     return TRUE;
 }
+
+namespace port
+{
+
+const char *linkerName(DWORD64 address)
+{
+    return findSymbol(address).name;
+}
+
+} // namespace port

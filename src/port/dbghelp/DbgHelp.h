@@ -16,7 +16,7 @@ struct SYMBOL_INFO
     CHAR Name[1];
 };
 
-/// A source line; the caller sets SizeOfStruct. FileName stays valid until the next look-up.
+/// A source line; the caller sets SizeOfStruct. FileName stays valid to the end of the process.
 struct IMAGEHLP_LINE64
 {
     DWORD SizeOfStruct;
@@ -45,6 +45,16 @@ BOOL SymInitialize(HANDLE process, LPCSTR searchPath, BOOL invadeProcess);
 /// @return FALSE where it has none, with the reason in GetLastError
 BOOL SymFromAddr(HANDLE process, DWORD64 address, DWORD64 *displacement, SYMBOL_INFO *symbol);
 
-/// Source file and line of an address.
+/// Source file and line of an address; allocates nothing from the heap.
 /// @return FALSE where none is recorded, with the reason in GetLastError
 BOOL SymGetLineFromAddr64(HANDLE process, DWORD64 address, DWORD *displacement, IMAGEHLP_LINE64 *line);
+
+namespace port
+{
+
+/// Name of the function that holds an address, as the linker knows it; null where it has none.
+///
+/// Allocates nothing from the heap, so that a signal handler may call it once a look-up was made outside of one.
+const char *linkerName(DWORD64 address);
+
+} // namespace port

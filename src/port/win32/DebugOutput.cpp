@@ -1,94 +1,51 @@
-// DebugOutput: the debug string operation on the error stream, written in large pieces.
+// DebugOutput: the debug string operation on the error stream and in the file that keeps it.
 #include "port/win32/Diagnostics.h"
 
-#include <algorithm>
+#include "port/process/HostStream.h"
+#include "port/win32/Exceptions.h"
+
 #include <cerrno>
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <ctime>
-#include <string_view>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace
 {
 
-// Holds some hundred lines, so that a busy log costs one system call for many of them.
-constexpr std::size_t BUFFER_SIZE = 64 * 1024;
-// A reader of the stream sees a quiet program's lines after this time at the latest, given that another line follows.
-constexpr long LONGEST_DELAY_NS = 100'000'000;
-constexpr int FATAL_SIGNALS[] = {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGTRAP};
-
-char buffer[BUFFER_SIZE];
-std::size_t used = 0;   // bytes waiting in `buffer`
-timespec lastFlush{};   // by the coarse monotonic clock
-bool immediate = false; // write every text at once: a terminal reads along, or the process is about to end
+constinit port::HostStream errorStream;
+constinit port::HostStream keptFile;
 bool prepared = false;
-
-void writeOut(const char *text, std::size_t length)
-{
-    while (length > 0)
-    {
-        const ssize_t written = ::write(STDERR_FILENO, text, length);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0)
-            return;
-        text += written;
-        length -= static_cast<std::size_t>(written);
-    }
-}
-
-// A crash must not swallow the lines that led to it.
-void flushAndDie(int signal)
-{
-    writeOut(buffer, used);
-    used = 0;
-    std::signal(signal, SIG_DFL);
-    std::raise(signal);
-}
-
-void installCrashFlush(int signal)
-{
-    struct sigaction current
-    {
-    };
-    const bool isDefault = sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_DFL;
-    if (isDefault)
-        std::signal(signal, flushAndDie);
-}
 
 void flushAtExit()
 {
     port::flushDebugOutput();
-    immediate = true;
+    errorStream.setImmediate(true);
+    keptFile.setImmediate(true);
 }
 
 void prepare()
 {
     prepared = true;
-    immediate = ::isatty(STDERR_FILENO) != 0;
+    errorStream.attach(STDERR_FILENO);
+    // A terminal reads along.
+    errorStream.setImmediate(::isatty(STDERR_FILENO) != 0);
     std::atexit(flushAtExit);
-    for (const int signal : FATAL_SIGNALS)
-        installCrashFlush(signal);
+    // A crash must not swallow the lines that led to it.
+    port::watchFatalSignals();
 }
 
-bool isDue(const timespec &now)
+/// Tells once, on the error stream alone, that the file takes no more.
+void tellOfFullFile()
 {
-    return (now.tv_sec - lastFlush.tv_sec) * 1'000'000'000L + (now.tv_nsec - lastFlush.tv_nsec) > LONGEST_DELAY_NS;
-}
-
-void gather(std::string_view text)
-{
-    while (!text.empty())
-    {
-        const std::size_t fitting = std::min(text.size(), BUFFER_SIZE - used);
-        std::memcpy(buffer + used, text.data(), fitting);
-        used += fitting;
-        text.remove_prefix(fitting);
-        if (used == BUFFER_SIZE)
-            port::flushDebugOutput();
-    }
+    const int failure = keptFile.getFailure();
+    if (failure == 0)
+        return;
+    ::close(keptFile.getDescriptor());
+    keptFile.attach(0);
+    errorStream.write("Warning: The log file takes no more: ");
+    errorStream.write(strerrordesc_np(failure));
+    errorStream.write(". The run goes on without it.\n");
 }
 
 } // namespace
@@ -99,24 +56,44 @@ void OutputDebugStringA(LPCSTR text)
         return;
     if (!prepared)
         prepare();
-    gather(text);
-
-    timespec now;
-    clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
-    if (immediate || isDue(now))
-        port::flushDebugOutput();
+    errorStream.write(text);
+    port::keepDebugText(text);
 }
 
 namespace port
 {
 
+std::string keepDebugOutput(const char *path)
+{
+    const int file = ::open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (file < 0)
+        return strerrordesc_np(errno);
+    keptFile.flush();
+    if (keptFile.isAttached())
+        ::close(keptFile.getDescriptor());
+    keptFile.attach(file);
+    return std::string();
+}
+
+void keepDebugText(LPCSTR text)
+{
+    keptFile.write(text);
+    tellOfFullFile();
+}
+
 void flushDebugOutput()
 {
-    if (used == 0)
-        return;
-    writeOut(buffer, used);
-    used = 0;
-    clock_gettime(CLOCK_MONOTONIC_COARSE, &lastFlush);
+    keptFile.flush();
+    tellOfFullFile();
+    errorStream.flush();
+}
+
+void forEachDebugDescriptor(void (*use)(int descriptor))
+{
+    flushDebugOutput();
+    for (const HostStream *stream : {&errorStream, &keptFile})
+        if (stream->isAttached())
+            use(stream->getDescriptor());
 }
 
 } // namespace port

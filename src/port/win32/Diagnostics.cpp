@@ -7,6 +7,7 @@
 #include <cstring>
 #include <mutex>
 #include <string>
+#include <unistd.h>
 
 namespace
 {
@@ -133,10 +134,13 @@ int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT type)
         text = "";
     if (!caption)
         caption = "";
-    if (!presenter || !presenter(owner, text, caption, type))
-        OutputDebugStringA((std::string(caption) + "\n" + text + "\n").c_str());
     port::flushDebugOutput();
-    return IDOK;
+    const int answer = presenter ? presenter(owner, text, caption, type) : 0;
+    if (answer != 0)
+        return answer;
+    OutputDebugStringA((std::string(caption) + "\n" + text + "\n").c_str());
+    port::flushDebugOutput();
+    return (type & MB_TYPEMASK) == MB_ABORTRETRYIGNORE ? IDRETRY : IDOK;
 }
 
 void InitializeCriticalSection(LPCRITICAL_SECTION section)
@@ -166,12 +170,22 @@ HANDLE GetCurrentProcess()
     return reinterpret_cast<HANDLE>(static_cast<INT_PTR>(-1));
 }
 
+DWORD GetCurrentProcessId()
+{
+    return static_cast<DWORD>(::getpid());
+}
+
 namespace port
 {
 
 void setMessageBoxPresenter(MessageBoxPresenter newPresenter)
 {
     presenter = newPresenter;
+}
+
+bool hasMessageBoxPresenter()
+{
+    return presenter != nullptr;
 }
 
 } // namespace port

@@ -4,8 +4,9 @@
 #include "port/win32/WinTypes.h"
 
 #include <cstdarg>
+#include <string>
 
-/// Writes a text to the debug output, which is the process's error stream.
+/// Writes a text to the debug output, which is the process's error stream, and to the file that keeps it if there is one.
 ///
 /// Whole lines are gathered and written together; an empty message queue, flushDebugOutput and a normal exit write
 /// what is left.
@@ -37,18 +38,25 @@ BOOL IsDebuggerPresent();
 void DebugBreak();
 
 constexpr UINT MB_OK = 0x00000000;
+constexpr UINT MB_ABORTRETRYIGNORE = 0x00000002;
+constexpr UINT MB_TYPEMASK = 0x0000000F;
 constexpr UINT MB_ICONHAND = 0x00000010;
 constexpr UINT MB_ICONERROR = MB_ICONHAND;
 constexpr UINT MB_ICONEXCLAMATION = 0x00000030;
 constexpr UINT MB_ICONWARNING = MB_ICONEXCLAMATION;
 constexpr UINT MB_ICONINFORMATION = 0x00000040;
+constexpr UINT MB_ICONMASK = 0x000000F0;
 constexpr UINT MB_TASKMODAL = 0x00002000;
 constexpr int IDOK = 1;
+constexpr int IDABORT = 3;
+constexpr int IDRETRY = 4;
+constexpr int IDIGNORE = 5;
 
 /// Shows a message and waits for the user's answer.
 ///
 /// Where nobody can see a box, its caption and text go to the debug output and it returns at once.
-/// @return IDOK
+/// @param type  with MB_ABORTRETRYIGNORE the answers read "Quit", "Continue" and "Do not show again"
+/// @return the answer; where none was given IDOK, or IDRETRY with MB_ABORTRETRYIGNORE
 int MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT type);
 
 /// Mutual exclusion that its owning thread may enter again.
@@ -70,18 +78,37 @@ BOOL QueryPerformanceCounter(LARGE_INTEGER *count);
 BOOL QueryPerformanceFrequency(LARGE_INTEGER *frequency);
 
 HANDLE GetCurrentProcess();
+DWORD GetCurrentProcessId();
 
 namespace port
 {
 
-/// Shows a box on the screen.
-/// @return false where no box can be shown, so that the text is printed instead
-using MessageBoxPresenter = bool (*)(HWND owner, const char *text, const char *caption, UINT type);
+/// Shows a box on the screen and waits.
+/// @return the answer; 0 where no box can be shown, so that the text is printed instead
+using MessageBoxPresenter = int (*)(HWND owner, const char *text, const char *caption, UINT type);
 
 /// Installs what shows message boxes; null, the initial state, prints them.
 void setMessageBoxPresenter(MessageBoxPresenter presenter);
 
-/// Writes all gathered debug output to the error stream now.
+/// Whether something shows message boxes, so that they need not be printed.
+bool hasMessageBoxPresenter();
+
+/// Has all debug output kept in a file from now on, besides going to the error stream. An earlier file ends.
+///
+/// A file that takes no more is told of once on the error stream, and left.
+/// @param path  a host path; what the file held is lost
+/// @return empty, or why the file cannot be written
+std::string keepDebugOutput(const char *path);
+
+/// Writes a text to that file only; nothing without a file.
+void keepDebugText(LPCSTR text);
+
+/// Writes all gathered debug output now; a signal handler may call it.
 void flushDebugOutput();
+
+/// Has a function write to each of the host's descriptors that debug output goes to, behind what was gathered.
+///
+/// For a signal handler, which can trust no other way.
+void forEachDebugDescriptor(void (*use)(int descriptor));
 
 } // namespace port

@@ -1,6 +1,7 @@
 // The host's events as window messages.
 #include "port/win32/SdlPlatform.h"
 
+#include "port/process/EndRequests.h"
 #include "port/win32/Diagnostics.h"
 #include "port/win32/SdlKeys.h"
 #include "port/win32/SdlVideo.h"
@@ -17,6 +18,9 @@ namespace port
 
 namespace
 {
+/// What shells add to a signal's number to tell of a process that it ended.
+constexpr int EXIT_CODE_OF_SIGNAL = 128;
+
 /// Names of the devices in raw input records; only their difference from null and each other counts.
 const HANDLE hostKeyboard = reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(1));
 const HANDLE hostMouse = reinterpret_cast<HANDLE>(static_cast<std::uintptr_t>(2));
@@ -164,6 +168,8 @@ void SdlPlatform::postTo(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam)
 
 void SdlPlatform::pumpEvents()
 {
+    if (const int signal = takeEndRequest())
+        endOnRequest(signal);
     if (!SdlVideo::started() || !SdlVideo::started()->works())
         return;
     SDL_Event event;
@@ -171,14 +177,28 @@ void SdlPlatform::pumpEvents()
         handleEvent(event);
 }
 
+void SdlPlatform::endOnRequest(int signal)
+{
+    // Nobody sees the windows of an off-screen run close: its exit code tells that it did not come to its own end.
+    if (windows.empty() || isOffscreen())
+        PostQuitMessage(EXIT_CODE_OF_SIGNAL + signal);
+    else
+        closeAllWindows();
+}
+
+void SdlPlatform::closeAllWindows()
+{
+    for (const Window &window : windows)
+        postTo(window.handle, WM_CLOSE, 0, 0);
+}
+
 void SdlPlatform::handleEvent(const SDL_Event &event)
 {
     switch (event.type)
     {
     case SDL_QUIT:
-        // The user's interrupt asks every window to close, as its button would.
-        for (const Window &window : windows)
-            postTo(window.handle, WM_CLOSE, 0, 0);
+        // The desktop asks every window to close, as its button would.
+        closeAllWindows();
         if (windows.empty())
             PostQuitMessage(0);
         break;

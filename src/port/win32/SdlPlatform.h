@@ -115,6 +115,8 @@ private:
 
     // SdlEvents.cpp
     void pumpEvents();
+    void endOnRequest(int signal);
+    void closeAllWindows();
     void handleEvent(const SDL_Event &event);
     void handleWindowEvent(const SDL_WindowEvent &event);
     void handleKey(const SDL_KeyboardEvent &event);

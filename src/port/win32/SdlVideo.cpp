@@ -22,11 +22,6 @@ bool isSet(const char *variable)
     return value && *value && std::strcmp(value, "0") != 0;
 }
 
-bool displayIsExpected()
-{
-    return !isSet("KAVEL_HEADLESS") && (isSet("SDL_VIDEODRIVER") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY"));
-}
-
 bool startDriver(const char *name)
 {
     if (name)
@@ -49,18 +44,12 @@ bool sameMode(const DisplayMode &a, const DisplayMode &b)
 {
     return a.width == b.width && a.height == b.height && a.refreshRate == b.refreshRate;
 }
-
-/// Leaves the display to the desktop while the box is open, so that it can be seen and clicked.
-bool presentMessageBox(HWND, const char *text, const char *caption, UINT type)
-{
-    SDL_SetRelativeMouseMode(SDL_FALSE);
-    if (SDL_Window *focused = SDL_GetKeyboardFocus())
-        SDL_SetWindowFullscreen(focused, 0);
-    const bool isError = (type & 0xF0) == MB_ICONHAND;
-    return SDL_ShowSimpleMessageBox(isError ? SDL_MESSAGEBOX_ERROR : SDL_MESSAGEBOX_WARNING, caption ? caption : "",
-                                    text ? text : "", nullptr) == 0;
-}
 } // namespace
+
+bool displayIsExpected()
+{
+    return !isSet("KAVEL_HEADLESS") && (isSet("SDL_VIDEODRIVER") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY"));
+}
 
 SdlVideo &SdlVideo::get()
 {
@@ -75,12 +64,10 @@ SdlVideo *SdlVideo::started()
 
 SdlVideo::SdlVideo()
 {
-    // The loop ends by WM_CLOSE of its window; an SDL_QUIT is then the user's interrupt only.
+    // The loop ends by WM_CLOSE of its window, and what asks the process to end is heard by EndRequests.
     SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
+    SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
 
-    // An interrupt closes the window as its button would; a run that nobody sees just ends.
-    if (!displayIsExpected())
-        SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
     running = displayIsExpected() && startDriver(nullptr);
     if (!running)
         running = startDriver("offscreen");
@@ -99,13 +86,11 @@ SdlVideo::SdlVideo()
         listOffscreenModes();
         return;
     }
-    setMessageBoxPresenter(presentMessageBox);
     listHostModes();
 }
 
 SdlVideo::~SdlVideo()
 {
-    setMessageBoxPresenter(nullptr);
     startedVideo = nullptr;
     if (running)
         SDL_QuitSubSystem(SDL_INIT_VIDEO);

@@ -8,6 +8,9 @@
 namespace port
 {
 
+/// Whether the environment promises a display: one is named, and nobody asked for a run without.
+bool displayIsExpected();
+
 /// The video driver: started on first demand, once for the process.
 ///
 /// Without a display (no DISPLAY and no WAYLAND_DISPLAY, or KAVEL_HEADLESS set, or a display that cannot be opened) it

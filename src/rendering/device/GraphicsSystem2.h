@@ -183,9 +183,7 @@ public:
     void setRenderScale(float val);
 
     float getGamma() const { return gamma; }
-    /// How the screen's brightness follows its values, as an exponent from 1 to 4; more shows more in the dark.
-    ///
-    /// Another value is refused with an error in the log.
+    /// How the screen's brightness follows its values, as an exponent kept within 1 to 4; more shows more in the dark.
     void setGamma(float val);
 
     bool getAntialiasing() const { return antialiasing; }

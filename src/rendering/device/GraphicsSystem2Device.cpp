@@ -5,14 +5,12 @@
 #include "platform/window/GraphicsAdapterSystem.h"
 #include "platform/window/WindowSystem2.h"
 
-#include "foundation/Assertions.h"
+#include "foundation/FailedStart.h"
 #include "port/d3d9/d3d9.h"
 #include "port/tweakbar/TweakBar.h"
-#include "port/win32/Diagnostics.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace
 {
@@ -68,11 +66,8 @@ void GraphicsSystem2::createDevice()
                                               D3DCREATE_HARDWARE_VERTEXPROCESSING, &params, &device);
     if (FAILED(result))
     {
-        MessageBoxA(nullptr,
-                    "The Direct3D device could not be created. Please ensure you have the latest video drivers "
-                    "available for your system installed.",
-                    "Error", MB_ICONERROR | MB_TASKMODAL);
-        std::_Exit(1);
+        Assertions::failStart(SCS("The Direct3D device could not be created. Please ensure you have the latest video "
+                                  "drivers available for your system installed."));
     }
     TwInit(TW_DIRECT3D9, device);
     deviceIsLost = false;

@@ -1,0 +1,22 @@
+#include "foundation/FailedStart.h"
+
+#include "foundation/LogFile.h"
+#include "foundation/Logger.h"
+#include "port/win32/Diagnostics.h"
+
+#include <cstdlib>
+
+namespace Assertions
+{
+
+void failStart(const String &message)
+{
+    Logger().writeLine(Logger_::I_CRITICAL, message);
+    LogFile::tell();
+    if (port::hasMessageBoxPresenter())
+        MessageBoxA(nullptr, (message + LogFile::placeForBox()).toCString(), "Error", MB_TASKMODAL | MB_ICONERROR);
+    port::flushDebugOutput();
+    std::_Exit(1);
+}
+
+} // namespace Assertions

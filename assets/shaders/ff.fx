@@ -140,8 +140,7 @@ PixelShader surface
 
     void main()
     {
-        vec3 highlight = texture(specularMap, uv).rgb;
-        COLOR0 = vec4(texture(diffuseMap, uv).rgb, dot(highlight, vec3(0.299, 0.587, 0.114)));
+        COLOR0 = vec4(texture(diffuseMap, uv).rgb, packHighlight(texture(specularMap, uv).rgb));
         COLOR1 = vec4(packNormal(mappedNormal()), packDepth(viewDepth()));
         COLOR2 = vec4(texture(emissiveMap, uv).rgb, 1.0);
     }
@@ -274,7 +273,7 @@ technique CrappyTexturedQuads
         CullMode = None; ZEnable = True; ZWriteEnable = True; ZFunc = LessEqual;
         AlphaBlendEnable = True; SrcBlend = SrcAlpha; DestBlend = InvSrcAlpha; BlendOp = Add;
         AlphaTestEnable = True; AlphaFunc = Greater; AlphaRef = 0; // what is clear hides nothing behind it
-        StencilEnable = False; ColorWriteEnable = Red | Green | Blue; // alpha is another's: the strength of highlights
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue; // alpha is another's: the colour of highlights
         VertexShader = instancedImage;
         PixelShader = image;
     }

@@ -1,9 +1,12 @@
 // What lies in the G-buffer, and how it is packed.
 //
-//   GBuffer1   rgb  albedo as in the texture, not linear      a    strength of highlights, 0 to 1
+//   GBuffer1   rgb  albedo as in the texture, not linear      a    colour of highlights, packed
 //   GBuffer2   rg   view-space normal, octahedral             ba   view-space depth, rounded part and rest
 //   GBuffer3   rgb  emitted light as in the texture           a    unused
-//   LBuffer    rgb  light that arrives, linear                a    highlight, before its strength
+//   LBuffer    rgb  light of the lights that leaves the surface towards the eye, linear
+//
+// What lights return is summed up in its colours, so that a light of one colour shines so on a surface of another.
+// The colour of highlights is a number in the sixteen bits of a half float: nothing blends with it.
 //
 // Depth is the distance along the view axis in world units. One half float is too coarse for it, so the second holds
 // what rounding took away. Depth 0 is where nothing was drawn.
@@ -13,6 +16,28 @@ glsl
     vec3 toLinear(vec3 color)
     {
         return color * (color * (color * 0.305306 + 0.682171) + 0.012523);
+    }
+
+    // Steps of red, green and blue, finest where the eye is; in all fewer than there are halves of a plain exponent.
+    const vec3 highlightSteps = vec3(39.0, 45.0, 34.0);
+
+    float packHighlight(vec3 color)
+    {
+        vec3 step = floor(sqrt(clamp(color, 0.0, 1.0)) * (highlightSteps - 1.0) + 0.5);
+        uint number = uint((step.r * highlightSteps.g + step.g) * highlightSteps.b + step.b);
+        uint bits = number < 0x7800u ? number + 0x0400u : number - 0x7800u + 0x8400u; // neither denormal nor infinite
+        return unpackHalf2x16(bits).x;
+    }
+
+    vec3 unpackHighlight(float stored)
+    {
+        uint bits = packHalf2x16(vec2(stored, 0.0));
+        float number = float(bits < 0x8000u ? bits - 0x0400u : bits - 0x8400u + 0x7800u) + 0.5;
+        float rest = floor(number / highlightSteps.b);
+        float red = floor((rest + 0.5) / highlightSteps.g);
+        vec3 step = vec3(red, rest - red * highlightSteps.g, floor(number - rest * highlightSteps.b));
+        vec3 root = step / (highlightSteps - 1.0);
+        return root * root;
     }
 
     vec2 packNormal(vec3 n)

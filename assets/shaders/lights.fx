@@ -1,4 +1,4 @@
-// Lights: each adds what arrives at the surfaces inside its volume to the light buffer.
+// Lights: each adds to the light buffer what the surfaces inside its volume send of it to the eye.
 //
 // The far side of the volume is drawn wherever it lies behind the scene: those are the pixels that the light can
 // reach, from outside the volume and from inside. Clipping along the depth is off, so that the far plane cuts no
@@ -30,6 +30,7 @@ texture GBuffer2_texture;
 texture GBuffer3_texture;
 texture ShadowMap_texture;
 
+sampler GBuffer1 = sampler_state { Texture = <GBuffer1_texture>; };
 sampler GBuffer2 = sampler_state { Texture = <GBuffer2_texture>; };
 sampler ShadowMap = sampler_state { Texture = <ShadowMap_texture>; AddressU = Clamp; AddressV = Clamp; };
 
@@ -37,14 +38,12 @@ sampler ShadowMap = sampler_state { Texture = <ShadowMap_texture>; AddressU = Cl
 glsl VertexShader
 {
     flat out vec4 rays;  // see pixelRays
-    flat out vec4 color; // rgb diffuse, a highlight
     flat out vec3 falloff; // end squared, end and 1 over the whole way
 
     void writeVolume(vec3 worldPosition)
     {
         gl_Position = viewToProjection * (worldToView * vec4(worldPosition, 1.0));
         rays = pixelRays();
-        color = vec4(lightDiffuseColor.rgb, dot(lightSpecularColor.rgb, vec3(0.299, 0.587, 0.114)));
         float way = 1.0 / max(lightFalloffEnd - lightFalloffBegin, 1e-4);
         falloff = vec3(lightFalloffEnd * lightFalloffEnd, lightFalloffEnd * way, way);
     }
@@ -85,7 +84,7 @@ VertexShader shadowedConeVolume
 {
     flat out vec3 cone;
     flat out mat4 viewToShadow; // from the camera's view space to the map: x and y from 0 to w
-    flat out float texel;       // width of the map's texels for each metre from the light
+    flat out float slope;       // width of the map for each metre from the light
 
     void main()
     {
@@ -93,14 +92,13 @@ VertexShader shadowedConeVolume
         cone = vec3(spotOuterAngleCos, 1.0 / max(spotInnerAngleCos - spotOuterAngleCos, 1e-4), spotFalloff * 0.1);
         const mat4 clipToMap = mat4(0.5, 0, 0, 0,  0, -0.5, 0, 0,  0, 0, 1, 0,  0.5, 0.5, 0, 1);
         viewToShadow = clipToMap * lightViewToLightProjection * worldToLightView * viewToWorld;
-        texel = 2.0 / (max(abs(lightViewToLightProjection[1][1]), 1e-3) * viewportPixels.w);
+        slope = 2.0 / max(abs(lightViewToLightProjection[1][1]), 1e-3);
     }
 }
 
 glsl PixelShader
 {
     flat in vec4 rays;
-    flat in vec4 color;
     flat in vec3 falloff;
 
     struct Surface
@@ -144,16 +142,19 @@ glsl PixelShader
         return t * t * (3.0 - 2.0 * t);
     }
 
-    /// Light of a strength on a surface: matt in rgb, highlight in a.
-    vec4 arriving(Surface s, float strength)
+    /// Light of a strength that leaves a surface towards the eye.
+    vec4 returned(Surface s, float strength)
     {
+        vec4 material = texelFetch(GBuffer1, ivec2(gl_FragCoord.xy), 0);
         vec3 halfway = normalize(s.toLight - normalize(s.position));
         float shine = max(dot(s.normal, halfway), 0.0);
         shine *= shine * shine; // in all to the power of 24
         shine *= shine;
         shine *= shine;
         shine *= shine;
-        return color * vec4(vec3(1.0), shine) * (s.facing * strength);
+        vec3 matt = toLinear(material.rgb) * lightDiffuseColor.rgb;
+        vec3 highlight = unpackHighlight(material.a) * lightSpecularColor.rgb;
+        return vec4((matt + highlight * shine) * (s.facing * strength), 0.0);
     }
 }
 
@@ -162,7 +163,7 @@ PixelShader sphereLight
     void main()
     {
         Surface s = surfaceInReach();
-        COLOR0 = arriving(s, reach(s.distance));
+        COLOR0 = returned(s, reach(s.distance));
     }
 }
 
@@ -176,7 +177,7 @@ PixelShader spotLight
         float strength = inCone(s.toLight, cone);
         if (strength <= 0.0)
             discard;
-        COLOR0 = arriving(s, strength * reach(s.distance));
+        COLOR0 = returned(s, strength * reach(s.distance));
     }
 }
 
@@ -184,20 +185,22 @@ PixelShader spotShadowsLight
 {
     flat in vec3 cone;
     flat in mat4 viewToShadow;
-    flat in float texel;
+    flat in float slope;
 
     /// Share of the light that no caster keeps away: sixteen texels of the map, weighted to a soft edge three wide.
+    /// Beside the map, which is as wide as the cone, no light goes.
     float unshadowed(Surface s)
     {
         // The look-up starts above the surface by as much as the texels around it may lie apart in depth, so that a
         // surface does not shade itself, and a caster's shadow still begins where it stands.
         float slant = sqrt(max(1.0 - s.facing * s.facing, 0.0));
-        vec3 lifted = s.position + s.normal * (texel * s.distance * (0.5 + 2.0 * slant) + 0.002);
-        vec4 at = viewToShadow * vec4(lifted, 1.0);
-        if (at.w <= 0.0)
-            return 1.0;
-        float nearest = 1.0 / max(at.w * 0.999 - 0.002, 1e-3);
         vec2 size = vec2(textureSize(ShadowMap, 0));
+        float texel = slope / size.y * s.distance;
+        vec3 lifted = s.position + s.normal * (texel * (0.5 + 2.0 * slant) + 0.002);
+        vec4 at = viewToShadow * vec4(lifted, 1.0);
+        if (any(lessThan(at.xy, vec2(0.0))) || any(greaterThan(at.xy, at.ww)))
+            return 0.0;
+        float nearest = 1.0 / max(at.w * 0.999 - 0.002, 1e-3);
         vec2 middle = at.xy / at.w * size; // in texels, counted from the centre of the first
         vec2 part = fract(middle), corner = (middle - part) / size;
 
@@ -220,7 +223,7 @@ PixelShader spotShadowsLight
         float strength = inCone(s.toLight, cone);
         if (strength <= 0.0)
             discard;
-        COLOR0 = arriving(s, strength * reach(s.distance) * unshadowed(s));
+        COLOR0 = returned(s, strength * reach(s.distance) * unshadowed(s));
     }
 }
 
@@ -230,7 +233,7 @@ technique SphereLight
     {
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
-        StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue;
         VertexShader = sphereVolume;
         PixelShader = sphereLight;
     }
@@ -242,7 +245,7 @@ technique SpotLight
     {
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
-        StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue;
         VertexShader = coneVolume;
         PixelShader = spotLight;
     }
@@ -254,7 +257,7 @@ technique SpotShadowsLight
     {
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
-        StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue;
         VertexShader = shadowedConeVolume;
         PixelShader = spotShadowsLight;
     }

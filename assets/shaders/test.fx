@@ -144,18 +144,16 @@ glsl PixelShader
     vec3 sceneLight(Surface surface, vec2 pixel, float open)
     {
         vec4 material = texelFetch(GBuffer1, ivec2(pixel), 0);
-        vec4 light = texelFetch(LBuffer, ivec2(pixel), 0);
+        vec3 light = texelFetch(LBuffer, ivec2(pixel), 0).rgb;
         vec3 emitted = toLinear(texelFetch(GBuffer3, ivec2(pixel), 0).rgb);
         float towardsEye = max(-dot(surface.normal, normalize(surface.position)), 0.0);
 
-        // The highlight's buffer has no colour of its own; it takes most of the light's.
-        vec3 tint = mix(vec3(1.0), light.rgb / max(max(light.r, max(light.g, light.b)), 1e-4), 0.7);
         // The eye's own faint light glints on what is polished.
         float glint = towardsEye * towardsEye * towardsEye;
         glint *= glint * glint;
-        vec3 matt = toLinear(material.rgb) * (ambient(surface.position, surface.normal, towardsEye, open) + light.rgb);
-        vec3 shine = material.a * (tint * light.a + sceneAmbient.rgb * (0.6 * glint));
-        return surface.empty ? vec3(0.0) : matt + shine + emitted;
+        vec3 matt = toLinear(material.rgb) * ambient(surface.position, surface.normal, towardsEye, open);
+        vec3 shine = unpackHighlight(material.a) * sceneAmbient.rgb * (0.6 * glint);
+        return surface.empty ? vec3(0.0) : light + matt + shine + emitted;
     }
 
     /// Film's answer to light: what lies in the dark stays apart, the middle gains contrast, white is never reached.
@@ -452,7 +450,7 @@ technique Projective_texture
     {
         CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
         AlphaBlendEnable = True; SrcBlend = SrcAlpha; DestBlend = InvSrcAlpha; BlendOp = Add;
-        StencilEnable = False; ColorWriteEnable = Red | Green | Blue; // the strength of highlights stays
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue; // the colour of highlights stays
         VertexShader = projector;
         PixelShader = projected;
     }

@@ -44,6 +44,7 @@ protected:
         ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
         model.setMesh(graphics().getFullScreenQuad());
         model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
+        model.setTextureName(SCS("black.dds"));
         model.onLoadComplete();
     }
 

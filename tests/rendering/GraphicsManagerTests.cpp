@@ -33,6 +33,7 @@ protected:
         transform->setOrientation(Quaternion::fromAxisAngle(Vec4(0, 0, 1, 0), roll));
         ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
         model.setMesh(graphics().getFullScreenQuad());
+        model.setTextureName(SCS("black.dds"));
         model.setEmissiveTextureName(emissive);
         model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
         const OnRealDevice real(*this);

@@ -8,6 +8,7 @@
 #include "rendering/drawn/ModelGraphicsComponent2.h"
 #include "rendering/frame/RenderParams.h"
 #include "rendering/drawn/WholeWindow.h"
+#include "platform/window/WindowSystem2.h"
 #include "support/AllocationCount.h"
 
 #include "port/d3d9/Texture.h"
@@ -55,6 +56,7 @@ protected:
         level.transform(entity, position).lookup()->setScale(Vec4(size, size, 1, 0));
         ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
         model.setMesh(graphics().getFullScreenQuad());
+        model.setTextureName(SCS("white.dds"));
         model.setLayer(layer);
         if (layer == SceneGraph::WORLD)
             level.component<BoundingVolume>(entity, "boundingVolume").lookup()->setHitBox(Vec4(1, 1, 1, 0));
@@ -69,7 +71,7 @@ protected:
         level.frame();
     }
 
-    /// What the light buffer of the last frame holds at a pixel.
+    /// What the light buffer of the last frame holds at a pixel, of light that white surfaces return.
     Vec4 arrived(int x = WIDTH / 2, int y = HEIGHT / 2)
     {
         auto *buffer = static_cast<port::Texture *>(graphics().getRenderTargetTexture(SCS("LBuffer")).value);
@@ -129,7 +131,7 @@ TEST_F(Lights, ConstantsStandInTheirOrderAndForm)
     ViewerComponent &viewer = *handle_cast<ViewerComponent>(spot.getSibling(SCS("viewer"))).lookup();
     EXPECT_NEAR(viewer.getVerticalFieldOfViewAngle(), 60 * degree, 1e-6f);
     expectSame(matrixAt(params, 10), placeOf(spot).getCameraMatrix(T::INVERT | T::OMIT_SCALE).transpose());
-    expectSame(matrixAt(params, 11), viewer.getProjectionMatrix(getWholeWindow().x, getWholeWindow().y));
+    expectSame(matrixAt(params, 11), viewer.getProjectionMatrix(1, 1));
 }
 
 TEST_F(Lights, FlagsChooseTheTechnique)
@@ -271,6 +273,23 @@ TEST_F(Lights, ShadowFallsWhereTheCasterStandsInTheWay)
     EXPECT_GT(lit, 100);
 }
 
+TEST_F(Lights, ShadowFallsAtTheConesEdgeInAWindowTallerThanWide)
+{
+    getSystemDeref<WindowSystem2>().setWindowedSize(60, 120);
+    LightComponent &spot = light(Vec4(-2, 0, 0, 1), true, true);
+    spot.setLightFalloffBegin(17);
+    square(Vec4(0, 0, 5, 1), 6, SceneGraph::WORLD_UNCONDITIONAL);
+    square(Vec4(-0.8f, 0, 3, 1), 0.2f, SceneGraph::WORLD); // on the way to the middle of the picture, 22 degrees aside
+    settle();
+    EXPECT_EQ(arrived(30, 60).x, 0.0f);
+    EXPECT_GT(arrived(30, 31).x, 0.05f) << "24 degrees aside";
+    graphics().setShadowMapSize(9);
+    settle();
+    EXPECT_EQ(arrived(30, 60).x, 0.0f) << "coarser, and still there";
+    EXPECT_EQ(graphics().getShadowMapSize(), 64);
+    graphics().setShadowMapSize(768);
+}
+
 TEST_F(Lights, ShadowPassLeavesTheLightsTheirTargets)
 {
     square(Vec4(0, 0, 4, 1), 0.5f, SceneGraph::WORLD);
@@ -292,7 +311,7 @@ TEST_F(Lights, ShadowPassLeavesTheLightsTheirTargets)
     steps.resize(11);
     const std::string cone = steps[10];
     EXPECT_EQ(steps, (Journal{"Target 0 ShadowMap", "Depth ShadowMap", "Clear target depth z=1", "Target 0 ShadowMap",
-                              "Depth ShadowMap", "Viewport 0 0 160 90", "DrawIndexed 2 primitives x 1",
+                              "Depth ShadowMap", "Viewport 0 0 768 768", "DrawIndexed 2 primitives x 1",
                               "Target 0 LBuffer", "Depth GBuffer", "Viewport 0 0 160 90", cone}));
     EXPECT_TRUE(cone.starts_with("Clear stencil")) << cone;
 }

@@ -15,6 +15,7 @@ struct ScreenPicture
     unsigned at(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
     int red(int x, int y) const { return at(x, y) & 0xFF; }
     int green(int x, int y) const { return at(x, y) >> 8 & 0xFF; }
+    int blue(int x, int y) const { return at(x, y) >> 16 & 0xFF; }
     /// Count of the pixels of a rectangle that are not black; right and bottom lie outside.
     int countLit(int left, int top, int right, int bottom) const;
 

@@ -16,3 +16,11 @@ void TextureAsset::onUploadComplete(ErrorCode ec)
     KV_VERIFY(ec.succeeded(), "Upload of texture asset %s failed: %s", fileName.toCString(), ec.toString().toCString());
     setStatus(ec);
 }
+
+void TextureAsset::reportMissing(const String &wearer)
+{
+    if (missingTold)
+        return;
+    missingTold = true;
+    KV_VERIFY(false, "%s wears the texture %s, which did not load", wearer.toCString(), fileName.toCString());
+}

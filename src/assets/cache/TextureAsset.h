@@ -16,10 +16,14 @@ public:
     /// Called by the graphics system with the result of the upload; a failure is logged with file and reason.
     void onUploadComplete(ErrorCode ec);
 
+    /// Tells who goes without this texture, which did not load; the first of them is enough.
+    void reportMissing(const String &wearer);
+
     /// Path of the file, as "..\assets\textures\black.dds".
     String getFileName() const { return fileName; }
     void setFileName(const String &val) { fileName = val; }
 
 private:
     String fileName;
+    bool missingTold = false;
 };

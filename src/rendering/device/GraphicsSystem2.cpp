@@ -231,6 +231,13 @@ void GraphicsSystem2::setGamma(float val)
                 static_cast<double>(MOST_GAMMA));
 }
 
+void GraphicsSystem2::setShadowMapSize(int val)
+{
+    shadowMapSize = std::clamp(val, 64, 4096);
+    if (deviceIsReady())
+        createShadowMap();
+}
+
 int GraphicsSystem2::getDrawCallCount() const
 {
     return static_cast<int>(port::lastFrameStats(device).draws);

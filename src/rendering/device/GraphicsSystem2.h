@@ -186,6 +186,10 @@ public:
     /// How the screen's brightness follows its values, as an exponent kept within 1 to 4; more shows more in the dark.
     void setGamma(float val);
 
+    int getShadowMapSize() const { return shadowMapSize; }
+    /// Side of the square shadow map in texels, kept within 64 to 4096; more draws finer edges and takes longer.
+    void setShadowMapSize(int val);
+
     bool getAntialiasing() const { return antialiasing; }
     /// Whether the stair-steps along outlines are smoothed, by default so; surfaces and texts stay as they are.
     ///
@@ -265,6 +269,7 @@ private:
     void writeScreenshot();
 
     void createRenderTargets();
+    void createShadowMap();
     void destroyRenderTargets();
     void rememberScreenTargets();
     std::pair<unsigned, unsigned> getTargetSize(int logSizeDivisor) const;
@@ -300,7 +305,8 @@ private:
     mutable D3DVertexDeclarationMap d3dVertexDeclarations;
 
     float renderScale = 1.0f;
-    float gamma = 2.2f; ///< exponent, as most screens have it
+    float gamma = 2.2f;      ///< exponent, as most screens have it
+    int shadowMapSize = 768; ///< texels a side: a cone as fine as in a window of that height
     bool antialiasing = true;
     int backBufferWidth = 0;  ///< pixels
     int backBufferHeight = 0; ///< pixels

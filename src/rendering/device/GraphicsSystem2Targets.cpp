@@ -56,9 +56,8 @@ void GraphicsSystem2::createRenderTargets()
         return;
     for (const char *name : {"GBuffer1", "GBuffer2", "GBuffer3", "GBuffer4", "LBuffer"})
         registerRenderTarget(SCS(name), 0, D3DFMT_A16B16G16R16F).ignoreError(); // told by an assertion
-    registerRenderTarget(SCS("ShadowMap"), 0, D3DFMT_R32F).ignoreError();
-    for (const char *name : {"GBuffer", "ShadowMap"})
-        registerDepthTarget(SCS(name), 0, D3DFMT_D24S8).ignoreError();
+    registerDepthTarget(SCS("GBuffer"), 0, D3DFMT_D24S8).ignoreError();
+    createShadowMap();
     if (worldWidth != backBufferWidth || worldHeight != backBufferHeight)
         registerRenderTarget(scaledWorldName(), 0, D3DFMT_X8R8G8B8).ignoreError();
     rememberScreenTargets();
@@ -78,6 +77,14 @@ ErrorCode GraphicsSystem2::showWorld()
         return ErrorCode::SUCCESS;
     return dxCall(
         device->StretchRect(world->second.surf, nullptr, renderTargets[screenName()].surf, nullptr, D3DTEXF_LINEAR));
+}
+
+/// A size of its own, since it is looked at from elsewhere than the window; square, as the light's cone is.
+void GraphicsSystem2::createShadowMap()
+{
+    static const String name = SCS("ShadowMap");
+    registerRenderTarget(name, -shadowMapSize, D3DFMT_R32F).ignoreError(); // told by an assertion
+    registerDepthTarget(name, -shadowMapSize, D3DFMT_D24S8).ignoreError();
 }
 
 void GraphicsSystem2::rememberScreenTargets()

@@ -32,7 +32,7 @@ GraphicsSystem2::BatchRenderParams HeightMapGraphics::batchGetParams()
     shaders.addTo(params);
     const Matrix4 modelToWorld = findTransform()->getTransformationMatrix(TransformComponent::USE_OFFSET);
     params.shaderConstants.emplace_back(modelToWorldName, modelToWorld.transpose());
-    addTexturesTo(params);
+    addTexturesTo(params, *this);
     return params;
 }
 

@@ -5,7 +5,6 @@
 #include "rendering/frame/RenderParams.h"
 #include "rendering/drawn/SurfaceTextures.h"
 #include "rendering/frame/ViewerComponent.h"
-#include "rendering/drawn/WholeWindow.h"
 
 #include "assets/cache/AssetSystem.h"
 #include "assets/models/MeshAsset.h"
@@ -106,9 +105,8 @@ struct LightComponent::LightCamera
     {
         typedef TransformComponent T;
         viewer.setVerticalFieldOfViewAngle(light.spotOuterAngle * 2);
-        const WindowCoordinate size = getWholeWindow();
         worldToView = transform.getCameraMatrix(T::INTO_WORLD_SPACE | T::INVERT | T::OMIT_SCALE);
-        viewToProjection = viewer.getProjectionMatrix(size.x, size.y);
+        viewToProjection = viewer.getProjectionMatrix(1, 1); // square, as the map is
     }
 };
 
@@ -244,6 +242,7 @@ ErrorCode LightComponent::batchPreRender()
     params.depthTarget = names().shadowMap;
     params.clearTargets = true;
     params.clearDepth = true;
+    params.fitToSquare();
     params.shaderConstants.emplace_back(names().worldToLightView, lightCamera.worldToView.transpose());
     params.shaderConstants.emplace_back(names().lightViewToLightProjection, lightCamera.viewToProjection);
     return graph->render(params);

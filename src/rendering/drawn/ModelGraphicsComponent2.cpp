@@ -27,7 +27,7 @@ GraphicsSystem2::BatchRenderParams ModelGraphicsComponent2::batchGetParams()
     params.instanceType = MVT_DEFAULT_INSTANCE;
     params.mesh = mesh;
     shaders.addTo(params);
-    addTexturesTo(params);
+    addTexturesTo(params, *this);
     return params;
 }
 

@@ -24,7 +24,7 @@ GraphicsSystem2::BatchRenderParams QuadComponent2::batchGetParams()
     params.instanceType = MVT_DEFAULT_INSTANCE;
     params.mesh = getUnitQuad();
     shaders.addTo(params);
-    addTexturesTo(params);
+    addTexturesTo(params, *this);
     return params;
 }
 

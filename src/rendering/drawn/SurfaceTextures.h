@@ -9,13 +9,15 @@
 
 #include <tuple>
 
+class Object;
 class TextureAsset;
 
 /// The diffuse, normal, emissive and specular map of a drawn component, each with the name that it was asked for by.
 ///
 /// A name is that of a file in the texture folder; without an extension the .dds file goes before the .png file. From
-/// load on, a new name requests its map at once; a map that fails to load leaves a gap, never a fault. A drawn class derives from it beside its own base, and has the
-/// maps as properties.
+/// load on, a new name requests its map at once; one that fails to load is told once and stood in for: the diffuse map
+/// by magenta checks that shine in the dark, the normal map by a flat one. A drawn class derives from it beside its own
+/// base, and has the maps as properties.
 class SurfaceTextures
 {
     KV_REFLECTED_MIXIN
@@ -24,7 +26,7 @@ public:
     /// Diffuse map.
     void setTexture(Handle<TextureAsset> val) { texture = val; }
     String getTextureName() const { return textureName; }
-    /// Name of the diffuse map's file; an empty one takes the map away.
+    /// Name of the diffuse map's file; an empty one takes the map away, for what only glows.
     void setTextureName(const String &val);
 
     Handle<TextureAsset> getNormalTexture() const { return normalTexture; }
@@ -57,8 +59,8 @@ protected:
 
     /// Requests every map by its name or default; without a name, one that is there already stays.
     void loadTextures();
-    /// Adds the four maps to what a batch gives its effect.
-    void addTexturesTo(GraphicsSystem2::BatchRenderParams &params) const;
+    /// Adds the four maps, or what stands in for them, to what a batch gives its effect; `wearer` is this component.
+    void addTexturesTo(GraphicsSystem2::BatchRenderParams &params, const Object &wearer) const;
 
 private:
     Handle<TextureAsset> texture; ///< diffuse
@@ -72,5 +74,5 @@ private:
     bool texturesLoaded = false; ///< asked for; a name set before that requests nothing yet
 };
 
-/// Requests a texture by the name of its file; a file that does not load is logged and draws as black.
+/// Requests a texture by the name of its file; a file that does not load is logged.
 Handle<TextureAsset> requestTexture(const String &fileName);

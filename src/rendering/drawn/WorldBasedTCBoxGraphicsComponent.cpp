@@ -31,7 +31,7 @@ GraphicsSystem2::BatchRenderParams WorldBasedTCBoxGraphicsComponent::batchGetPar
     GraphicsSystem2::BatchRenderParams params;
     params.mesh = mesh;
     shaders.addTo(params);
-    addTexturesTo(params);
+    addTexturesTo(params, *this);
     return params;
 }
 

@@ -39,9 +39,14 @@ struct GraphicsSystem2::SceneRenderParams
     bool colorWritesEnabled = true;
     bool depthWritesEnabled = false;
     Vec4 viewport = Vec4(0, 0, 1, 1);       ///< (left, top, width, height), fractions of the render targets' size
-    Vec4 projectionSize = Vec4(1, 1, 0, 0); ///< kept with the pass; the projection comes from the viewer
+    Vec4 projectionSize = Vec4(1, 1, 0, 0); ///< (width, height), in windows, that the viewer's projection is fitted to
 
     SceneRenderParams() : shaderSet(SCS("Default")) {}
+
+    /// Width and height that the viewer's projection is fitted to, in the window's normalised units.
+    Vec4 getFittedSize() const;
+    /// Fits the projection to a square, whatever the window's shape.
+    void fitToSquare();
 
     void bind(const String &key, const String &targetName) { renderTargetBindings.emplace_back(key, targetName); }
     void bindTarget(const String &targetName) { bind(SCS("<target>"), targetName); }

@@ -101,7 +101,7 @@ private:
 
     std::vector<Vec4> calcFrustumPoints(const Handle<Entity> &viewer);
     std::vector<Vec4> calcFarFrustumPoints(const Handle<Entity> &viewer);
-    void calcFrustumHullTriangles(const Handle<Entity> &viewer, std::vector<Vec4> &triangles);
+    void calcFrustumHullTriangles(const GraphicsSystem2::SceneRenderParams &params, std::vector<Vec4> &triangles);
 
     LayerComponentList layers[NUM_LAYERS];
 

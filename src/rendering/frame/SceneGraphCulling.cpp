@@ -46,8 +46,8 @@ Entity *findOwner(const BoundingVolume &volume)
 void narrowToLight(ViewVolume &volume, const Matrix4 &worldToView, float coneAngle)
 {
     constexpr float edge = 5; // texels in the middle of the map: a look-up's lift off its surface, and its width
-    const auto height = static_cast<float>(getSystemDeref<GraphicsSystem2>().getWorldHeight());
-    const float halfAngle = coneAngle + edge * 2 * std::tan(coneAngle) / height;
+    const auto size = static_cast<float>(getSystemDeref<GraphicsSystem2>().getShadowMapSize());
+    const float halfAngle = coneAngle + edge * 2 * std::tan(coneAngle) / size;
     if (coneAngle < static_cast<float>(PI) / 2 && halfAngle < static_cast<float>(PI) / 2)
         volume.narrowToCone(worldToView, halfAngle);
 }
@@ -68,17 +68,18 @@ std::vector<Vec4> SceneGraph::calcFarFrustumPoints(const Handle<Entity> &viewer)
     return component ? component->calcFarFrustumPoints(size.x, size.y) : std::vector<Vec4>();
 }
 
-void SceneGraph::calcFrustumHullTriangles(const Handle<Entity> &viewer, std::vector<Vec4> &triangles)
+void SceneGraph::calcFrustumHullTriangles(const GraphicsSystem2::SceneRenderParams &params,
+                                          std::vector<Vec4> &triangles)
 {
-    const WindowCoordinate size = getWholeWindow();
-    if (ViewerComponent *component = findViewer(viewer))
+    const Vec4 size = params.getFittedSize();
+    if (ViewerComponent *component = findViewer(params.viewer))
         component->calcFrustumHullTriangles(size.x, size.y, triangles);
 }
 
 ErrorCode SceneGraph::collectVisibleObjects(const GraphicsSystem2::SceneRenderParams &params, Scratch &lists)
 {
     const RequestHandle request = getNextRequestHandle();
-    calcFrustumHullTriangles(params.viewer, lists.hullTriangles);
+    calcFrustumHullTriangles(params, lists.hullTriangles);
     const auto viewer = params.viewer.lookup();
     const auto coordinator = viewer ? viewer->getAncestorOfType<Coordinator>().lookup() : Handle<Coordinator>::Result{};
     if (!coordinator)
@@ -107,7 +108,7 @@ void SceneGraph::leaveOutUnseen(const GraphicsSystem2::SceneRenderParams &params
     T *const transform = componentOf<T>(params.viewer, ComponentKeys::transform);
     if (!viewer || !transform)
         return;
-    const WindowCoordinate size = getWholeWindow();
+    const Vec4 size = params.getFittedSize();
     const Matrix4 worldToView = transform->getCameraMatrix(T::INTO_WORLD_SPACE | T::INVERT | T::OMIT_SCALE);
     ViewVolume volume(worldToView, viewer->getProjectionMatrix(size.x, size.y));
     if (params.shaderSet == shadowSet && viewer->getProjectionType() == ViewerComponent::PERSPECTIVE)

@@ -102,7 +102,7 @@ ErrorCode SceneGraph::setViewerConstants(const String &effect, const GraphicsSys
         return ErrorCode::BAD_HANDLE;
 
     typedef TransformComponent T;
-    const WindowCoordinate size = getWholeWindow();
+    const Vec4 size = params.getFittedSize();
     const auto cameraMatrix = [transform](unsigned flags)
     { return transform->getCameraMatrix(T::INTO_WORLD_SPACE | T::OMIT_SCALE | flags).transpose(); };
     return ParameterSetter(getSystemDeref<GraphicsSystem2>().getShaders(), effect)

@@ -1,5 +1,6 @@
 """Stand-ins for maps that are not there."""
 
+from field import Field
 from picture import Picture
 
 
@@ -12,7 +13,14 @@ def flat():
         "flatNormal": (Picture.flat(1, (128 / 255, 128 / 255, 1.0)), "A8R8G8B8"),
         "black": (Picture.flat(1, (0.0, 0.0, 0.0)), "A8R8G8B8"),
         "white": (Picture.flat(1, (1.0, 1.0, 1.0)), "A8R8G8B8"),
+        "missing": (_checks(64, 8), "A8R8G8B8"),
     }
+
+
+def _checks(n, squares):
+    """Magenta and black: nothing that anybody would leave in a room."""
+    lit = [(x * squares // n + y * squares // n) % 2 * 1.0 for y in range(n) for x in range(n)]
+    return Picture([Field(n, lit), Field.constant(n, 0.0), Field(n, lit)])
 
 
 def hollow():

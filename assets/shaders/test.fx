@@ -53,6 +53,8 @@ glsl PixelShader
     }
 }
 
+#include "occlusion.fxh"
+
 VertexShader screen
 {
     flat out vec4 screenRays;
@@ -66,28 +68,11 @@ VertexShader screen
 
 glsl PixelShader
 {
-    vec4 rays = vec4(0.0); // of pixelRays; main sets it
-
     const float exposure = 4.5;
-    const float occlusionRadius = 0.35; // metres
-    const vec2 lookDistances = vec2(0.95, -0.5); // in radii, ahead and back
-
-    vec3 positionAt(vec2 pixel, float depth)
-    {
-        return vec3((pixel + 0.5) * rays.xy + rays.zw, 1.0) * depth;
-    }
 
     vec2 inViewport(vec2 pixel)
     {
         return clamp(pixel, viewportPixels.xy, viewportPixels.xy + viewportPixels.zw - 1.0);
-    }
-
-    /// Mean over the 2 x 2 block of pixels that is shaded together.
-    float blockMean(float value)
-    {
-        vec2 towards = 0.5 - mod(floor(gl_FragCoord.xy), 2.0);
-        value += dFdxFine(value) * towards.x;
-        return value + dFdyFine(value) * towards.y;
     }
 
     /// From 0 to 1, different enough from pixel to pixel that neighbours cover the range together.
@@ -96,25 +81,19 @@ glsl PixelShader
         return fract(52.9829189 * fract(dot(pixel, vec2(0.06711056, 0.00583715))));
     }
 
-    /// How open a surface is to light from everywhere, from two depths around it and those of its block; 1 is open.
+    /// How open a surface is to light from everywhere, from the half-size texels beside its pixel; 1 is open.
     float openness(vec2 pixel, vec3 position, vec3 normal)
     {
-        float radius = min(occlusionRadius * viewToProjection[1][1] * 0.5 * viewportPixels.w / position.z,
-                           viewportPixels.w * 0.1);
-        // The four pixels of a block look along four axes, and so all around together.
-        vec2 place = mod(floor(gl_FragCoord.xy), 2.0);
-        vec2 axis = mix(vec2(1.0 - place.x, place.x), vec2(0.707 - 1.414 * place.x, 0.707), place.y);
-        radius *= 0.7 + 0.5 * spread(pixel); // else the few looks leave outlines of what stands in front
-        float hidden = 0.0;
-        for (int i = 0; i < 2; ++i)
+        vec2 corner = floor(pixel * 0.5), part = pixel * 0.5 - corner, last = vec2(textureSize(Occlusion, 0)) - 1.0;
+        vec2 sum = vec2(1.0) * 1e-3;
+        for (int i = 0; i < 4; ++i)
         {
-            vec2 at = inViewport(floor(pixel + axis * (lookDistances[i] * radius) + 0.5));
-            vec3 offset = positionAt(at, unpackDepth(texelFetch(GBuffer2, ivec2(at), 0).ba)) - position;
-            float squared = dot(offset, offset) + 1e-4;
-            float above = max(dot(normal, offset) - 0.02 - 0.004 * position.z, 0.0) * inversesqrt(squared);
-            hidden += above * clamp(1.0 - squared / (occlusionRadius * occlusionRadius * 4.0), 0.0, 1.0);
+            vec2 side = vec2(i & 1, i >> 1), at = min(corner + side, last);
+            vec2 share = mix(1.0 - part, part, side), stored = texelFetch(Occlusion, ivec2(at), 0).rg;
+            float offPlane = dot(normal, positionAt(at * 2.0, stored.g) - position);
+            sum += vec2(stored.r, 1.0) * (share.x * share.y * (onPlane(offPlane, position.z) + 0.01));
         }
-        return clamp(1.0 - blockMean(hidden), 0.0, 1.0);
+        return sum.x / sum.y;
     }
 
     /// Light from everywhere with some shape: more from above, more where the surface faces the eye, less in corners.

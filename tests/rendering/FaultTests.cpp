@@ -77,7 +77,7 @@ TEST_P(Faults, DeviceLostInAPassEndsTheFrameQuietlyAndComesBackWithTheSamePictur
     device->failOn("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
     level.frame();
     EXPECT_EQ(device->count("Reset"), 1);
-    EXPECT_EQ(device->count("DrawIndexed"), 9) << "this frame is whole";
+    EXPECT_EQ(device->count("DrawIndexed"), 11) << "this frame is whole";
     EXPECT_EQ(countLogLines("Assertion failed"), logged) << "a loss is no fault";
     EXPECT_TRUE(picture().pixels == before.pixels);
 }
@@ -85,8 +85,8 @@ TEST_P(Faults, DeviceLostInAPassEndsTheFrameQuietlyAndComesBackWithTheSamePictur
 INSTANTIATE_TEST_SUITE_P(EachPass, Faults,
                          testing::Values(Loss{"GBufferUnconditional", 0}, Loss{"GBufferWorld", 1},
                                          Loss{"GBufferDecals", 2}, Loss{"Shadow", 3}, Loss{"Lighting", 4},
-                                         Loss{"Combine", 5}, Loss{"WorldDebug", 6}, Loss{"Screen", 7},
-                                         Loss{"ScreenDebug", 8}),
+                                         Loss{"Occlusion", 5}, Loss{"OcclusionMean", 6}, Loss{"Combine", 7},
+                                         Loss{"WorldDebug", 8}, Loss{"Screen", 9}, Loss{"ScreenDebug", 10}),
                          [](const testing::TestParamInfo<Loss> &info) { return info.param.pass; });
 
 class WindowFaults : public Faults
@@ -109,13 +109,13 @@ TEST_F(WindowFaults, CountsOfTheLastFrameAreThoseOfWhatWasDrawn)
 {
     picture();
     const OnRealDevice real(*this);
-    EXPECT_EQ(graphics().getDrawCallCount(), 9);
-    EXPECT_EQ(graphics().getInstanceCount(), 9);
-    EXPECT_GE(graphics().getTriangleCount(), 8 * 2 + 4) << "eight quads and the cone";
+    EXPECT_EQ(graphics().getDrawCallCount(), 11);
+    EXPECT_EQ(graphics().getInstanceCount(), 11);
+    EXPECT_GE(graphics().getTriangleCount(), 10 * 2 + 4) << "ten quads and the cone";
     EXPECT_GT(graphics().getStateChangeCount(), graphics().getTargetChangeCount());
     EXPECT_GE(graphics().getClearCount(), 5);
     thing("another", SceneGraph::SCREEN);
     picture();
-    EXPECT_EQ(graphics().getInstanceCount(), 10);
-    EXPECT_EQ(graphics().getDrawCallCount(), 9) << "it shares a draw call";
+    EXPECT_EQ(graphics().getInstanceCount(), 12);
+    EXPECT_EQ(graphics().getDrawCallCount(), 11) << "it shares a draw call";
 }

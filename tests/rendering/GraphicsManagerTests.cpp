@@ -57,17 +57,19 @@ protected:
 
 TEST_F(Frame, PassesBindAndClearInTheirOrder)
 {
+    const std::string quad = "DrawIndexed 2 primitives x 1"; // over a target that is bound before it, and again
     EXPECT_EQ(passes(),
               (Journal{
-                  "Target 0 GBuffer1", "Depth GBuffer", "Clear target depth z=1",       // everything unconditional
-                  "Target 0 GBuffer1", "Depth GBuffer",                                 // the culled world
-                  "Target 0 GBuffer1", "Depth GBuffer",                                 // decals
-                  "Target 0 LBuffer",  "Depth GBuffer", "Clear target z=1",             // lights
-                  "Target 0 screen",   "Depth -",                                       // combine: bound for its clear
-                  "Target 0 screen",   "Depth -",       "DrawIndexed 2 primitives x 1", // and again before its draw
-                  "Target 0 screen",   "Depth GBuffer",                                 // world debug
-                  "Target 0 screen",   "Depth screen",  "Clear depth z=1",              // screen
-                  "Target 0 screen",   "Depth screen",  "Clear depth z=1",              // screen debug
+                  "Target 0 GBuffer1",      "Depth GBuffer", "Clear target depth z=1", // everything unconditional
+                  "Target 0 GBuffer1",      "Depth GBuffer",                           // the culled world
+                  "Target 0 GBuffer1",      "Depth GBuffer",                           // decals
+                  "Target 0 LBuffer",       "Depth GBuffer", "Clear target z=1",       // lights
+                  "Target 0 Occlusion",     "Depth -",       "Target 0 Occlusion",     "Depth -", quad, // its looks
+                  "Target 0 OcclusionMean", "Depth -",       "Target 0 OcclusionMean", "Depth -", quad, // smoothed
+                  "Target 0 screen",        "Depth -",       "Target 0 screen",        "Depth -", quad, // combine
+                  "Target 0 screen",        "Depth GBuffer",                                            // world debug
+                  "Target 0 screen",        "Depth screen",  "Clear depth z=1",                         // screen
+                  "Target 0 screen",        "Depth screen",  "Clear depth z=1",                         // screen debug
               }));
 }
 
@@ -122,7 +124,7 @@ TEST_F(Frame, DeviceLostInAPassSkipsTheRestAndComesBack)
         device->failOn("TestCooperativeLevel", D3DERR_DEVICENOTRESET);
         drawFrame();
         EXPECT_TRUE(graphics().deviceIsReady()) << "lost at clear " << clearsBefore;
-        EXPECT_EQ(device->count("DrawIndexed"), 1 + (clearsBefore > 1)) << "and the next frame is whole";
+        EXPECT_EQ(device->count("DrawIndexed"), 3 * (1 + (clearsBefore > 1))) << "and the next frame is whole";
     }
 }
 
@@ -170,7 +172,7 @@ TEST_F(Frame, ModelWithoutTransformIsReportedOnceAndBreaksNothing)
     level.transform(entity);
     device->take();
     drawFrame();
-    EXPECT_EQ(device->count("DrawIndexed"), 2) << "the model and the combine";
+    EXPECT_EQ(device->count("DrawIndexed"), 4) << "the model, occlusion and the combine";
 }
 
 TEST_F(Frame, ModelsOfLaterMeshesComeFirstAndThoseOfOneMeshTogether)

@@ -58,12 +58,13 @@ TEST_F(Graphics, ResetMakesEveryTargetAnewInOrder)
     ASSERT_TRUE(graphics().resetDevice().succeeded());
     const std::string size = "160x90";
     const std::string colour = "CreateTexture " + size + " levels 1 format 113";
+    const std::string half = "CreateTexture 80x45 levels 1 format 113";
     const std::string depth = "CreateDepth " + size + " format 75";
     Journal journal = device->take();
-    journal.resize(9);
-    EXPECT_EQ(journal, (Journal{"Reset 160x90", colour, colour, colour, colour, colour, depth,
+    journal.resize(11);
+    EXPECT_EQ(journal, (Journal{"Reset 160x90", colour, colour, colour, colour, colour, half, half, depth,
                                 "CreateTexture 768x768 levels 1 format 114", "CreateDepth 768x768 format 75"}));
-    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 7u) << "with the screen";
+    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 9u) << "with the screen";
     EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics())[SCS("screen")].tex, nullptr);
     EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics())[SCS("screen")].format, D3DFMT_X8R8G8B8);
     EXPECT_EQ(GraphicsSystem2TestAccess::depthTargets(graphics()).size(), 3u);
@@ -199,7 +200,7 @@ TEST_F(Graphics, LostDeviceComesBackInALaterFrame)
     drawFrame();
     EXPECT_TRUE(graphics().deviceIsReady());
     EXPECT_EQ(device->count("Present"), 1);
-    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 7u);
+    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 9u);
 }
 
 TEST_F(Graphics, RenderScaleIsTheWorldsAndTheScreenLayersKeepTheWindowsSize)

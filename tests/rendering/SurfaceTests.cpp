@@ -5,9 +5,13 @@
 #include "rendering/drawn/LightComponent.h"
 #include "rendering/drawn/WorldBasedTCBoxGraphicsComponent.h"
 
+#include "port/d3d9/Texture.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdlib>
+#include <algorithm>
+#include <cmath>
+#include <vector>
 
 namespace
 {
@@ -26,11 +30,12 @@ protected:
         graphics().replaceDevice(realGraphicsDevice()); // textures need the real one
     }
 
-    /// A box of 4 m whose front stands 3 m before the camera, not loaded yet.
-    WorldBasedTCBoxGraphicsComponent &box(const char *name)
+    /// A box, not loaded yet: without more words one of 4 m whose front stands 3 m before the camera.
+    WorldBasedTCBoxGraphicsComponent &box(const char *name, Vec4 position = Vec4(0, 0, 5, 1),
+                                          Vec4 size = Vec4(4, 4, 4, 0))
     {
         const Handle<Entity> entity = level.entity(name);
-        level.transform(entity, Vec4(0, 0, 5, 1)).lookup()->setScale(Vec4(4, 4, 4, 0));
+        level.transform(entity, position).lookup()->setScale(size);
         auto &made = *level.component<WorldBasedTCBoxGraphicsComponent>(entity, "graphics2").lookup();
         made.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
         return made;
@@ -72,6 +77,15 @@ protected:
     {
         constexpr int row = HEIGHT / 2 + 2; // not where two rows of checks meet
         return {picture.red(x, row), picture.green(x, row), picture.blue(x, row)};
+    }
+    /// Openness along the middle row of the last frame, in its half size.
+    std::vector<float> openness()
+    {
+        std::vector<float> row(WIDTH / 2);
+        auto *target = static_cast<port::Texture *>(graphics().getRenderTargetTexture(SCS("OcclusionMean")).value);
+        glGetTextureSubImage(target->id(), 0, 0, HEIGHT / 4, 0, WIDTH / 2, 1, 1, GL_RED, GL_FLOAT,
+                             static_cast<GLsizei>(row.size() * sizeof(float)), row.data());
+        return row;
     }
 
     Handle<MapRootEntity> map;
@@ -134,4 +148,23 @@ TEST_F(Surfaces, HighlightHasTheColoursOfLightAndMap)
     }
     EXPECT_GT(magenta, 5);
     EXPECT_EQ(other, 0);
+}
+
+TEST_F(Surfaces, WallIsOpenToLightBesideItsBumpsAndDarkensEvenlyTowardsACorner)
+{
+    auto &wall = box("wall");
+    wall.setNormalTextureName(SCS("brickNormal.dds"));
+    wall.onLoadComplete();
+    drawFrame();
+    const std::vector<float> bare = openness();
+    EXPECT_GT(*std::min_element(bare.begin() + 5, bare.end() - 5), 0.97f) << "bumps keep no light away";
+
+    box("pillar", Vec4(1, 0, 3, 1), Vec4(1, 4, 0.8f, 0)).onLoadComplete(); // its left side at x = 0.5
+    drawFrame();
+    const std::vector<float> cornered = openness();
+    constexpr int corner = WIDTH / 4 + 9; // where wall and pillar meet
+    EXPECT_LT(cornered[corner - 1], 0.8f);
+    EXPECT_GT(cornered[corner - 12], 0.97f) << "two thirds of a metre away";
+    for (int x = corner - 11; x < corner; ++x)
+        EXPECT_LT(cornered[x], cornered[x - 1] + 0.02f) << "no hatch at " << x;
 }

@@ -56,6 +56,8 @@ void GraphicsSystem2::createRenderTargets()
         return;
     for (const char *name : {"GBuffer1", "GBuffer2", "GBuffer3", "GBuffer4", "LBuffer"})
         registerRenderTarget(SCS(name), 0, D3DFMT_A16B16G16R16F).ignoreError(); // told by an assertion
+    for (const char *name : {"Occlusion", "OcclusionMean"})
+        registerRenderTarget(SCS(name), 1, D3DFMT_A16B16G16R16F).ignoreError();
     registerDepthTarget(SCS("GBuffer"), 0, D3DFMT_D24S8).ignoreError();
     createShadowMap();
     if (worldWidth != backBufferWidth || worldHeight != backBufferHeight)

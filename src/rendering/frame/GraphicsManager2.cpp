@@ -35,8 +35,12 @@ struct Names
     const String gBuffer3 = SCS("GBuffer3");
     const String lBuffer = SCS("LBuffer");
     const String shadowMap = SCS("ShadowMap");
+    const String occlusion = SCS("Occlusion");
+    const String occlusionMean = SCS("OcclusionMean");
     const String screen = SCS("screen");
     const String defaultSet = SCS("Default");
+    const GraphicsSystem2::ShaderID occlusionShader{SCS("test.fx"), SCS("Occlusion")};
+    const GraphicsSystem2::ShaderID occlusionMeanShader{SCS("test.fx"), SCS("OcclusionMean")};
     const GraphicsSystem2::ShaderID combineShader{SCS("test.fx"), SCS("CombineTest")};
     const GraphicsSystem2::ShaderID plainCombineShader{SCS("test.fx"), SCS("CombineSteps")};
     const String sceneAmbient = SCS("sceneAmbient");
@@ -82,9 +86,9 @@ void GraphicsManager2::doFrame()
         graphics.setLastFrameCamera(getCurrentCamera());
 
     typedef GraphicsManager2 M;
-    static constexpr ErrorCode (M::*passes[])() = {&M::generateGBuffer, &M::drawLights, &M::postProcessWorld,
-                                                   &M::drawWorldDebug,  &M::showWorld,  &M::drawScreen,
-                                                   &M::drawScreenDebug};
+    static constexpr ErrorCode (M::*passes[])() = {&M::generateGBuffer,  &M::drawLights,     &M::findOcclusion,
+                                                   &M::postProcessWorld, &M::drawWorldDebug, &M::showWorld,
+                                                   &M::drawScreen,       &M::drawScreenDebug};
     for (const auto pass : passes)
     {
         const ErrorCode result = (this->*pass)();
@@ -251,6 +255,35 @@ ErrorCode GraphicsManager2::drawLights()
     return getLiveSceneGraph().render(params);
 }
 
+/// Two steps at half the size; see occlusion.fxh.
+ErrorCode GraphicsManager2::findOcclusion()
+{
+    if (!hasUsableCamera())
+        return ErrorCode::SUCCESS;
+    static const String passName = SCS("Occlusion");
+    const D3DPerfScopedEvent passEvent(passName);
+    GraphicsSystem2::SceneRenderParams params;
+    params.layer = SceneGraph::POST;
+    params.viewer = getCurrentCamera();
+    params.bind(names().gBuffer2, names().gBuffer2);
+    params.bindTarget(names().occlusion);
+    GraphicsSystem2::BatchRenderParams look;
+    look.mesh = getSystemDeref<GraphicsSystem2>().getFullScreenQuad();
+    look.shaders.insert(names().defaultSet, names().occlusionShader);
+    const ErrorCode result = getLiveSceneGraph().renderOneObject(params, look);
+    if (!result.succeeded())
+        return result;
+
+    params.renderTargetBindings.clear();
+    params.bind(names().gBuffer2, names().gBuffer2);
+    params.bind(names().occlusion, names().occlusion);
+    params.bindTarget(names().occlusionMean);
+    GraphicsSystem2::BatchRenderParams mean;
+    mean.mesh = look.mesh;
+    mean.shaders.insert(names().defaultSet, names().occlusionMeanShader);
+    return getLiveSceneGraph().renderOneObject(params, mean);
+}
+
 ErrorCode GraphicsManager2::postProcessWorld()
 {
     if (!hasUsableCamera())
@@ -266,6 +299,7 @@ ErrorCode GraphicsManager2::postProcessWorld()
     params.bind(names().gBuffer2, names().gBuffer2);
     params.bind(names().gBuffer3, names().gBuffer3);
     params.bind(names().lBuffer, names().lBuffer);
+    params.bind(names().occlusion, names().occlusionMean);
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
     params.bindTarget(graphics.getWorldTarget());
     params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());

@@ -57,6 +57,7 @@ private:
     ErrorCode depthPrepass();
     ErrorCode generateGBuffer();
     ErrorCode drawLights();
+    ErrorCode findOcclusion();
     ErrorCode postProcessWorld();
     ErrorCode drawWorldDebug();
     ErrorCode showWorld();

@@ -66,7 +66,8 @@ TEST_F(ShippedEffects, LightEffectOffersWhatLightsSet)
 
 TEST_F(ShippedEffects, FrameEffectOffersCombinationDecalsAndDust)
 {
-    expect("test.fx", {"Occlusion", "OcclusionMean", "CombineTest", "CombineSteps", "Projective_texture", "PointParticles"},
+    expect("test.fx",
+           {"Occlusion", "OcclusionMean", "CombineTest", "CombineSteps", "Projective_texture", "PointParticles"},
            {"sceneAmbient", "dissolveAmount", "dissolveColor", "time", "insanityAmount", "GBuffer1_texture",
             "GBuffer2_texture", "GBuffer3_texture", "LBuffer_texture", "Occlusion_texture"});
 }

@@ -7,6 +7,7 @@ import sys
 
 sys.path[:0] = [str(pathlib.Path(__file__).resolve().parents[1] / "support"), str(pathlib.Path(__file__).parent)]
 import game
+import golden
 import run_stress
 
 # What the run cannot call and go on, besides the properties whose setters run_stress skips.
@@ -108,6 +109,7 @@ def test_every_call_of_the_stubs_reaches_its_function(world):
     for name in ("Stress", "Stubs"):
         source = pathlib.Path(__file__).with_name(f"{name}.py").read_text(encoding="utf-8")
         world.write(f"scripts/levels/{name}.py", source)
+    golden.small(world, (64, 36))
     entries = plan((game.ROOT / "scripts" / "_kaVel.pyi").read_text(encoding="utf-8"))
     assert len(entries) > 1000, len(entries)
     world.write("bin/stubs.json", json.dumps(entries))

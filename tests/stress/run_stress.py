@@ -6,18 +6,20 @@ import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
 import game
+import golden
 
 SEED = 20250
 ROUNDS = 12  # calls of each function
 
 # What the run cannot call and go on: a pattern of the names, and the reason.
 SKIPPED = {
-    r"failMissingSystem": "says that the process cannot go on, and ends it",
+    r"failMissingSystem|Assertions::failStart": "say that the process cannot go on, and end it",
     r"\w+::system(Startup|Shutdown)": "a system's life belongs to SystemSystem; out of turn it takes devices away",
     r"SystemSystem::(bootstrap|shutdown|stopAll)": "begin and end the process",
     r"GameLoopSystem::quit(WithoutLevel|IfUnattended|AtFrameLimit)?": "end the run",
     r"GameLoopSystem::set(FrameLimit|FrameCallback|Unattended)": "end the run, or make it end at the first failure",
-    r"InputSystem::set(Replay|Record)File": "a file that cannot be played or written ends the run",
+    r"InputSystem::set(Replay|Record)File|GraphicsSystem2::(captureScreen|writeScreenshot)":
+        "a file that cannot be read or written ends the run",
     r"GameLoopSystem::(queueLoadLevel|runLevel|switchLevel)": "a level that cannot be built ends the game, as it must",
     r"GameLoopSystem::setCurrentlyActiveCoordinator": "takes the level that makes the calls out of the frame",
     r"GraphicsSystem2::(create|release|reset|lost)Device": "private steps of the device's life, right in their order",
@@ -65,6 +67,7 @@ def kind(text, scope, enums):
 
 
 def test_every_reflected_function_survives_edge_cases(world):
+    golden.small(world, (64, 36))
     source = pathlib.Path(__file__).with_name("Stress.py")
     world.write("scripts/levels/Stress.py", source.read_text(encoding="utf-8"))
     names = world.build / "reflection" / "names.txt"

@@ -48,6 +48,22 @@ def Box(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: Trip
 
 
 @kaVel.pattern
+def Built(parent: kaVel.Object, name: str = '', *, mesh: kaVel.MeshBuilder, at: Triple = (0, 0, 0), turn: float = 0.0,
+          surface: str = 'concrete', castShadows: bool = True):
+    """What a script has built with a `kaVel.MeshBuilder`; it is drawn as it is then, with its origin at `at`."""
+    built = placed(parent, name, at=at, turn=turn)
+    if isInMap(built):
+        low, high = mesh.bounds
+        x, y, z = (2 * max(abs(a), abs(b)) for a, b in ((low.x, high.x), (low.y, high.y), (low.z, high.z)))
+        addVolume(built, (x, y, z))
+    asset = kaVel.make('DynamicMeshAsset', parent=built, name='mesh')
+    asset.setMeshData(mesh)
+    kaVel.addComponent(built, 'graphics2', 'ModelGraphicsComponent2', layer=layerFor(built), mesh=asset,
+                       castShadows=castShadows, **mapsOf(surface))
+    return built
+
+
+@kaVel.pattern
 def Terrain(parent: kaVel.Object, name: str = '', heights: str = '', at: Triple = (0, 0, 0), size: Triple = (8, 1, 8),
             surface: str = 'earth', repeat: float = 4.0):
     """Ground from an image of heights, its middle at `at`; `size` is width, greatest height and depth."""

@@ -5,10 +5,12 @@ handles, and finds the class itself through `_ReflectionInstance()`, as in `_Ref
 Arguments go by position, all of them: a call takes exactly the arguments shown here.
 """
 
-from typing import Any, Callable, Generic, Iterator, Literal, Protocol, TypeAlias, TypedDict, TypeVar, Union, Unpack, overload
+from typing import Any, Callable, Generic, Iterable, Iterator, Literal, Protocol, Sequence, TypeAlias, TypedDict
+from typing import TypeVar, Union, Unpack, overload
 
 _T = TypeVar("_T")
 _Callable = Union["IReflectedThing", Callable[..., Any], None]
+_Outline = Iterable[Sequence[float]]  # points of a plan: x and z
 
 
 class Handle_:
@@ -182,6 +184,109 @@ class GridCell:
         """Square of the straight distance, cells."""
     def worldDistanceSquared(self, other: GridCell, /) -> float:
         """Square of the straight distance of the centres, metres."""
+
+
+class RayCollision:
+    """Where a segment meets a surface; true where it meets one."""
+
+    @property
+    def collided(self) -> bool: ...
+    @property
+    def point(self) -> Vec4:
+        """Where the segment enters, w 1."""
+    @property
+    def normal(self) -> Vec4:
+        """Of the surface there, w 0."""
+    @property
+    def t(self) -> float:
+        """Parameter on the segment: 0 at its start, 1 at its end."""
+    def __bool__(self) -> bool: ...
+
+
+class SegmentHit:
+    """The nearest volume on a segment; true where there is one."""
+
+    @property
+    def volume(self) -> BoundingVolume:
+        """The volume that is hit; false where none is."""
+    @property
+    def collided(self) -> bool: ...
+    @property
+    def point(self) -> Vec4:
+        """Where the segment enters, w 1."""
+    @property
+    def normal(self) -> Vec4:
+        """Of the surface there, w 0."""
+    @property
+    def t(self) -> float:
+        """Parameter on the segment: 0 at its start, 1 at its end."""
+    def __bool__(self) -> bool: ...
+
+
+class MeshBuilder:
+    """Gathers vertices and triangles, shapes and polygons, into one mesh; metres, front faces clockwise.
+
+    Shapes are turned and then moved to `at`. `DynamicMeshAsset.setMeshData` draws the result.
+    """
+
+    vertexCount: int
+    triangleCount: int
+    bounds: tuple[Vec4, Vec4]
+    def __init__(self) -> None: ...
+    def clear(self) -> None:
+        """Drops everything."""
+    def addVertex(self, position: Vec4, normal: Vec4, u: float = 0, v: float = 0) -> int:
+        """Appends a vertex and returns its number."""
+    @overload
+    def addTriangle(self, a: int, b: int, c: int, /) -> None:
+        """Appends a triangle of vertices by their numbers, clockwise from its front; IndexError for a wrong number."""
+    @overload
+    def addTriangle(self, a: Vec4, b: Vec4, c: Vec4, /) -> None:
+        """Appends three vertices as a triangle with its own normal."""
+    @overload
+    def addQuad(self, a: int, b: int, c: int, d: int, /) -> None:
+        """Appends two triangles of vertices by their numbers: a, b, c and a, c, d."""
+    @overload
+    def addQuad(self, topLeft: Vec4, topRight: Vec4, bottomRight: Vec4, bottomLeft: Vec4, /) -> None:
+        """Appends a flat quad with the whole texture on it."""
+    def addPolygon(self, outline: _Outline, holes: Iterable[_Outline] = (), at: Vec4 = ...,
+                   turn: Quaternion = ...) -> None:
+        """Appends a flat area that faces +y, a plan of x and z with holes; ValueError where it crosses itself."""
+    def addExtrusion(self, outline: _Outline, height: float, holes: Iterable[_Outline] = (), at: Vec4 = ...,
+                     turn: Quaternion = ...) -> None:
+        """Appends the solid between a plan and the same plan higher up; ValueError where it crosses itself."""
+    def addSweep(self, outline: _Outline, stations: Iterable[tuple[Vec4, Quaternion]],
+                 holes: Iterable[_Outline] = ()) -> None:
+        """Appends the solid that a plan sweeps over from station to station, each a place and an orientation."""
+    def addBox(self, halfSizes: Vec4, at: Vec4 = ..., turn: Quaternion = ...) -> None:
+        """Appends a box, the whole texture on each face."""
+    def addPlane(self, width: float, depth: float, columns: int = 1, rows: int = 1, at: Vec4 = ...,
+                 turn: Quaternion = ...) -> None:
+        """Appends a rectangle that faces +y, in cells."""
+    def addCylinder(self, radius: float, height: float, segments: int = 16, at: Vec4 = ...,
+                    turn: Quaternion = ...) -> None:
+        """Appends a capped cylinder around the y axis."""
+    def addSphere(self, radius: float, segments: int = 16, rings: int = 8, at: Vec4 = ...,
+                  turn: Quaternion = ...) -> None:
+        """Appends a sphere."""
+    def merge(self, other: MeshBuilder, at: Vec4 = ..., turn: Quaternion = ...) -> None:
+        """Appends a copy of another mesh."""
+    def transform(self, at: Vec4 = ..., turn: Quaternion = ...) -> None:
+        """Turns every vertex, then moves it."""
+    def flip(self) -> None:
+        """Turns the mesh inside out: every triangle and every normal."""
+    def weld(self, tolerance: float = 1e-5) -> None:
+        """Makes one vertex of those that are the same."""
+    def dropFlatTriangles(self, leastArea: float = 1e-9) -> None:
+        """Drops the triangles that have hardly an area, square metres."""
+    def flattenNormals(self) -> None:
+        """Gives each triangle its own normal."""
+    def smoothNormals(self, creaseAngle: float = ...) -> None:
+        """Smooths the edges that turn off by at most an angle, radians."""
+    def generateTangents(self) -> None:
+        """Makes tangents from normals and texture coordinates; what is lit needs them, last of all."""
+    def applyWorldTextureCoordinates(self, scale: float = 1, at: Vec4 = ..., turn: Quaternion = ...) -> None:
+        """Replaces texture coordinates by places in the world, with some repeats a metre."""
 
 
 class Quaternion:

@@ -4,6 +4,7 @@ import keyword
 
 SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "str", "Vec4": "Vec4",
                 "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
+                "RayCollision": "RayCollision", "SegmentHit": "SegmentHit", "MeshBuilder": "MeshBuilder",
                 "std::vector<GridCell>": "list[GridCell]"}
 
 
@@ -105,6 +106,8 @@ def got_type(crossing):
         return "None"
     if crossing.category == "result":
         return got_type(crossing.inner)
+    if crossing.category == "answer" and crossing.inner is not None:
+        return f"list[{got_type(crossing.inner)}]"
     if crossing.category == "handle":
         return found_name(crossing.record)
     if crossing.category == "enum":

@@ -32,6 +32,9 @@ NUMBERS = {
 }
 
 VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell")
+# Values with a script class that functions only return, or only take.
+RETURNED = ("RayCollision", "SegmentHit")
+TAKEN = ("MeshBuilder",)
 # Values that also cross as a std::vector of them.
 LISTED = ("GridCell",)
 
@@ -40,10 +43,11 @@ LISTED = ("GridCell",)
 class Crossing:
     """A type that crosses the reflection layer."""
 
-    category: str  # number, value, handle, enum, code, result, void
+    category: str  # number, value, handle, enum, void; for results alone code, result, answer; for arguments taken
     cpp: str  # the type in C++, fully qualified, without const and reference
     record: object = None  # class of a handle, or the enum
-    inner: "Crossing" = None  # of an ErrorReturn
+    inner: "Crossing" = None  # of an ErrorReturn or a list
+    home: object = None  # class of a value whose header its invoker needs
 
 
 @dataclass
@@ -88,7 +92,7 @@ class Signatures:
         """How a parameter of this type is filled; None where it cannot be."""
         bare = self._bare(text)
         crossing = self._value(bare, scope) if bare else None
-        return None if crossing is None or crossing.category in ("code", "result") else crossing
+        return None if crossing is None or crossing.category in ("code", "result", "answer") else crossing
 
     def result(self, text, scope):
         """How a result of this type is packed; None where it cannot be."""
@@ -97,7 +101,8 @@ class Signatures:
             return None
         if bare == "void":
             return Crossing("void", "void")
-        return self._value(bare, scope)
+        crossing = self._value(bare, scope)
+        return None if crossing is None or crossing.category == "taken" else crossing
 
     @staticmethod
     def _bare(text):
@@ -128,6 +133,10 @@ class Signatures:
             return Crossing("number", NUMBERS[name])
         if name in VALUES:
             return Crossing("value", name)
+        if name in RETURNED:
+            return Crossing("answer", name)
+        if name in TAKEN:
+            return Crossing("taken", name, home=found)
         if name == "ErrorCode":
             return Crossing("code", name)
         return None
@@ -143,9 +152,13 @@ class Signatures:
             return Crossing("handle", f"Handle<{target.qualified}>", target)
         if name == "vector" and argument in LISTED:
             return Crossing("value", f"std::vector<{argument}>")
+        if name in ("vector", "span"):
+            entry = self._value(argument, scope)
+            listed = entry is not None and (entry.category == "handle" or entry.cpp == "Vec4")
+            return Crossing("answer", f"std::{name}<{entry.cpp}>", inner=entry) if listed else None
         if name == "ErrorReturn":
             inner = self.result(argument, scope)
-            if inner is None or inner.category in ("code", "result"):
+            if inner is None or inner.category in ("code", "result", "answer"):
                 return None
             return Crossing("result", f"ErrorReturn<{inner.cpp}>", inner=inner)
         return None

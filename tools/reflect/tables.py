@@ -159,6 +159,8 @@ class PartWriter:
         for index, crossing in enumerate(function.signature.arguments):
             local = f"a{index}"
             passed.append(local)
+            if crossing.home is not None:
+                self._needs(crossing.home)
             lines.append(f"{crossing.cpp} {local}{{}};")
             lines.append(f"if (!{self._conversion(crossing, f'args[{index + this}]', local)}) [[unlikely]]")
             lines.append("    return failArgument();")

@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <vector>
 
+class Variant;
+
 /// A flat area drawn as a plan: an outline and the holes in it. Metres.
 ///
 /// A plan's x and y are x and z of the mesh. Outlines are closed by themselves and may run either way round; points
@@ -133,3 +135,6 @@ private:
     VertexVec vertices;
     IndexVec indices; ///< three a triangle
 };
+
+/// How a builder comes from a script, whose class `MeshBuilder` it is; defined beside that class.
+bool fromVariant(const Variant &v, MeshBuilder &builder);

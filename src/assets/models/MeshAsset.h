@@ -23,9 +23,9 @@ public:
     /// Called by the graphics system with the result of the upload.
     void onUploadComplete(ErrorCode ec);
 
-    /// Replaces the data and uploads it.
-    void setMeshData(const Mesh &mesh);
+    /// Replaces the data and uploads it: from a script, what its `MeshBuilder` has gathered so far.
     void setMeshData(const MeshBuilder &builder);
+    void setMeshData(const Mesh &mesh);
     void setMeshData(const Mesh::VertexBufferType &newVertices,
                      const Mesh::IndexBufferType &newIndices = Mesh::IndexBufferType(),
                      MeshPrimitiveType newPrimType = MPT_TRIANGLES);

@@ -1,5 +1,6 @@
 #include "object/python/PythonConverters.h"
 
+#include "object/reflection/ARInvokers.h"
 #include "object/reflection/EnumText.h"
 #include "object/python/PythonCalls.h"
 #include "object/python/PythonHandle.h"
@@ -262,4 +263,19 @@ void registerPythonConverters(PythonConversions &table)
     table.toQuaternion = extractPython<Quaternion>;
     table.fromVariant = buildPythonObject;
     table.markPropertyEdited = markPropertyEdited;
+}
+
+void setScriptList(Variant &v, const std::vector<Variant> &entries)
+{
+    v.unset();
+    if (!isPythonRunning())
+        return;
+    PythonRef list(PyList_New(0));
+    for (const Variant &entry : entries)
+    {
+        const PythonRef made(list ? VariantToPython::convert(entry) : nullptr);
+        if (!made || PyList_Append(list.get(), made.get()) != 0)
+            return PyErr_Clear();
+    }
+    v.set(PythonObject::steal(list.release()));
 }

@@ -8,7 +8,9 @@
 
 #include "foundation/Allocators.h"
 
+#include <span>
 #include <type_traits>
+#include <vector>
 
 /// Why a member call failed before its arguments were looked at.
 ErrorReturn<Variant> failThis(const SavedArguments &args, std::size_t argCount);
@@ -65,6 +67,9 @@ inline bool convertHandle(const Variant &v, Handle<T> &out, const DoxyElement &t
 }
 /// @}
 
+/// Makes a script's list of some values; without scripts there is none, and the Variant stays empty.
+void setScriptList(Variant &v, const std::vector<Variant> &entries);
+
 /// Packs the result of a call.
 /// @{
 template <class T>
@@ -73,6 +78,18 @@ inline ErrorReturn<Variant> packResult(const T &value)
     ErrorReturn<Variant> result;
     SetToVariant(result.value, value);
     return result;
+}
+template <class Entry>
+inline ErrorReturn<Variant> packResult(const std::span<Entry> &values)
+{
+    ErrorReturn<Variant> result;
+    setScriptList(result.value, std::vector<Variant>(values.begin(), values.end()));
+    return result;
+}
+template <class Entry>
+inline ErrorReturn<Variant> packResult(const std::vector<Entry> &values)
+{
+    return packResult(std::span(values));
 }
 inline ErrorReturn<Variant> packResult(const ErrorCode &code)
 {

@@ -81,7 +81,6 @@ private:
 /// Without scripts there is nothing for them to become, and the Variant stays empty. A script may pass any sequence.
 /// @{
 void SetToVariant(Variant &v, const GridCell &cell);
-void SetToVariant(Variant &v, const HexCont &cells);
 bool fromVariant(const Variant &v, GridCell &cell);
 bool fromVariant(const Variant &v, HexCont &cells);
 /// @}

@@ -25,6 +25,9 @@ struct SegmentHit
     Handle<BoundingVolume> volume;
 };
 
+/// How it crosses the reflection layer: as the script class `SegmentHit`, with the collision's members as its own.
+void SetToVariant(Variant &v, const SegmentHit &hit);
+
 /// Uniform grid over the x/z plane of one map, under the component key "partitioning".
 ///
 /// Stands below the map's root at ".MapData_partitioningGrid/partitioning", where volumes and the scene graph look for
@@ -141,6 +144,9 @@ public:
     /// Forgets the contacts that were found, without resolving them.
     void dropCollisions();
 
+    /// The cells that a triangle touches, seen from above, each as (x, 0, z, 1).
+    /// @param request  0, or a number under which a cell comes once for all triangles
+    GridCellAddressList rasterizeTriangle(Vec4 p1, Vec4 p2, Vec4 p3, RequestHandle request);
     /// Appends the cells that a triangle touches, seen from above.
     ///
     /// World points whose order gives (z2 - z1)(x3 - x1) >= (z3 - z1)(x2 - x1); the other winding, and points that are
@@ -160,6 +166,9 @@ public:
     /// @cost cells under the segment up to the hit, plus the volumes in them; allocates nothing
     SegmentHit checkSegment(Vec4 begin, Vec4 dir, bool checkInteract = false);
     /// The nearest volume of one cell that a segment hits; see `checkSegment`.
+    /// @param cell  (x, 0, z, 1), whole numbers, as `rasterizeTriangle` gives it
+    SegmentHit castRayAgainstCell(Vec4 cell, Vec4 start, Vec4 dir, bool checkInteract);
+    /// The same for a cell that is given by its numbers.
     SegmentHit castRayAgainstCell(int x, int z, Vec4 start, Vec4 dir, bool checkInteract);
     /// The nearest volume that a segment hits; invalid for none. `checkSegment` for scripts.
     Handle<BoundingVolume> findVolumeOnSegment(Vec4 begin, Vec4 dir, bool checkInteract);

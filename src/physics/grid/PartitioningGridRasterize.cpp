@@ -85,6 +85,14 @@ bool spanInRow(const Vec4 (&triangle)[3], int row, double &least, double &greate
 
 } // namespace
 
+PartitioningGrid::GridCellAddressList PartitioningGrid::rasterizeTriangle(Vec4 p1, Vec4 p2, Vec4 p3,
+                                                                          RequestHandle request)
+{
+    GridCellAddressList cells;
+    rasterizeTriangle(p1, p2, p3, cells, request);
+    return cells;
+}
+
 void PartitioningGrid::rasterizeTriangle(Vec4 p1, Vec4 p2, Vec4 p3, GridCellAddressList &outList, RequestHandle request)
 {
     const Vec4 p[3] = {getCellCoords(p1), getCellCoords(p2), getCellCoords(p3)};

@@ -156,6 +156,11 @@ SegmentHit PartitioningGrid::castRayAgainstCell(int x, int z, Vec4 start, Vec4 d
     return best;
 }
 
+SegmentHit PartitioningGrid::castRayAgainstCell(Vec4 cell, Vec4 start, Vec4 dir, bool checkInteract)
+{
+    return castRayAgainstCell(toCell(cell.x), toCell(cell.z), start, dir, checkInteract);
+}
+
 /// The nearest of a cell's volumes and the best one so far.
 void PartitioningGrid::castRayAgainstLists(int cell, const Probe &probe, SegmentHit &best)
 {

@@ -5,6 +5,7 @@
 #include "object/python/PythonIntegration.h"
 #include "object/python/PythonInvocation.h"
 #include "object/python/PythonModulePart.h"
+#include "object/python/ScriptValue.h"
 
 #include <boost/python/stl_iterator.hpp>
 
@@ -131,23 +132,6 @@ void addGridCell(PyObject *module)
 
 const PythonModulePart gridCellPart(addGridCell);
 
-/// Builds what a Variant holds for a script; nothing where that fails.
-template <class Build>
-void setScriptObject(Variant &v, const Build &build)
-{
-    v.unset();
-    if (isPythonRunning() && !pythonGuarded([&] { v.set(PythonObject(build())); }))
-        PyErr_Clear();
-}
-
-bool extractCell(const python::object &o, GridCell &cell)
-{
-    const python::extract<const GridCell &> held(o);
-    if (held.check())
-        cell = held();
-    return held.check();
-}
-
 /// The cells of any sequence of them; raises where it cannot be walked.
 bool extractCells(const python::object &sequence, HexCont &cells)
 {
@@ -155,23 +139,11 @@ bool extractCells(const python::object &sequence, HexCont &cells)
     for (python::stl_input_iterator<python::object> it(sequence), end; it != end; ++it)
     {
         found.emplace_back();
-        if (!extractCell(*it, found.back()))
+        if (!extractValue(*it, found.back()))
             return false;
     }
     cells.swap(found);
     return true;
-}
-
-/// Reads a script object by a function that may raise; false where it does, or where there is none.
-template <class Value>
-bool readScriptObject(const Variant &v, Value &out, bool (*extract)(const python::object &, Value &))
-{
-    if (v.getType() != Variant::VT_PYTHON)
-        return false;
-    bool fits = false;
-    if (!pythonGuarded([&] { fits = extract(v.as<PythonObject>(), out); }))
-        PyErr_Clear();
-    return fits;
 }
 
 } // namespace
@@ -181,14 +153,9 @@ void SetToVariant(Variant &v, const GridCell &cell)
     setScriptObject(v, [&] { return python::object(cell); });
 }
 
-void SetToVariant(Variant &v, const HexCont &cells)
-{
-    setScriptObject(v, [&] { return python::object(listOf(cells)); });
-}
-
 bool fromVariant(const Variant &v, GridCell &cell)
 {
-    return readScriptObject(v, cell, extractCell);
+    return readScriptObject(v, cell, extractValue<GridCell>);
 }
 
 bool fromVariant(const Variant &v, HexCont &cells)

@@ -3,6 +3,8 @@
 
 #include "foundation/Vector.h"
 
+class Variant;
+
 /// The answer of a shape to a segment.
 struct RayCollision
 {
@@ -11,6 +13,9 @@ struct RayCollision
     Vec4 normal; ///< of the surface there, w 0
     float t = 0; ///< parameter on the segment: 0 at its start, 1 at its end
 };
+
+/// How it crosses the reflection layer: as the script class `RayCollision`.
+void SetToVariant(Variant &v, const RayCollision &collision);
 
 /// A line with a direction.
 struct Edge

@@ -13,10 +13,10 @@
 
 std::string GraphicsSystem2TestAccess::nameOf(GraphicsSystem2 &g, IDirect3DSurface9 *surface)
 {
-    for (const auto &[name, target] : g.renderTargets)
+    for (const auto &[name, target] : targets(g))
         if (target.surf == surface)
             return name.toCString();
-    for (const auto &[name, target] : g.depthTargets)
+    for (const auto &[name, target] : depthTargets(g))
         if (target.surf == surface)
             return name.toCString();
     return surface ? "?" : "-";

@@ -1,9 +1,6 @@
 #include "rendering/device/GraphicsSystem2.h"
 
 #include "platform/window/GraphicsAdapterSystem.h"
-#include "rendering/frame/SceneGraph.h"
-#include "rendering/frame/ViewerComponent.h"
-#include "rendering/drawn/WholeWindow.h"
 #include "platform/window/WindowSystem2.h"
 
 #include "assets/cache/AssetSystem.h"
@@ -11,8 +8,6 @@
 #include "assets/models/DynamicMeshAsset.h"
 #include "assets/models/DynamicMeshAssetLoader.h"
 #include "assets/cache/TextureAsset.h"
-#include "engine/entities/ComponentKeys.h"
-#include "engine/entities/ComponentOf.h"
 #include "engine/levels/GameLoop.h"
 
 #include "foundation/Assertions.h"
@@ -29,6 +24,8 @@ namespace
 
 constexpr float LEAST_GAMMA = 1;
 constexpr float MOST_GAMMA = 4;
+constexpr int LEAST_SHADOW_MAP = 64;  // texels a side
+constexpr int MOST_SHADOW_MAP = 4096; // texels a side
 
 /// Hands finished assets to the system that installed it.
 class GraphicsUploader : public IAssetUploader
@@ -58,7 +55,7 @@ GraphicsSystem2::~GraphicsSystem2()
 
 void GraphicsSystem2::systemStartup()
 {
-    initDefaultVertexTypes();
+    addDefaultVertexTypes(layouts);
     deviceIsLost = true;
     createDevice();
     shaders.setDirectDevice(device);
@@ -167,13 +164,6 @@ void GraphicsSystem2::writeScreenshot()
     screenshotFile = String();
 }
 
-Handle<SceneGraph> GraphicsSystem2::getNewSceneGraph()
-{
-    const Handle<SceneGraph> hSceneGraph = construct<SceneGraph>(defaultAllocationCategory);
-    hSceneGraph.lookup()->setParent(getHandle());
-    return hSceneGraph;
-}
-
 Handle<DynamicMeshAsset> GraphicsSystem2::getFullScreenQuad()
 {
     if (fullScreenQuad.isValid())
@@ -202,15 +192,6 @@ void GraphicsSystem2::updateFullScreenQuad()
                       {0, 1, 2, 0, 2, 3});
 }
 
-Vec4 GraphicsSystem2::unprojectPointFromLastFrame(const Vec4 &screenPoint, bool useSceneDepth)
-{
-    auto *const viewer = componentOf<ViewerComponent>(lastFrameCamera, ComponentKeys::viewer);
-    if (!viewer)
-        return Vec4(0, 0, 0, 1);
-    const WindowCoordinate size = getWholeWindow();
-    return viewer->unProject(screenPoint, size.x, size.y, true);
-}
-
 void GraphicsSystem2::setRenderScale(float val)
 {
     const float scale = std::isfinite(val) ? std::clamp(val, 0.1f, 2.0f) : 1.0f;
@@ -233,7 +214,7 @@ void GraphicsSystem2::setGamma(float val)
 
 void GraphicsSystem2::setShadowMapSize(int val)
 {
-    shadowMapSize = std::clamp(val, 64, 4096);
+    shadowMapSize = std::clamp(val, LEAST_SHADOW_MAP, MOST_SHADOW_MAP);
     if (deviceIsReady())
         createShadowMap();
 }

@@ -1,10 +1,13 @@
 // GraphicsSystem2: owner of the Direct3D 9 device and of everything bound to it.
 #pragma once
 
+#include "rendering/device/DeviceMeshes.h"
+#include "rendering/device/DeviceTextures.h"
+#include "rendering/device/InstanceRing.h"
+#include "rendering/device/RenderTargets.h"
 #include "rendering/device/ShaderBank.h"
-#include "rendering/device/VertexDescription.h"
+#include "rendering/device/VertexLayouts.h"
 
-#include "assets/models/ModelFileHeaders.h"
 #include "engine/systems/System.h"
 
 #include "foundation/ErrorCode.h"
@@ -12,10 +15,7 @@
 #include "foundation/Vector.h"
 #include "port/d3d9/d3d9types.h"
 
-#include <cstddef>
-#include <map>
 #include <memory>
-#include <unordered_map>
 #include <utility>
 
 class DynamicMeshAsset;
@@ -27,15 +27,14 @@ class ShaderAsset;
 class TextureAsset;
 struct CoverageImage;
 struct IDirect3DDevice9;
-struct IDirect3DIndexBuffer9;
 struct IDirect3DSurface9;
 struct IDirect3DTexture9;
-struct IDirect3DVertexBuffer9;
 struct IDirect3DVertexDeclaration9;
 
 /// The graphics device for the rest of the engine: render targets, textures, meshes and effects by name or handle.
 ///
-/// No other class holds a device resource. A lost device is hidden here: drawing stops being possible, beginFrame
+/// Owns the device. What is bound to it is held by its parts, one kind each: targets, textures, meshes, layouts, the ring
+/// of instances, effects; no other class holds a device resource. A lost device is hidden here: drawing stops being possible, beginFrame
 /// brings the device back when it can, and whoever draws only asks deviceIsReady. The frame brackets beginFrame,
 /// endFrame and present are updaters of every level, run also while the level is stopped.
 class GraphicsSystem2 : public System
@@ -50,37 +49,12 @@ public:
         AS_UNBOUND = 2  ///< not at all
     };
 
+    typedef ::RenderTarget RenderTarget;
+    typedef ::DepthTarget DepthTarget;
+    typedef ::MeshData MeshData;
     struct ShaderID;          // RenderParams.h
     struct SceneRenderParams; // RenderParams.h
     struct BatchRenderParams; // RenderParams.h
-
-    /// A colour target by name.
-    struct RenderTarget
-    {
-        int logDivisor = 0; ///< size rule: see registerRenderTarget
-        D3DFORMAT format = D3DFMT_UNKNOWN;
-        IDirect3DTexture9 *tex = nullptr;  ///< null for "screen"
-        IDirect3DSurface9 *surf = nullptr; ///< level 0
-        int width = 0;                     ///< pixels
-        int height = 0;                    ///< pixels
-    };
-    /// A depth and stencil target by name.
-    struct DepthTarget
-    {
-        int logDivisor = 0;
-        D3DFORMAT format = D3DFMT_UNKNOWN;
-        IDirect3DSurface9 *surf = nullptr;
-    };
-    /// The device's copy of a mesh.
-    struct MeshData
-    {
-        IDirect3DVertexBuffer9 *vertices = nullptr;
-        IDirect3DIndexBuffer9 *indices = nullptr; ///< null for a mesh without indices
-        unsigned maxVertexSize = 0;               ///< bytes of the vertex buffer as created
-        unsigned maxIndexSize = 0;                ///< bytes of the index buffer as created
-        MeshChunkHeader meshHeader = {};          ///< describes the present contents
-        Vec4 sphere = Vec4(0, 0, 0, -1);          ///< around its vertices: centre and, in w, radius
-    };
 
     GraphicsSystem2();
     ~GraphicsSystem2() override;
@@ -250,17 +224,6 @@ protected:
 private:
     friend struct GraphicsSystem2TestAccess;
 
-    typedef std::pair<MeshVertexType, MeshVertexType> StreamTypes;
-    typedef std::unordered_map<String, RenderTarget> RenderTargetMap;
-    typedef std::unordered_map<String, DepthTarget> DepthTargetMap;
-    typedef std::unordered_map<Handle<TextureAsset>, IDirect3DTexture9 *> TextureCache;
-    typedef std::unordered_map<Handle<MeshAsset>, MeshData> MeshCache;
-    typedef std::map<MeshVertexType, VertexDescription> VertexDescriptionMap;
-    typedef std::map<StreamTypes, IDirect3DVertexDeclaration9 *> D3DVertexDeclarationMap;
-
-    void initDefaultVertexTypes();
-    void addVertexType(const VertexDescription &description);
-
     void createDevice();
     void releaseDevice();
     void onCreateOrReset();
@@ -271,38 +234,24 @@ private:
     void createRenderTargets();
     void createShadowMap();
     void destroyRenderTargets();
-    void rememberScreenTargets();
     std::pair<unsigned, unsigned> getTargetSize(int logSizeDivisor) const;
     void rememberTargetSize(const String &name, int mipLevel);
 
-    template <class Buffer>
-    ErrorCode fillBuffer(Buffer *&buffer, unsigned &capacity, const void *data, unsigned size);
-    ErrorCode copyToDevice(const Handle<MeshAsset> &asset, const Mesh &mesh);
-    void releaseDeadAssets();
-
     ErrorCode setStreams(const MeshData &mesh, MeshVertexType instanceType, int instanceCount);
     ErrorCode drawMesh(const MeshData &mesh);
-    ErrorCode growInstanceBuffer(unsigned needed);
-    void addD3D9VertexElements(std::vector<D3DVERTEXELEMENT9> &elements, unsigned stream, MeshVertexType type,
-                               unsigned &nextTexCoordID) const;
     D3DPRIMITIVETYPE getD3DPrimType(const MeshData &mesh) const;
 
-    RenderTargetMap renderTargets;
-    DepthTargetMap depthTargets;
     IDirect3DDevice9 *device = nullptr;
-    TextureCache staticTextures; ///< managed memory: survives a reset
-    MeshCache staticMeshes;      ///< managed memory: survives a reset
+    RenderTargets targets;
+    DeviceTextures textures;
+    DeviceMeshes meshes;
+    mutable VertexLayouts layouts; ///< makes a declaration when it is first asked for
+    InstanceRing instances;
     Handle<Entity> lastFrameCamera;
     Handle<DynamicMeshAsset> fullScreenQuad;
     ShaderBank shaders;
     bool deviceIsLost = true; ///< from before there is a device, and from a loss to the next reset
     bool showAntTweakBar = false;
-    VertexDescriptionMap vertexDescriptions;
-    IDirect3DVertexBuffer9 *instanceBuffer = nullptr; ///< ring of instance records, in default memory
-    unsigned instanceBufferSize = 0;                  ///< bytes
-    unsigned currentInstanceStart = 0;                ///< bytes: where the last locked range begins
-    unsigned lastInstanceEndByte = 0;                 ///< bytes: where it ends
-    mutable D3DVertexDeclarationMap d3dVertexDeclarations;
 
     float renderScale = 1.0f;
     float gamma = 2.2f;      ///< exponent, as most screens have it

@@ -2,6 +2,7 @@
 #include "rendering/device/GraphicsSystem2.h"
 
 #include "rendering/device/D3DPerfScopedEvent.h"
+#include "rendering/device/DeviceCalls.h"
 #include "platform/window/GraphicsAdapterSystem.h"
 #include "platform/window/WindowSystem2.h"
 
@@ -18,14 +19,6 @@ namespace
 int scaled(int length, float factor)
 {
     return std::max(1, static_cast<int>(std::lround(static_cast<float>(length) * factor)));
-}
-
-template <class Resource>
-void releaseAndForget(Resource *&resource)
-{
-    if (resource)
-        resource->Release();
-    resource = nullptr;
 }
 
 } // namespace
@@ -85,19 +78,10 @@ void GraphicsSystem2::onCreateOrReset()
 void GraphicsSystem2::releaseDevice()
 {
     destroyRenderTargets();
-    for (auto &[asset, texture] : staticTextures)
-        releaseAndForget(texture);
-    staticTextures.clear();
-    for (auto &[asset, mesh] : staticMeshes)
-    {
-        releaseAndForget(mesh.vertices);
-        releaseAndForget(mesh.indices);
-    }
-    staticMeshes.clear();
+    textures.release();
+    meshes.release();
     shaders.shutdown();
-    for (auto &[types, declaration] : d3dVertexDeclarations)
-        releaseAndForget(declaration);
-    d3dVertexDeclarations.clear();
+    layouts.release();
     releaseInstanceBuffer();
     if (device)
         TwTerminate();

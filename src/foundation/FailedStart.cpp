@@ -1,5 +1,6 @@
 #include "foundation/FailedStart.h"
 
+#include "foundation/KVString.h"
 #include "foundation/LogFile.h"
 #include "foundation/Logger.h"
 #include "port/win32/Diagnostics.h"
@@ -9,12 +10,13 @@
 namespace Assertions
 {
 
-void failStart(const String &message)
+void failStart(const char *message)
 {
     Logger().writeLine(Logger_::I_CRITICAL, message);
     LogFile::tell();
     if (port::hasMessageBoxPresenter())
-        MessageBoxA(nullptr, (message + LogFile::placeForBox()).toCString(), "Error", MB_TASKMODAL | MB_ICONERROR);
+        MessageBoxA(nullptr, (String::copyFrom(message) + LogFile::placeForBox()).toCString(), "Error",
+                    MB_TASKMODAL | MB_ICONERROR);
     port::flushDebugOutput();
     std::_Exit(1);
 }

@@ -1,8 +1,6 @@
 // FailedStart: the end of a process that lacks what it cannot start without.
 #pragma once
 
-#include "foundation/KVString.h"
-
 namespace Assertions
 {
 
@@ -10,6 +8,6 @@ namespace Assertions
 ///
 /// For what is amiss outside of the program, where a stack trace would tell nothing.
 /// @param message  names what is lacking and the remedy
-[[noreturn]] void failStart(const String &message);
+[[noreturn]] void failStart(const char *message);
 
 } // namespace Assertions

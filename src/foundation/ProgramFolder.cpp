@@ -21,7 +21,8 @@ namespace ProgramFolder
 bool enter()
 {
     char path[LONGEST_PATH];
-    if (const DWORD length = GetCurrentDirectoryA(sizeof path, path))
+    const DWORD length = GetCurrentDirectoryA(sizeof path, path);
+    if (userFolder().empty())
         userFolder() = String::copyFrom(path, length);
     if (GetModuleFileNameA(nullptr, path, sizeof path) == 0)
         return false;

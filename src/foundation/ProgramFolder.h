@@ -6,7 +6,8 @@
 namespace ProgramFolder
 {
 
-/// Makes the executable's own folder the working folder, beside which scripts, assets and library stand.
+/// Makes the executable's own folder the working folder, beside which scripts, assets and library stand. The first call
+/// remembers where the user stood.
 /// @return whether that worked; the working folder is left as it was where it did not
 bool enter();
 

@@ -109,7 +109,7 @@ void initPython()
     if (running)
         return;
     if (const String fault = faultOfLibraryArchive(LIBRARY_ZIP); !fault.empty())
-        Assertions::failStart(fault);
+        Assertions::failStart(fault.toCString());
     PyImport_AppendInittab("_kaVel", &init_kaVel);
     const PyStatus status = startInterpreter();
     if (!Py_IsInitialized())

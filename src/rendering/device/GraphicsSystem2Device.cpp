@@ -59,8 +59,8 @@ void GraphicsSystem2::createDevice()
                                               D3DCREATE_HARDWARE_VERTEXPROCESSING, &params, &device);
     if (FAILED(result))
     {
-        Assertions::failStart(SCS("The Direct3D device could not be created. Please ensure you have the latest video "
-                                  "drivers available for your system installed."));
+        Assertions::failStart("The Direct3D device could not be created. Please ensure you have the latest video "
+                              "drivers available for your system installed.");
     }
     TwInit(TW_DIRECT3D9, device);
     deviceIsLost = false;

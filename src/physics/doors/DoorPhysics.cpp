@@ -1,7 +1,7 @@
 #include "physics/doors/DoorPhysics.h"
 
 #include "physics/volumes/BoundingVolume.h"
-#include "physics/volumes/DesignedValue.h"
+#include "physics/volumes/FiniteProperty.h"
 #include "physics/doors/LeafClearance.h"
 #include "physics/bodies/SoundRequest.h"
 

@@ -2,7 +2,7 @@
 
 #include "physics/volumes/BoundingVolume.h"
 #include "physics/grid/CellRect.h"
-#include "physics/volumes/DesignedValue.h"
+#include "physics/volumes/FiniteProperty.h"
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/RigidBody.h"
 

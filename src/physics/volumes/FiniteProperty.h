@@ -1,4 +1,4 @@
-// DesignedValue: says where a designer erred.
+// FiniteProperty: refuses numbers of a property that are none, and says whose they are.
 #pragma once
 
 #include "foundation/Vector.h"

@@ -1,4 +1,4 @@
-#include "physics/volumes/DesignedValue.h"
+#include "physics/volumes/FiniteProperty.h"
 
 #include "foundation/Finite.h"
 #include "foundation/Logger.h"

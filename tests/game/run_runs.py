@@ -20,8 +20,9 @@ def test_no_level_keeps_a_run_from_its_last_frame_and_picture(world):
 
 def test_a_view_that_fails_ends_the_run_with_1(world):
     for shown in ("lambda: nowhere", "None", "lambda: kaVel.send('NoSuchMessage')"):
-        world.write("scripts/levels/Viewed.py", "import kaVel\ndef build(coordinator):\n    pass\n"
-                                                f"def views():\n    return [('fine', lambda: None), ('bad', {shown})]\n")
+        world.write("scripts/levels/Viewed.py",
+                    "import kaVel\ndef build(coordinator):\n    pass\n"
+                    f"def views():\n    return [('fine', lambda: None), ('bad', {shown})]\n")
         run = world.run(level="Viewed", frames=8)
         run.expect_code(1)
         assert not run.has("After 8 frames"), "it ends where it failed"
@@ -61,7 +62,7 @@ def test_a_recorded_run_is_played_back_in_the_run_that_it_belongs_to_and_in_no_o
     world.run(frames=3, KAVEL_RECORD=recording).expect_code(0)
     assert (world.folder / "input.txt").read_text() == "input 1\nlevel FirstRoom\nseed 1\nwindow 1280 720\n4 end\n"
     world.run(frames=3, KAVEL_REPLAY=recording).expect_code(0)
-    for line, problem, other in ((2, "the level \"FirstRoom\", and this is \"LoadingScreen\"", {"level": "LoadingScreen"}),
+    for line, problem, other in ((2, 'the level "FirstRoom", and this is "LoadingScreen"', {"level": "LoadingScreen"}),
                                  (3, "a run of seed 1, and this one has 7", {"KAVEL_SEED": "7"}),
                                  (4, "a window of 1280x720, and this one is 64x36", {"KAVEL_SIZE": "64x36"})):
         run = world.run(frames=100000, KAVEL_REPLAY=recording, **other)

@@ -31,6 +31,8 @@ ACTIONS = {
     'tweakBars': ('F2',),
     'profiler': ('F3',),
     'outlines': ('F4',),
+    'reload': ('F5',),
+    'levelBefore': ('F6',),
 }
 
 #: Virtual-key codes of the keys that are no letter and no digit.

@@ -1,6 +1,12 @@
-"""Keys for those who make the game: F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there."""
+"""Keys for those who make the game.
+
+F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there, F5 the level anew from its scripts.
+"""
+
+import functools
 
 import kaVel
+import standing
 
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, and what force
 #: volumes push.
@@ -8,9 +14,10 @@ OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', '
             'debugDrawPartitioningGrid', 'debugDrawForceVolumes')
 
 
-def listen(coordinator):
+def listen(coordinator: kaVel.Coordinator):
     """Has a level follow the keys for as long as it lives."""
-    for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines)):
+    for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines),
+                             ('reload', functools.partial(standing.reload, coordinator))):
         kaVel.onKey(coordinator, action, function)
 
 

@@ -9,17 +9,24 @@ raises ends the run with exit code 1.
 
 import hashlib
 import os
+from typing import Callable, Sequence
 
 import GameConfig
 import kaVel
+import troubleScreen
+from perLevel import PerLevel
 
 #: A view needs a frame to arrive in and one whose picture is written.
 LEAST_FRAMES = 2
 
-_plans = {}  # coordinator -> what is to be done while it is in charge: frame -> steps in order
+#: Name, and the function that turns the camera.
+View = tuple[str, Callable[[], object]]
+
+#: What is to be done while a level is in charge: frame -> steps in order.
+_plans: PerLevel[dict[int, list[Callable[[], object]]]] = PerLevel()
 
 
-def watch(coordinator, views=()):
+def watch(coordinator: kaVel.Coordinator, views: Sequence[View] = ()):
     """Plans what a run does in a level that was just built: its views, from the present frame to the last one.
 
     A run whose picture has nowhere to go ends at once, with exit code 1: better than when all its frames have run.
@@ -35,12 +42,10 @@ def watch(coordinator, views=()):
     first = max(gameLoop.frameNumber, 1)
     gameLoop.frameLimit = max(gameLoop.frameLimit, first - 1 + LEAST_FRAMES * len(views))
     gameLoop.frameCallback = _doFrame
-    for gone in [level for level in _plans if not level]:
-        del _plans[gone]
     _plans[coordinator] = _plan(views, first, gameLoop.frameLimit)
 
 
-def _wanted(views):
+def _wanted(views: Sequence[View]) -> list[View]:
     """The views that the run is to show; ValueError if one is asked for that is not there, or one shows nothing."""
     names = [name for name, _ in views]
     unknown = [name for name in GameConfig.views if name not in names]
@@ -52,26 +57,26 @@ def _wanted(views):
     return [view for view in views if not GameConfig.views or view[0] in GameConfig.views]
 
 
-def _suffixes(views):
+def _suffixes(views: Sequence[View]):
     """What the files of the run's pictures have behind the stem of their name."""
     return ['-' + name for name, _ in views] or ['']
 
 
-def _pictureFile(suffix):
+def _pictureFile(suffix: str):
     """The file of one picture; empty if none is wanted."""
     stem, extension = os.path.splitext(GameConfig.screenshot)
     return GameConfig.screenshot and stem + suffix + extension
 
 
-def _isWritable(file):
+def _isWritable(file: str):
     folder = os.path.dirname(file) or '.'
     return (os.path.isdir(folder) and os.access(folder, os.W_OK)
             and (os.path.isfile(file) or not os.path.exists(file)))
 
 
-def _plan(views, first, last):
+def _plan(views: Sequence[View], first: int, last: int):
     """Frame -> what is to be done at its start, in order. Each view has its share of the frames from first to last."""
-    steps = {}
+    steps: dict[int, list[Callable[[], object]]] = {}
     frames = last - first + 1
     for number, (name, show) in enumerate(views):
         arrival, picture = first + number * frames // len(views), first - 1 + (number + 1) * frames // len(views)
@@ -90,14 +95,16 @@ def _doFrame():
     if level and frame == gameLoop.frameLimit:
         kaVel.log('After %d frames: %s' % (frame, _cameraText(level)))
         kaVel.log('Object tree: %s' % treeDigest(level))
+        if troubleScreen.of(level):
+            gameLoop.quit(1)
 
 
-def _capture(suffix=''):
+def _capture(suffix: str = ''):
     if GameConfig.screenshot:
         kaVel.getSystem('GraphicsSystem2').captureScreen(_pictureFile(suffix))
 
 
-def _cameraText(coordinator):
+def _cameraText(coordinator: kaVel.Coordinator):
     camera = coordinator.getManager('graphics2').getCurrentCamera()
     if not camera:
         return 'no camera'
@@ -105,7 +112,7 @@ def _cameraText(coordinator):
     return 'camera at %s, turned %s' % (transform.position, transform.orientation)
 
 
-def treeDigest(root):
+def treeDigest(root: kaVel.Object):
     """Count and hash of every object below `root`: class, name, and place if it has one."""
     digest = hashlib.sha256()
     tree = kaVel.descendants(root)

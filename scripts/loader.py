@@ -7,45 +7,114 @@ A level module has a function `build(coordinator)`, perhaps a function `views()`
 
 import importlib
 import os
-import sys
+import traceback
+import types
+from typing import Callable
 
 import GameConfig
 import developerKeys
 import headless
 import kaVel
+import levelScripts
+import standing
+import troubleScreen
+from perLevel import PerLevel
 
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
+levelScripts.begin()
+
+#: What the engine shows for a moment while another level loads.
+LOADING_SCREEN = 'LoadingScreen'
 
 _levelsBeingBuilt = 0
+_modules: PerLevel[types.ModuleType] = PerLevel()  # the module that built a level
+_visited: list[str] = []  # names of the levels that were loaded, the last one at the end
 
 
-def loadLevel(levelName):
-    """Builds the level `levels.<levelName>` and returns its coordinator, loaded and ready to run."""
-    global _levelsBeingBuilt
-    level = _levelModule(levelName)
-    if not callable(getattr(level, 'build', None)):
+def loadLevel(levelName: str) -> kaVel.Coordinator:
+    """Builds the level `levels.<levelName>` and returns its coordinator, loaded and ready to run.
+
+    A level that fails as the first one of the game ends it. One that fails later costs nothing but itself: in its place
+    stands the `troubleScreen`.
+    """
+    files = levelScripts.stamp()
+    left = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
+    try:
+        with levelScripts.readAnew(_scriptToRead(levelName)):
+            coordinator = _build(levelName, _fillerOf(levelName))
+    except (Exception, SystemExit) as error:
+        if _isLost():
+            raise
+        return _screenFor(levelName, error, files, left)
+    if levelName != LOADING_SCREEN:
+        _visited[:] = [name for name in _visited if name != levelName] + [levelName]
+        standing.arrive(coordinator)
+    return coordinator
+
+
+def _scriptToRead(levelName: str):
+    """The one script to read anew for a level that comes in passing or inside another one; None for all scripts."""
+    return 'levels.' + levelName if _levelsBeingBuilt or levelName == LOADING_SCREEN else None
+
+
+def _fillerOf(levelName: str):
+    """The function that builds a level out of its module, read from its file."""
+    module = _levelModule(levelName)
+    if not callable(getattr(module, 'build', None)):
         raise ValueError('level %r cannot be built: scripts/levels/%s.py has no function build(coordinator)'
                          % (levelName, levelName))
+
+    def fill(coordinator: kaVel.Coordinator):
+        _modules[coordinator] = module
+        module.build(coordinator)
+        if GameConfig.frames:
+            headless.watch(coordinator, module.views() if hasattr(module, 'views') else ())
+
+    return fill
+
+
+def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.Coordinator:
+    """A level of this name that `fill(coordinator)` builds; one that fails is ended before the exception goes on."""
+    global _levelsBeingBuilt
+    gameLoop = kaVel.getSystem('GameLoopSystem')
     coordinator = kaVel.make('Coordinator', name=levelName)
     coordinator.setLevelName(levelName)
-    kaVel.getSystem('GameLoopSystem').givePersistentState(coordinator)
+    gameLoop.givePersistentState(coordinator)
     office = kaVel.make('Entity', parent=coordinator, name='BranchPostOffice')
     kaVel.addComponent(office, 'postOffice', 'BranchPostOffice')
     _levelsBeingBuilt += 1
     try:
         developerKeys.listen(coordinator)
-        level.build(coordinator)
-        if GameConfig.frames:
-            headless.watch(coordinator, level.views() if hasattr(level, 'views') else ())
+        fill(coordinator)
+    except BaseException:
+        gameLoop.retireLevel(coordinator)
+        raise
     finally:
         _levelsBeingBuilt -= 1
     kaVel.finishLoad(coordinator)
     return coordinator
 
 
-def loadMap(coordinator, mapName):
+def _isLost():
+    """Whether a level that fails takes the game with it: the first one, and any that nobody watches without an end."""
+    gameLoop = kaVel.getSystem('GameLoopSystem')
+    return _levelsBeingBuilt or not gameLoop.frameNumber or (gameLoop.unattended and not gameLoop.frameLimit)
+
+
+def _screenFor(levelName: str, error: BaseException, files: list, left: kaVel.Coordinator):
+    """The level that tells why another one cannot be loaded, under the name of that one."""
+    kaVel.log('The level %r cannot be loaded, and a screen that tells so stands in its place:\n%s'
+              % (levelName, traceback.format_exc()))
+    before = next((name for name in reversed(_visited) if name != levelName), None)
+    last = troubleScreen.of(left)
+    stood = last.stood if last else standing.of(left) if left and left.levelName == before else None
+    trouble = troubleScreen.Trouble(levelName, error, files, before, stood)
+    return _build(levelName, lambda coordinator: troubleScreen.build(coordinator, trouble))
+
+
+def loadMap(coordinator: kaVel.Coordinator, mapName: str):
     """Builds one map of a level and returns its root; its load is left to `completeMap`."""
-    level = _levelModule(coordinator.levelName, fresh=False)
+    level = _modules.get(coordinator) or _levelModule(coordinator.levelName)
     build = getattr(level, mapName, None)
     if not callable(build):
         raise ValueError('level %r has no map %r: scripts/levels/%s.py has no function of that name'
@@ -58,7 +127,7 @@ def loadMap(coordinator, mapName):
     return root
 
 
-def completeMap(root):
+def completeMap(root: kaVel.MapRootEntity):
     """Completes the load of a map, in which has been repeated by now what became of its objects.
 
     The maps of a level that is still being built wait for the level.
@@ -76,16 +145,13 @@ def levelNames():
     return sorted(names)
 
 
-def hasLevel(levelName):
+def hasLevel(levelName: str):
     """Whether there is a level of this name."""
     return levelName in levelNames()
 
 
-def _levelModule(levelName, fresh=True):
-    """The module of a level; read anew from its file when the level is loaded afresh."""
+def _levelModule(levelName: str):
+    """The module of a level."""
     if levelName not in levelNames():
         raise ValueError('there is no level %r; scripts/levels has: %s' % (levelName, ', '.join(levelNames())))
-    if fresh:
-        sys.modules.pop('levels.' + levelName, None)
-        importlib.invalidate_caches()
     return importlib.import_module('levels.' + levelName)

@@ -23,6 +23,10 @@ class Control:
         kaVel.subscribe('MouseMove', self.handleMouseMove, office)
         kaVel.onKey(coordinator, 'quit', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
 
+    def looking(self) -> tuple[float, float]:
+        """Turn and pitch of the view, as `look` takes them."""
+        return math.degrees(self.yaw), math.degrees(self.pitch)
+
     def look(self, turn: float, pitch: float):
         """Turns the view, degrees; a positive pitch looks down."""
         self.yaw, self.pitch = math.radians(turn), math.radians(pitch)

@@ -3,6 +3,7 @@
 import math
 
 import kaVel
+import standing
 from objects.Control import Control
 from objects.Placing import Triple
 
@@ -25,6 +26,7 @@ class FreeCameraControl(Control):
         self.velocity = (0.0, 0.0, 0.0)
         self.clock = coordinator.getTimerHandle('master')
         kaVel.addComponent(camera, 'director', 'ScriptComponent', frameCallback=self.doFrame)
+        standing.follow(coordinator, self)
 
     def goTo(self, at: Triple, turn: float = 0.0, pitch: float = 0.0):
         """Puts the camera somewhere else, at rest; angles in degrees."""
@@ -32,6 +34,11 @@ class FreeCameraControl(Control):
         self.look(turn, pitch)
         self.velocity = (0.0, 0.0, 0.0)
         self.transform.orientation = self.orientation()
+
+    def standing(self) -> standing.Standing:
+        """What leads back here by `goTo`."""
+        position = self.transform.position
+        return (position.x, position.y, position.z), *self.looking()
 
     def doFrame(self):
         seconds = self.clock.getFrameTimeSeconds()

@@ -3,6 +3,7 @@
 import math
 
 import kaVel
+import standing
 from objects.Bodies import PULL
 from objects.Control import Control
 from objects.Placing import LevelClock, Triple, addVolume, placed
@@ -42,7 +43,8 @@ class Walker(Control):
     """Moves a `Player` and the camera that looks out of its eyes, by keyboard and mouse."""
 
     def __init__(self, player: kaVel.Entity, camera: kaVel.Entity, turn: float = 0.0, pitch: float = 0.0):
-        super().__init__(player.getAncestorOfType(kaVel.Reflection.Coordinator), turn, pitch)
+        coordinator = player.getAncestorOfType(kaVel.Reflection.Coordinator)
+        super().__init__(coordinator, turn, pitch)
         self.player = player
         self.body = player.getComponent('physics')
         self.transform = player.getComponent('transform')
@@ -51,6 +53,7 @@ class Walker(Control):
         kaVel.addComponent(player, 'player', 'ScriptComponent', frameCallback=self.steer)
         # After the bodies have moved and their contacts are resolved, and before anything is drawn.
         kaVel.addComponent(camera, 'form', 'ScriptComponent', frameCallback=self.moveEye)
+        standing.follow(coordinator, self)
         self.standStill()
 
     def goTo(self, at: Triple, turn: float = 0.0, pitch: float = 0.0):
@@ -60,6 +63,11 @@ class Walker(Control):
         self.look(turn, pitch)
         self.standStill()
         self.moveEye()
+
+    def standing(self) -> standing.Standing:
+        """What leads back here by `goTo`."""
+        position = self.transform.position
+        return (position.x, position.y - SIZE[1] / 2, position.z), *self.looking()
 
     def standStill(self):
         self.position = self.place()

@@ -23,8 +23,7 @@ Handle<Object>::Result holderOf(const Handle<PersistentStateComponent> &state)
 }
 } // namespace
 
-/// Ends a level, unless it is dying already, and takes what it keeps into this system's care.
-void GameLoopSystem::retire(const Handle<Coordinator> &level)
+void GameLoopSystem::retireLevel(Handle<Coordinator> level)
 {
     const auto coordinator = level.lookup();
     if (!coordinator || coordinator->isDying())
@@ -62,14 +61,14 @@ void GameLoopSystem::forgetPersistentState()
 /// Runs the loading screen in place of a level while the next one loads; both are gone when this returns.
 Handle<Coordinator> GameLoopSystem::replaceLevel(const Handle<Coordinator> &present, const String &nextName)
 {
-    retire(present);
+    retireLevel(present);
     const Handle<Coordinator> loadingScreen = loadLevel(SCS("LoadingScreen"));
     for (int frame = 0; frame < LOADING_SCREEN_FRAMES; ++frame)
     {
         if (auto screen = loadingScreen.lookup())
             screen->doFrame();
     }
-    retire(loadingScreen);
+    retireLevel(loadingScreen);
     const Handle<Coordinator> next = loadLevel(nextName);
     cremateDeadObjects();
     return next;

@@ -42,6 +42,8 @@ public:
     ///
     /// What a level has already stays. What was kept below a level that somebody murdered is lost, which is warned of.
     void givePersistentState(Handle<Coordinator> level);
+    /// Ends a level that is not to run on, unless it is dying already, and keeps for the next one what it kept.
+    void retireLevel(Handle<Coordinator> level);
     /// Forgets what has become of the objects of all levels, as a new game does; also while a level is being built.
     void forgetPersistentState();
     /// Ends the game after this frame; the process returns this exit code.
@@ -74,7 +76,6 @@ private:
     void quitWithoutLevel();
     void quitAtFrameLimit();
     Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName);
-    void retire(const Handle<Coordinator> &level);
 
     Handle<Coordinator> currentCoordinator;
     Handle<PersistentStateComponent> persistentState; ///< of the level that was given it, or in this system's care

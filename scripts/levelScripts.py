@@ -1,0 +1,78 @@
+"""The scripts that belong to levels: all but those that the game itself started with.
+
+Each load of a level reads them anew from their files, so that a change shows without a start of the game.
+"""
+
+import contextlib
+import importlib
+import os
+import sys
+import traceback
+import types
+
+#: Folder of all scripts.
+FOLDER = os.path.dirname(__file__)
+
+_ofTheGame: set[str] = set()
+
+
+def begin():
+    """Counts what is imported by now to the game itself; to be called before the first level is loaded."""
+    _ofTheGame.update(sys.modules)
+
+
+@contextlib.contextmanager
+def readAnew(only: str | None = None):
+    """Within it, scripts of levels are read anew when they are imported, or only the module of this name.
+
+    Where it fails, those that stood there before stand again: what still runs goes on with them.
+    """
+    before = _takeOut(only)
+    importlib.invalidate_caches()
+    try:
+        yield
+    except BaseException:
+        _takeOut(only)
+        sys.modules.update(before)
+        raise
+
+
+def _takeOut(only: str | None):
+    names = [name for name, module in sys.modules.items()
+             if name not in _ofTheGame and _isScript(module) and only in (None, name)]
+    return {name: sys.modules.pop(name) for name in names}
+
+
+def _isScript(module: types.ModuleType):
+    return _isScriptFile(getattr(module, '__file__', None) or '')
+
+
+def stamp():
+    """What the files of all scripts are like; a save of any of them changes it."""
+    stamps = []
+    for folder, _, _ in os.walk(FOLDER):
+        with contextlib.suppress(OSError):
+            stamps += [(each.path, each.stat().st_mtime_ns, each.stat().st_size)
+                       for each in os.scandir(folder) if each.name.endswith('.py')]
+    return sorted(stamps)
+
+
+def placeOf(error: BaseException) -> tuple[str, int] | None:
+    """File, as in scripts/levels/Hall.py, and line of the script of a level that an exception came from.
+
+    None where no such script took part.
+    """
+    if isinstance(error, SyntaxError) and error.filename:
+        return _shown(error.filename), error.lineno or 0
+    for frame, line in reversed(list(traceback.walk_tb(error.__traceback__))):
+        if frame.f_globals.get('__name__') not in _ofTheGame and _isScriptFile(frame.f_code.co_filename):
+            return _shown(frame.f_code.co_filename), line
+    return None
+
+
+def _isScriptFile(file: str):
+    return file.startswith(FOLDER + os.sep)
+
+
+def _shown(file: str) -> str:
+    return os.path.join('scripts', os.path.relpath(file, FOLDER)) if _isScriptFile(file) else file

@@ -105,6 +105,19 @@ void doAssert(AssertMode mode, long cat, const String &file, long line, const St
     isHandlingAssertion = false;
 }
 
+void raiseInScript(const String &file, long line, const String &message)
+{
+    if (isHandlingAssertion)
+        endProcess();
+    isHandlingAssertion = true;
+    Logger().writeLine(SEVERITY_LEVELS[AM_ASSERT], getConsoleAssertMessage(AM_ASSERT, String(), message, file, line),
+                       file, line);
+    if (port::hasMessageBoxPresenter())
+        showAssertBox(getMessageBoxMessage(String(), message, file, line));
+    breakIfDebugged();
+    isHandlingAssertion = false;
+}
+
 String getMessageBoxMessage(const String &expr, String realMessage, const String &file, long line)
 {
     const String expression =

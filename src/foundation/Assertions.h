@@ -52,6 +52,10 @@ bool prepareAssert(AssertMode mode, long cat, const char *expr, const char *file
 /// A failure while another is being reported stops in the debugger or ends the process with status 1.
 void doAssert(AssertMode mode, long cat, const String &file, long line, const String &expr, const String &message);
 
+/// Reports what was raised in a script: as a failed check that goes on, but at the script's line and without the
+/// engine's stack, which tells nothing of it. Where nobody can see a box, the log line is all.
+void raiseInScript(const String &file, long line, const String &message);
+
 String getMessageBoxMessage(const String &expr, String realMessage, const String &file, long line);
 String getConsoleAssertMessage(AssertMode severity, const String &expr, const String &message, const String &file,
                                long line);

@@ -100,6 +100,22 @@ kaVel.log('still here')
     assert run.log.count("Assertion failed: [") == 1, "the handler fell out after its first failure"
 
 
+def test_a_callback_that_raises_is_one_entry_with_its_line_and_the_path_of_its_object(world):
+    world.write_level("Lamp", """
+def flicker():
+    raise ValueError('the lamp is broken')
+room = kaVel.make('Entity', parent=coordinator, name='room')
+lamp = kaVel.make('Entity', parent=room, name='lamp')
+kaVel.addComponent(lamp, 'player', 'ScriptComponent', frameCallback=flicker)
+""")
+    run = world.run(level="Lamp")
+    run.expect_code(0)
+    assert re.search(r"scripts/levels/Lamp\.py\(6\): Error: .* Lamp/room/lamp/player: the frame callback "
+                     r"levels\.Lamp::flicker failed: ValueError: the lamp is broken\. It is not called again", run.log)
+    assert run.log.count("Traceback (most recent") == 1 and len(re.findall(r"\): Error: ", run.log)) == 1
+    assert not run.has("stack trace"), "the engine's own stack tells nothing"
+
+
 def test_unknown_names_are_told_with_the_nearest_one(world):
     world.write_level("Typos", """
 entity = kaVel.make('Entity', parent=coordinator, name='thing')

@@ -250,7 +250,7 @@ TEST(Contacts, FunctionThatFailsIsNamedAndDropped)
     trap.volume->setInteractFunc(thing.lookup()->bind(SCS("addFour")));
     EXPECT_TRUE(trap.volume->getInteract());
     trap.volume->interactWithPlayer(thing);
-    EXPECT_EQ(countLogLines("its function <Partial application of Probe::addFour> failed and is dropped"), 1u);
+    EXPECT_EQ(countLogLines("the trigger function <Partial application of Probe::addFour> failed: CALL_FAILURE"), 1u);
     EXPECT_FALSE(trap.volume->getTriggerFunc());
 }
 

@@ -8,6 +8,8 @@
 #include "object/reflection/Reflection.h"
 #include "object/reflection/SavedArguments.h"
 
+#include "foundation/Logger.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -222,6 +224,20 @@ TEST(PythonReflectedThings, ExceptionIsAnAssertionWithItsTracebackAndAFailedCall
     EXPECT_THAT(assertions.getText(), HasSubstr("LookupError: no key"));
     EXPECT_THAT(assertions.getText(), HasSubstr("line 1, in broken"));
     EXPECT_FALSE(PyErr_Occurred());
+}
+
+TEST(PythonReflectedThings, SameExceptionIsToldAgainAtItsTenthTimeAndAnotherOneAtOnce)
+{
+    const Script script("def tired(): raise LookupError('again')\ndef fresh(): raise LookupError('another')");
+    const std::size_t before = Logger().getLogCount();
+    for (int time = 0; time < 99; ++time)
+        script.reflector("tired")->call().code.ignoreError();
+    script.reflector("fresh")->call().code.ignoreError();
+    EXPECT_EQ(Logger().getLogCount(), before + 3);
+    const std::size_t last = Logger().getHistorySize() - 1;
+    EXPECT_THAT(Logger().getHistoryEntry(last - 1).message.toCString(), HasSubstr("again (10 times so far)"));
+    EXPECT_THAT(Logger().getHistoryEntry(last).message.toCString(), HasSubstr("LookupError: another"));
+    EXPECT_EQ(Logger().getHistoryEntry(last).line, 2);
 }
 
 TEST(PythonReflectedThings, ValueWithoutScriptFormIsATypeError)

@@ -5,7 +5,7 @@
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/GameLoop.h"
 #include "engine/entities/LerpVisitor.h"
-#include "engine/levels/PathBelow.h"
+#include "object/tree/PathBelow.h"
 #include "engine/systems/RunningMark.h"
 #include "engine/time/TimeSystem.h"
 #include "engine/time/TimerNames.h"

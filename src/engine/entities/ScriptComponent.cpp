@@ -1,8 +1,7 @@
 #include "engine/entities/ScriptComponent.h"
 
+#include "object/python/ScriptCall.h"
 #include "object/reflection/SavedArguments.h"
-
-#include "foundation/Logger.h"
 
 namespace
 {
@@ -13,26 +12,18 @@ void callOrDrop(ReflectorPtr &callback, const char *role, const Object &componen
         return;
     // A copy: the callback may set another one in its own place.
     const ReflectorPtr called = callback;
-    const ErrorCode outcome = called->call().code;
-    if (outcome.succeeded())
-        return;
-    auto owner = component.getParent().lookup();
-    KV_LOGF(Logger_::I_ERROR,
-            "ScriptComponent '%s' of '%s': the %s callback %s failed and is not called again until "
-            "it is set anew: %s",
-            component.getName().toCString(), owner ? owner->getName().toCString() : "nobody", role,
-            called->getQualifiedName().toCString(), outcome.toString().toCString());
-    if (callback == called)
+    SavedArguments none(0);
+    if (!callOrReport(called, none, component, role) && callback == called)
         callback = nullptr;
 }
 } // namespace
 
 void ScriptComponent::doFrame()
 {
-    callOrDrop(frameCallback, "frame", *this);
+    callOrDrop(frameCallback, "frame callback", *this);
 }
 
 void ScriptComponent::onLoadComplete()
 {
-    callOrDrop(loadCallback, "load", *this);
+    callOrDrop(loadCallback, "load callback", *this);
 }

@@ -1,6 +1,6 @@
 #include "engine/levels/ObjectFromPattern.h"
 
-#include "engine/levels/PathBelow.h"
+#include "object/tree/PathBelow.h"
 #include "object/tree/Object.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"

@@ -2,7 +2,7 @@
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/levels/Coordinator.h"
-#include "engine/levels/PathBelow.h"
+#include "object/tree/PathBelow.h"
 #include "object/reflection/PropertyDesc.h"
 #include "object/python/PythonCalls.h"
 #include "object/tree/WellKnownPaths.h"

@@ -1,5 +1,6 @@
 #include "object/messages/ListenerSets.h"
 
+#include "object/python/ScriptCall.h"
 #include "object/reflection/PartialFunctionApplication.h"
 
 #include <algorithm>
@@ -105,6 +106,7 @@ void ListenerSets::deliver(const ReflectorPtr &messageType, SavedArguments &payl
     PackedMessage message(messageType, payload);
     for (ReflectorPtr &handler : delivered)
     {
+        const ScriptCall call(*handler, nullptr, "message handler");
         if (message.callHandler(*handler))
             putBack(office, registrationsBefore, handler);
     }

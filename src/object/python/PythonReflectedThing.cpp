@@ -6,9 +6,8 @@
 #include "object/python/PythonConverters.h"
 #include "object/python/PythonReflectionProvider.h"
 #include "object/python/PythonReflectors.h"
+#include "object/python/ScriptCall.h"
 #include "object/reflection/SavedArguments.h"
-
-#include "foundation/Assertions.h"
 
 namespace
 {
@@ -172,6 +171,7 @@ std::size_t PythonReflectedThing::getArgCount() const
 
 ErrorReturn<Variant> PythonReflectedThing::do_call(SavedArguments &args) const
 {
+    const ScriptCall *const announced = ScriptCall::take();
     // The call may drop the last reference to this thing.
     const PythonObject callee = pyObj;
     if (callee.isNone() || !PyCallable_Check(callee.get()))
@@ -189,7 +189,7 @@ ErrorReturn<Variant> PythonReflectedThing::do_call(SavedArguments &args) const
     }
     if (!value)
     {
-        KV_ERROR(getCurrentPythonTraceback());
+        reportScriptException(*this, announced);
         return ErrorReturn<Variant>(ErrorCode::PYTHON_EXCEPTION);
     }
     ErrorReturn<Variant> result;

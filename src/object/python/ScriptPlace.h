@@ -14,3 +14,7 @@ struct ScriptPlace
 ///
 /// No place where no script runs.
 ScriptPlace currentScriptPlace();
+
+/// The line that the pending Python exception came from: the innermost one outside of the module `kaVel`, or the one
+/// that cannot be read. The exception stays pending.
+ScriptPlace pendingScriptPlace();

@@ -10,7 +10,7 @@
 #include "engine/levels/MapRootEntity.h"
 #include "engine/levels/ObjectFromPattern.h"
 #include "engine/transforms/ParentFollowerComponent.h"
-#include "engine/levels/PathBelow.h"
+#include "object/tree/PathBelow.h"
 #include "engine/transforms/TransformComponent.h"
 #include "object/tree/TreeWalk.h"
 #include "object/tree/WellKnownPaths.h"

@@ -7,6 +7,7 @@
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/entities/SimpleManager.h"
+#include "object/python/ScriptCall.h"
 #include "object/reflection/SavedArguments.h"
 
 #include "foundation/Logger.h"
@@ -64,12 +65,7 @@ void EventTriggerVolume::fireEvent()
     SavedArguments entities(names.size());
     for (std::size_t i = 0; i < names.size(); ++i)
         entities[i].set(findEntity(names[i]));
-    const ErrorReturn<Variant> result = func->do_call(entities);
-    if (result.succeeded())
-        return;
-    KV_LOGF(Logger_::I_ERROR, "%s of %s: its function %s failed and is dropped: %s", getName().toCString(),
-            getParent().toString().toCString(), func->toString().toCString(), result.code.toString().toCString());
-    if (eventFunc == func)
+    if (!callOrReport(func, entities, *this, "event function") && eventFunc == func)
         eventFunc = ReflectorPtr();
 }
 

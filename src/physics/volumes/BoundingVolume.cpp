@@ -9,6 +9,7 @@
 #include "engine/transforms/TransformComponent.h"
 
 #include "foundation/Logger.h"
+#include "object/python/ScriptCall.h"
 #include "object/reflection/PartialFunctionApplication.h"
 
 #include <algorithm>
@@ -122,12 +123,7 @@ void BoundingVolume::callTriggerFunc(const SavedArguments &entityAndToucher, std
         return;
     const bool isBound = dynamic_cast<const PartialFunctionApplication *>(func.get()) != nullptr;
     SavedArguments fitting = lastArguments(entityAndToucher, isBound ? func->getArgCount() : offered);
-    const ErrorReturn<Variant> result = func->do_call(fitting);
-    if (result.succeeded())
-        return;
-    KV_LOGF(Logger_::I_ERROR, "%s of %s: its function %s failed and is dropped: %s", getName().toCString(),
-            getParent().toString().toCString(), func->toString().toCString(), result.code.toString().toCString());
-    if (triggerFunc == func)
+    if (!callOrReport(func, fitting, *this, "trigger function") && triggerFunc == func)
         triggerFunc = ReflectorPtr();
 }
 

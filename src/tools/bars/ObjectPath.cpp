@@ -1,7 +1,7 @@
 #include "tools/bars/ObjectPath.h"
 
 #include "engine/systems/NameSuggestion.h"
-#include "engine/levels/PathBelow.h"
+#include "object/tree/PathBelow.h"
 #include "object/tree/Object.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "engine/levels/PathBelow.h"
+#include "object/tree/PathBelow.h"
 
 #include "object/tree/Object.h"
 

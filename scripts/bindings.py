@@ -27,6 +27,10 @@ ACTIONS = {
     # Levels that have places to go to: number 1 to 9
     **{'place%d' % number: (str(number),) for number in range(1, 10)},
     'restart': ('R',),
+    # The window; `fullScreenWithAlt` counts while `alternative` is held
+    'fullScreen': ('F11',),
+    'fullScreenWithAlt': ('Enter',),
+    'alternative': ('Alt',),
     # Those who make the game
     'tweakBars': ('F2',),
     'profiler': ('F3',),

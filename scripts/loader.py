@@ -16,11 +16,14 @@ import developerKeys
 import headless
 import kaVel
 import levelScripts
+import playersWindow
 import standing
 import troubleScreen
 from perLevel import PerLevel
 
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
+if not GameConfig.headless:
+    playersWindow.attend()
 levelScripts.begin()
 
 #: What the engine shows for a moment while another level loads.

@@ -1,14 +1,14 @@
 """Settings of the systems. The engine calls `configureSystem` once for each, before the system starts.
 
-SETTINGS is the game's own table: a line there sets a property of every run. What a player changes lies in the file
-that `playerSettingsPath` names and wins over the table; what a headless run needs wins over both.
+SETTINGS is the game's own table: a line there sets a property of every run. What a player chose, see `settings`, wins
+over it; a headless run has no player, and what it needs wins over the table.
 """
 
-import json
-import os
+from __future__ import annotations
 
 import GameConfig
 import kaVel
+import settings
 
 #: Class of the system -> its properties, set in this order.
 SETTINGS = {
@@ -25,58 +25,23 @@ SETTINGS = {
     },
 }
 
-#: What the player's file may set.
-PLAYER_MAY_SET = {
-    'GraphicsSystem2': ('gamma',),
-    'WindowSystem2': ('fullScreen', 'displayMode'),
-}
 
-
-def configureSystem(system):
+def configureSystem(system: kaVel.System):
     """Sets the properties of a system that was just made and is about to start."""
     className = system._getType().name
     kaVel.configure(system, **SETTINGS.get(className, {}))
-    for name, value in playerSettings(className).items():
-        _setFromPlayer(system, className, name, value)
-    if GameConfig.headless and className in HEADLESS:
+    if not GameConfig.headless:
+        settings.giveTo(system, className)
+    elif className in HEADLESS:
         HEADLESS[className](system)
 
 
-def playerSettingsPath():
-    """Where a player's settings lie: the per-user folder of the platform."""
-    folder = os.environ.get('XDG_CONFIG_HOME') or os.path.expanduser('~/.config')
-    return os.path.join(folder, 'mornal', 'settings.json')
-
-
-def playerSettings(className):
-    """What the player set for a system; a broken file is logged and counts as empty. Headless runs have no player."""
-    if GameConfig.headless or className not in PLAYER_MAY_SET:
-        return {}
-    path = playerSettingsPath()
-    try:
-        with open(path, encoding='utf-8') as file:
-            settings = json.load(file)[className]
-        return {name: settings[name] for name in PLAYER_MAY_SET[className] if name in settings}
-    except (FileNotFoundError, KeyError):
-        return {}
-    except (OSError, ValueError, TypeError) as problem:
-        kaVel.log('%s: ignored, since it cannot be read: %s. Mend or delete the file.' % (path, problem))
-        return {}
-
-
-def _setFromPlayer(system, className, name, value):
-    try:
-        setattr(system, name, value)
-    except (RuntimeError, AttributeError, TypeError, ValueError) as problem:
-        kaVel.log('%s: %s.%s = %r ignored: %s' % (playerSettingsPath(), className, name, value, problem))
-
-
-def _fixedTime(timeSystem):
+def _fixedTime(timeSystem: kaVel.TimeSystem):
     source = kaVel.make('BSTimeSource', parent=timeSystem, name='fixedTime', frameRate=GameConfig.fixedFrameRate)
     timeSystem.setSource(source)
 
 
-def _fixedWindow(windowSystem):
+def _fixedWindow(windowSystem: kaVel.WindowSystem2):
     windowSystem.setWindowedSize(*GameConfig.headlessSize)
 
 

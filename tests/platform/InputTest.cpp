@@ -1,4 +1,4 @@
-#include "platform/FakeWindow.h"
+#include "platform/FakeRawInput.h"
 #include "platform/InputEar.h"
 #include "support/TestLevel.h"
 
@@ -6,6 +6,7 @@
 #include "engine/systems/SystemSystem.h"
 #include "platform/input/InputSystem.h"
 #include "platform/input/TextCapture.h"
+#include "platform/window/WindowSystem2.h"
 
 #include "foundation/Logger.h"
 #include "port/xinput/XInputPlatform.h"
@@ -58,7 +59,7 @@ struct Typewriter : TextCapture
     std::vector<unsigned> typed;
 };
 
-/// The input system with a made-up window, made-up pads and an ear for its messages.
+/// The input system with a window of 800 x 400 off-screen, made-up pads and an ear for its messages.
 class Input : public testing::Test
 {
 protected:
@@ -66,6 +67,7 @@ protected:
     {
         SystemSystem::bootstrap();
         platform.cursor = {400, 100};
+        window().setWindowedSize(800, 400);
         input = getSystem<InputSystem>();
         ear = construct<InputEar>(defaultAllocationCategory);
         ear.lookup()->listen();
@@ -77,6 +79,12 @@ protected:
     }
 
     InputSystem &system() { return *input.lookup(); }
+    WindowSystem2 &window() { return getSystemDeref<WindowSystem2>(); }
+    void holdCursor(bool hold)
+    {
+        window().setCursorMode(hold ? WindowSystem2::CURSOR_RELATIVE : WindowSystem2::CURSOR_ABSOLUTE);
+    }
+    bool cursorIsHeld() { return window().getCursorMode() == WindowSystem2::CURSOR_RELATIVE; }
 
     void send(RAWINPUT record, bool fromDevice = true)
     {
@@ -100,7 +108,6 @@ protected:
 
     FakeRawInput platform;
     port::ScopedWin32Platform scope;
-    FakeWindow window;
     FakePads pads;
     Handle<InputSystem> input;
     Handle<InputEar> ear;
@@ -185,7 +192,7 @@ TEST_F(Input, HeldCursorTellsMotionAndAFreeOneItsPlaceFromBelow)
     EXPECT_THAT(heard(), ElementsAre("MouseMove 0.100 -0.050"));
     EXPECT_FLOAT_EQ(system().getMouseY(), 0.125f);
 
-    window.relative = false;
+    holdCursor(false);
     send(port::mouseInput(80, -40));
     EXPECT_THAT(heard(), ElementsAre("MousePos 5 0.500 0.375"));
     EXPECT_FLOAT_EQ(system().getMouseY(), 0.375f);
@@ -210,7 +217,7 @@ TEST_F(Input, DroppedInputLeavesTheStateAsItWasButThePlaceGoesOn)
     key('A');
     heard();
     system().setNoOp(true);
-    EXPECT_FALSE(window.relative) << "the cursor is free meanwhile";
+    EXPECT_FALSE(cursorIsHeld()) << "the cursor is free meanwhile";
     platform.cursor = {80, 400};
     key('B');
     key('A', false);
@@ -225,7 +232,7 @@ TEST_F(Input, DroppedInputLeavesTheStateAsItWasButThePlaceGoesOn)
 
     system().setNoOp(false);
     EXPECT_THAT(heard(), ElementsAre("KeyUpMessage 65")) << "a key let go meanwhile must not stay down";
-    EXPECT_TRUE(window.relative);
+    EXPECT_TRUE(cursorIsHeld());
 }
 
 TEST_F(Input, NumbersOutOfRangeAreReportedAndHarmless)
@@ -306,7 +313,7 @@ TEST_F(Recording, PlaysBackWhatWasHeardFrameByFrame)
             key('W');
         if (number == 1)
             send(port::mouseInput(16, -8, RI_MOUSE_RIGHT_BUTTON_DOWN, 120));
-        window.relative = number < 2;
+        holdCursor(number < 2);
         platform.cursor = {40 * number, 8};
         if (number == 2)
             send(port::mouseInput(-4, 4, RI_MOUSE_RIGHT_BUTTON_UP));
@@ -329,7 +336,7 @@ TEST_F(Recording, PlaysBackWhatWasHeardFrameByFrame)
     system().setReplayFile(file);
     for (int number = 0; number < 5; ++number)
     {
-        window.relative = number < 2;
+        holdCursor(number < 2);
         platform.cursor = {799, 399};
         frame();
         key('Q');
@@ -344,7 +351,7 @@ TEST_F(Recording, PlaysBackWhatWasHeardFrameByFrame)
 
 TEST_F(Recording, WrittenByHandMayBeCommentedAndOutOfOrder)
 {
-    write("# a comment\n\ninput 1\nlevel \nseed 0x1\nwindow 1 1\n2 key 87 up\n1 key 0x57 down\n2 end");
+    write("# a comment\n\ninput 1\nlevel \nseed 0x1\nwindow 800 400\n2 key 87 up\n1 key 0x57 down\n2 end");
     system().setReplayFile(file);
     frame();
     frame();
@@ -390,7 +397,7 @@ TEST_F(Recording, OfAnotherRunIsNotPlayed)
     EXPECT_THAT(heard(), IsEmpty());
     EXPECT_EQ(countLogLines("it belongs to the level \"Hall\", and this is \"\""), 1u);
     EXPECT_EQ(countLogLines("it belongs to a run of seed 5, and this one has 1"), 1u);
-    EXPECT_EQ(countLogLines("it belongs to a window of 640x360, and this one is 1x1"), 1u);
+    EXPECT_EQ(countLogLines("it belongs to a window of 640x360, and this one is 800x400"), 1u);
     EXPECT_EQ(platform.quitValue, -1) << "a player's game goes on";
 }
 

@@ -5,6 +5,9 @@
 #include "assets/models/DynamicMeshAssetLoader.h"
 #include "support/TemporaryFile.h"
 
+#include "platform/window/WindowSystem2.h"
+#include "port/win32/Messages.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -28,7 +31,7 @@ protected:
 
 } // namespace
 
-TEST_F(Graphics, PresentParametersFollowTheWindowAndNeverWaitForTheScreen)
+TEST_F(Graphics, PresentParametersFollowTheWindowAndWaitForTheScreenOnlyWhenAsked)
 {
     D3DPRESENT_PARAMETERS p;
     GraphicsSystem2TestAccess::presentParams(graphics(), p);
@@ -41,6 +44,20 @@ TEST_F(Graphics, PresentParametersFollowTheWindowAndNeverWaitForTheScreen)
     EXPECT_TRUE(p.Windowed);
     EXPECT_EQ(p.FullScreen_RefreshRateInHz, 0u);
     EXPECT_EQ(p.PresentationInterval, D3DPRESENT_INTERVAL_IMMEDIATE);
+    graphics().setVsync(true);
+    drawFrame();
+    EXPECT_EQ(device->lastParameters.PresentationInterval, D3DPRESENT_INTERVAL_ONE);
+}
+
+TEST_F(Graphics, WindowThatWasPutAwayIsNotDrawnUntilItIsBack)
+{
+    WindowSystem2 &window = getSystemDeref<WindowSystem2>();
+    SendMessageA(window.getWindowHandle(), WM_SIZE, SIZE_MINIMIZED, 0);
+    drawFrame();
+    EXPECT_TRUE(device->take().empty());
+    SendMessageA(window.getWindowHandle(), WM_SIZE, SIZE_RESTORED, 0);
+    drawFrame();
+    EXPECT_EQ(device->count("Present"), 1);
 }
 
 TEST_F(Graphics, FrameOpensOnTheClearedBackBufferAndClosesInOrder)
@@ -210,6 +227,7 @@ TEST_F(Graphics, RenderScaleIsTheWorldsAndTheScreenLayersKeepTheWindowsSize)
     EXPECT_EQ(std::count(unscaled.begin(), unscaled.end(), "Stretch World to screen"), 0);
 
     graphics().setRenderScale(0.5f);
+    drawFrame();
     EXPECT_EQ(device->lastParameters.BackBufferWidth, 160u);
     EXPECT_EQ(graphics().getBackBufferHeight(), 90);
     EXPECT_EQ(graphics().getWorldWidth(), 80);

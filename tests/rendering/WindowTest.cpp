@@ -39,12 +39,28 @@ struct FailingPlatform : port::SdlPlatform
         return FALSE;
     }
     int ShowCursor(BOOL show) override { return cursorCount = SdlPlatform::ShowCursor(show); }
+    int GetSystemMetrics(int index) override
+    {
+        if (desktop.right == 0)
+            return SdlPlatform::GetSystemMetrics(index);
+        if (index == SM_CXSCREEN)
+            return desktop.right;
+        if (index == SM_CYSCREEN)
+            return desktop.bottom;
+        return index == SM_CYCAPTION ? 30 : 5;
+    }
+    BOOL SystemParametersInfoA(UINT, UINT, PVOID data, UINT) override
+    {
+        *static_cast<RECT *>(data) = {desktop.left, desktop.top, desktop.right, desktop.bottom - 40};
+        return desktop.right > 0;
+    }
 
     std::string title;
     int cursorCount = 0;
     int cursorMoves = 0;
     bool noWindow = false;
     bool noCursor = false;
+    RECT desktop{}; ///< a made-up one, with a panel of 40 pixels below; none while it is empty
 };
 
 class Window : public testing::Test
@@ -128,6 +144,59 @@ TEST_F(Window, StartsInTheMiddleOfTheScreenInTheBestModeWithTheCursorHeld)
     EXPECT_TRUE(cursor() == centre());
     EXPECT_EQ(getScreenMetrics().width, 1280);
     EXPECT_FLOAT_EQ(getScreenMetrics().normalizationFactor, 1280.0f);
+}
+
+TEST_F(Window, StartsWithTheUsualSizeOnALargeDesktopAndFitsItWithItsFrame)
+{
+    platform.desktop = {0, 0, 1920, 1080};
+    EXPECT_EQ(window().getWidth(), 1280);
+    EXPECT_EQ(window().getHeight(), 720);
+    window().setWindowedSize(4000, 3000);
+    EXPECT_EQ(window().getWidth(), 1910);
+    EXPECT_EQ(window().getHeight(), 1000) << "less the panel, the caption and two edges";
+    POINT corner{0, 0};
+    ClientToScreen(window().getWindowHandle(), &corner);
+    EXPECT_TRUE(corner == (POINT{5, 35}));
+
+    platform.desktop = {0, 0, 1024, 768};
+    window().setWindowedSize(1280, 720);
+    EXPECT_EQ(window().getWidth(), 1014);
+    EXPECT_EQ(window().getHeight(), 688);
+}
+
+TEST_F(Window, UserMayResizeUnlessThePropertyForbidsIt)
+{
+    const auto style = [this] { return static_cast<DWORD>(GetWindowLongA(window().getWindowHandle(), GWL_STYLE)); };
+    constexpr DWORD resizing = WS_THICKFRAME | WS_MAXIMIZEBOX | WS_MINIMIZEBOX;
+    EXPECT_EQ(style() & resizing, resizing);
+    window().setResizable(false);
+    EXPECT_EQ(style(), 0x10C00000u) << "the designed style";
+    window().setFullScreen(true);
+    window().setFullScreen(false);
+    EXPECT_EQ(style() & resizing, 0u);
+    window().setResizable(true);
+    EXPECT_EQ(style() & resizing, resizing);
+}
+
+TEST_F(Window, SizeThatTheUserGivesIsTakenOverOnceAFrame)
+{
+    int changes = 0;
+    window().setSizeListener([&changes] { ++changes; });
+    for (int width = 400; width <= 500; width += 10)
+    {
+        SetWindowPos(window().getWindowHandle(), nullptr, 0, 0, width, 300, SWP_NOMOVE | SWP_NOZORDER);
+        drain();
+    }
+    EXPECT_EQ(changes, 0);
+    window().followSize();
+    window().followSize();
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(window().getWidth(), 500);
+    EXPECT_EQ(getScreenMetrics().height, 300);
+    window().setFullScreen(true);
+    window().setFullScreen(false);
+    EXPECT_EQ(window().getWidth(), 500) << "the window's own size from now on";
+    window().setSizeListener({});
 }
 
 TEST_F(Window, SizeOfItsOwnIsTakenOnlyWhileWindowed)

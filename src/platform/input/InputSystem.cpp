@@ -1,12 +1,11 @@
 #include "platform/input/InputSystem.h"
 
 #include "platform/input/InputMessages.h"
-#include "platform/window/InputWindow.h"
 #include "platform/input/EngineMessage.h"
 #include "platform/input/TextCapture.h"
+#include "platform/window/WindowSystem2.h"
 
 #include "engine/systems/SystemSystem.h"
-#include "object/reflection/Reflection.h"
 
 #include "foundation/Assertions.h"
 #include "port/win32/Cursor.h"
@@ -32,17 +31,15 @@ constexpr ButtonTransition transitions[] = {
     {RI_MOUSE_BUTTON_5_UP, 4, false},
 };
 
-/// The window, started now if nobody has asked for it yet; null where there can be none.
-InputWindow *inputWindow()
+WindowSystem2 &window()
 {
-    if (!InputWindow::current() && Reflection().getType(SCS("WindowSystem2")))
-        getSystem(SCS("WindowSystem2"));
-    return InputWindow::current();
+    return getSystemDeref<WindowSystem2>();
 }
 
-WindowCoordinate toNormalized(const InputWindow &window, float x, float y)
+WindowCoordinate toNormalized(float x, float y)
 {
-    return window.convertWindowCoordinate(WindowCoordinate(x, y, WCS_PIXEL, WCS_PIXEL), WCS_NORMALIZED, WCS_NORMALIZED);
+    return window().convertWindowCoordinate(WindowCoordinate(x, y, WCS_PIXEL, WCS_PIXEL), WCS_NORMALIZED,
+                                            WCS_NORMALIZED);
 }
 } // namespace
 
@@ -50,8 +47,6 @@ void InputSystem::systemStartup()
 {
     clear();
     inDev.registerDevices();
-    if (!inputWindow())
-        return;
     const POINT cursor = readCursor();
     takeCursor(static_cast<float>(cursor.x), static_cast<float>(cursor.y));
 }
@@ -102,9 +97,7 @@ void InputSystem::processMouse(const RAWINPUT &input)
         replayedCursor = InputReplay::cursorOf(input);
     inDev.getRecorder().record(input, readCursor());
 
-    const InputWindow *window = InputWindow::current();
-    const bool relative = window && window->isCursorRelative();
-    if (relative)
+    if (window().getCursorMode() == WindowSystem2::CURSOR_RELATIVE)
         mouseMove(static_cast<float>(mouse.lLastX), static_cast<float>(mouse.lLastY));
     else
         mousePos(static_cast<float>(mouse.lLastX), static_cast<float>(mouse.lLastY));
@@ -215,32 +208,25 @@ void InputSystem::mouseWheel(int direction)
 
 void InputSystem::mouseMove(float x, float y)
 {
-    const InputWindow *window = InputWindow::current();
-    if (noOp || !window)
+    if (noOp)
         return;
     const POINT cursor = readCursor();
     takeCursor(static_cast<float>(cursor.x), static_cast<float>(cursor.y));
-    const WindowCoordinate motion = toNormalized(*window, x, y);
+    const WindowCoordinate motion = toNormalized(x, y);
     sendEngineMessage(MouseMove, motion.x, motion.y);
 }
 
 void InputSystem::mousePos(float, float)
 {
-    const InputWindow *window = InputWindow::current();
-    if (!window)
-        return;
     const POINT cursor = readCursor();
-    takeCursor(static_cast<float>(cursor.x), static_cast<float>(window->getHeight() - cursor.y));
+    takeCursor(static_cast<float>(cursor.x), static_cast<float>(window().getHeight() - cursor.y));
     if (!noOp)
         sendEngineMessage(MousePos, lowestButtonDown(), mouseX, mouseY);
 }
 
 void InputSystem::takeCursor(float x, float y)
 {
-    const InputWindow *window = InputWindow::current();
-    if (!window)
-        return;
-    const WindowCoordinate place = toNormalized(*window, x, y);
+    const WindowCoordinate place = toNormalized(x, y);
     mouseX = place.x;
     mouseY = place.y;
 }
@@ -249,10 +235,11 @@ POINT InputSystem::readCursor() const
 {
     if (inDev.getReplay().isPlaying())
         return replayedCursor;
+    // The window first: one that starts now takes the cursor to its centre.
+    const HWND client = window().getWindowHandle();
     POINT cursor{0, 0};
-    const InputWindow *window = InputWindow::current();
-    if (window && GetCursorPos(&cursor))
-        ScreenToClient(window->getWindowHandle(), &cursor);
+    if (GetCursorPos(&cursor))
+        ScreenToClient(client, &cursor);
     return cursor;
 }
 
@@ -274,11 +261,9 @@ void InputSystem::setNoOp(bool drop)
     if (noOp == drop)
         return;
     noOp = drop;
-    InputWindow *window = InputWindow::current();
-    if (window && drop)
-        previousCursorMode = window->isCursorRelative();
-    if (window)
-        window->setCursorRelative(!drop && previousCursorMode);
+    if (drop)
+        cursorWasHeld = window().getCursorMode() == WindowSystem2::CURSOR_RELATIVE;
+    window().setCursorMode(!drop && cursorWasHeld ? WindowSystem2::CURSOR_RELATIVE : WindowSystem2::CURSOR_ABSOLUTE);
     if (!drop)
         releaseWhatWasLetGo();
 }

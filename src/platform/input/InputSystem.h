@@ -92,7 +92,7 @@ private:
     BYTE keyState[KEYS] = {};      ///< 1: down, as the game was told
     BYTE mouseState[BUTTONS] = {}; ///< 1: down, as the game was told
     bool noOp = false;
-    bool previousCursorMode = false; ///< whether the cursor was held when noOp was set
+    bool cursorWasHeld = false; ///< when noOp was set
     InputDevices inDev;
 
     std::bitset<256> heldKeys;        ///< down on the keyboard, told to the game or not

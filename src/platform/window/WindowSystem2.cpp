@@ -3,8 +3,10 @@
 #include "platform/window/GraphicsAdapterSystem.h"
 
 #include "engine/screen/ScreenMetrics.h"
+#include "engine/time/TimeSystem.h"
+#include "platform/input/EngineMessage.h"
 #include "platform/input/InputSystem.h"
-#include "platform/window/InputWindow.h"
+#include "platform/window/WindowMessages.h"
 
 #include "foundation/Assertions.h"
 #include "port/tweakbar/TweakBar.h"
@@ -13,6 +15,7 @@
 #include "port/win32/Window.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
@@ -23,6 +26,8 @@ constexpr WORD ICON_RESOURCE = 102;
 constexpr DWORD WINDOWED_STYLE = WS_VISIBLE | WS_CAPTION;
 /// What a change of mode gives to a framed window and takes from a bare one.
 constexpr DWORD FRAME_STYLE = WS_VISIBLE | WS_CAPTION | WS_SYSMENU;
+/// What lets the user resize, minimise and maximise.
+constexpr DWORD RESIZE_STYLE = WS_THICKFRAME | WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
 /// What a change of mode keeps of the style: everything that is neither frame nor visibility.
 constexpr DWORD KEPT_STYLE = 0x6F380000;
 
@@ -44,57 +49,61 @@ void warnOfWindow(const char *text)
 constexpr int LARGEST_WIDTH = 7680;
 constexpr int LARGEST_HEIGHT = 4320;
 
-/// Where a window of this size stands in the middle of the screen.
+/// The usual window on a desktop that has room for more, pixels.
+constexpr int USUAL_WIDTH = 1280;
+constexpr int USUAL_HEIGHT = 720;
+
+/// How long a size has to stay the same before the user is taken to be done, seconds.
+constexpr Seconds REST = 0.5;
+
+/// What the desktop leaves for a window inside its frame; the screen where there is no desktop.
+RECT roomOnDesktop()
+{
+    RECT room;
+    if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &room, 0))
+        return {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    const int side = GetSystemMetrics(SM_CXSIZEFRAME);
+    const int edge = GetSystemMetrics(SM_CYSIZEFRAME);
+    return {room.left + side, room.top + edge + GetSystemMetrics(SM_CYCAPTION), room.right - side, room.bottom - edge};
+}
+
+/// The size as far as the desktop has room for it; off-screen nothing is too large.
+SIZE fitted(int width, int height)
+{
+    RECT room;
+    if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &room, 0))
+        return {width, height};
+    room = roomOnDesktop();
+    return {std::clamp(width, 1, std::max(room.right - room.left, 1)),
+            std::clamp(height, 1, std::max(room.bottom - room.top, 1))};
+}
+
+/// Where a window of this size stands in the middle of the desktop.
 POINT centred(const RECT &rect)
 {
-    return {(GetSystemMetrics(SM_CXSCREEN) - (rect.right - rect.left)) / 2,
-            (GetSystemMetrics(SM_CYSCREEN) - (rect.bottom - rect.top)) / 2};
+    const RECT room = roomOnDesktop();
+    return {(room.left + room.right - (rect.right - rect.left)) / 2,
+            (room.top + room.bottom - (rect.bottom - rect.top)) / 2};
 }
 } // namespace
 
-/// What the input system sees of the window.
-class WindowSystem2::InputView : public InputWindow
-{
-public:
-    explicit InputView(WindowSystem2 &window_) : window(window_) { InputWindow::setCurrent(this); }
-    ~InputView() override { InputWindow::setCurrent(nullptr); }
-
-    HWND getWindowHandle() const override { return window.getWindowHandle(); }
-    int getHeight() const override { return window.getHeight(); }
-    bool isCursorRelative() const override { return window.getCursorMode() == CURSOR_RELATIVE; }
-    void setCursorRelative(bool relative) override
-    {
-        window.setCursorMode(relative ? CURSOR_RELATIVE : CURSOR_ABSOLUTE);
-    }
-    WindowCoordinate convertWindowCoordinate(const WindowCoordinate &in, WindowCoordinateSystem xTarget,
-                                             WindowCoordinateSystem yTarget) const override
-    {
-        return window.convertWindowCoordinate(in, xTarget, yTarget);
-    }
-
-private:
-    WindowSystem2 &window;
-};
-
 Handle<WindowSystem2> WindowSystem2::instance;
-
-WindowSystem2::WindowSystem2() = default;
-WindowSystem2::~WindowSystem2() = default;
 
 void WindowSystem2::systemStartup()
 {
     instance = ::getHandle(this);
+    startWithUsualSize();
     setDisplayMode(displayMode);
     KV_CRITICAL_ASSERT(createWindow().succeeded(), "Unable to create the game window.");
     hArrowCursor = LoadCursorA(nullptr, IDC_ARROW);
-    inputView = std::make_unique<InputView>(*this);
     setCursorMode(CURSOR_RELATIVE);
 }
 
 void WindowSystem2::systemShutdown()
 {
     setCursorMode(CURSOR_ABSOLUTE);
-    inputView.reset();
+    if (sizeIsUntold)
+        tellSizeAtRest();
     instance = Handle<WindowSystem2>();
     if (hWnd)
         DestroyWindow(hWnd);
@@ -112,7 +121,8 @@ UpdaterList WindowSystem2::getUpdaters()
 {
     constexpr int beforeAllManagers = 50;
     return {Updater(SCS("WindowSystem2::constrainCursorIfNeeded"), bind(SCS("constrainCursorIfNeeded")),
-                    beforeAllManagers, true)};
+                    beforeAllManagers, true),
+            Updater(SCS("WindowSystem2::followSize"), bind(SCS("followSize")), beforeAllManagers, true)};
 }
 
 ErrorCode WindowSystem2::registerWindowClass()
@@ -133,7 +143,7 @@ ErrorCode WindowSystem2::createWindow()
     if (!registered.succeeded())
         return registered;
 
-    const DWORD style = fullScreen ? WS_POPUP : WINDOWED_STYLE;
+    const DWORD style = fullScreen ? WS_POPUP : windowedStyle();
     RECT rect{0, 0, curWidth, curHeight};
     if (!AdjustWindowRect(&rect, style, FALSE))
         return failWindow("Could not calculate the required window size");
@@ -165,15 +175,43 @@ void WindowSystem2::setDisplayMode(int val)
     const bool ownSize = !fullScreen && windowedWidth > 0;
     const int width = ownSize ? windowedWidth : adapter.getDisplayModeWidth(val);
     const int height = ownSize ? windowedHeight : adapter.getDisplayModeHeight(val);
-    takeClientSize(width, height);
+    const SIZE size = fullScreen ? SIZE{width, height} : fitted(width, height);
+    takeClientSize(size.cx, size.cy);
     if (hWnd)
-        updateWindow(width, height);
+        updateWindow(size.cx, size.cy);
+}
+
+/// A player's first window covers no desktop that is larger than what one usually plays in.
+void WindowSystem2::startWithUsualSize()
+{
+    const bool largeDesktop =
+        GetSystemMetrics(SM_CXSCREEN) > USUAL_WIDTH && GetSystemMetrics(SM_CYSCREEN) > USUAL_HEIGHT;
+    if (windowedWidth > 0 || !largeDesktop)
+        return;
+    windowedWidth = USUAL_WIDTH;
+    windowedHeight = USUAL_HEIGHT;
+}
+
+DWORD WindowSystem2::windowedStyle() const
+{
+    return resizable ? WINDOWED_STYLE | RESIZE_STYLE : WINDOWED_STYLE;
+}
+
+void WindowSystem2::setResizable(bool val)
+{
+    if (val == resizable)
+        return;
+    resizable = val;
+    if (!hWnd || fullScreen)
+        return;
+    const DWORD style = static_cast<DWORD>(GetWindowLongA(hWnd, GWL_STYLE)) & ~RESIZE_STYLE;
+    SetWindowLongA(hWnd, GWL_STYLE, static_cast<LONG>(resizable ? style | RESIZE_STYLE : style));
 }
 
 void WindowSystem2::updateWindow(int width, int height)
 {
     const DWORD kept = static_cast<DWORD>(GetWindowLongA(hWnd, GWL_STYLE)) & KEPT_STYLE;
-    const DWORD style = fullScreen ? kept & ~FRAME_STYLE : kept | FRAME_STYLE;
+    const DWORD style = fullScreen ? kept & ~FRAME_STYLE : kept | FRAME_STYLE | windowedStyle();
     SetLastError(ERROR_SUCCESS);
     if (!SetWindowLongA(hWnd, GWL_STYLE, static_cast<LONG>(style)) && GetLastError() != ERROR_SUCCESS)
         warnOfWindow("Could not update the window flags");
@@ -275,6 +313,51 @@ void WindowSystem2::reportOnce(bool &reported, bool succeeded, const char *text)
     reported = !succeeded;
 }
 
+void WindowSystem2::noteSize(WPARAM kind)
+{
+    minimised = kind == SIZE_MINIMIZED;
+    if (minimised)
+        return;
+    maximised = kind == SIZE_MAXIMIZED;
+    sizeIsNews = true;
+}
+
+void WindowSystem2::followSize()
+{
+    TimeSystem &time = getSystemDeref<TimeSystem>();
+    if (sizeIsUntold && time.toSeconds(time.now() - lastSizeChange) >= REST)
+        tellSizeAtRest();
+    if (!std::exchange(sizeIsNews, false) || !hWnd)
+        return;
+    RECT client;
+    if (!GetClientRect(hWnd, &client) || (client.right == curWidth && client.bottom == curHeight))
+        return;
+    takeClientSize(client.right, client.bottom);
+    if (!fullScreen && !maximised)
+    {
+        windowedWidth = curWidth;
+        windowedHeight = curHeight;
+        sizeIsUntold = true;
+        lastSizeChange = time.now();
+    }
+    if (sizeListener)
+        sizeListener();
+}
+
+void WindowSystem2::tellSizeAtRest()
+{
+    sizeIsUntold = false;
+    sendEngineMessage(WindowSizeMessage, windowedWidth, windowedHeight);
+}
+
+void WindowSystem2::setActive(bool active)
+{
+    if (active == windowActive)
+        return;
+    windowActive = active;
+    sendEngineMessage(WindowFocusMessage, active);
+}
+
 LRESULT CALLBACK WindowSystem2::forwardingWndProc(HWND window, UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
     const auto self = instance.lookup();
@@ -300,8 +383,11 @@ LRESULT WindowSystem2::wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam)
     case WM_ACTIVATE:
     case WM_ACTIVATEAPP:
     case WM_NCACTIVATE:
-        windowActive = wParam != 0;
+        setActive(wParam != 0);
         return DefWindowProcA(window, uMsg, wParam, lParam);
+    case WM_SIZE:
+        noteSize(wParam);
+        return 0;
     case WM_PAINT:
         ValidateRect(window, nullptr);
         return 0;

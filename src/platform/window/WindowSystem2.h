@@ -5,12 +5,10 @@
 #include "engine/screen/WindowCoordinate.h"
 
 #include "foundation/ErrorCode.h"
+#include "foundation/TimeTypes.h"
 #include "port/win32/WinTypes.h"
 
 #include <functional>
-#include <memory>
-
-class InputWindow;
 
 /// Owns the game's window from the start of the system to its shutdown.
 ///
@@ -26,8 +24,7 @@ public:
         CURSOR_ABSOLUTE = 1  ///< free; the mouse tells a place
     };
 
-    WindowSystem2();
-    ~WindowSystem2() override;
+    WindowSystem2() = default;
 
     HWND getWindowHandle() const { return hWnd; }
     /// Width of the client area, pixels.
@@ -46,8 +43,17 @@ public:
     void setDisplayMode(int val);
     /// Gives the window a size of its own while it does not take the whole display; 0 and 0 mean the mode's size.
     ///
-    /// For runs that must look the same on every screen.
+    /// It becomes no larger than the desktop has room for, frame and panels counted; off-screen there is always room.
+    /// A window that starts without a size takes 1280 x 720 of a larger desktop.
     void setWindowedSize(int width, int height);
+
+    bool getResizable() const { return resizable; }
+    /// Whether the user may resize and maximise the window, by default so.
+    void setResizable(bool val);
+    /// Whether the user has put the window away, so that nobody sees it.
+    bool getMinimised() const { return minimised; }
+    /// Whether the window is in front and has the keyboard.
+    bool getActive() const { return windowActive; }
 
     CursorMode getCursorMode() const { return currentCursorMode; }
     /// Holds the cursor at the window's centre, or puts it back where it was and lets it go.
@@ -64,6 +70,10 @@ public:
 
     /// Puts a held cursor back to the window's centre while the window is in front. Frame step.
     void constrainCursorIfNeeded();
+    /// Takes over the size that the user gave the window since the last frame. Frame step.
+    ///
+    /// Once a frame, however often it changed meanwhile; a size that has come to rest is told by WindowSizeMessage.
+    void followSize();
 
 protected:
     void systemStartup() override;
@@ -72,14 +82,17 @@ protected:
     UpdaterList getUpdaters() override;
 
 private:
-    class InputView;
-
     static LRESULT CALLBACK forwardingWndProc(HWND window, UINT uMsg, WPARAM wParam, LPARAM lParam);
     LRESULT wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam);
 
     ErrorCode createWindow();
     ErrorCode registerWindowClass();
     void updateWindow(int width, int height);
+    void startWithUsualSize();
+    DWORD windowedStyle() const;
+    void setActive(bool active);
+    void noteSize(WPARAM kind);
+    void tellSizeAtRest();
     void takeClientSize(int width, int height);
     void publishMetrics() const;
     void showCursor(bool show);
@@ -97,13 +110,18 @@ private:
     POINT lastUnconstrainedCursorPos{0, 0}; ///< screen pixels
     HCURSOR hArrowCursor = nullptr;
     bool windowActive = false;
+    bool resizable = true;
+    bool minimised = false;
+    bool maximised = false;
+    bool sizeIsNews = false;       ///< the host has told of a size since the last frame
+    bool sizeIsUntold = false;     ///< the user has resized, and the message is still to be sent
+    TimerTicks lastSizeChange = 0; ///< of the time source
 
     int windowedWidth = 0;  ///< pixels; 0: the mode's
     int windowedHeight = 0; ///< pixels; 0: the mode's
     bool cursorShown = true;
-    bool centreReported = false; ///< the cursor could not be held lately, and the log says so
-    bool placeReported = false;  ///< the window's place could not be had lately, and the log says so
-    std::unique_ptr<InputView> inputView;
+    bool centreReported = false;        ///< the cursor could not be held lately, and the log says so
+    bool placeReported = false;         ///< the window's place could not be had lately, and the log says so
     std::function<void()> sizeListener; ///< may be empty
     static Handle<WindowSystem2>
         instance; ///< from the beginning of its start on, which is before others can ask for it

@@ -45,6 +45,9 @@ std::string saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile);
 /// changed. An empty function removes the overlay.
 void setPresentOverlay(IDirect3DDevice9 *device, std::function<void(int width, int height)> overlay);
 
+/// Whether the processor draws in place of graphics hardware, by the name of the driver's renderer.
+bool drawsInSoftware(IDirect3DDevice9 *device);
+
 /// Simulates the loss of the device, and its becoming resettable.
 ///
 /// true: Present, TestCooperativeLevel and drawing return D3DERR_DEVICELOST. false, after that: TestCooperativeLevel

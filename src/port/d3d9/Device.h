@@ -104,6 +104,7 @@ public:
     void countUpload(std::size_t bytes);
     /// Whether compressed textures are known to the driver and read as fast as others: software decodes every look.
     bool samplesCompressedWell() const;
+    bool drawsInSoftware() const { return context->isSoftware(); }
     /// Drops what refers to a texture that is going.
     void forget(const Texture &texture) { framebuffers.forget(texture); }
     void enlist(Resource &resource);

@@ -58,6 +58,12 @@ void setPresentOverlay(IDirect3DDevice9 *device, std::function<void(int width, i
         ours->setOverlay(std::move(overlay));
 }
 
+bool drawsInSoftware(IDirect3DDevice9 *device)
+{
+    const Device *ours = Device::from(device);
+    return ours && ours->drawsInSoftware();
+}
+
 void setDeviceLost(IDirect3DDevice9 *device, bool lost)
 {
     if (Device *ours = Device::from(device))

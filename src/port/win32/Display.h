@@ -9,6 +9,11 @@
 
 constexpr int SM_CXSCREEN = 0;
 constexpr int SM_CYSCREEN = 1;
+constexpr int SM_CYCAPTION = 4;
+constexpr int SM_CXSIZEFRAME = 32;
+constexpr int SM_CYSIZEFRAME = 33;
+
+constexpr UINT SPI_GETWORKAREA = 0x0030;
 
 constexpr DWORD ENUM_CURRENT_SETTINGS = 0xFFFFFFFF;
 constexpr DWORD ENUM_REGISTRY_SETTINGS = 0xFFFFFFFE;
@@ -31,7 +36,13 @@ struct DEVMODEA
 BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode);
 
 /// A measure of the system, of those named SM_ above; 0 for any other.
+///
+/// The frame is measured at a window that the host shows; before there is one it is guessed, and off-screen it is 0.
 int GetSystemMetrics(int index);
+
+/// SPI_GETWORKAREA gives the desktop without its panels, a RECT in screen pixels.
+/// @return false for any other action, and off-screen, where there is no desktop
+BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change);
 
 namespace port
 {

@@ -129,6 +129,28 @@ BOOL SdlPlatform::TranslateMessage(const MSG *msg)
     return TRUE;
 }
 
+void SdlPlatform::Sleep(DWORD milliseconds)
+{
+    SDL_Delay(milliseconds);
+}
+
+DWORD SdlPlatform::MsgWaitForMultipleObjects(DWORD count, const HANDLE *, BOOL, DWORD milliseconds, DWORD)
+{
+    if (count != 0)
+    {
+        SetLastError(ERROR_CALL_NOT_IMPLEMENTED);
+        return WAIT_FAILED;
+    }
+    if (!queue.empty())
+        return WAIT_OBJECT_0;
+    if (!SdlVideo::get().works())
+    {
+        SDL_Delay(milliseconds);
+        return WAIT_TIMEOUT;
+    }
+    return SDL_WaitEventTimeout(nullptr, static_cast<int>(milliseconds)) ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
+}
+
 LRESULT SdlPlatform::DispatchMessageA(const MSG *msg)
 {
     if (!msg || !msg->hwnd)
@@ -248,14 +270,30 @@ void SdlPlatform::handleWindowEvent(const SDL_WindowEvent &event)
         window->needsPaint = true;
         break;
     case SDL_WINDOWEVENT_SIZE_CHANGED:
-        SendMessageA(handle, WM_SIZE, SIZE_RESTORED, MAKELPARAM(event.data1, event.data2));
-        break;
     case SDL_WINDOWEVENT_MINIMIZED:
-        SendMessageA(handle, WM_SIZE, SIZE_MINIMIZED, 0);
+    case SDL_WINDOWEVENT_MAXIMIZED:
+    case SDL_WINDOWEVENT_RESTORED:
+    case SDL_WINDOWEVENT_SHOWN:
+        tellSize(*window);
         break;
     default:
         break;
     }
+}
+
+void SdlPlatform::tellSize(const Window &window)
+{
+    const Uint32 flags = SDL_GetWindowFlags(window.native);
+    if (flags & SDL_WINDOW_MINIMIZED)
+    {
+        SendMessageA(window.handle, WM_SIZE, SIZE_MINIMIZED, 0);
+        return;
+    }
+    int width = 0;
+    int height = 0;
+    SDL_GetWindowSize(window.native, &width, &height);
+    SendMessageA(window.handle, WM_SIZE, flags & SDL_WINDOW_MAXIMIZED ? SIZE_MAXIMIZED : SIZE_RESTORED,
+                 MAKELPARAM(static_cast<DWORD>(width), static_cast<DWORD>(height)));
 }
 
 void SdlPlatform::activate(HWND hWnd, bool active)

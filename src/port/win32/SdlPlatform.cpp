@@ -303,8 +303,10 @@ BOOL SdlPlatform::SetWindowPos(HWND hWnd, HWND, int x, int y, int cx, int cy, UI
 
 void SdlPlatform::fitFrameToStyle(Window &window)
 {
-    const bool framed = (static_cast<DWORD>(window.style) & WS_CAPTION) == WS_CAPTION;
+    const auto style = static_cast<DWORD>(window.style);
+    const bool framed = (style & WS_CAPTION) == WS_CAPTION;
     SDL_SetWindowBordered(window.native, framed ? SDL_TRUE : SDL_FALSE);
+    SDL_SetWindowResizable(window.native, framed && (style & WS_THICKFRAME) ? SDL_TRUE : SDL_FALSE);
     if (isOffscreen() || window.ownsDisplay)
         return;
 
@@ -444,9 +446,47 @@ BOOL SdlPlatform::EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODE
 int SdlPlatform::GetSystemMetrics(int index)
 {
     const DisplayMode &desktop = SdlVideo::get().desktop();
-    if (index == SM_CXSCREEN)
+    measureFrame();
+    switch (index)
+    {
+    case SM_CXSCREEN:
         return desktop.width;
-    return index == SM_CYSCREEN ? desktop.height : 0;
+    case SM_CYSCREEN:
+        return desktop.height;
+    case SM_CYCAPTION:
+        return isOffscreen() ? 0 : captionHeight;
+    case SM_CXSIZEFRAME:
+    case SM_CYSIZEFRAME:
+        return isOffscreen() ? 0 : frameWidth;
+    default:
+        return 0;
+    }
+}
+
+void SdlPlatform::measureFrame()
+{
+    int top = 0, left = 0, bottom = 0, right = 0;
+    for (const Window &window : windows)
+    {
+        const Uint32 flags = SDL_GetWindowFlags(window.native);
+        const bool framed = !(flags & (SDL_WINDOW_BORDERLESS | SDL_WINDOW_FULLSCREEN | SDL_WINDOW_HIDDEN));
+        if (!framed || SDL_GetWindowBordersSize(window.native, &top, &left, &bottom, &right) != 0 || top <= 0)
+            continue;
+        frameWidth = std::max({left, right, bottom});
+        captionHeight = std::max(top - frameWidth, 0);
+    }
+}
+
+BOOL SdlPlatform::SystemParametersInfoA(UINT action, UINT, PVOID data, UINT)
+{
+    SDL_Rect area;
+    if (action != SPI_GETWORKAREA || !data || isOffscreen() || SDL_GetDisplayUsableBounds(0, &area) != 0)
+    {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    *static_cast<RECT *>(data) = {area.x, area.y, area.x + area.w, area.y + area.h};
+    return TRUE;
 }
 
 const std::vector<DisplayMode> &SdlPlatform::displayModes()

@@ -58,6 +58,10 @@ public:
     LRESULT SendMessageA(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) override;
     void PostQuitMessage(int exitCode) override;
 
+    void Sleep(DWORD milliseconds) override;
+    DWORD MsgWaitForMultipleObjects(DWORD count, const HANDLE *handles, BOOL waitAll, DWORD milliseconds,
+                                    DWORD wakeMask) override;
+
     int ShowCursor(BOOL show) override;
     BOOL SetCursorPos(int x, int y) override;
     BOOL GetCursorPos(LPPOINT point) override;
@@ -65,6 +69,7 @@ public:
 
     BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode) override;
     int GetSystemMetrics(int index) override;
+    BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change) override;
     const std::vector<DisplayMode> &displayModes() override;
 
     BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size) override;
@@ -109,6 +114,8 @@ private:
     Window *findNative(unsigned sdlWindowId);
     SDL_Window *createNative(const char *title, DWORD style, int x, int y, int width, int height);
     void fitFrameToStyle(Window &window);
+    /// Width of the frame at the sides and height of the title above it, as the host last drew them.
+    void measureFrame();
 
     // SdlCursor.cpp
     void holdCursor(bool hold);
@@ -119,6 +126,7 @@ private:
     void closeAllWindows();
     void handleEvent(const SDL_Event &event);
     void handleWindowEvent(const SDL_WindowEvent &event);
+    void tellSize(const Window &window);
     void handleKey(const SDL_KeyboardEvent &event);
     void handleText(const SDL_TextInputEvent &event);
     void handleMotion(const SDL_MouseMotionEvent &event);
@@ -140,6 +148,9 @@ private:
     std::uintptr_t lastWindowNumber = 0;
     ATOM lastAtom = 0xC000; ///< where the platform's own numbers of classes begin
     HWND activeWindow = nullptr;
+    // What frames usually measure, until the host has drawn one.
+    int frameWidth = 4;     ///< pixels
+    int captionHeight = 32; ///< pixels
     RawDevice keyboard;
     RawDevice mouse;
     int cursorCount = 0;     ///< seen while not negative

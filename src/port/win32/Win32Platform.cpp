@@ -184,6 +184,16 @@ void PostQuitMessage(int exitCode)
     port::win32Platform().PostQuitMessage(exitCode);
 }
 
+void Sleep(DWORD milliseconds)
+{
+    port::win32Platform().Sleep(milliseconds);
+}
+
+DWORD MsgWaitForMultipleObjects(DWORD count, const HANDLE *handles, BOOL waitAll, DWORD milliseconds, DWORD wakeMask)
+{
+    return port::win32Platform().MsgWaitForMultipleObjects(count, handles, waitAll, milliseconds, wakeMask);
+}
+
 int ShowCursor(BOOL show)
 {
     return port::win32Platform().ShowCursor(show);
@@ -212,6 +222,11 @@ BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode)
 int GetSystemMetrics(int index)
 {
     return port::win32Platform().GetSystemMetrics(index);
+}
+
+BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change)
+{
+    return port::win32Platform().SystemParametersInfoA(action, parameter, data, change);
 }
 
 BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size)

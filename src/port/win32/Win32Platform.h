@@ -3,6 +3,7 @@
 
 #include "port/win32/Display.h"
 #include "port/win32/RawInput.h"
+#include "port/win32/Waiting.h"
 #include "port/win32/Window.h"
 
 struct SDL_Window;
@@ -46,6 +47,10 @@ public:
     virtual LRESULT SendMessageA(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam) = 0;
     virtual void PostQuitMessage(int exitCode) = 0;
 
+    virtual void Sleep(DWORD milliseconds) = 0;
+    virtual DWORD MsgWaitForMultipleObjects(DWORD count, const HANDLE *handles, BOOL waitAll, DWORD milliseconds,
+                                            DWORD wakeMask) = 0;
+
     virtual int ShowCursor(BOOL show) = 0;
     virtual BOOL SetCursorPos(int x, int y) = 0;
     virtual BOOL GetCursorPos(LPPOINT point) = 0;
@@ -53,6 +58,7 @@ public:
 
     virtual BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode) = 0;
     virtual int GetSystemMetrics(int index) = 0;
+    virtual BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change) = 0;
     virtual const std::vector<DisplayMode> &displayModes() = 0;
 
     virtual BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size) = 0;

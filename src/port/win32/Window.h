@@ -14,7 +14,9 @@ constexpr DWORD WS_POPUP = 0x80000000;
 constexpr DWORD WS_VISIBLE = 0x10000000;
 constexpr DWORD WS_CAPTION = 0x00C00000;
 constexpr DWORD WS_SYSMENU = 0x00080000;
+constexpr DWORD WS_THICKFRAME = 0x00040000;
 constexpr DWORD WS_MINIMIZEBOX = 0x00020000;
+constexpr DWORD WS_MAXIMIZEBOX = 0x00010000;
 
 constexpr UINT CS_VREDRAW = 0x0001;
 constexpr UINT CS_HREDRAW = 0x0002;
@@ -90,7 +92,7 @@ BOOL UpdateWindow(HWND hWnd);
 /// Ends the need of painting; only whole windows are tracked, so any rectangle counts as all.
 BOOL ValidateRect(HWND hWnd, LPCRECT rect);
 
-/// Replaces the style; the frame follows at once.
+/// Replaces the style; the frame follows at once, and with WS_THICKFRAME the user may resize and maximise.
 /// @return the former value; 0 on failure: ERROR_INVALID_INDEX for anything but GWL_STYLE and GWL_EXSTYLE
 LONG SetWindowLongA(HWND hWnd, int index, LONG value);
 LONG GetWindowLongA(HWND hWnd, int index);

@@ -94,7 +94,7 @@ ErrorCode GraphicsSystem2::beginFrame()
     if (!device)
         return ErrorCode::SUCCESS;
     const ErrorCode recovery = tryToRecoverDevice();
-    if (!recovery.succeeded() || deviceIsLost)
+    if (!recovery.succeeded() || !isDrawing())
         return recovery;
 
     ErrorCode result = dxCall(device->BeginScene());
@@ -115,7 +115,7 @@ ErrorCode GraphicsSystem2::beginFrame()
 
 ErrorCode GraphicsSystem2::endFrame()
 {
-    if (!deviceIsReady())
+    if (!isDrawing())
         return ErrorCode::SUCCESS;
     // The tweak bar library draws with its own streams and expects to find none bound.
     for (UINT stream = 0; stream < 2; ++stream)
@@ -135,7 +135,7 @@ ErrorCode GraphicsSystem2::endFrame()
 
 ErrorCode GraphicsSystem2::present()
 {
-    if (!deviceIsReady())
+    if (!isDrawing())
         return ErrorCode::SUCCESS;
     writeScreenshot();
     const ErrorCode result = dxCall(device->Present(nullptr, nullptr, nullptr, nullptr));
@@ -198,8 +198,15 @@ void GraphicsSystem2::setRenderScale(float val)
     if (scale == renderScale)
         return;
     renderScale = scale;
-    if (deviceIsReady())
-        resetDevice().ignoreError(); // a failure leaves the device lost, and beginFrame goes on from there
+    lostDevice(); // beginFrame goes on from there
+}
+
+void GraphicsSystem2::setVsync(bool val)
+{
+    if (val == vsync)
+        return;
+    vsync = val;
+    lostDevice(); // as above
 }
 
 void GraphicsSystem2::setGamma(float val)

@@ -78,6 +78,8 @@ public:
     ErrorCode resetDevice();
     /// Whether drawing is possible: there is a device and it is not lost.
     bool deviceIsReady() const;
+    /// Whether frames are drawn: the device is ready, and the window has not been put away.
+    bool isDrawing() const;
 
     /// Makes a colour target and its texture.
     ///
@@ -152,9 +154,12 @@ public:
     float getRenderScale() const { return renderScale; }
     /// Size of the world's picture as a fraction of the window's, kept within 0.1 to 2; it is stretched to fit.
     ///
-    /// The screen layers, texts among them, keep the window's size. Takes effect at once, by a reset of the device: not
-    /// to be called while a frame is drawn.
+    /// The screen layers, texts among them, keep the window's size. Takes effect with the next frame.
     void setRenderScale(float val);
+
+    bool getVsync() const { return vsync; }
+    /// Whether a frame waits for the display's refresh before it is shown, by default not; from the next frame on.
+    void setVsync(bool val);
 
     float getGamma() const { return gamma; }
     /// How the screen's brightness follows its values, as an exponent kept within 1 to 4; more shows more in the dark.
@@ -257,6 +262,7 @@ private:
     float gamma = 2.2f;      ///< exponent, as most screens have it
     int shadowMapSize = 768; ///< texels a side: a cone as fine as in a window of that height
     bool antialiasing = true;
+    bool vsync = false;
     int backBufferWidth = 0;  ///< pixels
     int backBufferHeight = 0; ///< pixels
     int worldWidth = 0;       ///< pixels

@@ -44,7 +44,7 @@ void GraphicsSystem2::getPresentParams(D3DPRESENT_PARAMETERS &params)
     params.AutoDepthStencilFormat = D3DFMT_D24S8;
     params.Flags = 0;
     params.FullScreen_RefreshRateInHz = window.getFullScreen() ? static_cast<UINT>(window.getSelectedRefreshRate()) : 0;
-    params.PresentationInterval = D3DPRESENT_INTERVAL_IMMEDIATE;
+    params.PresentationInterval = vsync ? D3DPRESENT_INTERVAL_ONE : D3DPRESENT_INTERVAL_IMMEDIATE;
 }
 
 void GraphicsSystem2::createDevice()
@@ -92,6 +92,11 @@ void GraphicsSystem2::releaseDevice()
 bool GraphicsSystem2::deviceIsReady() const
 {
     return device && !deviceIsLost;
+}
+
+bool GraphicsSystem2::isDrawing() const
+{
+    return deviceIsReady() && !getSystemDeref<WindowSystem2>().getMinimised();
 }
 
 ErrorCode GraphicsSystem2::tryToRecoverDevice()

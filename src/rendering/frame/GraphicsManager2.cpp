@@ -78,7 +78,7 @@ void GraphicsManager2::doFrame()
 {
     getLiveSceneGraph();
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
-    if (!graphics.deviceIsReady())
+    if (!graphics.isDrawing())
         return;
     if (const auto level = getAncestorOfType<Coordinator>().lookup())
         provideDebugDrawing(*level);

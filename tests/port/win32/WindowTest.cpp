@@ -2,6 +2,7 @@
 
 #include "port/win32/Diagnostics.h"
 #include "port/win32/SdlPlatform.h"
+#include "port/win32/Waiting.h"
 
 namespace
 {
@@ -40,6 +41,17 @@ TEST_F(Windows, CloseButtonDestroysTheWindowAndItsQuitValueEndsTheLoop)
     EXPECT_FALSE(GetClientRect(hWnd, &rect));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
     EXPECT_EQ(GetForegroundWindow(), nullptr);
+}
+
+TEST_F(Windows, WaitingEndsWithTheTimeOrAtOnceWhenAMessageIsThere)
+{
+    drain();
+    EXPECT_EQ(MsgWaitForMultipleObjects(0, nullptr, FALSE, 1, QS_ALLINPUT), WAIT_TIMEOUT);
+    PostMessageA(hWnd, WM_USER, 0, 0);
+    constexpr DWORD longerThanAnyTest = 1000000000;
+    EXPECT_EQ(MsgWaitForMultipleObjects(0, nullptr, FALSE, longerThanAnyTest, QS_ALLINPUT), WAIT_OBJECT_0);
+    const HANDLE none = nullptr;
+    EXPECT_EQ(MsgWaitForMultipleObjects(1, &none, FALSE, 1, QS_ALLINPUT), WAIT_FAILED);
 }
 
 TEST_F(Windows, UsersInterruptClosesEveryWindow)

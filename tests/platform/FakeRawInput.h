@@ -1,31 +1,16 @@
-// FakeWindow: a window of 800x400 for input that needs no real one.
+// FakeRawInput: raw input and a cursor that a test makes up.
 #pragma once
 
-#include "platform/window/InputWindow.h"
 #include "port/win32/SdlPlatform.h"
 
-/// Stands where the window system stands; the cursor is where the test puts it.
-struct FakeWindow : InputWindow
-{
-    FakeWindow() { InputWindow::setCurrent(this); }
-    ~FakeWindow() override { InputWindow::setCurrent(nullptr); }
+#include <cstdlib>
+#include <vector>
 
-    HWND getWindowHandle() const override { return nullptr; }
-    int getHeight() const override { return 400; }
-    bool isCursorRelative() const override { return relative; }
-    void setCursorRelative(bool val) override { relative = val; }
-    WindowCoordinate convertWindowCoordinate(const WindowCoordinate &in, WindowCoordinateSystem xTarget,
-                                             WindowCoordinateSystem yTarget) const override
-    {
-        return in.convert(xTarget, yTarget, 800, 400, 800.0f);
-    }
-
-    bool relative = true;
-};
-
-/// Hands out the records that a test made, by the number that stands for the message's lParam.
+/// Hands out the records that a test made, by the number that stands for the message's lParam; windows are off-screen.
 struct FakeRawInput : port::SdlPlatform
 {
+    FakeRawInput() { setenv("KAVEL_HEADLESS", "1", 1); }
+
     UINT GetRawInputData(HRAWINPUT rawInput, UINT, LPVOID data, PUINT size, UINT) override
     {
         if (reinterpret_cast<std::uintptr_t>(rawInput) != HANDLE_OF_RECORD)

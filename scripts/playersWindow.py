@@ -1,0 +1,49 @@
+"""The window in its player's hands: F11 and Alt+Enter switch to the whole display and back, a size that the window was
+given is kept, and the game stands still while another window is in front, if the player wants it so."""
+
+from __future__ import annotations
+
+from typing import Any
+
+import bindings
+import kaVel
+import settings
+
+#: The level that was stopped when its window went behind another; None while there is none.
+_stopped: Any = None
+
+
+def attend() -> None:
+    """Begins with all of it, and with the pacing of frames; for games that somebody watches."""
+    kaVel.getSystem('FramePacingSystem')
+    kaVel.subscribe('KeyDownMessage', _onKey)
+    kaVel.subscribe('WindowFocusMessage', _onFocus)
+    kaVel.subscribe('WindowSizeMessage', _onSize)
+
+
+def _onKey(message: Any, key: int) -> None:
+    withAlt = any(map(kaVel.getSystem('InputSystem').isKeyDown, bindings.keysOf('alternative')))
+    if key in bindings.keysOf('fullScreen') or (withAlt and key in bindings.keysOf('fullScreenWithAlt')):
+        inWindow = settings.get('windowMode') == 'window'
+        settings.set('windowMode', 'fullScreen' if inWindow else 'window')
+
+
+def _onFocus(message: Any, active: bool) -> None:
+    global _stopped
+    states = kaVel.Coordinator.LoopControlState
+    if active:
+        if _stopped and _stopped.loopState == states.LOOP_STOP:
+            _stopped.loopState = states.LOOP_RUN
+        _stopped = None
+        return
+    level = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
+    if level and level.loopState == states.LOOP_RUN and settings.get('pauseWithoutFocus'):
+        level.loopState = states.LOOP_STOP
+        _stopped = level
+
+
+def _onSize(message: Any, width: int, height: int) -> None:
+    try:
+        settings.keep('windowSize', (width, height))
+    except ValueError:
+        pass  # too small or too large to begin the next game with

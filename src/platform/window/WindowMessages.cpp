@@ -1,0 +1,12 @@
+#include "platform/window/WindowMessages.h"
+
+#include "object/messages/Message.h"
+
+namespace
+{
+MessageType windowFocusMessage(SCS("WindowFocusMessage"));
+MessageType windowSizeMessage(SCS("WindowSizeMessage"));
+} // namespace
+
+const ReflectorPtr WindowFocusMessage = &windowFocusMessage;
+const ReflectorPtr WindowSizeMessage = &windowSizeMessage;

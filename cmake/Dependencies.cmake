@@ -17,6 +17,8 @@ target_link_libraries(kv_dependencies INTERFACE PkgConfig::SDL2 PkgConfig::EPOXY
 # One source file reads the font libraries' headers; no other is to see them.
 set_source_files_properties("${CMAKE_SOURCE_DIR}/src/assets/fonts/FontFace.cpp" PROPERTIES
     INCLUDE_DIRECTORIES "${FREETYPE_INCLUDE_DIRS};${HARFBUZZ_INCLUDE_DIRS}")
+# Boost.Python's own headers include what Boost has deprecated since, and would tell about it in every file.
+target_compile_definitions(kv_dependencies INTERFACE BOOST_ALLOW_DEPRECATED_HEADERS BOOST_BIND_GLOBAL_PLACEHOLDERS)
 if(BACKTRACE_LIBRARY)
     target_link_libraries(kv_dependencies INTERFACE ${BACKTRACE_LIBRARY})
     target_compile_definitions(kv_dependencies INTERFACE KV_HAVE_BACKTRACE)

@@ -13,6 +13,19 @@ endif()
 # Log lines, assertions and stack traces name files from the repository's root, on every machine alike.
 add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
 add_compile_options(-Wall -Wextra -Wno-unused-parameter -fno-math-errno)
+# A place that silences a warning of one compiler may name what the other does not know.
+add_compile_options($<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-warning-option>)
+# With the compilers that ./check runs, a warning is an error, and for everybody alike: a switch of ./check alone would
+# have it build anew what ./play has built. The sanitizers' code has the compiler see warnings that are none.
+set(werror OFF)
+if("${CMAKE_CXX_COMPILER_ID} ${CMAKE_CXX_COMPILER_VERSION}" MATCHES "^(GNU 12|Clang 14)\\."
+        AND CMAKE_BUILD_TYPE STREQUAL "RelWithDebInfo" AND NOT KV_SANITIZE)
+    set(werror ON)
+endif()
+option(KV_WERROR "Treat warnings as errors" ${werror})
+if(KV_WERROR)
+    add_compile_options(-Werror)
+endif()
 # Runs repeat to the last bit, on every compiler and processor: none may fuse a product with a sum.
 add_compile_options(-ffp-contract=off)
 # Symbols of the executable itself, so that stack traces name functions.

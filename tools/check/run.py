@@ -7,6 +7,7 @@ import sys
 import tempfile
 import xml.etree.ElementTree
 
+import compilers
 import includes
 import python_style
 import script_types
@@ -96,6 +97,8 @@ def main():
         tally.check("source layout", style.findings(ROOT))
         tally.check("Python layout", python_style.findings(ROOT))
         tally.check("types of the scripts", script_types.findings(ROOT))
+        if compilers.has_both(build):
+            tally.check("both compilers make the same game", compilers.findings(ROOT, build))
     if options.tidy:
         tally.check("clang-tidy", tidy.findings(ROOT, build))
     for folder in sorted(path.name for path in (ROOT / "tests").iterdir() if path.is_dir()):

@@ -114,7 +114,8 @@ void initAutoReflector()
 
 ClassNumber classNumberOf(const ReflectorPtr &type)
 {
-    if (!type || typeid(*type) != typeid(DoxyElement))
+    const IReflectedThing *const thing = type.get();
+    if (!thing || typeid(*thing) != typeid(DoxyElement))
         return 0;
-    return static_cast<const DoxyElement &>(*type).getClassNumber();
+    return static_cast<const DoxyElement *>(thing)->getClassNumber();
 }

@@ -28,11 +28,12 @@ struct AxisBox
     bool isNear(const AxisBox &rhs) const
     {
         // All axes at once: most pairs are apart along one of them, but nobody can tell which.
-        return !(isApart(rhs, 0) | isApart(rhs, 1) | isApart(rhs, 2));
+        return (countApart(rhs, 0) | countApart(rhs, 1) | countApart(rhs, 2)) == 0;
     }
 
 private:
-    bool isApart(const AxisBox &rhs, int axis) const
+    /// 1 where the boxes are apart along an axis, a number since it is combined without a branch.
+    int countApart(const AxisBox &rhs, int axis) const
     {
         return std::fabs(centre[axis] - rhs.centre[axis]) > reach[axis] + rhs.reach[axis] + SLACK;
     }

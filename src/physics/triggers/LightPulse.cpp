@@ -42,16 +42,15 @@ Vec4 colorOf(const Object &light, const String &property)
 LightPulse *LightPulse::of(const Handle<Object> &hEntity)
 {
     static const String childName = SCS(".lightPulse");
-    static const String key = SCS("dummy");
     const auto entity = hEntity.lookup();
     if (!entity || !lightOf(hEntity).isValid() || !entity->getAncestorOfType<Coordinator>().isValid())
         return nullptr;
-    if (LightPulse *const present = componentOf<LightPulse>(entity->getChild(childName), key))
+    if (LightPulse *const present = componentOf<LightPulse>(entity->getChild(childName), ComponentKeys::dummy))
         return present;
     const auto child = construct<Entity>(defaultAllocationCategory).lookup();
     child->setName(childName);
     child->setParent(hEntity);
-    return handle_cast<LightPulse>(child->addComponent(key, staticType)).lookup().ptr;
+    return handle_cast<LightPulse>(child->addComponent(ComponentKeys::dummy, staticType)).lookup().ptr;
 }
 
 void LightPulse::beat(float beatsPerSecond)

@@ -10,7 +10,7 @@
 #include "foundation/ProfilerScope.h"
 
 /// Takes what the scopes of lower folders report.
-class ProfilerSystem::Sink : public IProfilerSink
+class ProfilerSystem::Sink final : public IProfilerSink
 {
 public:
     explicit Sink(ProfilerSystem &profiler_) : profiler(profiler_) { profilerSink = this; }

@@ -5,6 +5,7 @@
 #include "object/messages/PostOffice.h"
 
 #include "support/Probe.h"
+#include "support/TestLevel.h"
 
 #include <gtest/gtest.h>
 
@@ -49,6 +50,18 @@ TEST_F(Messages, AHandlerOfTheWrongSignatureFallsOutSilently)
     office.add(TestMessage, listener.lookup()->bind(SCS("addFour")));
     post(1);
     EXPECT_EQ(office.getHandlerCount(TestMessage), 0u);
+}
+
+TEST_F(Messages, WithFourValuesIsMoreThanAMethodTakesAndIsRefusedAloud)
+{
+    office.add(TestMessage, listener.lookup()->bind(SCS("addFour")));
+    office.add(TestMessage, Probe::staticType->getMember(SCS("acceptFour")));
+    SavedArguments payload = SavedArguments::of(1, 2, 3, 4);
+    office.deliver(TestMessage, payload);
+    EXPECT_EQ(office.getHandlerCount(TestMessage), 1u) << "who needs no object has room";
+    EXPECT_EQ(countLogLines("Probe::addFour: 1 bound and 5 given arguments are more than the 5"), 1u);
+    EXPECT_EXIT(static_cast<void>(SavedArguments(maxCallArgs + 1)), testing::ExitedWithCode(1),
+                "6 arguments are to be");
 }
 
 TEST_F(Messages, AHandlerRegisteredDuringADeliveryWaitsForTheNextOne)

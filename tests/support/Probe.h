@@ -134,6 +134,8 @@ public:
     void addValue(float amount) { value += amount; }
     int addFour(int a, int b, int c, int d) { return a + b + c + d; }
     static int countOf(const String &text) { return int(text.size()); }
+    /// As many arguments as a call takes, none of them an object.
+    static bool acceptFour(const ReflectorPtr &, int, int, int, int) { return true; }
     int overloaded(int val) { return val; }
     String overloaded(const String &val) { return val; }
     /// Whether another probe is alive.

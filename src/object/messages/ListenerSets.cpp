@@ -21,21 +21,18 @@ class PackedMessage
 {
 public:
     PackedMessage(const ReflectorPtr &messageType, const SavedArguments &payload)
-        : plain(payload.getArgCount() + 1), bound(payload.getArgCount() + 2)
+        : plain(payload.getArgCount() + 1), bound(hasRoomForObject() ? plain.getArgCount() + 1 : 0)
     {
         plain[0] = messageType;
         for (std::size_t i = 0; i < payload.getArgCount(); ++i)
             plain[i + 1] = payload[i];
-        if (bound.getArgCount() <= maxCallArgs)
-        {
-            for (std::size_t i = 0; i < plain.getArgCount(); ++i)
-                bound[i + 1] = plain[i];
-        }
+        for (std::size_t i = 1; i < bound.getArgCount(); ++i)
+            bound[i] = plain[i - 1];
     }
 
     bool callHandler(const IReflectedThing &handler)
     {
-        if (handler.isBoundCall() && bound.getArgCount() <= maxCallArgs)
+        if (handler.isBoundCall() && hasRoomForObject())
         {
             const auto &call = static_cast<const PartialFunctionApplication &>(handler);
             if (call.getBoundArguments().getArgCount() == 1)
@@ -48,8 +45,10 @@ public:
     }
 
 private:
+    bool hasRoomForObject() const { return plain.getArgCount() < maxCallArgs; }
+
     SavedArguments plain;
-    SavedArguments bound;
+    SavedArguments bound; ///< empty where no object fits in front
 };
 } // namespace
 

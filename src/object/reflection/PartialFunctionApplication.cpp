@@ -4,6 +4,7 @@
 
 #include "foundation/Allocators.h"
 #include "foundation/Assertions.h"
+#include "foundation/Logger.h"
 
 namespace
 {
@@ -40,7 +41,11 @@ ErrorReturn<Variant> PartialFunctionApplication::do_call(SavedArguments &given) 
     const std::size_t bound = args.getArgCount();
     const std::size_t total = bound + given.getArgCount();
     if (total > maxCallArgs)
+    {
+        KV_LOGF(Logger_::I_ERROR, "%s: %zu bound and %zu given arguments are more than the %zu that a call takes",
+                fn->getQualifiedName().toCString(), bound, given.getArgCount(), maxCallArgs);
         return ErrorCode(ErrorCode::CALL_FAILURE, WRONG_ARGUMENT_COUNT);
+    }
 
     // The call may release the last reference to this bound call.
     const ReflectorPtr target = fn;

@@ -11,13 +11,16 @@ inline constexpr std::size_t maxCallArgs = 5;
 
 /// Arguments of a reflected call, kept inline so that a call allocates nothing.
 ///
-/// The count must not exceed maxCallArgs; neither it nor an index is checked. Room for maxCallArgs is there, but only
-/// the counted arguments are made and destroyed, since most calls have one or two.
+/// A count above maxCallArgs ends the process in every build, since there is no room for it; who packs what a script or
+/// a file gives looks at the count first. An index is not checked. Only the counted arguments are made and destroyed,
+/// since most calls have one or two.
 class SavedArguments
 {
 public:
     explicit SavedArguments(std::size_t argCount_ = 0) : argCount(argCount_)
     {
+        if (argCount > maxCallArgs) [[unlikely]]
+            refuse(argCount);
         for (std::size_t i = 0; i < argCount; ++i)
             new (&args[i]) Variant;
     }
@@ -58,6 +61,8 @@ private:
     struct Packed
     {
     };
+
+    [[noreturn]] static void refuse(std::size_t argCount);
 
     template <class... Arguments>
     explicit SavedArguments(Packed, const Arguments &...arguments) : argCount(sizeof...(Arguments))

@@ -2,6 +2,7 @@
 
 #include "assets/cache/AssetSystem.h"
 #include "assets/cache/AssetUploader.h"
+#include "assets/fonts/FontAssetLoader.h"
 #include "assets/models/DynamicMeshAsset.h"
 #include "assets/models/DynamicMeshAssetLoader.h"
 #include "assets/models/MeshAsset.h"
@@ -14,6 +15,8 @@
 #include "support/TestLevel.h"
 
 #include <gtest/gtest.h>
+
+#include <stdexcept>
 
 namespace
 {
@@ -94,6 +97,40 @@ TEST_F(Assets, DynamicNameGivesANewObjectEachTime)
     EXPECT_EQ(listener.requests.size(), 1u);
     EXPECT_TRUE(first.lookup()->getStatus().succeeded());
     EXPECT_EQ(second.lookup()->getStatus().getCode(), ErrorCode::ASSET_NOT_READY);
+}
+
+TEST_F(Assets, ACallbackIsServedThatAsksForItsOwnAsset)
+{
+    const auto askAgain = [this] { request(TextureAssetLoader::staticType, "wall.dds"); };
+    listener.whenCalled = [&]
+    {
+        listener.whenCalled = nullptr;
+        askAgain();
+    };
+    const Handle<Asset> asset = request(TextureAssetLoader::staticType, "wall.dds");
+    EXPECT_EQ(listener.requests.size(), 2u);
+    EXPECT_EQ(uploader.uploads, 1);
+    EXPECT_EQ(request(TextureAssetLoader::staticType, "wall.dds"), asset);
+
+    listener.whenCalled = askAgain;
+    askAgain();
+    EXPECT_EQ(countLogLines("of asset wall.dds asks for that asset in its own call, without end"), 1u);
+}
+
+TEST_F(Assets, ALoadThatAnExceptionEndsIsTriedAgain)
+{
+    listener.whenCalled = [] { throw std::runtime_error("the listener had enough"); };
+    EXPECT_THROW(request(TextureAssetLoader::staticType, "wall.dds"), std::runtime_error);
+    listener.whenCalled = nullptr;
+    EXPECT_TRUE(request(TextureAssetLoader::staticType, "wall.dds").lookup()->getStatus().succeeded());
+    EXPECT_EQ(uploader.uploads, 2);
+}
+
+TEST_F(Assets, AFolderIsNoFont)
+{
+    for (int attempt = 0; attempt < 2; ++attempt)
+        EXPECT_EQ(request(FontAssetLoader::staticType, ".").lookup()->getStatus().getCode(), ErrorCode::LOST_ASSET);
+    EXPECT_EQ(countLogLines("fonts\\. did not load; texts that use it are not drawn. It is empty, or a folder."), 1u);
 }
 
 TEST_F(Assets, FailureStaysAndIsNotTriedAgain)

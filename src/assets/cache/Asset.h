@@ -16,7 +16,8 @@
 ///
 /// A listener is called as callback(RequestHandle h), after the status is set: with the handle it was registered
 /// with, so one callback can serve several requests. Registering with an asset that is finished already calls back
-/// at once, so whoever asks must be ready for the call before the asking returns.
+/// at once, so whoever asks must be ready for the call before the asking returns. One that keeps registering itself
+/// anew from within its call is left uncalled in the end, with an error logged.
 class Asset : public Object
 {
     KV_REFLECTED(Asset)
@@ -43,9 +44,10 @@ public:
     ErrorCode getStatus() const;
 
 private:
-    void notify(const ListenerData &listener) const;
+    void notify(const ListenerData &listener);
     bool isFinished() const;
 
     ErrorCode status;
     std::vector<ListenerData> listeners;
+    int callsUnderWay = 0; ///< of listeners, one within the other
 };

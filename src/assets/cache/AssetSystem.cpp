@@ -5,6 +5,22 @@
 
 #include <algorithm>
 
+/// Notes a load for as long as it runs, however it ends.
+class AssetSystem::LoadUnderWay
+{
+public:
+    LoadUnderWay(AssetSystem &system, const AssetCacheKey &key) : system(system)
+    {
+        system.loadsUnderWay.push_back(key);
+    }
+    ~LoadUnderWay() { system.loadsUnderWay.pop_back(); }
+    LoadUnderWay(const LoadUnderWay &) = delete;
+    LoadUnderWay &operator=(const LoadUnderWay &) = delete;
+
+private:
+    AssetSystem &system;
+};
+
 void AssetSystem::systemStartup() {}
 
 void AssetSystem::systemShutdown()
@@ -35,30 +51,26 @@ Handle<Asset> AssetSystem::startLoad(ReflectorPtr assetLoader, String assetName,
         return loader->startLoad(assetName, callback, h);
 
     const AssetCacheKey key{hLoader, assetName};
-    const auto known = cache.find(key);
-    if (known != cache.end())
-        if (const auto asset = known->second.asset.lookup())
-        {
-            const Handle<Asset> hAsset = known->second.asset;
-            asset->addListener(callback, h);
-            return hAsset;
-        }
-    return loadAndCache(*loader, key, callback, h);
+    const Handle<Asset> hKnown = findKnown(*loader, key);
+    if (const auto known = hKnown.lookup())
+    {
+        known->addListener(callback, h);
+        return hKnown;
+    }
+    const LoadUnderWay load(*this, key);
+    const Handle<Asset> hAsset = loader->startLoad(assetName, callback, h);
+    cache[key] = {hLoader, assetName, hAsset};
+    return hAsset;
 }
 
-Handle<Asset> AssetSystem::loadAndCache(AssetLoader &loader, const AssetCacheKey &key, const ReflectorPtr &callback,
-                                        RequestHandle h)
+/// The asset of a name that is there already, or is just being loaded and asked for by its own callback.
+Handle<Asset> AssetSystem::findKnown(const AssetLoader &loader, const AssetCacheKey &key) const
 {
-    const bool asksForItself = std::find(loadsUnderWay.begin(), loadsUnderWay.end(), key) != loadsUnderWay.end();
-    KV_VERIFY(!asksForItself, "The callback of asset %s asks for that asset again; ask once it has returned.",
-              key.name.toCString());
-    if (asksForItself)
-        return Handle<Asset>();
-    loadsUnderWay.push_back(key);
-    const Handle<Asset> hAsset = loader.startLoad(key.name, callback, h);
-    loadsUnderWay.pop_back();
-    cache[key] = {key.loader, key.name, hAsset};
-    return hAsset;
+    const auto cached = cache.find(key);
+    if (cached != cache.end())
+        return cached->second.asset;
+    const bool isUnderWay = std::find(loadsUnderWay.begin(), loadsUnderWay.end(), key) != loadsUnderWay.end();
+    return isUnderWay ? handle_cast<Asset>(loader.getChild(key.name)) : Handle<Asset>();
 }
 
 Handle<AssetLoader> AssetSystem::getLoader(const ReflectorPtr &loaderClass)

@@ -20,7 +20,8 @@ public:
     ///
     /// @param assetLoader  reflected class of the loader, as TextureAssetLoader::staticType
     /// @param assetName    name within that loader; "<dynamic>" makes a new, unshared asset at every call
-    /// @param callback     called with `h` when the asset is finished, possibly before this returns; may be null
+    /// @param callback     called with `h` when the asset is finished, possibly before this returns; may be null. It
+    ///                     may ask for the same asset again, though not with itself as the callback.
     /// @return the asset, also when loading failed; an invalid handle for a class that is no loader
     Handle<Asset> startLoad(ReflectorPtr assetLoader, String assetName, ReflectorPtr callback, RequestHandle h);
 
@@ -51,8 +52,9 @@ private:
     typedef std::unordered_map<ReflectorPtr, Handle<AssetLoader>> LoaderCache;
 
     Handle<AssetLoader> getLoader(const ReflectorPtr &loaderClass);
-    Handle<Asset> loadAndCache(AssetLoader &loader, const AssetCacheKey &key, const ReflectorPtr &callback,
-                               RequestHandle h);
+    class LoadUnderWay;
+
+    Handle<Asset> findKnown(const AssetLoader &loader, const AssetCacheKey &key) const;
 
     AssetCache cache;
     LoaderCache loaders;

@@ -7,7 +7,8 @@
 
 #include <cmath>
 #include <fstream>
-#include <iterator>
+#include <sstream>
+#include <string>
 
 namespace
 {
@@ -15,6 +16,20 @@ namespace
 std::uint64_t glyphKey(unsigned glyph, int pixelSize, int shift)
 {
     return std::uint64_t(glyph) << 32 | std::uint64_t(pixelSize) << 8 | std::uint64_t(shift);
+}
+
+/// The bytes of a file; a sentence that says why there are none.
+String readFile(const String &fileName, std::vector<std::uint8_t> &bytes)
+{
+    std::ifstream in(port::hostPath(fileName.toCString()), std::ios::binary);
+    if (!in)
+        return String::copyFrom(port::explainMissingFile(fileName.toCString()));
+    // Through a stream: a folder opens like a file, and fails with an exception where bytes are taken one by one.
+    std::ostringstream contents;
+    contents << in.rdbuf();
+    const std::string text = std::move(contents).str();
+    bytes.assign(text.begin(), text.end());
+    return bytes.empty() ? SCS("It is empty, or a folder.") : String();
 }
 
 } // namespace
@@ -32,10 +47,10 @@ void FontAsset::Shaper::shape(std::u32string_view run, std::vector<ShapedGlyph> 
 
 void FontAsset::startLoad()
 {
-    std::ifstream in(port::hostPath(fileName.toCString()), std::ios::binary);
-    std::vector<std::uint8_t> contents((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const String fault =
-        in ? face.load(std::move(contents)) : String::copyFrom(port::explainMissingFile(fileName.toCString()));
+    std::vector<std::uint8_t> contents;
+    String fault = readFile(fileName, contents);
+    if (fault.empty())
+        fault = face.load(std::move(contents));
     if (fault.empty())
     {
         texture = construct<DynamicTextureAsset>(defaultAllocationCategory);

@@ -101,20 +101,15 @@ TEST_F(Assets, DynamicNameGivesANewObjectEachTime)
 
 TEST_F(Assets, ACallbackIsServedThatAsksForItsOwnAsset)
 {
-    const auto askAgain = [this] { request(TextureAssetLoader::staticType, "wall.dds"); };
-    listener.whenCalled = [&]
+    listener.whenCalled = [this]
     {
         listener.whenCalled = nullptr;
-        askAgain();
+        request(TextureAssetLoader::staticType, "wall.dds");
     };
     const Handle<Asset> asset = request(TextureAssetLoader::staticType, "wall.dds");
     EXPECT_EQ(listener.requests.size(), 2u);
     EXPECT_EQ(uploader.uploads, 1);
     EXPECT_EQ(request(TextureAssetLoader::staticType, "wall.dds"), asset);
-
-    listener.whenCalled = askAgain;
-    askAgain();
-    EXPECT_EQ(countLogLines("of asset wall.dds asks for that asset in its own call, without end"), 1u);
 }
 
 TEST_F(Assets, ALoadThatAnExceptionEndsIsTriedAgain)
@@ -203,14 +198,13 @@ TEST_F(Assets, ListenerThatDiedIsPassedOverSilently)
     EXPECT_EQ(countLogLines("Listener"), logged);
 }
 
-TEST_F(Assets, CallbackThatAsksForItsOwnAssetAgainIsRefused)
+TEST_F(Assets, ACallbackThatAsksForItsOwnAssetWithoutEndIsLeftInTheEnd)
 {
     listener.whenCalled = [this] { request(TextureAssetLoader::staticType, "loop.dds"); };
-    const std::size_t logged = countLogLines("asks for that asset again");
     const Handle<Asset> asset = request(TextureAssetLoader::staticType, "loop.dds");
     EXPECT_TRUE(asset.isValid());
     EXPECT_EQ(uploader.uploads, 1);
-    EXPECT_EQ(countLogLines("asks for that asset again"), logged + 1);
+    EXPECT_EQ(countLogLines("of asset loop.dds asks for that asset in its own call, without end"), 1u);
 }
 
 TEST_F(Assets, ClassThatIsNoLoaderGivesAnInvalidHandle)

@@ -56,6 +56,21 @@ TEST(Component, SecondUnderAKeyIsFoundByTheKeyAndTheFirstByName)
     EXPECT_THAT(simpleManager(world, "player").getComponents(), ElementsAre(first, second));
 }
 
+TEST(Component, NeedsNoClassWhereItsManagerHasOneOfItsOwn)
+{
+    TestLevel world;
+    Entity &entity = *world.entity("chair").lookup();
+    for (const auto &[key, className] :
+         {std::pair("objectGroup", "ObjectGroupComponent"), std::pair("partitioning", "PartitioningGrid"),
+          std::pair("boundingVolume", "BoundingVolume")})
+    {
+        const auto component = entity.addComponent(String::copyFrom(key)).lookup();
+        ASSERT_TRUE(component) << key;
+        EXPECT_EQ(component->getType()->getName(), String::copyFrom(className));
+        EXPECT_EQ(entity.getComponent(String::copyFrom(key)), component->getHandle());
+    }
+}
+
 TEST(Component, LeavesItsManagerAtCremationHoweverItDied)
 {
     TestLevel world;

@@ -75,7 +75,7 @@ TEST(Interpolation, FailuresAreToldAndDropped)
     world.thing.speed = 3;
     world.move("speed", 3.0, SCS("four"), 1.0);
     world.frames(2);
-    EXPECT_EQ(countLogLines("lamp/thing': NOT_CONVERTIBLE"), 1u);
+    EXPECT_EQ(countLogLines("lamp/thing': NOT_LERPABLE"), 1u);
     interpolateProperty(world.thing.getHandle(), SCS("weight"), 4.0, 1.0);
     EXPECT_EQ(countLogLines("Error while interpolating property `weight' of object `"), 1u);
     EXPECT_EQ(world.thing.speed, 3.f);
@@ -85,6 +85,41 @@ TEST(Interpolation, FailuresAreToldAndDropped)
     world.frames(3);
     EXPECT_EQ(world.interpolator.getInterpolantCount(), 0);
     EXPECT_EQ(countLogLines("Error while interpolating"), 3u) << "the object is gone";
+}
+
+TEST(Interpolation, WhatMovesASystemWaitsForALevelAndGoesOnInTheNext)
+{
+    TestLevel world;
+    auto &loop = getSystemDeref<GameLoopSystem>();
+    const Handle<Probe> outside = spawn("outside");
+    loop.setCurrentlyActiveCoordinator(Handle<Coordinator>());
+    interpolateProperty(outside, SCS("speed"), 0.0, 8.0, 8 * FRAME);
+    loop.setCurrentlyActiveCoordinator(world.level);
+    world.frame();
+    world.frame();
+    EXPECT_EQ(outside.lookup()->getSpeed(), 2.f) << "set up while no level was in charge";
+
+    world.level.lookup()->murder();
+    interpolateProperty(outside, SCS("limit"), 0, 8, 8 * FRAME);
+    cremateDeadObjects();
+    world.level = world.anotherCoordinator();
+    loop.setCurrentlyActiveCoordinator(world.level);
+    world.frame();
+    EXPECT_EQ(outside.lookup()->getSpeed(), 3.f) << "begun in the level before";
+    EXPECT_EQ(outside.lookup()->getLimit(), 1) << "set up in a level that was about to end";
+    outside.lookup()->murder();
+}
+
+TEST(Interpolation, OfAManagerIsRefusedUnlessItIsAllowed)
+{
+    MovingWorld world;
+    const Handle<Object> manager = world.level.coordinator().getManager(SCS("physics"));
+    world.interpolator.addInterpolator(manager, SCS("player"), 0, 1, FRAME);
+    EXPECT_EQ(countLogLines("Error while interpolating property `player' of object `"), 1u);
+    EXPECT_EQ(countLogLines("physicsManager': NOT_INTERPOLATABLE"), 1u);
+    world.interpolator.setAllowManagers(true);
+    world.interpolator.addInterpolator(manager, SCS("player"), 0, 1, FRAME);
+    EXPECT_EQ(world.interpolator.getInterpolantCount(), 1);
 }
 
 TEST(Interpolation, BlendsPairsOfOneType)

@@ -55,6 +55,20 @@ TEST_F(Systems, StartTellsItsStepsInOrderDependenciesFirst)
                                           "Configuring system TestFloorSystem.", "Starting system TestFloorSystem."));
 }
 
+TEST_F(Systems, KeepTheirPlaceInTheTree)
+{
+    System &floor = *getSystem<TestFloorSystem>().lookup();
+    const Handle<Object> root = SystemSystem::getInstance();
+    const Handle<Object> level = construct<Entity>(defaultAllocationCategory);
+    EXPECT_FALSE(floor.setParent(level).succeeded());
+    EXPECT_EQ(floor.getParent(), root);
+    EXPECT_FALSE(root.lookup()->setParent(level).succeeded());
+    EXPECT_FALSE(root.lookup()->getParent().isValid());
+    EXPECT_EQ(level.lookup()->getChildCount(), 0u);
+    EXPECT_EQ(countLogLines("setParent: the system TestFloorSystem cannot be moved"), 1u);
+    level.lookup()->murder();
+}
+
 TEST_F(Systems, SharedDependencyStartsOnceAndStopsLast)
 {
     getSystem<TestRoofSystem>();

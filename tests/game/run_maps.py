@@ -175,7 +175,7 @@ def build(coordinator):
     line = (HEAD + text).split("'scale'")[0].count("\n") + 1
     fade.expect("y 3, ambient 1")
     fade.expect(f"Fade.py({line}): Error: Error while interpolating property `scale' of object `Fade/lamp/transform': "
-                "NOT_CONVERTIBLE")
+                "NOT_LERPABLE")
 
 
 if __name__ == "__main__":

@@ -47,6 +47,7 @@ TEST(EnumText, BothSpellingsAreReadAndNothingElseIs)
                   ErrorCode::NOT_AN_ENUMERANT)
             << text;
     }
+    EXPECT_FALSE(stringToEnum<AbstractProbe::Faces>(String::copyFrom("SIDES\0rest", 10)).code.succeeded());
 }
 
 TEST(EnumText, EnumeratorsAreRecordsWithTheirNumbers)

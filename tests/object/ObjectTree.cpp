@@ -1,5 +1,6 @@
 // The object tree: parents, children, names and paths.
 #include "support/Probe.h"
+#include "support/TestLevel.h"
 
 #include "object/tree/TreeWalk.h"
 
@@ -85,11 +86,19 @@ TEST_F(ObjectTree, AWalkGivesParentsFirstTakesInWhoArrivesAndLeavesOutWhatItIsTo
 
 TEST_F(ObjectTree, AnObjectCannotBecomeItsOwnDescendant)
 {
-    root.lookup()->setParent(leaf);
+    EXPECT_EQ(root.lookup()->setParent(leaf).getCode(), ErrorCode::BAD_HANDLE);
     EXPECT_FALSE(root.lookup()->getParent().isValid());
     EXPECT_EQ(leaf.lookup()->getParent(), Handle<Object>(a));
-    root.lookup()->setParent(root);
+    EXPECT_EQ(countLogLines("setParent: 'root' cannot hang below 'leaf', which is"), 1u) << "names, not addresses";
+    EXPECT_FALSE(root.lookup()->setParent(root).succeeded());
     EXPECT_FALSE(root.lookup()->getParent().isValid());
+}
+
+TEST_F(ObjectTree, ANameThatNoPathCanLeadToIsWarnedOf)
+{
+    leaf.lookup()->setName(SCS("left/right"));
+    EXPECT_FALSE(a.lookup()->getDescendantByPath(SCS("left/right")).isValid());
+    EXPECT_EQ(countLogLines("The name 'left/right' holds a '/'"), 1u);
 }
 
 TEST_F(ObjectTree, AnUnnamedObjectKeepsTheNameOfItsFirstRead)

@@ -164,8 +164,9 @@ private:
         case 12:
             return volume->setVolumeType(anyType());
         case 13:
-            return being.entity.lookup()->setParent(chance.below(2) ? Handle<Object>(cellar)
-                                                                    : Handle<Object>(world.map));
+            return being.entity.lookup()
+                ->setParent(chance.below(2) ? Handle<Object>(cellar) : Handle<Object>(world.map))
+                .ignoreError();
         case 14:
             return being.entity.lookup()->murder();
         case 15:
@@ -200,7 +201,7 @@ private:
         case 1:
             return body->murder();
         case 2:
-            return entity->setParent(cellar);
+            return entity->setParent(cellar).ignoreError();
         case 3:
             return world.grid->checkCollisions();
         case 4:

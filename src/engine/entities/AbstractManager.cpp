@@ -28,7 +28,7 @@ Handle<AbstractComponent> AbstractManager::addComponentToEntity(const ReflectorP
 
 Handle<AbstractComponent> AbstractManager::addComponentToEntity(Handle<Entity> entity)
 {
-    return addComponentToEntity(ReflectorPtr(), entity);
+    return addComponentToEntity(getComponentClass(), entity);
 }
 
 void AbstractManager::removeComponentFromEntity(Handle<AbstractComponent> component)

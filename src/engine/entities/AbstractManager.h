@@ -30,6 +30,8 @@ public:
     virtual void removeComponentFromManager(Handle<AbstractComponent> component, Handle<Entity> entity) = 0;
     /// Ends a component's life in the manner of this manager.
     virtual void destroyComponent(Handle<AbstractComponent> component) = 0;
+    /// The one class of this manager's components; null where a component's class has to be named.
+    virtual ReflectorPtr getComponentClass() const { return nullptr; }
 
     /// Makes a component of this class and gives it to the entity under this manager's key.
     ///
@@ -37,6 +39,8 @@ public:
     /// A class that does not serve this manager, or a dead entity, is logged as an error and gives an invalid handle.
     Handle<AbstractComponent> addComponentToEntity(const ReflectorPtr &type, Handle<Entity> entity);
     /// Gives the entity a component of the one class that this manager makes; see the other form.
+    ///
+    /// A manager of components of many classes logs an error and gives an invalid handle.
     Handle<AbstractComponent> addComponentToEntity(Handle<Entity> entity);
     /// Takes this manager's component from its entity and murders it.
     ///

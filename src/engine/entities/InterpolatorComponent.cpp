@@ -15,6 +15,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <optional>
 
 namespace
 {
@@ -54,7 +56,7 @@ Handle<Entity> levelsEntity(Object &object)
     if (!level.isValid())
         level = getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator();
     const auto coordinator = level.lookup();
-    if (!coordinator)
+    if (!coordinator || coordinator->isDying())
         return Handle<Entity>();
     const Handle<Entity> present = handle_cast<Entity>(coordinator->getChild(name));
     if (present.isValid())
@@ -63,6 +65,67 @@ Handle<Entity> levelsEntity(Object &object)
     made.lookup()->setName(name);
     made.lookup()->setParent(level);
     return made;
+}
+
+ErrorCode findProperty(const Object &obj, const String &name, bool allowManagers, PropertyDesc &prop)
+{
+    const ErrorReturn<PropertyDesc> found = obj.getType()->getProperty(name);
+    if (!found.succeeded())
+        return found.code;
+    if (!found.value.getSetter())
+        return ErrorCode::PROPERTY_NOT_WRITABLE;
+    if (!allowManagers && obj.getType()->isSubclassOf(AbstractManager::staticType))
+        return ErrorCode::NOT_INTERPOLATABLE;
+    prop = found.value;
+    return ErrorCode::SUCCESS;
+}
+
+/// What a script asks for; nothing, with the error reported at the script's line, where there is no such property.
+std::optional<Interpolant> makeInterpolant(const Handle<Object> &obj, const String &prop, const Variant &initialValue,
+                                           const Variant &finalValue, Seconds duration, bool allowManagers)
+{
+    const auto object = obj.lookup();
+    if (!object)
+        return std::nullopt;
+    Interpolant i;
+    i.instantiationLoc = currentScriptPlace();
+    const ErrorCode outcome = findProperty(*object, prop, allowManagers, i.prop);
+    if (!outcome.succeeded())
+    {
+        report(obj, prop, outcome, i.instantiationLoc);
+        return std::nullopt;
+    }
+    i.obj = obj;
+    i.initialValue = initialValue;
+    i.finalValue = finalValue;
+    i.duration = ticksOf(duration);
+    return i;
+}
+
+/// The present value of a property; nothing, with the error reported at the script's line, where it cannot be read.
+std::optional<Variant> readPresent(const Handle<Object> &obj, const String &prop)
+{
+    const auto object = obj.lookup();
+    if (!object)
+        return std::nullopt;
+    const ErrorReturn<Variant> present = object->getPropertyValue(prop);
+    if (present.succeeded())
+        return present.value;
+    report(obj, prop, present.code, currentScriptPlace());
+    return std::nullopt;
+}
+
+/// What waits for the next level: set up while none was in charge, or handed on by one that ended.
+InterpolatorComponent::InterpolantList &waiting()
+{
+    static auto *list = new InterpolatorComponent::InterpolantList;
+    return *list;
+}
+
+bool outlivesLevels(const Interpolant &i)
+{
+    const auto object = i.obj.lookup();
+    return object && !object->isDying() && !i.takenOver && !object->getAncestorOfType<Coordinator>().isValid();
 }
 } // namespace
 
@@ -95,56 +158,51 @@ ErrorReturn<bool> InterpolatorComponent::interpolate(Interpolant &i, TimerTicks 
     return ErrorReturn<bool>(i.elapsed >= i.duration, outcome);
 }
 
-void InterpolatorComponent::addInterpolator(Handle<Object> obj, const String &prop, const Variant &initialValue,
-                                            const Variant &finalValue, Seconds duration)
+void InterpolatorComponent::onMurder()
 {
-    const auto object = obj.lookup();
-    if (!object)
+    const auto level = getAncestorOfType<Coordinator>().lookup();
+    if (level && level->isDying())
+    {
+        // In front of what the next level's script has set up by now, which takes over.
+        InterpolantList left;
+        std::copy_if(interpolants.begin(), interpolants.end(), std::back_inserter(left), outlivesLevels);
+        waiting().splice(waiting().begin(), left);
+    }
+    SimpleComponent::onMurder();
+}
+
+void InterpolatorComponent::startWaiting(const Coordinator &level)
+{
+    if (level.isDying())
         return;
-    Interpolant i;
-    i.instantiationLoc = currentScriptPlace();
-    const ErrorCode outcome = findProperty(*object, prop, i.prop);
-    if (!outcome.succeeded())
-        return report(obj, prop, outcome, i.instantiationLoc);
-    i.obj = obj;
-    i.initialValue = initialValue;
-    i.finalValue = finalValue;
-    i.duration = ticksOf(duration);
-    endOthers(obj, prop);
-    interpolants.push_back(i);
+    InterpolantList begun;
+    begun.swap(waiting());
+    for (const Interpolant &i : begun)
+        if (const auto interpolator = getInterpolatorForObject(i.obj).lookup())
+            interpolator->add(i);
 }
 
 void InterpolatorComponent::addInterpolator(Handle<Object> obj, const String &prop, const Variant &finalValue,
                                             Seconds duration)
 {
-    const auto object = obj.lookup();
-    if (!object)
-        return;
-    const ErrorReturn<Variant> present = object->getPropertyValue(prop);
-    if (present.succeeded())
-        addInterpolator(obj, prop, present.value, finalValue, duration);
-    else
-        report(obj, prop, present.code, currentScriptPlace());
+    if (const auto present = readPresent(obj, prop))
+        addInterpolator(obj, prop, *present, finalValue, duration);
 }
 
-ErrorCode InterpolatorComponent::findProperty(const Object &obj, const String &name, PropertyDesc &prop) const
+void InterpolatorComponent::addInterpolator(Handle<Object> obj, const String &prop, const Variant &initialValue,
+                                            const Variant &finalValue, Seconds duration)
 {
-    const ErrorReturn<PropertyDesc> found = obj.getType()->getProperty(name);
-    if (!found.succeeded())
-        return found.code;
-    const bool isManager = obj.getType()->isSubclassOf(AbstractManager::staticType);
-    if (!found.value.getSetter() || (isManager && !allowManagers))
-        return ErrorCode::PROPERTY_NOT_WRITABLE;
-    prop = found.value;
-    return ErrorCode::SUCCESS;
+    if (const auto i = makeInterpolant(obj, prop, initialValue, finalValue, duration, allowManagers))
+        add(*i);
 }
 
-/// Ends what else interpolates a property. The list stays as it is, since a frame may be walking it.
-void InterpolatorComponent::endOthers(const Handle<Object> &obj, const String &prop)
+/// Ends what else interpolates the property. The list stays as it is, since a frame may be walking it.
+void InterpolatorComponent::add(const Interpolant &added)
 {
     for (Interpolant &i : interpolants)
-        if (i.obj == obj && i.prop.getName() == prop)
+        if (i.obj == added.obj && i.prop.getName() == added.prop.getName())
             i.takenOver = true;
+    interpolants.push_back(added);
 }
 
 Handle<InterpolatorComponent> getInterpolatorForObject(Handle<Object> obj)
@@ -171,10 +229,12 @@ void interpolateProperty(Handle<Object> obj, const String &prop, const Variant &
 {
     if (const auto interpolator = getInterpolatorForObject(obj).lookup())
         interpolator->addInterpolator(obj, prop, initialValue, finalValue, duration);
+    else if (const auto i = makeInterpolant(obj, prop, initialValue, finalValue, duration, true))
+        waiting().push_back(*i);
 }
 
 void interpolateProperty(Handle<Object> obj, const String &prop, const Variant &finalValue, Seconds duration)
 {
-    if (const auto interpolator = getInterpolatorForObject(obj).lookup())
-        interpolator->addInterpolator(obj, prop, finalValue, duration);
+    if (const auto present = readPresent(obj, prop))
+        interpolateProperty(obj, prop, *present, finalValue, duration);
 }

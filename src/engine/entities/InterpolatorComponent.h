@@ -10,6 +10,8 @@
 
 #include <list>
 
+class Coordinator;
+
 /// One property on its way from a value to another.
 struct Interpolant
 {
@@ -26,6 +28,7 @@ struct Interpolant
 /// Interpolates properties in the time of its level's "master" timer, under the component key "interpolator".
 ///
 /// One that fails is logged as an error and dropped; the property keeps its last value. So is one whose object is gone.
+/// What moves a system goes on in the next level when its own ends.
 class InterpolatorComponent : public SimpleComponent
 {
     KV_REFLECTED(InterpolatorComponent)
@@ -38,7 +41,12 @@ public:
     ///
     /// A call from within this one does nothing.
     void doFrame() override;
+    /// Where the level ends, hands on what moves objects outside it, as systems are.
+    void onMurder() override;
 
+    // Scripts reach the first of the two by its name; an object and five values are more than a call takes.
+    /// Takes a property of an object from its present value to another; see the form with a first value.
+    void addInterpolator(Handle<Object> obj, const String &prop, const Variant &finalValue, Seconds duration);
     /// Takes a property of an object from one value to another.
     ///
     /// Both values are of one type: numbers, vectors or rotations. A duration of 0 sets the final value in the next
@@ -47,8 +55,6 @@ public:
     /// @param duration  seconds
     void addInterpolator(Handle<Object> obj, const String &prop, const Variant &initialValue, const Variant &finalValue,
                          Seconds duration);
-    /// Takes a property of an object from its present value to another; see the form with a first value.
-    void addInterpolator(Handle<Object> obj, const String &prop, const Variant &finalValue, Seconds duration);
 
     /// Whether properties of managers are interpolated; no, unless set.
     bool getAllowManagers() const { return allowManagers; }
@@ -60,9 +66,11 @@ public:
     /// @return whether it has arrived, or why it could not be moved
     ErrorReturn<bool> interpolate(Interpolant &i, TimerTicks frameTime);
 
+    /// Begins in a level, which takes charge now, what was set up or handed on while none was in charge.
+    static void startWaiting(const Coordinator &level);
+
 private:
-    ErrorCode findProperty(const Object &obj, const String &name, PropertyDesc &prop) const;
-    void endOthers(const Handle<Object> &obj, const String &prop);
+    void add(const Interpolant &added);
 
     bool allowManagers = false;
     bool frameRunning = false;
@@ -72,9 +80,11 @@ private:
 /// The interpolator in charge of an object's properties, made at first use.
 ///
 /// That of the nearest entity above the object or the object itself. For what stands in no entity, as managers and
-/// systems do, that of the level in charge, which allows managers; invalid where there is no level.
+/// systems do, that of the level in charge, which allows managers; invalid where no level is in charge.
 Handle<InterpolatorComponent> getInterpolatorForObject(Handle<Object> obj);
 /// Takes a property of an object from one value to another over some seconds; see `InterpolatorComponent`.
+///
+/// While no level is in charge, as before the first one, what stands in none waits for the next.
 void interpolateProperty(Handle<Object> obj, const String &prop, const Variant &initialValue, const Variant &finalValue,
                          Seconds duration);
 /// Takes a property of an object from its present value to another over some seconds; see `InterpolatorComponent`.

@@ -6,7 +6,7 @@
 /// Blends a pair of values of like types: numbers and vectors component by component, rotations on the shorter arc.
 ///
 /// A bool is true for as long as any part of true is in it. A pair of different types, or of types that have nothing
-/// between them, gives NOT_CONVERTIBLE.
+/// between them, gives NOT_LERPABLE.
 class LerpVisitor
 {
 public:
@@ -26,7 +26,7 @@ public:
     template <class From, class To>
     result_type operator()(const From &, const To &) const
     {
-        return ErrorCode(ErrorCode::NOT_CONVERTIBLE);
+        return ErrorCode(ErrorCode::NOT_LERPABLE);
     }
 
 private:

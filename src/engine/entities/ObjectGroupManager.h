@@ -30,6 +30,7 @@ public:
     void removeComponentFromManager(Handle<AbstractComponent> component, Handle<Entity> entity) override;
     /// Murders the component unless it is dying already.
     void destroyComponent(Handle<AbstractComponent> component) override;
+    ReflectorPtr getComponentClass() const override { return ObjectGroupComponent::staticType; }
 
     /// The members of a group, oldest first; borrowed until the group changes.
     const ComponentGroup &getGroup(ObjectGroupComponent::Group g) const;

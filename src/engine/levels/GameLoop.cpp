@@ -1,5 +1,6 @@
 #include "engine/levels/GameLoop.h"
 
+#include "engine/entities/InterpolatorComponent.h"
 #include "engine/levels/PersistentStateComponent.h"
 #include "engine/systems/RunningMark.h"
 #include "engine/time/TimeSystem.h"
@@ -40,7 +41,10 @@ void GameLoopSystem::givePersistentState(Handle<Coordinator> level)
         return;
     const auto holder = holderOf(persistentState);
     if (holder && holder->getParent() == getTypedHandle())
-        return holder->setParent(level);
+    {
+        holder->setParent(level);
+        return;
+    }
     const Handle<PersistentStateComponent> made = PersistentStateComponent::makeFor(level);
     if (holder)
         return; // the level that it was given to goes on beside this one
@@ -88,7 +92,7 @@ void GameLoopSystem::doFrame()
     measureFrame();
     if (!queuedLevel.empty())
     {
-        currentCoordinator = replaceLevel(currentCoordinator, queuedLevel);
+        setCurrentlyActiveCoordinator(replaceLevel(currentCoordinator, queuedLevel));
         queuedLevel = String();
     }
     callFrameCallback();
@@ -142,6 +146,8 @@ void GameLoopSystem::quitWithoutLevel()
 void GameLoopSystem::setCurrentlyActiveCoordinator(Handle<Coordinator> c)
 {
     currentCoordinator = c;
+    if (const auto level = c.lookup())
+        InterpolatorComponent::startWaiting(*level);
 }
 
 Handle<TimeKeeper> GameLoopSystem::getTime()

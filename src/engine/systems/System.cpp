@@ -14,6 +14,18 @@ UpdaterList System::getUpdaters()
     return {};
 }
 
+void System::onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> formerParent)
+{
+    Object::onHierarchyChange(reparentedObject, formerParent);
+    const Handle<Object> root = SystemSystem::getInstance();
+    const Handle<Object> place = getHandle() == root ? Handle<Object>() : root;
+    if (reparentedObject != getHandle() || getParent() == place || isDying())
+        return;
+    KV_LOGF(Logger_::I_ERROR, "setParent: the system %s cannot be moved; systems outlive every level",
+            getName().toCString());
+    setParent(place);
+}
+
 Handle<System> getSystem(const ReflectorPtr &type)
 {
     auto systems = SystemSystem::getInstance().lookup();

@@ -18,6 +18,9 @@ public:
 
     System() = default;
 
+    /// Keeps the system in its place: one that somebody moves is put back, with an error logged.
+    void onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> formerParent) override;
+
 protected:
     friend class SystemSystem;
 

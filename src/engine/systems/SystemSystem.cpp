@@ -1,13 +1,9 @@
 #include "engine/systems/SystemSystem.h"
 
-#include "engine/levels/BranchPostOffice.h"
-#include "engine/levels/GameLoop.h"
-#include "engine/levels/PersistentStateComponent.h"
+#include "engine/levels/ObjectLayer.h"
 #include "object/reflection/AutoReflector.h"
-#include "object/messages/PostOffice.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"
-#include "object/tree/WellKnownPaths.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
@@ -16,33 +12,6 @@ Handle<SystemSystem> SystemSystem::instance;
 
 namespace
 {
-Handle<Object> systemsRoot()
-{
-    return SystemSystem::getInstance();
-}
-
-Handle<Object> currentLevelRoot()
-{
-    auto loop = getSystem<GameLoopSystem>().lookup();
-    return loop ? loop->getCurrentlyActiveCoordinator() : Handle<Coordinator>();
-}
-
-void recordPersistentCall(const Handle<Object> &store, const Handle<Object> &object, const String &funcName,
-                          const SavedArguments &arguments)
-{
-    if (const auto state = handle_cast<PersistentStateComponent>(store).lookup())
-        state->addFunction(object, funcName, arguments);
-}
-
-/// What the object layer cannot know: where its path prefixes start, where a level's messages go and who keeps calls.
-void connectObjectLayer()
-{
-    registerPathPrefix(WellKnownPaths::currentLevel, currentLevelRoot);
-    registerPathPrefix(WellKnownPaths::systems, systemsRoot);
-    PostOffice().setBranchDelivery(deliverToCurrentBranch);
-    setPersistentCallRecorder(recordPersistentCall);
-}
-
 /// Lets the scripts set the system's properties. Without an interpreter there is nobody to do so.
 void configure(const Handle<System> &system, const String &className)
 {

@@ -58,11 +58,12 @@ bool addAttribute(PyObject *attributes, const String &name, PythonRef value)
 
 bool addMembers(PyObject *attributes, const DoxyElement &objectClass, const DoxyElement *base)
 {
-    for (const ReflectorPtr &thing : objectClass.getMemberList())
+    for (const DoxyRef &listed : objectClass.getMemberRefs())
     {
-        const String name = thing->getName();
+        const String name = listed.obj->getName();
         const DoxyElement *const member = objectClass.findMember(name);
-        if (!member || member != thing.get() || (base && base->findMember(name) == member))
+        if (member != listed.obj || listed.prot != IReflectedThing::PUBLIC ||
+            (base && base->findMember(name) == member))
             continue;
         PythonRef attribute = attributeFor(objectClass, *member);
         if (attribute && !addAttribute(attributes, name, std::move(attribute)))

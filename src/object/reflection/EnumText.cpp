@@ -4,7 +4,7 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
+#include <string_view>
 
 const EnumEntry *EnumTable::find(std::int64_t value) const
 {
@@ -15,13 +15,12 @@ const EnumEntry *EnumTable::find(std::int64_t value) const
 
 const EnumEntry *EnumTable::find(const String &text) const
 {
-    const char *wanted = text.toCString();
+    // Whole texts: one that a script gives may go on behind a zero byte.
+    const std::string_view wanted(text.toCString(), text.size());
     const EnumEntry *end = entries + count;
-    const EnumEntry *found = std::find_if(entries, end,
-                                          [&](const EnumEntry &e) {
-                                              return std::strcmp(e.name, wanted) == 0 ||
-                                                     (hasQualifiedNames && std::strcmp(e.qualifiedName, wanted) == 0);
-                                          });
+    const EnumEntry *found = std::find_if(
+        entries, end,
+        [&](const EnumEntry &e) { return wanted == e.name || (hasQualifiedNames && wanted == e.qualifiedName); });
     return found == end ? nullptr : found;
 }
 

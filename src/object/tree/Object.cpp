@@ -55,15 +55,15 @@ String Object::toString() const
                           reinterpret_cast<std::size_t>(this));
 }
 
-void Object::setParent(Handle<Object> newParent)
+ErrorCode Object::setParent(Handle<Object> newParent)
 {
     if (newParent == parent)
-        return;
+        return ErrorCode::SUCCESS;
     if (newParent.isValid() && isAncestorOf(newParent))
     {
-        KV_LOGF(Logger_::I_ERROR, "%s cannot become a descendant of itself under %s", toString().toCString(),
-                newParent.toString().toCString());
-        return;
+        KV_LOGF(Logger_::I_ERROR, "setParent: '%s' cannot hang below '%s', which is the same object or stands below it",
+                getName().toCString(), newParent.lookup()->getName().toCString());
+        return ErrorCode::BAD_HANDLE;
     }
 
     const Handle<Object> oldParent = parent;
@@ -73,6 +73,8 @@ void Object::setParent(Handle<Object> newParent)
     if (auto next = newParent.lookup())
         next->children.push_back(this_);
     sendHierarchyChangeNotification(this_, oldParent);
+    // An object that must keep its place goes back to it when it is told.
+    return parent == newParent ? ErrorCode::SUCCESS : ErrorCode::BAD_HANDLE;
 }
 
 bool Object::isAncestorOf(const Handle<Object> &other) const
@@ -197,10 +199,12 @@ String Object::getName() const
 
 void Object::setName(const String &newName)
 {
-    if (newName.empty())
-        name = String();
-    else if (newName != name)
-        name = newName;
+    if (newName == name)
+        return;
+    if (std::memchr(newName.begin(), '/', newName.size()))
+        KV_LOGF(Logger_::I_WARNING, "The name '%s' holds a '/', which separates names in a path: no path leads there",
+                newName.toCString());
+    name = newName;
 }
 
 namespace

@@ -64,7 +64,9 @@ public:
     /// Moves this object under another parent, behind its present children; an invalid handle takes it out of the tree.
     ///
     /// The whole subtree is told through `onHierarchyChange`. The present parent changes nothing and tells nobody.
-    void setParent(Handle<Object> newParent);
+    /// @return BAD_HANDLE, with an error logged, for a parent that this object cannot have: itself, what stands below
+    ///         it, for a system any but the one of all systems
+    ErrorCode setParent(Handle<Object> newParent);
 
     /// Marks this object and its subtree for death at the next cremation; once marked there is no way back.
     void murder();
@@ -97,6 +99,8 @@ public:
     /// The object's name; the first read of an unnamed object makes one up that stays.
     String getName() const;
     /// Names the object; an empty name makes it unnamed again.
+    ///
+    /// A name with a "/" is warned of: no path leads to what has one.
     void setName(const String &newName);
 
     /// Reads a property by name: NO_SUCH_PROPERTY, PROPERTY_NOT_READABLE, or what the getter gives.

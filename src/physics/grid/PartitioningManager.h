@@ -27,6 +27,7 @@ public:
     void removeComponentFromManager(Handle<AbstractComponent> component, Handle<Entity> entity) override;
     /// Murders the grid unless it is dying already.
     void destroyComponent(Handle<AbstractComponent> component) override;
+    ReflectorPtr getComponentClass() const override { return PartitioningGrid::staticType; }
 
 private:
     ComponentSet components;

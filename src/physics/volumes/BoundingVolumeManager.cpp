@@ -13,3 +13,8 @@ Handle<AbstractComponent> BoundingVolumeManager::constructComponent(const Reflec
 {
     return constructDerived(type, BoundingVolume::staticType);
 }
+
+ReflectorPtr BoundingVolumeManager::getComponentClass() const
+{
+    return BoundingVolume::staticType;
+}

@@ -12,4 +12,5 @@ public:
 
     void doFrame() override;
     Handle<AbstractComponent> constructComponent(const ReflectorPtr &type) override;
+    ReflectorPtr getComponentClass() const override;
 };

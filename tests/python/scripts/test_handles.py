@@ -47,6 +47,24 @@ def test_DerivedTypeShowsInheritedMembersAndItsOwn():
     assert {'speed', 'boost', 'addValue', 'children', 'setParent'} <= set(dir(fast))
 
 
+def test_WhatIsNotPublicIsNoAttribute():
+    assert not hasattr(probe(), 'countEdges')
+    assert not hasattr(kaVel.make('GlobalConfigSystem'), 'systemStartup')
+
+
+def test_OfOverloadsTheFirstIsCalled():
+    interpolator = kaVel.make('InterpolatorComponent')
+    interpolator.addInterpolator(probe(speed=1), 'speed', 3.0, 0.0)
+    assert interpolator.interpolantCount == 1
+
+
+def test_AParentThatCannotBeRaises():
+    p, child = probe(), probe()
+    child.setParent(p)
+    with raises(RuntimeError, 'Call to Object::setParent failed: BAD_HANDLE: <No error description.>'):
+        p.setParent(child)
+
+
 def test_ValuesPassBothWaysUnchanged():
     p = probe()
     assert p.echoInt(-7) == -7 and p.echoDouble(0.1) == 0.1

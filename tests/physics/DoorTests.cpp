@@ -107,6 +107,46 @@ struct Doorway
 typedef Doorway<DoorPhysics> Hinged;
 typedef Doorway<SlidingDoorPhysics> Sliding;
 
+/// What leaves must not press against each other: a crate in a leaf's way, and who keeps it there.
+struct Jam
+{
+    Vec4 crate;
+    std::vector<Vec4> behind;                 ///< further crates
+    std::vector<std::pair<Vec4, Vec4>> walls; ///< places and extents
+    float waiting;                            ///< where it keeps the leaf
+};
+
+template <class Physics>
+void expectToWaitIn(const Jam &jam)
+{
+    Doorway<Physics> doorway;
+    const Vec4 size(0.5f, 0.5f, 0.5f, 0);
+    for (const float x : {-6.f, 12.f}) // a floor with a seam on the crate's way
+        doorway.world.box(BoundingVolume::BV_WALL, Vec4(x - 0.1f, -0.5f, -2, 1), Vec4(18, 1, 20, 0));
+    std::vector<TestBox> crates = {doorway.world.box(BoundingVolume::BV_BOX, jam.crate, size)}, walls;
+    for (const Vec4 &place : jam.behind)
+        crates.push_back(doorway.world.box(BoundingVolume::BV_BOX, place, size));
+    for (const auto &[place, extents] : jam.walls)
+        walls.push_back(doorway.world.box(BoundingVolume::BV_WALL, place, extents));
+    for (const TestBox &crate : crates)
+        crate.body->setDamping(0.1f);
+    doorway.door->onLoadComplete();
+    doorway.run(30);
+    doorway.door->interact(NOBODY);
+    doorway.run(240);
+    EXPECT_NEAR(wayOf(*doorway.door), jam.waiting, 0.07f); // crates sink into each other a little
+    const float waiting = wayOf(*doorway.door);
+    const Vec4 stood = crates.back().transform->getPosition();
+    doorway.run(240);
+    EXPECT_NEAR(wayOf(*doorway.door), waiting, 0.004f) << "neither shakes nor creeps";
+    EXPECT_LT((crates.back().transform->getPosition() - stood).magnitude(), 0.01f) << "is not pressed into the wall";
+    for (const TestBox &wall : walls)
+        wall.entity.lookup()->murder();
+    doorway.run(240);
+    EXPECT_GE(wayOf(*doorway.door), 1.f) << "pushes on what can be pushed";
+    EXPECT_GT((crates.front().transform->getPosition() - jam.crate).magnitude(), 0.2f);
+}
+
 } // namespace
 
 TEST(Doors, SwingAwayFromWhoeverOpensThemToTheSameAngleAtAnyFrameRate)
@@ -206,6 +246,16 @@ TEST(Doors, WaitForAPlayerInTheirWay)
         doorway.run(2 * rate + 4);
         EXPECT_TRUE(doorway.isAsPlaced()) << "goes on";
     }
+}
+
+TEST(Doors, WaitForACrateThatHasNowhereToGoAndPushOthers)
+{
+    const std::pair<Vec4, Vec4> side(Vec4(2.2f, 1, -3, 1), Vec4(0.2f, 2, 2, 0));
+    expectToWaitIn<DoorPhysics>(
+        {Vec4(2.6f, 0.25f, -2.9f, 1), {}, {side, {Vec4(3, 1, -3.3f, 1), Vec4(2, 2, 0.2f, 0)}}, 1.1f});
+    const auto end = [](float x) { return std::make_pair(Vec4(x + 0.1f, 1, -2, 1), Vec4(0.2f, 2, 2, 0)); };
+    expectToWaitIn<SlidingDoorPhysics>({Vec4(3.9f, 0.25f, -2, 1), {}, {end(4.5f)}, 0.5f});
+    expectToWaitIn<SlidingDoorPhysics>({Vec4(3.9f, 0.25f, -2, 1), {Vec4(4.5f, 0.25f, -2, 1)}, {end(5)}, 0.5f});
 }
 
 TEST(Doors, CloseAsPlacedAjarAndMovedWithTheirHinge)

@@ -2,7 +2,7 @@
 
 #include "physics/volumes/BoundingVolume.h"
 #include "physics/volumes/FiniteProperty.h"
-#include "physics/doors/LeafClearance.h"
+#include "physics/doors/LeafNeighbours.h"
 #include "physics/bodies/SoundRequest.h"
 
 #include "engine/entities/ComponentKeys.h"
@@ -83,7 +83,7 @@ void DoorPhysics::doFrame(Seconds frameTime)
         addTorque(swingTorque(seconds));
     turnByTorques(seconds);
     const float wanted = prevAngle + getAngularVelocity().dot(pivot) * seconds;
-    const float angle = clearOfPlayers(stopped(wanted, driven));
+    const float angle = clearOfNeighbours(stopped(wanted, driven));
     if (angle == prevAngle)
         setAngularVelocity(Vec4());
     prevAngle = angle;
@@ -324,23 +324,23 @@ bool DoorPhysics::reaches(float angle) const
     return std::fabs(left) < LeafDrive::ARRIVED || sameSide(angle - targetAngle, targetAngle - prevAngle);
 }
 
-/// As far towards an angle as no player stands in the leaf's way.
-float DoorPhysics::clearOfPlayers(float angle)
+/// As far towards an angle as neither a player nor a body that has nowhere to go stands in the leaf's way.
+float DoorPhysics::clearOfNeighbours(float angle)
 {
     TransformComponent *const transform = findTransform();
     const BoundingVolume *const volume = findVolume();
     if (!transform || !volume || angle == prevAngle)
         return angle;
-    const LeafClearance clearance(*volume, *transform,
-                                  2.f * pivotPosition.magnitude() + volume->getHitBox().magnitude());
+    const LeafNeighbours neighbours(*volume, *transform,
+                                    2.f * pivotPosition.magnitude() + volume->getHitBox().magnitude());
     const float farthest = swinging ? targetAngle : std::copysign(QUARTER_TURN, angle - prevAngle);
     const float clear =
-        clearance.freeUpTo(prevAngle, angle, farthest,
-                           [&](float place)
-                           {
-                               const Pose pose = poseAt(closedAngle + place);
-                               return StandingBox(*volume, pose.position, pose.orientation.generateRotation());
-                           });
+        neighbours.freeUpTo(prevAngle, angle, farthest,
+                            [&](float place)
+                            {
+                                const Pose pose = poseAt(closedAngle + place);
+                                return leafBox(*volume, pose.position, pose.orientation.generateRotation());
+                            });
     if (clear != angle)
         drive.stop();
     return clear;

@@ -23,10 +23,10 @@
 ///     volume.setInteractFunc(door.interact)
 ///
 /// It opens away from whoever opens it, gathers speed as something heavy does and eases out; it falls shut at
-/// `closingVelocity`. What it runs into it pushes, but for a player it waits. A torque of a script turns it too: it
-/// then stays where it comes to rest. Contacts do not move it, whatever mass it is given. A "parentFollower" beside it
-/// would place the leaf in every frame too, and the door not turn: a door of something that moves is a
-/// SlidingDoorPhysics.
+/// `closingVelocity`. What it runs into it pushes, but for a player, and for a crate that has nowhere to go, it waits. A
+/// torque of a script turns it too: it then stays where it comes to rest. Contacts do not move it, whatever mass it is
+/// given. A "parentFollower" beside it would place the leaf in every frame too, and the door not turn: a door of
+/// something that moves is a SlidingDoorPhysics.
 class DoorPhysics : public RigidBody
 {
     KV_REFLECTED(DoorPhysics)
@@ -121,7 +121,7 @@ private:
     void turnByTorques(float seconds);
     float stopped(float angle, bool driven);
     bool reaches(float angle) const;
-    float clearOfPlayers(float angle);
+    float clearOfNeighbours(float angle);
 
     float offsetAngle = 0.f;               ///< turn of the transform from the placed pose, radians
     Vec4 pivot = Vec4(0.f, 1.f, 0.f, 0.f); ///< axis of the angles

@@ -2,7 +2,7 @@
 
 #include "physics/volumes/BoundingVolume.h"
 #include "physics/volumes/FiniteProperty.h"
-#include "physics/doors/LeafClearance.h"
+#include "physics/doors/LeafNeighbours.h"
 #include "physics/bodies/SoundRequest.h"
 
 #include "engine/entities/ComponentKeys.h"
@@ -66,7 +66,7 @@ void SlidingDoorPhysics::doFrame(Seconds frameTime)
     if (!sliding)
         return;
     const float end = open ? travel() : 0.f;
-    currentOffset = clearOfPlayers(nextOffset(end, seconds));
+    currentOffset = clearOfNeighbours(nextOffset(end, seconds));
     stand();
     if (currentOffset == end)
     {
@@ -239,8 +239,8 @@ void SlidingDoorPhysics::stand()
         setPlace(closedPlace + slideTo(currentOffset));
 }
 
-/// As far towards an offset as no player stands in the leaf's way.
-float SlidingDoorPhysics::clearOfPlayers(float offset)
+/// As far towards an offset as neither a player nor a body that has nowhere to go stands in the leaf's way.
+float SlidingDoorPhysics::clearOfNeighbours(float offset)
 {
     TransformComponent *const transform = findTransform();
     const BoundingVolume *const volume = findVolume();
@@ -248,11 +248,11 @@ float SlidingDoorPhysics::clearOfPlayers(float offset)
         return offset;
     const Matrix4 turned = transform->getOrientation().generateRotation();
     const Vec4 along = turned * line();
-    const LeafClearance clearance(*volume, *transform,
-                                  std::fabs(offset - currentOffset) + volume->getHitBox().magnitude());
+    const LeafNeighbours neighbours(*volume, *transform,
+                                    std::fabs(offset - currentOffset) + volume->getHitBox().magnitude());
     const auto boxAt = [&](float place)
-    { return StandingBox(*volume, transform->getPosition() + along * (place - currentOffset), turned); };
-    const float clear = clearance.freeUpTo(currentOffset, offset, open ? travel() : 0.f, boxAt);
+    { return leafBox(*volume, transform->getPosition() + along * (place - currentOffset), turned); };
+    const float clear = neighbours.freeUpTo(currentOffset, offset, open ? travel() : 0.f, boxAt);
     if (clear != offset)
         drive.stop();
     return clear;

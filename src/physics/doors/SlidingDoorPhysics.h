@@ -14,8 +14,9 @@ class TransformOffsetComponent;
 ///
 /// The entity's transform is the middle of the closed leaf, its volume a box about that, of the type BV_DOOR. The leaf
 /// slides along the line of `openVelocity`, as far as it is wide along that line, gathering speed and easing out, and
-/// stops at both ends exactly. What it runs into it pushes, but for a player it waits. Where a "parentFollower" stands
-/// beside it, the leaf slides in front of its parent: the follower's offset moves, and the follower the transform.
+/// stops at both ends exactly. What it runs into it pushes, but for a player, and for a crate that has nowhere to go, it
+/// waits. Where a "parentFollower" stands beside it, the leaf slides in front of its parent: the follower's offset
+/// moves, and the follower the transform.
 ///
 ///     kaVel.addComponent(leaf, 'boundingVolume', 'BoundingVolume', hitBox=kaVel.Vec4(1.2, 2.1, 0.08, 0),
 ///                        volumeType='BV_DOOR')
@@ -95,7 +96,7 @@ private:
     void startSlide();
     float nextOffset(float end, float seconds);
     void stand();
-    float clearOfPlayers(float offset);
+    float clearOfNeighbours(float offset);
     void recordState();
 
     bool open = false;

@@ -104,6 +104,13 @@ public:
     {
         grid.forEachIn(cells, function);
     }
+    /// The same with the static volumes after the moving ones.
+    template <class Function>
+    void forEachVolume(const CellRect &cells, Function function) const
+    {
+        grid.forEachIn(cells, function);
+        staticGrid.forEachIn(cells, function);
+    }
     /// The last request that marked a cell; 0 for none and outside the grid.
     RequestHandle getCellLastRequest(int x, int z) const;
     /// Marks a cell; nothing happens outside the grid.

@@ -4,6 +4,7 @@
 #include "physics/volumes/BoundingVolume.h"
 #include "physics/doors/DoorCalls.h"
 #include "physics/volumes/ScriptFaults.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/bodies/SoundRequest.h"
 
 #include "engine/entities/ComponentKeys.h"
@@ -83,7 +84,7 @@ void PhysicsComponent::hitCreditsTrigger(Handle<Object> phys)
 {
     const auto body = bodyOf(phys).lookup();
     const BoundingVolume *const volume = body ? body->findVolume() : nullptr;
-    if (!volume || volume->getVolumeType() != BoundingVolume::BV_PLAYER)
+    if (!volume || !VolumeTraits::of(*volume).isPlayer)
         return;
     disarm(findVolume());
     splashCredits();

@@ -1,6 +1,7 @@
 #include "physics/bodies/PhysicsManager.h"
 
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/grid/Prefetch.h"
 #include "physics/bodies/RigidBody.h"
 
@@ -48,9 +49,9 @@ void PhysicsManager::prefetchBehind(std::size_t index) const
 void PhysicsManager::moveBody(PhysicsComponent &body, Seconds frameTime)
 {
     const BoundingVolume *const volume = body.findVolume();
-    if (!volume || volume->getVolumeType() == BoundingVolume::BV_WALL)
+    if (!volume || VolumeTraits::of(*volume).isStatic)
         return;
-    const bool isShadow = volume->getVolumeType() == BoundingVolume::BV_SHADOW;
+    const bool isShadow = VolumeTraits::of(*volume).isShadow;
     body.addForce(Vec4(0.f, -GRAVITY_FORCE, 0.f, 0.f));
     body.doFrame(frameTime);
     if (!isShadow)

@@ -2,6 +2,7 @@
 
 #include "physics/doors/PushProbe.h"
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/grid/CellRect.h"
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/PhysicsComponent.h"
@@ -33,7 +34,7 @@ void addOnce(BoundingVolume &volume, BoundingVolume **list, std::size_t room, st
 void reportUnmovedLeaf(PhysicsComponent &leaf)
 {
     const BoundingVolume *const volume = leaf.findVolume();
-    if (!volume || volume->getVolumeType() == BoundingVolume::BV_WALL)
+    if (!volume || VolumeTraits::of(*volume).isStatic)
         KV_LOGF(Logger_::I_ERROR, "%s of %s: this door will not move; give it a boundingVolume of the type BV_DOOR.",
                 leaf.getName().toCString(), leaf.getParent().toString().toCString());
 }
@@ -76,7 +77,7 @@ void LeafNeighbours::add(BoundingVolume &volume)
 {
     if (!volume.findTransform())
         return;
-    if (volume.getVolumeType() == BoundingVolume::BV_PLAYER)
+    if (VolumeTraits::of(volume).isPlayer)
         addOnce(volume, players, MOST_PLAYERS, playerCount);
     else if (PushProbe::isMovable(volume))
         addOnce(volume, bodies, MOST_BODIES, bodyCount);

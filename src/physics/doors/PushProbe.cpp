@@ -1,6 +1,7 @@
 #include "physics/doors/PushProbe.h"
 
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/grid/CellRect.h"
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/PhysicsComponent.h"
@@ -57,23 +58,13 @@ float depthBetween(const PushedShape &shape, const PushedShape &other)
 /// Whether contacts stop bodies at a volume.
 bool isSolid(BoundingVolume &volume)
 {
-    switch (volume.getVolumeType())
-    {
-    case BoundingVolume::BV_SPHERE:
-    case BoundingVolume::BV_BOX:
-    case BoundingVolume::BV_WALL:
-    case BoundingVolume::BV_DOOR:
-    case BoundingVolume::BV_PLAYER:
-        return volume.findPhysics() != nullptr;
-    default:
-        return false;
-    }
+    return VolumeTraits::of(volume).isSolid && volume.findPhysics();
 }
 
 } // namespace
 
 PushedShape::PushedShape(BoundingVolume &volume)
-    : isBall(volume.getVolumeType() == BoundingVolume::BV_SPHERE), isMovable(PushProbe::isMovable(volume))
+    : isBall(VolumeTraits::of(volume).shape == VolumeTraits::BALL), isMovable(PushProbe::isMovable(volume))
 {
     const TransformComponent *const place = volume.findTransform();
     if (!place)
@@ -98,9 +89,7 @@ struct PushProbe::Pushed
 
 bool PushProbe::isMovable(BoundingVolume &volume)
 {
-    const bool isBody =
-        volume.getVolumeType() == BoundingVolume::BV_BOX || volume.getVolumeType() == BoundingVolume::BV_SPHERE;
-    return isBody && volume.findPhysics() && volume.findPhysics()->getInverseMass() > 0.f;
+    return VolumeTraits::of(volume).isBody && volume.findPhysics() && volume.findPhysics()->getInverseMass() > 0.f;
 }
 
 bool PushProbe::givesWay(BoundingVolume &body, const OrientedBox &from, const OrientedBox &to)

@@ -1,6 +1,7 @@
 #include "physics/grid/PartitioningGrid.h"
 
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/levels/MapRootEntity.h"
@@ -172,7 +173,7 @@ void PartitioningGrid::addVolume(Handle<BoundingVolume> vol)
         return;
     const VolumeMeasure measure = volume->measureAt(*transform);
     const CellRect cells = placeRectangle(*volume, measure);
-    fillCells(cells, vol, measure.outline, volume->getVolumeType() == BoundingVolume::BV_WALL);
+    fillCells(cells, vol, measure.outline, VolumeTraits::of(*volume).isStatic);
     volume->gridPlace.cells = cells;
 }
 

@@ -2,6 +2,7 @@
 #include "physics/grid/PartitioningGrid.h"
 
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/bodies/RigidCollision.h"
 
 #include "engine/debug/DebugCollector.h"
@@ -29,7 +30,7 @@ bool wants(bool switchOfThis)
 Vec4 placeOf(const RigidCollision &contact)
 {
     const auto first = contact.volumes[0].lookup();
-    if (!first || first->getVolumeType() != BoundingVolume::BV_SPHERE)
+    if (!first || VolumeTraits::of(*first).shape != VolumeTraits::BALL)
         return contact.contactPos;
     const auto transform = handle_cast<TransformComponent>(first->getSibling(ComponentKeys::transform)).lookup();
     return transform ? transform->getPosition() - contact.contactNormal * (0.5f * first->getHitBox().x)

@@ -1,6 +1,7 @@
 #include "physics/triggers/EventTriggerVolume.h"
 
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
@@ -91,7 +92,7 @@ bool EventTriggerVolume::touchesPlayer() const
     const auto isPlayer = [](const Handle<BoundingVolume> &h)
     {
         const auto collider = h.lookup();
-        return collider && collider->getVolumeType() == BoundingVolume::BV_PLAYER;
+        return collider && VolumeTraits::of(*collider).isPlayer;
     };
     return std::any_of(volume->getColliders().begin(), volume->getColliders().end(), isPlayer);
 }

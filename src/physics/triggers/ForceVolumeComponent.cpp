@@ -1,6 +1,7 @@
 #include "physics/triggers/ForceVolumeComponent.h"
 
 #include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/grid/CellRect.h"
 #include "physics/volumes/FiniteProperty.h"
 #include "physics/grid/PartitioningGrid.h"
@@ -44,22 +45,6 @@ struct Pushed
     explicit operator bool() const { return body && transform; }
 };
 
-/// Whether forces are for what a volume stands for: what the physics move, but neither doors nor shadows.
-bool isPushable(BoundingVolume::VolumeType type)
-{
-    switch (type)
-    {
-    case BoundingVolume::BV_WALL:
-    case BoundingVolume::BV_DOOR:
-    case BoundingVolume::BV_SHADOW:
-    case BoundingVolume::BV_CONTAINER:
-    case BoundingVolume::BV_PARTITIONING_DUMMY:
-        return false;
-    default:
-        return true;
-    }
-}
-
 bool isBefore(const ProjectileInfo &info, const Handle<BoundingVolume> &volume)
 {
     return info.hBoundingVolume < volume;
@@ -100,7 +85,7 @@ bool easeSpinOut(ProjectileInfo &info, RigidBody &body, Seconds seconds)
 /// The body, if it is one that may spin.
 RigidBody *spinning(const Pushed &pushed)
 {
-    if (pushed.volume->getVolumeType() == BoundingVolume::BV_PLAYER)
+    if (VolumeTraits::of(*pushed.volume).isPlayer)
         return nullptr;
     return handle_cast<RigidBody>(getHandle(pushed.body)).lookup().ptr;
 }
@@ -212,7 +197,7 @@ bool ForceVolumeComponent::makeField(Field &field)
     field.centre = transform->getPosition();
     field.rotation = transform->getOrientation().generateRotation();
     field.half = volume->getHitBox() * 0.5f;
-    field.isBall = volume->getVolumeType() == BoundingVolume::BV_SPHERE;
+    field.isBall = VolumeTraits::of(*volume).shape == VolumeTraits::BALL;
 
     Vec4 own = forceOrientation.generateRotation() * forceDirection;
     own.w = 0.f;
@@ -240,7 +225,7 @@ void ForceVolumeComponent::takeInsiders(const Field &field)
                               [&](const Handle<BoundingVolume> &h)
                               {
                                   const Pushed pushed(h);
-                                  if (pushed && pushed.volume != own && isPushable(pushed.volume->getVolumeType()) &&
+                                  if (pushed && pushed.volume != own && VolumeTraits::of(*pushed.volume).takesForces &&
                                       field.contains(pushed.transform->getPosition()))
                                       take(h);
                               });

@@ -1,5 +1,6 @@
 #include "physics/volumes/BoundingVolume.h"
 
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/PhysicsComponent.h"
 
@@ -33,7 +34,8 @@ SavedArguments lastArguments(const SavedArguments &all, std::size_t count)
 
 void BoundingVolume::onLoadComplete()
 {
-    const float least = volumeType == BV_SPHERE ? hitBox.x : std::min(hitBox.x, std::min(hitBox.y, hitBox.z));
+    const bool isBall = VolumeTraits::of(volumeType).shape == VolumeTraits::BALL;
+    const float least = isBall ? hitBox.x : std::min(hitBox.x, std::min(hitBox.y, hitBox.z));
     if (!(least > 0.f))
         KV_LOGF(Logger_::I_WARNING, "%s of %s has no extent: its hitBox is %s, and every side must be longer than 0.",
                 getName().toCString(), getParent().toString().toCString(), hitBox.toString().toCString());
@@ -67,7 +69,8 @@ void BoundingVolume::doFrame()
              gridLayout != PartitioningGrid::getLayoutNumber())
     {
         if (const auto grid = PartitioningGrid::ofMap(map).lookup())
-            grid->moveVolume(getHandle(this), previousPosition, previousOrientation, volumeType == BV_WALL);
+            grid->moveVolume(getHandle(this), previousPosition, previousOrientation,
+                             VolumeTraits::of(volumeType).isStatic);
     }
     else if (height != previousHeight || typeChanged)
     {
@@ -85,7 +88,8 @@ void BoundingVolume::doFrame()
 /// Whether the type has changed so that the volume belongs among the static ones now, or no longer.
 bool BoundingVolume::standsInWrongList() const
 {
-    return typeChanged && gridPlace.slot != VolumeListGrid::NO_SLOT && gridPlace.isStatic != (volumeType == BV_WALL);
+    return typeChanged && gridPlace.slot != VolumeListGrid::NO_SLOT &&
+           gridPlace.isStatic != VolumeTraits::of(volumeType).isStatic;
 }
 
 void BoundingVolume::setTriggerFunc(ReflectorPtr func)
@@ -163,9 +167,7 @@ const Matrix4 &BoundingVolume::rotationOf(const TransformComponent &transform)
 VolumeMeasure BoundingVolume::measureAt(const TransformComponent &transform)
 {
     // A ball, and what lights and bullets notice of the player, is measured about the middle, whatever the box.
-    const bool isBall = volumeType == BV_SPHERE || volumeType == BV_PARTITIONING_DUMMY || volumeType == BV_BULLET ||
-                        volumeType == BV_CONTAINER;
-    const float radius = isBall ? 0.5f * std::fabs(hitBox.x) : 0.f;
+    const float radius = VolumeTraits::of(volumeType).reachesAsBall ? 0.5f * std::fabs(hitBox.x) : 0.f;
     const Matrix4 &turned = rotationOf(transform);
     VolumeMeasure measure;
     measure.centre = transform.getPosition();

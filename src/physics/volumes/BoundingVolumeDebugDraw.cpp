@@ -1,6 +1,8 @@
 // BoundingVolume: its outline for developers.
 #include "physics/volumes/BoundingVolume.h"
 
+#include "physics/volumes/VolumeTraits.h"
+
 #include "engine/debug/DebugCollector.h"
 #include "engine/debug/DebugShapes.h"
 #include "engine/debug/GlobalConfigSystem.h"
@@ -12,24 +14,6 @@
 
 namespace
 {
-
-Vec4 colorOf(BoundingVolume::VolumeType type)
-{
-    static const Vec4 colors[BoundingVolume::NUM_VOLUMES] = {
-        Vec4(1.f, 0.9f, 0.2f, 1.f),   // BV_SPHERE: yellow
-        Vec4(1.f, 0.55f, 0.1f, 1.f),  // BV_BOX: orange
-        Vec4(0.5f, 0.5f, 0.5f, 1.f),  // BV_NONE: grey
-        Vec4(0.3f, 0.5f, 1.f, 1.f),   // BV_WALL: blue
-        Vec4(0.2f, 0.9f, 0.9f, 1.f),  // BV_DOOR: cyan
-        Vec4(1.f, 1.f, 1.f, 1.f),     // BV_PLAYER: white
-        Vec4(0.6f, 0.2f, 0.8f, 1.f),  // BV_SHADOW: purple
-        Vec4(1.f, 0.15f, 0.15f, 1.f), // BV_BULLET: red
-        Vec4(1.f, 0.6f, 0.8f, 1.f),   // BV_PARTICLE: pink
-        Vec4(0.6f, 0.45f, 0.3f, 1.f), // BV_CONTAINER: brown
-        Vec4(0.35f, 0.35f, 0.2f, 1.f) // BV_PARTITIONING_DUMMY: olive
-    };
-    return colors[type];
-}
 
 /// Of what answers to the player: a trigger, or what he can use.
 const Vec4 ANSWER_COLOR(0.2f, 1.f, 0.3f, 1.f);
@@ -76,12 +60,13 @@ void BoundingVolume::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
     TransformComponent *const transform = findTransform();
     if (!transform || !isFinite(transform->getPosition()))
         return;
-    const Vec4 color = colorOf(volumeType), place = transform->getPosition();
+    const VolumeTraits &traits = VolumeTraits::of(volumeType);
+    const Vec4 color = traits.debugColor, place = transform->getPosition();
     const Matrix4 toWorld = transform->getOrientation().generateRotation(place);
     const BoxCorners corners = findBoxCorners(toWorld, hitBox);
-    if (volumeType == BV_SPHERE)
+    if (traits.shape == VolumeTraits::BALL)
         drawSphere(*collector, place, hitBox.x * 0.5f, color);
-    else if (volumeType == BV_BULLET)
+    else if (traits.shape == VolumeTraits::LINE)
     {
         const Vec4 half = toWorld.getColumn(2) * (0.5f * hitBox.z);
         collector->addLine3D(place - half, place + half, color);

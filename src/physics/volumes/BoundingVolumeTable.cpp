@@ -2,6 +2,7 @@
 #include "physics/volumes/BoundingVolume.h"
 
 #include "physics/volumes/Collision.h"
+#include "physics/volumes/VolumeTraits.h"
 #include "physics/bodies/PhysicsComponent.h"
 
 #include "engine/entities/Entity.h"
@@ -46,7 +47,7 @@ void BoundingVolume::setVolumeType(VolumeType t)
     }
     volumeType = t;
     typeChanged = true;
-    if (t != BV_PARTICLE)
+    if (!VolumeTraits::of(t).keepsTests)
         collisionTable = testsOfType(t);
 }
 
@@ -67,7 +68,7 @@ bool BoundingVolume::colliding(Handle<BoundingVolume> other, std::vector<Collisi
         return false;
     collisions.push_back(other);
     volume->collisions.push_back(getHandle(this));
-    if (volumeType != BV_PLAYER && volume->volumeType != BV_PLAYER)
+    if (!VolumeTraits::of(volumeType).isPlayer && !VolumeTraits::of(*volume).isPlayer)
         return true;
     if (trigger)
         setOffTrigger(*volume, found, before);

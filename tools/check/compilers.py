@@ -6,17 +6,17 @@ import tempfile
 
 LEVEL = "Workshop"
 FRAMES = 90
-BUILDS = ("release", "clang")
+# What a build's game is compared with: that of the other compiler, as it is shipped.
+OTHERS = {"release": "clang", "clang": "release", "clang-sanitize": "release"}
 
 
 def other_build(build):
-    return build.parent / BUILDS[1 - BUILDS.index(build.name)] if build.name in BUILDS else build
+    return build.parent / OTHERS[build.name]
 
 
 def has_both(build):
     """Whether the game of this build and that of the other compiler are of the present sources."""
-    other = other_build(build)
-    return other != build and is_current(build) and is_current(other)
+    return build.name in OTHERS and is_current(build) and is_current(other_build(build))
 
 
 def is_current(build):

@@ -19,6 +19,7 @@ LOOK_EVERY = 20
 PAPER, FADED, CANDLE = (0.86, 0.80, 0.66, 1), (0.62, 0.57, 0.48, 1), (0.95, 0.62, 0.30, 1)
 LONGEST_MESSAGE = 700  # characters
 
+
 class Trouble:
     """Why a level cannot be loaded.
 
@@ -53,7 +54,8 @@ def build(coordinator: kaVel.Coordinator, trouble: Trouble):
         text('place', text='%s, line %d' % trouble.place, at=(0.07, 0.77), color=CANDLE)
         text('line', text=trouble.line, at=(0.10, 0.71), color=FADED)
     text('message', text=trouble.message, at=(0.07, 0.61), color=PAPER)
-    text('ways', text='\n'.join(_waysOn(trouble)), at=(0.07, 0.07), size=0.018, color=FADED, anchor=('H_LEFT', 'V_BOTTOM'))
+    text('ways', text='\n'.join(_waysOn(trouble)), at=(0.07, 0.07), size=0.018, color=FADED,
+         anchor=('H_LEFT', 'V_BOTTOM'))
     _listen(coordinator, trouble)
 
 

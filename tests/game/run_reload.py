@@ -9,7 +9,7 @@ import png
 
 F5, F6 = 0x74, 0x75
 
-#: Belongs to the game and to no level: C goes to the cellar, L logs what is there, M mends it, P breaks the lamp for good.
+#: Belongs to the game, not to a level: C goes to the cellar, L logs what is there, M mends it, P breaks the lamp.
 WATCHER = """
 import kaVel
 import standing

@@ -21,7 +21,8 @@ SKIPPED = {
     r"InputSystem::set(Replay|Record)File|GraphicsSystem2::(captureScreen|writeScreenshot)":
         "a file that cannot be read or written ends the run",
     r"GameLoopSystem::(queueLoadLevel|runLevel|switchLevel)": "a level that cannot be built ends the game, as it must",
-    r"GameLoopSystem::(setCurrentlyActiveCoordinator|retireLevel)": "takes the level that makes the calls out of the frame",
+    r"GameLoopSystem::(setCurrentlyActiveCoordinator|retireLevel)":
+        "takes the level that makes the calls out of the frame",
     r"GraphicsSystem2::(create|release|reset|lost)Device": "private steps of the device's life, right in their order",
     r"GraphicsSystem2::(create|destroy)RenderTargets": "likewise",
     r"GraphicsSystem2::(onCreateOrReset|rememberScreenTargets|tryToRecoverDevice)": "likewise",

@@ -10,8 +10,10 @@ if(MOLD)
     add_link_options(-fuse-ld=mold)
 endif()
 
-# Log lines, assertions and stack traces name files from the repository's root, on every machine alike.
-add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+# Log lines, assertions and stack traces name files from the repository's root, on every machine alike; the compiler's
+# cache hands it paths that start at the build folder.
+file(RELATIVE_PATH KV_ROOT_FROM_BUILD "${CMAKE_BINARY_DIR}" "${CMAKE_SOURCE_DIR}/")
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=" "-ffile-prefix-map=${KV_ROOT_FROM_BUILD}=")
 add_compile_options(-Wall -Wextra -Wno-unused-parameter -fno-math-errno)
 # A place that silences a warning of one compiler may name what the other does not know.
 add_compile_options($<$<CXX_COMPILER_ID:Clang>:-Wno-unknown-warning-option>)

@@ -117,7 +117,9 @@ def _screenFor(levelName: str, error: BaseException, files: list, left: kaVel.Co
 
 def loadMap(coordinator: kaVel.Coordinator, mapName: str):
     """Builds one map of a level and returns its root; its load is left to `completeMap`."""
-    level = _modules.get(coordinator) or _levelModule(coordinator.levelName)
+    level = _modules.get(coordinator)
+    if not level or level.__name__ != 'levels.' + coordinator.levelName:  # renamed: it borrows another level's maps
+        level = _levelModule(coordinator.levelName)
     build = getattr(level, mapName, None)
     if not callable(build):
         raise ValueError('level %r has no map %r: scripts/levels/%s.py has no function of that name'

@@ -218,7 +218,6 @@ TEST(ScriptComponent, CallsItsCallbackOnceAFrameAndDropsOneThatFails)
     world.frame();
     world.frame();
     EXPECT_FALSE(script.lookup()->getFrameCallback());
-    EXPECT_EQ(countLogLines("ScriptComponent 'director' of 'scripted': the frame callback <Partial application of "
-                            "Probe::addValue> failed"),
+    EXPECT_EQ(countLogLines("/scripted/director: the frame callback <Partial application of Probe::addValue> failed"),
               1u);
 }

@@ -213,23 +213,6 @@ kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=frame)
     assert not run.has("Error:"), run.log[-2000:]
 
 
-def test_a_broken_settings_file_is_told_and_the_game_starts(world):
-    world.write("config/mornal/settings.json", "{ this is no json")
-    world.write("scripts/GameConfig.py", player_game())
-    run = world.run(frames=2)
-    run.expect_code(0)
-    run.expect("mornal/settings.json: ignored, since it cannot be read")
-
-
-def test_a_player_setting_that_the_system_refuses_is_told(world):
-    world.write("config/mornal/settings.json", json.dumps({"WindowSystem2": {"fullScreen": "perhaps", "hWnd": 1}}))
-    world.write("scripts/GameConfig.py", player_game())
-    run = world.run(frames=2)
-    run.expect_code(0)
-    run.expect("WindowSystem2.fullScreen = 'perhaps' ignored")
-    assert not run.has("hWnd"), "what a player may not set is passed over"
-
-
 def player_game():
     """A configuration that plays like a player's, with settings and wall time, though nobody watches."""
     config = (game.ROOT / "scripts" / "GameConfig.py").read_text(encoding="utf-8")

@@ -1,5 +1,4 @@
 """The game's own scripts, run in the engine: settings, the loader, the free camera, the first room."""
-import json
 import pathlib
 import re
 import sys
@@ -211,12 +210,6 @@ kaVel.addComponent(watch, 'player', 'ScriptComponent', frameCallback=frame)
     seen = re.findall(r"keys: (.*)", run.log)
     assert seen == ["1 0 0 1 1", "1 1 1 1 0", "0 1 1 1 0", "0 0 0 0 1"], seen
     assert not run.has("Error:"), run.log[-2000:]
-
-
-def player_game():
-    """A configuration that plays like a player's, with settings and wall time, though nobody watches."""
-    config = (game.ROOT / "scripts" / "GameConfig.py").read_text(encoding="utf-8")
-    return config + "\nheadless = False\n"
 
 
 if __name__ == "__main__":

@@ -50,7 +50,7 @@ def test_an_imported_model_wears_its_pictures_and_no_script_is_edited(world):
     (home / "m.mtl").write_text("newmtl lamp\nKd 0 0 0\nmap_Ke glow.png\n")
     (home / "beacon.obj").write_text("mtllib m.mtl\nusemtl lamp\n" + sources.text_of_obj(
         [(9 * x + 3, 9 * y - 3, z) for x, y, z in sources.POINTS]))
-    importer = world.executable.parents[2] / "kaVelImport"
+    importer = world.build / "kaVelImport"
     subprocess.run([str(importer), "--output", str(assets / "models"), str(home / "beacon.obj")], check=True,
                    stdout=subprocess.DEVNULL)
     red, _, blue = shown(world, "place.thing(beacon='beacon')(coordinator, 'lamp')")

@@ -3,6 +3,7 @@
 A world is a folder with a copy of the scripts, links to the assets and the standard library, and a `bin` to run in:
 a test changes its own copy and nothing else.
 """
+import atexit
 import argparse
 import os
 import pathlib
@@ -110,9 +111,11 @@ class World:
 
     def begin(self, *words, **environment):
         """Starts a run and returns its process, whose output is a pipe; the arguments are those of `variables`."""
-        return subprocess.Popen([str(self.executable)], cwd=self.folder / "bin",
-                                env=self.variables(*words, **environment),
-                                stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        process = subprocess.Popen([str(self.executable)], cwd=self.folder / "bin",
+                                   env=self.variables(*words, **environment),
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        atexit.register(process.kill)  # a case that fails halfway leaves no game behind
+        return process
 
     def is_sanitized(self):
         """Whether the executable was built with the sanitizers."""

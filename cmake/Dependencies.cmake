@@ -6,6 +6,8 @@ pkg_check_modules(IMGUI REQUIRED imgui)
 pkg_check_modules(PYTHON REQUIRED IMPORTED_TARGET python-3.11-embed)
 pkg_check_modules(FREETYPE REQUIRED freetype2)
 pkg_check_modules(HARFBUZZ REQUIRED harfbuzz)
+pkg_check_modules(OPENAL REQUIRED openal)
+pkg_check_modules(SNDFILE REQUIRED sndfile)
 find_library(BOOST_PYTHON_LIBRARY NAMES boost_python311 REQUIRED)
 find_library(BACKTRACE_LIBRARY NAMES backtrace PATHS /usr/lib/gcc/x86_64-linux-gnu/12)
 
@@ -13,7 +15,7 @@ add_library(kv_dependencies INTERFACE)
 target_include_directories(kv_dependencies INTERFACE "${CMAKE_SOURCE_DIR}/src")
 target_link_libraries(kv_dependencies INTERFACE PkgConfig::SDL2 PkgConfig::EPOXY PkgConfig::PYTHON
     ${BOOST_PYTHON_LIBRARY} ${FREETYPE_LINK_LIBRARIES} ${HARFBUZZ_LINK_LIBRARIES} ${IMGUI_LINK_LIBRARIES}
-    ${CMAKE_DL_LIBS})
+    ${OPENAL_LINK_LIBRARIES} ${SNDFILE_LINK_LIBRARIES} ${CMAKE_DL_LIBS})
 # One source file reads the font libraries' headers; no other is to see them.
 set_source_files_properties("${CMAKE_SOURCE_DIR}/src/assets/fonts/FontFace.cpp" PROPERTIES
     INCLUDE_DIRECTORIES "${FREETYPE_INCLUDE_DIRS};${HARFBUZZ_INCLUDE_DIRS}")

@@ -87,4 +87,10 @@ AudioCounters audioCounters(FMOD::EventSystem &system);
 /// Head-related directions on or off for a running system; false where the device cannot.
 bool setHeadRelated(FMOD::EventSystem &system, bool on);
 
+/// Has FMOD_EventSystem_Create give out what a test made, as a recording or failing system; null ends that.
+///
+/// The other functions of this header leave systems, events and projects alone that are not the port's own.
+using EventSystemMaker = FMOD_RESULT (*)(FMOD::EventSystem **);
+void setEventSystemMaker(EventSystemMaker maker);
+
 } // namespace port

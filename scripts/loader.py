@@ -128,6 +128,7 @@ def loadMap(coordinator: kaVel.Coordinator, mapName: str):
     root.setMapName(mapName)
     kaVel.addComponent(root, 'transform', 'TransformComponent')
     kaVel.addComponent(root, 'mapData', 'MapDataComponent')  # gives the map its grids when the load completes
+    kaVel.addComponent(root, 'soundWays', 'SoundWays')
     build(root)
     return root
 

@@ -58,6 +58,9 @@ public:
     /// Whether debug drawing shows force volumes and what they push.
     bool getDebugDrawForceVolumes() const { return debugDrawForceVolumes; }
     void setDebugDrawForceVolumes(bool val) { debugDrawForceVolumes = val; }
+    /// Whether debug drawing shows the ways by which sounds are heard, and the rooms that return them.
+    bool getDebugDrawSoundWays() const { return debugDrawSoundWays; }
+    void setDebugDrawSoundWays(bool val) { debugDrawSoundWays = val; }
     /// Ambient light level that a new level's scene starts with, 0..1.
     float getDefaultSceneAmbient() const { return defaultSceneAmbient; }
     void setDefaultSceneAmbient(float val) { defaultSceneAmbient = val; }
@@ -84,5 +87,6 @@ private:
     bool debugDrawPartitioningGrid = false;
     bool debugDrawContacts = false;
     bool debugDrawForceVolumes = false;
+    bool debugDrawSoundWays = false;
     float defaultSceneAmbient = 0.2f; ///< 0..1
 };

@@ -32,6 +32,8 @@ void Coordinator::registerManagerClasses()
     addManagerClass(ComponentKeys::player, simple, 200);
     addManagerClass(ComponentKeys::interpolator, simple, 400);
     addManagerClass(ComponentKeys::director, simple, 500);
+    addManagerClass(ComponentKeys::soundWays, simple, 900, RUN_ON_STOP);
+    addManagerClass(ComponentKeys::reverb, managerClass("ReverbManager"), 910, RUN_ON_STOP);
     addManagerClass(ComponentKeys::sound, managerClass("SoundManager"), 1000, RUN_ON_STOP);
     addManagerClass(ComponentKeys::behaviors, simple, 2500);
     addManagerClass(ComponentKeys::dummy, simple, 2750);

@@ -26,7 +26,7 @@ constexpr std::size_t DEFAULT_BLOCK_SIZES[] = {
 
 } // namespace
 
-constinit AllocationCategory defaultAllocationCategory("default");
+constinit AllocationCategory defaultAllocationCategory("default", AllocationCategory::BuiltIn());
 
 /// Enlists the categories that must be usable before any static initialiser has run.
 struct BuiltInCategories

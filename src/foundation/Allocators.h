@@ -38,12 +38,15 @@ public:
 class AllocationCategory
 {
 public:
-    /// @param name  static text that names the purpose in tools
-    constexpr explicit AllocationCategory(const char *name) : name(name)
+    /// Marks a category that others use while the program's statics are still being made.
+    struct BuiltIn
     {
-        if (!std::is_constant_evaluated())
-            enlist();
-    }
+    };
+
+    /// @param name  static text that names the purpose in tools
+    explicit AllocationCategory(const char *name) : name(name) { enlist(); }
+    /// Stands before any code has run; `BuiltInCategories` adds it to those that can be walked.
+    constexpr AllocationCategory(const char *name, BuiltIn) : name(name) {}
     ~AllocationCategory() = default;
     AllocationCategory(const AllocationCategory &) = delete;
     AllocationCategory &operator=(const AllocationCategory &) = delete;

@@ -109,7 +109,7 @@ public:
     bool startsWith(const String &rhs) const noexcept;
 
     /// The text with a terminating zero, never null; valid while a string of this body lives.
-    const char *toCString() const noexcept { return data ? body()->bytes : ""; }
+    const char *toCString() const noexcept { return data ? body()->bytes : NOTHING; }
     const String &toString() const noexcept { return *this; }
     std::vector<char> toCharVector() const;
     std::size_t size() const noexcept { return data ? body()->length : 0; }
@@ -144,6 +144,8 @@ public:
 private:
     // Set in `data` beside the address when the body is interned, so that copies and comparisons need not read it.
     static constexpr std::uintptr_t INTERNED_BIT = 1;
+    // One place for all: a literal would have another address in every function that it is compiled into.
+    static constexpr char NOTHING[] = "";
 
     explicit String(StringPrivate *made) noexcept : data(reinterpret_cast<std::uintptr_t>(made))
     {

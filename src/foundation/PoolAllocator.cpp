@@ -12,7 +12,7 @@
 #include <cstring>
 #include <vector>
 
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KV_SANITIZE
 #include <sanitizer/asan_interface.h>
 #else
 #define ASAN_POISON_MEMORY_REGION(address, size) (static_cast<void>(address), static_cast<void>(size))

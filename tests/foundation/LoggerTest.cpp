@@ -171,7 +171,7 @@ TEST(DebugOutput, LongAndManyTextsArriveWholeAndInOrder)
 
 TEST(DebugOutputDeathTest, LinesBeforeACrashAreWritten)
 {
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KV_SANITIZE
     GTEST_SKIP() << "the sanitizer handles fatal signals itself";
 #endif
     EXPECT_DEATH(

@@ -45,7 +45,8 @@ def end_of(process):
 
 
 def last_log(world):
-    return world.logs()[-1].read_text(encoding="utf-8")
+    logs = world.logs()
+    return logs[-1].read_text(encoding="utf-8") if logs else ""
 
 
 def test_a_fatal_signal_is_told_with_its_stack_and_ends_the_process(world):
@@ -222,11 +223,12 @@ def box_on(name, before):
     return (windows(name) - before).pop()
 
 
-def click(name, box, across):
-    """Clicks a button of the row at a box's lower edge, by how far to the right it stands."""
+def click(name, box, aside):
+    """Clicks a button of the row at a box's lower edge, so many pixels right of its middle, and lets the box go."""
     geometry = dict(line.split("=") for line in xdotool(name, "getwindowgeometry", "--shell", box).split())
-    x, y = int(int(geometry["WIDTH"]) * across), int(geometry["HEIGHT"]) - 35
-    xdotool(name, "mousemove", "--window", box, str(x), str(y), "sleep", "0.1", "click", "1")
+    if "WIDTH" in geometry:
+        x, y = int(geometry["WIDTH"]) // 2 + aside, int(geometry["HEIGHT"]) - 35
+        xdotool(name, "mousemove", "--window", box, str(x), str(y), "sleep", "0.1", "click", "1", "sleep", "1")
 
 
 def test_a_failure_before_the_window_shows_a_box_that_a_request_to_end_closes(world):
@@ -256,6 +258,33 @@ def test_a_crash_leaves_a_box_and_a_request_to_end_closes_the_window(world):
         process.send_signal(signal.SIGSEGV)
         end_of(process).expect_code(-signal.SIGSEGV)
         box_on(name, before)
+
+
+def test_the_fourth_box_lets_the_player_quit(world):
+    world.write_level("Boxes", """
+def bad(number):
+    raise KeyError('handler %d broken' % number)
+for number in range(5):
+    kaVel.subscribe('KeyDownMessage', lambda message, key, number=number: bad(number))
+kaVel.send('KeyDownMessage', 65)
+""")
+    with display() as name:
+        before = windows(name)
+        process = world.begin(level="Boxes", frames=0, **on(name))
+        for told, aside in enumerate((0, 0, 0, 130), 1):  # OK three times, then the third of three buttons
+
+            def is_answered():
+                if process.poll() is not None or last_log(world).count("Assertion failed: [") > told:
+                    return True
+                for box in windows(name) - before:
+                    click(name, box, aside)
+                return False
+
+            until(lambda: last_log(world).count("Assertion failed: [") >= told, f"assertion {told}")
+            box_on(name, before)
+            until(is_answered, f"the answer to box {told}")
+        end_of(process).expect_code(1)
+    assert "handler 4 broken" in last_log(world), "what comes after the answer is in the log alone"
 
 
 if __name__ == "__main__":

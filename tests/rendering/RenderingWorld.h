@@ -19,8 +19,8 @@
 /// Fields of GraphicsSystem2 that only tests look at.
 struct GraphicsSystem2TestAccess
 {
-    static const RenderTargets::ColorTargets &targets(GraphicsSystem2 &g) { return g.targets.getColorTargets(); }
-    static const RenderTargets::DepthTargets &depthTargets(GraphicsSystem2 &g) { return g.targets.getDepthTargets(); }
+    static const RenderTargets::RenderTargetMap &targets(GraphicsSystem2 &g) { return g.targets.getRenderTargets(); }
+    static const RenderTargets::DepthTargetMap &depthTargets(GraphicsSystem2 &g) { return g.targets.getDepthTargets(); }
     static void presentParams(GraphicsSystem2 &g, D3DPRESENT_PARAMETERS &p) { g.getPresentParams(p); }
     static std::string nameOf(GraphicsSystem2 &g, IDirect3DSurface9 *surface);
 };

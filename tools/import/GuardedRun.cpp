@@ -19,7 +19,7 @@ constexpr rlim_t mostSeconds = 300;         ///< of work; a model of ten million
 constexpr rlim_t mostStack = 128u << 20;    ///< bytes; what the host keeps free below a stack
 constexpr rlim_t mostMemory = 8ull << 30;   ///< bytes
 constexpr int finished = 64, outOfRoom = 1; ///< a code of 64 and more is the work's own
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KV_SANITIZE
 constexpr bool limitsMemory = false; // the sanitizer takes terabytes of addresses for itself
 #else
 constexpr bool limitsMemory = true;

@@ -42,7 +42,7 @@ PyStatus preconfigure()
     PyPreConfig early;
     PyPreConfig_InitIsolatedConfig(&early);
     early.utf8_mode = 1;
-#ifdef __SANITIZE_ADDRESS__
+#ifdef KV_SANITIZE
     // The interpreter's own pools hide what they hold from the leak check.
     early.allocator = PYMEM_ALLOCATOR_MALLOC;
 #endif

@@ -43,7 +43,7 @@ enum D3DDEVTYPE
     D3DDEVTYPE_REF = 2,
 };
 
-enum D3DFORMAT
+enum D3DFORMAT : unsigned
 {
     D3DFMT_UNKNOWN = 0,
     D3DFMT_R8G8B8 = 20,

@@ -11,9 +11,7 @@
 #include <string>
 #include <unwind.h>
 
-// The header comes with one compiler only; the other makes do with the dynamic linker's names.
-#if defined(KV_HAVE_BACKTRACE) && __has_include(<backtrace.h>)
-#define HAS_LINE_TABLES
+#ifdef KV_HAVE_BACKTRACE
 #include <backtrace.h>
 #endif
 
@@ -64,7 +62,7 @@ struct SourceLine
 
 DWORD symbolOptions = 0;
 
-#ifdef HAS_LINE_TABLES
+#ifdef KV_HAVE_BACKTRACE
 
 backtrace_state *state = nullptr;
 

@@ -31,6 +31,13 @@ constexpr std::size_t HANDLER_STACK_SIZE = 256 * 1024;
 constexpr std::uintptr_t STACK_GAP = 1024 * 1024;
 constexpr std::uintptr_t LAST_OF_STACK = 64 * 1024;
 
+// The sanitizers report these signals themselves, with more.
+#ifdef KV_SANITIZE
+constexpr bool LEFT_TO_SANITIZERS = true;
+#else
+constexpr bool LEFT_TO_SANITIZERS = false;
+#endif
+
 alignas(64) char handlerStack[HANDLER_STACK_SIZE];
 std::uintptr_t stackEnd = 0; ///< lowest address of the main thread's stack; 0 while unknown
 LPTOP_LEVEL_EXCEPTION_FILTER unhandledFilter = nullptr;
@@ -140,24 +147,16 @@ LPTOP_LEVEL_EXCEPTION_FILTER SetUnhandledExceptionFilter(LPTOP_LEVEL_EXCEPTION_F
 namespace port
 {
 
-#ifdef KV_SANITIZE
-
-void watchFatalSignals() {}
-
-#else
-
 void watchFatalSignals()
 {
     static bool watching = false;
-    if (std::exchange(watching, true))
+    if (LEFT_TO_SANITIZERS || std::exchange(watching, true))
         return;
     prepareHandlerStack();
     findStackEnd();
     for (const FatalSignal &fatal : FATAL_SIGNALS)
         install(fatal.number);
 }
-
-#endif
 
 const char *signalName(const EXCEPTION_RECORD &exception)
 {

@@ -120,7 +120,7 @@ ErrorCode DeviceMeshes::upload(IDirect3DDevice9 &device, const Handle<MeshAsset>
     if (!asset)
         return ErrorCode::BAD_HANDLE;
     const ErrorCode drawable = checkDrawable(*asset);
-    return drawable.succeeded() ? copy(device, meshes[mesh], asset->getMeshData()) : drawable;
+    return drawable.succeeded() ? copy(device, staticMeshes[mesh], asset->getMeshData()) : drawable;
 }
 
 ErrorCode DeviceMeshes::copy(IDirect3DDevice9 &device, MeshData &data, const Mesh &mesh)
@@ -139,24 +139,24 @@ ErrorCode DeviceMeshes::copy(IDirect3DDevice9 &device, MeshData &data, const Mes
 
 const MeshData *DeviceMeshes::find(const Handle<MeshAsset> &mesh) const
 {
-    const auto data = meshes.find(mesh);
-    return data == meshes.end() ? nullptr : &data->second;
+    const auto data = staticMeshes.find(mesh);
+    return data == staticMeshes.end() ? nullptr : &data->second;
 }
 
 void DeviceMeshes::releaseDead()
 {
-    for (auto entry = meshes.begin(); entry != meshes.end();)
+    for (auto entry = staticMeshes.begin(); entry != staticMeshes.end();)
     {
         const bool alive = entry->first.isValid();
         if (!alive)
             releaseBuffers(entry->second);
-        entry = alive ? std::next(entry) : meshes.erase(entry);
+        entry = alive ? std::next(entry) : staticMeshes.erase(entry);
     }
 }
 
 void DeviceMeshes::release()
 {
-    for (auto &[asset, mesh] : meshes)
+    for (auto &[asset, mesh] : staticMeshes)
         releaseBuffers(mesh);
-    meshes.clear();
+    staticMeshes.clear();
 }

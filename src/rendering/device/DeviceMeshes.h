@@ -48,5 +48,7 @@ public:
 private:
     ErrorCode copy(IDirect3DDevice9 &device, MeshData &data, const Mesh &mesh);
 
-    std::unordered_map<Handle<MeshAsset>, MeshData> meshes;
+    typedef std::unordered_map<Handle<MeshAsset>, MeshData> MeshCache;
+
+    MeshCache staticMeshes;
 };

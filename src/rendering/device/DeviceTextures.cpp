@@ -71,7 +71,7 @@ ErrorCode DeviceTextures::upload(IDirect3DDevice9 &device, const Handle<TextureA
         KV_LOGF(Logger_::I_ERROR, "%s", port::lastTextureError().c_str());
     if (loaded)
     {
-        IDirect3DTexture9 *&entry = textures[texture];
+        IDirect3DTexture9 *&entry = staticTextures[texture];
         releaseAndForget(entry);
         entry = loaded;
     }
@@ -81,37 +81,37 @@ ErrorCode DeviceTextures::upload(IDirect3DDevice9 &device, const Handle<TextureA
 ErrorCode DeviceTextures::uploadCoverage(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture,
                                          const CoverageImage &image)
 {
-    IDirect3DTexture9 *&entry = textures[texture];
+    IDirect3DTexture9 *&entry = staticTextures[texture];
     const bool fits = entry && hasSize(*entry, image.width, image.height);
     const PixelRectangle whole{0, 0, image.width, image.height};
     ErrorCode result = fits ? ErrorCode(ErrorCode::SUCCESS) : makeCoverageTexture(device, image, entry);
     if (result.succeeded())
         result = copyCoverage(*entry, image, fits ? image.changed : whole);
     if (!entry)
-        textures.erase(texture);
+        staticTextures.erase(texture);
     return result;
 }
 
 IDirect3DTexture9 *DeviceTextures::find(const Handle<TextureAsset> &texture) const
 {
-    const auto loaded = textures.find(texture);
-    return loaded == textures.end() ? nullptr : loaded->second;
+    const auto loaded = staticTextures.find(texture);
+    return loaded == staticTextures.end() ? nullptr : loaded->second;
 }
 
 void DeviceTextures::releaseDead()
 {
-    for (auto entry = textures.begin(); entry != textures.end();)
+    for (auto entry = staticTextures.begin(); entry != staticTextures.end();)
     {
         const bool alive = entry->first.isValid();
         if (!alive)
             releaseAndForget(entry->second);
-        entry = alive ? std::next(entry) : textures.erase(entry);
+        entry = alive ? std::next(entry) : staticTextures.erase(entry);
     }
 }
 
 void DeviceTextures::release()
 {
-    for (auto &[asset, texture] : textures)
+    for (auto &[asset, texture] : staticTextures)
         releaseAndForget(texture);
-    textures.clear();
+    staticTextures.clear();
 }

@@ -31,5 +31,7 @@ public:
     void release();
 
 private:
-    std::unordered_map<Handle<TextureAsset>, IDirect3DTexture9 *> textures;
+    typedef std::unordered_map<Handle<TextureAsset>, IDirect3DTexture9 *> TextureCache;
+
+    TextureCache staticTextures;
 };

@@ -55,7 +55,7 @@ GraphicsSystem2::~GraphicsSystem2()
 
 void GraphicsSystem2::systemStartup()
 {
-    addDefaultVertexTypes(layouts);
+    initDefaultVertexTypes(layouts);
     deviceIsLost = true;
     createDevice();
     shaders.setDirectDevice(device);

@@ -23,15 +23,15 @@ public:
     void release();
 
     /// Borrowed; null before the first lock.
-    IDirect3DVertexBuffer9 *getBuffer() const { return buffer; }
+    IDirect3DVertexBuffer9 *getBuffer() const { return instanceBuffer; }
     /// Byte at which the last locked range begins.
-    unsigned getCurrentStart() const { return currentStart; }
+    unsigned getCurrentStart() const { return currentInstanceStart; }
 
 private:
     ErrorCode grow(IDirect3DDevice9 &device, unsigned needed);
 
-    IDirect3DVertexBuffer9 *buffer = nullptr;
-    unsigned size = 0;         ///< bytes
-    unsigned currentStart = 0; ///< bytes: where the last locked range begins
-    unsigned lastEnd = 0;      ///< bytes: where it ends
+    IDirect3DVertexBuffer9 *instanceBuffer = nullptr;
+    unsigned instanceBufferSize = 0;   ///< bytes
+    unsigned currentInstanceStart = 0; ///< bytes: where the last locked range begins
+    unsigned lastInstanceEndByte = 0;  ///< bytes: where it ends
 };

@@ -42,7 +42,7 @@ ErrorCode RenderTargets::add(IDirect3DDevice9 &device, const String &name, Rende
         target.tex->Release();
         return result;
     }
-    RenderTarget &entry = colorTargets[name];
+    RenderTarget &entry = renderTargets[name];
     releaseAndForget(entry.surf);
     releaseAndForget(entry.tex);
     entry = target;
@@ -66,7 +66,7 @@ ErrorCode RenderTargets::addDepth(IDirect3DDevice9 &device, const String &name, 
 
 void RenderTargets::rememberScreen(IDirect3DDevice9 &device, int width, int height)
 {
-    RenderTarget &screen = colorTargets[SCS("screen")];
+    RenderTarget &screen = renderTargets[SCS("screen")];
     releaseAndForget(screen.surf);
     screen = RenderTarget();
     if (SUCCEEDED(device.GetRenderTarget(0, &screen.surf)) && screen.surf)
@@ -83,12 +83,12 @@ void RenderTargets::rememberScreen(IDirect3DDevice9 &device, int width, int heig
 
 void RenderTargets::release()
 {
-    for (auto &[name, target] : colorTargets)
+    for (auto &[name, target] : renderTargets)
     {
         releaseAndForget(target.surf);
         releaseAndForget(target.tex);
     }
-    colorTargets.clear();
+    renderTargets.clear();
     for (auto &[name, target] : depthTargets)
         releaseAndForget(target.surf);
     depthTargets.clear();
@@ -96,8 +96,8 @@ void RenderTargets::release()
 
 const RenderTarget *RenderTargets::find(const String &name) const
 {
-    const auto target = colorTargets.find(name);
-    return target == colorTargets.end() ? nullptr : &target->second;
+    const auto target = renderTargets.find(name);
+    return target == renderTargets.end() ? nullptr : &target->second;
 }
 
 ErrorReturn<IDirect3DSurface9 *> RenderTargets::getSurface(const String &name, int mipLevel) const
@@ -105,8 +105,8 @@ ErrorReturn<IDirect3DSurface9 *> RenderTargets::getSurface(const String &name, i
     IDirect3DSurface9 *surface = nullptr;
     if (name.empty())
         return surface;
-    const auto target = colorTargets.find(name);
-    if (target == colorTargets.end())
+    const auto target = renderTargets.find(name);
+    if (target == renderTargets.end())
         return ErrorCode(ErrorCode::UNKNOWN_KEY);
     if (target->second.tex && mipLevel != 0)
     {

@@ -34,8 +34,8 @@ struct DepthTarget
 class RenderTargets
 {
 public:
-    typedef std::unordered_map<String, RenderTarget> ColorTargets;
-    typedef std::unordered_map<String, DepthTarget> DepthTargets;
+    typedef std::unordered_map<String, RenderTarget> RenderTargetMap;
+    typedef std::unordered_map<String, DepthTarget> DepthTargetMap;
 
     RenderTargets() = default;
     ~RenderTargets() { release(); }
@@ -58,10 +58,10 @@ public:
     /// A depth target with a reference that the caller releases; null for an empty name.
     ErrorReturn<IDirect3DSurface9 *> getDepthSurface(const String &name) const;
 
-    const ColorTargets &getColorTargets() const { return colorTargets; }
-    const DepthTargets &getDepthTargets() const { return depthTargets; }
+    const RenderTargetMap &getRenderTargets() const { return renderTargets; }
+    const DepthTargetMap &getDepthTargets() const { return depthTargets; }
 
 private:
-    ColorTargets colorTargets;
-    DepthTargets depthTargets;
+    RenderTargetMap renderTargets;
+    DepthTargetMap depthTargets;
 };

@@ -33,25 +33,25 @@ bool findUsage(VertexElementSemantic semantic, D3DDECLUSAGE &usage)
 
 } // namespace
 
-void VertexLayouts::add(const VertexDescription &description)
+void VertexLayouts::addVertexType(const VertexDescription &description)
 {
-    descriptions[description.vertexType] = description;
+    vertexDescriptions[description.vertexType] = description;
 }
 
 const VertexDescription &VertexLayouts::describe(MeshVertexType type) const
 {
     static const VertexDescription unknown;
-    const auto description = descriptions.find(type);
-    KV_ASSERT(description != descriptions.end(), "No vertex type %i is described.", static_cast<int>(type));
-    return description == descriptions.end() ? unknown : description->second;
+    const auto description = vertexDescriptions.find(type);
+    KV_ASSERT(description != vertexDescriptions.end(), "No vertex type %i is described.", static_cast<int>(type));
+    return description == vertexDescriptions.end() ? unknown : description->second;
 }
 
 IDirect3DVertexDeclaration9 *VertexLayouts::declare(IDirect3DDevice9 &device, MeshVertexType vertexType,
                                                     MeshVertexType instanceType)
 {
     const StreamTypes types(vertexType, instanceType);
-    const auto known = declarations.find(types);
-    if (known != declarations.end())
+    const auto known = d3dVertexDeclarations.find(types);
+    if (known != d3dVertexDeclarations.end())
         return known->second;
     std::vector<D3DVERTEXELEMENT9> elements;
     unsigned nextTexCoordID = 0;
@@ -62,7 +62,7 @@ IDirect3DVertexDeclaration9 *VertexLayouts::declare(IDirect3DDevice9 &device, Me
     IDirect3DVertexDeclaration9 *declaration = nullptr;
     if (!verified(device.CreateVertexDeclaration(elements.data(), &declaration)).succeeded())
         return nullptr;
-    declarations[types] = declaration;
+    d3dVertexDeclarations[types] = declaration;
     return declaration;
 }
 
@@ -92,12 +92,12 @@ void VertexLayouts::addElements(std::vector<D3DVERTEXELEMENT9> &elements, unsign
 
 void VertexLayouts::release()
 {
-    for (auto &[types, declaration] : declarations)
+    for (auto &[types, declaration] : d3dVertexDeclarations)
         releaseAndForget(declaration);
-    declarations.clear();
+    d3dVertexDeclarations.clear();
 }
 
-void addDefaultVertexTypes(VertexLayouts &layouts)
+void initDefaultVertexTypes(VertexLayouts &layouts)
 {
     VertexDescription vertex(SCS("DefaultMeshVertex"), MVT_DEFAULT, sizeof(DefaultMeshVertex));
     vertex.addElement(offsetof(DefaultMeshVertex, position), SCS("position"), VES_POSITION, 3, 1);
@@ -105,10 +105,10 @@ void addDefaultVertexTypes(VertexLayouts &layouts)
     vertex.addElement(offsetof(DefaultMeshVertex, tangent), SCS("tangent"), VES_TANGENT, 3, 1);
     vertex.addElement(offsetof(DefaultMeshVertex, bitangent), SCS("bitangent"), VES_BITANGENT, 3, 1);
     vertex.addElement(offsetof(DefaultMeshVertex, texCoord0), SCS("texCoord0"), VES_OTHER, 2, 1);
-    layouts.add(vertex);
+    layouts.addVertexType(vertex);
 
     VertexDescription instance(SCS("DefaultInstanceVertex"), MVT_DEFAULT_INSTANCE, sizeof(DefaultInstanceVertex));
     instance.addElement(offsetof(DefaultInstanceVertex, modelMatrix), SCS("modelMatrix"), VES_OTHER, 4, 3);
     instance.addElement(offsetof(DefaultInstanceVertex, normalMatrix), SCS("normalMatrix"), VES_OTHER, 3, 3);
-    layouts.add(instance);
+    layouts.addVertexType(instance);
 }

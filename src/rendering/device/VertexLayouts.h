@@ -23,7 +23,7 @@ public:
     VertexLayouts(const VertexLayouts &) = delete;
     VertexLayouts &operator=(const VertexLayouts &) = delete;
 
-    void add(const VertexDescription &description);
+    void addVertexType(const VertexDescription &description);
     /// What a vertex type is made of; an unknown type is an assertion and gives an empty description.
     const VertexDescription &describe(MeshVertexType type) const;
     /// The declaration for a mesh stream and an instance stream, borrowed and cached; null if it failed.
@@ -38,9 +38,12 @@ private:
     void addElements(std::vector<D3DVERTEXELEMENT9> &elements, unsigned stream, MeshVertexType type,
                      unsigned &nextTexCoordID) const;
 
-    std::map<MeshVertexType, VertexDescription> descriptions;
-    std::map<StreamTypes, IDirect3DVertexDeclaration9 *> declarations;
+    typedef std::map<MeshVertexType, VertexDescription> VertexDescriptionMap;
+    typedef std::map<StreamTypes, IDirect3DVertexDeclaration9 *> D3DVertexDeclarationMap;
+
+    VertexDescriptionMap vertexDescriptions;
+    D3DVertexDeclarationMap d3dVertexDeclarations;
 };
 
 /// Adds the two types that the engine's own effects read.
-void addDefaultVertexTypes(VertexLayouts &layouts);
+void initDefaultVertexTypes(VertexLayouts &layouts);

@@ -117,7 +117,7 @@ BOOST_PYTHON_MODULE(_kaVelTest)
     python::def("gatherAssertions", gatherAssertions);
 }
 
-TEST(ScriptTests, AreFoundBesideTheProgramsSource)
+TEST(ScriptCases, AreFoundBesideTheProgramsSource)
 {
     EXPECT_TRUE(registered);
 }

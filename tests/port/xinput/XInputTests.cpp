@@ -7,15 +7,15 @@
 namespace
 {
 /// Game pads that SDL makes up, plugged in while this lives.
-class PadTest : public testing::Test
+class Pads : public testing::Test
 {
 protected:
-    PadTest()
+    Pads()
     {
         SDL_SetHint(SDL_HINT_JOYSTICK_ALLOW_BACKGROUND_EVENTS, "1");
         SDL_InitSubSystem(SDL_INIT_GAMECONTROLLER);
     }
-    ~PadTest() override
+    ~Pads() override
     {
         unplug();
         SDL_QuitSubSystem(SDL_INIT_GAMECONTROLLER);
@@ -61,7 +61,7 @@ struct FakePads : port::XInputPlatform
 };
 } // namespace
 
-TEST_F(PadTest, ComesAndGoesWhilePlaying)
+TEST_F(Pads, ComesAndGoesWhilePlaying)
 {
     XINPUT_STATE state;
     EXPECT_EQ(XInputGetState(0, &state), ERROR_DEVICE_NOT_CONNECTED);
@@ -76,7 +76,7 @@ TEST_F(PadTest, ComesAndGoesWhilePlaying)
     EXPECT_EQ(XInputSetState(0, &vibration), ERROR_DEVICE_NOT_CONNECTED);
 }
 
-TEST_F(PadTest, SticksGrowUpwardsAndTriggersSpanAByte)
+TEST_F(Pads, SticksGrowUpwardsAndTriggersSpanAByte)
 {
     plugIn();
     const XINPUT_STATE rest = read();
@@ -97,7 +97,7 @@ TEST_F(PadTest, SticksGrowUpwardsAndTriggersSpanAByte)
     EXPECT_EQ(read().dwPacketNumber, pushed.dwPacketNumber) << "nothing has changed since";
 }
 
-TEST_F(PadTest, ButtonsHaveTheirPublishedBits)
+TEST_F(Pads, ButtonsHaveTheirPublishedBits)
 {
     plugIn();
     SDL_JoystickSetVirtualButton(joystick, SDL_CONTROLLER_BUTTON_A, 1);

@@ -31,7 +31,7 @@ int recordBox(HWND, const char *text, const char *caption, UINT type)
 }
 
 /// Catches message boxes, and the error stream, for one test.
-class AssertionTest : public testing::Test
+class Assertion : public testing::Test
 {
 protected:
     void SetUp() override
@@ -62,7 +62,7 @@ public:
 
 } // namespace
 
-TEST_F(AssertionTest, HeldChecksEvaluateTheirExpressionOnceAndReportNothing)
+TEST_F(Assertion, HeldChecksEvaluateTheirExpressionOnceAndReportNothing)
 {
     int evaluated = 0;
     const std::size_t before = Logger().getLogCount();
@@ -73,7 +73,7 @@ TEST_F(AssertionTest, HeldChecksEvaluateTheirExpressionOnceAndReportNothing)
     EXPECT_EQ(Logger().getLogCount(), before);
 }
 
-TEST_F(AssertionTest, VerifyLogsAWarningAndGoesOnWithoutABox)
+TEST_F(Assertion, VerifyLogsAWarningAndGoesOnWithoutABox)
 {
     KV_VERIFY(1 + 1 == 3, "%d is not %s", 2, "three");
     EXPECT_EQ(lastLine().level, Logger_::I_WARNING);
@@ -82,7 +82,7 @@ TEST_F(AssertionTest, VerifyLogsAWarningAndGoesOnWithoutABox)
     EXPECT_TRUE(boxes.empty());
 }
 
-TEST_F(AssertionTest, AssertShowsABoxAndGoesOn)
+TEST_F(Assertion, AssertShowsABoxAndGoesOn)
 {
     KV_ASSERT(false);
     const std::string place = std::string("at file ") + __FILE__ + ", line " + std::to_string(__LINE__ - 1) + ".";
@@ -94,7 +94,7 @@ TEST_F(AssertionTest, AssertShowsABoxAndGoesOn)
     EXPECT_EQ(boxes[0].text, "<no message>\n\nThe failing expression was:\n\tfalse\n\n" + place);
 }
 
-TEST_F(AssertionTest, MessagesMayBeAnyTextForm)
+TEST_F(Assertion, MessagesMayBeAnyTextForm)
 {
     KV_WARN(ErrorCode(ErrorCode::BAD_HANDLE));
     EXPECT_EQ(lastLine().message, SCS("Minor assertion failed: [  ] BAD_HANDLE: <No error description.>"));
@@ -107,7 +107,7 @@ TEST_F(AssertionTest, MessagesMayBeAnyTextForm)
     EXPECT_EQ(boxes[0].text.find("The failing expression"), std::string::npos);
 }
 
-TEST_F(AssertionTest, FrameLinesOfTheStackStayOutOfTheHistory)
+TEST_F(Assertion, FrameLinesOfTheStackStayOutOfTheHistory)
 {
     KV_VERIFY(false);
     const std::size_t last = Logger().getHistorySize() - 1;
@@ -206,7 +206,7 @@ TEST(StackTrace, NamesItsCallersInnermostFirst)
     EXPECT_TRUE(innermost.dataRetrieved);
     EXPECT_EQ(trace.getFrame(trace.getFrameCount()).code.getCode(), ErrorCode::OUT_OF_BOUNDS);
 #ifdef KV_HAVE_BACKTRACE
-    EXPECT_NE(std::string(innermost.file.toCString()).find("AssertionsTest.cpp"), std::string::npos);
+    EXPECT_NE(std::string(innermost.file.toCString()).find("AssertionsTests.cpp"), std::string::npos);
     EXPECT_GT(innermost.line, 0);
 #endif
 }

@@ -67,13 +67,13 @@ def findings(recipe, sound):
                "soften its attack, give it a longer body, or lower the target")
     if sound.peak > -1.0:
         yield f"peaks at {sound.peak:.1f} dB, -1 is the most; lower the target or choose a higher quality"
-    offset = numpy.abs(sound.x.mean(axis=0)).max()
+    offset = numpy.abs(sound.x.sum(axis=0)).max() / max(len(sound.x), shapes.RATE)
     if offset > 0.001:
         yield f"has a DC of {offset:.4f}; the recipe needs a high-pass"
     if sound.longest_pause() > recipe.silence:
         yield f"is silent for {sound.longest_pause():.2f} s inside; {recipe.silence} is allowed: fill it or cut it"
     before, after = sound.silent_ends()
-    if before > 0.05 or after > 0.25:
+    if not recipe.loop and (before > 0.05 or after > 0.25):
         yield f"begins after {before:.2f} s of silence and ends with {after:.2f}; cut the ends"
     if recipe.loop and sound.loop_step() > 1.0:
         yield f"steps by {sound.loop_step():.1f} times its own largest jump where it wraps; end it with loops.seamless"

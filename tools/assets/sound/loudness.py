@@ -6,7 +6,7 @@ from scipy import ndimage, signal
 import filters
 import shapes
 
-TRUE_PEAK_DB = -1.5
+TRUE_PEAK_DB = -2.0
 SILENT = -120.0
 
 
@@ -64,17 +64,29 @@ def limited(x, ceiling_db):
     return x * gain.reshape((-1,) + (1,) * (x.ndim - 1))
 
 
+def without_rumble(x):
+    """Without DC and what lies below hearing. The sound is filtered as if it came round before, for those that loop."""
+    lead = x[-shapes.RATE:]
+    return filters.highpass(numpy.concatenate([lead, x]), 30.0)[len(lead):]
+
+
 def finished(x, target, whole):
-    """Without DC, at `target` LUFS (of the whole, or of the loudest 400 ms), its peaks below the ceiling.
+    """Centred, at `target` LUFS (of the whole, or of the loudest 400 ms), its peaks below the ceiling.
 
     A sharp sound whose target asks for higher peaks is limited by up to 6 dB; beyond that it ends up quieter.
     """
     measure = integrated if whole else momentary
-    x = x - x.mean(axis=0)
     for _ in range(3):
         x = x * shapes.db(target - measure(x))
         over = true_peak(x) - TRUE_PEAK_DB
         if over <= 0.0:
-            return x
+            break
         x = limited(x * shapes.db(-max(over - 6.0, 0.0)), TRUE_PEAK_DB - 0.3)
-    return x * shapes.db(min(0.0, TRUE_PEAK_DB - true_peak(x)))
+    x = x * shapes.db(min(0.0, TRUE_PEAK_DB - true_peak(x)))
+    return centred(x, whole)
+
+
+def centred(x, whole):
+    """Without the little DC that a cut or a limiter leaves: lifted evenly, or by a hump that spares the ends."""
+    hump = numpy.ones(len(x)) if whole else numpy.hanning(len(x))
+    return x - x.mean(axis=0) * (hump / hump.mean()).reshape((-1,) + (1,) * (x.ndim - 1))

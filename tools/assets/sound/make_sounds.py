@@ -9,6 +9,7 @@ import numpy
 
 import loudness
 import ogg_file
+import shapes
 from recipes import chosen
 
 OUTPUT = pathlib.Path(__file__).resolve().parents[3] / "assets" / "sound" / "fmod"
@@ -21,6 +22,10 @@ def make(job):
         raise ValueError(f"{file}: the recipe gives numbers that are not finite")
     if (x.ndim == 2) != recipe.stereo:
         raise ValueError(f"{file}: the recipe gives {x.shape} samples, its entry says stereo={recipe.stereo}")
+    if recipe.long:
+        x = loudness.without_rumble(x)
+    else:
+        x = shapes.trimmed(loudness.without_rumble(shapes.cut(x, len(x) / shapes.RATE + 1.0)))
     ogg_file.write(OUTPUT / file, loudness.finished(x, recipe.loudness, recipe.long), recipe.quality)
     return file
 

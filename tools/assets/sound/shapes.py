@@ -93,6 +93,16 @@ def cut(x, seconds):
     return numpy.concatenate([x, numpy.zeros((n - len(x),) + x.shape[1:])])
 
 
+def trimmed(x, floor_db=-62.0):
+    """Without what lies `floor_db` below the peak at both ends, faded where it was cut."""
+    size = numpy.abs(x.reshape(len(x), -1)).max(axis=1)
+    loud = numpy.flatnonzero(size > size.max() * db(floor_db))
+    if not len(loud):
+        return x
+    first, last = max(0, loud[0] - samples(0.002)), min(len(x), loud[-1] + samples(0.02))
+    return faded(x[first:last], 0.001, 0.02)
+
+
 def panned(x, place):
     """Mono to stereo at -1 (left) to 1 (right), the same power everywhere; `place` may be one value a sample."""
     angle = (numpy.asarray(place) + 1.0) * (numpy.pi / 4.0)

@@ -3,6 +3,7 @@
 
 #include "port/fmod/fmod_event.h"
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -25,10 +26,18 @@ struct AudioOutput
 };
 void setAudioOutput(const AudioOutput &output);
 
+/// Beginning of the sequence by which the next event system varies what it starts; the same one repeats a run.
+void setAudioSeed(std::uint64_t seed);
+
 /// The next seconds of a MEMORY output as interleaved stereo, 16 bit values in floats of -1..1.
 ///
 /// Advances what plays by as much. Called once a frame after EventSystem::update, in the frame's own time.
+/// Empty for a DEVICE output. The first call is what reads samples and makes the mixer.
 void renderAudio(FMOD::EventSystem &system, double seconds, std::vector<float> &stereo);
+
+/// Lets time pass for a MEMORY output without anything being heard. As long as nothing was rendered it costs nothing:
+/// what plays keeps its time, and no sample is read.
+void passAudioTime(FMOD::EventSystem &system, double seconds);
 
 /// How the sound of one event comes to the listener: set each frame where the direct line is not its way.
 struct SoundPath
@@ -38,7 +47,8 @@ struct SoundPath
     float lowpass = 22000; ///< Hz, what is left of the high end
     float reverb = 1;      ///< factor on what the room returns
 };
-/// Smoothed from update to update, so that a door opening is heard opening.
+/// Smoothed from update to update, so that a door opening is heard opening. Holds for a quarter of a second; numbers
+/// that are none change nothing.
 void setSoundPath(FMOD::Event &event, const SoundPath &path);
 
 /// An event that can be heard now.

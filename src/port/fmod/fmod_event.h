@@ -19,6 +19,8 @@ constexpr FMOD_EVENT_STATE FMOD_EVENT_STATE_PLAYING = 0x08;
 /// Playing, or started and not yet heard.
 constexpr FMOD_EVENT_STATE FMOD_EVENT_STATE_CHANNELSACTIVE = 0x10;
 
+struct FMOD_EVENT_LOADINFO; ///< never given
+
 namespace FMOD
 {
 
@@ -93,8 +95,6 @@ public:
     /// Ends and frees all that came from the file.
     virtual FMOD_RESULT release() = 0;
 };
-
-struct FMOD_EVENT_LOADINFO; ///< never given
 
 /// Loads projects and plays their events.
 class EventSystem

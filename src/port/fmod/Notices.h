@@ -1,0 +1,12 @@
+// Notices: what the audio port has to tell whoever runs the game.
+#pragma once
+
+#include <string>
+
+namespace port
+{
+
+/// Tells a text to the notice that was set, or on the error stream; the same text only once.
+void tellAudio(const std::string &text, bool isProblem);
+
+} // namespace port

@@ -1,0 +1,178 @@
+// What the audio port offers beyond the published operations: rendering, lists and counters.
+#include "port/fmod/FmodExtras.h"
+
+#include "port/fmod/events/AudioEventSystem.h"
+#include "port/fmod/output/MemoryHost.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace port
+{
+
+namespace
+{
+
+constexpr int MOST_FRAMES = 882;  ///< rendered at a time: changes are taken in as often as in a running game
+constexpr float CAPTURED = 32768; ///< values of 16 bits
+
+struct Settings
+{
+    AudioOutput output;
+    std::uint64_t seed = 1;
+};
+
+Settings &settings()
+{
+    static Settings current;
+    return current;
+}
+
+/// Low-level systems whose event system is gone, which are still to be released by their holders.
+std::vector<std::unique_ptr<AudioSystem>> &lowLevelSystems()
+{
+    static std::vector<std::unique_ptr<AudioSystem>> all;
+    return all;
+}
+
+AudioEventSystem &ours(FMOD::EventSystem &system)
+{
+    return static_cast<AudioEventSystem &>(system);
+}
+
+void roundTo16Bits(std::vector<float> &values)
+{
+    for (float &value : values)
+        value = std::clamp(std::round(value * CAPTURED), -CAPTURED, CAPTURED - 1) / CAPTURED;
+}
+
+} // namespace
+
+void AudioEventSystem::render(double seconds, std::vector<float> &stereo)
+{
+    stereo.clear();
+    if (!memory || !mixer)
+        return;
+    memory->wake();
+    const auto frames = memory->takeFrames(seconds);
+    stereo.resize(static_cast<std::size_t>(frames) * 2);
+    for (long done = 0; done < frames;)
+    {
+        if (done > 0 || !output.isOpen())
+            step();
+        const int count = static_cast<int>(std::min<long>(MOST_FRAMES, frames - done));
+        if (output.isOpen())
+            memory->render(output.getDevice(), stereo.data() + done * 2, count);
+        else
+            memory->pass(count);
+        done += count;
+    }
+    roundTo16Bits(stereo);
+}
+
+void AudioEventSystem::pass(double seconds)
+{
+    if (!memory)
+        return;
+    std::vector<float> unheard;
+    if (output.isOpen())
+        render(seconds, unheard);
+    else
+        memory->pass(memory->takeFrames(seconds));
+}
+
+void AudioEventSystem::listHeard(std::vector<HeardEvent> &heard) const
+{
+    heard.clear();
+    for (const auto &event : events)
+    {
+        if (!event->chosen)
+            continue;
+        const EventData &data = *event->getPlan().data;
+        heard.push_back({event.get(), data.name.c_str(), data.caption.c_str(), event->loudness(), data.leastCaption,
+                         event->apparentPosition(), event->getPlan().placed, event->getStartOrder()});
+    }
+    std::sort(heard.begin(), heard.end(),
+              [](const HeardEvent &a, const HeardEvent &b)
+              { return a.loudness != b.loudness ? a.loudness > b.loudness : a.startOrder < b.startOrder; });
+}
+
+AudioCounters AudioEventSystem::getCounters() const
+{
+    AudioCounters counters;
+    for (const auto &event : events)
+        counters.playing += event->isUnderWay();
+    counters.voices = mixer ? mixer->countChosen() : 0;
+    counters.stolen = mixer ? mixer->countStolen() : 0;
+    counters.devices = output.getOpenedCount();
+    counters.silent = !output.isOpen();
+    return counters;
+}
+
+void setAudioOutput(const AudioOutput &output)
+{
+    settings().output = output;
+}
+
+void setAudioSeed(std::uint64_t seed)
+{
+    settings().seed = seed;
+}
+
+void renderAudio(FMOD::EventSystem &system, double seconds, std::vector<float> &stereo)
+{
+    ours(system).render(seconds, stereo);
+}
+
+void passAudioTime(FMOD::EventSystem &system, double seconds)
+{
+    ours(system).pass(seconds);
+}
+
+void setSoundPath(FMOD::Event &event, const SoundPath &path)
+{
+    static_cast<AudioEvent &>(event).tellPath(path);
+}
+
+void listHeard(FMOD::EventSystem &system, std::vector<HeardEvent> &heard)
+{
+    ours(system).listHeard(heard);
+}
+
+std::vector<EventFacts> listEvents(FMOD::EventProject &project)
+{
+    std::vector<EventFacts> facts;
+    for (const EventPlan &plan : static_cast<AudioProject &>(project).getPlans())
+        facts.push_back({plan.group, plan.data->name, plan.data->caption, plan.data->category, plan.data->leastCaption,
+                         plan.data->loop, plan.placed});
+    return facts;
+}
+
+void setReverbZones(FMOD::EventSystem &system, const FMOD_REVERB_PROPERTIES &first,
+                    const FMOD_REVERB_PROPERTIES &second, float share)
+{
+    ours(system).getLowLevel().getRooms().setZones(first, second, share);
+}
+
+AudioCounters audioCounters(FMOD::EventSystem &system)
+{
+    return ours(system).getCounters();
+}
+
+bool setHeadRelated(FMOD::EventSystem &system, bool on)
+{
+    return ours(system).setHeadRelated(on);
+}
+
+} // namespace port
+
+FMOD_RESULT FMOD_EventSystem_Create(FMOD::EventSystem **eventSystem)
+{
+    if (!eventSystem)
+        return FMOD_ERR_INVALID_PARAM;
+    const port::Settings &wanted = port::settings();
+    auto &lowLevel = port::lowLevelSystems();
+    lowLevel.push_back(std::make_unique<port::AudioSystem>());
+    *eventSystem = new port::AudioEventSystem(wanted.output, *lowLevel.back(), wanted.seed);
+    return FMOD_OK;
+}

@@ -90,8 +90,14 @@ verbose = _switch('KAVEL_VERBOSE')
 #: File that the last frame is written to; empty for none. A level with views writes one file a view, out-NAME.png.
 screenshot = _file('KAVEL_SCREENSHOT')
 
-#: Frames after which the game ends by itself; 0 plays on. A picture needs a last frame.
-frames = _number('KAVEL_FRAMES', 60 if screenshot else 0, MOST_FRAMES)
+#: WAV that the sound of a headless run is written to; empty for none.
+sound = _file('KAVEL_SOUND')
+if sound and not headless:
+    raise ValueError('KAVEL_SOUND is %r, where nothing may stand: only a run with KAVEL_HEADLESS=1 has its sound '
+                     'written, any other one plays it' % _text('KAVEL_SOUND'))
+
+#: Frames after which the game ends by itself; 0 plays on. A picture needs a last frame, a sound some seconds.
+frames = _number('KAVEL_FRAMES', 600 if sound else 60 if screenshot else 0, MOST_FRAMES)
 
 #: Names of the views that such a level is to show, with commas between them; empty for all.
 views = [name for name in _text('KAVEL_VIEWS').split(',') if name]

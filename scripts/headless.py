@@ -29,15 +29,19 @@ _plans: PerLevel[dict[int, list[Callable[[], object]]]] = PerLevel()
 def watch(coordinator: kaVel.Coordinator, views: Sequence[View] = ()):
     """Plans what a run does in a level that was just built: its views, from the present frame to the last one.
 
-    A run whose picture has nowhere to go ends at once, with exit code 1: better than when all its frames have run.
+    A run whose pictures or sound have nowhere to go ends at once, with exit code 1: better than when all its frames
+    have run.
     """
     views = _wanted(views)
-    closed = [file for file in map(_pictureFile, _suffixes(views)) if file and not _isWritable(file)]
+    results = [('screenshot', _pictureFile(suffix)) for suffix in _suffixes(views)] + [('sound', GameConfig.sound)]
+    closed = [result for result in results if result[1] and not _isWritable(result[1])]
     if closed:
-        kaVel.log('The game quits: the screenshot %s cannot be written; is there such a folder, and may it be written '
-                  'to?' % closed[0])
+        kaVel.log('The game quits: the %s %s cannot be written; is there such a folder, and may it be written to?'
+                  % closed[0])
         kaVel.getSystem('GameLoopSystem').quit(1)
         return
+    if GameConfig.sound:
+        kaVel.getSystem('SoundSystem')  # from the first frame on, whether or not anything sounds
     gameLoop = kaVel.getSystem('GameLoopSystem')
     first = max(gameLoop.frameNumber, 1)
     gameLoop.frameLimit = max(gameLoop.frameLimit, first - 1 + LEAST_FRAMES * len(views))

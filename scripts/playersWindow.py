@@ -1,5 +1,5 @@
 """The window in its player's hands: F11 and Alt+Enter switch to the whole display and back, a size that the window was
-given is kept, and the game stands still while another window is in front, if the player wants it so."""
+given is kept, and the game stands still and is silent while another window is in front, if the player wants it so."""
 
 from __future__ import annotations
 
@@ -31,6 +31,7 @@ def _onKey(message: Any, key: int) -> None:
 def _onFocus(message: Any, active: bool) -> None:
     global _stopped
     states = kaVel.Coordinator.LoopControlState
+    kaVel.getSystem('SoundSystem').silent = not active and not settings.get('soundWithoutFocus')
     if active:
         if _stopped and _stopped.loopState == states.LOOP_STOP:
             _stopped.loopState = states.LOOP_RUN

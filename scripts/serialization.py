@@ -45,8 +45,13 @@ def _fixedWindow(windowSystem: kaVel.WindowSystem2):
     windowSystem.setWindowedSize(*GameConfig.headlessSize)
 
 
+def _unheardSound(soundSystem: kaVel.SoundSystem):
+    kaVel.configure(soundSystem, offline=True, recordFile=GameConfig.sound)
+
+
 #: What a headless run changes: class of the system -> function of the system.
 HEADLESS = {
     'TimeSystem': _fixedTime,
     'WindowSystem2': _fixedWindow,
+    'SoundSystem': _unheardSound,
 }

@@ -109,6 +109,13 @@ SETTINGS = (
             _property('antialiasing')),
     Setting('gamma', 2.2, _number(1, 4), 'Exponent of the brightness; more shows more in the dark', 'GraphicsSystem2',
             _property('gamma')),
+    Setting('soundEffectVolume', 0.9, _number(0, 1), 'Loudness of all sounds but music', 'SoundSystem',
+            _property('soundEffectVolume')),
+    Setting('musicVolume', 0.9, _number(0, 1), 'Loudness of the music', 'SoundSystem', _property('musicVolume')),
+    Setting('headphones', False, _switch(), 'Directions as headphones need them', 'SoundSystem',
+            _property('headphones')),
+    Setting('soundWithoutFocus', False, _switch(), 'Whether the game is heard while another window is in front', '',
+            lambda system, value: None),
     Setting('pauseWithoutFocus', True, _switch(), 'Whether the game stops while another window is in front', '',
             lambda system, value: None),
 )

@@ -7,6 +7,7 @@
 #include "object/python/PythonCalls.h"
 #include "object/reflection/Variant.h"
 #include "platform/input/InputSystem.h"
+#include "platform/sound/SoundRecording.h"
 #include "port/process/EndRequests.h"
 #include "port/process/MessageBoxProcess.h"
 #include "port/win32/Messages.h"
@@ -117,6 +118,8 @@ int main(int argc, char **argv)
     primeClock();
     int exitCode = 0;
     guarded([&] { exitCode = runUntilQuit(); });
+    if (!SoundRecording::finish() && exitCode == 0)
+        exitCode = 1;
     endLevel();
     SystemSystem::shutdown();
     if (exitCode != 0)

@@ -2,21 +2,24 @@
 #pragma once
 
 #include "engine/entities/SimpleComponent.h"
-
-#include "foundation/KVString.h"
+#include "physics/bodies/SoundRequest.h"
 
 #include <string>
 #include <vector>
 
 /// Notes which sounds it is asked for.
-class SoundNote : public SimpleComponent
+class SoundNote : public SimpleComponent, public ISoundPlayer
 {
     KV_REFLECTED(SoundNote)
 public:
     SoundNote() = default;
 
     void doFrame() override {}
-    void playSoundEffect(String sound) { sounds.push_back(sound.toCString()); }
+    bool playRequestedSound(const String &sound) override
+    {
+        sounds.push_back(sound.toCString());
+        return true;
+    }
 
     std::vector<std::string> sounds;
 };

@@ -58,6 +58,8 @@ class World:
         (self.folder / "assets").mkdir()
         for kind in ("fonts", "models", "textures", "shaders"):
             shutil.copytree(ROOT / "assets" / kind, self.folder / "assets" / kind)
+        # Much, and nothing that a test writes into; one with sounds of its own puts them in its place.
+        os.symlink(ROOT / "assets" / "sound", self.folder / "assets" / "sound")
         os.symlink(game / "python.zip", self.folder / "python.zip")
 
     def write(self, path, text):

@@ -223,6 +223,43 @@ class SegmentHit:
     def __bool__(self) -> bool: ...
 
 
+class GlobalListener:
+    """Place, motion and bearing of the ears of a level."""
+
+    @property
+    def position(self) -> Vec4:
+        """Metres, w 1."""
+    @property
+    def velocity(self) -> Vec4:
+        """Metres a second."""
+    @property
+    def directionVector(self) -> Vec4:
+        """Where the nose points, length 1."""
+    @property
+    def upVector(self) -> Vec4:
+        """Where the crown points, length 1."""
+
+
+class HeardSound:
+    """A sound that can be heard now."""
+
+    @property
+    def name(self) -> str:
+        """Of the event."""
+    @property
+    def caption(self) -> str:
+        """What it is, for one who reads it; empty where it has none, or is too soft to be told of."""
+    @property
+    def direction(self) -> Vec4:
+        """From the ears, to the right, up and ahead, length 1; 0 for what has no place."""
+    @property
+    def distance(self) -> float:
+        """Metres along the way that it comes; 0 for what has no place."""
+    @property
+    def loudness(self) -> float:
+        """Linear, at the ears."""
+
+
 class MeshBuilder:
     """Gathers vertices and triangles, shapes and polygons, into one mesh; metres, front faces clockwise.
 

@@ -5,7 +5,8 @@ import keyword
 SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "str", "Vec4": "Vec4",
                 "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
                 "RayCollision": "RayCollision", "SegmentHit": "SegmentHit", "MeshBuilder": "MeshBuilder",
-                "std::vector<GridCell>": "list[GridCell]"}
+                "std::vector<GridCell>": "list[GridCell]", "GlobalListener": "GlobalListener",
+                "HeardSound": "HeardSound"}
 
 
 def properties(record):

@@ -33,7 +33,7 @@ NUMBERS = {
 
 VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell")
 # Values with a script class that functions only return, or only take.
-RETURNED = ("RayCollision", "SegmentHit")
+RETURNED = ("RayCollision", "SegmentHit", "GlobalListener", "HeardSound")
 TAKEN = ("MeshBuilder",)
 # Values that also cross as a std::vector of them.
 LISTED = ("GridCell",)
@@ -154,7 +154,7 @@ class Signatures:
             return Crossing("value", f"std::vector<{argument}>")
         if name in ("vector", "span"):
             entry = self._value(argument, scope)
-            listed = entry is not None and (entry.category == "handle" or entry.cpp == "Vec4")
+            listed = entry is not None and (entry.category in ("handle", "answer") or entry.cpp == "Vec4")
             return Crossing("answer", f"std::{name}<{entry.cpp}>", inner=entry) if listed else None
         if name == "ErrorReturn":
             inner = self.result(argument, scope)

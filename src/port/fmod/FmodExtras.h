@@ -99,7 +99,7 @@ bool setHeadRelated(FMOD::EventSystem &system, bool on);
 
 /// Has FMOD_EventSystem_Create give out what a test made, as a recording or failing system; null ends that.
 ///
-/// The other functions of this header leave systems, events and projects alone that are not the port's own.
+/// As long as it is set the functions of this header that take systems, events and projects do nothing.
 using EventSystemMaker = FMOD_RESULT (*)(FMOD::EventSystem **);
 void setEventSystemMaker(EventSystemMaker maker);
 

@@ -20,6 +20,7 @@ struct Settings
 {
     AudioOutput output;
     std::uint64_t seed = 1;
+    EventSystemMaker maker = nullptr;
 };
 
 Settings &settings()
@@ -33,6 +34,12 @@ std::vector<std::unique_ptr<AudioSystem>> &lowLevelSystems()
 {
     static std::vector<std::unique_ptr<AudioSystem>> all;
     return all;
+}
+
+/// Whether systems and events are a test's own, of which nothing here knows.
+bool areForeign()
+{
+    return settings().maker != nullptr;
 }
 
 AudioEventSystem &ours(FMOD::EventSystem &system)
@@ -114,6 +121,11 @@ void setAudioOutput(const AudioOutput &output)
     settings().output = output;
 }
 
+void setEventSystemMaker(EventSystemMaker maker)
+{
+    settings().maker = maker;
+}
+
 void setAudioSeed(std::uint64_t seed)
 {
     settings().seed = seed;
@@ -121,27 +133,33 @@ void setAudioSeed(std::uint64_t seed)
 
 void renderAudio(FMOD::EventSystem &system, double seconds, std::vector<float> &stereo)
 {
-    ours(system).render(seconds, stereo);
+    if (!areForeign())
+        ours(system).render(seconds, stereo);
 }
 
 void passAudioTime(FMOD::EventSystem &system, double seconds)
 {
-    ours(system).pass(seconds);
+    if (!areForeign())
+        ours(system).pass(seconds);
 }
 
 void setSoundPath(FMOD::Event &event, const SoundPath &path)
 {
-    static_cast<AudioEvent &>(event).tellPath(path);
+    if (!areForeign())
+        static_cast<AudioEvent &>(event).tellPath(path);
 }
 
 void listHeard(FMOD::EventSystem &system, std::vector<HeardEvent> &heard)
 {
-    ours(system).listHeard(heard);
+    if (!areForeign())
+        ours(system).listHeard(heard);
 }
 
 std::vector<EventFacts> listEvents(FMOD::EventProject &project)
 {
     std::vector<EventFacts> facts;
+    if (areForeign())
+        return facts;
     for (const EventPlan &plan : static_cast<AudioProject &>(project).getPlans())
         facts.push_back({plan.group, plan.data->name, plan.data->caption, plan.data->category, plan.data->leastCaption,
                          plan.data->loop, plan.placed});
@@ -151,17 +169,18 @@ std::vector<EventFacts> listEvents(FMOD::EventProject &project)
 void setReverbZones(FMOD::EventSystem &system, const FMOD_REVERB_PROPERTIES &first,
                     const FMOD_REVERB_PROPERTIES &second, float share)
 {
-    ours(system).getLowLevel().getRooms().setZones(first, second, share);
+    if (!areForeign())
+        ours(system).getLowLevel().getRooms().setZones(first, second, share);
 }
 
 AudioCounters audioCounters(FMOD::EventSystem &system)
 {
-    return ours(system).getCounters();
+    return areForeign() ? AudioCounters() : ours(system).getCounters();
 }
 
 bool setHeadRelated(FMOD::EventSystem &system, bool on)
 {
-    return ours(system).setHeadRelated(on);
+    return !areForeign() && ours(system).setHeadRelated(on);
 }
 
 } // namespace port
@@ -171,6 +190,8 @@ FMOD_RESULT FMOD_EventSystem_Create(FMOD::EventSystem **eventSystem)
     if (!eventSystem)
         return FMOD_ERR_INVALID_PARAM;
     const port::Settings &wanted = port::settings();
+    if (wanted.maker)
+        return wanted.maker(eventSystem);
     auto &lowLevel = port::lowLevelSystems();
     lowLevel.push_back(std::make_unique<port::AudioSystem>());
     *eventSystem = new port::AudioEventSystem(wanted.output, *lowLevel.back(), wanted.seed);

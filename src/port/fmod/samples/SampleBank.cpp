@@ -3,7 +3,6 @@
 #include "port/fmod/Notices.h"
 #include "port/win32/HostPath.h"
 
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -35,13 +34,6 @@ void SampleBank::tell(int sample, const std::string &fault) const
     tellAudio(bad.named + ": '" + bad.path + "' " + fault, true);
 }
 
-void SampleBank::tellCut(int sample) const
-{
-    char seconds[32];
-    std::snprintf(seconds, sizeof(seconds), "%.2f", samples[static_cast<std::size_t>(sample)].shape.seconds());
-    tell(sample, std::string("is cut off after ") + seconds + " s; that much is played.");
-}
-
 const SampleShape &SampleBank::shapeOf(int sample)
 {
     Sample &asked = samples[static_cast<std::size_t>(sample)];
@@ -50,12 +42,10 @@ const SampleShape &SampleBank::shapeOf(int sample)
     asked.looked = true;
     std::string why;
     const SampleFile file(asked.path, why);
-    if (!file.isOpen())
-        tell(sample, "cannot be played: " + why + ".");
-    else
+    if (file.isOpen())
         asked.shape = file.getShape();
-    if (file.isCut())
-        tellCut(sample);
+    else
+        tell(sample, "cannot be played: " + why + ".");
     return asked.shape;
 }
 
@@ -76,7 +66,7 @@ bool SampleBank::decode(int sample, std::vector<std::int16_t> &values)
     if (frames < static_cast<std::size_t>(read.shape.frames))
     {
         read.shape.frames = static_cast<long>(frames);
-        tellCut(sample);
+        tell(sample, "is cut off after " + std::to_string(read.shape.seconds()) + " s; that much is played.");
     }
     values.resize(frames * channels);
     return frames > 0;

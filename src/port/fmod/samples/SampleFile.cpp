@@ -44,31 +44,12 @@ struct SampleFile::Handle
     Handle(const Handle &) = delete;
     Handle &operator=(const Handle &) = delete;
 
-    /// Frames up to the end, by reading them; no more than may be.
-    sf_count_t countFrames()
-    {
-        std::vector<float> unheard(BLOCK * static_cast<std::size_t>(std::max(1, info.channels)));
-        const auto most = static_cast<sf_count_t>(MOST_SECONDS * MOST_RATE);
-        sf_count_t all = 0;
-        for (sf_count_t count = 1; count > 0 && all < most; all += count)
-            count = sf_readf_float(sound, unheard.data(), static_cast<sf_count_t>(BLOCK));
-        return all;
-    }
-
     SF_INFO info = {};
     SNDFILE *sound;
 };
 
 SampleFile::SampleFile(const std::string &path, std::string &why) : file(std::make_unique<Handle>(path))
 {
-    if (file->sound && file->info.frames == SF_COUNT_MAX)
-    {
-        // A file without its end does not tell its length.
-        const sf_count_t frames = file->countFrames();
-        file = std::make_unique<Handle>(path);
-        file->info.frames = frames;
-        cut = true;
-    }
     why = file->sound ? judge(file->info) : "it is no sound that can be read: " + std::string(sf_strerror(nullptr));
     if (!why.empty())
     {

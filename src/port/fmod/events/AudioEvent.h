@@ -41,7 +41,7 @@ public:
     void orphan();
     bool isReleased() const { return released; }
     /// Lets time pass: fades, glides, samples that end and those that follow.
-    void advance(double seconds, Chance &chance);
+    void advance(double seconds, const GlideStep &step, Chance &chance);
 
     bool isOrphan() const { return plan == nullptr; }
     bool isUnderWay() const { return state != IDLE; }

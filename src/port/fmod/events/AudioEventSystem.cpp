@@ -193,10 +193,11 @@ void AudioEventSystem::step()
     const double seconds = std::max(0.0, now - lastTime);
     lastTime = now;
     std::erase_if(events, [](const auto &event) { return event->isReleased(); });
+    const GlideStep glide(static_cast<float>(seconds));
     for (const auto &event : events)
-        event->advance(seconds, chance);
+        event->advance(seconds, glide, chance);
     mixer->choose(events);
-    const float lowpass = lowLevel.advanceLowpass(static_cast<float>(seconds));
+    const float lowpass = lowLevel.advanceLowpass(glide);
     if (output.isOpen())
         hear(lowpass, now);
 }

@@ -1,6 +1,7 @@
 #include "port/fmod/events/EventPlan.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace port
 {
@@ -9,6 +10,9 @@ namespace
 {
 
 constexpr double LONG_SECONDS = 30; ///< from which on a sample is streamed even if its layer does not say so
+
+constexpr int MIDDLE_PRIORITY = 128;
+constexpr float PRIORITY_STEP = 32; ///< for a factor of two
 
 std::string placeOf(const std::string &file, int line)
 {
@@ -77,6 +81,7 @@ EventPlan makePlan(const EventData &data, SampleBank &bank, const std::string &f
     EventPlan plan;
     plan.data = &data;
     plan.bank = &bank;
+    plan.weight = std::exp2(static_cast<float>(MIDDLE_PRIORITY - data.priority) / PRIORITY_STEP);
     for (std::size_t i = 0; i < data.parameters.size(); ++i)
     {
         plan.placed = plan.placed || data.parameters[i].name == "distance";

@@ -68,7 +68,7 @@ void AudioEvent::applyCurves()
                 semitones += value;
             sends = sends || each.target == CurveData::REVERB;
         }
-    curvePitch = std::exp2(semitones / 12);
+    curvePitch = semitones == 0 ? 1 : std::exp2(semitones / 12);
     if (!sends)
         curveSend = plan->placed ? PLACED_SEND : 0;
 }
@@ -111,7 +111,7 @@ void AudioEvent::moveVoices(double seconds, Chance &chance)
         state = IDLE;
 }
 
-void AudioEvent::advance(double seconds, Chance &chance)
+void AudioEvent::advance(double seconds, const GlideStep &step, Chance &chance)
 {
     if (!plan || !isUnderWay())
         return;
@@ -122,7 +122,7 @@ void AudioEvent::advance(double seconds, Chance &chance)
         seconds = 0;
         beginVoices(chance);
     }
-    path.advance(position, static_cast<float>(seconds));
+    path.advance(position, step);
     if (isHeld())
         return;
     moveFade(seconds);

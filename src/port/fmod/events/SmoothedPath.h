@@ -2,6 +2,7 @@
 #pragma once
 
 #include "port/fmod/FmodExtras.h"
+#include "port/fmod/output/GlideStep.h"
 
 namespace port
 {
@@ -15,7 +16,7 @@ public:
     /// Nothing was heard yet: the next advance goes to its goal at once.
     void restart() { fresh = true; }
     /// @param own  where the event is
-    void advance(const FMOD_VECTOR &own, float seconds);
+    void advance(const FMOD_VECTOR &own, const GlideStep &step);
 
     FMOD_VECTOR apparent(const FMOD_VECTOR &own) const { return {own.x + off.x, own.y + off.y, own.z + off.z}; }
     float getGain() const { return gain; }
@@ -25,13 +26,11 @@ public:
 
 private:
     SoundPath told;
-    float held = 0; ///< s for which it still counts
+    float toldLowpass = 1; ///< gain of the filter
+    float held = 0;        ///< s for which it still counts
     bool fresh = true;
     FMOD_VECTOR off; ///< from the event to where it is heard
     float gain = 1, lowpass = 1, reverb = 1;
 };
-
-/// What is left after a time of the way to a goal, for a glide that takes some 80 ms.
-float glideShare(float seconds);
 
 } // namespace port

@@ -1,7 +1,6 @@
 #include "port/fmod/events/VoiceMixer.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace port
 {
@@ -12,12 +11,6 @@ namespace
 constexpr float AUDIBLE = 0.0003F;  ///< -70 dB; below it nothing is given a channel
 constexpr float KEPT = 0.7F;        ///< of that, for who has one
 constexpr float PREFERENCE = 1.25F; ///< of who is heard, so that equals do not take turns
-constexpr float PRIORITY_STEP = 32; ///< priorities for a factor of two
-
-float weightOf(int priority)
-{
-    return std::exp2(static_cast<float>(128 - priority) / PRIORITY_STEP);
-}
 
 } // namespace
 
@@ -34,7 +27,7 @@ void VoiceMixer::collect(const AudioEvents &events)
         const float loudness = event->loudness();
         if (loudness < (heard ? AUDIBLE * KEPT : AUDIBLE))
             continue;
-        const float score = loudness * weightOf(event->getPlan().data->priority) * (heard ? PREFERENCE : 1);
+        const float score = loudness * event->getPlan().weight * (heard ? PREFERENCE : 1);
         candidates.push_back({score, loudness, event.get(), heard});
     }
 }
@@ -62,11 +55,14 @@ void VoiceMixer::choose(const AudioEvents &events)
     { return a.score != b.score ? a.score < b.score : a.event->getStartOrder() > b.event->getStartOrder(); };
     std::make_heap(candidates.begin(), candidates.end(), isWorse);
     given = 0;
-    for (auto end = candidates.end(); end != candidates.begin();)
+    auto end = candidates.end();
+    while (end != candidates.begin() && given < channels)
     {
         std::pop_heap(candidates.begin(), end, isWorse);
         give(*--end);
     }
+    stolen +=
+        static_cast<int>(std::count_if(candidates.begin(), end, [](const Candidate &each) { return each.heard; }));
 }
 
 void VoiceMixer::begin(AudioEvent &event, std::size_t layer, double now)

@@ -1,6 +1,5 @@
 #include "port/fmod/output/AudioSystem.h"
 
-#include "port/fmod/events/SmoothedPath.h"
 #include "port/fmod/output/LowpassGain.h"
 
 #include <algorithm>
@@ -45,10 +44,10 @@ FMOD_RESULT LowpassEffect::release()
     return FMOD_OK;
 }
 
-float LowpassEffect::advance(float seconds)
+float LowpassEffect::advance(const GlideStep &step)
 {
     const float goal = added && !bypassed && !released ? lowpassGain(cutoff) : 1;
-    gain = std::abs(gain - goal) < 1e-4F ? goal : goal + (gain - goal) * glideShare(seconds);
+    gain = step.move(gain, goal);
     return gain;
 }
 
@@ -113,11 +112,11 @@ FMOD_RESULT AudioSystem::setReverbAmbientProperties(const FMOD_REVERB_PROPERTIES
     return FMOD_OK;
 }
 
-float AudioSystem::advanceLowpass(float seconds)
+float AudioSystem::advanceLowpass(const GlideStep &step)
 {
     float gain = 1;
     for (const auto &effect : effects)
-        gain *= effect->advance(seconds);
+        gain *= effect->advance(step);
     std::erase_if(effects, [](const auto &effect) { return effect->isOver(); });
     return gain;
 }

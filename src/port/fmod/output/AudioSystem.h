@@ -2,6 +2,7 @@
 #pragma once
 
 #include "port/fmod/fmod.h"
+#include "port/fmod/output/GlideStep.h"
 #include "port/fmod/output/ReverbSlots.h"
 
 #include <memory>
@@ -20,7 +21,7 @@ public:
     FMOD_RESULT release() override;
 
     /// Gain of the filter after some more time.
-    float advance(float seconds);
+    float advance(const GlideStep &step);
     void add() { added = true; }
     /// Given back, and its effect gone.
     bool isOver() const { return released && gain == 1; }
@@ -48,7 +49,7 @@ public:
 
     ReverbSlots &getRooms() { return rooms; }
     /// Gain of the filter that all passes through, after some more time.
-    float advanceLowpass(float seconds);
+    float advanceLowpass(const GlideStep &step);
     void noteInit() { initialised = true; }
 
 private:

@@ -18,10 +18,16 @@ constexpr double NOT_RISING = -1; ///< s; every host time lies behind it
 /// What no settings equal, so that the first ones are told whatever they are.
 constexpr SourceSettings NOTHING_TOLD = {-1, -1, {1e30F, 0, 0}, -1, -1, -1, -1};
 
-bool isNear(float a, float b)
+/// Whether a change is not worth telling. All the way open or shut always is.
+bool isNear(float wanted, float told, float share)
 {
-    return std::abs(a - b) <= 0.0005F * std::max(std::abs(a), std::abs(b));
+    if (wanted == 0 || wanted == 1)
+        return wanted == told;
+    return std::abs(wanted - told) <= share * std::abs(wanted);
 }
+
+constexpr float GAIN_SHARE = 0.002F;  ///< a fiftieth of a decibel
+constexpr float FILTER_SHARE = 0.02F; ///< filters cost more to change, and it is heard less
 
 bool isSame(const FMOD_VECTOR &a, const FMOD_VECTOR &b)
 {
@@ -155,13 +161,14 @@ ALuint SourcePool::lowpass(float gain, float highGain)
 void SourcePool::setFilters(Source &source, const SourceSettings &settings)
 {
     SourceSettings &told = source.told;
-    if (!isNear(settings.direct, told.direct) || !isNear(settings.directLowpass, told.directLowpass))
+    if (!isNear(settings.direct, told.direct, GAIN_SHARE) ||
+        !isNear(settings.directLowpass, told.directLowpass, FILTER_SHARE))
     {
         told.direct = settings.direct;
         told.directLowpass = settings.directLowpass;
         alSourcei(source.name, AL_DIRECT_FILTER, static_cast<ALint>(lowpass(told.direct, told.directLowpass)));
     }
-    if (isNear(settings.send, told.send) && isNear(settings.sendLowpass, told.sendLowpass))
+    if (isNear(settings.send, told.send, FILTER_SHARE) && isNear(settings.sendLowpass, told.sendLowpass, FILTER_SHARE))
         return;
     told.send = settings.send;
     told.sendLowpass = settings.sendLowpass;
@@ -175,12 +182,12 @@ void SourcePool::set(Source &source, const SourceSettings &settings, double now)
 {
     SourceSettings &told = source.told;
     const float gain = now > source.raised ? std::min(settings.gain, MOST_GAIN) : 0;
-    if (!isNear(gain, told.gain))
+    if (!isNear(gain, told.gain, GAIN_SHARE))
     {
         told.gain = gain;
         alSourcef(source.name, AL_GAIN, gain);
     }
-    if (!isNear(settings.pitch, told.pitch))
+    if (settings.pitch != told.pitch)
     {
         told.pitch = settings.pitch;
         alSourcef(source.name, AL_PITCH, settings.pitch);

@@ -37,7 +37,7 @@ def crates(map: MapRootEntity, pointer: place.Pointer):
 class Piles:
     """Boxes one upon the other, in piles of some heights side by side; all but the lowest hang in the air and fall.
 
-    A box upon one box comes to rest; one that lies across two is lifted by both contacts, and trembles.
+    A box upon one box comes to rest, and so does one across two; where one bears two others, the heap trembles.
     """
 
     def __init__(self, map: MapRootEntity, pointer: place.Pointer, name: str, heights: Sequence[int], at: Triple,

@@ -5,7 +5,7 @@
 
 #include <vector>
 
-/// Resolves contacts, the fastest closing one first. The grids resolve theirs in the order of detection instead.
+/// Resolves contacts, the fastest closing one first. The grids go by the order of detection instead.
 ///
 /// Borrows the contacts; who made them frees them.
 class CollisionResolver

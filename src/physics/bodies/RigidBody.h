@@ -12,9 +12,10 @@
 ///
 /// Contacts are resolved once a frame, each by what the ones before it have left of its depth, and know no friction. So
 /// bodies rest on a wall with inverse mass 0 (the plane at height 0 stops a body and leaves it its speed), and what lies
-/// on each other rests still but a little sunk into it: crates of 1 m that fall at 10 m/s2, three high, by 4 cm, five
-/// high by 16 cm; with each crate twice as heavy as the one above by 1 and 3 cm. Ten equal ones squirm. Balls rest in
-/// one layer that covers half of the ground; heaped up, they squirm for good. Damping is what ends sliding: 0.1 for
+/// on each other, or across two others, rests still but a little sunk into it: crates of 1 m that fall at 10 m/s2, three
+/// high, by 4 cm, five high by 16 cm, ten high by more than half; with each crate twice as heavy as the one above, five
+/// high, by 2 cm. Heaps in which a crate bears two tremble: three rows of them by 8 mm a frame, four by 3 cm. Balls rest
+/// in one layer that covers half of the ground; heaped up, they squirm for good. Damping is what ends sliding: 0.1 for
 /// crates.
 class RigidBody : public PhysicsComponent
 {

@@ -11,7 +11,19 @@ namespace
 {
 /// Square of the contact speed below which nothing bounces, (m/s)2.
 constexpr float RESTING_SPEED_SQUARED = 0.01f;
+/// Part of what has brought two bodies that both give way closer to each other which their contact undoes at once.
+///
+/// With all of it crates that bounce a little throw each other about, with nothing of it those of a pile of ten do;
+/// halfway between both come to rest.
+constexpr float UNDONE_AT_ONCE = 0.5f;
 } // namespace
+
+void RigidCollision::noteDetection()
+{
+    const PhysicsComponent *const first = findBody(0), *const second = findBody(1);
+    comesLast = !first || !second || first->getInverseMass() == 0.f || second->getInverseMass() == 0.f;
+    foundApart = wayBetween();
+}
 
 void RigidCollision::resolve()
 {
@@ -45,22 +57,12 @@ Vec4 RigidCollision::wayBetween() const
     return places[0] - places[1];
 }
 
-/// Takes off what the bodies have come apart along the normal since the detection, and adds what they have come closer
-/// where nothing moves one of them.
-///
-/// Between two bodies that both give way, what brought them closer counts in the next frame, when whoever pushes from
-/// the other side has been found as well: taken out at once, crates that bounce a little never rest on each other.
+/// Takes off what the bodies have come apart along the normal since the detection, and adds what they have come closer:
+/// all of it against what nothing moves, else the part that is undone at once.
 void RigidCollision::bringPenetrationUpToDate()
 {
     const float apart = (wayBetween() - foundApart).dot(contactNormal);
-    if (apart > 0.f || isAgainstImmovable())
-        penetration -= apart;
-}
-
-bool RigidCollision::isAgainstImmovable() const
-{
-    const PhysicsComponent *const first = findBody(0), *const second = findBody(1);
-    return !first || !second || first->getInverseMass() == 0.f || second->getInverseMass() == 0.f;
+    penetration -= apart > 0.f || comesLast ? apart : UNDONE_AT_ONCE * apart;
 }
 
 void RigidCollision::generateContactMatrices()

@@ -15,7 +15,7 @@ class PhysicsComponent;
 ///
 /// All contacts of a frame are found before the first one is resolved, and two of them may stop the same body: a floor
 /// of two slabs, the corner of a room, a pile. So each counts what earlier ones have moved, or a body would be taken
-/// out of its depth twice and thrown.
+/// out of its depth twice and thrown. A contact with what nothing moves has the last word.
 class RigidCollision : public Collision
 {
 public:
@@ -23,8 +23,9 @@ public:
 
     /// Resolves what earlier contacts have left of the penetration; passes on when that is nothing.
     void resolve() override;
-    /// Notes how the two bodies stand to each other now that the depth has been found.
-    void noteDetection() { foundApart = wayBetween(); }
+    /// Notes how the two bodies stand to each other now that the depth has been found, and whether one of them gives
+    /// no way.
+    void noteDetection();
     /// Moves the bodies out of each other, each by its share of the inverse mass.
     virtual void resolvePenetration();
     /// Gives the bodies their new velocities, unless they move apart already.
@@ -54,7 +55,6 @@ private:
     PhysicsComponent *findBody(int index) const;
     Vec4 wayBetween() const;
     void bringPenetrationUpToDate();
-    bool isAgainstImmovable() const;
     void generateContactMatrices();
     void calculateRelPositions();
     void setContactVelocity();

@@ -143,7 +143,9 @@ public:
     /// Cell by cell, in a cell by order of arrival. The lists are those of the start: what a trigger's script adds or
     /// moves meanwhile counts from the next time on.
     void checkCollisions();
-    /// Resolves what the tests found, in the order in which it was found, and forgets it.
+    /// Resolves what the tests found, and forgets it.
+    ///
+    /// In the order in which it was found, but what touches something that nothing moves after all the others.
     void resolveCollisions(double frameTime);
 
     /// Count of contacts that were found and not resolved yet.

@@ -55,12 +55,11 @@ void PartitioningGrid::resolveCollisions(double)
     static const String section = SCS("PartitioningGrid::resolveCollisions");
     const ProfilerScope scope(profilerCategory(), section);
     noteContacts();
-    for (Collision *collision : collisions)
-    {
-        collision->resolve();
-        Collision::release(collision);
-    }
-    collisions.clear();
+    for (const bool last : {false, true}) // or what others push into a wall would stand in it until the next frame
+        for (Collision *collision : collisions)
+            if (collision->comesLast == last)
+                collision->resolve();
+    dropCollisions();
 }
 
 void PartitioningGrid::dropCollisions()

@@ -33,4 +33,5 @@ public:
     static void release(Collision *collision);
 
     Handle<BoundingVolume> volumes[2];
+    bool comesLast = false; ///< resolved after those of the frame that do not: nothing moves one of the two
 };

@@ -13,10 +13,11 @@ import shapes
 
 @dataclass(frozen=True)
 class Material:
-    """How a material rings: T60 in seconds at 100 Hz and how it shrinks with frequency, and how modes are spaced.
+    """How a material rings: T60 in seconds at 100 Hz, how it shrinks with frequency, and how modes are spaced.
 
     A mode at f Hz falls by 60 dB in `ring / (1 + (f / corner) ** slope)` seconds. `spacing` is "bar" (modes spread
-    like 1, 2.8, 5.4), "plate" (dense, even) or "shell" (in near pairs, as of a bell or a pot). `jitter` detunes.
+    like 1, 2.8, 5.4), "piece" (a thing that bends two ways and twists), "plate" (dense, even) or "shell" (in near
+    pairs, as of a bell or a pot). `jitter` detunes.
     """
 
     ring: float
@@ -30,6 +31,7 @@ MATERIALS = {
     "wood": Material(0.16, 450.0, 1.0, "plate", 0.06),
     "board": Material(0.26, 300.0, 0.9, "plate", 0.08),
     "metal": Material(2.2, 1800.0, 1.1, "bar", 0.03),
+    "iron": Material(1.2, 2600.0, 1.0, "piece", 0.05),
     "sheet": Material(1.1, 2500.0, 1.0, "plate", 0.05),
     "bell": Material(5.0, 1500.0, 1.2, "shell", 0.004),
     "stone": Material(0.07, 2500.0, 1.2, "plate", 0.08),
@@ -67,9 +69,12 @@ def body(take, material, lowest, count=24, tilt=0.7, damping=1.0):
 
 
 def _ratios(spacing, count):
+    bending = ((numpy.arange(count) + 1.5) / 1.5) ** 2
     if spacing == "bar":
-        n = numpy.arange(count) + 1.5
-        return (n / 1.5) ** 2
+        return bending
+    if spacing == "piece":
+        twisting = 2.35 * (numpy.arange(count) + 1.0)
+        return numpy.sort(numpy.concatenate([bending, 1.62 * bending, twisting]))[:count]
     if spacing == "shell":
         n = numpy.arange(count) // 2 + 2.0
         pair = 1.0 + 0.006 * (numpy.arange(count) % 2)

@@ -35,7 +35,7 @@ def breath(take, seconds, inward, effort):
     flutter = 1.0 - 0.35 * noise.wander(take.rng, seconds, 18.0) * (0.4 + e)
     air = noise.pink(take.rng, seconds) + 0.35 * noise.white(take.rng, seconds)
     x = filters.formants(air, mouth) + 0.05 * filters.highpass(air, 5000.0, 1)
-    return x * envelope * flutter * (0.4 + 0.6 * e)
+    return filters.highpass(x, 260.0) * envelope * flutter * (0.4 + 0.6 * e)
 
 
 def throat(take, hz, rough=0.1):

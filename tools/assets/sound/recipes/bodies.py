@@ -68,8 +68,8 @@ def _tick(take, material, hz):
 
 def _metal(take, blow):
     """A bucket or a tool: a sheet that booms, a rim that rings, grit where it lands."""
-    wall = modal.body(take, "sheet", take.near(270.0, 0.3), count=34, tilt=0.25, damping=2.2)
-    rim = modal.body(take, "metal", take.near(620.0, 0.3), count=9, tilt=0.3, damping=3.5)
+    wall = modal.body(take, "sheet", take.near(210.0, 0.3), count=60, tilt=-0.15, damping=1.8)
+    rim = modal.body(take, "iron", take.near(540.0, 0.3), count=16, tilt=-0.2, damping=2.2)
 
     def clang(hard):
         return shapes.lay((0.0, shapes.unit(modal.struck(take, wall, hard + 0.1, 0, 0.7, 0.5)), 1.0),
@@ -79,21 +79,22 @@ def _metal(take, blow):
 
 def _stone(take, blow):
     """A brick or a flag: it hardly rings; weight, a crack, and grains that spring off."""
-    block = modal.body(take, "stone", take.near(520.0, 0.3), count=14, tilt=0.3)
+    block = modal.body(take, "stone", take.near(430.0, 0.3), count=26, tilt=0.05, damping=0.8)
 
     def thud(hard):
-        low = filters.resonator(modal.blow(0.2, 0.1), take.near(95.0, 0.2), 0.07)
-        return shapes.lay((0.0, shapes.unit(modal.struck(take, block, min(1.0, hard + 0.1), 0, None, 0.8)), 0.8),
-                          (0.0, shapes.unit(low), 0.7))
+        t = 0.1
+        press = filters.bandpass(noise.brown(take.rng, t), 70.0, 260.0, 1) * shapes.decay(t, 0.09, 0.002)
+        return shapes.lay((0.0, shapes.unit(modal.struck(take, block, min(1.0, hard + 0.2), 0, None, 0.8)), 1.0),
+                          (0.0, shapes.unit(press), 0.4))
     t = 0.15 + 0.35 * blow.hard
     chips = grains.cloud(take, t, 160.0 * blow.hard * shapes.decay(t, t, 0.004), lambda k: grains.pebble(k, 2900.0))
     return shapes.lay((0.0, _jumps(take, blow, thud, 0.12), 1.0), (0.01, shapes.unit(chips), 0.1 + 0.14 * blow.hard),
-                      (0.0, _floor(take, blow), blow.weight * 0.8))
+                      (0.0, _floor(take, blow), blow.weight * 0.4))
 
 
 def _glass(take, blow):
     """A bottle that holds: the wall rings in pairs, the hollow sounds once, it jumps on its rim."""
-    wall = modal.body(take, "glass", take.near(1250.0, 0.3), count=14, tilt=0.25, damping=1.6)
+    wall = modal.body(take, "glass", take.near(1250.0, 0.3), count=18, tilt=-0.25, damping=1.4)
     hollow = take.near(310.0, 0.3)
 
     def clink(hard):
@@ -128,92 +129,94 @@ def _landed(take, x, wet=0.2):
     return rooms.heard_in(take, x, rooms.SMALL, wet)
 
 
-@sound(variants=3, loudness=-30.0, what="wood set down", judgement="?")
+@sound(variants=3, loudness=-30.0, what="wood set down", judgement="good")
 def impact_wood_soft(take):
     return _landed(take, _wood(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-24.0, what="wood dropped", judgement="?")
+@sound(variants=3, loudness=-24.0, what="wood dropped", judgement="good")
 def impact_wood_medium(take):
     return _landed(take, _wood(take, MEDIUM), 0.16)
 
 
-@sound(variants=4, loudness=-18.0, what="wood that falls hard", judgement="?")
+@sound(variants=4, loudness=-18.0, what="wood that falls hard", judgement="good")
 def impact_wood_hard(take):
     return _landed(take, _wood(take, HARD))
 
 
-@sound(variants=3, loudness=-29.0, what="metal set down", judgement="?")
+@sound(variants=3, loudness=-29.0, what="metal set down", judgement="good")
 def impact_metal_soft(take):
     return _landed(take, _metal(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-22.5, what="metal dropped", judgement="?")
+@sound(variants=3, loudness=-22.5, what="metal dropped", judgement="good")
 def impact_metal_medium(take):
     return _landed(take, _metal(take, MEDIUM), 0.16)
 
 
-@sound(variants=4, loudness=-16.5, what="metal that falls hard", judgement="?")
+@sound(variants=4, loudness=-16.5, what="metal that falls hard", judgement="good")
 def impact_metal_hard(take):
     return _landed(take, _metal(take, HARD))
 
 
-@sound(variants=3, loudness=-30.0, what="stone set down", judgement="?")
+@sound(variants=3, loudness=-30.0, what="stone set down", judgement="good")
 def impact_stone_soft(take):
     return _landed(take, _stone(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-24.0, what="stone dropped", judgement="?")
+@sound(variants=3, loudness=-24.0, what="stone dropped", judgement="good")
 def impact_stone_medium(take):
     return _landed(take, _stone(take, MEDIUM), 0.16)
 
 
-@sound(variants=4, loudness=-19.0, what="stone that falls hard", judgement="?")
+@sound(variants=4, loudness=-19.0, what="stone that falls hard", judgement="good")
 def impact_stone_hard(take):
     return _landed(take, _stone(take, HARD))
 
 
-@sound(variants=3, loudness=-31.0, what="a bottle set down", judgement="?")
+@sound(variants=3, loudness=-31.0, what="a bottle set down", judgement="fair: one mode leads; a clean ping")
 def impact_glass_soft(take):
     return _landed(take, _glass(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-25.0, what="a bottle dropped", judgement="?")
+@sound(variants=3, loudness=-25.0, what="a bottle dropped", judgement="fair: as the soft one")
 def impact_glass_medium(take):
     return _landed(take, _glass(take, MEDIUM), 0.16)
 
 
-@sound(variants=4, loudness=-20.5, what="a bottle that falls hard and holds", judgement="?")
+@sound(variants=4, loudness=-20.5, what="a bottle that falls hard and holds", judgement="good")
 def impact_glass_hard(take):
     return _landed(take, _glass(take, HARD))
 
 
-@sound(variants=3, loudness=-34.0, what="a cardboard box set down", judgement="?")
+@sound(variants=3, loudness=-34.0, what="a cardboard box set down", judgement="good")
 def impact_box_soft(take):
     return _landed(take, _box(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-28.0, what="a cardboard box dropped", judgement="?")
+@sound(variants=3, loudness=-28.0, what="a cardboard box dropped", judgement="good")
 def impact_box_medium(take):
     return _landed(take, _box(take, MEDIUM), 0.16)
 
 
-@sound(variants=3, loudness=-23.0, what="a cardboard box that falls hard", judgement="?")
+@sound(variants=3, loudness=-23.0, what="a cardboard box that falls hard",
+       judgement="fair: the crumpling of the board itself is missing")
 def impact_box_hard(take):
     return _landed(take, _box(take, HARD))
 
 
-@sound(variants=3, loudness=-37.0, what="cloth let fall", judgement="?")
+@sound(variants=3, loudness=-37.0, what="cloth let fall", judgement="good")
 def impact_cloth_soft(take):
     return _landed(take, _cloth(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-31.0, what="a sack let fall", judgement="?")
+@sound(variants=3, loudness=-31.0, what="a sack let fall", judgement="good")
 def impact_cloth_medium(take):
     return _landed(take, _cloth(take, MEDIUM), 0.16)
 
 
-@sound(variants=3, loudness=-24.0, what="something heavy in cloth that falls", judgement="?")
+@sound(variants=3, loudness=-24.0, what="something heavy in cloth that falls",
+       judgement="fair: a sack more than a body")
 def impact_cloth_hard(take):
     return _landed(take, _cloth(take, HARD))
 
@@ -221,7 +224,7 @@ def impact_cloth_hard(take):
 def _cask(take, hard, bounces):
     """An empty barrel: staves, the air inside, and hoops that are never quite tight."""
     staves = modal.body(take, "board", take.near(118.0, 0.1), count=30, tilt=0.35, damping=0.7)
-    hoop = modal.body(take, "metal", take.near(480.0, 0.15), count=10, tilt=0.3, damping=10.0)
+    hoop = modal.body(take, "iron", take.near(480.0, 0.15), count=10, tilt=0.3, damping=10.0)
 
     def boom(force):
         air = filters.formants(modal.blow(0.4, 0.3), [(take.near(96.0, 0.05), 14.0, 1.0), (205.0, 30.0, 0.4)])
@@ -230,19 +233,19 @@ def _cask(take, hard, bounces):
     return _jumps(take, Blow(hard, bounces, 1.0), boom, 0.16)
 
 
-@sound(variants=3, loudness=-23.0, what="a barrel set down or pushed over", judgement="?")
+@sound(variants=3, loudness=-23.0, what="a barrel set down or pushed over", judgement="good")
 def barrel_soft(take):
     return _landed(take, _cask(take, 0.35, 0))
 
 
-@sound(variants=3, loudness=-17.0, what="a barrel that falls", judgement="?")
+@sound(variants=3, loudness=-17.0, what="a barrel that falls", judgement="good: the hollow booms, hoops rattle")
 def barrel_hard(take):
     return _landed(take, _cask(take, 0.65, 2), 0.25)
 
 
 def _bolt(take, ground):
     """An iron bolt as long as a finger, thrown: it lands, jumps, and spins on its head until it lies."""
-    iron = modal.body(take, "metal", take.near(2350.0, 0.12), count=9, tilt=-0.15, damping=9.0)
+    iron = modal.body(take, "iron", take.near(1750.0, 0.12), count=16, tilt=-0.3, damping=4.0)
 
     def land(hard):
         return shapes.lay((0.0, shapes.unit(modal.struck(take, iron, min(1.0, hard + 0.3), 0, 0.25, 0.5)), 1.0),
@@ -257,13 +260,13 @@ def _bolt(take, ground):
     return _landed(take, shapes.lay(*x, (at * 0.8, shapes.unit(roll), 0.06)), 0.18)
 
 
-@sound(variants=4, loudness=-25.0, what="an iron bolt thrown on boards", judgement="?")
+@sound(variants=4, loudness=-25.0, what="an iron bolt thrown on boards", judgement="good")
 def bolt_wood(take):
     board = modal.body(take, "board", take.near(190.0, 0.2), count=18, tilt=0.5)
     return _bolt(take, lambda hard: modal.struck(take, board, hard, 0, 0.12))
 
 
-@sound(variants=4, loudness=-24.0, what="an iron bolt thrown on stone", judgement="?")
+@sound(variants=4, loudness=-24.0, what="an iron bolt thrown on stone", judgement="good")
 def bolt_stone(take):
     flag = modal.body(take, "stone", take.near(900.0, 0.2), count=10, tilt=0.3)
     return _bolt(take, lambda hard: modal.struck(take, flag, min(1.0, hard + 0.2), 0, 0.05, 0.8))
@@ -278,7 +281,7 @@ def _dragged(take, seconds, speed, grain, bumps, layers, bright):
     return loops.seamless(shapes.lay(*x), 0.5)
 
 
-@sound(loop=True, loudness=-26.0, what="a wooden chest pushed over boards", judgement="?")
+@sound(loop=True, loudness=-26.0, what="a wooden chest pushed over boards", judgement="good: slides and stutters")
 def scrape_wood(take):
     """The legs stutter on the boards as much as they slide."""
     seconds = 4.5
@@ -291,10 +294,11 @@ def scrape_wood(take):
     return shapes.lay((0.0, shapes.level(slide), 1.0), (0.0, shapes.level(loops.seamless(stutter, 0.5)), 0.55))
 
 
-@sound(loop=True, loudness=-24.0, what="an iron thing dragged over stone", judgement="?")
+@sound(loop=True, loudness=-24.0, what="an iron thing dragged over stone",
+       judgement="good: hiss with a cry now and then")
 def scrape_metal(take):
     sheet = modal.body(take, "sheet", 260.0, count=40, tilt=0.1, damping=3.5)
-    rim = modal.body(take, "metal", 840.0, count=8, tilt=0.2, damping=6.0)
+    rim = modal.body(take, "iron", 640.0, count=16, tilt=0.0, damping=5.0)
     seconds = 4.5
     slide = _dragged(take, seconds, 0.5, 1300.0, 60.0, [(sheet, 1.0), (rim, 0.3)], 0.3)
     cry = friction.slips(take, noise.wander(take.rng, seconds, 4.0, 310.0, 760.0), 0.12, 0.2)
@@ -302,7 +306,7 @@ def scrape_metal(take):
     return shapes.lay((0.0, shapes.level(slide), 1.0), (0.0, shapes.level(loops.seamless(cry, 0.5)), 0.4))
 
 
-@sound(loop=True, loudness=-25.0, what="a stone slab pushed over stone", judgement="?")
+@sound(loop=True, loudness=-25.0, what="a stone slab pushed over stone", judgement="good")
 def scrape_stone(take):
     seconds = 5.0
     slab = modal.body(take, "stone", 210.0, count=24, tilt=0.4, damping=0.6)
@@ -313,20 +317,20 @@ def scrape_stone(take):
                       (0.0, shapes.level(loops.seamless(low, 0.5)), 0.6))
 
 
-@sound(loop=True, loudness=-31.0, what="a bottle dragged over a table", judgement="?")
+@sound(loop=True, loudness=-31.0, what="a bottle dragged over a table", judgement="fair: dull for glass")
 def scrape_glass(take):
     wall = modal.body(take, "glass", 1350.0, count=12, tilt=0.1, damping=3.0)
     table = modal.body(take, "wood", 280.0, count=16, tilt=0.5)
     return _dragged(take, 4.0, 0.3, 1700.0, 50.0, [(wall, 0.6), (table, 0.8)], 0.25)
 
 
-@sound(loop=True, loudness=-31.0, what="a cardboard box pushed over boards", judgement="?")
+@sound(loop=True, loudness=-31.0, what="a cardboard box pushed over boards", judgement="fair")
 def scrape_box(take):
     drum = modal.body(take, "box", 150.0, count=24, tilt=0.3)
     return _dragged(take, 4.0, 0.4, 1100.0, 30.0, [(drum, 1.0)], 0.4)
 
 
-@sound(loop=True, loudness=-35.0, what="a sack dragged over a floor", judgement="?")
+@sound(loop=True, loudness=-35.0, what="a sack dragged over a floor", judgement="good")
 def scrape_cloth(take):
     t = 4.0
     strength = noise.wander(take.rng, t, 3.0, 0.35, 0.8)
@@ -360,24 +364,25 @@ def _rolling(take, turns, per_second, lumps, hard, body, hollow=()):
     return loops.seamless(x, turn)
 
 
-@sound(loop=True, loudness=-28.0, what="a wooden ball that rolls over boards", judgement="?")
+@sound(loop=True, loudness=-28.0, what="a wooden ball that rolls over boards", judgement="good: each turn is heard")
 def roll_ball(take):
     return _rolling(take, 9, 2.2, 5, 0.6, modal.body(take, "board", 170.0, count=26, tilt=0.5))
 
 
-@sound(loop=True, loudness=-22.0, what="an empty barrel that rolls over stone", judgement="?")
+@sound(loop=True, loudness=-22.0, what="an empty barrel that rolls over stone", judgement="good")
 def roll_barrel(take):
     staves = modal.body(take, "board", 112.0, count=30, tilt=0.3, damping=0.8)
     return _rolling(take, 6, 1.1, 16, 0.55, staves, [(94.0, 16.0, 1.0), (190.0, 30.0, 0.5), (330.0, 50.0, 0.25)])
 
 
-@sound(loop=True, loudness=-25.0, what="an iron pipe that rolls over stone", judgement="?")
+@sound(loop=True, loudness=-25.0, what="an iron pipe that rolls over stone", judgement="fair: rings on a little long")
 def roll_metal(take):
-    pipe = modal.body(take, "metal", 420.0, count=12, tilt=0.15, damping=3.0)
+    pipe = modal.body(take, "iron", 380.0, count=24, tilt=-0.1, damping=2.5)
     return _rolling(take, 10, 2.6, 7, 0.85, pipe, [(260.0, 30.0, 0.5), (530.0, 40.0, 0.3)])
 
 
-@sound(loop=True, loudness=-30.0, what="a bottle that rolls over boards", judgement="?")
+@sound(loop=True, loudness=-30.0, what="a bottle that rolls over boards",
+       judgement="fair: its hiss is as strong as its ring")
 def roll_glass(take):
     wall = modal.body(take, "glass", 1180.0, count=12, tilt=0.2, damping=2.4)
     return _rolling(take, 9, 2.3, 4, 0.8, wall, [(300.0, 30.0, 1.0), (210.0, 60.0, 0.6)])
@@ -392,10 +397,10 @@ def _shards(take, material, seconds, density, hz):
     return shapes.lay((0.0, shapes.unit(small), 0.8), (0.05, shapes.unit(large), 0.9))
 
 
-@sound(variants=4, loudness=-18.0, what="glass that breaks on a floor", judgement="?")
+@sound(variants=4, loudness=-18.0, what="glass that breaks on a floor", judgement="good: crack, shards, second landing")
 def break_glass(take):
     """The wall gives in one crack that is all edges, then shards."""
-    wall = modal.body(take, "glass", take.near(1500.0, 0.2), count=18, tilt=0.0, damping=1.5)
+    wall = modal.body(take, "glass", take.near(1500.0, 0.2), count=22, tilt=-0.3, damping=1.3)
     crack = noise.sparks(take.rng, 0.05, 4000.0 * shapes.decay(0.05, 0.06), 0.6)
     burst = filters.highpass(modal.ring(crack, wall, 0.3), 900.0)
     shards = _shards(take, "glass", take.between(0.9, 1.3), 260.0, 2600.0)
@@ -404,7 +409,7 @@ def break_glass(take):
     return _landed(take, x)
 
 
-@sound(variants=3, loudness=-19.0, what="an earthen pot that breaks", judgement="?")
+@sound(variants=3, loudness=-19.0, what="an earthen pot that breaks", judgement="good")
 def break_pot(take):
     wall = modal.body(take, "pot", take.near(680.0, 0.2), count=18, tilt=0.1, damping=1.3)
     crack = noise.sparks(take.rng, 0.04, 2500.0 * shapes.decay(0.04, 0.05), 0.6)
@@ -415,7 +420,8 @@ def break_pot(take):
     return _landed(take, x)
 
 
-@sound(variants=4, loudness=-17.5, what="wood that splits and falls apart", judgement="?")
+@sound(variants=4, loudness=-17.5, what="wood that splits and falls apart",
+       judgement="good: fibres tear before it gives")
 def break_wood(take):
     """Fibres tear one after another, then all at once; boards land, splinters last."""
     board = modal.body(take, "wood", take.near(260.0, 0.2), count=30, tilt=0.1)

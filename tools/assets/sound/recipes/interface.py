@@ -28,21 +28,21 @@ def _wide(take, x, place=0.0, wet=0.2):
 
 
 @sound(variants=3, stereo=True, loudness=-42.0, what="the pointer comes over a line: a fingertip on paper",
-       judgement="?")
+       judgement="good")
 def hover(take):
     t = 0.09
     x = _sheet(take, t, [(0, 0), (0.02, 1.0), (t, 0)], 1200.0, 6000.0)
     return _wide(take, shapes.lay((0.0, x, 1.0), (0.012, _desk(take, 300.0, 0.2), 0.5)))
 
 
-@sound(variants=3, stereo=True, loudness=-32.0, what="a line is chosen: a pen set on the desk", judgement="?")
+@sound(variants=3, stereo=True, loudness=-32.0, what="a line is chosen: a pen set on the desk", judgement="good")
 def click(take):
     pen = modal.body(take, "wood", take.near(1150.0, 0.1), count=8, tilt=0.3, damping=1.3)
     tap = shapes.unit(modal.struck(take, pen, 0.8, 1, 0.08))
     return _wide(take, shapes.lay((0.0, tap, 0.6), (0.0, _desk(take, 240.0, 0.5))))
 
 
-@sound(variants=2, stereo=True, loudness=-34.0, what="one goes back: a notebook laid down", judgement="?")
+@sound(variants=2, stereo=True, loudness=-34.0, what="one goes back: a notebook laid down", judgement="good")
 def back(take):
     t = 0.16
     x = _sheet(take, t, [(0, 0.2), (0.06, 1.0), (t, 0)], 700.0, 5000.0)
@@ -50,8 +50,7 @@ def back(take):
     return _wide(take, shapes.lay((0.0, x, 0.35), (0.05, book)))
 
 
-@sound(stereo=True, loudness=-32.0, what="a menu opens: a drawer drawn out a hand's breadth",
-       judgement="?")
+@sound(stereo=True, loudness=-32.0, what="a menu opens: a drawer drawn out a hand's breadth", judgement="good")
 def open(take):
     t = 0.34
     speed = shapes.smooth_curve(t, [(0, 0), (t * 0.35, 0.5), (t, 0.05)])
@@ -63,7 +62,7 @@ def open(take):
     return _wide(take, x)
 
 
-@sound(variants=4, stereo=True, loudness=-31.0, what="a page turned", judgement="?")
+@sound(variants=4, stereo=True, loudness=-31.0, what="a page turned", judgement="good")
 def page(take):
     """The corner is lifted, the sheet swings over from right to left, and settles."""
     t = take.between(0.5, 0.65)
@@ -78,7 +77,7 @@ def page(take):
 
 
 @sound(stereo=True, loudness=-32.0, silence=0.3, what="the game is kept: a line written, the book closed",
-       judgement="?")
+       judgement="fair: a pen of five even strokes")
 def save(take):
     """Four strokes of a steel nib, then the cover."""
     nib = modal.body(take, "metal", 3100.0, count=5, tilt=0.2, damping=25.0)

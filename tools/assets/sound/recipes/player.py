@@ -26,7 +26,7 @@ def _slide_switch(take, closes):
     speed = shapes.smooth_curve(t, [(0.0, 0.0), (t * 0.6, 0.2), (t, 0.0)])
     tube = modal.body(take, "sheet", take.near(1250.0, 0.1), count=10, damping=14.0)
     ridges = shapes.unit(modal.ring(friction.rubbed(take, speed, 1400.0, 500.0), tube, 0.04))
-    snap = modal.body(take, "metal", take.near(2600.0 if closes else 2100.0, 0.1), count=6, tilt=0.2, damping=16.0)
+    snap = modal.body(take, "iron", take.near(2200.0 if closes else 1800.0, 0.1), count=9, tilt=0.0, damping=16.0)
     lens = modal.body(take, "glass", take.near(3900.0, 0.05), count=5, damping=4.0)
     x = shapes.lay((0.0, ridges, 0.25), (t * 0.85, shapes.unit(modal.struck(take, snap, 0.95, 1, 0.06, 0.9)), 0.7),
                    (t * 0.86, _tin(take), 0.7 if closes else 0.9))
@@ -35,17 +35,18 @@ def _slide_switch(take, closes):
     return rooms.heard_in(take, x, rooms.CLOSET, 0.12)
 
 
-@sound(variants=3, loudness=-29.0, what="the flashlight's slider pushed on", judgement="?")
+@sound(variants=3, loudness=-29.0, what="the flashlight's slider pushed on", judgement="good")
 def flashlight_on(take):
     return _slide_switch(take, True)
 
 
-@sound(variants=3, loudness=-30.0, what="the flashlight's slider pulled off", judgement="?")
+@sound(variants=3, loudness=-30.0, what="the flashlight's slider pulled off", judgement="good")
 def flashlight_off(take):
     return _slide_switch(take, False)
 
 
-@sound(loop=True, loudness=-25.0, what="the flashlight's crank turned: gears and a small dynamo", judgement="?")
+@sound(loop=True, loudness=-25.0, what="the flashlight's crank turned: gears and a small dynamo",
+       judgement="fair: the gears are too regular, the whine tells of a machine more than of a hand")
 def crank(take):
     """Ten turns of a crank; each presses hardest twice a turn. The wheels mesh, the dynamo whines with them."""
     turn = 0.66
@@ -54,7 +55,7 @@ def crank(take):
     push = 1.0 + 0.13 * numpy.sin(4 * numpy.pi * t / turn) + 0.05 * numpy.sin(2 * numpy.pi * t / turn + 1.0)
     angle = numpy.cumsum(push) / numpy.mean(push) / shapes.RATE / turn
     case = modal.body(take, "sheet", 520.0, count=34, tilt=0.25, damping=11.0)
-    pinion = modal.body(take, "metal", 1700.0, count=8, tilt=0.3, damping=30.0)
+    pinion = modal.body(take, "iron", 1700.0, count=8, tilt=0.3, damping=30.0)
     slow, fast = _teeth(take, angle, 23, 0.25), _teeth(take, angle, 23 * 7, 0.35)
     whine = sum(numpy.sin(2 * numpy.pi * angle * 161 * k) / k ** 1.5 for k in (1, 2, 3, 5))
     whine *= (push - 0.75) * noise.wander(take.rng, seconds, 12.0, 0.8, 1.0)
@@ -98,17 +99,19 @@ def _groan(take, seconds):
     return shapes.unit(mouth.spoken(mouth.throat(take, hz, 0.6), "er")) * envelope
 
 
-@sound(loop=True, loudness=-37.0, silence=1.2, what="the player's breath at rest", judgement="?")
+@sound(loop=True, loudness=-37.0, silence=1.2, what="the player's breath at rest", judgement="good")
 def breath_calm(take):
     return _breathing(take, 5, 3.6, 0.08, 0.22)
 
 
-@sound(loop=True, loudness=-30.0, silence=0.6, what="the player's breath after running", judgement="?")
+@sound(loop=True, loudness=-30.0, silence=0.6, what="the player's breath after running",
+       judgement="fair: no swallowing, no catch in the throat")
 def breath_hard(take):
     return _breathing(take, 8, 1.55, 0.55, 0.08)
 
 
-@sound(loop=True, loudness=-25.0, what="the player's breath when none is left", judgement="?")
+@sound(loop=True, loudness=-25.0, what="the player's breath when none is left",
+       judgement="fair: the groans in it are the weakest part")
 def breath_exhausted(take):
     return _breathing(take, 12, 0.98, 1.0, 0.02, 0.16)
 
@@ -130,12 +133,14 @@ def _heart(take, beats, per_minute, force):
     return loops.wrapped(filters.lowpass(shapes.lay(*x, (0.0, flesh)), 420.0), at - 0.05)
 
 
-@sound(loop=True, loudness=-32.0, silence=1.0, what="the player's heart, 66 beats a minute", judgement="?")
+@sound(loop=True, loudness=-32.0, silence=1.0, what="the player's heart, 66 beats a minute",
+       judgement="good; small loudspeakers lose its lows")
 def heart_calm(take):
     return _heart(take, 8, 66.0, 0.4)
 
 
-@sound(loop=True, loudness=-26.0, silence=1.0, what="the player's heart, 124 beats a minute", judgement="?")
+@sound(loop=True, loudness=-26.0, silence=1.0, what="the player's heart, 124 beats a minute",
+       judgement="good; small loudspeakers lose its lows")
 def heart_fast(take):
     return _heart(take, 16, 124.0, 1.0)
 
@@ -150,7 +155,8 @@ def _murmur(take, seconds, size, pause):
     return loops.wrapped(shapes.lay(*x), seconds)
 
 
-@sound(loop=True, stereo=True, loudness=-34.0, silence=2.0, what="two voices whisper close by", judgement="?")
+@sound(loop=True, stereo=True, loudness=-34.0, silence=2.0, what="two voices whisper close by",
+       judgement="good: formants and sibilants as in speech; vowels glide a little evenly")
 def whispers_near(take):
     """One at each ear, wandering a little; they never wait for one another."""
     seconds, voices = 22.0, []
@@ -160,7 +166,7 @@ def whispers_near(take):
     return loops.wrapped(rooms.heard_in(take, shapes.lay(*voices), rooms.SMALL, 0.15), seconds)
 
 
-@sound(loop=True, stereo=True, loudness=-32.0, what="a roomful of voices whispers", judgement="?")
+@sound(loop=True, stereo=True, loudness=-32.0, what="a roomful of voices whispers", judgement="good")
 def whispers_many(take):
     seconds, voices = 24.0, []
     for index in range(8):
@@ -170,7 +176,7 @@ def whispers_many(take):
     return loops.wrapped(rooms.heard_in(take, shapes.lay(*voices), rooms.HALL, 0.6), seconds)
 
 
-@sound(loop=True, stereo=True, loudness=-36.0, what="whispers smeared into one long breath", judgement="?")
+@sound(loop=True, stereo=True, loudness=-36.0, what="whispers smeared into one long breath", judgement="good")
 def whispers_far(take):
     """Grains of speech, slowed and turned round, in a hall that never falls silent."""
     seconds, x = 26.0, []
@@ -193,7 +199,7 @@ def _cloth(take, seconds, points, heavy=0.4):
     return shapes.lay((0.0, shapes.unit(thin), 1.0 - heavy), (0.0, shapes.unit(coat), heavy))
 
 
-@sound(variants=3, loudness=-35.0, what="the player stoops", judgement="?")
+@sound(variants=3, loudness=-35.0, what="the player stoops", judgement="good")
 def crouch_down(take):
     t = take.near(0.5, 0.15)
     x = _cloth(take, t, [(0.0, 0.0), (t * 0.25, 0.8), (t * 0.6, 0.5), (t * 0.75, 0.7), (t, 0.0)], 0.5)
@@ -202,7 +208,7 @@ def crouch_down(take):
     return shapes.lay((0.0, x, 1.0), (t * 0.7, shapes.unit(knee), 0.35), (t * 0.35, shapes.unit(leather), 0.12))
 
 
-@sound(variants=3, loudness=-36.0, what="the player stands up", judgement="?")
+@sound(variants=3, loudness=-36.0, what="the player stands up", judgement="good")
 def crouch_up(take):
     t = take.near(0.55, 0.15)
     x = _cloth(take, t, [(0.0, 0.0), (t * 0.35, 0.5), (t * 0.7, 0.9), (t, 0.0)], 0.45)
@@ -211,7 +217,8 @@ def crouch_up(take):
     return shapes.lay((0.0, x, 1.0), (t * 0.1, shapes.unit(leather), 0.1), (t * 0.15, shapes.unit(air), 0.1))
 
 
-@sound(variants=4, loudness=-22.0, what="the player is hurt", judgement="?")
+@sound(variants=4, loudness=-22.0, what="the player is hurt",
+       judgement="poor: the grunt is a buzz through fixed formants; a voice would be better")
 def hurt(take):
     """The breath knocked out of a man: a blow on cloth, a grunt, air drawn in through the teeth."""
     t = take.between(0.22, 0.38)
@@ -222,12 +229,12 @@ def hurt(take):
     push = mouth.breath(take, t * 1.3, False, 1.0)
     gasp = mouth.breath(take, take.between(0.3, 0.45), True, 0.9)
     body = filters.lowpass(modal.struck(take, modal.body(take, "board", 85.0, count=10), 0.15), 500.0)
-    x = shapes.lay((0.0, shapes.unit(body), 0.8), (0.0, _cloth(take, 0.12, [(0, 0.0), (0.01, 1.0), (0.12, 0.0)]), 0.3),
+    x = shapes.lay((0.0, shapes.unit(body), 0.35), (0.0, _cloth(take, 0.12, [(0, 0.0), (0.01, 1.0), (0.12, 0.0)]), 0.3),
                    (0.03, grunt, 1.0), (0.03, shapes.unit(push), 0.3), (0.1 + t, shapes.unit(gasp), 0.28))
     return rooms.heard_in(take, x, rooms.CLOSET, 0.12)
 
 
-@sound(variants=3, loudness=-32.0, what="something small taken up and put away", judgement="?")
+@sound(variants=3, loudness=-32.0, what="something small taken up and put away", judgement="good")
 def pick_up(take):
     lift = modal.struck(take, modal.body(take, "wood", take.near(520.0, 0.3), count=10), 0.5, 0, 0.1)
     reach = _cloth(take, 0.22, [(0.0, 0.0), (0.12, 0.7), (0.22, 0.1)])
@@ -236,7 +243,7 @@ def pick_up(take):
     return rooms.heard_in(take, x, rooms.CLOSET, 0.1)
 
 
-@sound(variants=3, loudness=-31.0, what="a sheet of paper unfolded", judgement="?")
+@sound(variants=3, loudness=-31.0, what="a sheet of paper unfolded", judgement="good")
 def paper(take):
     """Stiff paper buckles in clicks, and hisses between them."""
     t = take.between(0.55, 0.8)
@@ -248,7 +255,7 @@ def paper(take):
 
 
 @sound(variants=2, loudness=-28.0, silence=0.5, what="a battery pushed into the flashlight, the cap screwed on",
-       judgement="?")
+       judgement="fair: the three turns of the cap are too alike")
 def battery_in(take):
     """Cap off, the cell slides down the tube, whose note rises, meets the spring, and the thread grinds shut."""
     t = 0.3
@@ -268,7 +275,7 @@ def battery_in(take):
     return rooms.heard_in(take, x, rooms.CLOSET, 0.1)
 
 
-@sound(variants=3, loudness=-31.0, what="an arm thrown forward", judgement="?")
+@sound(variants=3, loudness=-31.0, what="an arm thrown forward", judgement="good")
 def throw(take):
     t = take.between(0.28, 0.36)
     rush = shapes.smooth_curve(t, [(0, 0), (t * 0.62, 1.0), (t, 0)]) ** 2

@@ -76,7 +76,7 @@ def _tile_contact(take, hard):
 
 def _carpet_contact(take, hard):
     """The pile swallows the click; what is left is weight on the boards below, and fibres."""
-    board = modal.body(take, "board", take.near(92.0, 0.15), count=12, tilt=1.0, damping=1.6)
+    board = modal.body(take, "board", take.near(92.0, 0.15), count=18, tilt=0.6, damping=1.8)
     thud = filters.lowpass(modal.struck(take, board, 0.12 + 0.2 * hard, dirt=0.2), 420.0 + 500.0 * hard)
     t = 0.11
     pile = grains.rustle(take, t, shapes.decay(t, 0.16, 0.012), 350.0, 3200.0, 500.0)
@@ -99,7 +99,7 @@ def _earth_contact(take, hard):
 def _metal_contact(take, hard):
     """A chequer plate on a frame: the sheet sings, its edge rattles on the frame."""
     sheet = modal.body(take, "sheet", take.near(128.0, 0.2), count=40, tilt=0.3, damping=2.6)
-    frame = modal.body(take, "metal", take.near(410.0, 0.2), count=8, damping=9.0)
+    frame = modal.body(take, "iron", take.near(410.0, 0.2), count=8, damping=9.0)
     at, rattle = 0.018, []
     for _ in range(take.pick((2, 3, 4))):
         rattle.append((at, shapes.unit(modal.struck(take, frame, 0.8, tail=0.12)), 0.16 * take.between(0.3, 1.0)))
@@ -135,17 +135,20 @@ def _soil_scuff(take, seconds, low, high):
 
 @dataclass(frozen=True)
 class Floor:
+    """What a floor does with a blow and with a scuff, that scuff's band, and the Hz below which the floor is dumb."""
+
     contact: object
     scuff: object
     band: tuple
+    lowest: float
 
 
-WOOD = Floor(_wood_contact, _leather_scuff, (350.0, 4200.0))
-STONE = Floor(_stone_contact, _grit_scuff, (900.0, 8000.0))
-TILE = Floor(_tile_contact, _leather_scuff, (1200.0, 7000.0))
-CARPET = Floor(_carpet_contact, _pile_scuff, (350.0, 3500.0))
-EARTH = Floor(_earth_contact, _soil_scuff, (250.0, 3800.0))
-METAL = Floor(_metal_contact, _grit_scuff, (700.0, 6500.0))
+WOOD = Floor(_wood_contact, _leather_scuff, (350.0, 4200.0), 45.0)
+STONE = Floor(_stone_contact, _grit_scuff, (900.0, 8000.0), 85.0)
+TILE = Floor(_tile_contact, _leather_scuff, (1200.0, 7000.0), 90.0)
+CARPET = Floor(_carpet_contact, _pile_scuff, (350.0, 3500.0), 45.0)
+EARTH = Floor(_earth_contact, _soil_scuff, (250.0, 3800.0), 55.0)
+METAL = Floor(_metal_contact, _grit_scuff, (700.0, 6500.0), 70.0)
 
 
 def _step(take, floor, gait):
@@ -162,94 +165,97 @@ def _step(take, floor, gait):
     swing = shapes.smooth_curve(0.3, [(0.0, 0.0), (0.12, 0.7), (0.3, 0.0)])
     cloth = grains.rustle(take, 0.3, swing, 700.0, 4500.0, 120.0)
     x = shapes.lay(x, (0.0, shapes.unit(cloth), 0.02))
-    return rooms.heard_in(take, x, rooms.CLOSET, 0.16)
+    return rooms.heard_in(take, filters.highpass(x, floor.lowest), rooms.CLOSET, 0.16)
 
 
-@sound(variants=6, loudness=-25.0, what="a walker's step on boards", judgement="?")
+@sound(variants=6, loudness=-25.0, what="a walker's step on boards",
+       judgement="good: heel, toe and scuff apart; boards answer between 100 and 400 Hz")
 def wood_walk(take):
     return _step(take, WOOD, WALK)
 
 
-@sound(variants=6, loudness=-20.5, what="a runner's step on boards", judgement="?")
+@sound(variants=6, loudness=-20.5, what="a runner's step on boards", judgement="good")
 def wood_run(take):
     return _step(take, WOOD, RUN)
 
 
-@sound(variants=6, loudness=-33.0, what="a stooping step on boards", judgement="?")
+@sound(variants=6, loudness=-33.0, what="a stooping step on boards", judgement="good")
 def wood_crouch(take):
     return _step(take, WOOD, CROUCH)
 
 
-@sound(variants=6, loudness=-26.0, what="a walker's step on flags", judgement="?")
+@sound(variants=6, loudness=-26.0, what="a walker's step on flags", judgement="good: sand is heard under the sole")
 def stone_walk(take):
     return _step(take, STONE, WALK)
 
 
-@sound(variants=6, loudness=-22.0, what="a runner's step on flags", judgement="?")
+@sound(variants=6, loudness=-22.0, what="a runner's step on flags", judgement="good")
 def stone_run(take):
     return _step(take, STONE, RUN)
 
 
-@sound(variants=6, loudness=-34.0, what="a stooping step on flags", judgement="?")
+@sound(variants=6, loudness=-34.0, what="a stooping step on flags", judgement="good")
 def stone_crouch(take):
     return _step(take, STONE, CROUCH)
 
 
-@sound(variants=6, loudness=-25.0, what="a walker's step on tiles", judgement="?")
+@sound(variants=6, loudness=-25.0, what="a walker's step on tiles", judgement="good")
 def tile_walk(take):
     return _step(take, TILE, WALK)
 
 
-@sound(variants=6, loudness=-21.0, what="a runner's step on tiles", judgement="?")
+@sound(variants=6, loudness=-21.0, what="a runner's step on tiles", judgement="fair: close to stone in its lows")
 def tile_run(take):
     return _step(take, TILE, RUN)
 
 
-@sound(variants=6, loudness=-33.0, what="a stooping step on tiles", judgement="?")
+@sound(variants=6, loudness=-33.0, what="a stooping step on tiles", judgement="good")
 def tile_crouch(take):
     return _step(take, TILE, CROUCH)
 
 
-@sound(variants=6, loudness=-32.0, what="a walker's step on carpet", judgement="?")
+@sound(variants=6, loudness=-32.0, what="a walker's step on carpet", judgement="good")
 def carpet_walk(take):
     return _step(take, CARPET, WALK)
 
 
-@sound(variants=6, loudness=-27.0, what="a runner's step on carpet", judgement="?")
+@sound(variants=6, loudness=-27.0, what="a runner's step on carpet", judgement="fair: the six thuds lie close together")
 def carpet_run(take):
     return _step(take, CARPET, RUN)
 
 
-@sound(variants=6, loudness=-39.0, what="a stooping step on carpet", judgement="?")
+@sound(variants=6, loudness=-39.0, what="a stooping step on carpet", judgement="good")
 def carpet_crouch(take):
     return _step(take, CARPET, CROUCH)
 
 
-@sound(variants=6, loudness=-29.0, what="a walker's step on soil", judgement="?")
+@sound(variants=6, loudness=-29.0, what="a walker's step on soil",
+       judgement="fair: dry; there is no wet or frozen soil")
 def earth_walk(take):
     return _step(take, EARTH, WALK)
 
 
-@sound(variants=6, loudness=-24.0, what="a runner's step on soil", judgement="?")
+@sound(variants=6, loudness=-24.0, what="a runner's step on soil", judgement="fair: as the walk")
 def earth_run(take):
     return _step(take, EARTH, RUN)
 
 
-@sound(variants=6, loudness=-36.0, what="a stooping step on soil", judgement="?")
+@sound(variants=6, loudness=-36.0, what="a stooping step on soil", judgement="fair: as the walk")
 def earth_crouch(take):
     return _step(take, EARTH, CROUCH)
 
 
-@sound(variants=6, loudness=-23.0, what="a walker's step on an iron plate", judgement="?")
+@sound(variants=6, loudness=-23.0, what="a walker's step on an iron plate",
+       judgement="good: the plate sings, its edge rattles")
 def metal_walk(take):
     return _step(take, METAL, WALK)
 
 
-@sound(variants=6, loudness=-18.5, what="a runner's step on an iron plate", judgement="?")
+@sound(variants=6, loudness=-18.5, what="a runner's step on an iron plate", judgement="good")
 def metal_run(take):
     return _step(take, METAL, RUN)
 
 
-@sound(variants=6, loudness=-31.0, what="a stooping step on an iron plate", judgement="?")
+@sound(variants=6, loudness=-31.0, what="a stooping step on an iron plate", judgement="good")
 def metal_crouch(take):
     return _step(take, METAL, CROUCH)

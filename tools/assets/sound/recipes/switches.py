@@ -16,9 +16,9 @@ def _spring(take, lowest, seconds):
     return modal.struck(take, modes, 0.8, tail=seconds)
 
 
-def _snap(take, hardness, lowest, material="metal"):
+def _snap(take, hardness, lowest):
     """A contact that closes: a hard tick on a small body and one quick bounce."""
-    modes = modal.body(take, material, lowest, count=12, tilt=0.25, damping=8.0)
+    modes = modal.body(take, "iron", lowest, count=16, tilt=0.0, damping=7.0)
     return modal.struck(take, modes, hardness, bounces=take.pick((1, 2)), tail=0.06)
 
 
@@ -41,7 +41,7 @@ def lever(take):
     catch = _snap(take, 0.9, take.near(900.0))
     t = take.between(0.3, 0.42)
     travel = numpy.sin(numpy.pi * numpy.linspace(0, 1, shapes.samples(t))) ** 0.7 * 0.45
-    arm = modal.body(take, "metal", take.near(140.0), count=14, tilt=0.5, damping=5.0)
+    arm = modal.body(take, "iron", take.near(140.0), count=30, tilt=0.0, damping=4.0)
     force = filters.bandpass(noise.white(take.rng, t) * travel, 300, 5000)
     notches = numpy.arange(0.05, t - 0.03, 0.035)
     teeth = shapes.lay(*[(at, modal.blow(0.01, 0.8), take.between(0.3, 1.0)) for at in notches])

@@ -20,6 +20,7 @@ foreach(path IN LISTS test_folders)
     target_compile_definitions(test_${folder} PRIVATE
         KV_GAME_DIR="${KV_GAME_DIR}" KV_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
     if(folder STREQUAL "port" OR folder STREQUAL "foundation")
+        target_sources(test_${folder} PRIVATE "${CMAKE_SOURCE_DIR}/tests/support/AllocationCount.cpp")
         target_link_libraries(test_${folder} PRIVATE kv_foundation kv_port GTest::gmock GTest::gtest_main)
     elseif(folder STREQUAL "fuzz")
         target_sources(test_fuzz PRIVATE ${KV_MESH_OBJECTS})

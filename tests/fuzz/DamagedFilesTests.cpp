@@ -1,5 +1,4 @@
-#include "fuzz/FuzzRun.h"
-#include "fuzz/Mutation.h"
+#include "fuzz/DamageAll.h"
 #include "support/TemporaryFile.h"
 
 #include "assets/building/MeshBuilder.h"
@@ -13,19 +12,9 @@
 #include <iostream>
 #include <sstream>
 #include <stb/stb_image_write.h>
-#include <unistd.h>
 
 namespace
 {
-
-constexpr unsigned longestLoad = 20; ///< seconds; a loader that takes longer hangs
-
-/// What a sound file of a kind looks like.
-struct Sample
-{
-    const char *kind;
-    Bytes bytes;
-};
 
 /// Catches what is written to the standard error stream.
 class Complaints
@@ -100,26 +89,6 @@ std::vector<Sample> modelSamples()
         samples.push_back({"model", Bytes(bytes.begin(), bytes.end())});
     }
     return samples;
-}
-
-/// Runs a loader on damaged copies of each sample; the sound sample itself comes first.
-template <class Load>
-void damageAll(const std::vector<Sample> &samples, Load load)
-{
-    const FuzzRun &run = fuzzRun();
-    for (const Sample &sample : samples)
-    {
-        EXPECT_TRUE(load(sample.bytes)) << "the sound " << sample.kind;
-        for (std::uint64_t round = run.first; round < run.first + run.rounds && !testing::Test::HasFailure(); ++round)
-        {
-            SCOPED_TRACE(testing::Message() << sample.kind << ", --first=" << round << " --seed=" << run.seed);
-            noteRound(sample.kind, round);
-            const Bytes damaged = Mutation(run.seed, round)(sample.bytes);
-            alarm(longestLoad);
-            load(damaged);
-            alarm(0);
-        }
-    }
 }
 
 } // namespace

@@ -74,6 +74,23 @@ Heard &Heard::operator+=(const Heard &more)
     return *this;
 }
 
+std::vector<float> sine(float hz, double from, double to, float amplitude, int channels)
+{
+    std::vector<float> values;
+    for (long i = std::lround(from * SoundWorld::RATE); i < std::lround(to * SoundWorld::RATE); ++i)
+        values.insert(values.end(), static_cast<std::size_t>(channels),
+                      amplitude * static_cast<float>(std::sin(2 * std::numbers::pi * hz * i / SoundWorld::RATE)));
+    return values;
+}
+
+std::vector<float> twoHalves()
+{
+    std::vector<float> values = sine(441, 0, 1);
+    const std::vector<float> second = sine(882, 1, 2);
+    values.insert(values.end(), second.begin(), second.end());
+    return values;
+}
+
 SoundWorld::SoundWorld()
     : folder(std::filesystem::temp_directory_path() /
              ("kvSound" + std::to_string(getpid()) + testing::UnitTest::GetInstance()->current_test_info()->name()))
@@ -116,12 +133,8 @@ void SoundWorld::sound(const std::string &name, const std::vector<float> &values
 
 void SoundWorld::tone(const std::string &name, float hz, double seconds, int channels, float amplitude, int rate) const
 {
-    std::vector<float> values;
-    const auto frames = std::lround(seconds * rate);
-    for (long i = 0; i < frames; ++i)
-        for (int c = 0; c < channels; ++c)
-            values.push_back(amplitude * static_cast<float>(std::sin(2 * std::numbers::pi * hz * i / rate)));
-    sound(name, values, channels, rate);
+    const double stretch = static_cast<double>(rate) / RATE;
+    sound(name, sine(static_cast<float>(hz / stretch), 0, seconds * stretch, amplitude, channels), channels, rate);
 }
 
 void SoundWorld::file(const std::string &name, const std::string &bytes) const

@@ -24,6 +24,11 @@ struct Heard
     Heard &operator+=(const Heard &more);
 };
 
+/// A sine from one second of it to another, by which it can be cut and put together again.
+std::vector<float> sine(float hz, double from, double to, float amplitude = 0.5F, int channels = 1);
+/// A second of 441 Hz and one of 882 Hz, which tells where in it one is.
+std::vector<float> twoHalves();
+
 /// An event system over memory with samples and a project in a folder that goes with it.
 class SoundWorld
 {

@@ -122,10 +122,14 @@ void ProjectReader::checkCount(const Words &words, const Keyword &keyword)
 void ProjectReader::take(const Words &words, int number)
 {
     line = number;
-    const Keyword *keyword = find(words.front(), skipping ? skipped : scope);
-    if (skipping && (!keyword || standsWithin(keyword->scope, skipped)))
-        return;
-    skipping = false;
+    if (skipping)
+    {
+        const Keyword *skippable = find(words.front(), skipped);
+        if (!skippable || standsWithin(skippable->scope, skipped))
+            return;
+        skipping = false;
+    }
+    const Keyword *keyword = find(words.front(), scope);
     if (!keyword)
         refuse(words.front());
     scope = keyword->scope;

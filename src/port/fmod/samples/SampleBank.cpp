@@ -3,6 +3,7 @@
 #include "port/fmod/Notices.h"
 #include "port/win32/HostPath.h"
 
+#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -34,6 +35,13 @@ void SampleBank::tell(int sample, const std::string &fault) const
     tellAudio(bad.named + ": '" + bad.path + "' " + fault, true);
 }
 
+void SampleBank::tellCut(int sample) const
+{
+    char seconds[32];
+    std::snprintf(seconds, sizeof(seconds), "%.2f", samples[static_cast<std::size_t>(sample)].shape.seconds());
+    tell(sample, std::string("is cut off after ") + seconds + " s; that much is played.");
+}
+
 const SampleShape &SampleBank::shapeOf(int sample)
 {
     Sample &asked = samples[static_cast<std::size_t>(sample)];
@@ -42,10 +50,12 @@ const SampleShape &SampleBank::shapeOf(int sample)
     asked.looked = true;
     std::string why;
     const SampleFile file(asked.path, why);
-    if (file.isOpen())
-        asked.shape = file.getShape();
-    else
+    if (!file.isOpen())
         tell(sample, "cannot be played: " + why + ".");
+    else
+        asked.shape = file.getShape();
+    if (file.isCut())
+        tellCut(sample);
     return asked.shape;
 }
 
@@ -66,7 +76,7 @@ bool SampleBank::decode(int sample, std::vector<std::int16_t> &values)
     if (frames < static_cast<std::size_t>(read.shape.frames))
     {
         read.shape.frames = static_cast<long>(frames);
-        tell(sample, "is cut off after " + std::to_string(read.shape.seconds()) + " s; that much is played.");
+        tellCut(sample);
     }
     values.resize(frames * channels);
     return frames > 0;

@@ -64,6 +64,7 @@ private:
         int sample;
         SampleUse use;
     };
+    void tellCut(int sample) const;
     bool decode(int sample, std::vector<std::int16_t> &values);
 
     std::vector<Sample> samples;

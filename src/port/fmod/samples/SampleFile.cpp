@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <fstream>
 #include <sndfile.h>
+#include <string_view>
 
 namespace port
 {
@@ -31,11 +33,23 @@ std::string judge(const SF_INFO &info)
     return {};
 }
 
+/// One of the kinds that samples come in. The library knows more, not all of which are silent about damage.
+bool isKnownKind(const std::string &path)
+{
+    char head[4] = {};
+    std::ifstream(path, std::ios::binary).read(head, sizeof(head));
+    const std::string_view kind(head, sizeof(head));
+    return kind == "OggS" || kind == "RIFF" || kind == "fLaC";
+}
+
 } // namespace
 
 struct SampleFile::Handle
 {
-    explicit Handle(const std::string &path) : sound(sf_open(path.c_str(), SFM_READ, &info)) {}
+    explicit Handle(const std::string &path)
+        : sound(isKnownKind(path) ? sf_open(path.c_str(), SFM_READ, &info) : nullptr)
+    {
+    }
     ~Handle()
     {
         if (sound)
@@ -44,13 +58,32 @@ struct SampleFile::Handle
     Handle(const Handle &) = delete;
     Handle &operator=(const Handle &) = delete;
 
+    /// Frames up to the end, by reading them; no more than may be.
+    sf_count_t countFrames()
+    {
+        std::vector<float> unheard(BLOCK * static_cast<std::size_t>(std::max(1, info.channels)));
+        const auto most = static_cast<sf_count_t>(MOST_SECONDS * MOST_RATE);
+        sf_count_t all = 0;
+        for (sf_count_t count = 1; count > 0 && all < most; all += count)
+            count = sf_readf_float(sound, unheard.data(), static_cast<sf_count_t>(BLOCK));
+        return all;
+    }
+
     SF_INFO info = {};
     SNDFILE *sound;
 };
 
 SampleFile::SampleFile(const std::string &path, std::string &why) : file(std::make_unique<Handle>(path))
 {
-    why = file->sound ? judge(file->info) : "it is no sound that can be read: " + std::string(sf_strerror(nullptr));
+    if (file->sound && file->info.frames == SF_COUNT_MAX)
+    {
+        // A file without its end does not tell its length.
+        const sf_count_t frames = file->countFrames();
+        file = std::make_unique<Handle>(path);
+        file->info.frames = frames;
+        cut = true;
+    }
+    why = file->sound ? judge(file->info) : "it is no Ogg, WAV or FLAC file that can be read";
     if (!why.empty())
     {
         file.reset();

@@ -33,6 +33,8 @@ public:
 
     bool isOpen() const { return file != nullptr; }
     const SampleShape &getShape() const { return shape; }
+    /// It ends before it should.
+    bool isCut() const { return cut; }
     /// @return frames read, interleaved as they stand in the file; fewer than asked only at its end
     std::size_t read(std::int16_t *into, std::size_t frames);
     /// Goes to a frame; false where the file cannot.
@@ -42,6 +44,7 @@ private:
     struct Handle;
     std::unique_ptr<Handle> file;
     SampleShape shape;
+    bool cut = false;
     std::vector<float> block; ///< between the library and 16 bits
 };
 

@@ -27,6 +27,14 @@ std::unique_ptr<AudioHost> makeHost(const AudioOutput &output)
     return makeDeviceHost();
 }
 
+/// As the log names files: from the game's folder on, whose programs run one below it.
+std::string nameInTexts(std::string path)
+{
+    while (path.starts_with("../"))
+        path.erase(0, 3);
+    return path;
+}
+
 bool isFinite(const FMOD_VECTOR *vector)
 {
     return !vector || (std::isfinite(vector->x) && std::isfinite(vector->y) && std::isfinite(vector->z));
@@ -94,11 +102,12 @@ FMOD_RESULT AudioEventSystem::load(const char *filename, FMOD_EVENT_LOADINFO *, 
         tellAudio("The sound project " + path + " is not text.", true);
         return FMOD_ERR_FORMAT;
     }
-    ProjectData data = parseProject(text, path);
+    const std::string name = nameInTexts(path);
+    ProjectData data = parseProject(text, name);
     for (const std::string &problem : data.problems)
         tellAudio(problem, true);
     const std::string ownFolder = path.substr(0, path.rfind('/') + 1);
-    projects.push_back(std::make_unique<AudioProject>(*this, std::move(data), ownFolder, path, categories));
+    projects.push_back(std::make_unique<AudioProject>(*this, std::move(data), ownFolder, name, categories));
     *project = projects.back().get();
     return FMOD_OK;
 }

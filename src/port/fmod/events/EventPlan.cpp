@@ -9,7 +9,7 @@ namespace port
 namespace
 {
 
-constexpr double LONG_SECONDS = 30; ///< from which on a sample is streamed even if its layer does not say so
+constexpr double LONG_SECONDS = 10; ///< from which on a sample is streamed in any case: reading it whole is a hitch
 
 constexpr int MIDDLE_PRIORITY = 128;
 constexpr float PRIORITY_STEP = 32; ///< for a factor of two

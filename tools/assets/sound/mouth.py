@@ -42,17 +42,22 @@ def throat(take, hz, rough=0.1):
     """The pulses of vocal folds at `hz`, one value a sample; `rough` unsettles their length and strength."""
     seconds = len(hz) / shapes.RATE
     unsteady = 1.0 + rough * 0.3 * noise.wander(take.rng, seconds, 60.0, -1.0, 1.0)
-    phase = numpy.cumsum(hz * unsteady) / shapes.RATE % 1.0
+    turns = numpy.cumsum(hz * unsteady) / shapes.RATE
+    phase = turns % 1.0
     opened = numpy.where(phase < 0.6, numpy.square(numpy.sin(numpy.pi * phase / 0.6)) * phase / 0.6, 0.0)
     flow = numpy.diff(opened, prepend=0.0) * 8.0
     strength = 1.0 - rough * noise.wander(take.rng, seconds, 45.0)
+    strength *= 1.0 - 0.5 * rough * (numpy.floor(turns) % 2)
     return filters.lowpass(flow * strength + rough * 0.25 * noise.white(take.rng, seconds) * opened, 5000.0, 1)
 
 
-def spoken(source, vowel, size=1.0):
-    """A source through the mouth that says a vowel."""
-    peaks = zip(VOWELS[vowel], (90, 110, 170, 250), (1.0, 0.6, 0.3, 0.15))
-    return filters.formants(source, [(hz * size, width * size, gain) for hz, width, gain in peaks])
+def spoken(source, start, end, size=1.0):
+    """A source through a mouth that glides from one vowel to another and closes a little at the end."""
+    seconds, out = len(source) / shapes.RATE, numpy.zeros(len(source))
+    for first, last, width, gain in zip(VOWELS[start], VOWELS[end], (110, 130, 200, 300), (1.0, 0.7, 0.4, 0.2)):
+        track = size * shapes.smooth_curve(seconds, [(0.0, first * 0.92), (seconds * 0.25, first), (seconds, last)])
+        out += gain * filters.moving_bandpass(source, track, track / (width * size))
+    return out
 
 
 def whisper(take, syllables, size=1.0, pace=5.5):

@@ -95,13 +95,21 @@ def _stone(take, blow):
 def _glass(take, blow):
     """A bottle that holds: the wall rings in pairs, the hollow sounds once, it jumps on its rim."""
     wall = modal.body(take, "glass", take.near(1250.0, 0.3), count=18, tilt=-0.25, damping=1.4)
+    foot = modal.body(take, "glass", take.near(880.0, 0.25), count=14, tilt=-0.35, damping=3.5)
     hollow = take.near(310.0, 0.3)
 
     def clink(hard):
         boom = filters.resonator(modal.blow(0.1, 0.4), hollow, 0.09)
         return shapes.lay((0.0, shapes.unit(modal.struck(take, wall, min(1.0, hard + 0.2), 0, 0.4, 0.5)), 1.0),
+                          (0.0, shapes.unit(modal.struck(take, foot, min(1.0, hard + 0.2), 0, 0.2)), 0.7),
                           (0.0, shapes.unit(boom), 0.35))
     return shapes.lay((0.0, _jumps(take, blow, clink, 0.075), 1.0), (0.001, _floor(take, blow), blow.weight * 0.3))
+
+
+def _crumple(take, seconds, strength):
+    """Board that buckles: clicks of a stiff skin over a hollow."""
+    clicks = noise.sparks(take.rng, seconds, 160.0 * strength, 0.6)
+    return filters.formants(clicks, [(420.0, 160.0, 0.6), (1150.0, 400.0, 1.0), (2600.0, 900.0, 0.7)])
 
 
 def _box(take, blow):
@@ -112,17 +120,23 @@ def _box(take, blow):
         return filters.lowpass(modal.struck(take, drum, hard * 0.6, 0, None, 0.5), 1500.0 + 3500.0 * hard, 1)
     t = 0.14
     flap = grains.rustle(take, t, shapes.decay(t, 0.2, 0.006), 500.0, 4200.0, 320.0)
+    dent = _crumple(take, 0.2, 2.0 * blow.hard * shapes.decay(0.2, 0.3, 0.004))
     return shapes.lay((0.0, _jumps(take, blow, thump, 0.09), 1.0), (0.004, shapes.unit(flap), 0.14 + 0.1 * blow.hard),
+                      (0.003, shapes.unit(dent), 0.4 * blow.hard ** 2),
                       (0.0, _floor(take, blow), blow.weight * 0.35))
 
 
 def _cloth(take, blow):
-    """A sack or a fallen body: no edge at all, only weight and weave."""
-    t = 0.2
-    press = filters.lowpass(noise.brown(take.rng, t), 180.0 + 350.0 * blow.hard) * shapes.decay(t, 0.16, 0.012)
-    weave = grains.rustle(take, t, shapes.decay(t, 0.24, 0.015), 450.0, 4000.0, 260.0)
-    return shapes.lay((0.0, shapes.unit(press), 0.8), (0.0, shapes.unit(weave), 0.3),
-                      (0.002, filters.lowpass(_floor(take, blow), 300.0), 0.3 + blow.weight))
+    """A sack or a fallen body: no edge at all, only weight and weave; what falls hard lands part by part."""
+    x, at, gain = [], 0.0, 1.0
+    for _ in range(1 + blow.bounces):
+        t = take.near(0.2, 0.2)
+        press = filters.lowpass(noise.brown(take.rng, t), 180.0 + 350.0 * blow.hard) * shapes.decay(t, 0.16, 0.012)
+        weave = grains.rustle(take, t, shapes.decay(t, 0.24, 0.015), 450.0, 4000.0, 260.0)
+        x += [(at, shapes.unit(press), 0.8 * gain), (at, shapes.unit(weave), 0.3 * gain),
+              (at + 0.002, filters.lowpass(_floor(take, blow), 300.0), (0.3 + blow.weight) * gain)]
+        at, gain = at + take.between(0.07, 0.15), gain * take.between(0.3, 0.6)
+    return shapes.lay(*x)
 
 
 def _landed(take, x, wet=0.2):
@@ -174,12 +188,12 @@ def impact_stone_hard(take):
     return _landed(take, _stone(take, HARD))
 
 
-@sound(variants=3, loudness=-31.0, what="a bottle set down", judgement="fair: one mode leads; a clean ping")
+@sound(variants=3, loudness=-31.0, what="a bottle set down", judgement="good")
 def impact_glass_soft(take):
     return _landed(take, _glass(take, SOFT), 0.12)
 
 
-@sound(variants=3, loudness=-25.0, what="a bottle dropped", judgement="fair: as the soft one")
+@sound(variants=3, loudness=-25.0, what="a bottle dropped", judgement="good")
 def impact_glass_medium(take):
     return _landed(take, _glass(take, MEDIUM), 0.16)
 
@@ -200,7 +214,7 @@ def impact_box_medium(take):
 
 
 @sound(variants=3, loudness=-23.0, what="a cardboard box that falls hard",
-       judgement="fair: the crumpling of the board itself is missing")
+       judgement="good")
 def impact_box_hard(take):
     return _landed(take, _box(take, HARD))
 
@@ -216,7 +230,7 @@ def impact_cloth_medium(take):
 
 
 @sound(variants=3, loudness=-24.0, what="something heavy in cloth that falls",
-       judgement="fair: a sack more than a body")
+       judgement="good")
 def impact_cloth_hard(take):
     return _landed(take, _cloth(take, HARD))
 
@@ -317,17 +331,19 @@ def scrape_stone(take):
                       (0.0, shapes.level(loops.seamless(low, 0.5)), 0.6))
 
 
-@sound(loop=True, loudness=-31.0, what="a bottle dragged over a table", judgement="fair: dull for glass")
+@sound(loop=True, loudness=-31.0, what="a bottle dragged over a table", judgement="good")
 def scrape_glass(take):
-    wall = modal.body(take, "glass", 1350.0, count=12, tilt=0.1, damping=3.0)
+    wall = modal.body(take, "glass", 1350.0, count=16, tilt=-0.5, damping=2.5)
     table = modal.body(take, "wood", 280.0, count=16, tilt=0.5)
-    return _dragged(take, 4.0, 0.3, 1700.0, 50.0, [(wall, 0.6), (table, 0.8)], 0.25)
+    return _dragged(take, 4.0, 0.3, 1700.0, 50.0, [(wall, 1.0), (table, 0.4)], 0.45)
 
 
-@sound(loop=True, loudness=-31.0, what="a cardboard box pushed over boards", judgement="fair")
+@sound(loop=True, loudness=-31.0, what="a cardboard box pushed over boards", judgement="good: slides and buckles")
 def scrape_box(take):
     drum = modal.body(take, "box", 150.0, count=24, tilt=0.3)
-    return _dragged(take, 4.0, 0.4, 1100.0, 30.0, [(drum, 1.0)], 0.4)
+    slide = _dragged(take, 4.0, 0.4, 1100.0, 30.0, [(drum, 1.0)], 0.4)
+    buckles = shapes.cut(_crumple(take, 4.0, noise.wander(take.rng, 4.0, 3.0)), 4.0)
+    return shapes.lay((0.0, shapes.level(slide), 1.0), (0.0, shapes.level(loops.seamless(buckles, 0.5)), 0.3))
 
 
 @sound(loop=True, loudness=-35.0, what="a sack dragged over a floor", judgement="good")
@@ -375,17 +391,17 @@ def roll_barrel(take):
     return _rolling(take, 6, 1.1, 16, 0.55, staves, [(94.0, 16.0, 1.0), (190.0, 30.0, 0.5), (330.0, 50.0, 0.25)])
 
 
-@sound(loop=True, loudness=-25.0, what="an iron pipe that rolls over stone", judgement="fair: rings on a little long")
+@sound(loop=True, loudness=-25.0, what="an iron pipe that rolls over stone", judgement="good")
 def roll_metal(take):
-    pipe = modal.body(take, "iron", 380.0, count=24, tilt=-0.1, damping=2.5)
+    pipe = modal.body(take, "iron", 380.0, count=24, tilt=-0.1, damping=5.0)
     return _rolling(take, 10, 2.6, 7, 0.85, pipe, [(260.0, 30.0, 0.5), (530.0, 40.0, 0.3)])
 
 
 @sound(loop=True, loudness=-30.0, what="a bottle that rolls over boards",
-       judgement="fair: its hiss is as strong as its ring")
+       judgement="good")
 def roll_glass(take):
     wall = modal.body(take, "glass", 1180.0, count=12, tilt=0.2, damping=2.4)
-    return _rolling(take, 9, 2.3, 4, 0.8, wall, [(300.0, 30.0, 1.0), (210.0, 60.0, 0.6)])
+    return _rolling(take, 9, 2.3, 4, 0.65, wall, [(300.0, 30.0, 1.0), (210.0, 60.0, 0.6)])
 
 
 def _shards(take, material, seconds, density, hz):

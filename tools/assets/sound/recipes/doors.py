@@ -33,11 +33,20 @@ def _stroke(take, seconds, low, high, stops):
     """How fast a hinge slips while a door is moved once: it starts, sticks now and then, swings on, comes to rest."""
     t = numpy.linspace(0.0, 1.0, shapes.samples(seconds))
     swing = low + (high - low) * numpy.sin(numpy.pi * t ** take.between(0.6, 1.1)) ** 1.3
-    rate = swing * noise.wander(take.rng, seconds, 5.0, 0.75, 1.2)
+    rate = swing * noise.wander(take.rng, seconds, 5.0, 0.85, 1.15) * _hops(take, seconds, 0.65, 1.15, 0.28)
     for _ in range(stops):
         at, width = take.between(0.1, 0.9), take.between(0.015, 0.05)
         rate = rate * (1.0 - 0.97 * numpy.exp(-numpy.square((t - at) / width)))
     return rate
+
+
+def _hops(take, seconds, low, high, dwell):
+    """A pitch that stays for about `dwell` seconds, then jumps: the pin has found another place to bite."""
+    points, at = [(0.0, take.between(low, high))], 0.0
+    while at < seconds:
+        at += take.near(dwell, 0.7)
+        points += [(at, points[-1][1]), (at + 0.02, take.between(low, high))]
+    return shapes.curve(seconds, points)
 
 
 def _latch_click(take, hard=0.85, lowest=1150.0):
@@ -67,10 +76,10 @@ def creak_slow(take):
 
 
 @sound(loop=True, loudness=-24.0, what="a hinge moved fast: a cry that wavers",
-       judgement="fair: its pitch glides, where real hinges also jump")
+       judgement="good: its pitch jumps as a biting pin does")
 def creak_fast(take):
     seconds = 4.5
-    rate = noise.wander(take.rng, seconds, 1.8, 130.0, 330.0) * noise.wander(take.rng, seconds, 9.0, 0.85, 1.15)
+    rate = _hops(take, seconds, 120.0, 340.0, 0.3) * noise.wander(take.rng, seconds, 9.0, 0.85, 1.15)
     return loops.seamless(shapes.cut(_hinge(take, rate, 0.3), seconds), 0.4)
 
 
@@ -81,7 +90,7 @@ def creak_long(take):
     return rooms.heard_in(take, x, rooms.SMALL, 0.15)
 
 
-@sound(variants=4, loudness=-23.0, what="a door pulled open", judgement="fair: a shade too steady at its top")
+@sound(variants=4, loudness=-23.0, what="a door pulled open", judgement="good: its pitch jumps once or twice")
 def creak_short(take):
     x = _hinge(take, _stroke(take, take.between(0.5, 0.8), 40.0, take.between(190.0, 340.0), 1), 0.3)
     return rooms.heard_in(take, x, rooms.SMALL, 0.15)
@@ -120,8 +129,8 @@ def _gust(take, seconds):
     return shapes.faded(x, 0.01, 0.01)
 
 
-@sound(variants=3, loudness=-16.5, what="a door thrown shut",
-       judgement="fair: limited hard to be this loud; its first 10 ms are rounder than a real slam")
+@sound(variants=3, loudness=-18.0, what="a door thrown shut",
+       judgement="good: crack, leaf, lock; the room has to come from the engine")
 def slam_wood(take):
     """Air, the leaf on the rebate along its whole edge, the frame, plaster dust, and the lock that shivers on."""
     leaf = modal.body(take, "board", take.near(76.0, 0.1), count=44, tilt=0.0, damping=0.8)
@@ -132,7 +141,7 @@ def slam_wood(take):
     dust = grains.cloud(take, 0.7, 120.0 * shapes.decay(0.7, 1.2, 0.1), lambda k: grains.crumb(k, 3000.0))
     wall = filters.resonator(modal.blow(0.5, 0.0), take.near(58.0), 0.25)
     x = shapes.lay((0.0, _gust(take, 0.09), 0.05), (0.085, shapes.unit(modal.ring(force, leaf, 0.5)), 1.0),
-                   (0.086, shapes.unit(crack), 0.6), (0.088, _knock(take, 170.0, 0.75), 0.8),
+                   (0.085, shapes.unit(crack), 0.9), (0.088, _knock(take, 170.0, 0.75), 0.8),
                    (0.087, shapes.unit(wall), 0.25), (0.1, shapes.unit(shiver), 0.2), (0.2, shapes.unit(dust), 0.02))
     return rooms.heard_in(take, filters.highpass(shapes.saturated(x, 0.8), 45.0), rooms.SMALL, 0.45)
 
@@ -152,7 +161,8 @@ def slam_iron(take):
     x = shapes.lay((0.0, shapes.unit(modal.ring(force, sheet, 1.6)), 1.0),
                    (0.0, shapes.unit(modal.struck(take, frame, 0.9, 0, 0.5, 0.6)), 0.7),
                    (0.0, shapes.unit(filters.resonator(modal.blow(0.4, 0.0), 60.0, 0.25)), 0.25), *rattle)
-    return rooms.heard_in(take, filters.highpass(shapes.saturated(x, 0.9), 50.0), rooms.SMALL, 0.35)
+    x = filters.low_shelf(filters.highpass(shapes.saturated(x, 0.9), 50.0), 180.0, -8.0)
+    return rooms.heard_in(take, x, rooms.SMALL, 0.35)
 
 
 @sound(variants=3, loudness=-24.0, what="a locked door that is tried", judgement="good")
@@ -172,7 +182,7 @@ def locked(take):
 
 
 @sound(loop=True, loudness=-25.0, what="a heavy door that runs along its rail",
-       judgement="fair: rumble and flat spot are right, squeal is missing")
+       judgement="good: rumble, a flat spot, a cry now and then")
 def slide(take):
     """Iron wheels on a worn rail: rumble, a flat spot that comes round, dry wood on top."""
     seconds = 5.0
@@ -185,7 +195,9 @@ def slide(take):
     flat = flat * take.rng.uniform(0.5, 1.0, len(flat))
     flat = numpy.convolve(flat, modal.blow(0.006, 0.4))[:len(flat)]
     rail = modal.body(take, "iron", take.near(310.0), count=24, tilt=0.1, damping=7.0)
-    x = shapes.lay((0.0, shapes.level(modal.ring(wheel, leaf, 0.1)), 1.0),
+    cry = friction.slips(take, _hops(take, seconds, 380.0, 820.0, 0.5), 0.12, 0.2)
+    cry = shapes.cut(modal.ring(cry, rail, 0.1), seconds) * noise.wander(take.rng, seconds, 2.0, -1.5, 1.0).clip(0.0)
+    x = shapes.lay((0.0, shapes.level(modal.ring(wheel, leaf, 0.1)), 1.0), (0.0, shapes.level(cry), 0.22),
                    (0.0, shapes.level(modal.ring(wheel, rail, 0.1)), 0.4),
                    (0.0, shapes.unit(modal.ring(flat, leaf, 0.1)), 2.2),
                    (0.0, shapes.level(filters.bandpass(wheel, 1500.0, 6000.0, 1)), 0.12))

@@ -77,14 +77,14 @@ def page(take):
 
 
 @sound(stereo=True, loudness=-32.0, silence=0.3, what="the game is kept: a line written, the book closed",
-       judgement="fair: a pen of five even strokes")
+       judgement="good")
 def save(take):
-    """Four strokes of a steel nib, then the cover."""
+    """Strokes of a steel nib, then the cover."""
     nib = modal.body(take, "metal", 3100.0, count=5, tilt=0.2, damping=25.0)
     x, at = [], 0.0
     for _ in range(5):
-        t = take.between(0.07, 0.16)
-        speed = numpy.sin(numpy.pi * numpy.linspace(0, 1, shapes.samples(t))) * take.between(0.15, 0.3)
+        t = take.pick((0.05, 0.08, 0.12, 0.2)) * take.near(1.0, 0.2)
+        speed = numpy.sin(numpy.pi * numpy.linspace(0, 1, shapes.samples(t))) * take.between(0.1, 0.32)
         rub = friction.rubbed(take, speed, 5200.0, 400.0)
         x += [(at, shapes.unit(filters.bandpass(rub, 1800.0, 8000.0)), 0.35),
               (at, shapes.unit(modal.ring(rub, nib, 0.02)), 0.1), (at, _desk(take, 420.0, 0.4), 0.06)]

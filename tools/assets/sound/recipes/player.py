@@ -46,24 +46,28 @@ def flashlight_off(take):
 
 
 @sound(loop=True, loudness=-25.0, what="the flashlight's crank turned: gears and a small dynamo",
-       judgement="fair: the gears are too regular, the whine tells of a machine more than of a hand")
+       judgement="fair: gears, slack and a whine; the hand on it is faint")
 def crank(take):
     """Ten turns of a crank; each presses hardest twice a turn. The wheels mesh, the dynamo whines with them."""
     turn = 0.66
     seconds = turn * 11
     t = shapes.times(seconds)
-    push = 1.0 + 0.13 * numpy.sin(4 * numpy.pi * t / turn) + 0.05 * numpy.sin(2 * numpy.pi * t / turn + 1.0)
+    push = noise.wander(take.rng, seconds, 5.0, 0.95, 1.05) + 0.13 * numpy.sin(4 * numpy.pi * t / turn)
+    push += 0.05 * numpy.sin(2 * numpy.pi * t / turn + 1.0)
     angle = numpy.cumsum(push) / numpy.mean(push) / shapes.RATE / turn
     case = modal.body(take, "sheet", 520.0, count=34, tilt=0.25, damping=11.0)
     pinion = modal.body(take, "iron", 1700.0, count=8, tilt=0.3, damping=30.0)
-    slow, fast = _teeth(take, angle, 23, 0.25), _teeth(take, angle, 23 * 7, 0.35)
+    slow, fast = _teeth(take, angle, 23, 0.5), _teeth(take, angle, 23 * 7, 0.6)
     whine = sum(numpy.sin(2 * numpy.pi * angle * 161 * k) / k ** 1.5 for k in (1, 2, 3, 5))
     whine *= (push - 0.75) * noise.wander(take.rng, seconds, 12.0, 0.8, 1.0)
     brushes = noise.band(take.rng, seconds, 2500, 8000, 1) * numpy.maximum(numpy.sin(2 * numpy.pi * angle * 80), 0) ** 3
+    slack = _teeth(take, angle, 2, 0.3)
+    knob = modal.body(take, "wood", 410.0, count=14, tilt=0.4, damping=1.5)
     grip = grains.rustle(take, seconds, 0.3 + 0.3 * numpy.sin(2 * numpy.pi * t / turn) ** 2, 500.0, 3500.0, 80.0)
     x = shapes.lay((0.0, shapes.level(modal.ring(slow + 0.4 * fast, case, 0.1)), 0.9),
-                   (0.0, shapes.level(modal.ring(slow + fast, pinion, 0.1)), 0.35), (0.0, shapes.level(whine), 0.22),
-                   (0.0, shapes.level(brushes), 0.12), (0.0, shapes.level(grip), 0.08))
+                   (0.0, shapes.level(modal.ring(slow + fast, pinion, 0.1)), 0.35), (0.0, shapes.level(whine), 0.13),
+                   (0.0, shapes.level(brushes), 0.12), (0.0, shapes.level(grip), 0.08),
+                   (0.0, shapes.unit(modal.ring(slack, knob, 0.1)), 1.6))
     return loops.seamless(shapes.cut(x, seconds), turn)
 
 
@@ -84,6 +88,8 @@ def _breathing(take, cycles, period, effort, pause, voiced=0.0):
         length = take.near(period, 0.1)
         inward, outward = length * (1 - pause) * 0.44, length * (1 - pause) * 0.56
         depth = take.near(1.0, 0.2)
+        if take.chance(0.4 * effort + 0.15):
+            x.append((at + 0.02, filters.bandpass(modal.contact(take, 0.45), 900.0, 5000.0), 0.1 * depth))
         x += [(at, mouth.breath(take, inward, True, effort), 0.75 * depth),
               (at + inward * 1.04, mouth.breath(take, outward, False, effort), depth)]
         if voiced and take.chance(0.75):
@@ -96,7 +102,7 @@ def _groan(take, seconds):
     """What slips into a breath that is let out too fast: a throat that is hardly closed."""
     hz = shapes.smooth_curve(seconds, [(0.0, take.near(118.0, 0.08)), (seconds, take.near(88.0, 0.08))])
     envelope = shapes.smooth_curve(seconds, [(0.0, 0.0), (seconds * 0.15, 1.0), (seconds, 0.0)])
-    return shapes.unit(mouth.spoken(mouth.throat(take, hz, 0.6), "er")) * envelope
+    return shapes.unit(mouth.spoken(mouth.throat(take, hz, 0.7), "er", "u")) * envelope
 
 
 @sound(loop=True, loudness=-37.0, silence=1.2, what="the player's breath at rest", judgement="good")
@@ -105,7 +111,7 @@ def breath_calm(take):
 
 
 @sound(loop=True, loudness=-30.0, silence=0.6, what="the player's breath after running",
-       judgement="fair: no swallowing, no catch in the throat")
+       judgement="good: no two alike; it never swallows")
 def breath_hard(take):
     return _breathing(take, 8, 1.55, 0.55, 0.08)
 
@@ -218,19 +224,22 @@ def crouch_up(take):
 
 
 @sound(variants=4, loudness=-22.0, what="the player is hurt",
-       judgement="poor: the grunt is a buzz through fixed formants; a voice would be better")
+       judgement="fair: a hoarse grunt with its breath; still less than an actor")
 def hurt(take):
     """The breath knocked out of a man: a blow on cloth, a grunt, air drawn in through the teeth."""
     t = take.between(0.22, 0.38)
     top = take.between(150.0, 190.0)
     hz = shapes.smooth_curve(t, [(0.0, top * 0.85), (t * 0.2, top), (t, top * 0.62)])
     envelope = shapes.smooth_curve(t, [(0.0, 0.0), (0.025, 1.0), (t * 0.5, 0.6), (t, 0.0)])
-    grunt = shapes.unit(mouth.spoken(mouth.throat(take, hz, 0.45), take.pick(("a", "er", "o")), 1.02)) * envelope
+    folds = shapes.unit(mouth.throat(take, hz * noise.wander(take.rng, t, 25.0, 0.96, 1.04), 0.75))
+    air = noise.pink(take.rng, t) * shapes.smooth_curve(t, [(0.0, 0.5), (0.04, 0.1), (t, 0.35)])
+    grunt = mouth.spoken(shapes.saturated(folds * 2.0 + air, 0.8), take.pick(("a", "er")), take.pick(("o", "u")), 1.02)
+    grunt = shapes.unit(grunt * envelope)
     push = mouth.breath(take, t * 1.3, False, 1.0)
     gasp = mouth.breath(take, take.between(0.3, 0.45), True, 0.9)
     body = filters.lowpass(modal.struck(take, modal.body(take, "board", 85.0, count=10), 0.15), 500.0)
     x = shapes.lay((0.0, shapes.unit(body), 0.35), (0.0, _cloth(take, 0.12, [(0, 0.0), (0.01, 1.0), (0.12, 0.0)]), 0.3),
-                   (0.03, grunt, 1.0), (0.03, shapes.unit(push), 0.3), (0.1 + t, shapes.unit(gasp), 0.28))
+                   (0.03, grunt, 1.0), (0.02, shapes.unit(push), 0.5), (0.1 + t, shapes.unit(gasp), 0.28))
     return rooms.heard_in(take, x, rooms.CLOSET, 0.12)
 
 
@@ -255,7 +264,7 @@ def paper(take):
 
 
 @sound(variants=2, loudness=-28.0, silence=0.5, what="a battery pushed into the flashlight, the cap screwed on",
-       judgement="fair: the three turns of the cap are too alike")
+       judgement="good")
 def battery_in(take):
     """Cap off, the cell slides down the tube, whose note rises, meets the spring, and the thread grinds shut."""
     t = 0.3
@@ -266,10 +275,12 @@ def battery_in(take):
     spring = modal.struck(take, modal.body(take, "metal", 390.0, count=9, tilt=-0.3, damping=12.0), 0.7, 1, 0.25, 0.8)
     turns = []
     for index in range(3):
-        thread = shapes.smooth_curve(0.16, [(0, 0), (0.08, 0.22), (0.16, 0.0)])
-        turns.append((0.75 + index * 0.21, shapes.unit(modal.ring(
-            friction.rubbed(take, thread, 2400.0, 220.0),
-            modal.body(take, "sheet", 1300.0 + 60 * index, count=10, damping=16.0), 0.05)), 0.3))
+        length = take.between(0.1, 0.2)
+        thread = shapes.smooth_curve(length, [(0, 0), (length * take.between(0.3, 0.6), take.between(0.12, 0.3)),
+                                              (length, 0.0)])
+        cap = modal.body(take, "sheet", take.near(1300.0, 0.2), count=16, tilt=0.2, damping=16.0)
+        rub = modal.ring(friction.rubbed(take, thread, 2400.0, 220.0), cap, 0.05)
+        turns.append((0.75 + index * 0.21 + take.between(-0.02, 0.02), shapes.unit(rub), take.between(0.2, 0.35)))
     x = shapes.lay((0.0, _tin(take, 0.8), 0.5), (0.12, shapes.unit(tube), 0.5), (0.41, shapes.unit(spring), 0.35),
                    (0.42, _tin(take, 0.7, 640.0), 0.8), *turns, (1.36, _tin(take, 0.8, 1100.0), 0.4))
     return rooms.heard_in(take, x, rooms.CLOSET, 0.1)

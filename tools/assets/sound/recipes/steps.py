@@ -1,4 +1,4 @@
-"""Steps: a clerk's leather shoes on six floors, walking, running and crouching.
+"""Steps: a clerk's leather shoes on seven floors, walking, running and crouching.
 
 A step is a heel, a sole that rolls after it, and what the sole drags along. The heel is a stacked leather block of its
 own short sound; the floor answers by what it is made of and how it is held.
@@ -68,21 +68,21 @@ def _tile_contact(take, hard):
     """Glazed tiles on mortar: a crisp click, and where one is loose its own small note."""
     tile = modal.body(take, "tile", take.near(1250.0, 0.25), count=14, tilt=0.3)
     bed = modal.body(take, "stone", take.near(330.0, 0.25), count=8)
-    return shapes.lay((0.0, _shoe(take, min(hard + 0.22, 1.0), 0.35), 0.9),
-                      (0.0, shapes.unit(modal.struck(take, tile, min(hard + 0.3, 1.0), dirt=0.5)), 0.6),
+    return shapes.lay((0.0, _shoe(take, min(hard + 0.22, 1.0), 0.2), 0.7),
+                      (0.0, shapes.unit(modal.struck(take, tile, min(hard + 0.3, 1.0), dirt=0.5)), 0.85),
                       (0.0006, shapes.unit(modal.struck(take, bed, hard)), 0.45),
                       (take.between(0.009, 0.02), shapes.unit(modal.struck(take, tile, hard, tail=0.1)), 0.12))
 
 
 def _carpet_contact(take, hard):
     """The pile swallows the click; what is left is weight on the boards below, and fibres."""
-    board = modal.body(take, "board", take.near(92.0, 0.15), count=18, tilt=0.6, damping=1.8)
+    board = modal.body(take, "board", take.near(92.0, 0.35), count=18, tilt=0.6, damping=1.8)
     thud = filters.lowpass(modal.struck(take, board, 0.12 + 0.2 * hard, dirt=0.2), 420.0 + 500.0 * hard)
     t = 0.11
     pile = grains.rustle(take, t, shapes.decay(t, 0.16, 0.012), 350.0, 3200.0, 500.0)
     foot = filters.lowpass(_shoe(take, 0.1), 500.0)
-    return shapes.lay((0.0, shapes.unit(thud), 1.0), (0.002, shapes.unit(foot), 0.7),
-                      (0.0, shapes.unit(pile), 0.16 + 0.1 * hard))
+    return shapes.lay((0.0, shapes.unit(thud), 1.0), (0.002, shapes.unit(foot), take.between(0.35, 0.9)),
+                      (0.0, shapes.unit(pile), take.near(0.16 + 0.1 * hard, 0.4)))
 
 
 def _earth_contact(take, hard):
@@ -94,6 +94,17 @@ def _earth_contact(take, hard):
     stones = grains.cloud(take, t, 90.0 * shapes.decay(t, 0.25, 0.01), lambda k: grains.pebble(k, 2300.0))
     return shapes.lay((0.0, shapes.unit(press), 0.9), (0.0, shapes.unit(thud), 0.9),
                       (0.004, shapes.unit(clots), 0.35 + 0.2 * hard), (0.006, shapes.unit(stones), 0.1 + 0.12 * hard))
+
+
+def _snow_contact(take, hard):
+    """Dry snow is pressed together: grains break in a crowd, and creak at the end where they bind."""
+    t = take.near(0.2 - 0.09 * hard, 0.15)
+    press = shapes.smooth_curve(t, [(0.0, 0.15), (t * 0.35, 1.0), (t * 0.8, 0.6), (t, 0.0)])
+    flakes = grains.cloud(take, t, 2600.0 * press, lambda k: grains.crumb(k, 2400.0), 0.9)
+    packing = filters.bandpass(friction.slips(take, 60.0 + 190.0 * press, 0.7, 0.5) * press, 350.0, 1700.0, 1)
+    sink = filters.lowpass(noise.brown(take.rng, t), 240.0) * shapes.decay(t, 0.14, 0.02)
+    return shapes.lay((0.0, shapes.unit(flakes), 1.0), (t * 0.15, shapes.unit(packing), 0.45),
+                      (0.0, shapes.unit(sink), 0.35 + 0.3 * hard))
 
 
 def _metal_contact(take, hard):
@@ -148,6 +159,7 @@ STONE = Floor(_stone_contact, _grit_scuff, (900.0, 8000.0), 85.0)
 TILE = Floor(_tile_contact, _leather_scuff, (1200.0, 7000.0), 90.0)
 CARPET = Floor(_carpet_contact, _pile_scuff, (350.0, 3500.0), 45.0)
 EARTH = Floor(_earth_contact, _soil_scuff, (250.0, 3800.0), 55.0)
+SNOW = Floor(_snow_contact, _soil_scuff, (500.0, 6000.0), 60.0)
 METAL = Floor(_metal_contact, _grit_scuff, (700.0, 6500.0), 70.0)
 
 
@@ -204,7 +216,7 @@ def tile_walk(take):
     return _step(take, TILE, WALK)
 
 
-@sound(variants=6, loudness=-21.0, what="a runner's step on tiles", judgement="fair: close to stone in its lows")
+@sound(variants=6, loudness=-21.0, what="a runner's step on tiles", judgement="good")
 def tile_run(take):
     return _step(take, TILE, RUN)
 
@@ -219,7 +231,7 @@ def carpet_walk(take):
     return _step(take, CARPET, WALK)
 
 
-@sound(variants=6, loudness=-27.0, what="a runner's step on carpet", judgement="fair: the six thuds lie close together")
+@sound(variants=6, loudness=-27.0, what="a runner's step on carpet", judgement="good")
 def carpet_run(take):
     return _step(take, CARPET, RUN)
 
@@ -230,17 +242,17 @@ def carpet_crouch(take):
 
 
 @sound(variants=6, loudness=-29.0, what="a walker's step on soil",
-       judgement="fair: dry; there is no wet or frozen soil")
+       judgement="fair: dry soil only")
 def earth_walk(take):
     return _step(take, EARTH, WALK)
 
 
-@sound(variants=6, loudness=-24.0, what="a runner's step on soil", judgement="fair: as the walk")
+@sound(variants=6, loudness=-24.0, what="a runner's step on soil", judgement="fair: dry soil only")
 def earth_run(take):
     return _step(take, EARTH, RUN)
 
 
-@sound(variants=6, loudness=-36.0, what="a stooping step on soil", judgement="fair: as the walk")
+@sound(variants=6, loudness=-36.0, what="a stooping step on soil", judgement="fair: dry soil only")
 def earth_crouch(take):
     return _step(take, EARTH, CROUCH)
 
@@ -259,3 +271,18 @@ def metal_run(take):
 @sound(variants=6, loudness=-31.0, what="a stooping step on an iron plate", judgement="good")
 def metal_crouch(take):
     return _step(take, METAL, CROUCH)
+
+
+@sound(variants=6, loudness=-28.0, what="a walker's step in snow", judgement="good: grains break, then bind")
+def snow_walk(take):
+    return _step(take, SNOW, WALK)
+
+
+@sound(variants=6, loudness=-24.0, what="a runner's step in snow", judgement="good")
+def snow_run(take):
+    return _step(take, SNOW, RUN)
+
+
+@sound(variants=6, loudness=-35.0, what="a stooping step in snow", judgement="good")
+def snow_crouch(take):
+    return _step(take, SNOW, CROUCH)

@@ -18,7 +18,10 @@ struct HeardWay
     float distance = 0.f; ///< length of the way, metres
     bool open = true;     ///< it comes by a way through the air; false for what only comes through walls
     bool inSight = true;  ///< nothing stands between
+
     static constexpr float OPEN = 22000.f; ///< Hz: nothing of the high end is lost
+    /// What a listener hears of a sound that does not reach him.
+    static HeardWay nothingAt(const Vec4 &ear);
 };
 
 /// How it crosses the reflection layer: as the script class `HeardWay`.

@@ -1,57 +1,123 @@
 #include "physics/acoustics/SoundWays.h"
 
 #include "physics/acoustics/SoundMap.h"
+#include "physics/volumes/FiniteProperty.h"
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/MapRootEntity.h"
+#include "object/tree/PathBelow.h"
+
+#include "foundation/Logger.h"
 
 #include <algorithm>
+#include <cmath>
 
 SoundWays::SoundWays() : sounds(std::make_unique<SoundMap>()) {}
+
 SoundWays::~SoundWays() = default;
 
 Handle<SoundWays> SoundWays::ofMap(const Handle<MapRootEntity> &map)
 {
     return getHandle(componentOf<SoundWays>(map, ComponentKeys::soundWays));
 }
-void SoundWays::doFrame() {}
-void SoundWays::applyDebugDraw(const Handle<DebugCollectorComponent> &) {}
+
+Handle<MapRootEntity> SoundWays::findMap()
+{
+    return handle_cast<MapRootEntity>(getParent());
+}
+
+void SoundWays::doFrame()
+{
+    sounds->doFrame(findMap());
+}
+
 HeardWay SoundWays::hear(Vec4 from, Vec4 at)
 {
-    HeardWay way;
-    way.apparent = from;
-    way.distance = (from - at).magnitude();
-    return way;
+    return sounds->hear(from, at, findMap());
 }
+
 float SoundWays::loudnessAt(Vec4 from, float loudness, Vec4 at)
 {
-    const HeardWay way = hear(from, at);
-    return loudness * way.gain / std::max(1.f, way.distance);
+    const HeardWay heard = hear(from, at);
+    return loudness * heard.gain / std::max(heard.distance, 1.f);
 }
+
 void SoundWays::setListener(Vec4 place)
 {
     sounds->listener = place;
 }
+
 int SoundWays::addSource(Vec4 place)
 {
-    sounds->heard.push_back(hear(place, sounds->listener));
-    return int(sounds->heard.size()) - 1;
+    std::vector<SoundSource> &sources = sounds->sources;
+    auto free = std::find_if(sources.begin(), sources.end(), [](const auto &source) { return !source.isUsed; });
+    if (free == sources.end())
+        free = sources.insert(free, SoundSource());
+    free->isUsed = true;
+    free->place = place;
+    sounds->refresh(*free, findMap());
+    return static_cast<int>(free - sources.begin());
 }
-void SoundWays::moveSource(int, Vec4) {}
-void SoundWays::dropSource(int) {}
-const HeardWay &SoundWays::getHeard(int source) const
+
+/// A source by its number; null for none.
+SoundSource *SoundWays::findSource(int number) const
 {
-    return sounds->heard[std::size_t(source)];
+    const auto index = static_cast<std::size_t>(number);
+    return number >= 0 && index < sounds->sources.size() && sounds->sources[index].isUsed ? &sounds->sources[index]
+                                                                                          : nullptr;
 }
+
+void SoundWays::moveSource(int number, Vec4 place)
+{
+    if (SoundSource *const source = findSource(number))
+        source->place = place;
+}
+
+void SoundWays::dropSource(int number)
+{
+    if (SoundSource *const source = findSource(number))
+        source->isUsed = false;
+}
+
+const HeardWay &SoundWays::getHeard(int number) const
+{
+    static const HeardWay nothing = HeardWay::nothingAt(Vec4(0.f, 0.f, 0.f, 1.f));
+    const SoundSource *const source = findSource(number);
+    return source ? source->heard : nothing;
+}
+
 int SoundWays::getSourceCount() const
 {
-    return 0;
+    return static_cast<int>(std::count_if(sounds->sources.begin(), sounds->sources.end(),
+                                          [](const auto &source) { return source.isUsed; }));
 }
-void SoundWays::addFloor(float) {}
-void SoundWays::addPassage(Vec4, Vec4, float) {}
-void SoundWays::wallsChanged() {}
+
+void SoundWays::addFloor(float height)
+{
+    if (isUsable(*this, "a floor's height", height) && !sounds->survey.addFloor(height))
+        KV_LOGF(Logger_::I_ERROR, "%s has its %d floors; that at %g m is not one of them. Divide the map.",
+                pathBelow(nullptr, *this).toCString(), static_cast<int>(MapSurvey::MOST_FLOORS),
+                static_cast<double>(height));
+}
+
+void SoundWays::addPassage(Vec4 oneEnd, Vec4 otherEnd, float gain)
+{
+    if (!isUsable(*this, "a passage's end", oneEnd) || !isUsable(*this, "a passage's end", otherEnd))
+        return;
+    if (!(gain > 0.f && gain <= 1.f))
+        return KV_LOGF(Logger_::I_ERROR, "%s has no passage of the gain %g; it must be above 0 and at most 1.",
+                       pathBelow(nullptr, *this).toCString(), static_cast<double>(gain));
+    sounds->passages.push_back(TurnGraph::Passage{{oneEnd, otherEnd}, {0, 0}, -20.f * std::log10(gain)});
+    wallsChanged();
+}
+
+void SoundWays::wallsChanged()
+{
+    sounds->survey.forget();
+}
+
 int SoundWays::getFrameWork() const
 {
-    return 0;
+    return sounds->frameWork;
 }

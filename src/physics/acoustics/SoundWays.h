@@ -11,6 +11,7 @@
 
 class MapRootEntity;
 class SoundMap;
+struct SoundSource;
 
 /// Answers how loud, how dull and from where a sound of one place is heard at another, under the component key
 /// "soundWays" of a map's root.
@@ -85,5 +86,8 @@ public:
     int getFrameWork() const;
 
 private:
+    Handle<MapRootEntity> findMap();
+    SoundSource *findSource(int number) const;
+
     std::unique_ptr<SoundMap> sounds;
 };

@@ -212,6 +212,34 @@ DoorPhysics::Pose DoorPhysics::poseAt(float turn) const
     return Pose{placed.position + toHinge - turned.generateRotation() * toHinge, turned * placed.orientation};
 }
 
+float DoorPhysics::getOpenness() const
+{
+    return std::min(std::fabs(prevAngle) / QUARTER_TURN, 1.f);
+}
+
+Vec4 DoorPhysics::getClosedMiddle() const
+{
+    return closedPose().position;
+}
+
+Quaternion DoorPhysics::getClosedTurn() const
+{
+    return closedPose().orientation;
+}
+
+/// The leaf, turned shut from where it stands now.
+DoorPhysics::Pose DoorPhysics::closedPose() const
+{
+    const TransformComponent *const transform = findTransform();
+    if (!transform)
+        return Pose();
+    const Quaternion turned =
+        Quaternion::fromAxisAngle(Vec4(0.f, 1.f, 0.f, 0.f), (closedAngle - offsetAngle) * pivot.y);
+    const Vec4 toHinge = transform->getOrientation().generateRotation() * pivotPosition;
+    return Pose{transform->getPosition() + toHinge - turned.generateRotation() * toHinge,
+                turned * transform->getOrientation()};
+}
+
 /// Puts the transform where the angle has the leaf.
 void DoorPhysics::stand()
 {

@@ -61,6 +61,12 @@ public:
     void setOpen(bool val);
     /// Whether the door is open or opening.
     bool getOpen() const { return opening; }
+    /// How far the leaf stands open, from 0, closed, to 1 at 90 degrees.
+    float getOpenness() const;
+    /// The middle of the leaf when it is closed, in the transform's space.
+    Vec4 getClosedMiddle() const;
+    /// How the leaf is turned when it is closed.
+    Quaternion getClosedTurn() const;
     /// Whether the door refuses to be opened.
     bool getLocked() const { return locked; }
     /// Locks or unlocks the door, and leaves the leaf where it is.
@@ -108,6 +114,7 @@ private:
     void followMove();
     void rememberPlacement(const TransformComponent &transform);
     Pose poseAt(float turn) const;
+    Pose closedPose() const;
     void stand();
     void placeLeaf();
     void standAt(float angle);

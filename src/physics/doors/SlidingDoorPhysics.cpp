@@ -178,6 +178,20 @@ float SlidingDoorPhysics::travel()
     return std::isfinite(width) ? width : 0.f;
 }
 
+float SlidingDoorPhysics::getOpenness()
+{
+    const float way = travel();
+    return way > 0.f ? std::min(currentOffset / way, 1.f) : 0.f;
+}
+
+Vec4 SlidingDoorPhysics::getClosedMiddle() const
+{
+    const TransformComponent *const transform = findTransform();
+    if (!transform)
+        return Vec4();
+    return transform->getPosition() - transform->getOrientation().generateRotation() * (line() * currentOffset);
+}
+
 /// From closed to an offset, in the space of the leaf's place.
 Vec4 SlidingDoorPhysics::slideTo(float offset) const
 {

@@ -59,6 +59,10 @@ public:
     void setOpen(bool val);
     /// Whether the door is open or opening.
     bool getOpen() const { return open; }
+    /// How far the leaf stands open, from 0, closed, to 1 at its own width.
+    float getOpenness();
+    /// The middle of the leaf when it is closed, in the transform's space.
+    Vec4 getClosedMiddle() const;
     DIRECTION getDirection() const { return direction; }
     /// Sets to which side the leaf opens.
     void setDirection(DIRECTION val);

@@ -1,0 +1,144 @@
+#include "physics/acoustics/WayFlood.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace
+{
+
+// Sound bends easily around a slight turn, and leaves its high end at a sharp one.
+constexpr float TURN_LOSS = 2.5f;      ///< decibels of a right angle
+constexpr float TURN_DULLNESS = 0.03f; ///< of a right angle: about 6 kHz
+
+} // namespace
+
+WayLoss WayFlood::lossOfTurn(const PlanPoint &before, const PlanPoint &behind)
+{
+    const bool isPassage = before.dot(before) == 0.f || behind.dot(behind) == 0.f;
+    const float bend = isPassage ? 0.f : 1.f - before.dot(behind);
+    return WayLoss{TURN_LOSS * bend, TURN_DULLNESS * bend};
+}
+
+void WayFlood::begin(const std::vector<SeenTurn> &seen, std::size_t turnCount)
+{
+    costs.assign(turnCount, std::numeric_limits<float>::infinity());
+    ways.assign(turnCount, WayTo());
+    candidates.clear();
+    for (const SeenTurn &turn : seen)
+    {
+        WayTo first;
+        first.length = turn.length;
+        first.loss = turn.loss;
+        first.door = turn.door;
+        first.first = turn.turn;
+        first.direction = turn.direction;
+        reach(turn.turn, turn.length + turn.loss.decibels * metresADecibel, first);
+    }
+}
+
+bool WayFlood::spread(const SoundSpace &space, const std::vector<WayLoss> &doorLosses, WorkBudget &budget)
+{
+    while (!candidates.empty())
+    {
+        const auto [cost, turn] = candidates.front();
+        const bool isNews = !ways[turn].isFinal && cost == costs[turn] && ways[turn].length < FARTHEST;
+        if (isNews && (budget.isSpent() || !space.graph.explore(turn, space.walls, space.doors, budget)))
+            return false;
+        std::pop_heap(candidates.begin(), candidates.end(), std::greater<>());
+        candidates.pop_back();
+        if (isNews)
+            spreadFrom(turn, space, doorLosses, budget);
+    }
+    return true;
+}
+
+/// Takes a way where it is nearer than the one known so far.
+void WayFlood::reach(std::uint32_t turn, float cost, const WayTo &way)
+{
+    if (!(cost < costs[turn]))
+        return;
+    costs[turn] = cost;
+    ways[turn] = way;
+    candidates.emplace_back(cost, turn);
+    std::push_heap(candidates.begin(), candidates.end(), std::greater<>());
+}
+
+void WayFlood::spreadFrom(std::uint32_t turn, const SoundSpace &space, const std::vector<WayLoss> &doorLosses,
+                          WorkBudget &budget)
+{
+    ways[turn].isFinal = true;
+    const WayTo from = ways[turn];
+    const float cost = costs[turn];
+    for (const TurnEdge &edge : space.graph.edgesOf(turn))
+    {
+        budget.spendLook();
+        if (cost + edge.length >= costs[edge.to])
+            continue;
+        WayTo on = from;
+        WayLoss passed{edge.loss, 0.f};
+        for (const std::uint32_t door : space.graph.doorsOf(edge))
+        {
+            passed += doorLosses[door];
+            on.door = door;
+        }
+        on.isFinal = false;
+        on.before = turn;
+        on.length += edge.length;
+        on.loss += passed;
+        on.loss += lossOfTurn(from.direction, edge.direction);
+        on.direction = edge.direction;
+        reach(edge.to, cost + edge.length + passed.decibels * metresADecibel, on);
+    }
+}
+
+void WaysFrom::begin(const PlanPoint &root_, int floor_, const SoundSpace &space)
+{
+    root = root_;
+    floor = floor_;
+    turnCount = space.graph.getCount();
+    stage = LOOKING;
+    nextLook = 0;
+    seen.clear();
+    space.doors.lossesAt(root, doorLosses);
+}
+
+bool WaysFrom::spread(const SoundSpace &space, WorkBudget &budget)
+{
+    for (; stage == LOOKING && nextLook < turnCount; ++nextLook)
+    {
+        if (budget.isSpent())
+            return false;
+        lookAt(nextLook, space, budget);
+    }
+    if (stage == LOOKING)
+    {
+        for (WayFlood &flood : floods)
+            flood.begin(seen, turnCount);
+        stage = SPREADING;
+    }
+    for (; stage < WHOLE; ++stage)
+        if (!floods[stage - SPREADING].spread(space, doorLosses, budget))
+            return false;
+    return true;
+}
+
+/// Notes a turn where the root sees it.
+void WaysFrom::lookAt(std::uint32_t number, const SoundSpace &space, WorkBudget &budget)
+{
+    budget.spendLook();
+    const Turn &turn = space.graph.getTurn(number);
+    const PlanPoint way = turn.place - root;
+    if (turn.floor != floor || way.dot(way) > TurnGraph::REACH * TurnGraph::REACH || !turn.mayBendTo(root))
+        return;
+    budget.spendLine();
+    if (!space.walls.isFree(root, turn.place, floor))
+        return;
+    SeenTurn sight{number, way.length(), WayLoss(), SeenTurn::NO_DOOR, way.unit()};
+    space.doors.forEachPassed(root, turn.place, floor,
+                              [&](std::size_t door)
+                              {
+                                  sight.loss += doorLosses[door];
+                                  sight.door = static_cast<std::uint32_t>(door);
+                              });
+    seen.push_back(sight);
+}

@@ -1,4 +1,4 @@
-"""What is heard: the executable writes the sound of small levels to a file, and levels, sides and silence are measured."""
+"""What is heard: the executable writes the sound of small levels to a file; levels, sides and silence are measured."""
 import array
 import io
 import math

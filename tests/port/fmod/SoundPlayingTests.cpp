@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace
 {
 
@@ -68,6 +70,52 @@ TEST_F(SoundPlaying, TheCurvesOfDistanceSetLoudnessAndHighEnd)
     SoundWorld::set(high, "distance", 40);
     world.render(0.1);
     EXPECT_LT(world.render(0.5).at(8820), 0.1F * open);
+}
+
+TEST(SoundLowpass, LoudnessFallsByThreeDecibelsAtTheCutOffThatACurveNames)
+{
+    for (const float hz : {300.0F, 1000.0F, 3000.0F, 5000.0F})
+    {
+        SoundWorld world;
+        world.tone("tone.wav", hz, 1);
+        world.load("group sfx\nevent Tone\n mode loop\n layer a\n sample tone.wav\n parameter muffled 0 1\n"
+                   " lowpass 0:22000 1:" +
+                   std::to_string(hz) + "\n");
+        FMOD::Event &tone = world.play("Tone");
+        world.render(0.1);
+        const float open = world.render(0.5).at(hz);
+        SoundWorld::set(tone, "muffled", 1);
+        world.render(0.1);
+        EXPECT_NEAR(20 * std::log10(world.render(0.5).at(hz) / open), -3, 0.7) << hz;
+    }
+}
+
+TEST_F(SoundPlaying, OneRoomGoesOverIntoAnother)
+{
+    FMOD_REVERB_PROPERTIES outside, hall;
+    hall.Room = hall.Reverb = 0;
+    hall.DecayTime = 3;
+    FMOD::Event &hum = world.play("Hum");
+    hum.set3DOcclusion(1, 0);
+    const auto inside = [&](float share)
+    {
+        port::setReverbZones(*world.system, outside, hall, share);
+        return world.render(2).part(1.5, 0.5).level();
+    };
+    EXPECT_LT(inside(0), QUIET);
+    const float half = inside(0.5F), whole = inside(1);
+    EXPECT_NEAR(half / whole, 0.5F, 0.1F);
+    // The hall as the first of two goes on where it sounds.
+    port::setReverbZones(*world.system, hall, outside, 0);
+    EXPECT_NEAR(world.render(0.1).level() / whole, 1, 0.3F);
+}
+
+TEST_F(SoundPlaying, ALayerIsHeldBackByItsDelay)
+{
+    world.load("group sfx\nevent Late\n layer a\n sample hum.wav\n delay 0.5\n");
+    world.play("Late");
+    EXPECT_EQ(world.render(0.5).level(), 0);
+    EXPECT_GT(world.render(0.1).level(), 0.1F);
 }
 
 TEST_F(SoundPlaying, AnEventPlaysOnceOrUntilItIsStoppedAndFades)

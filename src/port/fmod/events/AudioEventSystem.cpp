@@ -51,7 +51,7 @@ AudioEventSystem::AudioEventSystem(const AudioOutput &wanted, AudioSystem &lowLe
 AudioEventSystem::~AudioEventSystem()
 {
     unload();
-    lowLevel.getRooms().forget();
+    lowLevel.close();
 }
 
 FMOD_RESULT AudioEventSystem::getSystemObject(FMOD::System **system)
@@ -156,6 +156,8 @@ void AudioEventSystem::openSources()
 
 void AudioEventSystem::followDevice()
 {
+    if (!pool)
+        return;
     Output::Change change = output.watch();
     if (change == Output::LOST)
     {
@@ -243,7 +245,7 @@ void AudioEventSystem::orphanEvents(const AudioProject *project)
 
 void AudioEventSystem::removeProject(AudioProject &project)
 {
-    output.watch();
+    followDevice();
     silenceAll();
     orphanEvents(&project);
     if (output.isOpen())

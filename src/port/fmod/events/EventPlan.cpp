@@ -9,8 +9,6 @@ namespace port
 namespace
 {
 
-constexpr double LONG_SECONDS = 10; ///< from which on a sample is streamed in any case: reading it whole is a hitch
-
 constexpr int MIDDLE_PRIORITY = 128;
 constexpr float PRIORITY_STEP = 32; ///< for a factor of two
 
@@ -94,11 +92,6 @@ EventPlan makePlan(const EventData &data, SampleBank &bank, const std::string &f
         for (const LayerData &layer : data.layers)
             plan.layers.push_back(planLayer(layer, data.loop, bank, folder, file));
     return plan;
-}
-
-bool streams(const LayerPlan &layer, double seconds)
-{
-    return layer.streams || seconds > LONG_SECONDS;
 }
 
 } // namespace port

@@ -44,9 +44,6 @@ struct EventPlan
     SampleUse useOf(const TrackEntry &entry) const { return {placed, entry.next >= 0}; }
 };
 
-/// Whether a sample of this length is read along while it plays.
-bool streams(const LayerPlan &layer, double seconds);
-
 /// Names the samples of an event in the bank, and tells where one is missing.
 /// @param folder  of the project, with a slash at its end
 /// @param file    the project's, for texts

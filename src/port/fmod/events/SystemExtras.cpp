@@ -193,6 +193,7 @@ FMOD_RESULT FMOD_EventSystem_Create(FMOD::EventSystem **eventSystem)
     if (wanted.maker)
         return wanted.maker(eventSystem);
     auto &lowLevel = port::lowLevelSystems();
+    std::erase_if(lowLevel, [](const auto &each) { return each->isClosed(); });
     lowLevel.push_back(std::make_unique<port::AudioSystem>());
     *eventSystem = new port::AudioEventSystem(wanted.output, *lowLevel.back(), wanted.seed);
     return FMOD_OK;

@@ -71,7 +71,7 @@ void VoiceMixer::begin(AudioEvent &event, std::size_t layer, double now)
     const LayerPlan &layerPlan = plan.layers[layer];
     LayerVoice &voice = event.getVoices()[layer];
     const TrackEntry &entry = voice.entryOf(layerPlan);
-    const bool streamed = streams(layerPlan, plan.bank->shapeOf(entry.sample).seconds());
+    const bool streamed = layerPlan.streams || plan.bank->isLong(entry.sample);
     const ALuint buffer = streamed ? 0 : plan.bank->bufferOf(entry.sample, plan.useOf(entry));
     if (!streamed && !buffer)
         return voice.end();

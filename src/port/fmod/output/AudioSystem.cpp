@@ -112,6 +112,12 @@ FMOD_RESULT AudioSystem::setReverbAmbientProperties(const FMOD_REVERB_PROPERTIES
     return FMOD_OK;
 }
 
+void AudioSystem::close()
+{
+    rooms.forget();
+    closed = true;
+}
+
 float AudioSystem::advanceLowpass(const GlideStep &step)
 {
     float gain = 1;

@@ -51,11 +51,15 @@ public:
     /// Gain of the filter that all passes through, after some more time.
     float advanceLowpass(const GlideStep &step);
     void noteInit() { initialised = true; }
+    /// Its event system is gone.
+    void close();
+    bool isClosed() const { return closed; }
 
 private:
     std::vector<std::unique_ptr<LowpassEffect>> effects;
     ReverbSlots rooms;
     bool initialised = false;
+    bool closed = false;
 };
 
 } // namespace port

@@ -45,9 +45,11 @@ void StreamQueue::tend(ALuint source)
 {
     ALint processed = 0;
     alGetSourcei(source, AL_BUFFERS_PROCESSED, &processed);
-    for (; processed > 0; --processed)
+    for (ALint i = 0; i < processed; ++i)
         alSourceUnqueueBuffers(source, 1, &idle[idleCount++]);
-    queueOne(source);
+    // One more than was played, so that a slow game keeps up and a fast one fills the queue bit by bit.
+    for (ALint i = 0; i <= processed; ++i)
+        queueOne(source);
 }
 
 } // namespace port

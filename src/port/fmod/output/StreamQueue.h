@@ -23,7 +23,7 @@ public:
 
     /// Queues a few blocks, enough to begin with.
     void begin(ALuint source);
-    /// Takes back what was played and reads at most one block.
+    /// Takes back what was played and reads as much and a block more.
     void tend(ALuint source);
     /// Everything was read, and no more comes.
     bool isAtEnd() const { return stream.isAtEnd(); }

@@ -10,6 +10,11 @@
 namespace port
 {
 
+namespace
+{
+constexpr double LONG_SECONDS = 10;
+}
+
 int SampleBank::add(const std::string &path, const std::string &named)
 {
     const auto [entry, isNew] = numbers.try_emplace(path, static_cast<int>(samples.size()));
@@ -57,6 +62,11 @@ const SampleShape &SampleBank::shapeOf(int sample)
     if (file.isCut())
         tellCut(sample);
     return asked.shape;
+}
+
+bool SampleBank::isLong(int sample)
+{
+    return shapeOf(sample).seconds() > LONG_SECONDS;
 }
 
 bool SampleBank::decode(int sample, std::vector<std::int16_t> &values)
@@ -121,7 +131,7 @@ void SampleBank::readAhead()
         wanted.pop_front();
         Sample &asked = samples[static_cast<std::size_t>(next.sample)];
         asked.wanted[next.use.index()] = false;
-        if (asked.buffers[next.use.index()])
+        if (asked.buffers[next.use.index()] || isLong(next.sample))
             continue;
         bufferOf(next.sample, next.use);
         return;

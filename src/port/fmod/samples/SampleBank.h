@@ -34,6 +34,8 @@ public:
 
     /// What a sample holds; no frames where it cannot be played. Reads the file's head at the first ask.
     const SampleShape &shapeOf(int sample);
+    /// Too long to be read as a whole, which would be felt as a hitch.
+    bool isLong(int sample);
     /// The sample's buffer, read now if it was not yet; 0 where it cannot be played. Needs a current context.
     ALuint bufferOf(int sample, SampleUse use);
     /// Has a sample read in the time to come, by readAhead.

@@ -45,15 +45,9 @@ def wander(rng, seconds, rate, low=0.0, high=1.0):
 
 def wander_loop(rng, seconds, rate, low=0.0, high=1.0):
     """A `wander` whose end meets its beginning."""
-    knots = max(4, int(seconds * rate))
-    value = rng.uniform(low, high, knots)
-    spectrum = numpy.fft.rfft(value) * knots ** -1
-    phase = 2j * numpy.pi * numpy.outer(numpy.linspace(0, 1, 2048, endpoint=False), numpy.arange(len(spectrum)))
-    doubled = numpy.where(numpy.arange(len(spectrum)) % (knots / 2 if knots % 2 == 0 else knots) == 0, 1.0, 2.0)
-    fine = (numpy.exp(phase) @ (spectrum * doubled)).real
-    n = shapes.samples(seconds)
-    closed = numpy.append(fine, fine[0])
-    return numpy.clip(numpy.interp(numpy.arange(n) / n * 2048, numpy.arange(2049), closed), low, high)
+    fine = signal.resample(rng.uniform(low, high, max(4, int(seconds * rate))), 2048)
+    where = numpy.arange(shapes.samples(seconds)) * (2048 / shapes.samples(seconds))
+    return numpy.clip(numpy.interp(where, numpy.arange(2049), numpy.append(fine, fine[0])), low, high)
 
 
 def sparks(rng, seconds, density, spread=1.0):

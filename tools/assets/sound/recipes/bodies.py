@@ -269,7 +269,7 @@ def _bolt(take, ground):
     for _ in range(take.pick((4, 5, 6))):
         x.append((at, land(0.4 + 0.4 * gain), gain))
         at, gain, gap = at + gap, gain * take.between(0.4, 0.65), gap * take.between(0.5, 0.75)
-    spin = shapes.smooth_curve(0.45, [(0.0, 0.25), (0.45, 0.0)])
+    spin = shapes.smooth_curve(0.45, [(0.0, 0.0), (0.08, 0.25), (0.45, 0.0)])
     roll = modal.ring(friction.rubbed(take, spin, 700.0, 140.0), iron, 0.1)
     return _landed(take, shapes.lay(*x, (at * 0.8, shapes.unit(roll), 0.06)), 0.18)
 

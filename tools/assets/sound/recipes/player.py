@@ -117,7 +117,7 @@ def breath_hard(take):
 
 
 @sound(loop=True, loudness=-25.0, what="the player's breath when none is left",
-       judgement="fair: the groans in it are the weakest part")
+       judgement="good: ragged; the groans in it are hardly heard")
 def breath_exhausted(take):
     return _breathing(take, 12, 0.98, 1.0, 0.02, 0.16)
 

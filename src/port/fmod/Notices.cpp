@@ -44,4 +44,11 @@ void tellAudio(const std::string &text, bool isProblem)
         std::cerr << text << '\n';
 }
 
+std::string shownPath(std::string path)
+{
+    while (path.starts_with("../"))
+        path.erase(0, 3);
+    return path;
+}
+
 } // namespace port

@@ -144,6 +144,28 @@ TEST(SoundSamples, AOneShotThatIsCutOutOfASoundDoesNotClickAtItsEnds)
     EXPECT_LT(world.render(0.5).largestStep(), 0.05F);
 }
 
+TEST(SoundSamples, AProjectThatIsMissingOrNoTextIsToldOnceAndLeavesTheSystemInOrder)
+{
+    SoundWorld world;
+    world.tone("hum.wav", 441, 1);
+    world.load("group sfx\nevent Hum\n mode loop\n layer a\n sample hum.wav\n");
+    world.file("binary.fev", std::string("project b 1\n\0\0", 14));
+    FMOD::EventProject *none = world.project;
+    for (int i = 0; i < 2; ++i)
+    {
+        EXPECT_EQ(world.system->load("Test.fev", nullptr, &none), FMOD_ERR_FILE_NOTFOUND);
+        EXPECT_EQ(none, nullptr);
+        EXPECT_EQ(world.system->load("binary.fev", nullptr, &none), FMOD_ERR_FORMAT);
+    }
+    EXPECT_EQ(world.told("Test.fev cannot be read"), 1);
+    EXPECT_EQ(world.told("is not text"), 1);
+    FMOD::EventGroup *group = world.group;
+    EXPECT_NE(world.project->getGroup("test/no", false, &group), FMOD_OK);
+    EXPECT_EQ(group, nullptr);
+    world.play("Hum");
+    EXPECT_GT(world.render(0.2).level(), 0.1F);
+}
+
 TEST(SoundSamples, NumbersThatAreNoneChangeNothing)
 {
     SoundWorld world;

@@ -27,14 +27,6 @@ std::unique_ptr<AudioHost> makeHost(const AudioOutput &output)
     return makeDeviceHost();
 }
 
-/// As the log names files: from the game's folder on, whose programs run one below it.
-std::string nameInTexts(std::string path)
-{
-    while (path.starts_with("../"))
-        path.erase(0, 3);
-    return path;
-}
-
 bool isFinite(const FMOD_VECTOR *vector)
 {
     return !vector || (std::isfinite(vector->x) && std::isfinite(vector->y) && std::isfinite(vector->z));
@@ -94,15 +86,15 @@ FMOD_RESULT AudioEventSystem::load(const char *filename, FMOD_EVENT_LOADINFO *, 
     std::string text;
     if (const std::string reason = readWholeFile(path.c_str(), MOST_BYTES, text); !reason.empty())
     {
-        tellAudio("The sound project " + path + " cannot be read: " + reason, true);
+        tellAudio("The sound project " + shownPath(path) + " cannot be read: " + reason, true);
         return FMOD_ERR_FILE_NOTFOUND;
     }
     if (text.find('\0') != std::string::npos)
     {
-        tellAudio("The sound project " + path + " is not text.", true);
+        tellAudio("The sound project " + shownPath(path) + " is not text.", true);
         return FMOD_ERR_FORMAT;
     }
-    const std::string name = nameInTexts(path);
+    const std::string name = shownPath(path);
     ProjectData data = parseProject(text, name);
     for (const std::string &problem : data.problems)
         tellAudio(problem, true);

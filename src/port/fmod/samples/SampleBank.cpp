@@ -37,7 +37,7 @@ int SampleBank::add(const std::string &path, const std::string &named)
 void SampleBank::tell(int sample, const std::string &fault) const
 {
     const Sample &bad = samples[static_cast<std::size_t>(sample)];
-    tellAudio(bad.named + ": '" + bad.path + "' " + fault, true);
+    tellAudio(bad.named + ": '" + shownPath(bad.path) + "' " + fault, true);
 }
 
 void SampleBank::tellCut(int sample) const

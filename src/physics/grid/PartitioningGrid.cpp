@@ -155,13 +155,13 @@ CellRect PartitioningGrid::placeRectangle(BoundingVolume &volume, const VolumeMe
     // The extreme of eight turned corners, each as far out as the whole extents.
     const Vec4 reaches(2.f * measure.boxReach.x, 0.f, 2.f * measure.boxReach.z, 0.f);
     const Vec4 min = getCellCoords(measure.centre - reaches), max = getCellCoords(measure.centre + reaches);
-    if (columns > 0 && !isWhere(min) && isWhere(volume.previousMin))
+    if (columns > 0 && !isWhere(min) && isWhere(volume.gridPlace.min))
         KV_LOGF(Logger_::I_ERROR,
                 "%s of %s stands nowhere: its position, orientation or hit box is no number. It is left out of the "
                 "partitioning grid of %s until that changes.",
                 volume.getName().toCString(), volume.getParent().toString().toCString(), mapNameOf(*this).toCString());
-    volume.previousMin = min;
-    volume.previousMax = max;
+    volume.gridPlace.min = min;
+    volume.gridPlace.max = max;
     return CellRect::between(min, max, columns, rows);
 }
 
@@ -189,10 +189,10 @@ void PartitioningGrid::moveVolume(Handle<BoundingVolume> vol, Vec4, Quaternion, 
     const TransformComponent *const transform = volume ? volume->findTransform() : nullptr;
     if (!transform)
         return;
-    const Vec4 oldMin = volume->previousMin, oldMax = volume->previousMax;
+    GridPlace &place = volume->gridPlace;
+    const Vec4 oldMin = place.min, oldMax = place.max;
     const VolumeMeasure measure = volume->measureAt(*transform);
     const CellRect cells = placeRectangle(*volume, measure);
-    BoundingVolume::GridPlace &place = volume->gridPlace;
     const bool isKnown = place.grid == getHandle(this) && !place.several;
     if (!isKnown || place.isStatic != staticVol ||
         !(staticVol ? staticGrid : grid).move(vol, place.slot, place.cells, cells, measure.outline))
@@ -210,7 +210,7 @@ void PartitioningGrid::refreshOutline(Handle<BoundingVolume> vol)
     const auto volume = vol.lookup();
     if (!volume)
         return;
-    const BoundingVolume::GridPlace &place = volume->gridPlace;
+    const GridPlace &place = volume->gridPlace;
     if (place.slot == VolumeListGrid::NO_SLOT && !place.several)
         return;
     const bool known = place.grid == getHandle(this) && !place.several;
@@ -266,8 +266,11 @@ void PartitioningGrid::fillCells(const CellRect &cells, const Handle<BoundingVol
     const VolumeListGrid::Slot slot = lists.add(vol, cells, outline);
     if (volume && slot != VolumeListGrid::NO_SLOT)
     {
-        const bool several = volume->gridPlace.several;
-        volume->gridPlace = BoundingVolume::GridPlace{getHandle(this), slot, CellRect(), staticVol, several};
+        GridPlace &place = volume->gridPlace;
+        place.grid = getHandle(this);
+        place.slot = slot;
+        place.cells = CellRect();
+        place.isStatic = staticVol;
     }
 }
 

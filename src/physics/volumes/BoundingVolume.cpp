@@ -1,36 +1,24 @@
 #include "physics/volumes/BoundingVolume.h"
 
+#include "physics/volumes/PairTests.h"
+#include "physics/volumes/VolumeDrawing.h"
 #include "physics/volumes/VolumeTraits.h"
-#include "physics/grid/PartitioningGrid.h"
 #include "physics/bodies/PhysicsComponent.h"
 
+#include "engine/debug/DebugCollector.h"
+#include "engine/debug/GlobalConfigSystem.h"
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/Entity.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/transforms/TransformComponent.h"
 
+#include "foundation/Finite.h"
 #include "foundation/Logger.h"
-#include "object/python/ScriptCall.h"
-#include "object/reflection/PartialFunctionApplication.h"
 
 #include <algorithm>
 #include <cmath>
 
-namespace
-{
-
-/// The last of some arguments, or all of them where there are not more.
-SavedArguments lastArguments(const SavedArguments &all, std::size_t count)
-{
-    if (all.getArgCount() <= count)
-        return all;
-    SavedArguments last(count);
-    for (std::size_t i = 0; i < count; ++i)
-        last[i] = all[all.getArgCount() - count + i];
-    return last;
-}
-
-} // namespace
+BoundingVolume::BoundingVolume() : collisionTable(pairTestsOf(BV_NONE)) {}
 
 void BoundingVolume::onLoadComplete()
 {
@@ -46,89 +34,90 @@ void BoundingVolume::onHierarchyChange(Handle<Object>, Handle<Object>)
     siblings = Siblings();
 }
 
+void BoundingVolume::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
+{
+    const GlobalConfigSystem &config = getSystemDeref<GlobalConfigSystem>();
+    const auto collector = dcc.lookup();
+    if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawHitBoxes())
+        return;
+    const TransformComponent *const transform = findTransform();
+    if (!transform || !isFinite(transform->getPosition()))
+        return;
+    const Matrix4 toWorld = transform->getOrientation().generateRotation(transform->getPosition());
+    drawVolume(*collector, VolumeTraits::of(volumeType), toWorld, hitBox, trigger || interact);
+}
+
 void BoundingVolume::doFrame()
 {
     collisions.clear();
-    TransformComponent *const transform = findTransform();
-    if (!transform)
+    if (TransformComponent *const transform = findTransform())
+        gridPlace.follow(*this, *transform, mapOf(*transform), VolumeTraits::of(volumeType).isStatic);
+}
+
+void BoundingVolume::setVolumeType(VolumeType t)
+{
+    if (t < 0 || t >= NUM_VOLUMES)
+    {
+        KV_ERROR("%d is no type of a bounding volume: they end at %d", static_cast<int>(t), NUM_VOLUMES - 1);
         return;
-    const Handle<MapRootEntity> map = mapOf(*transform);
-    Vec4 place = transform->getPosition();
-    const float height = place.y;
-    place.y = 0.f;
-    const Quaternion orientation = transform->getOrientation();
-
-    if (map != previousMap)
-    {
-        const auto grid = PartitioningGrid::ofMap(map).lookup();
-        if (!grid)
-            return; // the map counts from when it has a grid
-        grid->addVolume(getHandle(this));
     }
-    else if (place != previousPosition || orientation != previousOrientation || hitBoxChanged || standsInWrongList() ||
-             gridLayout != PartitioningGrid::getLayoutNumber())
-    {
-        if (const auto grid = PartitioningGrid::ofMap(map).lookup())
-            grid->moveVolume(getHandle(this), previousPosition, previousOrientation,
-                             VolumeTraits::of(volumeType).isStatic);
-    }
-    else if (height != previousHeight || typeChanged)
-    {
-        if (const auto grid = PartitioningGrid::ofMap(map).lookup())
-            grid->refreshOutline(getHandle(this));
-    }
-    previousHeight = height;
-    typeChanged = hitBoxChanged = false;
-    gridLayout = PartitioningGrid::getLayoutNumber();
-    previousPosition = place;
-    previousOrientation = orientation;
-    previousMap = map;
+    volumeType = t;
+    gridPlace.noteType();
+    if (const DetectCollision *const tests = pairTestsOf(t))
+        collisionTable = tests;
 }
 
-/// Whether the type has changed so that the volume belongs among the static ones now, or no longer.
-bool BoundingVolume::standsInWrongList() const
+void BoundingVolume::setHitBox(Vec4 val)
 {
-    return typeChanged && gridPlace.slot != VolumeListGrid::NO_SLOT &&
-           gridPlace.isStatic != VolumeTraits::of(volumeType).isStatic;
+    hitBox = val;
+    gridPlace.noteHitBox();
 }
 
-void BoundingVolume::setTriggerFunc(ReflectorPtr func)
+bool BoundingVolume::boxToPoint(Vec4 point)
 {
-    triggerFunc = func;
-    trigger = static_cast<bool>(func);
+    const TransformComponent *const transform = findTransform();
+    return transform && shapeAt(*transform).boxHolds(point);
 }
 
-void BoundingVolume::setInteractFunc(ReflectorPtr func)
+bool BoundingVolume::boxToPoint(Vec4 point, Vec4 boundingBox, Vec4 boxPos)
 {
-    triggerFunc = func;
-    interact = static_cast<bool>(func);
+    const TransformComponent *const transform = findTransform();
+    return transform && PlacedShape{rotationOf(*transform), boxPos, boundingBox}.boxHolds(point);
 }
 
-void BoundingVolume::setPickupFunc(ReflectorPtr func)
+bool BoundingVolume::boxToPointWithInfo(Vec4 point, Vec4 &nonCollidingPoint, float &depth)
 {
-    setInteractFunc(func);
-    trigger = false;
+    nonCollidingPoint = point;
+    depth = 0.f;
+    const TransformComponent *const transform = findTransform();
+    if (!transform || !shapeAt(*transform).boxHolds(point))
+        return false;
+    shapeAt(*transform).leaveBox(point, nonCollidingPoint, depth);
+    return true;
 }
 
-void BoundingVolume::interactWithPlayer(Handle<Object> player)
+RayCollision BoundingVolume::sphereToLineSegmentWithInfo(Vec4 pos, Vec4 direction)
 {
-    callTriggerFunc(SavedArguments::of(handle_cast<Entity>(getParent()), player), 1);
+    const TransformComponent *const transform = findTransform();
+    return transform ? shapeAt(*transform).segmentIntoBall(pos, direction) : RayCollision();
 }
 
-/// Calls the function with the last arguments; a call that fails is logged, and the function is not called again.
-///
-/// The methods that are meant for triggers take both, the toucher alone, or nothing: a bound method gets what it has
-/// room for.
-/// @param offered  how many any other function gets
-void BoundingVolume::callTriggerFunc(const SavedArguments &entityAndToucher, std::size_t offered)
+RayCollision BoundingVolume::boxToLineSegmentWithInfo(Vec4 pos, Vec4 direction)
 {
-    const ReflectorPtr func = triggerFunc; // the function may replace itself
-    if (!func)
-        return;
-    const bool isBound = dynamic_cast<const PartialFunctionApplication *>(func.get()) != nullptr;
-    SavedArguments fitting = lastArguments(entityAndToucher, isBound ? func->getArgCount() : offered);
-    if (!callOrReport(func, fitting, *this, "trigger function") && triggerFunc == func)
-        triggerFunc = ReflectorPtr();
+    const TransformComponent *const transform = findTransform();
+    return transform ? shapeAt(*transform).segmentIntoBox(pos, direction) : RayCollision();
+}
+
+Vec4 BoundingVolume::closestPointToLineSeg(Vec4 point)
+{
+    const TransformComponent *const transform = findTransform();
+    return transform ? shapeAt(*transform).nearestOnLine(point) : point;
+}
+
+Vec4 BoundingVolume::contactPoint(Vec4 pointOne, Vec4 axisOne, float sizeOne, Vec4 pointTwo, Vec4 axisTwo,
+                                  float sizeTwo)
+{
+    return whereEdgesMeet(BoxEdge{pointOne, axisOne, sizeOne}, BoxEdge{pointTwo, axisTwo, sizeTwo});
 }
 
 void BoundingVolume::findSiblings()
@@ -149,18 +138,12 @@ Handle<MapRootEntity> BoundingVolume::mapOf(TransformComponent &transform) const
 
 const Matrix4 &BoundingVolume::rotationOf(const TransformComponent &transform)
 {
-    const Quaternion orientation = transform.getOrientation();
-    if (orientation.r != rotationOrientation.r || orientation.i != rotationOrientation.i ||
-        orientation.j != rotationOrientation.j || orientation.k != rotationOrientation.k)
-    {
-        rotationOrientation = orientation;
-        Quaternion turn = orientation;
-        const float length = turn.r * turn.r + turn.i * turn.i + turn.j * turn.j + turn.k * turn.k;
-        if (std::fabs(length - 1.f) > 1e-3f) // a script's own: it must not stretch the box
-            turn.normalize();
-        rotation = turn.generateRotation();
-    }
-    return rotation;
+    return rotation.of(transform.getOrientation());
+}
+
+PlacedShape BoundingVolume::shapeAt(const TransformComponent &transform)
+{
+    return PlacedShape{rotationOf(transform), transform.getPosition(), hitBox};
 }
 
 /// Where the volume stands, and how far it or what it notices reaches along the axes of the grid.

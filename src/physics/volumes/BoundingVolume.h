@@ -1,14 +1,13 @@
 // BoundingVolume: an object's shape, its place in its map's grid, and what happens to who touches it.
 #pragma once
 
-#include "physics/grid/RayCollision.h"
-#include "physics/grid/VolumeListGrid.h"
+#include "physics/grid/GridPlace.h"
+#include "physics/volumes/PlacedShape.h"
 
 #include "engine/entities/ObjectGroupComponent.h"
 #include "engine/systems/RequestHandle.h"
 #include "engine/entities/SimpleComponent.h"
 
-#include "foundation/Quaternion.h"
 #include "foundation/Vector.h"
 #include "object/tree/ReflectorPtr.h"
 
@@ -21,14 +20,6 @@ class PartitioningGrid;
 class PhysicsComponent;
 class SavedArguments;
 class TransformComponent;
-
-/// Where a volume stands and how far it reaches, as a grid wants to know it.
-struct VolumeMeasure
-{
-    Vec4 centre;   ///< metres
-    Vec4 boxReach; ///< half extents of the turned box along the axes of the grid, metres
-    VolumeOutline outline;
-};
 
 /// Collision shape, place in the map's partitioning grid, and trigger or interaction of an object, under the component
 /// key "boundingVolume".
@@ -62,10 +53,11 @@ public:
         BV_PARTITIONING_DUMMY = 10, ///< stands for an object that only needs a place in the grid
         NUM_VOLUMES = 11            ///< count
     };
-    typedef bool (BoundingVolume::*DetectCollision)(Handle<BoundingVolume> other, std::vector<Collision *> &collisions);
+    /// A test of two volumes: appends the contacts that they have, and tells whether they touch.
+    typedef bool (*DetectCollision)(BoundingVolume &one, BoundingVolume &other, std::vector<Collision *> &found);
     typedef std::vector<Handle<BoundingVolume>> ColliderList;
 
-    BoundingVolume() = default;
+    BoundingVolume();
 
     /// Says in the log where a designer gave a volume without an extent.
     void onLoadComplete() override;
@@ -100,6 +92,9 @@ public:
         return siblings.physics;
     }
 
+    /// The shape as it stands at the transform beside the volume; good until that turns.
+    PlacedShape shapeAt(const TransformComponent &transform);
+
     /// What the volume is to others.
     VolumeType getVolumeType() const { return volumeType; }
     /// Chooses what the volume is to others; BV_PARTICLE leaves the tests as they are.
@@ -115,20 +110,16 @@ public:
     /// Full extents of the box, metres; x is also the diameter of a sphere.
     Vec4 getHitBox() const { return hitBox; }
     /// Sets the extents; the grid finds the volume by them from the next frame step on, moved or not.
-    void setHitBox(Vec4 val)
-    {
-        hitBox = val;
-        hitBoxChanged = true;
-    }
+    void setHitBox(Vec4 val);
     /// The volumes that this one has collided with since its last frame step.
     const ColliderList &getColliders() const { return collisions; }
     /// The last visibility request that saw the volume; 0 for none.
     RequestHandle getLastRequest() const { return lastRequest; }
     void setLastRequest(RequestHandle val) { lastRequest = val; }
     /// Near corner of the rectangle in the grid, cell coordinates.
-    Vec4 getPreviousMin() const { return previousMin; }
+    Vec4 getPreviousMin() const { return gridPlace.getMin(); }
     /// Far corner of the rectangle in the grid, cell coordinates.
-    Vec4 getPreviousMax() const { return previousMax; }
+    Vec4 getPreviousMax() const { return gridPlace.getMax(); }
     /// Whether the volume stands in the grid for its entity's parent, and segments pass it by.
     bool getIsPartitioningDummy() const { return isPartitioningDummy; }
     void setIsPartitioningDummy(bool val) { isPartitioningDummy = val; }
@@ -206,17 +197,6 @@ public:
 
 private:
     friend class PartitioningGrid;
-    friend class RigidCollision;
-
-    /// Where a grid put the volume last.
-    struct GridPlace
-    {
-        Handle<PartitioningGrid> grid;
-        VolumeListGrid::Slot slot = VolumeListGrid::NO_SLOT;
-        CellRect cells; ///< under the volume's own rectangle; empty where a caller named another
-        bool isStatic = false;
-        bool several = false; ///< it may stand elsewhere too: it was put somewhere before it was taken away
-    };
 
     /// What stands around the volume in the tree; looked up again when any object was born or died, or the volume moved
     /// in the tree.
@@ -228,14 +208,6 @@ private:
         std::uint64_t objectChanges = 0; ///< births and deaths that these take account of
     };
 
-    /// What a test tells of a contact.
-    struct Contact
-    {
-        Vec4 position;
-        Vec4 normal; ///< from the second volume to the first
-        float penetration;
-    };
-
     void refreshSiblings()
     {
         if (siblings.objectChanges != ObjectMap().getChangeCount())
@@ -243,58 +215,23 @@ private:
     }
     void findSiblings();
     Handle<MapRootEntity> mapOf(TransformComponent &transform) const;
-    /// The rotation of the transform's orientation, made when that has changed.
     const Matrix4 &rotationOf(const TransformComponent &transform);
     VolumeMeasure measureAt(const TransformComponent &transform);
     VolumeOutline outline();
-    bool standsInWrongList() const;
     bool alreadyCollided(const Handle<BoundingVolume> &other) const;
     void setOffTrigger(BoundingVolume &other, std::vector<Collision *> &found, std::size_t before);
     void callTriggerFunc(const SavedArguments &entityAndToucher, std::size_t offered);
 
-    static const DetectCollision *testsOfType(VolumeType type);
-    bool neverCollide(Handle<BoundingVolume>, std::vector<Collision *> &) { return false; }
-    bool sphereToSphere(Handle<BoundingVolume> other, std::vector<Collision *> &found);
-    bool sphereToBox(Handle<BoundingVolume> box, std::vector<Collision *> &found);
-    bool boxToSphere(Handle<BoundingVolume> sphere, std::vector<Collision *> &found);
-    bool boxToBox(Handle<BoundingVolume> box, std::vector<Collision *> &found);
-    bool sphereToLineSegment(Handle<BoundingVolume> line, std::vector<Collision *> &found);
-    bool boxToLineSegment(Handle<BoundingVolume> line, std::vector<Collision *> &found);
-    bool lineSegmentToSphere(Handle<BoundingVolume> sphere, std::vector<Collision *> &found);
-    bool lineSegmentToBox(Handle<BoundingVolume> box, std::vector<Collision *> &found);
-    bool containerToBox(Handle<BoundingVolume> box, std::vector<Collision *> &found);
-    bool playerToLight(Handle<BoundingVolume> light, std::vector<Collision *> &found);
-    bool lightToPlayer(Handle<BoundingVolume> player, std::vector<Collision *> &found);
-
-    Contact sphereContact(const Vec4 &centre, const Vec4 &normal, float penetration) const;
-    bool edgeToEdge(BoundingVolume &other, const Vec4 &toCenter, std::vector<Collision *> &found, const Vec4 &axis,
-                    float depth, int edgeOne, int edgeTwo);
-    bool fillPointToBoxCollision(BoundingVolume &other, const Vec4 &toCenter, std::vector<Collision *> &found,
-                                 const Vec4 &axis, float depth, const Vec4 &scale);
-    static bool addContact(BoundingVolume &first, BoundingVolume &second, const Contact &contact,
-                           std::vector<Collision *> &found);
-    static void dropLast(std::vector<Collision *> &found);
-
     Vec4 hitBox = Vec4(1.f, 1.f, 1.f, 0.f); ///< metres
-    Vec4 previousPosition;                  ///< at the last frame step, native space, y 0
-    Quaternion previousOrientation;         ///< at the last frame step
-    Vec4 previousMin;                       ///< cell coordinates of the rectangle in the grid
-    Vec4 previousMax;                       ///< cell coordinates of the rectangle in the grid
-    Handle<MapRootEntity> previousMap;      ///< at the last frame step
     ColliderList collisions;                ///< since the last frame step
     VolumeType volumeType = BV_NONE;
-    const DetectCollision *collisionTable = testsOfType(BV_NONE); ///< by the other volume's type
+    const DetectCollision *collisionTable; ///< by the other volume's type
     bool trigger = false;
     bool interact = false;
     ReflectorPtr triggerFunc;
     RequestHandle lastRequest = 0;
     bool isPartitioningDummy = false;
-    float previousHeight = 0.f;   ///< y at the last frame step
-    bool typeChanged = true;      ///< since the last frame step
-    bool hitBoxChanged = false;   ///< since the last frame step: it may reach into cells that do not keep it
-    std::uint32_t gridLayout = 0; ///< the grids' layout number at the last frame step
     GridPlace gridPlace;
     Siblings siblings;
-    Quaternion rotationOrientation; ///< what `rotation` was made from
-    Matrix4 rotation;
+    KeptRotation rotation; ///< of the transform's orientation
 };

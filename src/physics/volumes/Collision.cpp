@@ -8,3 +8,9 @@ void Collision::release(Collision *collision)
     destroyObject(collision);
     deallocate(block);
 }
+
+void Collision::dropLast(std::vector<Collision *> &list)
+{
+    release(list.back());
+    list.pop_back();
+}

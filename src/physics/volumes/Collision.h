@@ -4,6 +4,8 @@
 #include "foundation/Allocators.h"
 #include "object/tree/Handle.h"
 
+#include <vector>
+
 class BoundingVolume;
 
 /// For contacts, which live for a part of one frame.
@@ -31,6 +33,8 @@ public:
     }
     /// Frees a contact that `make` made.
     static void release(Collision *collision);
+    /// Frees the last contact of a list and takes it out.
+    static void dropLast(std::vector<Collision *> &list);
 
     Handle<BoundingVolume> volumes[2];
     bool comesLast = false; ///< resolved after those of the frame that do not: nothing moves one of the two

@@ -1,14 +1,9 @@
-// BoundingVolume: its outline for developers.
-#include "physics/volumes/BoundingVolume.h"
+#include "physics/volumes/VolumeDrawing.h"
 
 #include "physics/volumes/VolumeTraits.h"
 
 #include "engine/debug/DebugCollector.h"
 #include "engine/debug/DebugShapes.h"
-#include "engine/debug/GlobalConfigSystem.h"
-#include "engine/transforms/TransformComponent.h"
-
-#include "foundation/Finite.h"
 
 #include <cmath>
 
@@ -51,28 +46,20 @@ void drawSphere(DebugCollectorComponent &collector, const Vec4 &centre, float ra
 
 } // namespace
 
-void BoundingVolume::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
+void drawVolume(DebugCollectorComponent &collector, const VolumeTraits &traits, const Matrix4 &toWorld,
+                const Vec4 &hitBox, bool answers)
 {
-    const GlobalConfigSystem &config = getSystemDeref<GlobalConfigSystem>();
-    const auto collector = dcc.lookup();
-    if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawHitBoxes())
-        return;
-    TransformComponent *const transform = findTransform();
-    if (!transform || !isFinite(transform->getPosition()))
-        return;
-    const VolumeTraits &traits = VolumeTraits::of(volumeType);
-    const Vec4 color = traits.debugColor, place = transform->getPosition();
-    const Matrix4 toWorld = transform->getOrientation().generateRotation(place);
+    const Vec4 color = traits.debugColor, place = toWorld.getColumn(3);
     const BoxCorners corners = findBoxCorners(toWorld, hitBox);
     if (traits.shape == VolumeTraits::BALL)
-        drawSphere(*collector, place, hitBox.x * 0.5f, color);
+        drawSphere(collector, place, hitBox.x * 0.5f, color);
     else if (traits.shape == VolumeTraits::LINE)
     {
         const Vec4 half = toWorld.getColumn(2) * (0.5f * hitBox.z);
-        collector->addLine3D(place - half, place + half, color);
+        collector.addLine3D(place - half, place + half, color);
     }
     else
-        drawBoxEdges(*collector, corners, color);
-    if (trigger || interact)
-        markCorners(*collector, corners, ANSWER_COLOR);
+        drawBoxEdges(collector, corners, color);
+    if (answers)
+        markCorners(collector, corners, ANSWER_COLOR);
 }

@@ -9,6 +9,7 @@ from typing import Any, Literal
 import kaVel
 from objects.Models import boundsOf, mapsOf
 from objects.Placing import Pattern, Triple, addVolume, around, cube, layerFor, placed
+from objects.Sounds import heard
 
 #: What PhysicsManager pulls every body down with, newtons, whatever its mass.
 PULL = 20.0
@@ -70,6 +71,7 @@ def CargoCrate(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), tur
     addVolume(crate, cube(edge), 'BV_BOX').interact = True
     addBody(crate, mass)
     look(crate, 'cargoCrate', 'wood')
+    heard(crate, 'wood')
     return crate
 
 
@@ -81,4 +83,5 @@ def Ball(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: flo
     addVolume(ball, cube(diameter), 'BV_SPHERE')
     addBody(ball, mass, damping=damping, restitution=restitution)
     look(ball, 'ball', surface)
+    heard(ball, surface)
     return ball

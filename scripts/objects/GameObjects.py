@@ -21,6 +21,7 @@ from objects.Models import *
 from objects.Notice import Notice
 from objects.Placing import *
 from objects.Pointing import Pointer
+from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
 from objects.Switches import *
 from objects.Walker import Player, Walker
 

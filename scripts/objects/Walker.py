@@ -2,11 +2,14 @@
 
 import math
 
+from typing import Sequence
+
 import kaVel
 import standing
 from objects.Bodies import PULL
 from objects.Control import Control
 from objects.Placing import LevelClock, Triple, addVolume, placed
+from objects.Sounds import Area, Footsteps
 
 #: Action -> direction in the walker's own axes: right, ahead.
 MOVES = {'forward': (0, 1), 'back': (0, -1), 'left': (-1, 0), 'right': (1, 0)}
@@ -23,6 +26,7 @@ JUMP = 3.9      # metres a second: half a metre high
 LONGEST_STEP = 0.2  # metres a frame, however slow the frames are: less than half of him and a thin door
 
 STRIDE = 1.5      # metres of two steps
+LANDING = 1.0     # metres a second downwards that are heard when he lands
 BOB = 0.018       # metres up and down at a step
 
 #: Metres a second over the floor: east, north.
@@ -42,13 +46,15 @@ def Player(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0)):
 class Walker(Control):
     """Moves a `Player` and the camera that looks out of its eyes, by keyboard and mouse."""
 
-    def __init__(self, player: kaVel.Entity, camera: kaVel.Entity, turn: float = 0.0, pitch: float = 0.0):
+    def __init__(self, player: kaVel.Entity, camera: kaVel.Entity, turn: float = 0.0, pitch: float = 0.0,
+                 floor: Sequence[Area] = ()):
         coordinator = player.getAncestorOfType(kaVel.Reflection.Coordinator)
         super().__init__(coordinator, turn, pitch)
         self.player = player
         self.body = player.getComponent('physics')
         self.transform = player.getComponent('transform')
         self.eye = camera.getComponent('transform')
+        self.steps = Footsteps(player, floor)
         self.clock = LevelClock(player)
         kaVel.addComponent(player, 'player', 'ScriptComponent', frameCallback=self.steer)
         # After the bodies have moved and their contacts are resolved, and before anything is drawn.
@@ -76,6 +82,7 @@ class Walker(Control):
         self.lastSeconds = 0.0
         self.stoodBefore = False
         self.way = self.bob = 0.0
+        self.fell = 0.0  # metres a second, while he is in the air
         self.height = self.transform.position.y
 
     def place(self):
@@ -137,7 +144,7 @@ class Walker(Control):
         seconds = self.clock.frameSeconds()
         had = self.velocityHad()
         speed = math.hypot(*had) if self.stoodBefore else 0.0
-        self.way = (self.way + min(speed, RUNNING) * seconds / STRIDE) % 1.0
+        self.putFeetDown(min(speed, RUNNING) * seconds / STRIDE, speed)
         self.bob += (min(1.0, speed / WALKING) - self.bob) * (1.0 - math.exp(-8.0 * seconds))
         position = self.transform.position
         # Steps and landings are softened; what is higher than a step is a jump or a fall and shows at once.
@@ -146,6 +153,18 @@ class Walker(Control):
         up = EYE - SIZE[1] / 2 + BOB * self.bob * math.cos(2 * math.tau * self.way)
         self.eye.position = kaVel.Vec4(position.x, self.height + up, position.z, 1)
         self.eye.orientation = self.orientation()
+
+    def putFeetDown(self, strides: float, speed: float):
+        """Takes the walk on by a part of two steps, and lets each of them be heard, and a fall's end."""
+        position = self.transform.position
+        feet = position.x, position.y - SIZE[1] / 2, position.z
+        before, self.way = self.way, (self.way + strides) % 1.0
+        if (before < 0.5) != (self.way < 0.5):
+            self.steps.step(*feet, speed)
+        up = self.body.velocity.y
+        if self.stoodBefore and self.fell > LANDING:
+            self.steps.step(*feet, RUNNING)
+        self.fell = 0.0 if self.stoodBefore else max(self.fell, -up)
 
     def ahead(self):
         """Where he looks, a direction of length 1."""

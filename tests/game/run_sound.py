@@ -140,6 +140,40 @@ def fill(coordinator):
     assert not outcome.has("Warning:"), outcome.log[-2000:]
 
 
+#: Two rooms, a wall between them, and a door in it at x = 2; the ears are in the southern room.
+HOUSE = """
+import math
+
+def fill(coordinator):
+    map = coordinator.loadMap('house')
+    place.Camera(coordinator, 'ears', at=(0, 1.6, -2))
+    door = map.getChild('door').getComponent('physics')
+    turn = lambda degrees: lambda: setattr(door, 'prevAngle', math.radians(degrees))
+    at(coordinator, frame%(opens)d=turn(90), frame%(shuts)d=turn(0))
+
+def house(map):
+    kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(0, 1.6, 0, 1),
+                    scale=kaVel.Vec4(12, 3.2, 12, 0))
+    for name, x, wide in (('west', -2.3, 7.4), ('east', 4.3, 3.4)):
+        place.Block(map, name, at=(x, 0, 0), size=(wide, 3.2, 0.3))
+    for side in (-6, 6):
+        place.Block(map, 'side', at=(side, 0, 0), size=(0.4, 3.2, 12.4))
+        place.Block(map, 'end', at=(0, 0, side), size=(12.4, 3.2, 0.4))
+    place.Block(map, 'above', at=(2, 2.2, 0), size=(1.2, 1, 0.3))
+    place.IronDoor(map, 'door', at=(2, 0, 0))
+    hum(map, (0, 1.6, 2))
+"""
+
+
+def test_a_door_is_heard_through_where_it_is_and_as_far_as_it_stands_open(world):
+    equip(world)
+    heard, _ = hear(world, "House", HOUSE % {"opens": 60, "shuts": 120}, frames=180)
+    shut, shutAgain = heard.level(40, 58), heard.level(150, 178)
+    left, right = heard.levels(90, 118)
+    assert right > left + 3, f"it comes through the door, which is to the right: {left} {right}"
+    assert right > shut + 15 and abs(shut - shutAgain) < 1, (shut, right, shutAgain)
+
+
 def test_two_runs_are_heard_alike_to_the_last_bit(world):
     equip(world)
     fill = """

@@ -68,11 +68,11 @@ struct : FMOD::EventGroup
 
 struct : FMOD::EventProject
 {
-    FMOD_RESULT getGroup(const char *name, bool cacheEvents, FMOD::EventGroup **found) override
+    FMOD_RESULT getGroup(const char *name, bool cacheevents, FMOD::EventGroup **found) override
     {
         if (current->hasGroups)
             *found = &group;
-        return note("getGroup " + std::string(name) + (cacheEvents ? " cached" : ""));
+        return note("getGroup " + std::string(name) + (cacheevents ? " cached" : ""));
     }
     FMOD_RESULT release() override { return note("Project::release"); }
 } project;
@@ -214,13 +214,13 @@ FMOD_RESULT RecordedEvent::getState(FMOD_EVENT_STATE *state)
 
 FMOD_RESULT RecordedEvent::getNumParameters(int *count)
 {
-    *count = 2;
+    *count = 3;
     return FMOD_OK;
 }
 
 FMOD_RESULT RecordedEvent::getParameterByIndex(int index, FMOD::EventParameter **parameter)
 {
-    *parameter = index == 0 ? &distance : &fatigue;
+    *parameter = index == 0 ? &distance : index == 1 ? &fatigue : &speed;
     return FMOD_OK;
 }
 

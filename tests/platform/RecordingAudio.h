@@ -22,7 +22,7 @@ struct RecordedParameter final : FMOD::EventParameter
     float value = -1;
 };
 
-/// An event of the parameters "distance" and "fatigue"; its state is what the test sets.
+/// An event of the parameters "distance", "fatigue" and "speed"; its state is what the test sets.
 struct RecordedEvent final : FMOD::Event
 {
     explicit RecordedEvent(std::string eventName) : name(std::move(eventName)) {}
@@ -43,7 +43,7 @@ struct RecordedEvent final : FMOD::Event
 
     std::string name;
     std::string deeds; ///< what was done to it, in order, with blanks between
-    RecordedParameter distance{"distance"}, fatigue{"fatigue"};
+    RecordedParameter distance{"distance"}, fatigue{"fatigue"}, speed{"speed"};
     FMOD_VECTOR position, velocity;
     float volume = 1;
     bool paused = false, playing = false, released = false;

@@ -1,7 +1,8 @@
 #include "platform/RecordingAudio.h"
+#include "support/AllocationCount.h"
 #include "support/TestLevel.h"
 
-#include "platform/sound/SoundComponent.h"
+#include "platform/sound/BodySounds.h"
 #include "platform/sound/SoundSystem.h"
 #include "platform/sound/SoundTrigger.h"
 
@@ -304,6 +305,84 @@ TEST_F(Sound, TriggerPlaysWithWhoFiredItOrAtAPlaceOfItsOwn)
     creak.lookup()->setSfx(false);
     creak.lookup()->playSound(mute);
     EXPECT_TRUE(stair.hasMusic(SCS("Creak")));
+}
+
+TEST_F(Sound, TheHardestContactsAreHeardAndNoMoreThanThereAreVoices)
+{
+    const Handle<Entity> cellar = world->entity("cellar");
+    BodySounds &bodies = *world->component<BodySounds>(cellar, "sound").lookup();
+    bodies.setVoices(2);
+    std::vector<RigidBody *> crates;
+    for (int i = 0; i < 4; ++i)
+    {
+        const Handle<Entity> crate = world->entity("crate");
+        world->transform(crate, Vec4(float(i), 0, 0, 1));
+        crates.push_back(world->component<RigidBody>(crate, "physics").lookup().ptr);
+        crates.back()->setTransformComponent();
+        crates.back()->setVelocity(Vec4(0, -1 - float(i), 0, 0));
+        bodies.addBody(getHandle(crates.back()), SCS("Knock"), SCS("Scrape"));
+    }
+    EXPECT_EQ(audio.events.size(), 4u) << "two of each event, however many bodies there are";
+    sounds().doFrame();
+    EXPECT_FALSE(bodies.isPlaying(SCS("Knock 1")));
+    for (RigidBody *const crate : crates)
+        crate->setVelocity(Vec4());
+    sounds().doFrame();
+    EXPECT_FLOAT_EQ(audio.events[0].speed.value, 4);
+    EXPECT_FLOAT_EQ(audio.events[0].position.x, 3);
+    EXPECT_FLOAT_EQ(audio.events[1].speed.value, 3);
+
+    // One slides over the ground, which takes what its weight gives it; another one falls as fast.
+    crates[0]->setAccLastFrame(Vec4(0, -0.2f, 0, 0));
+    crates[0]->setVelocity(Vec4(1.5f, 0, 0, 0));
+    crates[1]->setVelocity(Vec4(1.5f, -3, 0, 0));
+    sounds().doFrame();
+    sounds().doFrame();
+    EXPECT_EQ(audio.events[2].deeds, "start ");
+    EXPECT_FLOAT_EQ(audio.events[2].speed.value, 1.5f);
+    EXPECT_EQ(audio.events[3].deeds, "");
+    crates[0]->getParent().lookup()->murder();
+    world->frame();
+    world->frame();
+    EXPECT_EQ(audio.events[2].deeds, "start stop ");
+    EXPECT_EQ(bodies.getBodyCount(), 3);
+}
+
+TEST_F(Sound, WhatALevelHasChangedEndsBeforeTheNextOneBegins)
+{
+    sounds().setMuffled(true);
+    world->coordinator().murder();
+    const Handle<Coordinator> next = world->anotherCoordinator();
+    audio.calls.clear();
+    handle_cast<SoundManager>(next.lookup()->getManager(SCS("sound"))).lookup()->setMuffled(true);
+    getSystemDeref<GameLoopSystem>().setCurrentlyActiveCoordinator(next);
+    world->frame();
+    EXPECT_THAT(audio.calls, ElementsAre("DSP::setParameter 0 1000", "DSP::setBypass", "DSP::setParameter 0 1000",
+                                         "DSP takes part", "update"));
+}
+
+TEST(SoundOfTheGame, AFrameOfPlayingSoundsAllocatesNothing)
+{
+    port::AudioOutput memory;
+    memory.kind = port::AudioOutput::MEMORY;
+    port::setAudioOutput(memory);
+    {
+        TestLevel world;
+        const Handle<Entity> crate = world.entity("crate");
+        world.transform(crate, Vec4(0, 0, 2, 1));
+        const Handle<SoundComponent> sound = world.component<SoundComponent>(crate, "sound");
+        for (const String &name : {SCS("ScrapeWood"), SCS("DoorCreak"), SCS("DoorSlide")})
+        {
+            sound.lookup()->addSoundEffect(name);
+            sound.lookup()->playSoundEffect(name);
+        }
+        SoundManager &sounds = *handle_cast<SoundManager>(sound.lookup()->getManager()).lookup();
+        for (int i = 0; i < 3; ++i)
+            sounds.doFrame();
+        EXPECT_EQ(getSystemDeref<SoundSystem>().getPlayingCount(), 3);
+        EXPECT_EQ(allocationsOf([&] { sounds.doFrame(); }, 20), 0u);
+    }
+    port::setAudioOutput(port::AudioOutput());
 }
 
 TEST_F(Sound, DoorsAskTheComponentBesideThem)

@@ -48,8 +48,13 @@ void SoundComponent::doFrame()
 
 void SoundComponent::addSoundEffect(String sound)
 {
-    if (!hasSoundEffect(sound))
-        setSoundEventPtr(sounds_[sound], sound);
+    addSoundEffectAs(sound, sound);
+}
+
+void SoundComponent::addSoundEffectAs(String name, String sound)
+{
+    if (!hasSoundEffect(name))
+        setSoundEventPtr(sounds_[name], sound);
 }
 
 void SoundComponent::addMusic(String music)

@@ -33,6 +33,8 @@ public:
 
     /// Adds a sound effect that can be played from now on; one that the sound project lacks is told in the log.
     void addSoundEffect(String sound);
+    /// Adds another instance of a sound effect under a name of its own, for what sounds more than once at a time.
+    void addSoundEffectAs(String name, String sound);
     /// Adds a piece of music that can be played from now on; one that the sound project lacks is told in the log.
     void addMusic(String music);
     /// Adds the sound effects of these names, a sequence of texts.

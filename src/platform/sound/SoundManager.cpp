@@ -47,7 +47,8 @@ FMOD_REVERB_PROPERTIES toFmod(const ReverbPreset &preset)
 
 void SoundManager::onAddToCoordinator()
 {
-    const SoundSystem &system = getSystemDeref<SoundSystem>();
+    SoundSystem &system = getSystemDeref<SoundSystem>();
+    system.followManager(getTypedHandle());
     globalVolumes[SOUND_EFFECT] = system.soundEffectVolumeNow();
     globalVolumes[MUSIC] = system.musicVolumeNow();
 }
@@ -58,10 +59,16 @@ void SoundManager::onMurder()
     for (SoundEvent &event : orphans)
         system.fadeOut(event);
     orphans.clear();
+    undoChanges();
+    SimpleManager::onMurder();
+}
+
+void SoundManager::undoChanges()
+{
     setMuffled(false);
     for (const auto &[category, volume] : categoriesBefore)
-        system.setCategoryVolume(category, volume);
-    SimpleManager::onMurder();
+        getSystemDeref<SoundSystem>().setCategoryVolume(category, volume);
+    categoriesBefore.clear();
 }
 
 ReflectorPtr SoundManager::getComponentClass() const

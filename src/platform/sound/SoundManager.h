@@ -73,6 +73,8 @@ public:
     /// What can be heard, the loudest first.
     std::vector<HeardSound> getHeardSounds() const { return heardSounds.list(globalListener); }
 
+    /// Undoes what the level has changed of the whole run: low-pass and categories.
+    void undoChanges();
     /// Takes an event over whose entity has died: what plays once plays to its end where it is, all else fades.
     void takeOver(SoundEvent &event);
 

@@ -196,6 +196,15 @@ SoundManager *SoundSystem::managerInCharge() const
     return level ? handle_cast<SoundManager>(level->getChild(managerName)).lookup().ptr : nullptr;
 }
 
+void SoundSystem::followManager(Handle<SoundManager> manager)
+{
+    // The level before is only cremated behind this one's load, and would take this one's changes with it.
+    const auto last = lastManager.lookup();
+    if (last && last->isDying())
+        last->undoChanges();
+    lastManager = manager;
+}
+
 void SoundSystem::setHeadphones(bool val)
 {
     headphones = val;

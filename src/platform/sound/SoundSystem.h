@@ -71,6 +71,9 @@ public:
     /// Loudness of a category of the project; 1 for one that there is not.
     float getCategoryVolume(const String &name);
 
+    /// Told of a level's manager when it is made: what a level that has been murdered before it has changed ends now.
+    void followManager(Handle<SoundManager> manager);
+
     /// A new instance of a sound effect; without an event where the project has none of the name.
     SoundEvent newSoundEffect(const String &name);
     /// A new instance of a piece of music; without an event where the project has none of the name.
@@ -121,6 +124,7 @@ private:
     bool offline = false;
     String recordFile;
     SoundRecording recording;
+    Handle<SoundManager> lastManager; ///< the one that was made last
     EventList soundEffects;
     EventList music;
     std::vector<FMOD::Event *> fading; ///< to be given back when they have come to their end

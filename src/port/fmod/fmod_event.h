@@ -91,7 +91,7 @@ class EventProject
 public:
     virtual ~EventProject() = default;
     /// The group of a path, as "kaVel/sfx" for the group "sfx" of the project "kaVel"; it belongs to the project.
-    virtual FMOD_RESULT getGroup(const char *name, bool cacheEvents, EventGroup **group) = 0;
+    virtual FMOD_RESULT getGroup(const char *name, bool cacheevents, EventGroup **group) = 0;
     /// Ends and frees all that came from the file.
     virtual FMOD_RESULT release() = 0;
 };

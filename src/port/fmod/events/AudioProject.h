@@ -43,7 +43,7 @@ public:
     AudioProject(AudioEventSystem &system, ProjectData data, const std::string &folder, const std::string &file,
                  CategoryTree &categories);
 
-    FMOD_RESULT getGroup(const char *name, bool cacheEvents, FMOD::EventGroup **group) override;
+    FMOD_RESULT getGroup(const char *name, bool cacheevents, FMOD::EventGroup **group) override;
     FMOD_RESULT release() override;
 
     SampleBank &getBank() { return bank; }

@@ -1,0 +1,167 @@
+"""What things are heard like: sources of sound, what happens now and then, steps, bodies, by the names of events.
+
+The events stand in `assets/sound/fmod/kaVel.fev`. One that it lacks is told in the log, and nothing sounds.
+"""
+
+from __future__ import annotations
+
+import random
+from typing import Callable, NamedTuple, Sequence
+
+import GameConfig
+import kaVel
+from objects.Placing import LevelClock, Triple, onFrame, placed
+
+#: Surface -> what steps on it sound like, the middle of the names of the events "StepWoodWalk".
+STEPS = {
+    'boards': 'Wood', 'wood': 'Wood', 'bark': 'Wood',
+    'stone': 'Stone', 'flagstones': 'Stone', 'concrete': 'Stone', 'brick': 'Stone', 'marble': 'Stone',
+    'plaster': 'Stone', 'tiles': 'Tile', 'ceramic': 'Tile', 'rug': 'Carpet', 'cloth': 'Carpet', 'leather': 'Carpet',
+    'earth': 'Earth', 'iron': 'Metal', 'rust': 'Metal', 'brass': 'Metal',
+}
+
+#: Surface -> events of what lands with it, and of what moves on over the ground.
+BODIES = {
+    'wood': ('ImpactWood', 'ScrapeWood'), 'iron': ('ImpactMetal', 'ScrapeMetal'), 'rust': ('ImpactMetal', 'RollMetal'),
+    'brass': ('ImpactMetal', 'RollMetal'), 'stone': ('ImpactStone', 'ScrapeStone'),
+    'ceramic': ('ImpactGlass', 'RollGlass'), 'glass': ('ImpactGlass', 'RollGlass'),
+    'leather': ('ImpactCloth', 'RollBall'), 'cloth': ('ImpactCloth', 'ScrapeCloth'),
+}
+
+#: A door is shut when it is less open than this, radians or metres, and slams when it shuts faster than that, a second.
+SHUT, SLAM = 0.02, 3.5
+
+#: An area of a floor: its least and greatest x and z, metres, and its surface.
+Area = tuple[float, float, float, float, str]
+
+
+def sounds(entity: kaVel.Entity, *names: str) -> kaVel.SoundComponent:
+    """The sound component of an entity, made if there is none, with the sound effects of these names."""
+    component = entity.getComponent('sound') or kaVel.addComponent(entity, 'sound', 'SoundComponent')
+    component.setSoundList(names)
+    return component
+
+
+def sounding(entity: kaVel.Entity, *loops: str, volume: float = 1.0) -> kaVel.SoundComponent:
+    """Has an entity sound on and on, from now until somebody stops it."""
+    component = sounds(entity, *loops)
+    for name in loops:
+        component.setEventVolume(name, volume)
+        component.playSoundEffect(name)
+    return component
+
+
+@kaVel.pattern
+def Sound(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), event: str = '', volume: float = 1.0):
+    """A place that a looped event sounds from."""
+    source = placed(parent, name or event, at=at)
+    sounding(source, event, volume=volume)
+    return source
+
+
+@kaVel.pattern
+def NowAndThen(parent: kaVel.Object, name: str = '', at: Sequence[Triple] = ((0, 0, 0),), event: str = '',
+               every: tuple[float, float] = (20.0, 60.0), first: float | None = None):
+    """An event that sounds now and then from one of some places, after so many seconds of the level's time each."""
+    source = placed(parent, name or event, at=at[0])
+    component, transform, clock = sounds(source, event), source.getComponent('transform'), LevelClock(source)
+    # Dice of its own: what sounds has no part in the chance of what happens, and a run of the same seed repeats both.
+    dice = random.Random('%s %d' % (source.name, GameConfig.seed))
+    due = [dice.uniform(0, every[1]) if first is None else first]
+
+    def doFrame():
+        if clock.seconds() < due[0]:
+            return
+        due[0] = clock.seconds() + dice.uniform(*every)
+        transform.position = kaVel.Vec4(*dice.choice(at), 1)
+        component.playSoundEffect(event)
+
+    onFrame(source, doFrame)
+    return source
+
+
+def hear(level: kaVel.Entity):
+    """Has a map listen to what falls, slides and rolls in it, for `heard`; called before its bodies are built."""
+    kaVel.addComponent(level, 'sound', 'BodySounds')
+
+
+def heard(entity: kaVel.Entity, surface: str):
+    """Lets a body be heard as a thing of a surface, where its map listens; one without sounds of its own is still."""
+    if surface in BODIES:
+        heardAs(entity, *BODIES[surface])
+
+
+def heardAs(entity: kaVel.Entity, impact: str, motion: str):
+    """Lets a body be heard by events of its own, where its map listens; an empty name is for none."""
+    map = entity.getAncestorOfType(kaVel.Reflection.MapRootEntity)
+    listener = map.getComponent('sound') if map else None
+    if listener and listener._getType().isSubclassOf(kaVel.Reflection.BodySounds):
+        listener.addBody(entity.getComponent('physics'), impact, motion)
+
+
+class Stride(NamedTuple):
+    """One kind of going: the end of the names of its events, and the speed in metres a second that it begins at."""
+
+    name: str
+    speed: float
+
+
+STRIDES = (Stride('Run', 2.9), Stride('Walk', 1.2), Stride('Crouch', 0.0))
+
+
+class Footsteps:
+    """The steps of one who walks, by how fast he goes and what is under his feet."""
+
+    def __init__(self, walker: kaVel.Entity, areas: Sequence[Area] = (), otherwise: str = 'stone'):
+        surfaces = {otherwise, 'wood', *(area[4] for area in areas)}
+        self.component = sounds(walker, *sorted({'Step%s%s' % (STEPS[surface], stride.name)
+                                                 for surface in surfaces for stride in STRIDES}))
+        self.areas, self.otherwise = areas, otherwise
+
+    def surfaceAt(self, x: float, height: float, z: float):
+        """What one stands on: of the areas the last one, and crates where one stands above the floor."""
+        if height > 0.2:
+            return 'wood'
+        return next((surface for x0, x1, z0, z1, surface in reversed(self.areas) if x0 <= x <= x1 and z0 <= z <= z1),
+                    self.otherwise)
+
+    def step(self, x: float, height: float, z: float, speed: float):
+        """A foot comes down at a place, of one who goes at some metres a second."""
+        stride = next(stride for stride in STRIDES if speed >= stride.speed)
+        self.component.playSoundEffect('Step%s%s' % (STEPS[self.surfaceAt(x, height, z)], stride.name))
+
+
+class LeafVoice:
+    """What a door's leaf is heard like as it moves, beside what it says by itself when it is opened and shut.
+
+    `position` gives where the leaf is, in radians or metres, 0 when it is shut.
+    """
+
+    def __init__(self, leaf: kaVel.Entity, position: Callable[[], float], motion: str, shut: str, slam: str = '',
+                 stop: str = ''):
+        self.component = sounds(leaf, 'DoorOpen', 'DoorLocked', *filter(None, (motion, shut, slam, stop)))
+        self.position, self.motion, self.shut, self.slam, self.stop = position, motion, shut, slam, stop
+        self.clock = LevelClock(leaf)
+        self.last, self.speed = position(), 0.0
+        onFrame(leaf, self.doFrame)
+
+    def doFrame(self):
+        seconds = self.clock.frameSeconds()
+        if seconds <= 0:
+            return
+        now, before, speedBefore = self.position(), self.last, self.speed
+        self.last, self.speed = now, abs(now - before) / seconds
+        if self.speed > 0:
+            self.component.setParam(self.motion, 'speed', self.speed)
+            if not speedBefore:
+                self.component.playSoundEffect(self.motion)
+        elif speedBefore:
+            self.component.stopSoundEffect(self.motion)
+            self.comeToRest(abs(now), speedBefore)
+
+    def comeToRest(self, opening: float, speed: float):
+        """Lets the end of a motion be heard: shut gently, with a bang, or against the stop."""
+        event = self.stop if opening > SHUT else self.slam if self.slam and speed > SLAM else self.shut
+        if event:
+            self.component.setParam(event, 'speed', speed)
+            self.component.playSoundEffect(event)

@@ -16,6 +16,8 @@ bool isSame(const FMOD_REVERB_PROPERTIES &a, const FMOD_REVERB_PROPERTIES &b)
            a.ReverbDelay == b.ReverbDelay && a.Diffusion == b.Diffusion && a.Density == b.Density;
 }
 
+constexpr int SILENT_ROOM = -10000; ///< hundredths of a decibel
+
 /// Hundredths of a decibel as a linear gain.
 float gainOf(int hundredths, float most)
 {
@@ -52,6 +54,12 @@ void ReverbSlots::setZones(const FMOD_REVERB_PROPERTIES &first, const FMOD_REVER
     setRoom(other, second);
     setShare(one, 1 - secondShare);
     setShare(other, secondShare);
+}
+
+ALuint ReverbSlots::getTarget(std::size_t index) const
+{
+    const Slot &slot = slots[index];
+    return slot.share > 0 && slot.room.Room > SILENT_ROOM ? slot.name : 0;
 }
 
 void ReverbSlots::open(const EffectCalls &calls)

@@ -23,8 +23,8 @@ public:
     void apply();
     /// Lets go of the slots, which went with their device.
     void forget();
-    /// Slot of the library; 0 without effects.
-    ALuint getName(std::size_t index) const { return slots[index].name; }
+    /// Slot of the library to send to; 0 without effects and where nothing would come back.
+    ALuint getTarget(std::size_t index) const;
 
 private:
     struct Slot

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "port/fmod/fmod.h"
+#include "port/fmod/output/ReverbSlots.h"
 #include "port/fmod/output/StreamQueue.h"
 
+#include <array>
 #include <memory>
 
 namespace port
@@ -41,7 +43,8 @@ struct Source
     double raised = 0; ///< s, host time from which on it may be heard: it starts silent so as to rise without a click
     double freed = 0;  ///< s, host time at which it is stopped
     SourceSettings told;
-    std::unique_ptr<StreamQueue> stream; ///< null for whole samples
+    std::array<ALuint, ReverbSlots::COUNT> rooms{}; ///< that it sends to
+    std::unique_ptr<StreamQueue> stream;            ///< null for whole samples
 };
 
 } // namespace port

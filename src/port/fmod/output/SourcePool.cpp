@@ -168,14 +168,16 @@ void SourcePool::setFilters(Source &source, const SourceSettings &settings)
         told.directLowpass = settings.directLowpass;
         alSourcei(source.name, AL_DIRECT_FILTER, static_cast<ALint>(lowpass(told.direct, told.directLowpass)));
     }
-    if (isNear(settings.send, told.send, FILTER_SHARE) && isNear(settings.sendLowpass, told.sendLowpass, FILTER_SHARE))
+    const std::array<ALuint, ReverbSlots::COUNT> rooms = {slots->getTarget(0), slots->getTarget(1)};
+    if (rooms == source.rooms && isNear(settings.send, told.send, FILTER_SHARE) &&
+        isNear(settings.sendLowpass, told.sendLowpass, FILTER_SHARE))
         return;
     told.send = settings.send;
     told.sendLowpass = settings.sendLowpass;
+    source.rooms = rooms;
     const auto wet = static_cast<ALint>(lowpass(told.send, told.sendLowpass));
-    for (std::size_t i = 0; i < ReverbSlots::COUNT; ++i)
-        alSource3i(source.name, AL_AUXILIARY_SEND_FILTER, static_cast<ALint>(slots->getName(i)), static_cast<ALint>(i),
-                   wet);
+    for (std::size_t i = 0; i < rooms.size(); ++i)
+        alSource3i(source.name, AL_AUXILIARY_SEND_FILTER, static_cast<ALint>(rooms[i]), static_cast<ALint>(i), wet);
 }
 
 void SourcePool::set(Source &source, const SourceSettings &settings, double now)

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <random>
 #include <set>
 
 namespace
@@ -167,6 +169,54 @@ TEST_F(SoundVoices, ALayerDrawsAmongItsSamplesAndNeverTheSameTwiceRunning)
     }
     EXPECT_EQ(drawn.size(), 3u);
     EXPECT_GE(changes, 50) << "each tenth of a second another one";
+}
+
+TEST_F(SoundVoices, WhateverIsAskedInWhateverOrderNothingClicks)
+{
+    constexpr float amplitude = 0.05F;
+    constexpr int most = 24;
+    world.tone("low.wav", 105, 1, 1, amplitude);
+    world.tone("low.ogg", 105, 3, 2, amplitude);
+    world.load("group sfx\n"
+               "event Loop\n mode loop\n voices 5\n fade 0 0.1\n layer a\n sample low.wav\n"
+               "event Once\n voices 5\n layer a\n sample low.wav\n delay 0 0.1\n"
+               "event Bed\n mode loop\n voices 3\n layer a\n sample low.ogg\n stream\n");
+    std::mt19937 chance(7);
+    std::vector<FMOD::Event *> all;
+    Heard heard;
+    for (int i = 0; i < 900; ++i)
+    {
+        if (all.size() < most)
+            all.push_back(&world.play(i % 5 == 0 ? "Bed" : i % 3 == 0 ? "Loop" : "Once"));
+        FMOD::Event &one = *all[chance() % all.size()];
+        switch (chance() % 6)
+        {
+        case 0:
+            one.start();
+            break;
+        case 1:
+            one.stop(chance() % 2 == 0);
+            break;
+        case 2:
+            one.setPaused(chance() % 2 == 0);
+            break;
+        case 3:
+            one.setVolume(static_cast<float>(chance() % 3) / 2);
+            break;
+        case 4:
+            std::swap(*std::find(all.begin(), all.end(), &one), all.back());
+            all.back()->release();
+            all.pop_back();
+            break;
+        default:
+            break;
+        }
+        heard += world.render(SoundWorld::FRAME);
+        ASSERT_LE(world.counters().voices, 13);
+    }
+    // All voices in step, each gliding through its whole loudness in a frame, stay below half of one voice's jump.
+    EXPECT_LT(heard.largestStep(), amplitude / 2);
+    EXPECT_GT(heard.level(), amplitude);
 }
 
 TEST_F(SoundVoices, AFrameTakesNoMemory)

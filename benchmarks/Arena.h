@@ -42,9 +42,7 @@ public:
     AbstractManager &manager(const char *key) { return *level.lookup()->getManager(SCS(key)).lookup(); }
 
     Handle<Coordinator> level;
+    Handle<MapRootEntity> map;
     PartitioningGrid *grid = nullptr;
     std::vector<ArenaBox> boxes;
-
-private:
-    Handle<MapRootEntity> map;
 };

@@ -107,9 +107,14 @@ WORKLOADS = {
                             "spdlog_format_only": "format spdlog", "spdlog_file": "file spdlog",
                             "limit_snprintf": "format limit: snprintf",
                             "limit_snprintf_fwrite": "file limit: snprintf and fwrite"})]),
+    "W15a": ("ms/frame", [("bench_engine", "W15a/", {
+        "W15a/frame/50/iterations:1": "p50 engine", "W15a/frame/99/iterations:1": "p99 engine"})]),
+    "W15b": ("ms/s of sound", [("bench_engine", "W15b/", {"W15b/mix/iterations:1": "mix engine"}),
+                               ("peer_w15_sound_openal", ".", {"mix/iterations:1": "mix OpenAL Soft"})]),
 }
 # A pair is the least and the most that the value may be, "kept" a mean squared speed that is neither lost nor doubled:
-# speeds are drawn around 7 (m/s)2, and each count of boxes starts from what its own draw gives.
+# speeds are drawn around 7 (m/s)2, and each count of boxes starts from what its own draw gives. That of sounds is the
+# loudness of what was heard, dB of full scale.
 CHECKS = {"live engine": 100000, "dead engine": 0, "mixed engine": 75000, "resolved-call engine": 1024,
           "named-call engine": 1024, "named-set+get engine": 2.5, "resolved-set+get engine": 2.5,
           "message engine": 1000, "churn engine": 1000, "frame engine": 10000,

@@ -14,7 +14,13 @@
 namespace
 {
 const String distanceName = SCS("distance");
+
+/// The rotated z axis: the third column of the rotation's matrix, without the rest of it.
+Vec4 facing(const Quaternion &q)
+{
+    return Vec4(2 * (q.i * q.k + q.r * q.j), 2 * (q.j * q.k - q.r * q.i), 1 - 2 * (q.i * q.i + q.j * q.j), 0);
 }
+} // namespace
 
 void SoundEvent::initializeParams()
 {
@@ -60,7 +66,7 @@ bool SoundEvent::takePlace()
         return false;
     eventPosition = transform->getPosition();
     if (isFinite(transform->getOrientation()))
-        eventOrientation = transform->getOrientation().generateRotation() * Vec4(0, 0, 1, 0);
+        eventOrientation = facing(transform->getOrientation());
     eventVelocity = body && isFinite(body->getVelocity()) ? body->getVelocity() : Vec4();
     return true;
 }

@@ -54,6 +54,7 @@ void SoundSystem::systemStartup()
         soundEffectVolume = DEFAULT_VOLUME;
     if (musicVolume == UNCHOSEN)
         musicVolume = DEFAULT_VOLUME;
+    isStarted = true;
     port::setAudioNotice(logNotice);
     port::setAudioSeed(engineSeed());
     if (offline || headphones)
@@ -181,7 +182,7 @@ void SoundSystem::setSilent(bool val)
 
 void SoundSystem::applyVolumes()
 {
-    SoundManager *const manager = managerInCharge();
+    SoundManager *const manager = isStarted ? managerInCharge() : nullptr;
     if (!manager)
         return;
     manager->SetGlobalSoundVolume(soundEffectVolumeNow());

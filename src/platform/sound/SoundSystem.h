@@ -119,6 +119,7 @@ private:
     float soundEffectVolume = UNCHOSEN; ///< linear, 0..1
     float musicVolume = UNCHOSEN;       ///< linear, 0..1
 
+    bool isStarted = false;
     bool silent = false;
     bool headphones = false;
     bool offline = false;

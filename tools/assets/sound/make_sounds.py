@@ -22,7 +22,7 @@ def make(job):
         raise ValueError(f"{file}: the recipe gives numbers that are not finite")
     if (x.ndim == 2) != recipe.stereo:
         raise ValueError(f"{file}: the recipe gives {x.shape} samples, its entry says stereo={recipe.stereo}")
-    if recipe.long:
+    if recipe.loop:
         x = loudness.without_rumble(x)
     else:
         x = shapes.trimmed(loudness.without_rumble(shapes.cut(x, len(x) / shapes.RATE + 1.0)))

@@ -3,6 +3,7 @@
 #include "port/fmod/Notices.h"
 #include "port/win32/HostPath.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <system_error>
@@ -13,7 +14,8 @@ namespace port
 namespace
 {
 constexpr double LONG_SECONDS = 10;
-}
+constexpr std::size_t FRAMES_AHEAD = 16384; ///< a millisecond or two of work
+} // namespace
 
 int SampleBank::add(const std::string &path, const std::string &named)
 {
@@ -69,49 +71,71 @@ bool SampleBank::isLong(int sample)
     return shapeOf(sample).seconds() > LONG_SECONDS;
 }
 
-bool SampleBank::decode(int sample, std::vector<std::int16_t> &values)
+std::unique_ptr<SampleBank::Reading> SampleBank::beginReading(int sample, SampleUse use)
 {
     Sample &read = samples[static_cast<std::size_t>(sample)];
     std::string why;
-    SampleFile file(read.path, why);
-    if (!file.isOpen())
-    {
-        read.shape.frames = 0;
-        tell(sample, "cannot be played any more: " + why + ".");
-        return false;
-    }
+    auto begun = std::make_unique<Reading>(sample, use, read.path, why);
+    if (begun->file.isOpen())
+        return begun;
+    read.shape.frames = 0;
+    tell(sample, "cannot be played any more: " + why + ".");
+    return nullptr;
+}
+
+void SampleBank::readOn(Reading &reading, std::size_t frames)
+{
+    Sample &read = samples[static_cast<std::size_t>(reading.sample)];
     const auto channels = static_cast<std::size_t>(read.shape.channels);
-    values.resize(static_cast<std::size_t>(read.shape.frames) * channels);
-    const std::size_t frames = file.read(values.data(), static_cast<std::size_t>(read.shape.frames));
-    if (frames < static_cast<std::size_t>(read.shape.frames))
+    const long left = std::max(0L, read.shape.frames - static_cast<long>(reading.frames));
+    const std::size_t wantedFrames = std::min(frames, static_cast<std::size_t>(left));
+    reading.values.resize((reading.frames + wantedFrames) * channels);
+    const std::size_t count = reading.file.read(reading.values.data() + reading.frames * channels, wantedFrames);
+    reading.frames += count;
+    if (count == wantedFrames)
+        return;
+    reading.values.resize(reading.frames * channels);
+    read.shape.frames = static_cast<long>(reading.frames);
+    tellCut(reading.sample);
+}
+
+bool SampleBank::isComplete(const Reading &reading) const
+{
+    return static_cast<long>(reading.frames) >= samples[static_cast<std::size_t>(reading.sample)].shape.frames;
+}
+
+ALuint SampleBank::upload(Reading &reading)
+{
+    Sample &read = samples[static_cast<std::size_t>(reading.sample)];
+    ALuint &buffer = read.buffers[reading.use.index()];
+    if (reading.frames == 0)
+        return 0;
+    if (!reading.use.whole)
+        taperEnds(reading.values, read.shape);
+    bool stereo = read.shape.channels == 2;
+    if (stereo && reading.use.placed)
     {
-        read.shape.frames = static_cast<long>(frames);
-        tellCut(sample);
+        tell(reading.sample, "has two channels, but its event has a place in the world: it is played as one.");
+        mixDown(reading.values);
+        stereo = false;
     }
-    values.resize(frames * channels);
-    return frames > 0;
+    alGenBuffers(1, &buffer);
+    alBufferData(buffer, stereo ? AL_FORMAT_STEREO16 : AL_FORMAT_MONO16, reading.values.data(),
+                 static_cast<ALsizei>(reading.values.size() * sizeof(std::int16_t)), read.shape.rate);
+    return buffer;
 }
 
 ALuint SampleBank::bufferOf(int sample, SampleUse use)
 {
-    Sample &read = samples[static_cast<std::size_t>(sample)];
-    ALuint &buffer = read.buffers[use.index()];
-    std::vector<std::int16_t> values;
-    if (buffer || shapeOf(sample).frames == 0 || !decode(sample, values))
+    const ALuint buffer = samples[static_cast<std::size_t>(sample)].buffers[use.index()];
+    if (buffer || shapeOf(sample).frames == 0)
         return buffer;
-    if (!use.whole)
-        taperEnds(values, read.shape);
-    bool stereo = read.shape.channels == 2;
-    if (stereo && use.placed)
-    {
-        tell(sample, "has two channels, but its event has a place in the world: it is played as one.");
-        mixDown(values);
-        stereo = false;
-    }
-    alGenBuffers(1, &buffer);
-    alBufferData(buffer, stereo ? AL_FORMAT_STEREO16 : AL_FORMAT_MONO16, values.data(),
-                 static_cast<ALsizei>(values.size() * sizeof(std::int16_t)), read.shape.rate);
-    return buffer;
+    const bool isBegun = ahead && ahead->sample == sample && ahead->use.index() == use.index();
+    const std::unique_ptr<Reading> reading = isBegun ? std::move(ahead) : beginReading(sample, use);
+    if (!reading)
+        return 0;
+    readOn(*reading, static_cast<std::size_t>(shapeOf(sample).frames));
+    return upload(*reading);
 }
 
 void SampleBank::want(int sample, SampleUse use)
@@ -123,7 +147,7 @@ void SampleBank::want(int sample, SampleUse use)
     wanted.push_back({sample, use});
 }
 
-void SampleBank::readAhead()
+std::unique_ptr<SampleBank::Reading> SampleBank::beginWanted()
 {
     while (!wanted.empty())
     {
@@ -131,11 +155,23 @@ void SampleBank::readAhead()
         wanted.pop_front();
         Sample &asked = samples[static_cast<std::size_t>(next.sample)];
         asked.wanted[next.use.index()] = false;
-        if (asked.buffers[next.use.index()] || isLong(next.sample))
-            continue;
-        bufferOf(next.sample, next.use);
-        return;
+        if (!asked.buffers[next.use.index()] && shapeOf(next.sample).frames > 0 && !isLong(next.sample))
+            return beginReading(next.sample, next.use);
     }
+    return nullptr;
+}
+
+void SampleBank::readAhead()
+{
+    if (!ahead)
+        ahead = beginWanted();
+    if (!ahead)
+        return;
+    readOn(*ahead, FRAMES_AHEAD);
+    if (!isComplete(*ahead))
+        return;
+    upload(*ahead);
+    ahead.reset();
 }
 
 void SampleBank::dropBuffers()

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <deque>
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -40,7 +41,7 @@ public:
     ALuint bufferOf(int sample, SampleUse use);
     /// Has a sample read in the time to come, by readAhead.
     void want(int sample, SampleUse use);
-    /// Reads one sample that was wanted; does nothing where all are there. Needs a current context.
+    /// Reads a piece of a sample that was wanted; does nothing where all are there. Needs a current context.
     void readAhead();
     /// Frees the device's buffers; they are made anew when needed. Needs a current context.
     void dropBuffers();
@@ -67,11 +68,30 @@ private:
         SampleUse use;
     };
     void tellCut(int sample) const;
-    bool decode(int sample, std::vector<std::int16_t> &values);
+    /// A sample on its way from its file into a buffer.
+    struct Reading
+    {
+        Reading(int sample, SampleUse use, const std::string &path, std::string &why)
+            : sample(sample), use(use), file(path, why)
+        {
+        }
+
+        const int sample;
+        const SampleUse use;
+        SampleFile file;
+        std::vector<std::int16_t> values;
+        std::size_t frames = 0; ///< that were read
+    };
+    std::unique_ptr<Reading> beginReading(int sample, SampleUse use);
+    std::unique_ptr<Reading> beginWanted();
+    void readOn(Reading &reading, std::size_t frames);
+    bool isComplete(const Reading &reading) const;
+    ALuint upload(Reading &reading);
 
     std::vector<Sample> samples;
     std::unordered_map<std::string, int> numbers;
     std::deque<Wanted> wanted;
+    std::unique_ptr<Reading> ahead; ///< under way by readAhead
 };
 
 } // namespace port

@@ -75,7 +75,7 @@ struct EventFacts
 {
     std::string group, name, caption, category;
     float leastCaption = 0;
-    bool loops = false;
+    bool loops = false;  ///< plays until it is stopped
     bool placed = false; ///< has the parameter "distance"
 };
 std::vector<EventFacts> listEvents(FMOD::EventProject &project);

@@ -54,6 +54,8 @@ TEST_F(SoundMusic, AfterASegmentThatNothingFollowsItIsOver)
     world.render(0.2);
     EXPECT_FALSE(SoundWorld::plays(music));
     EXPECT_EQ(world.render(0.2).level(), 0);
+    for (const port::EventFacts &facts : port::listEvents(*world.project))
+        EXPECT_EQ(facts.loops, facts.name != "Ending") << facts.name;
 }
 
 TEST_F(SoundMusic, LayersComeAndGoWithTheTensionWithinABeatFromABeatOn)

@@ -105,7 +105,7 @@ TEST_F(Pads, ButtonsHaveTheirPublishedBits)
     EXPECT_EQ(read().Gamepad.wButtons, XINPUT_GAMEPAD_A | XINPUT_GAMEPAD_DPAD_LEFT);
 }
 
-TEST(Pads, BadArgumentsAndStandInsAreHandledInFront)
+TEST_F(Pads, BadArgumentsAndStandInsAreHandledInFront)
 {
     XINPUT_STATE state;
     EXPECT_EQ(XInputGetState(XUSER_MAX_COUNT, &state), ERROR_BAD_ARGUMENTS);

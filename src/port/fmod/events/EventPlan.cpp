@@ -46,6 +46,15 @@ LayerPlan planTension(const SegmentData &segment, SampleBank &bank, const std::s
     return plan;
 }
 
+/// Whether each segment has one that follows, so that no more than all of them lead back to one of them.
+bool isEndless(const std::vector<TrackEntry> &chain)
+{
+    int entry = 0;
+    for (std::size_t i = 0; i < chain.size() && entry >= 0; ++i)
+        entry = chain[static_cast<std::size_t>(entry)].next;
+    return entry >= 0;
+}
+
 /// The chain of segments that leads, and a layer for each that follows the tension.
 void planMusic(EventPlan &plan, const std::string &folder, const std::string &file)
 {
@@ -66,6 +75,7 @@ void planMusic(EventPlan &plan, const std::string &folder, const std::string &fi
     }
     if (leading.entries.empty())
         return;
+    plan.endless = isEndless(leading.entries);
     plan.layers.push_back(std::move(leading));
     for (const SegmentData &segment : music.segments)
         if (segment.isLayer)
@@ -86,6 +96,7 @@ EventPlan makePlan(const EventData &data, SampleBank &bank, const std::string &f
         if (data.parameters[i].name == "tension")
             plan.tensionParameter = static_cast<int>(i);
     }
+    plan.endless = data.loop;
     if (data.music.beatsPerMinute > 0)
         planMusic(plan, folder, file);
     else

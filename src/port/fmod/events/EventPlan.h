@@ -36,6 +36,7 @@ struct EventPlan
     std::string group;
     std::vector<LayerPlan> layers;
     bool placed = false;
+    bool endless = false;      ///< plays until it is stopped
     float weight = 1;          ///< of its loudness among those of others, by its priority
     double beat = 0;           ///< s; 0: no music
     int tensionParameter = -1; ///< index

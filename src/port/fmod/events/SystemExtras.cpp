@@ -162,7 +162,7 @@ std::vector<EventFacts> listEvents(FMOD::EventProject &project)
         return facts;
     for (const EventPlan &plan : static_cast<AudioProject &>(project).getPlans())
         facts.push_back({plan.group, plan.data->name, plan.data->caption, plan.data->category, plan.data->leastCaption,
-                         plan.data->loop, plan.placed});
+                         plan.endless, plan.placed});
     return facts;
 }
 

@@ -8,10 +8,10 @@ import functools
 import kaVel
 import standing
 
-#: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, and what force
-#: volumes push.
+#: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, what force
+#: volumes push, and the ways by which sounds are heard.
 OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', 'debugDrawViewerFrustums',
-            'debugDrawPartitioningGrid', 'debugDrawForceVolumes')
+            'debugDrawPartitioningGrid', 'debugDrawForceVolumes', 'debugDrawSoundWays')
 
 
 def listen(coordinator: kaVel.Coordinator):

@@ -9,6 +9,7 @@ patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, and the
 """
 
 import kaVel
+from objects.Acoustics import *
 from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *

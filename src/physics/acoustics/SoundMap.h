@@ -48,7 +48,7 @@ public:
     };
 
     /// Lines of sight that a frame may spend on ways, and on sources, each.
-    static constexpr int LINES_A_FRAME = 128;
+    static constexpr int LINES_A_FRAME = 96;
     /// Those that one source may spend.
     static constexpr int LINES_A_SOURCE = 512;
     /// Those that a change of walls may take at once.

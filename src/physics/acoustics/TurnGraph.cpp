@@ -22,6 +22,13 @@ bool Turn::mayBendTo(const PlanPoint &other) const
     return way.dot(away) <= SLACK || way.dot(aside) <= SLACK;
 }
 
+bool Turn::isTaut(const PlanPoint &before, const PlanPoint &behind) const
+{
+    constexpr float nearlyStraight = 0.1f; // as turns stand a little before their corners
+    const float side = -before.cross(away + aside), bend = before.cross(behind);
+    return passageTo != NONE || std::fabs(bend) < nearlyStraight || side * bend >= 0.f;
+}
+
 void TurnGraph::build(const WallPlan &walls, std::span<const Passage> passages)
 {
     turns.clear();
@@ -147,14 +154,31 @@ void TurnGraph::lookAt(std::uint32_t number, std::uint32_t other, const WallPlan
     if (other == number || from.floor != to.floor || way.dot(way) > REACH * REACH || !from.mayBendTo(to.place) ||
         !to.mayBendTo(from.place))
         return;
-    budget.spendLine();
-    if (!walls.isFree(from.place, to.place, from.floor))
-        return;
+    if (isExplored(other))
+    {
+        if (!isSeenFrom(other, number)) // that was found the other way round
+            return;
+    }
+    else
+    {
+        budget.spendLine();
+        if (!walls.isFree(from.place, to.place, from.floor))
+            return;
+    }
     const auto firstDoor = static_cast<std::uint32_t>(passedDoors.size());
     doors.forEachPassed(from.place, to.place, from.floor,
                         [&](std::size_t door) { passedDoors.push_back(static_cast<std::uint32_t>(door)); });
     edges.push_back(TurnEdge{other, firstDoor, static_cast<std::uint32_t>(passedDoors.size()) - firstDoor, way.length(),
                              way.unit(), 0.f});
+}
+
+/// Whether a turn that has been explored sees another one, but for the other end of its passage.
+bool TurnGraph::isSeenFrom(std::uint32_t other, std::uint32_t number) const
+{
+    const std::span<const TurnEdge> known = edgesOf(other);
+    return std::any_of(known.begin(), known.end(),
+                       [&](const TurnEdge &edge)
+                       { return edge.to == number && edge.direction.dot(edge.direction) > 0.f; });
 }
 
 void TurnGraph::end()

@@ -25,6 +25,8 @@ struct Turn
 
     /// Whether a shortest way may come from a place, or lead there: not to where the corner need not be turned around.
     bool mayBendTo(const PlanPoint &other) const;
+    /// Whether a way that comes along one direction and leaves along another one bends around the wall, not off it.
+    bool isTaut(const PlanPoint &before, const PlanPoint &behind) const;
 };
 
 /// From one turn to another one that it sees, or at the other end of its passage.
@@ -119,6 +121,7 @@ private:
     void lookAt(std::uint32_t number, std::uint32_t other, const WallPlan &walls, const DoorPlan &doors,
                 WorkBudget &budget);
     void end();
+    bool isSeenFrom(std::uint32_t other, std::uint32_t number) const;
 
     std::vector<Turn> turns;
     std::vector<Block> blocks;

@@ -1,7 +1,6 @@
 #include "physics/acoustics/WayFlood.h"
 
 #include <algorithm>
-#include <functional>
 
 namespace
 {
@@ -24,6 +23,9 @@ void WayFlood::begin(const std::vector<SeenTurn> &seen, std::size_t turnCount)
     costs.assign(turnCount, std::numeric_limits<float>::infinity());
     ways.assign(turnCount, WayTo());
     candidates.clear();
+    candidates.reserve(2 * turnCount);
+    std::fill(std::begin(firsts), std::end(firsts), NO_CANDIDATE);
+    step = 0;
     for (const SeenTurn &turn : seen)
     {
         WayTo first;
@@ -38,18 +40,28 @@ void WayFlood::begin(const std::vector<SeenTurn> &seen, std::size_t turnCount)
 
 bool WayFlood::spread(const SoundSpace &space, const std::vector<WayLoss> &doorLosses, WorkBudget &budget)
 {
-    while (!candidates.empty())
+    while (step < STEPS)
     {
-        const auto [cost, turn] = candidates.front();
-        const bool isNews = !ways[turn].isFinal && cost == costs[turn] && ways[turn].length < FARTHEST;
+        if (firsts[step] == NO_CANDIDATE)
+        {
+            ++step;
+            continue;
+        }
+        const auto [cost, turn, next] = candidates[firsts[step]];
+        const bool isNews = cost == costs[turn] && ways[turn].length < FARTHEST;
         if (isNews && (budget.isSpent() || !space.graph.explore(turn, space.walls, space.doors, budget)))
             return false;
-        std::pop_heap(candidates.begin(), candidates.end(), std::greater<>());
-        candidates.pop_back();
+        firsts[step] = next;
         if (isNews)
             spreadFrom(turn, space, doorLosses, budget);
     }
     return true;
+}
+
+/// The list in which candidates of some cost wait; all that cost very much wait in the last one.
+std::size_t WayFlood::stepOf(float cost)
+{
+    return std::min(static_cast<std::size_t>(cost / STEP), STEPS - 1);
 }
 
 /// Takes a way where it is nearer than the one known so far.
@@ -59,20 +71,21 @@ void WayFlood::reach(std::uint32_t turn, float cost, const WayTo &way)
         return;
     costs[turn] = cost;
     ways[turn] = way;
-    candidates.emplace_back(cost, turn);
-    std::push_heap(candidates.begin(), candidates.end(), std::greater<>());
+    std::uint32_t &first = firsts[stepOf(cost)];
+    candidates.push_back(Candidate{cost, turn, first});
+    first = static_cast<std::uint32_t>(candidates.size()) - 1;
 }
 
 void WayFlood::spreadFrom(std::uint32_t turn, const SoundSpace &space, const std::vector<WayLoss> &doorLosses,
                           WorkBudget &budget)
 {
-    ways[turn].isFinal = true;
     const WayTo from = ways[turn];
     const float cost = costs[turn];
+    const Turn &corner = space.graph.getTurn(turn);
     for (const TurnEdge &edge : space.graph.edgesOf(turn))
     {
         budget.spendLook();
-        if (cost + edge.length >= costs[edge.to])
+        if (cost + edge.length >= costs[edge.to] || !corner.isTaut(from.direction, edge.direction))
             continue;
         WayTo on = from;
         WayLoss passed{edge.loss, 0.f};
@@ -81,7 +94,6 @@ void WayFlood::spreadFrom(std::uint32_t turn, const SoundSpace &space, const std
             passed += doorLosses[door];
             on.door = door;
         }
-        on.isFinal = false;
         on.before = turn;
         on.length += edge.length;
         on.loss += passed;
@@ -99,6 +111,7 @@ void WaysFrom::begin(const PlanPoint &root_, int floor_, const SoundSpace &space
     stage = LOOKING;
     nextLook = 0;
     seen.clear();
+    seen.reserve(turnCount);
     space.doors.lossesAt(root, doorLosses);
 }
 

@@ -39,7 +39,6 @@ struct WayTo
     std::uint32_t before = Turn::NONE;      ///< the turn before this one; NONE for the root
     std::uint32_t door = SeenTurn::NO_DOOR; ///< the last one on it
     PlanPoint direction;                    ///< of its last part, length 1; none behind a passage
-    bool isFinal = false;
 };
 
 /// Spreads from its root over the corners of a map, nearest first, a part of it in each call.
@@ -50,7 +49,7 @@ class WayFlood
 {
 public:
     /// The longest way that is followed, metres.
-    static constexpr float FARTHEST = 120.f;
+    static constexpr float FARTHEST = 72.f;
 
     /// @param metresADecibel  how much farther a way may be for each decibel less that its doors take
     explicit WayFlood(float metresADecibel) : metresADecibel(metresADecibel) {}
@@ -71,8 +70,19 @@ public:
     static WayLoss lossOfTurn(const PlanPoint &before, const PlanPoint &behind);
 
 private:
-    typedef std::pair<float, std::uint32_t> Candidate;
+    /// A turn that may spread on.
+    struct Candidate
+    {
+        float cost; ///< out of date where the turn has a lower one by now
+        std::uint32_t turn;
+        std::uint32_t next; ///< of the same step; NO_CANDIDATE for none
+    };
+    static constexpr std::uint32_t NO_CANDIDATE = ~0u;
+    static constexpr std::size_t STEPS = 512;
+    static constexpr float STEP =
+        0.5f; ///< metres of cost that share a list: a little out of order costs less than order
 
+    static std::size_t stepOf(float cost);
     void reach(std::uint32_t turn, float cost, const WayTo &way);
     void spreadFrom(std::uint32_t turn, const SoundSpace &space, const std::vector<WayLoss> &doorLosses,
                     WorkBudget &budget);
@@ -80,7 +90,9 @@ private:
     float metresADecibel;
     std::vector<float> costs;          ///< by turn
     std::vector<WayTo> ways;           ///< by turn
-    std::vector<Candidate> candidates; ///< a heap, the nearest first; may hold what a nearer one has replaced
+    std::vector<Candidate> candidates; ///< in the order of their coming
+    std::uint32_t firsts[STEPS] = {};  ///< of the candidates, by step of cost
+    std::size_t step = 0;              ///< of the candidates that spread now
 };
 
 /// All ways from a place: the shortest ones, and those that pass few closed doors.

@@ -263,10 +263,15 @@ TEST(SoundWays, SourcesAreFollowedWithinABoundedWorkAFrameAndWithoutAllocations)
         EXPECT_EQ(scene.ways->addSource(places.back()), number);
     }
     int most = 0;
+    const auto listenerAt = [](int frame) // runs around
+    {
+        const float turn = static_cast<float>(frame) * 0.01f;
+        return Vec4(3 + 8 * std::cos(turn), 1.5f, -2 + 8 * std::sin(turn), 1);
+    };
     const auto move = [&](int frame)
     {
         const float turn = static_cast<float>(frame) * 0.02f;
-        scene.ways->setListener(Vec4(3 + 8 * std::cos(turn), 1.5f, -2 + 8 * std::sin(turn), 1));
+        scene.ways->setListener(listenerAt(frame));
         door.setPrevAngle(0.7f + 0.6f * std::sin(turn * 5));
         for (int number = 0; number < 200; ++number)
         {
@@ -288,9 +293,7 @@ TEST(SoundWays, SourcesAreFollowedWithinABoundedWorkAFrameAndWithoutAllocations)
     for (int number = 0; number < 200; number += 7)
     {
         const HeardWay now = scene.ways->getHeard(number);
-        const float turn = static_cast<float>(frame - 1) * 0.02f;
-        const HeardWay asked = scene.ways->hear(places[static_cast<std::size_t>(number)],
-                                                Vec4(3 + 8 * std::cos(turn), 1.5f, -2 + 8 * std::sin(turn), 1));
+        const HeardWay asked = scene.ways->hear(places[static_cast<std::size_t>(number)], listenerAt(frame - 1));
         EXPECT_NEAR(levelOf(now), levelOf(asked), 0.05f) << number;
     }
 }

@@ -240,6 +240,46 @@ class GlobalListener:
         """Where the crown points, length 1."""
 
 
+class HeardWay:
+    """How a sound of one place is heard at another."""
+
+    @property
+    def apparent(self) -> Vec4:
+        """Where it is heard from: the sound's own place, or behind the nearest turn."""
+    @property
+    def gain(self) -> float:
+        """Linear, of what doors, corners and walls leave; 1 where the sound is in sight."""
+    @property
+    def lowpass(self) -> float:
+        """Hz, what is left of the high end."""
+    @property
+    def reverb(self) -> float:
+        """Factor on what the listener's room returns."""
+    @property
+    def distance(self) -> float:
+        """Length of the way, metres."""
+    @property
+    def open(self) -> bool:
+        """Whether it comes by a way through the air, rather than only through walls."""
+    @property
+    def inSight(self) -> bool:
+        """Whether nothing stands between."""
+
+
+class ReverbShare:
+    """The two kinds of room that are strongest at a point."""
+
+    @property
+    def first(self) -> str:
+        """Name of the stronger one's preset."""
+    @property
+    def second(self) -> str:
+        """Name of the other one's; the same where there is none."""
+    @property
+    def share(self) -> float:
+        """Of the second, 0 to 0.5."""
+
+
 class HeardSound:
     """A sound that can be heard now."""
 

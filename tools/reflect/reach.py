@@ -6,7 +6,7 @@ SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "
                 "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
                 "RayCollision": "RayCollision", "SegmentHit": "SegmentHit", "MeshBuilder": "MeshBuilder",
                 "std::vector<GridCell>": "list[GridCell]", "GlobalListener": "GlobalListener",
-                "HeardSound": "HeardSound"}
+                "HeardSound": "HeardSound", "HeardWay": "HeardWay", "ReverbShare": "ReverbShare"}
 
 
 def properties(record):

@@ -33,7 +33,7 @@ NUMBERS = {
 
 VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell")
 # Values with a script class that functions only return, or only take.
-RETURNED = ("RayCollision", "SegmentHit", "GlobalListener", "HeardSound")
+RETURNED = ("RayCollision", "SegmentHit", "GlobalListener", "HeardSound", "HeardWay", "ReverbShare")
 TAKEN = ("MeshBuilder",)
 # Values that also cross as a std::vector of them.
 LISTED = ("GridCell",)

@@ -23,8 +23,9 @@
 namespace
 {
 
-constexpr std::uint32_t STOCK_EVERY = 32; ///< calls: half a second until a wall that came up is one
-constexpr float UPRIGHT = 0.999f;         ///< share of an axis along y
+constexpr std::uint32_t STOCK_EVERY = 32;   ///< calls: half a second until a wall that came up is one
+constexpr std::uint32_t STOCK_AT_FIRST = 4; ///< calls that look at once: a map's volumes come into its grid by and by
+constexpr float UPRIGHT = 0.999f;           ///< share of an axis along y
 
 SquareGrid *pathGridOf(const Handle<MapRootEntity> &map)
 {
@@ -150,7 +151,8 @@ bool MapSurvey::hasChanged(const Handle<MapRootEntity> &map)
     if (rows > 0 && rowHashes[call % rows] != hashRow(*cells, static_cast<int>(call % rows)))
         return true;
     const auto grid = PartitioningGrid::ofMap(map).lookup();
-    return call % STOCK_EVERY == 0 && (grid ? takeStock(*grid) : 0) != stock;
+    const bool isDue = call < STOCK_AT_FIRST || call % STOCK_EVERY == 0;
+    return isDue && (grid ? takeStock(*grid) : 0) != stock;
 }
 
 /// Lists walls and leaves, and sums up what they are; the sum does not depend on their order.
@@ -174,7 +176,8 @@ std::uint64_t MapSurvey::takeStock(PartitioningGrid &grid)
 /// What a wall or a closed leaf is, as a number; 0 for all else.
 std::uint64_t MapSurvey::stockOf(BoundingVolume &volume) const
 {
-    const bool isWallVolume = volume.getVolumeType() == BoundingVolume::BV_WALL && !volume.getIsPartitioningDummy();
+    // Without a body beside it a volume stops nobody: it only says where something is drawn.
+    const bool isWallVolume = volume.getVolumeType() == BoundingVolume::BV_WALL && volume.findPhysics();
     const bool isLeafVolume = !isWallVolume && volume.getVolumeType() == BoundingVolume::BV_DOOR;
     const TransformComponent *const place = isWallVolume || isLeafVolume ? volume.findTransform() : nullptr;
     if (!place || volume.isDying())

@@ -21,10 +21,10 @@ struct SoundSource;
 /// 900 Hz, each corner a little by how sharp the turn is. Besides, a dull rest comes straight through walls, 34 dB less
 /// and more by their thickness. Both are summed. Neither gain nor distance jumps while something moves.
 ///
-/// Walls are the volumes of type BV_WALL that reach through the height of an ear, 1.5 m above the map's floor, and
-/// cells of ".MapData_mainPathGrid/grid" with a value of 1 or more; what is lower lets sound pass. A map without a
-/// partitioning grid has neither walls nor doors. Metres, in the space in which the map's transforms hold their
-/// numbers. Plays nothing itself.
+/// Walls are what stops others, volumes of type BV_WALL with a body beside them, where they reach through the height of
+/// an ear, 1.5 m above the map's floor; and cells of ".MapData_mainPathGrid/grid" with a value of 1 or more. What is
+/// lower lets sound pass. A map without a partitioning grid has neither walls nor doors. Metres, in the space in which
+/// the map's transforms hold their numbers. Plays nothing itself.
 class SoundWays : public SimpleComponent
 {
     KV_REFLECTED(SoundWays)
@@ -67,6 +67,8 @@ public:
     /// Lets go of a source; its number may be given again.
     void dropSource(int source);
     /// How a source was heard when its way was last found, at most some frames ago; unheard for a number that is none.
+    ///
+    /// Borrowed until the next source is added.
     const HeardWay &getHeard(int source) const;
     /// Count of the sources.
     int getSourceCount() const;

@@ -204,9 +204,9 @@ def cellar(take):
         bed.happens(at, house.drip, take.between(0.15, 0.6), take.between(-0.9, 0.9), 1 + i % 6,
                     dull=take.between(1500.0, 6000.0))
         at += take.between(1.6, 6.6)
-    bed.happens(14.2, house.pipe_groan, 0.4, -0.7, 2, dull=600.0)
-    bed.happens(29.0, _scurry, 0.16, 0.8, dull=2500.0)
-    bed.happens(43.5, house.pipe_knock, 0.5, 0.4, 3, dull=700.0)
+    bed.happens(14.2, house.pipe_groan, 0.18, -0.7, 2, dull=600.0)
+    bed.happens(29.0, _scurry, 0.1, 0.8, dull=2500.0)
+    bed.happens(43.5, house.pipe_knock, 0.25, 0.4, 3, dull=700.0)
     bed.happens(50.0, house.thud, 0.8, 0.0, 1, dull=200.0)
     return bed.made()
 
@@ -220,12 +220,12 @@ def boiler_room(take):
     bed.lasting(0.14, -0.6, _flowing(200.0, 1200.0, 0.5, 900.0), 0.7)
     bed.lasting(0.05, 0.5, _steam, 0.3)
     for at, variant in ((5.5, 1), (16.8, 2), (27.1, 4), (38.0, 3)):
-        bed.happens(at, house.pipe_knock, take.between(0.25, 0.5), take.between(-0.9, 0.9), variant, dull=1600.0)
-    bed.happens(21.0, house.pipe_groan, 0.35, -0.5, 1, dull=1100.0)
+        bed.happens(at, house.pipe_knock, take.between(0.12, 0.25), take.between(-0.9, 0.9), variant, dull=1600.0)
+    bed.happens(21.0, house.pipe_groan, 0.2, -0.5, 1, dull=1100.0)
     return bed.made()
 
 
-@sound(loop=True, stereo=True, quality=3, loudness=-35,
+@sound(loop=True, stereo=True, quality=5, loudness=-35,
        what="the well: a shaft that hums when the wind crosses it, and water a long way down",
        judgement="good: the shaft's tone swells and fails; drops come up with their echo")
 def well(take):
@@ -238,7 +238,7 @@ def well(take):
     for i in range(11):
         bed.happens(at, house.drip, take.between(0.2, 0.7), take.between(-0.4, 0.4), 1 + i % 6, dull=2600.0, far=0.9)
         at += take.between(2.2, 6.8)
-    bed.happens(24.0, house.pipe_groan, 0.3, 0.0, 2, dull=250.0, far=0.95)
+    bed.happens(24.0, house.pipe_groan, 0.12, 0.0, 2, dull=250.0, far=0.95)
     return bed.made()
 
 

@@ -18,6 +18,7 @@ def spot(room: Room):
              angle=38, core=0.5, edge=14, color=(1.0, 0.78, 0.50))
     cage = room.put(place.Gibbet, 'cage', at=(-0.25, 3.2, 0.85))
     Swinging(cage, degreesPerSecond=14, sway=2.5, start=25)
+    room.put(place.Sound, 'lampHum', at=(-1.7, 1.55, -1.9), event='LampHum')
     room.put(place.Crate, 'crate', at=(2.3, 0, 2.9), turn=12)
     room.put(place.Barrel, 'barrel', at=(-2.45, 0, 3.4))
     room.put(place.Chair, 'chair', at=(1.0, 0, 0.2), turn=215)
@@ -41,6 +42,7 @@ def candles(room: Room):
             room.put(pattern, 'votive', at=(x, height + 0.30, z), turn=number * 40, **lit)
     room.put(place.Pedestal, 'pedestal', at=(0, 0, 3.62))
     room.put(place.Mourner, 'mourner', at=(0, 0.85, 3.62), turn=SOUTH)
+    room.put(place.Sound, 'flames', at=(0, 1.0, 3.0), event='Fire', volume=0.35)
     for x, strength in ((-0.85, 0.40), (0.80, 0.03)):
         room.put(place.LitCandelabrum, 'altarCandles', at=(x, 0.90, 3.42), strength=strength, reach=2.3)
     for x in (-2.2, 2.2):
@@ -73,6 +75,8 @@ def doorway(room: Room):
     room.put(place.SphereLight, 'lampGlow', at=(-0.1, 2.40, 3.3), strength=0.35, reach=2.3, color=(0.92, 0.96, 0.80),
              flicker=flicker)
     room.put(place.LanternAmber, 'bulb', at=(-0.1, 3.2, 3.5))
+    room.put(place.Sound, 'lampHum', at=(-0.1, 2.4, 3.7), event='LampHum')
+    room.put(place.Sound, 'clockTick', at=(2.2, 1.5, 1.1), event='ClockTick')
     room.put(place.Chair, 'chair', at=(-0.15, 0, 0.45), turn=150)
     room.put(place.Radiator, 'radiator', at=(1.9, 0, 3.98), turn=SOUTH)
     room.put(place.BookStack, 'books', at=(-1.2, 0, 2.6), turn=30)
@@ -117,6 +121,7 @@ def dust(room: Room):
              count=6500, mote=0.004, drift=0.02, strength=1.5)
     room.put(place.Pedestal, 'pedestal', at=(0.33, 0, 2.2), turn=10, scale=(1, 0.4, 1))
     room.put(place.Mourner, 'mourner', at=(0.33, 0.34, 2.2), turn=-75)
+    room.put(place.Sound, 'wind', at=(0, 2.4, 3.9), event='WindAtWindow')
     room.put(place.Column, 'westColumn', at=(-2.2, 0, 2.6))
     room.put(place.Column, 'eastColumn', at=(2.3, 0, 1.6))
     room.put(place.Crate, 'crate', at=(2.4, 0, 3.2), turn=20)
@@ -151,6 +156,7 @@ def graveyard(room: Room):
     room.put(place.Terrain, 'ground', heights='graveyardHeights.dds', at=(0, -0.02, 0), size=(6.0, 1.15, 8.0),
              repeat=3.5)
     room.put(place.NightSky, 'sky')
+    room.put(place.Sound, 'wind', at=(-2.1, 3.5, 2.9), event='Wind')
     graves = ((-1.7, 0.30, 0.55, 8, 'T'), (0.0, 0.32, 0.9, -5, 'C'), (1.7, 0.30, 0.45, -12, 'T'),
               (-1.2, 0.48, 2.3, 14, 'T'), (1.1, 0.50, 2.5, -9, 'C'))
     for number, (x, y, z, turn, kind) in enumerate(graves):
@@ -188,6 +194,7 @@ def mind(room: Room):
         for z in (-0.9, 0.9, 2.7):
             room.put(place.Portrait, 'portrait', at=(x, 1.9, z), turn=turn)
     room.put(place.LongcaseClock, 'clock', at=(-1.5, 0, 3.8), turn=SOUTH)
+    room.put(place.Sound, 'clockTick', at=(-1.5, 1.5, 3.7), event='ClockTick')
     room.put(place.Portrait, 'portrait', at=(0, 1.95, 3.995), turn=SOUTH)
     for x in (-1.2, 1.2):
         room.put(place.SideTable, 'table', at=(x, 0, 2.5))

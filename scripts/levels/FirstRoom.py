@@ -27,6 +27,7 @@ NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90  # which way an object faces
 
 def build(coordinator: Coordinator):
     coordinator.getManager('graphics2').sceneAmbient = 0.06
+    coordinator.getManager('reverb').surroundings = 'woodRoom'
     coordinator.loadMap('villa')
     place.FreeCamera(coordinator, 'camera', at=(1.95, 1.7, -3.35), turn=-21, pitch=7)
 
@@ -40,6 +41,7 @@ def villa(study: MapRootEntity):
     behindTheDoor(study)
     corridor(study)
     lights(study)
+    sounds(study)
 
 
 def shell(study: MapRootEntity):
@@ -170,3 +172,19 @@ def lights(study: MapRootEntity):
     place.SphereLight(study, 'windowGlow', at=(-2.5, 1.9, 1.0), color=place.MOONLIGHT, strength=0.12, reach=2.0)
     place.Dust(study, 'moonDust', at=(-1.87, 0.98, 0.87), turn=96.5, pitch=40.2, size=(1.0, 1.1, 2.9), count=700,
                mote=0.003, drift=0.015)
+
+
+def sounds(study: MapRootEntity):
+    """The fire, the clock, the wind at the window; and a house that settles, somewhere else each time."""
+    place.Sound(study, 'fireSound', at=(-1, 0.4, 3.7), event='Fire')
+    place.Sound(study, 'clockTick', at=(0.72, 1.5, 3.7), event='ClockTick')
+    place.NowAndThen(study, 'clockStrike', at=((0.72, 1.9, 3.7),), event='ClockStrike', every=(300, 300), first=90)
+    place.Sound(study, 'wind', at=(-2.9, 1.7, 1), event='WindAtWindow')
+    place.Sound(study, 'candles', at=(2.3, 0.6, 7.7), event='Fire', volume=0.1)
+    place.NowAndThen(study, 'settling', at=((-2.5, 3.1, -3.5), (2.6, 3.1, -1.0), (0.0, 3.1, 2.4), (2.0, 3.1, 7.0)),
+                     event='Settle', every=(9, 35), first=5)
+    place.NowAndThen(study, 'boards', at=((2.0, 0, 6.0), (2.2, 3.2, -2.0)), event='Floorboard', every=(40, 120),
+                     first=28)
+    place.NowAndThen(study, 'pipes', at=((2.94, 0.8, 0.85), (1.0, 0.8, 5.4)), event='PipeKnock', every=(50, 140),
+                     first=60)
+    place.sounding(place.Entity(study, 'house'), 'Ambience')

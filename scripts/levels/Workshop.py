@@ -44,9 +44,12 @@ class Visit:
         coordinator = map.getAncestorOfType(kaVel.Reflection.Coordinator)
         kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(2.3, Shell.HEIGHT / 2, 3.3, 1),
                         scale=kaVel.Vec4(22, Shell.HEIGHT, 20, 0))
+        place.hear(map)
+        place.sounding(place.Entity(map, 'air'), 'AmbienceWorkshop')
+        coordinator.getManager('reverb').surroundings = 'cellar'
         camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
         self.map = map
-        self.walker = place.Walker(place.Player(map), camera)
+        self.walker = place.Walker(place.Player(map), camera, floor=Shell.FLOORS)
         self.pointer = place.Pointer(self.walker, map)
         self.notice = place.Notice(coordinator)
         self.rooms = Shell.build(map)

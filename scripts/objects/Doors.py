@@ -18,7 +18,8 @@ def IronDoor(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn:
     leaf = placed(parent, name, at=(at[0], at[1] + 0.01 + LEAF[1] / 2, at[2]), turn=turn)
     door = _leaf(leaf, LEAF, 'DoorPhysics', pivotPosition=kaVel.Vec4(-LEAF[0] / 2, 0, 0, 0), locked=locked)
     look(leaf, 'ironDoor', 'iron')
-    LeafVoice(leaf, lambda: door.prevAngle, 'DoorCreak', shut='DoorLatch', slam='DoorSlamIron')
+    LeafVoice(leaf, (at[0], at[1] + LEAF[1] / 2, at[2]), turn, lambda: door.prevAngle, 'DoorCreak',
+              shut='DoorLatch', slam='DoorSlamIron')
     return leaf
 
 
@@ -29,7 +30,8 @@ def SlidingDoor(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), tu
     door = _leaf(leaf, SLIDING_LEAF, 'SlidingDoorPhysics', openVelocity=kaVel.Vec4(SLIDING_SPEED, 0, 0, 0),
                  direction='Right')
     look(leaf, 'slidingDoor', 'wood')
-    LeafVoice(leaf, lambda: door.currentOffset, 'DoorSlide', shut='DoorSlideStop', stop='DoorSlideStop')
+    LeafVoice(leaf, (at[0], at[1] + SLIDING_LEAF[1] / 2, at[2]), turn, lambda: door.currentOffset, 'DoorSlide',
+              shut='DoorSlideStop', stop='DoorSlideStop')
     iron = placed(leaf, 'iron')
     addVolume(iron, SLIDING_LEAF, 'BV_NONE')
     kaVel.addComponent(iron, 'parentFollower', 'ParentFollowerComponent')
@@ -37,7 +39,9 @@ def SlidingDoor(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), tu
     return leaf
 
 
-def _leaf(leaf: kaVel.Entity, size: Triple, className: Literal['DoorPhysics', 'SlidingDoorPhysics'], **properties: Any):
+def _leaf(leaf: kaVel.Entity, size: Triple, className: Literal['DoorPhysics', 'SlidingDoorPhysics'],
+          **properties: Any) -> Any:
+    """Gives a leaf its volume and the body that moves it, which is returned."""
     volume = addVolume(leaf, size, 'BV_DOOR')
     door = kaVel.addComponent(leaf, 'physics', className, **properties)
     volume.setInteractFunc(door.interact)

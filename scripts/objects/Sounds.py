@@ -10,7 +10,7 @@ from typing import Callable, NamedTuple, Sequence
 
 import GameConfig
 import kaVel
-from objects.Placing import LevelClock, Triple, onFrame, placed
+from objects.Placing import LevelClock, Triple, around, onFrame, placed
 
 #: Surface -> what steps on it sound like, the middle of the names of the events "StepWoodWalk".
 STEPS = {
@@ -30,6 +30,8 @@ BODIES = {
 
 #: A door is shut when it is less open than this, radians or metres, and slams when it shuts faster than that, a second.
 SHUT, SLAM = 0.02, 3.5
+#: How far before a leaf its sounds come from, metres.
+FACE = 0.45
 
 #: An area of a floor: its least and greatest x and z, metres, and its surface.
 Area = tuple[float, float, float, float, str]
@@ -134,30 +136,48 @@ class Footsteps:
 class LeafVoice:
     """What a door's leaf is heard like as it moves, beside what it says by itself when it is opened and shut.
 
-    `position` gives where the leaf is, in radians or metres, 0 when it is shut.
+    `at` is the middle of the doorway and `turn` that of the shut leaf; `position` gives where the leaf is, in radians
+    or metres, 0 when it is shut. The sounds come from the face that is turned to the ears: within the leaf they would
+    be heard through it.
     """
 
-    def __init__(self, leaf: kaVel.Entity, position: Callable[[], float], motion: str, shut: str, slam: str = '',
-                 stop: str = ''):
-        self.component = sounds(leaf, 'DoorOpen', 'DoorLocked', *filter(None, (motion, shut, slam, stop)))
+    def __init__(self, leaf: kaVel.Entity, at: Triple, turn: float, position: Callable[[], float], motion: str,
+                 shut: str, slam: str = '', stop: str = ''):
+        self.events = ['DoorOpen', 'DoorLocked', *filter(None, (motion, shut, slam, stop))]
+        self.component = sounds(leaf, *self.events)
+        self.ears = leaf.getAncestorOfType(kaVel.Reflection.Coordinator).getManager('sound')
+        self.at, self.turn, self.side = at, turn, 0
         self.position, self.motion, self.shut, self.slam, self.stop = position, motion, shut, slam, stop
         self.clock = LevelClock(leaf)
         self.last, self.speed = position(), 0.0
+        self.impact = 0.0  # speed that a stop is heard by: that of the frames before it, in which a leaf eases
         onFrame(leaf, self.doFrame)
 
+    def faceTheEars(self):
+        x, _, z = around((0, 0, 0), self.turn, 0, 0, 1)
+        ears = self.ears.globalListener.position
+        side = 1 if (ears.x - self.at[0]) * x + (ears.z - self.at[2]) * z > 0 else -1
+        if side != self.side:
+            self.side = side
+            place = kaVel.Vec4(*around(self.at, self.turn, 0, 0, FACE * side), 1)
+            for event in self.events:
+                self.component.placeEvent(event, place)
+
     def doFrame(self):
+        self.faceTheEars()
         seconds = self.clock.frameSeconds()
         if seconds <= 0:
             return
         now, before, speedBefore = self.position(), self.last, self.speed
         self.last, self.speed = now, abs(now - before) / seconds
+        self.impact = max(self.speed, 0.9 * self.impact)
         if self.speed > 0:
             self.component.setParam(self.motion, 'speed', self.speed)
             if not speedBefore:
                 self.component.playSoundEffect(self.motion)
         elif speedBefore:
             self.component.stopSoundEffect(self.motion)
-            self.comeToRest(abs(now), speedBefore)
+            self.comeToRest(abs(now), self.impact)
 
     def comeToRest(self, opening: float, speed: float):
         """Lets the end of a motion be heard: shut gently, with a bang, or against the stop."""

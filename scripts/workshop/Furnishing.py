@@ -26,6 +26,8 @@ def workshop(room: Entity, pointer: place.Pointer):
     pointer.name(barrel.getChild('block'), 'a barrel of oil')
     place.HangingLamp(room, 'benchLamp', at=(1.0, HEIGHT, -2.7), strength=1.2)
     place.Lantern(room, 'doorLantern', at=(3.55, HEIGHT, 0.2), glass='amber', strength=0.45, reach=3.8)
+    place.Sound(room, 'lampSound', at=(1.0, 2.4, -2.7), event='LampHum', volume=0.5)
+    place.NowAndThen(room, 'pipeKnocks', at=((3.0, 3.0, 0.2), (-1.0, 3.0, 0.2)), event='PipeKnock', every=(14, 40))
     place.Decal(room, 'oil', picture='bloodPool', at=(0.6, 0, -1.0), pitch=90, roll=40, size=(1.6, 1.6), alpha=0.6)
     place.Decal(room, 'grime', picture='grime', at=(-4, 0.7, 1.0), turn=WEST, size=(1.9, 1.5))
     place.Decal(room, 'soot', picture='scorch', at=(-2.7, 0, 1.2), pitch=90, size=(1.8, 1.4))
@@ -34,6 +36,8 @@ def workshop(room: Entity, pointer: place.Pointer):
 def boiler(room: Entity, pointer: place.Pointer):
     """The boiler in the north-west corner, its fire towards the room."""
     place.Boiler(room, 'boiler', at=(-3.0, 0, 2.75), turn=SOUTH)
+    place.Sound(room, 'boilerSound', at=(-3.0, 0.9, 2.2), event='Boiler')
+    place.Sound(room, 'fireSound', at=(-3.0, 0.6, 1.7), event='Fire', volume=0.6)
     block = place.Block(room, 'boilerBlock', at=(-3.0, 0, 2.85), size=(1.5, 1.8, 2.1))
     pointer.name(block, 'the boiler')
     place.SphereLight(room, 'fire', at=(-3.0, 0.85, 1.35), color=FIRELIGHT, strength=0.75, reach=4.6,
@@ -55,11 +59,15 @@ def store(room: Entity, pointer: place.Pointer):
                       flicker=place.burning(2, depth=0.05))
     place.LitChamberstick(room, 'candle', at=(8.6, 0.83, 1.62), reach=2.6)
     place.Pipe(room, 'pipe', at=(10.6, 0, 0.3), turn=WEST)
+    place.NowAndThen(room, 'rats', at=((9.9, 0.1, -3.4), (8.0, 0.3, 1.6)), event='RatsRun', every=(35, 90))
 
 
 def cistern(room: Entity, pointer: place.Pointer):
     for x in (-5.6, 3.6):
         place.Pipe(room, 'pipe', at=(x, 0, 10.6), turn=SOUTH)
+    place.NowAndThen(room, 'drips', at=((-3.4, 0.1, 9.6), (2.6, 0.1, 5.6), (-1.0, 0.1, 10.0)), event='Drip',
+                     every=(2, 7))
+    place.NowAndThen(room, 'pipeGroans', at=((-5.6, 2.0, 10.5), (3.6, 2.0, 10.5)), event='PipeGroan', every=(25, 70))
     place.HangingLamp(room, 'basinLamp', at=(1.9, HEIGHT, 8.0), strength=1.2)
     place.Decal(room, 'grime', picture='grime', at=(-1.0, 0.7, 10.6), turn=NORTH, size=(2.2, 1.6))
     place.Decal(room, 'crack', picture='crack', at=(-3.2, 1.6, 10.6), turn=NORTH, size=(2.4, 3.0))

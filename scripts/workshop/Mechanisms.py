@@ -33,13 +33,17 @@ class Chute:
         self.spawner = kaVel.addComponent(spawner, 'trigger', 'ObjectSpawner', objectType='CargoCrate',
                                           position=kaVel.Vec4(x, 2.0, z, 1), active=False)
         self.left = self.CRATES
+        self.button = place.sounds(post, 'Button')
+        self.slide = place.sounds(spawner, 'CoalChute')
         pointer.use(post.getChild('block'), 'a red button', 'press the button', self.press)
 
     def press(self, player: Object | None):
+        self.button.playSoundEffect('Button')
         if not self.left:
             self.notice.show('The chute is empty.')
             return
         self.left -= 1
+        self.slide.playSoundEffect('CoalChute')
         self.spawner.active = True
         self.pointer.name(self.spawner.spawnObject(kaVel.Handle()), 'a crate, 30 kg')
 
@@ -51,6 +55,7 @@ class Updraught:
         x, z = UPDRAUGHT
         place.ShaftGrate(room, 'grate', at=(x, 0, z))
         self.fan = place.FanBlades(room, 'fan', at=(x, 0.045, z))
+        place.sounding(self.fan, 'Dynamo', 'Wind', volume=0.5)
         self.transform = self.fan.getComponent('transform')
         place.Dust(room, 'risingDust', at=(x, 1.4, z), size=(1.3, 2.6, 1.3), count=900, mote=0.006, drift=0.35,
                    strength=1.3)
@@ -75,6 +80,7 @@ class Bell:
         self.notice, self.clock = notice, LevelClock(room)
         lamp = place.HangingLamp(room, 'bellLamp', at=(-2.6, HEIGHT, 6.6), strength=0.8, color=(1.0, 0.30, 0.16))
         _light(lamp, False)
+        self.sounds = place.sounds(placed(room, 'bellTower', at=(ARCH_X, 9.0, 7.0)), 'BellStruck')
         # So high that it meets a walker, but not the crate that he may push before him.
         sensor = placed(map, 'bell', at=(ARCH_X, 1.55, 5.0))
         volume = addVolume(sensor, (2.4, 0.3, 0.6))
@@ -87,6 +93,7 @@ class Bell:
         self.trigger.eventFunc = None
         _light(lamp, True)
         if self.clock.seconds() > 0:  # at the level's beginning it is what has come back from an earlier visit
+            self.sounds.playSoundEffect('BellStruck')
             self.notice.show('Far above, a bell strikes once.')
             kaVel.log('The bell strikes.')
 
@@ -106,6 +113,7 @@ class FuseBox:
         box = place.FuseBox(room, 'fuseBox', at=at, turn=SOUTH)
         for x, y in ((-0.12, 0.14), (0.0, 0.14), (0.12, 0.14), (-0.12, -0.14), (0.12, -0.14)):
             place.Fuse(box, 'oldFuse', at=place.around(at, SOUTH, x, y, 0.06), turn=SOUTH)
+        self.sounds = place.sounds(box, 'BatteryIn', 'PickUp')
         self.inPlace = place.Fuse(room, 'fuseInBox', at=place.around(at, SOUTH, 0.0, -0.14, 0.06), turn=SOUTH)
         lamp = place.HangingLamp(room, 'chuteLamp', at=(2.0, HEIGHT, 2.4), strength=0.9)
         self.lit = [entity.getComponent('graphics2') for entity in
@@ -128,6 +136,8 @@ class FuseBox:
     def take(self, player: Object):
         kaVel.persist(self.fuse, 'murder')
         self.fuse.murder()
+        self.sounds.placeEvent('PickUp', self.fuse.getComponent('transform').position)
+        self.sounds.playSoundEffect('PickUp')
         self.notice.show('You take the fuse.')
 
     def putIn(self, player: Object):
@@ -137,6 +147,7 @@ class FuseBox:
             self.notice.show('One fuse is missing.')
             return
         self.light()
+        self.sounds.playSoundEffect('BatteryIn')
         for drawn in self.lit:
             kaVel.persist(drawn, 'setVisible', True)
 
@@ -151,6 +162,7 @@ class Bolts:
     def __init__(self, map: MapRootEntity, walker: place.Walker):
         self.map, self.walker = map, walker
         self.number = 0
+        self.sounds = place.sounds(walker.player, 'Throw')
         kaVel.onKey(map, 'throw', self.throw)
 
     def throw(self):
@@ -163,4 +175,6 @@ class Bolts:
         place.addBody(bolt, 2.0, damping=0.8, className='BulletPhysics', lifetime=BOLT_LIFETIME,
                       velocity=kaVel.Vec4(*(BOLT_SPEED * part for part in ahead), 0))
         place.look(bolt, 'bolt', 'iron')
+        place.heardAs(bolt, 'BoltOnStone', '')
+        self.sounds.playSoundEffect('Throw')
         kaVel.finishLoad(bolt)

@@ -33,6 +33,10 @@ DOORWAY = (1.2, 2.2)  # width and height of the openings
 ARCH = (1.4, 2.25)
 
 
+#: What one walks on, for steps; see `objects.Sounds.Area`.
+FLOORS = ((-7, 12, -5, 12, 'flagstones'), (4.6, 10.6, -4, 2, 'concrete'), (-5.0, -3.4, 7.5, 9.1, 'iron'))
+
+
 def build(map: MapRootEntity):
     """All three rooms under their entities; returns those by name."""
     rooms = {name: place.Entity(map, name) for name in ('workshop', 'store', 'cistern')}

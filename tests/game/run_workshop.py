@@ -334,6 +334,38 @@ def script(visit, loads):
     assert notes[12] == "bell True", f"its lamp stays lit, and it is silent: {notes[12]}"
 
 
+def test_steps_doors_and_what_falls_are_heard_by_what_they_are_of(world):
+    notes, _ = drive(world, '''
+def script(visit, loads):
+    sounds, door = visit.map.parent.getManager('sound'), visit.leaves['storeDoor'].getComponent('physics')
+
+    def hear(what, frames):
+        heard = set()
+        for _ in range(frames):
+            yield 1
+            heard.update(each.name for each in sounds.heardSounds if each.name.startswith(('Step', 'Door', 'Impact')))
+        note(what, *sorted(heard))
+
+    visit.goTo(5)
+    yield 180  # what hangs at the beginning comes to rest
+    yield from hear('still', 30)
+    press('W')
+    yield from hear('walks', 60)
+    release('W')
+    yield 30
+    door.openDoor(visit.walker.player)
+    yield from hear('opens', 90)
+    door.slamDoor(visit.walker.player)
+    yield from hear('slams', 90)
+    yield 180
+    crate = visit.map.getChild('crate')
+    crate.getComponent('transform').position = kaVel.Vec4(1.7, 1.5, -1.0, 1)
+    yield from hear('falls', 60)
+''', 740)
+    assert notes == ["still", "walks StepStoneWalk", "opens DoorCreak DoorOpen",
+                     "slams DoorCreak DoorOpen DoorSlamIron", "falls ImpactWood"], notes
+
+
 def test_every_view_looks_as_it_did_and_the_same_twice(world):
     golden.small(world)
     shots = {}

@@ -156,7 +156,7 @@ def graveyard(room: Room):
     room.put(place.Terrain, 'ground', heights='graveyardHeights.dds', at=(0, -0.02, 0), size=(6.0, 1.15, 8.0),
              repeat=3.5)
     room.put(place.NightSky, 'sky')
-    room.put(place.Sound, 'wind', at=(-2.1, 3.5, 2.9), event='Wind')
+    room.put(place.Sound, 'wind', at=(-2.1, 3.5, 2.9), event='WindAtWindow', volume=0.6)
     graves = ((-1.7, 0.30, 0.55, 8, 'T'), (0.0, 0.32, 0.9, -5, 'C'), (1.7, 0.30, 0.45, -12, 'T'),
               (-1.2, 0.48, 2.3, 14, 'T'), (1.1, 0.50, 2.5, -9, 'C'))
     for number, (x, y, z, turn, kind) in enumerate(graves):

@@ -25,20 +25,20 @@ class LightSwitch:
         light = ShadowSpot(handle, 'lightSwitchLight', at=(lamp[0], lamp[1] - BULB_BELOW_HOOK, lamp[2]), pitch=90,
                            strength=2.1, reach=8.0, angle=66, core=0.3, edge=3, color=LAMPLIGHT, nearClip=0.12)
         self.light = light.getComponent('graphics2')
-        self.shown = None  # whether the lever stands as if the lamp was lit
         self.sounds = sounds(self.lever, 'LampSwitch')
-        pointer.use(handle, 'a light switch', self.hint, volume.lightSwitchInteract)
+        self.volume = volume
+        pointer.use(handle, 'a light switch', self.hint, self.switch)
         onFrame(self.lever, self.doFrame)
+
+    def switch(self, player: kaVel.Object):
+        self.sounds.playSoundEffect('LampSwitch')
+        self.volume.lightSwitchInteract()
 
     def hint(self):
         return 'switch the lamp off' if self.light.visible else 'switch the lamp on'
 
     def doFrame(self):
-        lit = self.light.visible
-        if self.shown not in (None, lit):
-            self.sounds.playSoundEffect('LampSwitch')
-        self.shown = lit
-        pitch = 38 if lit else -38
+        pitch = 38 if self.light.visible else -38
         self.lever.getComponent('transform').orientation = turned(self.turn, pitch)
 
 

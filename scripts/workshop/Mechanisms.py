@@ -55,7 +55,7 @@ class Updraught:
         x, z = UPDRAUGHT
         place.ShaftGrate(room, 'grate', at=(x, 0, z))
         self.fan = place.FanBlades(room, 'fan', at=(x, 0.045, z))
-        place.sounding(self.fan, 'Dynamo', 'Wind', volume=0.5)
+        place.sounding(self.fan, 'Dynamo', volume=0.6)
         self.transform = self.fan.getComponent('transform')
         place.Dust(room, 'risingDust', at=(x, 1.4, z), size=(1.3, 2.6, 1.3), count=900, mote=0.006, drift=0.35,
                    strength=1.3)

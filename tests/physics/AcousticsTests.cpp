@@ -242,6 +242,14 @@ TEST(SoundWays, FromFloorToFloorASoundComesByPassagesAndDullThroughTheSlab)
     EXPECT_NEAR(decibels(byStairs.gain), 0.f, 0.1f);
     EXPECT_NEAR(byStairs.distance, std::hypot(8.f, 8.f) + std::hypot(3.f, 3.f) + std::hypot(8.f, 11.f), 0.5f);
     EXPECT_LT(byStairs.apparent.x, 0.f);
+
+    scene.ways->setListener(below);
+    const int source = scene.ways->addSource(above);
+    EXPECT_NEAR(scene.ways->getHeard(source).gain, byStairs.gain, 1e-3f);
+    scene.ways->setListener(Vec4(3, 4.8f, -2, 1)); // a floor up, on the same spot
+    scene.ways->doFrame();
+    scene.ways->doFrame();
+    EXPECT_TRUE(scene.ways->getHeard(source).inSight);
 }
 
 TEST(SoundWays, SourcesAreFollowedWithinABoundedWorkAFrameAndWithoutAllocations)

@@ -31,7 +31,9 @@ public:
 
     /// Whether the map differs from what was read; looks at a part of it in each call.
     bool hasChanged(const Handle<MapRootEntity> &map);
-    /// Has the next `hasChanged` say so.
+    /// Whether what was read still counts.
+    bool isCurrent() const { return isRead; }
+    /// Lets it count no more.
     void forget() { isRead = false; }
     /// Reads walls and doors anew.
     void read(const Handle<MapRootEntity> &map, WallPlan &walls, DoorPlan &doors);

@@ -42,17 +42,19 @@ void SoundMap::doFrame(const Handle<MapRootEntity> &map)
     frameWork = 0;
     for (Question &question : questions)
         question.framesLeft = std::max(0, question.framesLeft - 1);
-    follow(map);
+    if (survey.hasChanged(map))
+        survey.forget();
+    catchUp(map);
     if (sources.empty())
         return;
     spreadFromListener(false);
     refreshSources();
 }
 
-/// Notices what has changed in the map.
-void SoundMap::follow(const Handle<MapRootEntity> &map)
+/// Reads walls that have changed, and how far the doors stand open.
+void SoundMap::catchUp(const Handle<MapRootEntity> &map)
 {
-    if (survey.hasChanged(map))
+    if (!survey.isCurrent())
         rebuild(map);
     if (doors.readLeaves())
         ++state;
@@ -90,13 +92,14 @@ void SoundMap::spreadFromListener(bool onlyIfNone)
     if (!isPlace(listener))
         return;
     const PlanPoint root = placeInPlan(listener);
+    const int floor = survey.floorAt(listener.y);
     const float moved = (root - known.getRoot()).length();
-    const bool isUnknown = knownState == 0 || moved > LISTENER_LEAPT;
+    const bool isUnknown = knownState == 0 || moved > LISTENER_LEAPT || floor != known.getFloor();
     if (onlyIfNone && !isUnknown)
         return;
     if (isUnknown || (nextState == 0 && (knownState != state || moved > LISTENER_MOVED)))
     {
-        next.begin(root, survey.floorAt(listener.y), space());
+        next.begin(root, floor, space());
         nextState = state;
     }
     if (nextState == 0)
@@ -141,7 +144,7 @@ int SoundMap::refresh(SoundSource &source, bool everywhere, WorkBudget budget)
 
 void SoundMap::refresh(SoundSource &source, const Handle<MapRootEntity> &map)
 {
-    follow(map);
+    catchUp(map);
     source.ends = WayEnds();
     spreadFromListener(true);
     refresh(source, true, WorkBudget::unlimited());
@@ -151,7 +154,7 @@ HeardWay SoundMap::hear(const Vec4 &from, const Vec4 &at, const Handle<MapRootEn
 {
     if (!isPlace(from) || !isPlace(at))
         return HeardWay::nothingAt(isPlace(at) ? at : Vec4());
-    follow(map);
+    catchUp(map);
     bool listenerIsRoot = false;
     const WaysFrom &ways = waysFor(from, at, listenerIsRoot);
     const Vec4 &root = listenerIsRoot ? at : from, &end = listenerIsRoot ? from : at;

@@ -50,7 +50,7 @@ public:
     /// Lines of sight that a frame may spend on ways, and on sources, each.
     static constexpr int LINES_A_FRAME = 96;
     /// Those that one source may spend.
-    static constexpr int LINES_A_SOURCE = 512;
+    static constexpr int LINES_A_SOURCE = 256;
     /// Those that a change of walls may take at once.
     static constexpr int LINES_AHEAD = 200000;
     static constexpr int QUESTIONS = 16;
@@ -95,7 +95,7 @@ private:
     };
 
     SoundSpace space() { return SoundSpace{graph, walls, doors}; }
-    void follow(const Handle<MapRootEntity> &map);
+    void catchUp(const Handle<MapRootEntity> &map);
     void rebuild(const Handle<MapRootEntity> &map);
     void exploreAhead();
     void spreadFromListener(bool onlyIfNone);

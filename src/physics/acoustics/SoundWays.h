@@ -19,7 +19,8 @@ struct SoundSource;
 /// Sound takes the shortest way through the air: around the corners of walls, through doorways, and past doors by how
 /// far they stand open; it is heard from the last corner that it turns around. A closed door takes 22 dB and all above
 /// 900 Hz, each corner a little by how sharp the turn is. Besides, a dull rest comes straight through walls, 34 dB less
-/// and more by their thickness. Both are summed. Neither gain nor distance jumps while something moves.
+/// and more by their thickness. Both are summed; a way of more than 72 m is none. Neither gain nor distance jumps while
+/// something moves.
 ///
 /// Walls are what stops others, volumes of type BV_WALL with a body beside them, where they reach through the height of
 /// an ear, 1.5 m above the map's floor; and cells of ".MapData_mainPathGrid/grid" with a value of 1 or more. What is

@@ -7,14 +7,15 @@ extern "C" int dlclose(void *)
     return 0;
 }
 
-/// The software driver and its loaders keep a few hundred bytes a context to the end of the process; the sound files'
-/// library loses what it began to read of a damaged Ogg file.
+/// The software driver and its loaders keep a few hundred bytes a context to the end of the process, the sound device
+/// its connection to the host's messages; the sound files' library loses what it began to read of a damaged Ogg file.
 extern "C" const char *__lsan_default_suppressions()
 {
     return "leak:swrast_dri.so\n"
            "leak:libepoxy.so\n"
            "leak:libEGL_mesa.so\n"
            "leak:libEGL.so\n"
+           "leak:libdbus-1.so\n"
            "leak:vorbis_info_init\n";
 }
 

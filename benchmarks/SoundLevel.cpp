@@ -18,7 +18,7 @@ constexpr int DOORS = 20, CLOSED = 10, SWINGING = 4;
 
 constexpr const char *PROJECT = "project kaVel 1\ncategory sfx 1\ngroup sfx\nevent Walker\n category sfx\n mode loop\n"
                                 " voices 64\n layer one\n  sample walker.wav\n"
-                                " parameter distance 0 60\n  volume 0:1 60:0\n  lowpass 0:22000 60:4000\n";
+                                " parameter distance 0 60\n  volume 0:1 60:0\n";
 
 void writeNumber(std::ostream &out, std::uint32_t number, int bytes)
 {

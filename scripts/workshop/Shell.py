@@ -44,6 +44,8 @@ def build(map: MapRootEntity):
     store(rooms['store'])
     cistern(rooms['cistern'])
     blocks(map)
+    place.ReverbZone(rooms['store'], 'echo', at=(7.6, 0, -1), size=(6, HEIGHT, 6), room='smallRoom')
+    place.ReverbZone(rooms['cistern'], 'echo', at=(-1, 0, 7.6), size=(10, HEIGHT, 6), room='tunnel')
     return rooms
 
 

@@ -155,7 +155,7 @@ TEST_F(Sound, PlayingWhatIsPausedBeginsAnew)
     EXPECT_EQ(deeds("Ring"), "stop ");
 }
 
-TEST_F(Sound, ParametersAreFoundAmongSoundEffectsAlone)
+TEST_F(Sound, ParametersOfEffectsAndOfMusicAreSetApart)
 {
     SoundComponent &runner = thing("runner");
     runner.addSoundEffect(SCS("Sprint"));
@@ -167,6 +167,10 @@ TEST_F(Sound, ParametersAreFoundAmongSoundEffectsAlone)
     runner.setParam(SCS("Walk"), fatigue, 1);
     EXPECT_FLOAT_EQ(audio.event("Sprint").fatigue.value, 0.75f);
     EXPECT_FLOAT_EQ(audio.event("March").fatigue.value, -1);
+    runner.setMusicParam(SCS("March"), fatigue, 0.5f);
+    runner.setMusicParam(SCS("Sprint"), fatigue, 0.5f);
+    EXPECT_FLOAT_EQ(audio.event("March").fatigue.value, 0.5f);
+    EXPECT_FLOAT_EQ(audio.event("Sprint").fatigue.value, 0.75f);
     EXPECT_FLOAT_EQ(runner.getParamRange(SCS("Sprint"), fatigue).most, 40);
     EXPECT_FLOAT_EQ(runner.getParamRange(SCS("Sprint"), SCS("hunger")).most, 0);
 }

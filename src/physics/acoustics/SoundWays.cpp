@@ -19,7 +19,8 @@ SoundWays::~SoundWays() = default;
 
 Handle<SoundWays> SoundWays::ofMap(const Handle<MapRootEntity> &map)
 {
-    return getHandle(componentOf<SoundWays>(map, ComponentKeys::soundWays));
+    const SoundWays *const ways = componentOf<SoundWays>(map, ComponentKeys::soundWays);
+    return ways ? getHandle(ways) : Handle<SoundWays>();
 }
 
 Handle<MapRootEntity> SoundWays::findMap()

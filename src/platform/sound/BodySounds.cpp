@@ -164,18 +164,17 @@ void BodySounds::giveLoops()
     std::stable_sort(order.begin(), order.end(),
                      [this](std::size_t a, std::size_t b) { return bodies[a].moving > bodies[b].moving; });
     for (const std::size_t number : order)
-        startLoop(number);
+        startLoop(bodies[number]);
 }
 
-void BodySounds::startLoop(std::size_t number)
+void BodySounds::startLoop(Body &body)
 {
-    Body &body = bodies[number];
     Pool &pool = pools[static_cast<std::size_t>(body.motion)];
     const auto free = std::find(pool.users.begin(), pool.users.begin() + static_cast<long>(pool.names.size()), NOBODY);
     const auto transform = body.body.lookup()->getTransformComponent().lookup();
     if (!transform || free == pool.users.begin() + static_cast<long>(pool.names.size()))
         return;
-    *free = number;
+    *free = static_cast<std::size_t>(&body - bodies.data());
     body.voice = static_cast<int>(free - pool.users.begin());
     const String &name = pool.names[static_cast<std::size_t>(body.voice)];
     placeEvent(name, transform->getPosition());

@@ -73,7 +73,7 @@ private:
     void playContact(Body &body);
     void moveLoops();
     void giveLoops();
-    void startLoop(std::size_t number);
+    void startLoop(Body &body);
     void stopLoop(Pool &pool, std::size_t voice);
     void forgetTheDead();
 

@@ -62,7 +62,7 @@ std::vector<String> namesIn(const PythonObject &sequence)
         allTexts = String_from_python_str::convert((*it).ptr(), names.emplace_back());
     if (!allTexts)
     {
-        PyErr_SetString(PyExc_TypeError, "sounds are given as a list of the names of their events");
+        PyErr_SetString(PyExc_ValueError, "sounds are given as a list of the names of their events");
         python::throw_error_already_set();
     }
     return names;

@@ -259,9 +259,17 @@ void SoundComponent::setEventVolume(String eventName, float vol)
 
 void SoundComponent::setParam(String sound, String paramName, float value)
 {
-    SoundEvent *const event = sounds_.find(sound);
-    SoundParameter *const param = event ? event->findParam(paramName) : nullptr;
-    if (param)
+    setParamOf(sounds_.find(sound), paramName, value);
+}
+
+void SoundComponent::setMusicParam(String music, String paramName, float value)
+{
+    setParamOf(music_.find(music), paramName, value);
+}
+
+void SoundComponent::setParamOf(SoundEvent *event, const String &paramName, float value)
+{
+    if (SoundParameter *const param = event ? event->findParam(paramName) : nullptr)
         param->SetParam(value);
 }
 

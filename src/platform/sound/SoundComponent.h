@@ -78,6 +78,8 @@ public:
     ///
     /// A name that was not added, a parameter that the event lacks and a value that is no number are passed over.
     void setParam(String sound, String paramName, float value);
+    /// Sets a parameter of a piece of music, such as its "tension"; as `setParam` does for sound effects.
+    void setMusicParam(String music, String paramName, float value);
     /// Puts a sound effect, or else a piece of music, at a place where it stays, apart from the entity.
     void placeEvent(String eventName, Vec4 position);
 
@@ -114,6 +116,7 @@ private:
     void tellMissing(const char *kind, const String &name, const NameMap<bool> &known) const;
     SoundManager *findManager() const;
     SoundEvent *findEvent(const String &name);
+    static void setParamOf(SoundEvent *event, const String &paramName, float value);
     void play(SoundType type, const String &name);
     void stop(SoundType type, const String &name);
     void pause(SoundType type, const String &name, bool paused);

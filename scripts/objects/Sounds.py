@@ -5,6 +5,7 @@ The events stand in `assets/sound/fmod/kaVel.fev`. One that it lacks is told in 
 
 from __future__ import annotations
 
+import math
 import random
 from typing import Callable, NamedTuple, Sequence
 
@@ -63,18 +64,26 @@ def Sound(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), event: s
 
 @kaVel.pattern
 def NowAndThen(parent: kaVel.Object, name: str = '', at: Sequence[Triple] = ((0, 0, 0),), event: str = '',
-               every: tuple[float, float] = (20.0, 60.0), first: float | None = None):
-    """An event that sounds now and then from one of some places, after so many seconds of the level's time each."""
+               every: tuple[float, float] = (20.0, 60.0), first: float | None = None, lasting: float = math.inf):
+    """An event that sounds now and then from one of some places, after so many seconds of the level's time each.
+
+    One that plays on until it is stopped is ended after `lasting` seconds.
+    """
     source = placed(parent, name or event, at=at[0])
     component, transform, clock = sounds(source, event), source.getComponent('transform'), LevelClock(source)
     # Dice of its own: what sounds has no part in the chance of what happens, and a run of the same seed repeats both.
     dice = random.Random('%s %d' % (source.name, GameConfig.seed))
-    due = [dice.uniform(0, every[1]) if first is None else first]
+    due, end = dice.uniform(0, every[1]) if first is None else first, math.inf
 
     def doFrame():
-        if clock.seconds() < due[0]:
+        nonlocal due, end
+        now = clock.seconds()
+        if now >= end:
+            end = math.inf
+            component.stopSoundEffect(event)
+        if now < due:
             return
-        due[0] = clock.seconds() + dice.uniform(*every)
+        due, end = now + dice.uniform(*every), now + lasting
         transform.position = kaVel.Vec4(*dice.choice(at), 1)
         component.playSoundEffect(event)
 

@@ -59,7 +59,8 @@ def store(room: Entity, pointer: place.Pointer):
                       flicker=place.burning(2, depth=0.05))
     place.LitChamberstick(room, 'candle', at=(8.6, 0.83, 1.62), reach=2.6)
     place.Pipe(room, 'pipe', at=(10.6, 0, 0.3), turn=WEST)
-    place.NowAndThen(room, 'rats', at=((9.9, 0.1, -3.4), (8.0, 0.3, 1.6)), event='RatsRun', every=(35, 90))
+    place.NowAndThen(room, 'rats', at=((9.9, 0.1, -3.4), (8.0, 0.3, 1.6)), event='RatsRun', every=(35, 90),
+                     lasting=5)
 
 
 def cistern(room: Entity, pointer: place.Pointer):

@@ -103,7 +103,8 @@ void PartitioningGrid::updateSize()
     for (int z = 0; z < std::min(oldRows, rows); ++z)
         for (int x = 0; x < std::min(oldColumns, columns); ++x)
             marks[static_cast<std::size_t>(cellIndex(x, z))] =
-                lastRequestMarkings[static_cast<std::size_t>(oldColumns * z + x)];
+                lastRequestMarkings[static_cast<std::size_t>(oldColumns) * static_cast<std::size_t>(z) +
+                                    static_cast<std::size_t>(x)];
     lastRequestMarkings.swap(marks);
 
     if (size != laidOutSize || position != laidOutPosition || cellSize != laidOutCellSize)

@@ -72,6 +72,8 @@ void SoundSystem::systemStartup()
 
 void SoundSystem::InitFMOD()
 {
+    if (pEventSystem_)
+        return;
     openEventSystem();
     if (!pEventSystem_ || !pFMODSystem_)
     {

@@ -37,7 +37,7 @@ public:
 
     SoundSystem() = default;
 
-    /// Brings up the audio library and loads the project "kaVel.fev".
+    /// Brings up the audio library and loads the project "kaVel.fev"; nothing where that has been done.
     void InitFMOD();
 
     /// Sets the loudness of all sound effects, 0..1, in the level in charge and those to come.

@@ -104,6 +104,7 @@ def play(build, target):
         level = world.folder / "scripts" / "levels" / "Workshop.py"
         level.write_text(level.read_text().replace("def views():", "def noViews():").replace(
             "    _visit.goTo(1)\n", "    _visit.goTo(1)\n    import minute\n    minute.begin(coordinator, _visit)\n"))
+        game.TIMEOUT_S = 1200
         outcome = world.run(level="Workshop", frames=int(SECONDS * FRAMES_PER_SECOND) + 2, KAVEL_SOUND=str(target),
                             KAVEL_SIZE="64x36")
         outcome.expect_code(0)

@@ -21,7 +21,7 @@ inline int toCell(double coordinate)
 /// No number counts as 0.
 inline int firstCell(float coordinate, int count)
 {
-    return static_cast<int>(std::min(std::max(0.f, coordinate), static_cast<float>(count)));
+    return static_cast<int>(std::min(std::max(0.f, coordinate), std::min(static_cast<float>(count), FARTHEST_CELL)));
 }
 
 /// The last of some cells along an axis that does not lie behind a coordinate; -1 where all lie behind it.
@@ -29,7 +29,8 @@ inline int firstCell(float coordinate, int count)
 /// A coordinate between -1 and 0 counts as 0: truncation is towards zero. No number counts as behind all.
 inline int lastCell(float coordinate, int count)
 {
-    return static_cast<int>(std::max(std::min(static_cast<float>(count - 1), coordinate), -1.f));
+    const float last = std::min(static_cast<float>(count), FARTHEST_CELL) - 1.f;
+    return static_cast<int>(std::max(std::min(last, coordinate), -1.f));
 }
 
 /// Cells from min to max on both axes, both included; empty when a max lies below its min.

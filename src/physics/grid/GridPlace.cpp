@@ -13,30 +13,30 @@ void GridPlace::follow(BoundingVolume &owner, const TransformComponent &transfor
     const float newHeight = place.y;
     place.y = 0.f;
     const Quaternion turn = transform.getOrientation();
-    if (ownMap != map)
+    if (ownMap != previousMap)
     {
         const auto newGrid = PartitioningGrid::ofMap(ownMap).lookup();
         if (!newGrid)
             return;
         newGrid->addVolume(getHandle(&owner));
     }
-    else if (place != position || turn != orientation || hitBoxChanged || standsInWrongList(belongsToStatic) ||
-             gridLayout != PartitioningGrid::getLayoutNumber())
+    else if (place != previousPosition || turn != previousOrientation || hitBoxChanged ||
+             standsInWrongList(belongsToStatic) || gridLayout != PartitioningGrid::getLayoutNumber())
     {
-        if (const auto ownGrid = PartitioningGrid::ofMap(map).lookup())
-            ownGrid->moveVolume(getHandle(&owner), position, orientation, belongsToStatic);
+        if (const auto ownGrid = PartitioningGrid::ofMap(previousMap).lookup())
+            ownGrid->moveVolume(getHandle(&owner), previousPosition, previousOrientation, belongsToStatic);
     }
     else if (newHeight != height || typeChanged)
     {
-        if (const auto ownGrid = PartitioningGrid::ofMap(map).lookup())
+        if (const auto ownGrid = PartitioningGrid::ofMap(previousMap).lookup())
             ownGrid->refreshOutline(getHandle(&owner));
     }
     height = newHeight;
     typeChanged = hitBoxChanged = false;
     gridLayout = PartitioningGrid::getLayoutNumber();
-    position = place;
-    orientation = turn;
-    map = ownMap;
+    previousPosition = place;
+    previousOrientation = turn;
+    previousMap = ownMap;
 }
 
 /// Whether the type has changed so that the volume belongs among the static ones now, or no longer.

@@ -39,9 +39,9 @@ public:
     void noteHitBox() { hitBoxChanged = true; }
 
     /// Near corner of the rectangle in the grid, cell coordinates.
-    const Vec4 &getMin() const { return min; }
+    const Vec4 &getMin() const { return previousMin; }
     /// Far corner of the rectangle in the grid, cell coordinates.
-    const Vec4 &getMax() const { return max; }
+    const Vec4 &getMax() const { return previousMax; }
 
 private:
     friend class PartitioningGrid;
@@ -53,13 +53,13 @@ private:
     CellRect cells; ///< under the volume's own rectangle; empty where a caller named another
     bool isStatic = false;
     bool several = false; ///< it may stand elsewhere too: it was put somewhere before it was taken away
-    Vec4 min;             ///< cell coordinates of the rectangle
-    Vec4 max;             ///< cell coordinates of the rectangle
+    Vec4 previousMin;     ///< cell coordinates of the rectangle
+    Vec4 previousMax;     ///< cell coordinates of the rectangle
 
     // At the last frame step.
-    Vec4 position; ///< native space, y 0
-    Quaternion orientation;
-    Handle<MapRootEntity> map;
+    Vec4 previousPosition; ///< native space, y 0
+    Quaternion previousOrientation;
+    Handle<MapRootEntity> previousMap;
     float height = 0.f;           ///< y, native space
     bool typeChanged = true;      ///< since then
     bool hitBoxChanged = false;   ///< since then

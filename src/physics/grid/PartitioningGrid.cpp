@@ -156,13 +156,13 @@ CellRect PartitioningGrid::placeRectangle(BoundingVolume &volume, const VolumeMe
     // The extreme of eight turned corners, each as far out as the whole extents.
     const Vec4 reaches(2.f * measure.boxReach.x, 0.f, 2.f * measure.boxReach.z, 0.f);
     const Vec4 min = getCellCoords(measure.centre - reaches), max = getCellCoords(measure.centre + reaches);
-    if (columns > 0 && !isWhere(min) && isWhere(volume.gridPlace.min))
+    if (columns > 0 && !isWhere(min) && isWhere(volume.gridPlace.previousMin))
         KV_LOGF(Logger_::I_ERROR,
                 "%s of %s stands nowhere: its position, orientation or hit box is no number. It is left out of the "
                 "partitioning grid of %s until that changes.",
                 volume.getName().toCString(), volume.getParent().toString().toCString(), mapNameOf(*this).toCString());
-    volume.gridPlace.min = min;
-    volume.gridPlace.max = max;
+    volume.gridPlace.previousMin = min;
+    volume.gridPlace.previousMax = max;
     return CellRect::between(min, max, columns, rows);
 }
 
@@ -191,7 +191,7 @@ void PartitioningGrid::moveVolume(Handle<BoundingVolume> vol, Vec4, Quaternion, 
     if (!transform)
         return;
     GridPlace &place = volume->gridPlace;
-    const Vec4 oldMin = place.min, oldMax = place.max;
+    const Vec4 oldMin = place.previousMin, oldMax = place.previousMax;
     const VolumeMeasure measure = volume->measureAt(*transform);
     const CellRect cells = placeRectangle(*volume, measure);
     const bool isKnown = place.grid == getHandle(this) && !place.several;

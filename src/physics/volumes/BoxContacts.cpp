@@ -31,7 +31,7 @@ VolumeContact edgeToEdge(const OrientedBox &one, const OrientedBox &other, const
 }
 
 /// The contact of a box's deepest corner with a face of another one.
-VolumeContact cornerToFace(const OrientedBox &one, const OrientedBox &other, const BoxOverlap &overlap)
+VolumeContact fillPointToBoxCollision(const OrientedBox &one, const OrientedBox &other, const BoxOverlap &overlap)
 {
     const Vec4 normal = opposing(overlap.axis, other.centre - one.centre);
     return VolumeContact{one.farthestCorner(-normal), normal, overlap.depth};
@@ -51,6 +51,6 @@ bool boxToBox(BoundingVolume &one, BoundingVolume &other, std::vector<Collision 
     if (overlap.isOfEdges())
         return addContact(one, other, edgeToEdge(box, otherBox, overlap), found);
     if (overlap.isOfSecond())
-        return addContact(one, other, cornerToFace(box, otherBox, overlap), found);
-    return addContact(other, one, cornerToFace(otherBox, box, overlap), found);
+        return addContact(one, other, fillPointToBoxCollision(box, otherBox, overlap), found);
+    return addContact(other, one, fillPointToBoxCollision(otherBox, box, overlap), found);
 }

@@ -19,6 +19,15 @@ constexpr float OFF_THE_GROUND = 0.4f; ///< metres a second up or down
 constexpr int QUIET_FRAMES = 7;        ///< a body is heard that long before it can be struck again
 
 const String speedName = SCS("speed");
+
+/// Puts numbers in order by a value of theirs, the greatest first, equals as they are numbered. Takes no memory, as a
+/// stable sort would.
+template <class Value>
+void sortFromGreatest(std::vector<std::size_t> &numbers, const Value &valueOf)
+{
+    std::sort(numbers.begin(), numbers.end(),
+              [&](std::size_t a, std::size_t b) { return valueOf(a) != valueOf(b) ? valueOf(a) > valueOf(b) : a < b; });
+}
 } // namespace
 
 void BodySounds::setVoices(int count)
@@ -102,8 +111,7 @@ void BodySounds::playContacts()
     for (std::size_t i = 0; i < bodies.size(); ++i)
         if (bodies[i].impact != NONE && bodies[i].struck > LEAST_STRIKE && bodies[i].quiet == 0)
             order.push_back(i);
-    std::stable_sort(order.begin(), order.end(),
-                     [this](std::size_t a, std::size_t b) { return bodies[a].struck > bodies[b].struck; });
+    sortFromGreatest(order, [this](std::size_t number) { return bodies[number].struck; });
     for (Pool &pool : pools)
         pool.playedInFrame = 0;
     for (const std::size_t number : order)
@@ -161,8 +169,7 @@ void BodySounds::giveLoops()
     for (std::size_t i = 0; i < bodies.size(); ++i)
         if (bodies[i].motion != NONE && bodies[i].voice == NONE && bodies[i].moving > LEAST_MOTION)
             order.push_back(i);
-    std::stable_sort(order.begin(), order.end(),
-                     [this](std::size_t a, std::size_t b) { return bodies[a].moving > bodies[b].moving; });
+    sortFromGreatest(order, [this](std::size_t number) { return bodies[number].moving; });
     for (const std::size_t number : order)
         startLoop(bodies[number]);
 }

@@ -266,10 +266,14 @@ void SoundSystem::fadeOut(SoundEvent &event)
 
 void SoundSystem::releaseFaded()
 {
-    const auto ended =
-        std::stable_partition(fading.begin(), fading.end(), [](auto *event) { return isPlaying(*event); });
-    std::for_each(ended, fading.end(), [](auto *event) { event->release(); });
-    fading.erase(ended, fading.end());
+    std::erase_if(fading,
+                  [](FMOD::Event *event)
+                  {
+                      const bool ended = !isPlaying(*event);
+                      if (ended)
+                          event->release();
+                      return ended;
+                  });
 }
 
 void SoundSystem::updateFMOD()

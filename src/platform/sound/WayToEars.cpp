@@ -2,8 +2,6 @@
 
 #include "platform/sound/FmodVector.h"
 
-#include "engine/entities/ComponentKeys.h"
-#include "engine/entities/ComponentOf.h"
 #include "engine/levels/MapRootEntity.h"
 #include "port/fmod/FmodExtras.h"
 
@@ -11,8 +9,7 @@ void WayToEars::chooseMap(const Handle<Entity> &entity)
 {
     const auto own = entity.lookup();
     const Handle<MapRootEntity> map = own ? own->getAncestorOfType<MapRootEntity>() : Handle<MapRootEntity>();
-    const SoundWays *const found = componentOf<SoundWays>(map, ComponentKeys::soundWays);
-    const Handle<SoundWays> chosen = found ? getHandle(found) : Handle<SoundWays>();
+    const Handle<SoundWays> chosen = SoundWays::ofMap(map);
     if (chosen == ways)
         return;
     end();

@@ -3,7 +3,7 @@ folder before its own, and platform headers stay in the port. Prints one line a 
 import re
 
 # Folders of one row stand side by side: none of them includes another of its own row.
-ROWS = [["port"], ["foundation"], ["object"], ["engine"], ["assets", "physics"], ["platform"], ["rendering", "ai"],
+ROWS = [["port"], ["foundation"], ["object"], ["engine"], ["assets", "physics"], ["platform"], ["rendering"], ["ai"],
         ["gameplay", "ui", "tools"], ["main"]]
 RANK = {folder: row for row, folders in enumerate(ROWS) for folder in folders}
 # The rooms of a folder in the order in which their headers stand on each other. A source file may use any of them:
@@ -15,7 +15,7 @@ ROOMS = {
     "physics": ["grid", "volumes", "bodies", "doors", "triggers", "acoustics"],
     "platform": ["window", "input", "sound"],
     "rendering": ["device", "frame", "drawn", "debug"],
-    "ai": ["trees", "paths"],
+    "ai": ["nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
     "gameplay": ["player"],
     "tools": ["console", "profiler", "bars"],
 }

@@ -8,6 +8,8 @@
 /// Interned before `main`, so that a look-up by one of them makes no string and compares addresses.
 namespace ComponentKeys
 {
+inline const String aiMessage = SCS("aiMessage");
+inline const String aiObserver = SCS("aiObserver");
 inline const String behaviors = SCS("behaviors");
 inline const String boundingVolume = SCS("boundingVolume");
 inline const String button = SCS("button");
@@ -35,6 +37,8 @@ inline const String objectGroup = SCS("objectGroup");
 inline const String parentFollower = SCS("parentFollower");
 inline const String partitioning = SCS("partitioning");
 inline const String path = SCS("path");
+inline const String pathFollower = SCS("pathFollower");
+inline const String perception = SCS("perception");
 inline const String persist = SCS("persist");
 inline const String physics = SCS("physics");
 inline const String player = SCS("player");
@@ -51,4 +55,5 @@ inline const String transform = SCS("transform");
 inline const String trigger = SCS("trigger");
 inline const String tutorial = SCS("tutorial");
 inline const String viewer = SCS("viewer");
+inline const String walkways = SCS("walkways");
 } // namespace ComponentKeys

@@ -20,9 +20,9 @@ ReflectorPtr managerClass(const char *name)
 void Coordinator::registerManagerClasses()
 {
     for (const String &key :
-         {ComponentKeys::editorProperties, ComponentKeys::grid, ComponentKeys::interactCounter, ComponentKeys::light,
-          ComponentKeys::persist, ComponentKeys::postOffice, ComponentKeys::scriptedEvent, ComponentKeys::transform,
-          ComponentKeys::trigger, ComponentKeys::viewer})
+         {ComponentKeys::aiObserver, ComponentKeys::editorProperties, ComponentKeys::grid,
+          ComponentKeys::interactCounter, ComponentKeys::light, ComponentKeys::persist, ComponentKeys::postOffice,
+          ComponentKeys::scriptedEvent, ComponentKeys::transform, ComponentKeys::trigger, ComponentKeys::viewer})
         addNullManager(key);
 
     const ReflectorPtr simple = SimpleManager::staticType;
@@ -35,6 +35,8 @@ void Coordinator::registerManagerClasses()
     addManagerClass(ComponentKeys::soundWays, simple, 900, RUN_ON_STOP);
     addManagerClass(ComponentKeys::reverb, managerClass("ReverbManager"), 910, RUN_ON_STOP);
     addManagerClass(ComponentKeys::sound, managerClass("SoundManager"), 1000, RUN_ON_STOP);
+    addManagerClass(ComponentKeys::aiMessage, simple, 2300);
+    addManagerClass(ComponentKeys::perception, simple, 2400);
     addManagerClass(ComponentKeys::behaviors, simple, 2500);
     addManagerClass(ComponentKeys::dummy, simple, 2750);
     addManagerClass(ComponentKeys::physics, managerClass("PhysicsManager"), 3000);
@@ -45,7 +47,9 @@ void Coordinator::registerManagerClasses()
     addManagerClass(ComponentKeys::form, simple, 4000, RUN_ON_STOP);
     addManagerClass(ComponentKeys::console, simple, 5000, RUN_ON_STOP);
     addManagerClass(ComponentKeys::scriptedSequence, simple, 6750);
+    addManagerClass(ComponentKeys::walkways, simple, 6900);
     addManagerClass(ComponentKeys::path, managerClass("PathManager"), 7000);
+    addManagerClass(ComponentKeys::pathFollower, simple, 7500);
     addManagerClass(ComponentKeys::steering, simple, 8000);
     addManagerClass(ComponentKeys::heightMap, simple, 8250);
     addManagerClass(ComponentKeys::flocking, simple, 8500);

@@ -21,6 +21,7 @@ _tour: Tour
 def build(coordinator: Coordinator):
     global _tour
     kaVel.configure(coordinator.getManager('graphics2'), sceneAmbient=0.045)
+    coordinator.getManager('reverb').surroundings = 'cellar'
     coordinator.loadMap('row')
     _tour = Tour(coordinator)
 
@@ -32,6 +33,7 @@ def row(root: MapRootEntity):
     """The map: all rooms, and the passages between them."""
     width = PITCH * len(ROOMS)
     place.PartitioningGrid(root, at=(width / 2 - PITCH / 2, 0, 2), size=(width + 8, 0, 24))
+    place.sounding(place.Entity(root, 'air'), 'AmbienceCellar', volume=0.5)
     _guests.clear()
     for number, (name, _, build, *_) in enumerate(ROOMS, 1):
         room = Room(place.Entity(root, name), number, len(ROOMS))

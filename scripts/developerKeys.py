@@ -9,9 +9,10 @@ import kaVel
 import standing
 
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, what force
-#: volumes push, and the ways by which sounds are heard.
+#: volumes push, the ways by which sounds are heard, and what creatures, flocks and flows steer by.
 OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', 'debugDrawViewerFrustums',
-            'debugDrawPartitioningGrid', 'debugDrawForceVolumes', 'debugDrawSoundWays')
+            'debugDrawPartitioningGrid', 'debugDrawForceVolumes', 'debugDrawSoundWays', 'debugDrawSteerInfoEnabled',
+            'debugDrawFlockInfoEnabled', 'debugFlowFieldInfluenceInfoEnabled')
 
 
 def listen(coordinator: kaVel.Coordinator):

@@ -203,6 +203,28 @@ class RayCollision:
     def __bool__(self) -> bool: ...
 
 
+class SteeringOutput:
+    """What a behaviour asks of a body; a new one asks for nothing."""
+
+    accel: Vec4
+    vel: Vec4
+    orientation: Vec4
+    def __init__(self) -> None: ...
+    def reset(self) -> None:
+        """Asks for nothing any more."""
+    def __add__(self, other: SteeringOutput, /) -> SteeringOutput: ...
+    def __iadd__(self, other: SteeringOutput, /) -> SteeringOutput: ...
+    def __mul__(self, factor: float, /) -> SteeringOutput: ...
+
+
+class AvoidRay:
+    """A ray that looks for what stands in the way."""
+
+    collision: RayCollision
+    ray: Vec4
+    def __init__(self) -> None: ...
+
+
 class SegmentHit:
     """The nearest volume on a segment; true where there is one."""
 

@@ -6,7 +6,8 @@ SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "
                 "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
                 "RayCollision": "RayCollision", "SegmentHit": "SegmentHit", "MeshBuilder": "MeshBuilder",
                 "std::vector<GridCell>": "list[GridCell]", "GlobalListener": "GlobalListener",
-                "HeardSound": "HeardSound", "HeardWay": "HeardWay", "ReverbShare": "ReverbShare"}
+                "HeardSound": "HeardSound", "HeardWay": "HeardWay", "ReverbShare": "ReverbShare",
+                "SteeringOutput": "SteeringOutput", "SteeringComponent::AvoidRay": "AvoidRay"}
 
 
 def properties(record):

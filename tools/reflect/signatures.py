@@ -31,7 +31,8 @@ NUMBERS = {
     "intptr_t": "long", "uintptr_t": "unsigned long",
 }
 
-VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell")
+VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell", "SteeringOutput",
+          "SteeringComponent::AvoidRay")
 # Values with a script class that functions only return, or only take.
 RETURNED = ("RayCollision", "SegmentHit", "GlobalListener", "HeardSound", "HeardWay", "ReverbShare")
 TAKEN = ("MeshBuilder",)
@@ -129,6 +130,8 @@ class Signatures:
             return self._value(bare, found.scope, depth + 1) if bare else None
         if found is not None and found.kind == "enum":
             return Crossing("enum", found.qualified, found) if self._is_reachable(found, scope) else None
+        if found is not None and found.qualified in VALUES:
+            return Crossing("value", found.qualified)
         if name in NUMBERS:
             return Crossing("number", NUMBERS[name])
         if name in VALUES:

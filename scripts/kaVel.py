@@ -25,7 +25,8 @@ from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, TypeVar
 import _kaVel
 import bindings
 from _kaVel import Handle_ as Handle
-from _kaVel import AvoidRay, GridCell, IReflectedThing, MeshBuilder, PostOffice, Quaternion, SteeringOutput, Vec4
+from _kaVel import AvoidRay, GridCell, IReflectedThing, MeshBuilder, PathRequest, PostOffice, Quaternion, SteeringOutput
+from _kaVel import Vec4
 from _kaVel import messageTypes
 
 if TYPE_CHECKING:

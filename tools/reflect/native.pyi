@@ -186,6 +186,22 @@ class GridCell:
         """Square of the straight distance of the centres, metres."""
 
 
+class PathRequest:
+    """A creature's wish for a path to a cell of its map's path grid."""
+
+    hEntity: Entity
+    destination: GridCell
+    priority: Any
+    timeInQueue: float
+    rubberbanding: bool
+    saturation: bool
+    @overload
+    def __init__(self) -> None: ...
+    @overload
+    def __init__(self, hEntity: Entity, destination: GridCell, priority: RequestPriority | int | str = 0,
+                 rubberbanding: bool = True, saturation: bool = True) -> None: ...
+
+
 class RayCollision:
     """Where a segment meets a surface; true where it meets one."""
 

@@ -4,6 +4,7 @@ import keyword
 
 SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "str", "Vec4": "Vec4",
                 "Quaternion": "Quaternion", "Variant": "Any", "PythonObject": "Any", "GridCell": "GridCell",
+                "PathRequest": "PathRequest",
                 "RayCollision": "RayCollision", "SegmentHit": "SegmentHit", "MeshBuilder": "MeshBuilder",
                 "std::vector<GridCell>": "list[GridCell]", "GlobalListener": "GlobalListener",
                 "HeardSound": "HeardSound", "HeardWay": "HeardWay", "ReverbShare": "ReverbShare",

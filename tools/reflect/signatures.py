@@ -31,8 +31,8 @@ NUMBERS = {
     "intptr_t": "long", "uintptr_t": "unsigned long",
 }
 
-VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell", "SteeringOutput",
-          "SteeringComponent::AvoidRay")
+VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell", "PathRequest",
+          "SteeringOutput", "SteeringComponent::AvoidRay")
 # Values with a script class that functions only return, or only take.
 RETURNED = ("RayCollision", "SegmentHit", "GlobalListener", "HeardSound", "HeardWay", "ReverbShare")
 TAKEN = ("MeshBuilder",)

@@ -1,0 +1,44 @@
+#include "ai/paths/OpenList.h"
+
+#include <algorithm>
+#include <bit>
+
+void OpenList::setPool(const PathNode *pool, std::size_t count)
+{
+    nodes = pool;
+    links.fit(count);
+    chains.fit(CHAINS);
+    filled.fit(CHAINS / BITS);
+    clear();
+}
+
+void OpenList::clear()
+{
+    for (std::size_t word = lowest / BITS; word <= highest / BITS && word < CHAINS / BITS; ++word)
+        filled[word] = 0;
+    lowest = CHAINS;
+    highest = 0;
+}
+
+OpenList::Index OpenList::findFirst()
+{
+    if (lowest >= CHAINS)
+        return NONE;
+    for (std::size_t at = lowest / BITS; at <= highest / BITS; ++at)
+    {
+        if (filled[at] == 0)
+            continue;
+        lowest = at * BITS + static_cast<std::size_t>(std::countr_zero(filled[at]));
+        return chains[lowest].first;
+    }
+    clear();
+    return NONE;
+}
+
+OpenList::Index OpenList::takeFirst()
+{
+    const Index first = findFirst();
+    if (first != NONE)
+        remove(first);
+    return first;
+}

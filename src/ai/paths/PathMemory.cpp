@@ -1,0 +1,3 @@
+#include "ai/paths/PathMemory.h"
+
+AllocationCategory PathAllocation("PathAllocation");

@@ -1,0 +1,114 @@
+// PathSearch: finds a path over the cells of a grid, some cells at a time.
+#pragma once
+
+#include "ai/paths/OpenList.h"
+#include "ai/paths/PathMemory.h"
+#include "ai/paths/PathNode.h"
+#include "ai/paths/PathRequest.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+class SquareGrid;
+
+/// Which steps a search may take besides those that the path grid allows.
+class StepRule
+{
+public:
+    virtual ~StepRule() = default;
+    /// Whether somebody may go from a cell to the one beside it.
+    /// @param direction  a SquareGrid::Neighbor
+    virtual bool allows(int x, int z, int direction) const = 0;
+};
+
+/// What a search goes over, as it stands while a part of it runs; borrowed for that time.
+struct PathGround
+{
+    SquareGrid &main;                 ///< what can be walked on
+    SquareGrid *saturation = nullptr; ///< what cells cost beyond 1, by their first value; null for nothing
+    const StepRule *rule = nullptr;   ///< null for none
+};
+
+/// A search that is greedy for its speed: straight and diagonal steps cost the same, and what is left is taken to cost
+/// |dx| + |dz|, which is too much on diagonals; so the path need not be the shortest.
+///
+/// Owns a pool of nodes and lists over it that are kept from search to search; starting one costs nothing of that. A
+/// cell's node is found by a table that is never cleared: its entry counts if the node that it names is in use and of
+/// that cell.
+class PathSearch
+{
+public:
+    /// The most nodes of a search; one that would need more fails.
+    static constexpr std::size_t PAGE_SIZE = 100000;
+
+    /// Begins a search at a cell of the grid.
+    /// @return false, with nothing begun, where the destination is no cell of the grid: it cannot be reached
+    bool begin(const PathGround &ground, const GridCell &start, const GridCell &destination);
+    /// Expands some nodes.
+    ///
+    /// A grid that has changed its size since goes on with the cells that it has now; another grid than that of the
+    /// beginning fails.
+    PathStatus run(const PathGround &ground, int passes);
+    /// Forgets the search.
+    void clear();
+
+    /// Whether nothing has been begun since the last `clear`.
+    bool isEmpty() const { return poolIndex == 0; }
+    /// The node of the destination, from which the parents lead to the start; null unless a run has succeeded.
+    PathNode *getFinalNode() const { return finalNode; }
+    /// Count of cells that were reached.
+    int getNodeCount() const { return static_cast<int>(poolIndex); }
+    /// The cells that were reached: those that wait to be expanded, or those that have been.
+    void listCells(bool waiting, HexCont &cells) const;
+
+    /// What is taken to be left of a way: |dx| + |dz|, cells.
+    static float calculateNodeHeuristic(const GridCell &start, const GridCell &target)
+    {
+        return start.gridManhattanDistance(target);
+    }
+    /// What a step costs: 1 and what the cell has of saturation, but never less than nothing, nor anything for a value
+    /// that is no number, so that a search comes to its end whatever stands in a grid.
+    static float calculateNodeCost(float movementCost, float saturation)
+    {
+        if (saturation > -1.f)
+            return movementCost + saturation + 1.f;
+        return saturation <= -1.f ? movementCost : movementCost + 1.f;
+    }
+
+private:
+    /// The grids of a run as plain numbers.
+    struct Field
+    {
+        const Vec4 *walkable;   ///< by cell
+        const Vec4 *saturation; ///< by cell; null where that grid has other cells, or is missing
+        SquareGrid *odd;        ///< that other grid
+        const StepRule *rule;
+        int cols, rows;
+
+        float saturationAt(std::size_t cell, int x, int z) const;
+    };
+
+    bool prepare(const PathGround &ground, Field &field);
+    void renumber(int newCols, int newRows);
+    bool expand(const Field &field, OpenList::Index current);
+    bool reach(const Field &field, PathNode &from, std::size_t cell, int x, int z);
+    PathNode *createNode(std::size_t cell, int x, int z);
+    OpenList::Index findNode(std::size_t cell, int x, int z) const
+    {
+        const OpenList::Index node = nodeOfCell[cell];
+        return node < poolIndex && nodePool[node].hex.getX() == x && nodePool[node].hex.getZ() == z ? node
+                                                                                                    : OpenList::NONE;
+    }
+    OpenList::Index indexOf(const PathNode &node) { return static_cast<OpenList::Index>(&node - nodePool.data()); }
+
+    PathArray<PathNode> nodePool;          ///< by order of arrival
+    PathArray<OpenList::Index> nodeOfCell; ///< means something only where the node says so, too
+    OpenList openList;                     ///< reached and not expanded; the other nodes form the closed list
+    std::size_t poolIndex = 0;             ///< the next free node
+    Handle<SquareGrid> grid;               ///< of this search
+    int cols = 0;                          ///< of the grid, when its cells were numbered
+    int rows = 0;
+    GridCell destination;
+    PathNode *finalNode = nullptr;
+};

@@ -270,12 +270,13 @@ TEST(Hardship, ImpossibleSettingsAreNamedAndNotTaken)
     EXPECT_GE(countLogLines("cannot be moved by forces; masses are greater than 0"), 4u);
 
     const std::string stopped = std::string(Handle<Object>(box.entity).toString().toCString()) + " is stopped";
+    const std::size_t before = countLogLines(stopped.c_str()); // of a body of the same address in an earlier case
     for (int i = 0; i < 5; ++i)
     {
         box.body->addForce(Vec4(NAN_, 0, 0, 0));
         world.level.frame();
     }
-    EXPECT_EQ(countLogLines(stopped.c_str()), 1u);
+    EXPECT_EQ(countLogLines(stopped.c_str()), before + 1);
     EXPECT_EQ(box.transform->getPosition(), Vec4(0, 5, 0, 1)) << "it stands where it was";
     world.level.frame();
     EXPECT_LT(box.body->getVelocity().y, 0.f) << "and falls when the nonsense ends";

@@ -119,7 +119,9 @@ TEST_F(TweakBars, TheMouseAndTheKeyboardEditTheObject)
     frames(2);
     EXPECT_EQ(SCS("stalker"), stalker().getName()) << "half a name is not set";
     send(WM_KEYDOWN, VK_RETURN);
-    frames(2);
+    frames(1);
+    send(WM_KEYUP, VK_RETURN);
+    frames(1);
     EXPECT_NE(nullptr, std::strstr(stalker().getName().toCString(), "Ab"));
     clickControl("name");
     send(WM_CHAR, 'Z');

@@ -30,10 +30,10 @@ void logUnknown(const String &name)
 
 String findTextureFile(const String &name)
 {
-    const String path = String::fromStaticCString(folder) + name;
+    String path = String::fromStaticCString(folder) + name;
     std::error_code ignored;
     for (const char *extension : extensions)
-        if (const String file = path + String::fromStaticCString(extension);
+        if (String file = path + String::fromStaticCString(extension);
             std::filesystem::is_regular_file(port::hostPath(file.toCString()), ignored))
             return file;
     logUnknown(name);

@@ -52,6 +52,8 @@ public:
     bool isRequestPending() const { return requestPending; }
     /// What came of the last request that was answered.
     PathStatus requestStatus() const { return status; }
+    /// Sets what came of it, as whoever has taken notice of it does with PS_Unknown.
+    void setRequestStatus(PathStatus val) { status = val; }
     /// The cell that the creature is to reach, for whoever wants to keep it here.
     GridCell getPathTarget() const { return pathTarget; }
     void setPathTarget(GridCell destination) { pathTarget = destination; }

@@ -61,6 +61,9 @@ public:
     /// Whether debug drawing shows the ways by which sounds are heard, and the rooms that return them.
     bool getDebugDrawSoundWays() const { return debugDrawSoundWays; }
     void setDebugDrawSoundWays(bool val) { debugDrawSoundWays = val; }
+    /// Whether debug drawing writes above each creature what it does and why.
+    bool getDebugDrawMinds() const { return debugDrawMinds; }
+    void setDebugDrawMinds(bool val) { debugDrawMinds = val; }
     /// Ambient light level that a new level's scene starts with, 0..1.
     float getDefaultSceneAmbient() const { return defaultSceneAmbient; }
     void setDefaultSceneAmbient(float val) { defaultSceneAmbient = val; }
@@ -88,5 +91,6 @@ private:
     bool debugDrawContacts = false;
     bool debugDrawForceVolumes = false;
     bool debugDrawSoundWays = false;
+    bool debugDrawMinds = false;
     float defaultSceneAmbient = 0.2f; ///< 0..1
 };

@@ -1,0 +1,1 @@
+"""Behaviour trees written in Python, by the factories of the library of trees."""

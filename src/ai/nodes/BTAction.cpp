@@ -1,0 +1,155 @@
+#include "ai/nodes/BTAction.h"
+
+#include "ai/actions/Action.h"
+#include "ai/nodes/LeafCall.h"
+#include "ai/trees/TreeText.h"
+
+#include "engine/entities/Entity.h"
+
+#include "foundation/Assertions.h"
+
+namespace
+{
+StatusCode statusOf(ActionStatus status)
+{
+    switch (status)
+    {
+    case AS_InProgress:
+        return SC_NeedMoreTime;
+    case AS_Complete:
+        return SC_Success;
+    case AS_Failed:
+        return SC_Failure;
+    default:
+        return SC_Undefined;
+    }
+}
+} // namespace
+
+BTAction::~BTAction()
+{
+    if (auto action = hAction.lookup())
+        action->murder();
+}
+
+StatusCode BTAction::run()
+{
+    switch (type)
+    {
+    case T_Action:
+        return runAction();
+    case T_Function:
+        return statusOf(actionFn(handle_cast<Entity>(getParent())));
+    case T_ReflectorPtr:
+        return statusOf(callReflected());
+    default:
+        complain(SCS("has nothing to do: neither an action nor a function was set"));
+        return SC_Undefined;
+    }
+}
+
+StatusCode BTAction::runAction()
+{
+    const auto action = hAction.lookup();
+    if (!action)
+    {
+        complain(SCS("its action has died"));
+        return SC_InvalidHandle;
+    }
+    const TimeKeeper *const time = master.find(*this);
+    if (!time)
+        return SC_InvalidHandle;
+    const StatusCode result = statusOf(action->update(time->getFrameTimeSeconds()));
+    if (result == SC_Success || result == SC_Failure)
+        action->reset();
+    return result;
+}
+
+ActionStatus BTAction::callReflected()
+{
+    // A copy: the function may set another one in its own place.
+    const ReflectorPtr called = reflectorPtr;
+    if (!called)
+    {
+        complain(SCS("has no function to call"));
+        return AS_Failed;
+    }
+    const ErrorReturn<Variant> given = callLeaf(called, *this);
+    if (!given.succeeded())
+    {
+        if (isFirstComplaint())
+            KV_ERROR("BTAction reflectorPtr call failed! %s: %s", taskPath(*this).toCString(),
+                     given.code.toString().toCString());
+        return AS_Failed;
+    }
+    ActionStatus status = AS_Failed;
+    if (!readLeafResult(given.value, status) && isFirstComplaint())
+        KV_ERROR("Unexpected reflectorPtr return value! %s: it gave %s, where an ActionStatus is meant, as AS_Complete",
+                 taskPath(*this).toCString(), describeLeafResult(given.value).toCString());
+    return status;
+}
+
+void BTAction::terminate()
+{
+    const auto action = hAction.lookup();
+    if (type == T_Action && action)
+        action->terminate();
+}
+
+ErrorReturn<Handle<BTTask>> BTAction::clone()
+{
+    const Handle<BTTask> copy = makeNode(getType());
+    const auto node = unchecked_handle_cast<BTAction>(copy).lookup();
+    if (!node)
+        return ErrorCode(ErrorCode::BT_FAILURE);
+    if (type == T_Action)
+    {
+        const auto action = hAction.lookup();
+        node->setAction(action ? action->clone() : Handle<Action>());
+        if (node->type != T_Action)
+        {
+            node->murder();
+            return ErrorCode(ErrorCode::BT_FAILURE);
+        }
+    }
+    else if (type == T_Function)
+        node->setActionFn(actionFn);
+    else if (type == T_ReflectorPtr)
+        node->setReflectorPtr(reflectorPtr);
+    return copy;
+}
+
+void BTAction::setTreeParent(Handle<Entity> baseEntity)
+{
+    setParent(baseEntity).ignoreError();
+    const auto action = hAction.lookup();
+    if (type == T_Action && action)
+        action->setParent(baseEntity).ignoreError();
+}
+
+void BTAction::onHierarchyChange(Handle<Object>, Handle<Object>)
+{
+    master.forget();
+}
+
+void BTAction::setAction(Handle<Action> action)
+{
+    hAction = action;
+    if (auto object = action.lookup())
+    {
+        object->setParentTask(getTypedHandle());
+        type = T_Action;
+    }
+}
+
+void BTAction::setActionFn(BTActionFn func)
+{
+    actionFn = func;
+    type = func ? T_Function : T_Unknown;
+}
+
+void BTAction::setReflectorPtr(ReflectorPtr ptr)
+{
+    reflectorPtr = ptr;
+    type = T_ReflectorPtr;
+}

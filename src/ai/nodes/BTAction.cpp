@@ -69,11 +69,6 @@ ActionStatus BTAction::callReflected()
 {
     // A copy: the function may set another one in its own place.
     const ReflectorPtr called = reflectorPtr;
-    if (!called)
-    {
-        complain(SCS("has no function to call"));
-        return AS_Failed;
-    }
     const ErrorReturn<Variant> given = callLeaf(called, *this);
     if (!given.succeeded())
     {

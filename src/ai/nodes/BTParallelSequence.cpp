@@ -54,7 +54,8 @@ void BTParallelSequence::finishActiveTask()
         activeTask = static_cast<TaskListIt>(found - runningChildren.begin());
         return;
     }
-    runningChildren.pop_back();
+    if (!runningChildren.empty())
+        runningChildren.pop_back();
     finalResult = SC_Success;
     if (!runningChildren.empty())
     {

@@ -5,6 +5,8 @@
 
 ErrorReturn<Variant> callLeaf(const ReflectorPtr &function, const Object &leaf)
 {
+    if (!function)
+        return ErrorCode(ErrorCode::NOT_CALLABLE);
     const CremationHold hold;
     return function->call(leaf.getParent());
 }

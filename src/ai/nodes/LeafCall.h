@@ -5,7 +5,7 @@
 
 class Object;
 
-/// Calls a leaf's function with the entity as its one argument, as long as which nothing is cremated.
+/// Calls a leaf's function with the entity as its one argument, as long as which nothing is cremated; NOT_CALLABLE for none.
 ErrorReturn<Variant> callLeaf(const ReflectorPtr &function, const Object &leaf);
 
 /// What a leaf's function gave as an enumerator, from its record, its number or its name; false for anything else.

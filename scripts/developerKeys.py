@@ -9,8 +9,8 @@ import kaVel
 import standing
 
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, what force
-#: volumes push, the ways by which sounds are heard, what creatures, flocks and flows steer by, and what creatures do and
-#: why.
+#: volumes push, the ways by which sounds are heard, what creatures, flocks and flows steer by, and what creatures do
+#: and why.
 OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', 'debugDrawViewerFrustums',
             'debugDrawPartitioningGrid', 'debugDrawForceVolumes', 'debugDrawSoundWays', 'debugDrawSteerInfoEnabled',
             'debugDrawFlockInfoEnabled', 'debugFlowFieldInfluenceInfoEnabled', 'debugDrawMinds')

@@ -61,7 +61,7 @@ String pendingMessage()
     if (shown)
         String_from_python_str::convert(shown.get(), text);
     PyErr_Clear();
-    const String name = type ? String::copyFrom(reinterpret_cast<PyTypeObject *>(type)->tp_name) : String();
+    String name = type ? String::copyFrom(reinterpret_cast<PyTypeObject *>(type)->tp_name) : String();
     PyErr_Restore(type, value, traceback);
     return text.empty() ? name : name + SCS(": ") + text;
 }

@@ -86,7 +86,7 @@ ScriptPlace pendingScriptPlace()
     PyErr_Fetch(&type, &value, &traceback);
     PyErr_NormalizeException(&type, &value, &traceback);
     const bool isUnreadable = value && PyErr_GivenExceptionMatches(value, PyExc_SyntaxError);
-    const ScriptPlace place = isUnreadable ? placeOfUnreadable(value) : placeOfTraceback(traceback);
+    ScriptPlace place = isUnreadable ? placeOfUnreadable(value) : placeOfTraceback(traceback);
     PyErr_Restore(type, value, traceback);
     return place;
 }

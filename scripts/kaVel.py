@@ -25,9 +25,8 @@ from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, TypeVar
 import _kaVel
 import bindings
 from _kaVel import Handle_ as Handle
-from _kaVel import AvoidRay, GridCell, IReflectedThing, MeshBuilder, PathRequest, PostOffice, Quaternion, SteeringOutput
-from _kaVel import Vec4
-from _kaVel import messageTypes
+from _kaVel import AvoidRay, FlockTarget, GridCell, IReflectedThing, MeshBuilder, PathRequest, PostOffice, Quaternion
+from _kaVel import SteeringOutput, Vec4, messageTypes
 
 if TYPE_CHECKING:
     from _kaVel import *

@@ -5,7 +5,8 @@ object's front from +z to +x. `Walker`, `Pointer`, `Notice` and `LightSwitch` ar
 besides: who walks in it, what he points at, what he is told, what he switches.
 
 The patterns stand in modules by kind; here is all of it under one name, which is also where the engine looks for the
-patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, and the `Floor` and `Ceiling` of a map.
+patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, the `Floor` and `Ceiling` of a map, the `Boid`
+of a flock and the members of swarms.
 """
 
 import kaVel
@@ -13,6 +14,7 @@ from objects.Acoustics import *
 from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
+from objects.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
 from objects.Doors import IronDoor, SlidingDoor
 from objects.Drawn import *
 from objects.Furniture import *

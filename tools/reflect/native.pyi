@@ -241,6 +241,15 @@ class AvoidRay:
     def __init__(self) -> None: ...
 
 
+class FlockTarget:
+    """What a flock makes for."""
+
+    pos: Vec4
+    vel: Vec4
+    fTime: float
+    def __init__(self) -> None: ...
+
+
 class SegmentHit:
     """The nearest volume on a segment; true where there is one."""
 

@@ -8,7 +8,8 @@ SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "
                 "RayCollision": "RayCollision", "SegmentHit": "SegmentHit", "MeshBuilder": "MeshBuilder",
                 "std::vector<GridCell>": "list[GridCell]", "GlobalListener": "GlobalListener",
                 "HeardSound": "HeardSound", "HeardWay": "HeardWay", "ReverbShare": "ReverbShare",
-                "SteeringOutput": "SteeringOutput", "SteeringComponent::AvoidRay": "AvoidRay"}
+                "SteeringOutput": "SteeringOutput", "SteeringComponent::AvoidRay": "AvoidRay",
+                "FlockingComponent::FlockTarget": "FlockTarget"}
 
 
 def properties(record):

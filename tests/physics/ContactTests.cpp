@@ -3,6 +3,8 @@
 
 #include "physics/bodies/CollisionResolver.h"
 #include "physics/bodies/PhysicsManager.h"
+#include "physics/volumes/Collision.h"
+#include "physics/volumes/PairTests.h"
 #include "physics/volumes/Plane.h"
 #include "physics/bodies/RigidCollision.h"
 #include "support/AllocationCount.h"
@@ -300,6 +302,22 @@ TEST(Bodies, CrowdInContactAllocatesNothing)
     for (int i = 0; i < 40; ++i)
         world.level.frame();
     EXPECT_EQ(heapAllocationsOf([&] { world.level.frame(); }, 20), 0u) << "contacts come from a pool";
+}
+
+TEST(Shapes, ABulletsLineMeetsBallsAndBoxesOnItsWay)
+{
+    PhysicsWorld world;
+    const auto at = [&](BoundingVolume::VolumeType type, float x, float z, Vec4 size)
+    { return world.box(type, Vec4(x, 1, z, 1), size).volume; };
+    BoundingVolume &line = *at(BoundingVolume::BV_BULLET, 0, 0, Vec4(0, 0, 4, 0)); // from z -2 to 2
+    std::vector<Collision *> found;
+    EXPECT_TRUE(lineSegmentToSphere(line, *at(BoundingVolume::BV_SPHERE, 0.9f, 1, Vec4(2, 2, 2, 0)), found));
+    EXPECT_FALSE(lineSegmentToSphere(line, *at(BoundingVolume::BV_SPHERE, 1.1f, 1, Vec4(2, 2, 2, 0)), found));
+    EXPECT_TRUE(lineSegmentToBox(line, *at(BoundingVolume::BV_BOX, 0, 2.9f, Vec4(2, 2, 2, 0)), found));
+    EXPECT_FALSE(lineSegmentToBox(line, *at(BoundingVolume::BV_BOX, 0, 3.1f, Vec4(2, 2, 2, 0)), found));
+    EXPECT_EQ(found.size(), 2u);
+    while (!found.empty())
+        Collision::dropLast(found);
 }
 
 TEST(Shapes, SegmentsPointsAndEdgesMeetWhereTheyShould)

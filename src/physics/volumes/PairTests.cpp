@@ -160,6 +160,16 @@ bool playerToLight(BoundingVolume &player, BoundingVolume &light, Found &found)
 
 } // namespace
 
+bool lineSegmentToSphere(BoundingVolume &line, BoundingVolume &sphere, Found &found)
+{
+    return sphereToLineSegment(sphere, line, found);
+}
+
+bool lineSegmentToBox(BoundingVolume &line, BoundingVolume &box, Found &found)
+{
+    return boxToLineSegment(box, line, found);
+}
+
 const BoundingVolume::DetectCollision *pairTestsOf(BoundingVolume::VolumeType type)
 {
     constexpr Test N = &neverCollide;

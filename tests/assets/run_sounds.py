@@ -77,6 +77,17 @@ def test_a_stereo_file_in_the_place_of_a_mono_one_is_told(folder):
     assert only_finding(folder) == "toys/knock_1.ogg has 2 channels, its recipe says 1; make it again"
 
 
+def test_an_event_in_the_world_says_how_loud_its_samples_are(folder):
+    project = tree(folder).parent / "kaVel.fev"
+    placed = "category sfx 0.5\n" + EVENTS.replace("event Knock\n", "event Knock\n    category sfx\n%s").replace(
+        "group music", "    parameter distance 0 10\ngroup music")
+    project.write_text(placed % "", encoding="utf-8")
+    silent = "says no loudness, its samples give -26: tools/assets/sound/event_loudness.py"
+    assert only_finding(folder) == f"event Knock of kaVel.fev {silent}"
+    project.write_text(placed % "    loudness -26\n", encoding="utf-8")
+    assert not list(committed.findings(folder))
+
+
 def test_files_that_end_too_soon_or_are_something_else_are_told(folder):
     made = tree(folder)
     whole = (made / "knock_1.ogg").read_bytes()

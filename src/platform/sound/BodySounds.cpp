@@ -16,6 +16,7 @@ constexpr float LEAST_STRIKE = 0.45f;  ///< metres a second: less is how things 
 constexpr float LEAST_MOTION = 0.12f;  ///< metres a second, to begin a loop
 constexpr float STILL = 0.06f;         ///< metres a second, to end it
 constexpr float OFF_THE_GROUND = 0.4f; ///< metres a second up or down
+constexpr float TOLD_AGAIN = 1;        ///< seconds between two tellings of a motion that goes on
 constexpr int QUIET_FRAMES = 7;        ///< a body is heard that long before it can be struck again
 
 const String speedName = SCS("speed");
@@ -72,7 +73,7 @@ void BodySounds::doFrame()
     for (Body &body : bodies)
         listen(body, frameTime);
     playContacts();
-    moveLoops();
+    moveLoops(frameTime);
     giveLoops();
     SoundComponent::doFrame();
 }
@@ -134,7 +135,7 @@ void BodySounds::playContact(Body &body)
 }
 
 /// Takes each loop along with its body, or ends it.
-void BodySounds::moveLoops()
+void BodySounds::moveLoops(Seconds frameTime)
 {
     for (Pool &pool : pools)
         for (std::size_t voice = 0; voice < pool.names.size(); ++voice)
@@ -150,7 +151,19 @@ void BodySounds::moveLoops()
             }
             placeEvent(pool.names[voice], transform->getPosition());
             setParam(pool.names[voice], speedName, body.moving);
+            tellOfLoop(pool, voice, frameTime);
         }
+}
+
+/// Has a sound that goes on be made anew now and then, where its body is by then.
+void BodySounds::tellOfLoop(Pool &pool, std::size_t voice, Seconds frameTime)
+{
+    pool.untold[voice] += static_cast<float>(frameTime);
+    if (pool.untold[voice] < TOLD_AGAIN)
+        return;
+    pool.untold[voice] = 0;
+    if (SoundEvent *const event = eventsOf(SoundManager::SOUND_EFFECT).find(pool.names[voice]))
+        event->tellMade();
 }
 
 void BodySounds::stopLoop(Pool &pool, std::size_t voice)
@@ -183,6 +196,7 @@ void BodySounds::startLoop(Body &body)
         return;
     *free = static_cast<std::size_t>(&body - bodies.data());
     body.voice = static_cast<int>(free - pool.users.begin());
+    pool.untold[static_cast<std::size_t>(body.voice)] = 0;
     const String &name = pool.names[static_cast<std::size_t>(body.voice)];
     placeEvent(name, transform->getPosition());
     setParam(name, speedName, body.moving);

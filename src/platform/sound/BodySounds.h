@@ -61,6 +61,7 @@ private:
         String event;
         std::vector<String> names;                  ///< of the instances
         std::array<std::size_t, MOST_VOICES> users; ///< of a loop: number of its body, or NOBODY
+        std::array<float, MOST_VOICES> untold = {}; ///< of a loop: seconds since it was told to be made
         std::size_t next = 0;                       ///< instance for the next contact
         int playedInFrame = 0;                      ///< contacts of this frame
     };
@@ -71,7 +72,8 @@ private:
     void listen(Body &body, Seconds frameTime);
     void playContacts();
     void playContact(Body &body);
-    void moveLoops();
+    void moveLoops(Seconds frameTime);
+    void tellOfLoop(Pool &pool, std::size_t voice, Seconds frameTime);
     void giveLoops();
     void startLoop(Body &body);
     void stopLoop(Pool &pool, std::size_t voice);

@@ -2,14 +2,17 @@
 
 #include "platform/sound/FmodVector.h"
 #include "platform/sound/GlobalListener.h"
+#include "platform/sound/SoundMessages.h"
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/transforms/TransformComponent.h"
+#include "object/messages/PostOffice.h"
+#include "object/reflection/SavedArguments.h"
 #include "physics/bodies/PhysicsComponent.h"
 
 #include "foundation/Finite.h"
-#include "port/fmod/fmod_event.h"
+#include "port/fmod/FmodExtras.h"
 
 namespace
 {
@@ -88,6 +91,19 @@ void SoundEvent::findEntity()
         way.chooseMap(hEntity);
     found = hEntity;
     objectChanges = ObjectMap().getChangeCount();
+}
+
+void SoundEvent::tellMade()
+{
+    if (!pEvent_ || !isInWorld())
+        return;
+    if (objectChanges != ObjectMap().getChangeCount() || found != hEntity)
+        findEntity();
+    takePlace();
+    Vec4 place = eventPosition;
+    place.w = volume * port::loudnessAtAMetre(*pEvent_);
+    SavedArguments payload = SavedArguments::of(name, place, Handle<Object>(hEntity));
+    PostOffice().submitMessage(SoundMadeMessage, payload);
 }
 
 void SoundEvent::start()

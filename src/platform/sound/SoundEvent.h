@@ -31,8 +31,9 @@ public:
     using ParamCont = NameMap<SoundParameter>;
 
     SoundEvent() = default;
+    /// @param name   of the event
     /// @param loops  the event plays until it is stopped
-    SoundEvent(FMOD::Event *event, bool loops) : pEvent_(event), loops(loops) {}
+    SoundEvent(FMOD::Event *event, const String &name, bool loops) : pEvent_(event), name(name), loops(loops) {}
 
     /// Reads the event's parameters by name.
     void initializeParams();
@@ -73,6 +74,10 @@ public:
     bool isPlaced() const { return placed; }
     float getVolume() const { return volume; }
     Vec4 getPosition() const { return eventPosition; }
+    /// Whether it has a place in the world; what has none, as music, is everywhere.
+    bool isInWorld() const { return distance_.exists(); }
+    /// Tells whoever wants to know that the sound is made where it is now: sends SoundMadeMessage.
+    void tellMade();
     /// The parameter of a name; null where the event has none of it.
     SoundParameter *findParam(const String &name) { return params.find(name); }
 
@@ -84,6 +89,7 @@ private:
     void applyPause();
 
     FMOD::Event *pEvent_ = nullptr;
+    String name; ///< of the event
     bool paused_ = false;
     float volume = 1; ///< its own, linear
     Vec4 eventPosition = Vec4(0, 0, 0, 1);

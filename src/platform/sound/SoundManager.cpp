@@ -244,6 +244,7 @@ void SoundManager::PlayEvent(String sound, SoundEvent &rEvent)
         rEvent.setPaused(false);
     }
     rEvent.start();
+    rEvent.tellMade();
 }
 
 void SoundManager::StopEvent(String sound, SoundEvent &rEvent)

@@ -5,6 +5,8 @@
 namespace
 {
 MessageType soundHeardMessage(SCS("SoundHeardMessage"));
-}
+MessageType soundMadeMessage(SCS("SoundMadeMessage"));
+} // namespace
 
 const ReflectorPtr SoundHeardMessage = &soundHeardMessage;
+const ReflectorPtr SoundMadeMessage = &soundMadeMessage;

@@ -44,7 +44,7 @@ SoundEvent newEvent(FMOD::EventGroup *group, const SoundSystem::EventList &known
     if (group)
         group->getEvent(name.toCString(), FMOD_EVENT_DEFAULT, &event);
     const bool *const loops = known.find(name);
-    return SoundEvent(event, loops && *loops);
+    return SoundEvent(event, name, loops && *loops);
 }
 } // namespace
 
@@ -120,7 +120,17 @@ void SoundSystem::listEvents()
 {
     const auto endsWith = [](const std::string &text, const char *end) { return text.ends_with(end); };
     for (const port::EventFacts &facts : port::listEvents(*pFMODProject_))
-        (endsWith(facts.group, "music") ? music : soundEffects).insert(String::copyFrom(facts.name), facts.loops);
+    {
+        const String name = String::copyFrom(facts.name).intern();
+        (endsWith(facts.group, "music") ? music : soundEffects).insert(name, facts.loops);
+        captions.insert(name, String::copyFrom(facts.caption));
+    }
+}
+
+String SoundSystem::getCaption(const String &name) const
+{
+    const String *const caption = captions.find(name);
+    return caption ? *caption : String();
 }
 
 void SoundSystem::makeGlobalLowpass()

@@ -80,6 +80,8 @@ public:
     SoundEvent newMusic(const String &name);
     const EventList &getSoundEffects() const { return soundEffects; }
     const EventList &getMusic() const { return music; }
+    /// What an event is called where it is written that it is heard, as "A door creaks"; empty where it has no caption.
+    String getCaption(const String &name) const;
     /// Ends an event by its fade and gives it back afterwards; it has no owner any more.
     void fadeOut(SoundEvent &event);
     /// The audio library's step of a frame.
@@ -128,6 +130,7 @@ private:
     Handle<SoundManager> lastManager; ///< the one that was made last
     EventList soundEffects;
     EventList music;
+    NameMap<String> captions;
     std::vector<FMOD::Event *> fading; ///< to be given back when they have come to their end
     bool updated = false;              ///< the audio library has made its step of this frame
     std::int64_t renderedFrame = 0;    ///< number of the last frame that was rendered

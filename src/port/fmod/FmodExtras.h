@@ -66,6 +66,10 @@ struct HeardEvent
 /// All that is audible, the loudest first; fills the list and keeps its memory.
 void listHeard(FMOD::EventSystem &system, std::vector<HeardEvent> &heard);
 
+/// How loud an event is a metre away, linear: as it was authored, and as its parameters but the distance make it now.
+/// What its owner, its category and the player's volumes take is left out.
+float loudnessAtAMetre(FMOD::Event &event);
+
 /// What the audio port tells: a wrong line of a project, a missing sample, a device that went; once each.
 using AudioNotice = std::function<void(const std::string &text, bool isProblem)>;
 void setAudioNotice(AudioNotice notice);

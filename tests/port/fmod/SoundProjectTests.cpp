@@ -35,6 +35,7 @@ TEST(SoundProject, EveryKindOfLineIsRead)
     const ProjectData data = parse("\xEF\xBB\xBF" + HEAD + R"(event DoorOpen # creaks
     category sfx/doors
     caption "A door creaks" 0.05
+    loudness -20
     priority 100
     voices 4
     mode loop
@@ -68,6 +69,7 @@ event Dread
     const port::EventData &door = onlyEvent(data);
     EXPECT_EQ(door.caption, "A door creaks");
     EXPECT_EQ(door.leastCaption, 0.05F);
+    EXPECT_EQ(door.loudness, -20);
     EXPECT_TRUE(door.loop);
     EXPECT_EQ(door.fadeOut, 0.3F);
     EXPECT_EQ(door.layers.at(0).samples.at(0).path, "doors/creak_1.ogg");

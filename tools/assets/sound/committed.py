@@ -5,11 +5,16 @@ Needs only Python's own library: it reads the entries of the recipes and the hea
 measured by check_sounds.py.
 """
 import ast
+import math
 import re
 import struct
 
 RATE = 44100
 SAMPLE = re.compile(r"^\s*(?:sample|segment\s+\S+)\s+(\S+\.ogg)")
+
+
+#: Decibels by which an event's own word may differ from what follows from its samples.
+LOUDNESS_TOLERANCE = 1.0
 
 
 class NotVorbis(Exception):
@@ -34,6 +39,10 @@ def findings(root):
         yield f"kaVel.fev:{played[name]}: there is no {name}"
     for name in sorted(present & expected.keys()):
         yield from judge(folder / name, name, expected[name])
+    for name, (follows, said) in loudness_of_events(root).items():
+        if said is None or abs(said - follows) > LOUDNESS_TOLERANCE:
+            yield (f"event {name} of kaVel.fev says {'no loudness' if said is None else f'a loudness of {said:g} dB'}, "
+                   f"its samples give {follows:.0f}: tools/assets/sound/event_loudness.py")
 
 
 def entries(module):
@@ -56,6 +65,53 @@ def samples_of(project):
         if match:
             lines.setdefault(match.group(1), number)
     return lines
+
+
+def loudness_of_events(root):
+    """Event with a place in the world -> decibels a metre away as they follow from its samples, and as it says."""
+    recipes = {f"{module.stem}/{name}": loudness
+               for module in (root / "tools" / "assets" / "sound" / "recipes").glob("[a-z]*.py")
+               for name, loudness in recipe_loudness(module)}
+    categories, events, layer = {}, {}, None
+    for line in (root / "assets" / "sound" / "fmod" / "kaVel.fev").read_text(encoding="utf-8").splitlines():
+        word, *rest = line.split("#")[0].split() or [""]
+        if word == "category" and not line.startswith(" "):
+            categories[rest[0]] = float(rest[1])
+        elif word == "event":
+            event = events[rest[0]] = {"category": "", "layers": [], "said": None, "placed": False}
+        elif word == "category":
+            event["category"] = rest[0]
+        elif word == "loudness":
+            event["said"] = float(rest[0])
+        elif word == "layer":
+            layer = {"samples": [], "volume": 1.0}
+            event["layers"].append(layer)
+        elif word == "sample":
+            layer["samples"].append(recipes[re.sub(r"(_\d+)?\.ogg$", "", rest[0])])
+        elif word == "volume" and ":" not in line:
+            layer["volume"] = float(rest[0])
+        elif word == "parameter":
+            event["placed"] = event["placed"] or rest[0] == "distance"
+    return {name: (follows(event, categories), event["said"]) for name, event in events.items()
+            if event["placed"] and event["layers"]}
+
+
+def follows(event, categories):
+    """The loudest layer, less what the categories take."""
+    path = event["category"]
+    parents = [path[:end.start()] for end in re.finditer("/|$", path)]
+    gain = math.prod(categories.get(each, 1.0) for each in parents)
+    return 20 * math.log10(gain) + max(sum(layer["samples"]) / len(layer["samples"]) + 20 * math.log10(layer["volume"])
+                                       for layer in event["layers"])
+
+
+def recipe_loudness(module):
+    """The sounds that a module's recipes make, each with the loudness it is to have."""
+    for function in ast.parse(module.read_text(encoding="utf-8")).body:
+        for mark in getattr(function, "decorator_list", ()):
+            if isinstance(mark, ast.Call) and getattr(mark.func, "id", "") == "sound":
+                loudness, = (word.value for word in mark.keywords if word.arg == "loudness")
+                yield function.name, ast.literal_eval(loudness)
 
 
 def judge(path, name, channels):

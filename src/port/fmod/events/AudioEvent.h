@@ -49,6 +49,8 @@ public:
     bool isHeld() const;
     /// Loudness at the listener, linear, of its loudest layer.
     float loudness() const;
+    /// Loudness a metre away, linear, whoever listens: as authored, and as its parameters but the distance make it.
+    float loudnessAtAMetre() const;
     /// Layers that sound now.
     int countSounding() const;
     /// How a layer is to sound, but for what the whole output does.

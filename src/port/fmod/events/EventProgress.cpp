@@ -142,6 +142,27 @@ float AudioEvent::loudness() const
     return loudest * volume * category * curveVolume * fade * path.getGain() * std::max(directShare, reverbShare / 2);
 }
 
+float AudioEvent::loudnessAtAMetre() const
+{
+    if (!plan)
+        return 0;
+    float whole = std::pow(10.0F, plan->data->loudness / 20), loudestLayer = 0;
+    for (std::size_t layer = 0; layer < plan->layers.size(); ++layer)
+    {
+        float gain = 1;
+        for (const AudioParameter &parameter : parameters)
+            for (const CurveData &each : parameter.getData().curves)
+                if (each.target == CurveData::VOLUME && each.layer == static_cast<int>(layer))
+                    gain *= each.curve.at(parameter.get());
+        loudestLayer = std::max(loudestLayer, gain);
+    }
+    for (const AudioParameter &parameter : parameters)
+        for (const CurveData &each : parameter.getData().curves)
+            if (each.target == CurveData::VOLUME && each.layer < 0 && parameter.getData().name != "distance")
+                whole *= each.curve.at(parameter.get());
+    return whole * loudestLayer;
+}
+
 int AudioEvent::countSounding() const
 {
     return static_cast<int>(std::count_if(voices.begin(), voices.end(),

@@ -15,6 +15,7 @@ namespace
 
 constexpr int MOST_FRAMES = 882;  ///< rendered at a time: changes are taken in as often as in a running game
 constexpr float CAPTURED = 32768; ///< values of 16 bits
+constexpr float FOREIGN_LOUDNESS = 0.05F;
 
 struct Settings
 {
@@ -153,6 +154,11 @@ void listHeard(FMOD::EventSystem &system, std::vector<HeardEvent> &heard)
 {
     if (!areForeign())
         ours(system).listHeard(heard);
+}
+
+float loudnessAtAMetre(FMOD::Event &event)
+{
+    return areForeign() ? FOREIGN_LOUDNESS : static_cast<AudioEvent &>(event).loudnessAtAMetre();
 }
 
 std::vector<EventFacts> listEvents(FMOD::EventProject &project)

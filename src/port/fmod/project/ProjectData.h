@@ -82,6 +82,7 @@ struct EventData
     std::string caption;
     float leastCaption = 0;
     std::string category;
+    float loudness = -26; ///< dB, a metre away, as loud as its parameters let it be
     int priority = 128; ///< 0 most important, 256 least
     int voices = 8;     ///< instances heard at once
     bool loop = false;

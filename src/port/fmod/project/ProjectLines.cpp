@@ -16,7 +16,8 @@ constexpr std::size_t MOST_PARAMETERS = 16;
 constexpr std::size_t MOST_SEGMENTS = 32;
 constexpr float MOST_SECONDS = 600;
 constexpr float MOST_SEMITONES = 48;
-constexpr float FAR_AWAY = 1e6F; ///< bound of a parameter's values
+constexpr float LEAST_LOUDNESS = -96; ///< dB
+constexpr float FAR_AWAY = 1e6F;      ///< bound of a parameter's values
 
 float numberAt(const Words &words, std::size_t index, float least, float most, float otherwise)
 {
@@ -142,6 +143,11 @@ void ProjectReader::readCaption(const Words &words)
     const float least = numberAt(words, 2, 0, 1, 0);
     event().caption = words[1];
     event().leastCaption = least;
+}
+
+void ProjectReader::readLoudness(const Words &words)
+{
+    event().loudness = readNumber(words[1], LEAST_LOUDNESS, 0);
 }
 
 void ProjectReader::readPriority(const Words &words)

@@ -51,6 +51,7 @@ const std::vector<ProjectReader::Keyword> &ProjectReader::keywords()
         {"event", Scope::GROUP, 1, 1, "event NAME", &Reader::readEvent, Scope::EVENT},
         {"category", Scope::EVENT, 1, 1, "category PATH", &Reader::readEventCategory},
         {"caption", Scope::EVENT, 1, 2, "caption \"TEXT\" LEAST-LOUDNESS", &Reader::readCaption},
+        {"loudness", Scope::EVENT, 1, 1, "loudness DECIBELS", &Reader::readLoudness},
         {"priority", Scope::EVENT, 1, 1, "priority 0..256", &Reader::readPriority},
         {"voices", Scope::EVENT, 1, 1, "voices COUNT", &Reader::readVoices},
         {"mode", Scope::EVENT, 1, 1, "mode once or mode loop", &Reader::readMode},

@@ -52,6 +52,7 @@ private:
     void readEvent(const Words &words);
     void readEventCategory(const Words &words);
     void readCaption(const Words &words);
+    void readLoudness(const Words &words);
     void readPriority(const Words &words);
     void readVoices(const Words &words);
     void readMode(const Words &words);

@@ -16,6 +16,7 @@
 
 class Collision;
 class MapRootEntity;
+class SegmentFilter;
 struct VolumeMeasure;
 
 /// A segment's nearest hit and the volume that it hits.
@@ -174,6 +175,8 @@ public:
     /// @return not collided, with a null volume, where nothing is hit and for a segment of zero length
     /// @cost cells under the segment up to the hit, plus the volumes in them; allocates nothing
     SegmentHit checkSegment(Vec4 begin, Vec4 dir, bool checkInteract = false);
+    /// The nearest volume that a segment hits of those that a filter lets it be stopped by; as `checkSegment` besides.
+    SegmentHit checkSegmentFor(const SegmentFilter &filter, Vec4 begin, Vec4 dir);
     /// The nearest volume of one cell that a segment hits; see `checkSegment`.
     /// @param cell  (x, 0, z, 1), whole numbers, as `rasterizeTriangle` gives it
     SegmentHit castRayAgainstCell(Vec4 cell, Vec4 start, Vec4 dir, bool checkInteract);
@@ -206,6 +209,7 @@ private:
     void rasterizeTriangleHelper(const Vec4 (&triangle)[3], int pointX, int pointZ, int baseXLeft, int baseXRight,
                                  int baseZ, GridCellAddressList &outList, RequestHandle request);
     struct Probe;
+    SegmentHit castSegment(const Probe &probe);
     void castRayAgainstLists(int cell, const Probe &probe, SegmentHit &best);
     static void castRayAgainstVolume(BoundingVolume *volume, const Probe &probe, SegmentHit &best);
 

@@ -1,6 +1,7 @@
 // PartitioningGrid: the nearest volume on a segment.
 #include "physics/grid/PartitioningGrid.h"
 
+#include "physics/grid/SegmentFilter.h"
 #include "physics/volumes/BoundingVolume.h"
 
 #include <algorithm>
@@ -53,8 +54,9 @@ int truncated(float error)
 /// A segment, prepared for a first look at many outlines.
 struct PartitioningGrid::Probe
 {
-    Probe(const Vec4 &start_, const Vec4 &dir_, bool checkInteract_, std::uint32_t number_)
-        : start(start_), dir(dir_), checkInteract(checkInteract_), number(number_)
+    Probe(const Vec4 &start_, const Vec4 &dir_, bool checkInteract_, std::uint32_t number_,
+          const SegmentFilter *filter_ = nullptr)
+        : start(start_), dir(dir_), checkInteract(checkInteract_), number(number_), filter(filter_)
     {
         for (int axis = 0; axis < 3; ++axis)
         {
@@ -89,22 +91,32 @@ struct PartitioningGrid::Probe
     Vec4 start;
     Vec4 dir;
     bool checkInteract;
-    std::uint32_t number; ///< of this segment
-    float inverse[3];     ///< parameters a metre
+    std::uint32_t number;        ///< of this segment
+    const SegmentFilter *filter; ///< null: everything counts
+    float inverse[3];            ///< parameters a metre
     float inverseSize[3];
 };
 
 SegmentHit PartitioningGrid::checkSegment(Vec4 begin, Vec4 dir, bool checkInteract)
 {
+    return castSegment(Probe(begin, dir, checkInteract, ++probeNumber));
+}
+
+SegmentHit PartitioningGrid::checkSegmentFor(const SegmentFilter &filter, Vec4 begin, Vec4 dir)
+{
+    return castSegment(Probe(begin, dir, false, ++probeNumber, &filter));
+}
+
+SegmentHit PartitioningGrid::castSegment(const Probe &probe)
+{
     SegmentHit best = noHit();
-    const Vec4 from = getCellCoords(begin), to = getCellCoords(begin + dir);
+    const Vec4 from = getCellCoords(probe.start), to = getCellCoords(probe.start + probe.dir);
     if (columns == 0 || !std::isfinite(from.x + from.z) || !std::isfinite(to.x + to.z))
         return best;
     const Axis x{from.x, to.x, columns}, z{from.z, to.z, rows};
     const bool alongX = std::fabs(x.delta) > std::fabs(z.delta);
     const Axis &major = alongX ? x : z, &minor = alongX ? z : x;
     const float majorLength = std::fabs(major.delta), minorLength = std::fabs(minor.delta);
-    const Probe probe(begin, dir, checkInteract, ++probeNumber);
     const auto castAgainst = [&](int m, int n)
     { castRayAgainstLists(alongX ? cellIndex(m, n) : cellIndex(n, m), probe, best); };
     grid.refresh();
@@ -177,10 +189,11 @@ void PartitioningGrid::castRayAgainstLists(int cell, const Probe &probe, Segment
 
 void PartitioningGrid::castRayAgainstVolume(BoundingVolume *volume, const Probe &probe, SegmentHit &best)
 {
-    if (!volume || volume->getIsPartitioningDummy() || (probe.checkInteract && !volume->getInteract()))
+    if (!volume || volume->getIsPartitioningDummy() || (probe.checkInteract && !volume->getInteract()) ||
+        (probe.filter && !probe.filter->counts(*volume)))
         return;
     const RayCollision hit = volume->boxToLineSegmentWithInfo(probe.start, probe.dir);
-    if (hit.collided && hit.t < best.collision.t)
+    if (hit.collided && hit.t < best.collision.t && (!probe.filter || probe.filter->stops(*volume, hit)))
         best = SegmentHit{hit, getHandle(volume)};
 }
 

@@ -123,6 +123,9 @@ public:
     /// Whether the volume stands in the grid for its entity's parent, and segments pass it by.
     bool getIsPartitioningDummy() const { return isPartitioningDummy; }
     void setIsPartitioningDummy(bool val) { isPartitioningDummy = val; }
+    /// Whether light and looks pass through what stops bodies, as through glass or bars.
+    bool getSeeThrough() const { return seeThrough; }
+    void setSeeThrough(bool val) { seeThrough = val; }
     /// What is called when the player touches a trigger or interacts with the volume; null for nothing.
     ReflectorPtr getTriggerFunc() const { return triggerFunc; }
     /// Sets the function and makes the volume a trigger; null ends both.
@@ -231,6 +234,7 @@ private:
     ReflectorPtr triggerFunc;
     RequestHandle lastRequest = 0;
     bool isPartitioningDummy = false;
+    bool seeThrough = false;
     GridPlace gridPlace;
     Siblings siblings;
     KeptRotation rotation; ///< of the transform's orientation

@@ -168,11 +168,16 @@ void LightComponent::updatePartitioningDummy() const
                                    : Vec4(facetMargin * end, facetMargin * end, facetMargin * end, 0));
 }
 
+ViewerComponent *LightComponent::findViewer() const
+{
+    return componentOf<ViewerComponent>(getParent(), ComponentKeys::viewer);
+}
+
 ViewerComponent *LightComponent::findShadowViewer()
 {
     if (!getCastShadows())
         return nullptr;
-    auto *viewer = componentOf<ViewerComponent>(getParent(), ComponentKeys::viewer);
+    ViewerComponent *const viewer = findViewer();
     // Told once: a frame later nothing has changed.
     KV_VERIFY(viewer || missingViewerTold, "The light of %s cannot cast shadows: it needs a component \"viewer\".",
               getParent().toString().toCString());
@@ -263,6 +268,53 @@ Vec4 LightComponent::getBoundingSphere()
     Vec4 sphere = pose.position + pose.forward * (ahead * lightFalloffEnd);
     sphere.w = radius * lightFalloffEnd;
     return sphere;
+}
+
+float LightComponent::shareAt(const Vec4 &place) const
+{
+    const TransformComponent *const transform = findTransform();
+    if (!transform)
+        return 0.0f;
+    Vec4 way = place - transform->getPosition();
+    way.w = 0.0f;
+    const float squared = way.magnitudeSquared();
+    if (!(squared < lightFalloffEnd * lightFalloffEnd))
+        return 0.0f;
+    const float distance = std::sqrt(squared);
+    const float falloff = 1.0f / std::max(lightFalloffEnd - lightFalloffBegin, 1e-4f);
+    const float left = std::min((lightFalloffEnd - distance) * falloff, 1.0f);
+    const float reach = left * left;
+    if (!isSpot)
+        return reach;
+    const Vec4 forward = transform->getOrientation().generateRotation().getColumn(2);
+    return reach * shareInCone(forward.dot(way) / std::max(distance, 1e-4f));
+}
+
+/// Share of the light at an angle from its axis, by its cosine.
+float LightComponent::shareInCone(float cosine) const
+{
+    const float outer = std::cos(spotOuterAngle);
+    const float rim = 1.0f / std::max(std::cos(spotInnerAngle) - outer, 1e-4f);
+    float share = std::min(std::max((cosine - outer) * rim, 0.0f), 1.0f);
+    share /= std::max(share + spotFalloff * 0.1f * (1.0f - share), 1e-4f);
+    return share * share * (3.0f - 2.0f * share);
+}
+
+Vec4 LightComponent::getPlace() const
+{
+    const TransformComponent *const transform = findTransform();
+    return transform ? transform->getPosition() : Vec4(0, 0, 0, 1);
+}
+
+bool LightComponent::drawsShadows() const
+{
+    return isSpot && getCastShadows() && findViewer();
+}
+
+float LightComponent::getShadowNear() const
+{
+    const ViewerComponent *const viewer = findViewer();
+    return viewer ? viewer->getNearClipDistance() : 0.0f;
 }
 
 void LightComponent::setTexture(Handle<TextureAsset> val)

@@ -37,6 +37,18 @@ public:
     /// Sphere around what the light reaches: the ball of its falloff, or the cone cut out of it.
     Vec4 getBoundingSphere() override;
 
+    /// Share of the light's colour that its distance and its cone let come to a place, 0 to 1, as "lights.fx" has it.
+    ///
+    /// What stands between is left out, and so is how a surface is turned. 0 for a place that is no number.
+    /// @param place  in the native space of the light's transform, metres
+    float shareAt(const Vec4 &place) const;
+    /// Where the light stands, in the native space of its transform, metres; the origin without one.
+    Vec4 getPlace() const;
+    /// Whether what stands in the light's way is drawn to keep it off: a spot with castShadows and a viewer.
+    bool drawsShadows() const;
+    /// How near to the light nothing casts a shadow, metres: the near plane of its viewer; 0 without one.
+    float getShadowNear() const;
+
     Handle<TextureAsset> getTexture() const { return texture; }
     /// Keeps another texture with the light, and its name; no technique reads it.
     void setTexture(Handle<TextureAsset> val);
@@ -83,7 +95,9 @@ private:
     void requestMesh();
     void createPartitioningDummy();
     void updatePartitioningDummy() const;
+    ViewerComponent *findViewer() const;
     ViewerComponent *findShadowViewer();
+    float shareInCone(float cosine) const;
     void drawRays(DebugCollectorComponent &collector, TransformComponent &transform) const;
     void drawRings(DebugCollectorComponent &collector, TransformComponent &transform) const;
 

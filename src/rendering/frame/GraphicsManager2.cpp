@@ -284,6 +284,12 @@ ErrorCode GraphicsManager2::findOcclusion()
     return getLiveSceneGraph().renderOneObject(params, mean);
 }
 
+Vec4 GraphicsManager2::getAmbientLight() const
+{
+    const float light = sceneAmbient * 0.1f;
+    return Vec4(light, light, sceneAmbient * 0.08f, light);
+}
+
 ErrorCode GraphicsManager2::postProcessWorld()
 {
     if (!hasUsableCamera())
@@ -304,13 +310,12 @@ ErrorCode GraphicsManager2::postProcessWorld()
     params.bindTarget(graphics.getWorldTarget());
     params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());
 
-    const float ambient = sceneAmbient * 0.1f;
     GraphicsSystem2::BatchRenderParams batch;
     batch.mesh = graphics.getFullScreenQuad();
     // Two techniques: where software draws, both sides of a shader's branch are paid for.
     batch.shaders.insert(names().defaultSet,
                          graphics.getAntialiasing() ? names().combineShader : names().plainCombineShader);
-    batch.shaderConstants.emplace_back(names().sceneAmbient, Vec4(ambient, ambient, sceneAmbient * 0.08f, ambient));
+    batch.shaderConstants.emplace_back(names().sceneAmbient, getAmbientLight());
     batch.shaderConstants.emplace_back(names().dissolveAmount, dissolveAmount);
     batch.shaderConstants.emplace_back(names().dissolveColor, dissolveColor);
     batch.shaderConstants.emplace_back(names().time, getMasterTime());

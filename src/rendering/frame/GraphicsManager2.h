@@ -46,6 +46,8 @@ public:
     float getSceneAmbient() const { return sceneAmbient; }
     /// Light that reaches everything, as a factor on the diffuse colour.
     void setSceneAmbient(float val) { sceneAmbient = val; }
+    /// Linear light that comes from everywhere, before what "test.fx" makes of it by where a surface faces.
+    Vec4 getAmbientLight() const;
     float getDissolveAmount() const { return dissolveAmount; }
     /// How far the picture is dissolved, 0 not at all.
     void setDissolveAmount(float val) { dissolveAmount = val; }

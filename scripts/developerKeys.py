@@ -9,11 +9,11 @@ import kaVel
 import standing
 
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, what force
-#: volumes push, the ways by which sounds are heard, what creatures, flocks and flows steer by, and what creatures do
-#: and why.
+#: volumes push, the ways by which sounds are heard, what creatures, flocks and flows steer by, what creatures perceive,
+#: and what they do and why.
 OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', 'debugDrawViewerFrustums',
             'debugDrawPartitioningGrid', 'debugDrawForceVolumes', 'debugDrawSoundWays', 'debugDrawSteerInfoEnabled',
-            'debugDrawFlockInfoEnabled', 'debugFlowFieldInfluenceInfoEnabled', 'debugDrawMinds')
+            'debugDrawFlockInfoEnabled', 'debugFlowFieldInfluenceInfoEnabled', 'debugDrawPerception', 'debugDrawMinds')
 
 
 def listen(coordinator: kaVel.Coordinator):

@@ -64,6 +64,9 @@ public:
     /// Whether debug drawing writes above each creature what it does and why.
     bool getDebugDrawMinds() const { return debugDrawMinds; }
     void setDebugDrawMinds(bool val) { debugDrawMinds = val; }
+    /// Whether debug drawing shows what creatures see and hear, and what they make of it.
+    bool getDebugDrawPerception() const { return debugDrawPerception; }
+    void setDebugDrawPerception(bool val) { debugDrawPerception = val; }
     /// Ambient light level that a new level's scene starts with, 0..1.
     float getDefaultSceneAmbient() const { return defaultSceneAmbient; }
     void setDefaultSceneAmbient(float val) { defaultSceneAmbient = val; }
@@ -92,5 +95,6 @@ private:
     bool debugDrawForceVolumes = false;
     bool debugDrawSoundWays = false;
     bool debugDrawMinds = false;
+    bool debugDrawPerception = false;
     float defaultSceneAmbient = 0.2f; ///< 0..1
 };

@@ -36,7 +36,7 @@ void Coordinator::registerManagerClasses()
     addManagerClass(ComponentKeys::reverb, managerClass("ReverbManager"), 910, RUN_ON_STOP);
     addManagerClass(ComponentKeys::sound, managerClass("SoundManager"), 1000, RUN_ON_STOP);
     addManagerClass(ComponentKeys::aiMessage, simple, 2300);
-    addManagerClass(ComponentKeys::perception, simple, 2400);
+    addManagerClass(ComponentKeys::perception, managerClass("PerceptionManager"), 2400);
     addManagerClass(ComponentKeys::behaviors, simple, 2500);
     addManagerClass(ComponentKeys::dummy, simple, 2750);
     addManagerClass(ComponentKeys::physics, managerClass("PhysicsManager"), 3000);

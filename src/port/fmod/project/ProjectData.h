@@ -83,8 +83,8 @@ struct EventData
     float leastCaption = 0;
     std::string category;
     float loudness = -26; ///< dB, a metre away, as loud as its parameters let it be
-    int priority = 128; ///< 0 most important, 256 least
-    int voices = 8;     ///< instances heard at once
+    int priority = 128;   ///< 0 most important, 256 least
+    int voices = 8;       ///< instances heard at once
     bool loop = false;
     float fadeIn = 0;      ///< s
     float fadeOut = 0.02F; ///< s

@@ -2,6 +2,7 @@
 
 #include "ai/paths/PathComponent.h"
 #include "ai/paths/RubberBand.h"
+#include "ai/paths/Walkways.h"
 #include "physics/grid/SquareGrid.h"
 
 #include "engine/debug/DebugCollector.h"
@@ -188,6 +189,7 @@ PathManager::Surroundings PathManager::findSurroundings() const
     const Handle<MapRootEntity> map = transform->findMap();
     around.main = gridOf(map, WellKnownPaths::mainPathGrid);
     around.saturation = gridOf(map, WellKnownPaths::pathSaturationGrid);
+    around.ways = Walkways::ofMap(map);
     return around;
 }
 
@@ -200,7 +202,7 @@ void PathManager::doAStar()
         prevStatus = PS_Failed;
         return;
     }
-    const PathGround ground{*around.main, around.saturation};
+    PathGround ground{*around.main, around.saturation};
     if (search.isEmpty() && !beginSearch(ground))
     {
         prevStatus = PS_Failed;
@@ -212,6 +214,16 @@ void PathManager::doAStar()
         return;
     }
     frameCount = 0;
+    if (!around.ways || around.ways->getThingCount() == 0)
+        return searchOn(ground);
+    const GridCell &start = search.getStart();
+    const WalkRule rule(*around.ways, Walker::of(currRequest.hEntity), start.getX(), start.getZ());
+    ground.rule = &rule;
+    searchOn(ground);
+}
+
+void PathManager::searchOn(const PathGround &ground)
+{
     prevStatus = search.run(ground, MAX_PASSES_PER_FRAME);
     if (prevStatus == PS_Succeeded)
         finishPath(ground);
@@ -236,7 +248,7 @@ void PathManager::finishPath(const PathGround &ground)
         if (currRequest.saturation && ground.saturation)
             saturation.mark(*ground.saturation, node->hex.getX(), node->hex.getZ(), maxSatMapVal);
     if (count >= 3 && currRequest.rubberbanding)
-        doRubberbanding(ground.main, search.getFinalNode());
+        doRubberbanding(ground.main, search.getFinalNode(), ground.rule);
     for (const PathNode *node = search.getFinalNode(); node; node = node->parent)
         currentPath.push_back(node->hex);
 }

@@ -14,6 +14,7 @@
 
 class MapRootEntity;
 class PathComponent;
+class Walkways;
 
 /// Manager of the key "path": takes requests, finds one path at a time over the main path grid of the creature's map,
 /// and hands it to the creature's `PathComponent`.
@@ -112,11 +113,12 @@ private:
             return lhs.place < rhs.place;
         }
     };
-    /// The grids that a search needs, for one step.
+    /// What a search needs of its map, for one step.
     struct Surroundings
     {
         SquareGrid *main = nullptr;
         SquareGrid *saturation = nullptr;
+        Walkways *ways = nullptr;
     };
 
     void sortRequests();
@@ -125,6 +127,7 @@ private:
     void handOver();
     bool takeRequest();
     void doAStar();
+    void searchOn(const PathGround &ground);
     Surroundings findSurroundings() const;
     bool beginSearch(const PathGround &ground);
     void finishPath(const PathGround &ground);

@@ -1,23 +1,6 @@
 #include "ai/paths/PathSearch.h"
 
-#include "physics/grid/SquareGrid.h"
-
-#include <cmath>
-
-namespace
-{
-
-struct CellStep
-{
-    int dx;
-    int dz;
-};
-
-/// By SquareGrid::Neighbor.
-constexpr CellStep STEPS[SquareGrid::NUM_NEIGHBORS] = {{1, 0},  {1, -1}, {0, -1}, {-1, -1},
-                                                       {-1, 0}, {-1, 1}, {0, 1},  {1, 1}};
-
-} // namespace
+#include "ai/paths/CellSteps.h"
 
 bool isWalkable(const GridCell &cell)
 {
@@ -120,7 +103,7 @@ bool PathSearch::expand(const Field &field, OpenList::Index current)
     const int x = from.hex.getX(), z = from.hex.getZ();
     for (int direction = 0; direction < SquareGrid::NUM_NEIGHBORS; ++direction)
     {
-        const int nextX = x + STEPS[direction].dx, nextZ = z + STEPS[direction].dz;
+        const int nextX = x + CELL_STEPS[direction].dx, nextZ = z + CELL_STEPS[direction].dz;
         if (static_cast<unsigned>(nextX) >= static_cast<unsigned>(field.cols) ||
             static_cast<unsigned>(nextZ) >= static_cast<unsigned>(field.rows))
             continue;

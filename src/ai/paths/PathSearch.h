@@ -12,7 +12,7 @@
 
 class SquareGrid;
 
-/// Which steps a search may take besides those that the path grid allows.
+/// What forbids steps that the path grid would allow.
 class StepRule
 {
 public:
@@ -20,6 +20,8 @@ public:
     /// Whether somebody may go from a cell to the one beside it.
     /// @param direction  a SquareGrid::Neighbor
     virtual bool allows(int x, int z, int direction) const = 0;
+    /// Whether somebody may go straight from one cell to another.
+    virtual bool allowsStraight(const GridCell &from, const GridCell &to) const = 0;
 };
 
 /// What a search goes over, as it stands while a part of it runs; borrowed for that time.
@@ -57,6 +59,8 @@ public:
     bool isEmpty() const { return poolIndex == 0; }
     /// The node of the destination, from which the parents lead to the start; null unless a run has succeeded.
     PathNode *getFinalNode() const { return finalNode; }
+    /// The cell of the beginning, while the search is not empty.
+    const GridCell &getStart() const { return nodePool[0].hex; }
     /// Count of cells that were reached.
     int getNodeCount() const { return static_cast<int>(poolIndex); }
     /// The cells that were reached: those that wait to be expanded, or those that have been.

@@ -4,14 +4,14 @@
 
 #include <algorithm>
 
-void doRubberbanding(SquareGrid &mainGrid, PathNode *finalNode)
+void doRubberbanding(SquareGrid &mainGrid, PathNode *finalNode, const StepRule *rule)
 {
     PathNode *first = finalNode;
     PathNode *middle = first ? first->parent : nullptr;
     PathNode *last = middle ? middle->parent : nullptr;
     while (last)
     {
-        if (checkTriplet(mainGrid, first, middle, last))
+        if (checkTriplet(mainGrid, first, middle, last) && (!rule || rule->allowsStraight(first->hex, last->hex)))
             first->parent = last;
         else
             first = middle;

@@ -7,7 +7,8 @@
 class SquareGrid;
 
 /// Drops nodes from a chain of parents, three at a time: the middle one goes where `checkTriplet` says so.
-void doRubberbanding(SquareGrid &mainGrid, PathNode *finalNode);
+/// @param rule  what else forbids straight ways; null for nothing
+void doRubberbanding(SquareGrid &mainGrid, PathNode *finalNode, const StepRule *rule = nullptr);
 
 /// Whether one may go straight from the first of three nodes to the last.
 ///

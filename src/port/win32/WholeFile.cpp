@@ -77,7 +77,7 @@ std::string writeWholeFile(const char *designed, std::string_view contents)
         return systemReason();
     if (writeAndClose(std::move(file), contents) && std::rename(fresh.c_str(), path.c_str()) == 0)
         return std::string();
-    const std::string reason = systemReason();
+    std::string reason = systemReason();
     fs::remove(fresh, unknown);
     return reason;
 }

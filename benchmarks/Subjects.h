@@ -1,7 +1,10 @@
 // Subjects: the objects that the benchmarks look up, call, message and step.
 #pragma once
 
+#include "engine/entities/Entity.h"
 #include "engine/entities/SimpleComponent.h"
+
+#include "w08_bt_common.h"
 
 /// An object with one number, as look-ups read it.
 class BenchPoint : public Object
@@ -138,4 +141,12 @@ class BenchMover9 : public BenchMover
     KV_REFLECTED(BenchMover9)
 public:
     void doFrame() override { x += v * 0.016f; }
+};
+
+/// A creature whose leaves count their visits.
+class BenchCreature : public Entity
+{
+    KV_REFLECTED(BenchCreature)
+public:
+    Agent agent;
 };

@@ -82,6 +82,11 @@ WORKLOADS = {
         ("peer_w06_grid_limit", "rays", {
             "rays/20": "20m limit: cell walk over flat arrays",
             "rays/100": "100m limit: cell walk over flat arrays"})]),
+    "W8": ("ns/tree", [("bench_engine", "W8/", {
+        "W8/frame/iterations:240": "tree engine", "W8/tick/iterations:240": "tick engine"}),
+        ("peer_w08_bt_limits", ".", {
+            "limit_virtual_nodes/iterations:240": "tree limit: virtual nodes",
+            "limit_written_out/iterations:240": "tree limit: written out as code"})]),
     "W11": ("ms/load", [("bench_engine", "W11/", {"W11/load": "model engine"}),
                         ("peer_w11_model_assimp", ".", {
                             "assimp_glb/iterations:1": "model Assimp, binary glTF",
@@ -122,7 +127,7 @@ CHECKS = {"live engine": 100000, "dead engine": 0, "mixed engine": 75000, "resol
           "message engine": 1000, "churn engine": 1000, "frame engine": 10000,
           "scope engine": 2, "model engine": 1249924,
           "detect-1000 engine": (293.5, 294.5), "detect-4000 engine": (1174, 1179), "detect-16000 engine": (4596, 4615),
-          **{f"step-{n} engine": "kept" for n in ARENAS}, "20m engine": 9248, "100m engine": 9615,
+          **{f"step-{n} engine": "kept" for n in ARENAS}, "tree engine": 650497, "tick engine": 240000, "20m engine": 9248, "100m engine": 9615,
           "p50 engine": (-7.05, -6.85), "p99 engine": (-7.05, -6.85), "mix engine": (-7.05, -6.85)}
 
 

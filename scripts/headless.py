@@ -121,7 +121,7 @@ def treeDigest(root: kaVel.Object):
     digest = hashlib.sha256()
     tree = kaVel.descendants(root)
     for handle in tree:
-        name = handle.name
+        name = handle.getName()
         # The engine makes up names from addresses for objects that were given none.
         line = [handle._getType().name, '' if name.startswith('unnamed__') else name]
         if handle._getType().isSubclassOf(kaVel.Reflection.TransformComponent):

@@ -169,7 +169,7 @@ def pathOf(handle: Object) -> str:
     """Names from the root of the tree down to an object, joined by '/'."""
     names = []
     while handle:
-        names.append(handle.name)
+        names.append(handle.getName())
         handle = handle.parent
     return '/'.join(reversed(names))
 

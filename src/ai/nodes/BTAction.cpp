@@ -8,24 +8,6 @@
 
 #include "foundation/Assertions.h"
 
-namespace
-{
-StatusCode statusOf(ActionStatus status)
-{
-    switch (status)
-    {
-    case AS_InProgress:
-        return SC_NeedMoreTime;
-    case AS_Complete:
-        return SC_Success;
-    case AS_Failed:
-        return SC_Failure;
-    default:
-        return SC_Undefined;
-    }
-}
-} // namespace
-
 BTAction::~BTAction()
 {
     if (auto action = hAction.lookup())
@@ -122,9 +104,19 @@ void BTAction::setTreeParent(Handle<Entity> baseEntity)
         action->setParent(baseEntity).ignoreError();
 }
 
-void BTAction::onHierarchyChange(Handle<Object>, Handle<Object>)
+void BTAction::onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent)
 {
+    BTTask::onHierarchyChange(reparentedObject, newParent);
     master.forget();
+}
+
+void BTAction::describeTo(TaskCell &description) const
+{
+    if (type != T_Function)
+        return;
+    description.kind = TaskCell::ACT;
+    description.act = actionFn;
+    description.creature = handle_cast<Entity>(getParent());
 }
 
 void BTAction::setAction(Handle<Action> action)
@@ -134,6 +126,7 @@ void BTAction::setAction(Handle<Action> action)
     {
         object->setParentTask(getTypedHandle());
         type = T_Action;
+        spoilPlan();
     }
 }
 
@@ -141,10 +134,12 @@ void BTAction::setActionFn(BTActionFn func)
 {
     actionFn = func;
     type = func ? T_Function : T_Unknown;
+    spoilPlan();
 }
 
 void BTAction::setReflectorPtr(ReflectorPtr ptr)
 {
     reflectorPtr = ptr;
     type = T_ReflectorPtr;
+    spoilPlan();
 }

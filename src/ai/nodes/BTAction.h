@@ -51,6 +51,7 @@ public:
     ReflectorPtr getReflectorPtr() const { return reflectorPtr; }
 
 private:
+    void describeTo(TaskCell &description) const override;
     StatusCode runAction();
     ActionStatus callReflected();
 

@@ -19,6 +19,21 @@ void tell(const String &what, const BTTask &node, const String &cause)
 }
 } // namespace
 
+void BTCondition::setConditionFunc(BTConditionFn func)
+{
+    conditionFunc = func;
+    spoilPlan();
+}
+
+void BTCondition::describeTo(TaskCell &description) const
+{
+    if (!conditionFunc || !children.empty())
+        return;
+    description.kind = TaskCell::ASK;
+    description.ask = conditionFunc;
+    description.creature = handle_cast<Entity>(getParent());
+}
+
 StatusCode BTCondition::run()
 {
     const StatusCode answer = ask();

@@ -16,13 +16,14 @@ public:
     StatusCode run() override;
     ErrorReturn<Handle<BTTask>> clone() override;
     /// Sets the native function, which goes before the reflected one.
-    void setConditionFunc(BTConditionFn func) { conditionFunc = func; }
+    void setConditionFunc(BTConditionFn func);
     /// Sets the reflected function.
     void setReflectorPtr(ReflectorPtr ptr) { reflectorPtr = ptr; }
     /// The reflected function; null for none.
     ReflectorPtr getReflectorPtr() const { return reflectorPtr; }
 
 private:
+    void describeTo(TaskCell &description) const override;
     StatusCode ask();
     StatusCode askReflected();
 

@@ -4,9 +4,9 @@ Handle<BTTask> BTDecorator::addChild(Handle<BTTask> child)
 {
     if (!children.empty())
         return child;
-    const TaskListIt kept = activeTask;
+    const TaskListIt kept = getActiveTask();
     BTTask::addChild(child);
-    activeTask = kept;
+    setActiveTask(kept);
     return child;
 }
 

@@ -10,8 +10,11 @@ class BTUntilFail : public BTDecorator
 public:
     BTUntilFail() = default;
 
-    StatusCode run() override;
+    StatusCode run() override { return runPlanned(); }
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
+
+private:
+    void describeTo(TaskCell &description) const override { description.kind = TaskCell::UNTIL_FAIL; }
 };
 
 /// Ticks its child until that succeeds: SC_Success then, SC_NeedMoreTime for anything else.
@@ -21,8 +24,11 @@ class BTUntilSucceed : public BTDecorator
 public:
     BTUntilSucceed() = default;
 
-    StatusCode run() override;
+    StatusCode run() override { return runPlanned(); }
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
+
+private:
+    void describeTo(TaskCell &description) const override { description.kind = TaskCell::UNTIL_SUCCEED; }
 };
 
 /// Swaps success and failure. SC_NeedMoreTime stays, all else is SC_Undefined.
@@ -32,8 +38,11 @@ class BTInverter : public BTDecorator
 public:
     BTInverter() = default;
 
-    StatusCode run() override;
+    StatusCode run() override { return runPlanned(); }
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
+
+private:
+    void describeTo(TaskCell &description) const override { description.kind = TaskCell::INVERTER; }
 };
 
 /// Turns failure into success. SC_NeedMoreTime stays, all else is SC_Undefined.
@@ -43,6 +52,9 @@ class BTFailFilter : public BTDecorator
 public:
     BTFailFilter() = default;
 
-    StatusCode run() override;
+    StatusCode run() override { return runPlanned(); }
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
+
+private:
+    void describeTo(TaskCell &description) const override { description.kind = TaskCell::FAIL_FILTER; }
 };

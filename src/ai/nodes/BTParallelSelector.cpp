@@ -7,24 +7,24 @@ StatusCode BTParallelSelector::run()
     if (runningChildren.empty())
         runningChildren = children;
     finalResult = SC_Undefined;
-    activeTask = 0;
-    while (activeTask < runningChildren.size() && finalResult == SC_Undefined)
+    activeTask() = 0;
+    while (activeTask() < runningChildren.size() && finalResult == SC_Undefined)
         runActiveTask();
     return finalResult;
 }
 
 void BTParallelSelector::runActiveTask()
 {
-    BTTask *const child = resolve(runningChildren, activeTask);
+    BTTask *const child = resolve(runningChildren, activeTask());
     if (!child)
     {
-        finalResult = reportMissingChild(activeTask);
+        finalResult = reportMissingChild(activeTask());
         return;
     }
     switch (child->tick())
     {
     case SC_NeedMoreTime:
-        if (++activeTask >= runningChildren.size())
+        if (++activeTask() >= runningChildren.size())
             finalResult = SC_NeedMoreTime;
         return;
     case SC_Success:
@@ -39,19 +39,19 @@ void BTParallelSelector::runActiveTask()
 /// Takes the child at `activeTask`, which has failed, out of the running ones.
 void BTParallelSelector::finishActiveTask()
 {
-    if (activeTask + 1 < runningChildren.size())
+    if (activeTask() + 1 < runningChildren.size())
     {
-        const Handle<BTTask> next = runningChildren[activeTask + 1];
-        runningChildren.erase(runningChildren.begin() + static_cast<std::ptrdiff_t>(activeTask));
+        const Handle<BTTask> next = runningChildren[activeTask() + 1];
+        runningChildren.erase(runningChildren.begin() + static_cast<std::ptrdiff_t>(activeTask()));
         const auto found = std::find(runningChildren.begin(), runningChildren.end(), next);
-        activeTask = static_cast<TaskListIt>(found - runningChildren.begin());
+        activeTask() = static_cast<TaskListIt>(found - runningChildren.begin());
         return;
     }
     // Terminated from within the child's tick, the list is empty already.
     if (!runningChildren.empty())
         runningChildren.pop_back();
     finalResult = runningChildren.empty() ? SC_Failure : SC_NeedMoreTime;
-    activeTask = runningChildren.size();
+    activeTask() = static_cast<TaskListIt>(runningChildren.size());
 }
 
 void BTParallelSelector::terminate()

@@ -7,18 +7,18 @@ StatusCode BTParallelSequence::run()
     if (runningChildren.empty())
         runningChildren = children;
     finalResult = SC_Undefined;
-    activeTask = 0;
-    while (activeTask < runningChildren.size() && (finalResult == SC_Undefined || finalResult == SC_NeedMoreTime))
+    activeTask() = 0;
+    while (activeTask() < runningChildren.size() && (finalResult == SC_Undefined || finalResult == SC_NeedMoreTime))
         runActiveTask();
     return finalResult;
 }
 
 void BTParallelSequence::runActiveTask()
 {
-    BTTask *const child = resolve(runningChildren, activeTask);
+    BTTask *const child = resolve(runningChildren, activeTask());
     if (!child)
     {
-        finalResult = reportMissingChild(activeTask);
+        finalResult = reportMissingChild(activeTask());
         return;
     }
     const StatusCode result = child->tick();
@@ -31,7 +31,7 @@ void BTParallelSequence::runActiveTask()
     switch (result)
     {
     case SC_NeedMoreTime:
-        if (++activeTask >= runningChildren.size())
+        if (++activeTask() >= runningChildren.size())
             finalResult = SC_NeedMoreTime;
         return;
     case SC_Failure:
@@ -46,12 +46,12 @@ void BTParallelSequence::runActiveTask()
 /// Takes the child at `activeTask` out of the running ones; with the last of the list everything begins anew.
 void BTParallelSequence::finishActiveTask()
 {
-    if (activeTask + 1 < runningChildren.size())
+    if (activeTask() + 1 < runningChildren.size())
     {
-        const Handle<BTTask> next = runningChildren[activeTask + 1];
-        runningChildren.erase(runningChildren.begin() + static_cast<std::ptrdiff_t>(activeTask));
+        const Handle<BTTask> next = runningChildren[activeTask() + 1];
+        runningChildren.erase(runningChildren.begin() + static_cast<std::ptrdiff_t>(activeTask()));
         const auto found = std::find(runningChildren.begin(), runningChildren.end(), next);
-        activeTask = static_cast<TaskListIt>(found - runningChildren.begin());
+        activeTask() = static_cast<TaskListIt>(found - runningChildren.begin());
         return;
     }
     if (!runningChildren.empty())
@@ -62,7 +62,7 @@ void BTParallelSequence::finishActiveTask()
         runningChildren = children;
         finalResult = SC_NeedMoreTime;
     }
-    activeTask = runningChildren.size();
+    activeTask() = static_cast<TaskListIt>(runningChildren.size());
 }
 
 void BTParallelSequence::terminate()

@@ -7,9 +7,9 @@ StatusCode BTRandomSelector::run()
         shuffled.shouldReshuffle = false;
         reshuffleChildren();
     }
-    BTTask *const child = resolve(shuffled.shuffledChildren, activeTask);
+    BTTask *const child = resolve(shuffled.shuffledChildren, activeTask());
     if (!child)
-        return reportMissingChild(activeTask);
+        return reportMissingChild(activeTask());
 
     switch (child->tick())
     {
@@ -17,7 +17,7 @@ StatusCode BTRandomSelector::run()
         shuffled.shouldReshuffle = true;
         return SC_Success;
     case SC_Failure:
-        if (++activeTask < shuffled.shuffledChildren.size())
+        if (++activeTask() < shuffled.shuffledChildren.size())
             return SC_NeedMoreTime;
         shuffled.shouldReshuffle = true;
         return SC_Failure;
@@ -35,5 +35,5 @@ void BTRandomSelector::terminate()
 void BTRandomSelector::reshuffleChildren()
 {
     shuffled.shuffle(children);
-    activeTask = 0;
+    activeTask() = 0;
 }

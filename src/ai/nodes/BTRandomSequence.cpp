@@ -7,9 +7,9 @@ StatusCode BTRandomSequence::run()
         shuffled.shouldReshuffle = false;
         reshuffleChildren();
     }
-    BTTask *const child = resolve(shuffled.shuffledChildren, activeTask);
+    BTTask *const child = resolve(shuffled.shuffledChildren, activeTask());
     if (!child)
-        return reportMissingChild(activeTask);
+        return reportMissingChild(activeTask());
 
     switch (child->tick())
     {
@@ -19,7 +19,7 @@ StatusCode BTRandomSequence::run()
         shuffled.shouldReshuffle = true;
         return SC_Failure;
     default:
-        if (++activeTask < shuffled.shuffledChildren.size())
+        if (++activeTask() < shuffled.shuffledChildren.size())
             return SC_NeedMoreTime;
         shuffled.shouldReshuffle = true;
         return SC_Success;
@@ -35,5 +35,5 @@ void BTRandomSequence::terminate()
 void BTRandomSequence::reshuffleChildren()
 {
     shuffled.shuffle(children);
-    activeTask = 0;
+    activeTask() = 0;
 }

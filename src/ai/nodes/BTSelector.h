@@ -13,8 +13,11 @@ class BTSelector : public BTTask
 public:
     BTSelector() = default;
 
-    StatusCode run() override;
+    StatusCode run() override { return runPlanned(); }
     /// Ends what is going on, and begins again at the first child.
     void terminate() override;
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
+
+private:
+    void describeTo(TaskCell &description) const override { description.kind = TaskCell::SELECTOR; }
 };

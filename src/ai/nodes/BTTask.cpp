@@ -1,9 +1,9 @@
 #include "ai/nodes/BTTask.h"
 
+#include "ai/nodes/Descent.h"
 #include "ai/trees/TreeText.h"
 
 #include "engine/entities/Entity.h"
-#include "object/reflection/DoxyElement.h"
 
 #include "foundation/Logger.h"
 
@@ -13,21 +13,6 @@ AllocationCategory BTAllocation("behaviour trees");
 
 namespace
 {
-/// Counts the calls within each other that go down a tree.
-class Descent
-{
-public:
-    Descent() { ++depth; }
-    ~Descent() { --depth; }
-    Descent(const Descent &) = delete;
-    Descent &operator=(const Descent &) = delete;
-
-    bool isTooDeep() const { return depth > BTTask::MAX_DEPTH; }
-
-private:
-    static inline constinit int depth = 0;
-};
-
 /// Counts the nodes that one copy of a tree makes.
 class Copying
 {
@@ -48,13 +33,6 @@ private:
     static inline constinit int running = 0;
     static inline constinit int made = 0;
 };
-
-String tooDeepText()
-{
-    return String::format("stands deeper than %d nodes below its root and is not followed: a tree takes branches "
-                          "rather than a chain, and may not stand within itself",
-                          BTTask::MAX_DEPTH);
-}
 } // namespace
 
 Handle<BTTask> BTTask::addChild(Handle<BTTask> child)
@@ -67,7 +45,8 @@ Handle<BTTask> BTTask::addChild(Handle<BTTask> child)
     if (auto added = child.lookup())
         added->placed = true;
     children.push_back(child);
-    activeTask = 0;
+    cell->active = 0;
+    spoilPlan();
     return child;
 }
 
@@ -90,19 +69,35 @@ bool BTTask::canTake(const Handle<BTTask> &child) const
 
 StatusCode BTTask::tick()
 {
-    const Descent level;
-    if (level.isTooDeep()) [[unlikely]]
-    {
-        complain(tooDeepText());
-        return SC_Failure;
-    }
-    ticked = true;
-    return lastResult = run();
+    const TreePlan::Use use(*this);
+    return use->tick(*cell);
+}
+
+StatusCode BTTask::runPlanned()
+{
+    const TreePlan::Use use(*this);
+    return use->step(*cell);
+}
+
+void BTTask::spoilPlan()
+{
+    if (plan)
+        plan->spoil();
+}
+
+BTTask::~BTTask()
+{
+    spoilPlan();
+}
+
+void BTTask::onHierarchyChange(Handle<Object>, Handle<Object>)
+{
+    spoilPlan();
 }
 
 void BTTask::terminate()
 {
-    terminated = true;
+    cell->terminated = true;
     terminateChildren();
 }
 
@@ -111,7 +106,7 @@ void BTTask::terminateChildren()
     const Descent level;
     if (level.isTooDeep())
     {
-        complain(tooDeepText());
+        complain(level.describe());
         return;
     }
     for (TaskListIt i = 0; i < children.size(); ++i)
@@ -125,7 +120,7 @@ void BTTask::setTreeParent(Handle<Entity> baseEntity)
     const Descent level;
     if (level.isTooDeep())
     {
-        complain(tooDeepText());
+        complain(level.describe());
         return;
     }
     for (TaskListIt i = 0; i < children.size(); ++i)
@@ -180,7 +175,7 @@ ErrorReturn<Handle<BTTask>> BTTask::cloneWithChildren() const
 StatusCode BTTask::reportMissingChild(TaskListIt at)
 {
     if (isFirstComplaint())
-        KV_LOGF(Logger_::I_ERROR, "%s: child %zu is no task, or one that has died; what builds the tree adds it",
+        KV_LOGF(Logger_::I_ERROR, "%s: child %u is no task, or one that has died; what builds the tree adds it",
                 taskPath(*this).toCString(), at + 1);
     return SC_InvalidHandle;
 }

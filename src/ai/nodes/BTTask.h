@@ -1,6 +1,9 @@
 // BTTask: a node of a behaviour tree, and what a tick of it gives.
 #pragma once
 
+#include "ai/nodes/TaskTypes.h"
+#include "ai/nodes/TreePlan.h"
+
 #include "object/tree/Object.h"
 
 #include "foundation/Allocators.h"
@@ -8,39 +11,6 @@
 
 #include <cstddef>
 #include <vector>
-
-class BTTask;
-class Entity;
-
-/// What a tick of a node gives.
-enum StatusCode
-{
-    SC_Success = 0,      ///< finished, succeeded
-    SC_Failure = 1,      ///< finished, failed
-    SC_NeedMoreTime = 2, ///< to be ticked again in the next frame
-    SC_Undefined = 3,    ///< nothing that means anything: no children, an unknown result
-    SC_InvalidHandle = 4 ///< what the node needed does not exist
-};
-
-/// What a step of an action gives.
-enum ActionStatus
-{
-    AS_InProgress = 0,
-    AS_Complete = 1,
-    AS_Failed = 2,
-    AS_InvalidHandle = 3 ///< what the action needed does not exist
-};
-
-/// Step of a leaf, as a function of the entity that acts.
-using BTActionFn = ActionStatus (*)(Handle<Entity> hEntity);
-/// Question that a leaf asks about the entity that acts.
-using BTConditionFn = StatusCode (*)(Handle<Entity> hEntity);
-/// Name of a behaviour, which is that of its tree.
-using BTType = String;
-/// Nodes in the order in which they are ticked.
-using TaskList = std::vector<Handle<BTTask>>;
-/// Place in a TaskList: an index, so that it outlives changes of the list.
-using TaskListIt = std::size_t;
 
 /// Under which all nodes of trees and their actions are made.
 extern AllocationCategory BTAllocation;
@@ -60,7 +30,10 @@ public:
     /// Nodes that a copy of a tree may have.
     static constexpr int MAX_COPIED = 250000;
 
-    BTTask() = default;
+    BTTask() { ownCell.task = this; }
+    ~BTTask() override;
+
+    void onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent) override;
 
     /// Adds a child behind the present ones and begins again at the first; returns the handle it was given.
     ///
@@ -82,19 +55,19 @@ public:
     StatusCode tick();
 
     /// Whether the node was terminated; a sequence looks at it after its child's tick.
-    bool getTerminated() const { return terminated; }
-    void setTerminated(bool val) { terminated = val; }
+    bool getTerminated() const { return cell->terminated; }
+    void setTerminated(bool val) { cell->terminated = val; }
     /// How many children the node ticks.
     std::size_t getTaskCount() const { return children.size(); }
     /// The child at an index; invalid where there is none.
     Handle<BTTask> getTask(std::size_t index) const;
     /// Index of the child that is ticked next, in the list that the node walks.
-    TaskListIt getActiveTask() const { return activeTask; }
-    void setActiveTask(TaskListIt val) { activeTask = val; }
+    TaskListIt getActiveTask() const { return cell->active; }
+    void setActiveTask(TaskListIt val) { cell->active = val; }
     /// Whether the node has been ticked.
-    bool getTicked() const { return ticked; }
+    bool getTicked() const { return cell->ticked; }
     /// What the last tick gave; SC_Undefined before the first.
-    StatusCode getLastResult() const { return lastResult; }
+    StatusCode getLastResult() const { return static_cast<StatusCode>(cell->lastResult); }
 
     /// The children in order.
     const TaskList &getTasks() const { return children; }
@@ -114,24 +87,34 @@ protected:
     {
         return at < tasks.size() ? tasks[at].lookup().ptr : nullptr;
     }
-    /// Says once that a child cannot be ticked. @return SC_InvalidHandle
+    /// Says once that a child cannot be ticked; gives SC_InvalidHandle.
     StatusCode reportMissingChild(TaskListIt at);
     /// Logs an error about this node, with its path in its tree; later ones of the same node are not told.
     void complain(const String &what);
     /// Whether nothing has been said about this node yet; true once.
     bool isFirstComplaint();
 
-    bool terminated = false;
+    /// One tick as the plan of the tree has it.
+    StatusCode runPlanned();
+    /// Has the plan of the tree made anew before the next tick.
+    void spoilPlan();
+    /// The child that is ticked next, in the list that the node walks.
+    TaskListIt &activeTask() { return cell->active; }
+
     TaskList children;
-    TaskListIt activeTask = 0;
 
 private:
-    bool canTake(const Handle<BTTask> &child) const;
+    friend class TreePlan;
 
+    bool canTake(const Handle<BTTask> &child) const;
+    /// Fills in how a plan ticks the node, apart from its children; OTHER for what runs by itself.
+    virtual void describeTo(TaskCell &) const {}
+
+    TaskCell *cell = &ownCell; ///< what ticks read and write of the node: in the plan, or its own
+    boost::intrusive_ptr<TreePlan> plan;
+    TaskCell ownCell;
     bool placed = false; ///< stands below another node
     bool complained = false;
-    bool ticked = false;
-    StatusCode lastResult = SC_Undefined;
 };
 
 /// Every node below and at a root, parents before children and each once, with how deep it stands.

@@ -25,7 +25,8 @@ ErrorReturn<Handle<BTTask>> BTWaitTimer::clone()
     return copy;
 }
 
-void BTWaitTimer::onHierarchyChange(Handle<Object>, Handle<Object>)
+void BTWaitTimer::onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent)
 {
+    BTTask::onHierarchyChange(reparentedObject, newParent);
     master.forget();
 }

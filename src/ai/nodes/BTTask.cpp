@@ -67,18 +67,6 @@ bool BTTask::canTake(const Handle<BTTask> &child) const
     return true;
 }
 
-StatusCode BTTask::tick()
-{
-    const TreePlan::Use use(*this);
-    return use->tick(*cell);
-}
-
-StatusCode BTTask::runPlanned()
-{
-    const TreePlan::Use use(*this);
-    return use->step(*cell);
-}
-
 void BTTask::spoilPlan()
 {
     if (plan)

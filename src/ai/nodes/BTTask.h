@@ -52,7 +52,7 @@ public:
     void DeleteTree();
 
     /// Runs the node and remembers the result; SC_Failure, with an error, at a depth that no tree should have.
-    StatusCode tick();
+    StatusCode tick() { return TreePlan::tick(*this); }
 
     /// Whether the node was terminated; a sequence looks at it after its child's tick.
     bool getTerminated() const { return cell->terminated; }
@@ -65,9 +65,9 @@ public:
     TaskListIt getActiveTask() const { return cell->active; }
     void setActiveTask(TaskListIt val) { cell->active = val; }
     /// Whether the node has been ticked.
-    bool getTicked() const { return cell->ticked; }
+    bool getTicked() const { return cell->lastResult != TaskCell::NOT_TICKED; }
     /// What the last tick gave; SC_Undefined before the first.
-    StatusCode getLastResult() const { return static_cast<StatusCode>(cell->lastResult); }
+    StatusCode getLastResult() const { return getTicked() ? static_cast<StatusCode>(cell->lastResult) : SC_Undefined; }
 
     /// The children in order.
     const TaskList &getTasks() const { return children; }
@@ -95,7 +95,7 @@ protected:
     bool isFirstComplaint();
 
     /// One tick as the plan of the tree has it.
-    StatusCode runPlanned();
+    StatusCode runPlanned() { return TreePlan::run(*this); }
     /// Has the plan of the tree made anew before the next tick.
     void spoilPlan();
     /// The child that is ticked next, in the list that the node walks.

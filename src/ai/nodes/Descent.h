@@ -3,24 +3,20 @@
 
 #include "ai/nodes/BTTask.h"
 
-/// Counts, as long as it lives, as one call on the way down a tree.
+/// Counts, as long as it lives, as some levels of calls on the way down a tree.
 class Descent
 {
 public:
-    Descent() { ++depth; }
-    ~Descent() { --depth; }
+    explicit Descent(int levels = 1) : levels(levels) { depth += levels; }
+    ~Descent() { depth -= levels; }
     Descent(const Descent &) = delete;
     Descent &operator=(const Descent &) = delete;
 
     bool isTooDeep() const { return depth > BTTask::MAX_DEPTH; }
     /// What is wrong with the node at which it is too deep.
-    String describe() const
-    {
-        return String::format("stands deeper than %d nodes below its root and is not followed: a tree takes branches "
-                              "rather than a chain, and may not stand within itself",
-                              BTTask::MAX_DEPTH);
-    }
+    static String describe();
 
 private:
+    const int levels;
     static inline constinit int depth = 0;
 };

@@ -6,9 +6,21 @@
 
 namespace
 {
-bool isLeaf(const TaskCell &cell)
+/// Whether a plan ticks the node's children, too.
+bool hasChildren(const TaskCell &cell)
 {
-    return cell.kind == TaskCell::ASK || cell.kind == TaskCell::ACT;
+    switch (cell.kind)
+    {
+    case TaskCell::SELECTOR:
+    case TaskCell::SEQUENCE:
+    case TaskCell::INVERTER:
+    case TaskCell::FAIL_FILTER:
+    case TaskCell::UNTIL_FAIL:
+    case TaskCell::UNTIL_SUCCEED:
+        return true;
+    default:
+        return false;
+    }
 }
 
 StatusCode inverted(StatusCode result)
@@ -41,27 +53,50 @@ StatusCode withoutFailure(StatusCode result)
 }
 } // namespace
 
-StatusCode statusOf(ActionStatus status)
+/// A tick from outside, as long as which the node's plan stays as it is.
+class TreePlan::Use
 {
-    switch (status)
+public:
+    explicit Use(BTTask &task)
     {
-    case AS_InProgress:
-        return SC_NeedMoreTime;
-    case AS_Complete:
-        return SC_Success;
-    case AS_Failed:
-        return SC_Failure;
-    default:
-        return SC_Undefined;
+        if (!task.plan || task.plan->stale) [[unlikely]]
+            refresh(task);
+        plan = task.plan.get();
+        ++plan->running;
     }
+    ~Use()
+    {
+        // Its last node may have gone over to another plan meanwhile.
+        if (--plan->running == 0 && plan->users == 0) [[unlikely]]
+            delete plan;
+    }
+    Use(const Use &) = delete;
+    Use &operator=(const Use &) = delete;
+
+    TreePlan *operator->() const { return plan; }
+
+private:
+    const CremationHold hold;
+    TreePlan *plan;
+};
+
+StatusCode TreePlan::tick(BTTask &task)
+{
+    const StatusCode result = run(task);
+    task.cell->lastResult = static_cast<std::uint8_t>(result);
+    return result;
 }
 
-TreePlan::Use::Use(BTTask &task)
+StatusCode TreePlan::run(BTTask &task)
 {
-    if (!task.plan || task.plan->stale) [[unlikely]]
-        refresh(task);
-    plan = task.plan;
-    ++plan->running;
+    const Use plan(task);
+    const Descent levels(plan->depth);
+    if (levels.isTooDeep()) [[unlikely]]
+    {
+        task.complain(levels.describe());
+        return SC_Failure;
+    }
+    return plan->step(*task.cell);
 }
 
 /// Makes a node's plan anew, unless it is being ticked.
@@ -82,23 +117,33 @@ void TreePlan::build(BTTask &root)
 {
     const boost::intrusive_ptr<TreePlan> plan(new TreePlan(root.getTypedHandle()));
     plan->add(root.getTypedHandle());
-    for (std::size_t i = 0; i < plan->cells.size(); ++i)
-        plan->addChildren(i);
+    // Level by level, so that children stand beside each other.
+    for (std::size_t begin = 0, end = plan->cells.size(); begin < end; begin = end, end = plan->cells.size())
+    {
+        ++plan->depth;
+        for (std::size_t i = begin; i < end; ++i)
+            plan->addChildren(i);
+    }
     plan->settle();
 }
 
 /// Appends the cells of a node's children; a node that runs by itself sees to its own.
 void TreePlan::addChildren(std::size_t at)
 {
-    const TaskCell::Kind kind = cells[at].kind;
-    if (kind == TaskCell::MISSING || kind == TaskCell::ELSEWHERE || kind == TaskCell::OTHER)
+    if (!hasChildren(cells[at]))
         return;
+    if (depth == BTTask::MAX_DEPTH)
+    {
+        cells[at].kind = TaskCell::TOO_DEEP;
+        return;
+    }
     const TaskList &children = cells[at].task->children;
-    if (isLeaf(cells[at]))
-        return;
     cells[at].children = {static_cast<std::uint32_t>(cells.size()), static_cast<std::uint32_t>(children.size())};
     for (const Handle<BTTask> &h : children)
+    {
         add(h);
+        cells.back().parent = static_cast<std::uint32_t>(at);
+    }
 }
 
 /// Appends the cell of a node, with the state that the node is in.
@@ -122,7 +167,6 @@ void TreePlan::add(const Handle<BTTask> &h)
         task->plan->spoil();
     cell.active = task->cell->active;
     cell.terminated = task->cell->terminated;
-    cell.ticked = task->cell->ticked;
     cell.lastResult = task->cell->lastResult;
     task->describeTo(cell);
     task->plan = this;
@@ -136,54 +180,76 @@ void TreePlan::settle()
             cell.task->cell = &cell;
 }
 
-StatusCode TreePlan::tick(TaskCell &cell)
+/// One tick of a node of the plan: down the active path to what runs, and up again with what that gave.
+inline StatusCode TreePlan::step(TaskCell &top)
 {
-    const Descent level;
-    if (level.isTooDeep()) [[unlikely]]
+    TaskCell *cell = &top;
+    StatusCode result = SC_Undefined;
+    while (TaskCell *const child = childToTick(*cell, result))
+        cell = child;
+    while (cell != &top)
     {
-        cell.task->complain(level.describe());
-        return SC_Failure;
+        cell->lastResult = static_cast<std::uint8_t>(result);
+        cell = &cells[cell->parent];
+        result = takeResult(*cell, result);
     }
-    const StatusCode result = step(cell);
-    cell.ticked = true;
-    cell.lastResult = static_cast<std::uint8_t>(result);
     return result;
 }
 
-StatusCode TreePlan::step(TaskCell &cell)
+/// The child that a node ticks; null for one that gives its result without, which is set then.
+inline TaskCell *TreePlan::childToTick(TaskCell &cell, StatusCode &result)
 {
     switch (cell.kind)
     {
     case TaskCell::SELECTOR:
-        return selector(cell);
     case TaskCell::SEQUENCE:
-        return sequence(cell);
+        if (hasChild(cell, cell.active)) [[likely]]
+            return &cells[cell.children.first + cell.active];
+        result = withoutChild(cell);
+        return nullptr;
     case TaskCell::ASK:
-        return cell.ask(cell.creature);
+        result = cell.ask(cell.creature);
+        return nullptr;
     case TaskCell::ACT:
-        return statusOf(cell.act(cell.creature));
-    case TaskCell::OTHER:
-        return cell.task->run();
-    case TaskCell::ELSEWHERE:
-        return cell.task->tick();
+        result = statusOf(cell.act(cell.creature));
+        return nullptr;
+    case TaskCell::INVERTER:
+    case TaskCell::FAIL_FILTER:
+    case TaskCell::UNTIL_FAIL:
+    case TaskCell::UNTIL_SUCCEED:
+        if (hasChild(cell, 0)) [[likely]]
+            return &cells[cell.children.first];
+        result = cell.task->reportMissingChild(0);
+        return nullptr;
     default:
-        return filter(cell);
+        result = tickElsewhere(cell);
+        return nullptr;
     }
 }
 
-bool TreePlan::hasChild(const TaskCell &cell, TaskListIt at) const
+/// What a node makes of its child's result.
+inline StatusCode TreePlan::takeResult(TaskCell &cell, StatusCode given)
 {
-    return at < cell.children.count && cells[cell.children.first + at].kind != TaskCell::MISSING;
+    switch (cell.kind)
+    {
+    case TaskCell::SELECTOR:
+        return selectorResult(cell, given);
+    case TaskCell::SEQUENCE:
+        return sequenceResult(cell, given);
+    case TaskCell::INVERTER:
+        return inverted(given);
+    case TaskCell::FAIL_FILTER:
+        return withoutFailure(given);
+    case TaskCell::UNTIL_FAIL:
+        return given == SC_Failure ? SC_Failure : SC_NeedMoreTime;
+    default:
+        return given == SC_Success ? SC_Success : SC_NeedMoreTime;
+    }
 }
 
-StatusCode TreePlan::selector(TaskCell &cell)
+inline StatusCode TreePlan::selectorResult(TaskCell &cell, StatusCode given)
 {
-    if (cell.children.count == 0)
-        return SC_Undefined;
-    if (!hasChild(cell, cell.active))
-        return cell.task->reportMissingChild(cell.active);
-
-    switch (tick(cells[cell.children.first + cell.active]))
+    switch (given)
     {
     case SC_Success:
         cell.active = 0;
@@ -198,20 +264,14 @@ StatusCode TreePlan::selector(TaskCell &cell)
     }
 }
 
-StatusCode TreePlan::sequence(TaskCell &cell)
+inline StatusCode TreePlan::sequenceResult(TaskCell &cell, StatusCode given)
 {
-    if (cell.children.count == 0)
-        return SC_Failure;
-    if (!hasChild(cell, cell.active))
-        return cell.task->reportMissingChild(cell.active);
-
-    const StatusCode result = tick(cells[cell.children.first + cell.active]);
     if (cell.terminated)
     {
         cell.terminated = false;
         return SC_Success;
     }
-    switch (result)
+    switch (given)
     {
     case SC_NeedMoreTime:
         return SC_NeedMoreTime;
@@ -229,20 +289,26 @@ StatusCode TreePlan::sequence(TaskCell &cell)
     }
 }
 
-StatusCode TreePlan::filter(TaskCell &cell)
+inline bool TreePlan::hasChild(const TaskCell &cell, TaskListIt at) const
 {
-    if (!hasChild(cell, 0))
-        return cell.task->reportMissingChild(0);
-    const StatusCode result = tick(cells[cell.children.first]);
-    switch (cell.kind)
-    {
-    case TaskCell::INVERTER:
-        return inverted(result);
-    case TaskCell::FAIL_FILTER:
-        return withoutFailure(result);
-    case TaskCell::UNTIL_FAIL:
-        return result == SC_Failure ? SC_Failure : SC_NeedMoreTime;
-    default:
-        return result == SC_Success ? SC_Success : SC_NeedMoreTime;
-    }
+    return at < cell.children.count && cells[cell.children.first + at].kind != TaskCell::MISSING;
+}
+
+/// What a selector or a sequence gives that has no child, or a dead one where its turn is.
+StatusCode TreePlan::withoutChild(TaskCell &cell)
+{
+    if (cell.children.count > 0)
+        return cell.task->reportMissingChild(cell.active);
+    return cell.kind == TaskCell::SELECTOR ? SC_Undefined : SC_Failure;
+}
+
+/// Ticks a node that the plan does not tick itself.
+StatusCode TreePlan::tickElsewhere(TaskCell &cell)
+{
+    if (cell.kind == TaskCell::ELSEWHERE)
+        return cell.task->tick();
+    if (cell.kind == TaskCell::OTHER)
+        return cell.task->run();
+    cell.task->complain(Descent::describe());
+    return SC_Failure;
 }

@@ -13,7 +13,20 @@
 class BTTask;
 
 /// The result of a leaf whose step gave a status.
-StatusCode statusOf(ActionStatus status);
+inline StatusCode statusOf(ActionStatus status)
+{
+    switch (status)
+    {
+    case AS_InProgress:
+        return SC_NeedMoreTime;
+    case AS_Complete:
+        return SC_Success;
+    case AS_Failed:
+        return SC_Failure;
+    default:
+        return SC_Undefined;
+    }
+}
 
 /// What a tick reads and writes of a node: half a cache line.
 struct TaskCell
@@ -31,8 +44,11 @@ struct TaskCell
         ASK,       ///< a native condition without a child
         ACT,       ///< a native action
         ELSEWHERE, ///< stands at another place of the tree already
-        MISSING    ///< a child that does not exist
+        MISSING,   ///< a child that does not exist
+        TOO_DEEP   ///< stands deeper than any node should
     };
+    static constexpr std::uint8_t NOT_TICKED = 255;
+
     struct Children
     {
         std::uint32_t first; ///< index of the first one's cell; the others follow
@@ -46,12 +62,12 @@ struct TaskCell
         BTConditionFn ask;
         BTActionFn act;
     };
-    TaskListIt active = 0;   ///< the node's activeTask
-    Handle<Entity> creature; ///< of a native leaf
+    TaskListIt active = 0;    ///< the node's activeTask
+    Handle<Entity> creature;  ///< of a native leaf
+    std::uint32_t parent = 0; ///< index of the parent's cell
     Kind kind = OTHER;
     bool terminated = false;
-    bool ticked = false;
-    std::uint8_t lastResult = SC_Undefined;
+    std::uint8_t lastResult = NOT_TICKED; ///< a StatusCode
 };
 
 static_assert(sizeof(TaskCell) == 32, "two cells share a cache line");
@@ -65,56 +81,46 @@ static_assert(sizeof(TaskCell) == 32, "two cells share a cache line");
 class TreePlan
 {
 public:
-    /// A tick from outside: has the node's plan, made first where it does not hold, stay as it is as long as it lives.
+    /// One tick of a node, by its plan, which is made first where it does not hold.
     ///
-    /// Nothing is cremated meanwhile.
-    class Use
-    {
-    public:
-        explicit Use(BTTask &task);
-        ~Use() { --plan->running; }
-        Use(const Use &) = delete;
-        Use &operator=(const Use &) = delete;
-
-        TreePlan *operator->() const { return plan.get(); }
-
-    private:
-        const CremationHold hold;
-        boost::intrusive_ptr<TreePlan> plan;
-    };
-
-    /// One tick of a node of this plan; SC_Failure, with an error, at a depth that no tree should have.
-    StatusCode tick(TaskCell &cell);
-    /// What a tick of a node does and gives, without account of it.
-    StatusCode step(TaskCell &cell);
+    /// SC_Failure, with an error, at a depth that no tree should have. Nothing is cremated meanwhile.
+    static StatusCode tick(BTTask &task);
+    /// What a tick of a node does and gives, without account of it; otherwise like `tick`.
+    static StatusCode run(BTTask &task);
 
     /// Has the plan made anew before the next tick from outside.
     void spoil() { stale = true; }
-    bool isStale() const { return stale; }
 
 private:
+    class Use;
+
     friend void intrusive_ptr_add_ref(TreePlan *plan) { ++plan->users; }
     friend void intrusive_ptr_release(TreePlan *plan)
     {
-        if (--plan->users == 0)
+        if (--plan->users == 0 && plan->running == 0)
             delete plan;
     }
 
     explicit TreePlan(Handle<BTTask> root) : root(root) {}
     static void refresh(BTTask &task);
     static void build(BTTask &root);
-    void addChildren(std::size_t at);
     void add(const Handle<BTTask> &h);
+    void addChildren(std::size_t at);
     void settle();
 
+    StatusCode step(TaskCell &top);
+    TaskCell *childToTick(TaskCell &cell, StatusCode &result);
+    StatusCode takeResult(TaskCell &cell, StatusCode given);
+    StatusCode selectorResult(TaskCell &cell, StatusCode given);
+    StatusCode sequenceResult(TaskCell &cell, StatusCode given);
+    StatusCode withoutChild(TaskCell &cell);
+    StatusCode tickElsewhere(TaskCell &cell);
     bool hasChild(const TaskCell &cell, TaskListIt at) const;
-    StatusCode selector(TaskCell &cell);
-    StatusCode sequence(TaskCell &cell);
-    StatusCode filter(TaskCell &cell);
 
     std::vector<TaskCell> cells;
     Handle<BTTask> root;
-    int users = 0;   ///< nodes that have their cells here, and ticks from outside that are under way
+    int depth = 0;   ///< levels of nodes
+    int users = 0;   ///< nodes that have their cells here
     int running = 0; ///< ticks from outside that are under way
     bool stale = false;
 };

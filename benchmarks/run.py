@@ -127,7 +127,8 @@ CHECKS = {"live engine": 100000, "dead engine": 0, "mixed engine": 75000, "resol
           "message engine": 1000, "churn engine": 1000, "frame engine": 10000,
           "scope engine": 2, "model engine": 1249924,
           "detect-1000 engine": (293.5, 294.5), "detect-4000 engine": (1174, 1179), "detect-16000 engine": (4596, 4615),
-          **{f"step-{n} engine": "kept" for n in ARENAS}, "tree engine": 650497, "tick engine": 240000, "20m engine": 9248, "100m engine": 9615,
+          **{f"step-{n} engine": "kept" for n in ARENAS}, "tree engine": 650497, "tick engine": 240000,
+          "20m engine": 9248, "100m engine": 9615,
           "p50 engine": (-7.05, -6.85), "p99 engine": (-7.05, -6.85), "mix engine": (-7.05, -6.85)}
 
 

@@ -87,6 +87,15 @@ WORKLOADS = {
         ("peer_w08_bt_limits", ".", {
             "limit_virtual_nodes/iterations:240": "tree limit: virtual nodes",
             "limit_written_out/iterations:240": "tree limit: written out as code"})]),
+    "W9": ("ms/100 paths", [("bench_engine", "W9/", {"W9/paths/0": "noise engine", "W9/paths/1": "maze engine"}),
+                            ("peer_w09_astar_boost", ".", {
+                                "astar/maze:0": "noise Boost.Graph", "astar/maze:1": "maze Boost.Graph"}),
+                            ("peer_w09_path_detour", ".", {
+                                "detour/maze:0": "noise-mesh Detour", "detour/maze:1": "maze-mesh Detour"}),
+                            ("peer_w09_astar_limit", "ordered", {
+                                "ordered/maze:0": "noise limit: whole costs, buckets",
+                                "ordered/maze:1": "maze limit: whole costs, buckets"})]),
+    "W9b": ("ns", [("bench_engine", "W9b/", {"W9b/slice": "slice engine", "W9b/start": "start engine"})]),
     "W11": ("ms/load", [("bench_engine", "W11/", {"W11/load": "model engine"}),
                         ("peer_w11_model_assimp", ".", {
                             "assimp_glb/iterations:1": "model Assimp, binary glTF",
@@ -129,6 +138,7 @@ CHECKS = {"live engine": 100000, "dead engine": 0, "mixed engine": 75000, "resol
           "detect-1000 engine": (293.5, 294.5), "detect-4000 engine": (1174, 1179), "detect-16000 engine": (4596, 4615),
           **{f"step-{n} engine": "kept" for n in ARENAS}, "tree engine": 650497, "tick engine": 240000,
           "20m engine": 9248, "100m engine": 9615,
+          "noise engine": (13735, 13770), "maze engine": 276624, "slice engine": 0, "start engine": 1,
           "p50 engine": (-7.05, -6.85), "p99 engine": (-7.05, -6.85), "mix engine": (-7.05, -6.85)}
 
 

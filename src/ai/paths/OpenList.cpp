@@ -37,8 +37,15 @@ OpenList::Index OpenList::findFirst()
 
 OpenList::Index OpenList::takeFirst()
 {
-    const Index first = findFirst();
-    if (first != NONE)
-        remove(first);
+    const Index first = getFirst();
+    if (first == NONE)
+        return NONE;
+    const Index second = links[first].next;
+    chains[lowest].first = second;
+    if (second == NONE)
+        filled[lowest / BITS] &= ~(std::uint64_t(1) << lowest % BITS);
+    else
+        links[second].previous = NONE;
+    links[first] = Link{CLOSED, CLOSED};
     return first;
 }

@@ -30,15 +30,16 @@ public:
         if (!(word & bit))
         {
             word |= bit;
-            chains[chain] = Chain{node, node};
+            chains[chain] = Chain{node, node, nodes[node].totalCost};
             links[node] = Link{NONE, NONE};
             lowest = chain < lowest ? chain : lowest;
             highest = chain > highest ? chain : highest;
             return;
         }
         Index before = chains[chain].last;
-        while (before != NONE && CostComp()(nodes[node], nodes[before]))
-            before = links[before].previous;
+        if (nodes[node].totalCost < chains[chain].most)
+            while (before != NONE && CostComp()(nodes[node], nodes[before]))
+                before = links[before].previous;
         link(node, before, chains[chain]);
     }
     /// Takes a node out that the list holds, before its cost changes.
@@ -57,7 +58,9 @@ public:
 
     /// Whether the list holds a node that it has held before.
     bool holds(Index node) const { return links[node].previous != CLOSED; }
-    bool isEmpty() { return findFirst() == NONE; }
+    bool isEmpty() { return getFirst() == NONE; }
+    /// The node that `takeFirst` would give.
+    Index getFirst() { return isInLowest() ? chains[lowest].first : findFirst(); }
     void clear();
 
 private:
@@ -70,6 +73,7 @@ private:
     {
         Index first;
         Index last;
+        float most; ///< what the last one costs, or more
     };
     static constexpr Index CLOSED = NONE - 1;      ///< in the links of what the list has held
     static constexpr std::size_t CHAINS = 1 << 14; ///< what costs more shares the last one
@@ -78,7 +82,7 @@ private:
     static std::size_t chainOf(float cost)
     {
         constexpr float last = static_cast<float>(CHAINS - 1);
-        return cost < last ? static_cast<std::size_t>(cost) : CHAINS - 1;
+        return static_cast<std::size_t>(cost < last ? static_cast<int>(cost) : static_cast<int>(CHAINS) - 1);
     }
     void link(Index node, Index before, Chain &chain)
     {
@@ -86,7 +90,9 @@ private:
         links[node] = Link{before, behind};
         (before == NONE ? chain.first : links[before].next) = node;
         (behind == NONE ? chain.last : links[behind].previous) = node;
+        chain.most = behind == NONE ? nodes[node].totalCost : chain.most;
     }
+    bool isInLowest() const { return lowest < CHAINS && (filled[lowest / BITS] >> lowest % BITS & 1u); }
     Index findFirst();
 
     const PathNode *nodes = nullptr;

@@ -2,6 +2,8 @@
 
 #include "ai/paths/CellSteps.h"
 
+#include <bit>
+
 bool isWalkable(const GridCell &cell)
 {
     return cell.getFloatValue() == 0.f;
@@ -16,13 +18,22 @@ bool PathSearch::begin(const PathGround &ground, const GridCell &start, const Gr
     openList.setPool(nodePool.data(), PAGE_SIZE);
     destination = target;
     grid = start.getGrid();
-    renumber(ground.main.getGridCols(), ground.main.getGridRows());
-    const std::size_t cell = static_cast<std::size_t>(cols) * static_cast<std::size_t>(start.getZ()) +
-                             static_cast<std::size_t>(start.getX());
-    PathNode &first = *createNode(cell, start.getX(), start.getZ());
-    first.totalCost = first.movementCost + first.heuristic;
-    openList.insert(0);
+    chooseField(grid);
+    field->follow(ground.main, ground.saturation);
+    const OpenList::Index first = createNode(field->numberOf(start.getX(), start.getZ()), start.getX(), start.getZ());
+    nodePool[first].totalCost = nodePool[first].movementCost + nodePool[first].heuristic;
+    openList.insert(first);
     return true;
+}
+
+/// Finds the field of a grid, or gives it that of another one.
+void PathSearch::chooseField(const Handle<SquareGrid> &wanted)
+{
+    for (field = fields; field != fields + FIELDS; ++field)
+        if (field->getGrid() == wanted)
+            return;
+    field = &fields[nextField];
+    nextField = (nextField + 1) % FIELDS;
 }
 
 void PathSearch::clear()
@@ -35,8 +46,7 @@ void PathSearch::clear()
 
 PathStatus PathSearch::run(const PathGround &ground, int passes)
 {
-    Field field;
-    if (!prepare(ground, field))
+    if (!prepare(ground))
         return PS_Failed;
     for (int pass = 0; pass < passes; ++pass)
     {
@@ -48,91 +58,69 @@ PathStatus PathSearch::run(const PathGround &ground, int passes)
             finalNode = &nodePool[current];
             return PS_Succeeded;
         }
-        if (!expand(field, current))
+        if (!expand(current, ground.rule))
             return PS_Failed;
     }
     return openList.isEmpty() ? PS_Failed : PS_InProgress;
 }
 
-bool PathSearch::prepare(const PathGround &ground, Field &field)
+bool PathSearch::prepare(const PathGround &ground)
 {
-    SquareGrid &main = ground.main;
-    if (isEmpty() || getHandle(&main) != grid)
+    if (isEmpty() || getHandle(&ground.main) != grid)
         return false;
-    if (main.getGridCols() != cols || main.getGridRows() != rows)
-        renumber(main.getGridCols(), main.getGridRows());
-    if (cols <= 0 || rows <= 0)
-        return false;
-    SquareGrid *const crowd = ground.saturation;
-    const bool isAlike = crowd && crowd->getGridCols() == cols && crowd->getGridRows() == rows;
-    field.walkable = &main.getCellRef(0, 0);
-    field.saturation = isAlike ? &crowd->getCellRef(0, 0) : nullptr;
-    field.odd = isAlike ? nullptr : crowd;
-    field.rule = ground.rule;
-    field.cols = cols;
-    field.rows = rows;
+    if (field->follow(ground.main, ground.saturation))
+        nameNodes();
     return true;
 }
 
-/// Has cells find their nodes under the numbers that they have in a grid of some size.
-void PathSearch::renumber(int newCols, int newRows)
+/// Has the cells name their nodes again after they were numbered anew.
+void PathSearch::nameNodes()
 {
-    cols = newCols;
-    rows = newRows;
-    nodeOfCell.fit(static_cast<std::size_t>(cols) * static_cast<std::size_t>(rows));
+    PathField &cells = *field;
     for (std::size_t node = 0; node < poolIndex; ++node)
     {
-        const int x = nodePool[node].hex.getX(), z = nodePool[node].hex.getZ();
-        if (x < cols && z < rows)
-            nodeOfCell[static_cast<std::size_t>(cols) * static_cast<std::size_t>(z) + static_cast<std::size_t>(x)] =
-                static_cast<OpenList::Index>(node);
+        const GridCell &hex = nodePool[node].hex;
+        if (cells.has(hex.getX(), hex.getZ()))
+            cells.nodeAt(cells.numberOf(hex.getX(), hex.getZ())) = static_cast<OpenList::Index>(node);
     }
 }
 
-float PathSearch::Field::saturationAt(std::size_t cell, int x, int z) const
-{
-    if (saturation)
-        return saturation[cell].x;
-    return odd ? odd->getCellFloatValue(x, z) : 0.f;
-}
-
 /// Reaches the neighbours of a node; false where the nodes have run out.
-bool PathSearch::expand(const Field &field, OpenList::Index current)
+bool PathSearch::expand(OpenList::Index current, const StepRule *rule)
 {
     PathNode &from = nodePool[current];
+    PathField &cells = *field;
     const int x = from.hex.getX(), z = from.hex.getZ();
-    for (int direction = 0; direction < SquareGrid::NUM_NEIGHBORS; ++direction)
+    // A grid that has become smaller may have lost the node's cell, and with it all ways on.
+    if (!cells.has(x, z))
+        return true;
+    const std::size_t cell = cells.numberOf(x, z);
+    for (unsigned left = cells.findWalkable(x, z); left != 0; left &= left - 1)
     {
-        const int nextX = x + CELL_STEPS[direction].dx, nextZ = z + CELL_STEPS[direction].dz;
-        if (static_cast<unsigned>(nextX) >= static_cast<unsigned>(field.cols) ||
-            static_cast<unsigned>(nextZ) >= static_cast<unsigned>(field.rows))
+        const int direction = std::countr_zero(left);
+        if (rule && !rule->allows(x, z, direction))
             continue;
-        const std::size_t cell =
-            static_cast<std::size_t>(field.cols) * static_cast<std::size_t>(nextZ) + static_cast<std::size_t>(nextX);
-        if (!(field.walkable[cell].x == 0.f) || (field.rule && !field.rule->allows(x, z, direction)))
-            continue;
-        if (!reach(field, from, cell, nextX, nextZ))
+        if (!reach(from, cell + static_cast<std::size_t>(cells.stepTo(direction)), x + CELL_STEPS[direction].dx,
+                   z + CELL_STEPS[direction].dz))
             return false;
     }
     return true;
 }
 
 /// Notes a way to a cell where it is the first or the cheapest one; false where the nodes have run out.
-bool PathSearch::reach(const Field &field, PathNode &from, std::size_t cell, int x, int z)
+inline bool PathSearch::reach(PathNode &from, std::size_t cell, int x, int z)
 {
-    const float cost = calculateNodeCost(from.movementCost, field.saturationAt(cell, x, z));
+    const float cost = calculateNodeCost(from.movementCost, field->saturationAt(cell));
     OpenList::Index index = findNode(cell, x, z);
     if (index == OpenList::NONE)
     {
-        PathNode *const made = createNode(cell, x, z);
-        if (!made)
+        index = createNode(cell, x, z);
+        if (index == OpenList::NONE)
             return false;
-        index = indexOf(*made);
     }
     else
     {
-        const PathNode &known = nodePool[index];
-        if (!(known.totalCost > cost + known.heuristic))
+        if (!(nodePool[index].totalCost > cost + nodePool[index].heuristic))
             return true;
         if (openList.holds(index))
             openList.remove(index);
@@ -145,18 +133,19 @@ bool PathSearch::reach(const Field &field, PathNode &from, std::size_t cell, int
     return true;
 }
 
-/// The next node of the pool for a cell, without a way to it; null where there is none left.
-PathNode *PathSearch::createNode(std::size_t cell, int x, int z)
+/// The next node of the pool for a cell, without a way to it; NONE where there is none left.
+inline OpenList::Index PathSearch::createNode(std::size_t cell, int x, int z)
 {
     if (poolIndex == PAGE_SIZE)
-        return nullptr;
-    PathNode &node = nodePool[poolIndex];
+        return OpenList::NONE;
+    const OpenList::Index index = static_cast<OpenList::Index>(poolIndex++);
+    PathNode &node = nodePool[index];
     node.hex = GridCell(grid, x, z);
     node.movementCost = 0.f;
     node.parent = nullptr;
     node.heuristic = calculateNodeHeuristic(node.hex, destination);
-    nodeOfCell[cell] = static_cast<OpenList::Index>(poolIndex++);
-    return &node;
+    field->nodeAt(cell) = index;
+    return index;
 }
 
 void PathSearch::listCells(bool waiting, HexCont &cells) const

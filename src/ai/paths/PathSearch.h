@@ -2,13 +2,14 @@
 #pragma once
 
 #include "ai/paths/OpenList.h"
+#include "ai/paths/PathField.h"
 #include "ai/paths/PathMemory.h"
 #include "ai/paths/PathNode.h"
 #include "ai/paths/PathRequest.h"
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+#include <cstdlib>
 
 class SquareGrid;
 
@@ -36,8 +37,7 @@ struct PathGround
 /// |dx| + |dz|, which is too much on diagonals; so the path need not be the shortest.
 ///
 /// Owns a pool of nodes and lists over it that are kept from search to search; starting one costs nothing of that. A
-/// cell's node is found by a table that is never cleared: its entry counts if the node that it names is in use and of
-/// that cell.
+/// cell names its node in a field that is never cleared: the name counts if the node is in use and of that cell.
 class PathSearch
 {
 public:
@@ -49,8 +49,7 @@ public:
     bool begin(const PathGround &ground, const GridCell &start, const GridCell &destination);
     /// Expands some nodes.
     ///
-    /// A grid that has changed its size since goes on with the cells that it has now; another grid than that of the
-    /// beginning fails.
+    /// A grid that has changed since goes on as it is now; another grid than that of the beginning fails.
     PathStatus run(const PathGround &ground, int passes);
     /// Forgets the search.
     void clear();
@@ -66,53 +65,42 @@ public:
     /// The cells that were reached: those that wait to be expanded, or those that have been.
     void listCells(bool waiting, HexCont &cells) const;
 
-    /// What is taken to be left of a way: |dx| + |dz|, cells.
+    /// What is taken to be left of a way: |dx| + |dz|, cells of one grid.
     static float calculateNodeHeuristic(const GridCell &start, const GridCell &target)
     {
-        return start.gridManhattanDistance(target);
+        return static_cast<float>(std::abs(start.getX() - target.getX()) + std::abs(start.getZ() - target.getZ()));
     }
-    /// What a step costs: 1 and what the cell has of saturation, but never less than nothing, nor anything for a value
-    /// that is no number, so that a search comes to its end whatever stands in a grid.
+    /// What a way costs that goes on into a cell: 1 and the cell's saturation more, but never less, so that a search
+    /// comes to its end whatever stands in a grid.
     static float calculateNodeCost(float movementCost, float saturation)
     {
-        if (saturation > -1.f)
-            return movementCost + saturation + 1.f;
-        return saturation <= -1.f ? movementCost : movementCost + 1.f;
+        return saturation > -1.f ? movementCost + saturation + 1.f : movementCost;
     }
 
 private:
-    /// The grids of a run as plain numbers.
-    struct Field
-    {
-        const Vec4 *walkable;   ///< by cell
-        const Vec4 *saturation; ///< by cell; null where that grid has other cells, or is missing
-        SquareGrid *odd;        ///< that other grid
-        const StepRule *rule;
-        int cols, rows;
+    /// Fields of this many maps are kept.
+    static constexpr std::size_t FIELDS = 4;
 
-        float saturationAt(std::size_t cell, int x, int z) const;
-    };
-
-    bool prepare(const PathGround &ground, Field &field);
-    void renumber(int newCols, int newRows);
-    bool expand(const Field &field, OpenList::Index current);
-    bool reach(const Field &field, PathNode &from, std::size_t cell, int x, int z);
-    PathNode *createNode(std::size_t cell, int x, int z);
-    OpenList::Index findNode(std::size_t cell, int x, int z) const
+    bool prepare(const PathGround &ground);
+    void chooseField(const Handle<SquareGrid> &grid);
+    void nameNodes();
+    bool expand(OpenList::Index current, const StepRule *rule);
+    bool reach(PathNode &from, std::size_t cell, int x, int z);
+    OpenList::Index createNode(std::size_t cell, int x, int z);
+    OpenList::Index findNode(std::size_t cell, int x, int z)
     {
-        const OpenList::Index node = nodeOfCell[cell];
+        const OpenList::Index node = field->nodeAt(cell);
         return node < poolIndex && nodePool[node].hex.getX() == x && nodePool[node].hex.getZ() == z ? node
                                                                                                     : OpenList::NONE;
     }
-    OpenList::Index indexOf(const PathNode &node) { return static_cast<OpenList::Index>(&node - nodePool.data()); }
 
-    PathArray<PathNode> nodePool;          ///< by order of arrival
-    PathArray<OpenList::Index> nodeOfCell; ///< means something only where the node says so, too
-    OpenList openList;                     ///< reached and not expanded; the other nodes form the closed list
-    std::size_t poolIndex = 0;             ///< the next free node
-    Handle<SquareGrid> grid;               ///< of this search
-    int cols = 0;                          ///< of the grid, when its cells were numbered
-    int rows = 0;
+    PathArray<PathNode> nodePool; ///< by order of arrival
+    OpenList openList;            ///< reached and not expanded; the other nodes form the closed list
+    std::size_t poolIndex = 0;    ///< the next free node
+    Handle<SquareGrid> grid;      ///< of this search
+    PathField fields[FIELDS];
+    PathField *field = fields; ///< of this search
+    std::size_t nextField = 0; ///< index of the one to be given to another grid
     GridCell destination;
     PathNode *finalNode = nullptr;
 };

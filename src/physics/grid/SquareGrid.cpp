@@ -84,6 +84,7 @@ void SquareGrid::resize(int newCols, int newRows)
     grid.swap(values);
     cols = newCols;
     rows = newRows;
+    rowChanges.assign(static_cast<std::size_t>(rows), ++changeCount);
 }
 
 void SquareGrid::setCellSize(float value)
@@ -98,8 +99,10 @@ void SquareGrid::setCellSize(float value)
 
 void SquareGrid::setCellValue(int x, int z, const Vec4 &value)
 {
-    if (isCellInBounds(x, z))
-        grid[cellIndex(x, z)] = value;
+    if (!isCellInBounds(x, z))
+        return;
+    grid[cellIndex(x, z)] = value;
+    noteChange(z);
 }
 
 void SquareGrid::setCellFloatValue(int x, int z, float value)
@@ -109,8 +112,10 @@ void SquareGrid::setCellFloatValue(int x, int z, float value)
 
 void SquareGrid::setCellFloatValue(int x, int z, std::size_t idx, float value)
 {
-    if (isCellInBounds(x, z) && idx < VALUE_COMPONENTS)
-        grid[cellIndex(x, z)].v[idx] = value;
+    if (!isCellInBounds(x, z) || idx >= VALUE_COMPONENTS)
+        return;
+    grid[cellIndex(x, z)].v[idx] = value;
+    noteChange(z);
 }
 
 GridCell SquareGrid::getCellFromPoint(Vec4 coords, unsigned flags)
@@ -194,10 +199,11 @@ float SquareGrid::getCellFloatValue(int x, int z, std::size_t idx) const
 Vec4 &SquareGrid::getCellRef(int x, int z)
 {
     static Vec4 outside;
-    if (isCellInBounds(x, z))
-        return grid[cellIndex(x, z)];
     outside.reset();
-    return outside;
+    if (!isCellInBounds(x, z))
+        return outside;
+    noteChange(z);
+    return grid[cellIndex(x, z)];
 }
 
 Handle<TransformComponent> SquareGrid::findTransform()

@@ -9,6 +9,7 @@
 #include "foundation/Vector.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 class TransformComponent;
@@ -131,10 +132,16 @@ public:
     Vec4 getCellValue(int x, int z) const;
     /// One component of a cell's value; a quiet NaN outside the grid and for an idx above 3.
     float getCellFloatValue(int x, int z, std::size_t idx = 0) const;
-    /// A cell's value to read and write, good until the next `updateSize`.
+    /// A cell's value to read and write at once, good until the next `updateSize`.
     ///
-    /// Outside the grid a zero vector that nobody keeps.
+    /// It counts as changed now: who writes later asks again. Outside the grid a zero vector that nobody keeps.
     Vec4 &getCellRef(int x, int z);
+    /// The values of a row that the grid has, in order of x; good until the next `updateSize`.
+    const Vec4 *borrowRow(int z) const { return grid.data() + cellIndex(0, z); }
+    /// Counts changes of values and of the size, for whoever keeps what follows from them.
+    std::uint32_t getChangeCount() const { return changeCount; }
+    /// What the count of changes was when a row changed last; 0 for a row that the grid has not.
+    std::uint32_t getRowChange(int z) const { return z >= 0 && z < rows ? rowChanges[static_cast<std::size_t>(z)] : 0; }
     /// Whether the grid has the cell.
     bool isCellInBounds(int x, int z) const { return x >= 0 && x < cols && z >= 0 && z < rows; }
 
@@ -143,6 +150,7 @@ private:
     {
         return static_cast<std::size_t>(cols) * static_cast<std::size_t>(z) + static_cast<std::size_t>(x);
     }
+    void noteChange(int z) { rowChanges[static_cast<std::size_t>(z)] = ++changeCount; }
     Handle<TransformComponent> findTransform();
     void resize(int newCols, int newRows);
     Vec4 debugColorOf(const Vec4 &value) const;
@@ -150,8 +158,10 @@ private:
 
     int rows = 0;
     int cols = 0;
-    float cellSize = 1.f;                                  ///< metres
-    ValueList grid;                                        ///< row by row: index = cols * z + x
+    float cellSize = 1.f;                  ///< metres
+    ValueList grid;                        ///< row by row: index = cols * z + x
+    std::vector<std::uint32_t> rowChanges; ///< by row, the count of its last change
+    std::uint32_t changeCount = 0;
     Vec4 debugColor0;                                      ///< of the value 0
     Vec4 debugColor1;                                      ///< of the value 1
     ValueRepresentation valueRepresentation = HEIGHTFIELD; ///< what the values are drawn as

@@ -64,6 +64,26 @@ TEST(SoundWays, InSightASoundIsHeardFromItsPlaceWhateverStandsLower)
     EXPECT_FLOAT_EQ(scene.ways->loudnessAt(Vec4(3, 1.5f, 4, 1), 2.f, Vec4(3, 1.5f, -6, 1)), 0.2f);
 }
 
+TEST(SoundWays, WhoHearsNoFartherThanSoManyMetresGetsTheSameAnswerWithinThem)
+{
+    SoundScene scene;
+    scene.divide({3});
+    scene.settle();
+    for (const float z : {-3.f, -5.f, -8.f})
+        for (const float x : {1.f, 4.f, 9.f})
+        {
+            const Vec4 from(6, 1.5f, 1, 1), at(x, 1.5f, z, 1);
+            const HeardWay near = scene.ways->hearWithin(from, at, 11.f);
+            const HeardWay whole = scene.ways->hear(from, at);
+            EXPECT_LE(near.gain, whole.gain) << x << " " << z;
+            if (whole.distance < 11.f)
+            {
+                EXPECT_FLOAT_EQ(near.gain, whole.gain) << x << " " << z;
+            }
+        }
+    EXPECT_FALSE(scene.ways->hearWithin(Vec4(12, 1.5f, 7, 1), Vec4(12, 1.5f, -11, 1), 5.f).open) << "too far around";
+}
+
 TEST(SoundWays, BehindAWallASoundIsHeardFromTheDoorwayAtTheLengthOfItsWay)
 {
     SoundScene scene;

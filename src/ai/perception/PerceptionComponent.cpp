@@ -64,13 +64,21 @@ PerceptionManager *PerceptionComponent::findManager() const
     return handle_cast<PerceptionManager>(getManager()).lookup().ptr;
 }
 
+void PerceptionComponent::onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent)
+{
+    surroundings = Surroundings();
+    SimpleComponent::onHierarchyChange(reparentedObject, newParent);
+}
+
 const PerceptionComponent::Surroundings &PerceptionComponent::findSurroundings()
 {
-    if (surroundings.objectChanges == ObjectMap().getChangeCount())
+    if (surroundings.isSettled && surroundings.transform.isValid() && surroundings.map.isValid())
         return surroundings;
-    surroundings.objectChanges = ObjectMap().getChangeCount();
-    surroundings.transform = componentOf<TransformComponent>(getParent(), ComponentKeys::transform);
-    surroundings.map = mapAround(handle_cast<Entity>(getParent()));
+    const Handle<Entity> entity = handle_cast<Entity>(getParent());
+    const auto *const transform = componentOf<TransformComponent>(entity, ComponentKeys::transform);
+    surroundings.transform = transform ? getHandle(transform) : Handle<TransformComponent>();
+    surroundings.map = mapAround(entity);
+    surroundings.isSettled = isAtOrBelow(entity, surroundings.map);
     return surroundings;
 }
 
@@ -111,10 +119,11 @@ void PerceptionComponent::setTarget(Handle<Entity> val)
 bool PerceptionComponent::findEye(Vec4 &eye, Vec4 &ahead)
 {
     const Surroundings &around = findSurroundings();
-    if (!around.transform || !around.map.isValid() || !isFinite(around.transform->getPosition()) ||
-        !isFinite(around.transform->getOrientation()))
+    const auto transform = around.transform.lookup();
+    if (!transform || !around.map.isValid() || !isFinite(transform->getPosition()) ||
+        !isFinite(transform->getOrientation()))
         return false;
-    const Matrix4 pose = poseInMap(*around.transform);
+    const Matrix4 pose = poseInMap(*transform);
     eye = pose * Vec4(eyeOffset.x, eyeOffset.y, eyeOffset.z, 1.f);
     ahead = pose.getColumn(2);
     return isFinite(eye) && isFinite(ahead);

@@ -43,6 +43,7 @@ class PerceptionComponent : public SimpleComponent
 public:
     PerceptionComponent() = default;
 
+    void onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent) override;
     /// Looks when its turn has come, and lets time pass.
     void doFrame() override;
     /// Draws view, hearing, lines of sight, the remembered place and what it thinks, while the debug switches ask for it.
@@ -193,12 +194,12 @@ private:
     };
     static constexpr int LINES = 9; ///< to five points of a body, two lamps, and where they shine
 
-    /// What stands around the component; looked up again when any object was born or died.
+    /// What stands around the component, until that dies or it is taken elsewhere in the tree.
     struct Surroundings
     {
-        TransformComponent *transform = nullptr;
-        Handle<MapRootEntity> map;
-        std::uint64_t objectChanges = 0;
+        Handle<TransformComponent> transform;
+        Handle<MapRootEntity> map; ///< that it lies in as long as it is not taken elsewhere
+        bool isSettled = false;    ///< the map stands above it
     };
     /// One look: from where, at whom, and what it makes out.
     struct Gaze

@@ -25,9 +25,10 @@
 namespace
 {
 
-constexpr float PLAYERS_VIEW = 0.7f;  ///< cosine of the half angle of one who has no camera
-constexpr float POINT_RADIUS = 0.05f; ///< metres of a body around a point of it
-constexpr float GOLDEN = 0.618034f;   ///< shares of it lie far apart, however many there are
+constexpr float PLAYERS_VIEW = 0.7f;     ///< cosine of the half angle of one who has no camera
+constexpr float POINT_RADIUS = 0.05f;    ///< metres of a body around a point of it
+constexpr float LEAST_THRESHOLD = 1e-6f; ///< of hearing, that sounds are looked for by
+constexpr float GOLDEN = 0.618034f;      ///< shares of it lie far apart, however many there are
 
 } // namespace
 
@@ -106,7 +107,7 @@ void PerceptionManager::hear(PerceptionComponent &creature, const Noise &noise, 
     if (const auto ways = SoundWays::ofMap(creature.findSurroundings().map).lookup())
     {
         ++soundQuestions;
-        way = ways->hear(noise.place, ear);
+        way = ways->hearWithin(noise.place, ear, noise.loudness / std::max(threshold, LEAST_THRESHOLD));
     }
     const float level = noise.loudness * way.gain / std::max(way.distance, 1.f);
     if (level >= threshold && level > 0.f)
@@ -155,9 +156,14 @@ int PerceptionManager::getLightQuestions() const
 
 Handle<Entity> PerceptionManager::findPlayer(const Handle<MapRootEntity> &map)
 {
-    if (playerChanges == ObjectMap().getChangeCount() && playersMap == map)
+    // Maps have thousands of children: who was the player is looked at before they are searched.
+    const auto last = player.lookup();
+    const bool isThere = last && last->getName() == WellKnownPaths::player &&
+                         (last->getParent() == getParent() || last->getParent() == map);
+    const std::uint64_t changes = ObjectMap().getChangeCount();
+    if (isThere || (playerChanges == changes && playersMap == map))
         return player;
-    playerChanges = ObjectMap().getChangeCount();
+    playerChanges = changes;
     playersMap = map;
     const auto level = getParent().lookup();
     player = level ? handle_cast<Entity>(level->getChild(WellKnownPaths::player)) : Handle<Entity>();

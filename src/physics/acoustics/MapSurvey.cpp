@@ -155,22 +155,37 @@ bool MapSurvey::hasChanged(const Handle<MapRootEntity> &map)
     return isDue && (grid ? takeStock(*grid) : 0) != stock;
 }
 
-/// Lists walls and leaves, and sums up what they are; the sum does not depend on their order.
+/// Lists walls and leaves, and sums up what they are.
 std::uint64_t MapSurvey::takeStock(PartitioningGrid &grid)
 {
-    std::uint64_t sum = 0;
-    volumes.clear();
-    grid.forEachVolume(wholeOf(grid),
-                       [&](const Handle<BoundingVolume> &handle)
-                       {
-                           const auto volume = handle.lookup();
-                           const std::uint64_t own = volume ? stockOf(*volume) : 0;
-                           if (own == 0)
-                               return;
-                           sum += own;
-                           volumes.push_back(handle);
-                       });
-    return sum;
+    moving.sum = 0;
+    moving.volumes.clear();
+    grid.forEachMovingVolume(wholeOf(grid), [&](const Handle<BoundingVolume> &handle) { take(moving, handle); });
+    takeStockOfWalls(grid);
+    return moving.sum + standing.sum;
+}
+
+/// Looks at the many that hardly ever change only where any of them did.
+void MapSurvey::takeStockOfWalls(PartitioningGrid &grid)
+{
+    const std::uint64_t objectChanges = ObjectMap().getChangeCount();
+    if (standingChanges == grid.getStaticChanges() && standingObjectChanges == objectChanges && isRead)
+        return;
+    standingChanges = grid.getStaticChanges();
+    standingObjectChanges = objectChanges;
+    standing.sum = 0;
+    standing.volumes.clear();
+    grid.forEachStaticVolume(wholeOf(grid), [&](const Handle<BoundingVolume> &handle) { take(standing, handle); });
+}
+
+void MapSurvey::take(Stock &taken, const Handle<BoundingVolume> &handle) const
+{
+    const auto volume = handle.lookup();
+    const std::uint64_t own = volume ? stockOf(*volume) : 0;
+    if (own == 0)
+        return;
+    taken.sum += own;
+    taken.volumes.push_back(handle);
 }
 
 /// What a wall or a closed leaf is, as a number; 0 for all else.
@@ -206,8 +221,10 @@ void MapSurvey::read(const Handle<MapRootEntity> &map, WallPlan &walls, DoorPlan
     readFloor(cells);
     walls.clear();
     doors.clear();
-    volumes.clear();
+    moving = standing = Stock();
     stock = grid ? takeStock(*grid) : 0;
+    std::vector<Handle<BoundingVolume>> volumes = moving.volumes;
+    volumes.insert(volumes.end(), standing.volumes.begin(), standing.volumes.end());
     std::sort(volumes.begin(), volumes.end());
     volumes.erase(std::unique(volumes.begin(), volumes.end()), volumes.end());
     for (const Handle<BoundingVolume> &volume : volumes)

@@ -47,18 +47,30 @@ public:
 private:
     void readFloor(SquareGrid *grid);
     std::uint32_t floorsThrough(float bottom, float top) const;
+    /// Walls and leaves among some volumes, and what they are, summed up.
+    struct Stock
+    {
+        std::uint64_t sum = 0; ///< whatever their order
+        std::vector<Handle<BoundingVolume>> volumes;
+    };
+
     std::uint64_t takeStock(PartitioningGrid &grid);
+    void takeStockOfWalls(PartitioningGrid &grid);
+    void take(Stock &stock, const Handle<BoundingVolume> &handle) const;
     std::uint64_t stockOf(BoundingVolume &volume) const;
     void addWall(BoundingVolume &volume, WallPlan &walls) const;
     void addDoor(PhysicsComponent &leaf, const WallPlan &walls, DoorPlan &doors) const;
     void addCells(SquareGrid &grid, WallPlan &walls);
 
-    std::vector<float> floors = {0.f};           ///< heights, ascending, metres
-    std::vector<float> addedFloors;              ///< those that a script has added
-    int mapFloor = 0;                            ///< which of them is the map's own
-    std::vector<Handle<BoundingVolume>> volumes; ///< walls and leaves, as last read
-    std::uint64_t stock = 0;                     ///< of the walls and leaves that were read
-    std::vector<std::uint32_t> rowHashes;        ///< of the walls among the cells that were read
-    std::uint32_t calls = 0;                     ///< of `hasChanged`
+    std::vector<float> floors = {0.f};       ///< heights, ascending, metres
+    std::vector<float> addedFloors;          ///< those that a script has added
+    int mapFloor = 0;                        ///< which of them is the map's own
+    Stock moving;                            ///< as last looked at
+    Stock standing;                          ///< among the grid's static volumes, likewise
+    std::uint64_t standingChanges = 0;       ///< of those volumes that `standing` takes account of
+    std::uint64_t standingObjectChanges = 0; ///< births and deaths, likewise
+    std::uint64_t stock = 0;                 ///< of the walls and leaves that were read
+    std::vector<std::uint32_t> rowHashes;    ///< of the walls among the cells that were read
+    std::uint32_t calls = 0;                 ///< of `hasChanged`
     bool isRead = false;
 };

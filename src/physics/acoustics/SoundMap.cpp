@@ -150,13 +150,13 @@ void SoundMap::refresh(SoundSource &source, const Handle<MapRootEntity> &map)
     refresh(source, true, WorkBudget::unlimited());
 }
 
-HeardWay SoundMap::hear(const Vec4 &from, const Vec4 &at, const Handle<MapRootEntity> &map)
+HeardWay SoundMap::hear(const Vec4 &from, const Vec4 &at, const Handle<MapRootEntity> &map, float farthest)
 {
     if (!isPlace(from) || !isPlace(at))
         return HeardWay::nothingAt(isPlace(at) ? at : Vec4());
     catchUp(map);
     bool listenerIsRoot = false;
-    const WaysFrom &ways = waysFor(from, at, listenerIsRoot);
+    const WaysFrom &ways = waysFor(from, at, farthest, listenerIsRoot);
     const Vec4 &root = listenerIsRoot ? at : from, &end = listenerIsRoot ? from : at;
     WorkBudget budget = WorkBudget::unlimited();
     WayEnds ends;
@@ -168,13 +168,13 @@ HeardWay SoundMap::hear(const Vec4 &from, const Vec4 &at, const Handle<MapRootEn
 }
 
 /// The ways from one of two places; those from the sound, which others may hear too, where neither are known.
-const WaysFrom &SoundMap::waysFor(const Vec4 &from, const Vec4 &at, bool &listenerIsRoot)
+const WaysFrom &SoundMap::waysFor(const Vec4 &from, const Vec4 &at, float farthest, bool &listenerIsRoot)
 {
     const PlanPoint sound = placeInPlan(from), ear = placeInPlan(at);
     const int soundFloor = survey.floorAt(from.y), earFloor = survey.floorAt(at.y);
     for (const Answer &answer : answers)
     {
-        if (answer.state != state)
+        if (answer.state != state || answer.ways.getFarthest() < farthest)
             continue;
         listenerIsRoot = isNear(answer.ways.getRoot(), ear) && answer.ways.getFloor() == earFloor;
         if (listenerIsRoot || (isNear(answer.ways.getRoot(), sound) && answer.ways.getFloor() == soundFloor))
@@ -182,7 +182,7 @@ const WaysFrom &SoundMap::waysFor(const Vec4 &from, const Vec4 &at, bool &listen
     }
     Answer &answer = answers[nextAnswer];
     nextAnswer = (nextAnswer + 1) % ANSWERS;
-    answer.ways.begin(sound, soundFloor, space());
+    answer.ways.begin(sound, soundFloor, space(), farthest);
     WorkBudget budget = WorkBudget::unlimited();
     answer.ways.spread(space(), budget);
     answer.state = state;
@@ -279,7 +279,8 @@ void SoundMap::offerBlock(EndSearch &search, const TurnGraph::Block &block, bool
         return;
     // By a passage a turn is nearer than it lies.
     const float fromRoot = passages.empty() ? (block.middle - search.ways.getRoot()).length() - block.radius : 0.f;
-    if (least + fromRoot < std::max(search.best[0], search.best[1]))
+    const bool isReached = fromRoot < 2.f * search.ways.getFarthest(); // its last part may lead far beyond
+    if (isReached && least + fromRoot < std::max(search.best[0], search.best[1]))
         for (std::uint32_t turn = block.first; turn < block.last; ++turn)
             offerTurn(search, turn);
 }

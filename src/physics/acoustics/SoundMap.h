@@ -57,8 +57,9 @@ public:
 
     /// Follows the map and brings ways up to date.
     void doFrame(const Handle<MapRootEntity> &map);
-    /// Answers a question at once.
-    HeardWay hear(const Vec4 &from, const Vec4 &at, const Handle<MapRootEntity> &map);
+    /// Answers a question at once; for ways up to a length, metres.
+    HeardWay hear(const Vec4 &from, const Vec4 &at, const Handle<MapRootEntity> &map,
+                  float farthest = WayFlood::FARTHEST);
     /// Finds a source's way at once.
     void refresh(SoundSource &source, const Handle<MapRootEntity> &map);
 
@@ -79,7 +80,7 @@ private:
         WaysFrom ways;
         std::uint32_t state = 0; ///< of the map when they were found; 0 for none
     };
-    static constexpr int ANSWERS = 8;
+    static constexpr int ANSWERS = 4;
 
     /// A search for the last turn before a place.
     struct EndSearch
@@ -102,7 +103,7 @@ private:
     void refreshSources();
     int refresh(SoundSource &source, bool everywhere, WorkBudget budget);
     PlanPoint placeInPlan(const Vec4 &place) const;
-    const WaysFrom &waysFor(const Vec4 &from, const Vec4 &at, bool &listenerIsRoot);
+    const WaysFrom &waysFor(const Vec4 &from, const Vec4 &at, float farthest, bool &listenerIsRoot);
 
     WayLoss lossOfDoors(const WaysFrom &ways, const PlanPoint &from, const PlanPoint &there, int floor) const;
     void findEnds(const WaysFrom &ways, const Vec4 &root, const Vec4 &end, WayEnds &ends, bool everywhere,

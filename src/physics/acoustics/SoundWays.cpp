@@ -38,6 +38,14 @@ HeardWay SoundWays::hear(Vec4 from, Vec4 at)
     return sounds->hear(from, at, findMap());
 }
 
+HeardWay SoundWays::hearWithin(Vec4 from, Vec4 at, float farthest)
+{
+    // In steps, so that those who hear a little less far share the ways of those who hear farther.
+    constexpr float step = 4.f; // metres
+    const float reach = std::ceil(std::max(farthest, step) / step) * step;
+    return sounds->hear(from, at, findMap(), reach < WayFlood::FARTHEST ? reach : WayFlood::FARTHEST);
+}
+
 float SoundWays::loudnessAt(Vec4 from, float loudness, Vec4 at)
 {
     const HeardWay heard = hear(from, at);

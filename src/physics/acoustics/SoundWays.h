@@ -53,6 +53,9 @@ public:
     /// @cost the first question from or to a place looks for the ways from there through the whole map; further ones
     ///       with the same end, such as a step that fifty creatures may hear, some lines of sight each
     HeardWay hear(Vec4 from, Vec4 at);
+    /// As `hear`, for a sound that nobody hears farther away: longer ways are not looked for, which costs less.
+    /// @param farthest  metres
+    HeardWay hearWithin(Vec4 from, Vec4 at, float farthest);
     /// How loud a sound of one place is at another: its loudness a metre away, less what the way takes.
     ///
     /// Linear, in the unit of `loudness`; by distance it falls to a half with each doubling.

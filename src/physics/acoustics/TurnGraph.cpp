@@ -42,7 +42,8 @@ void TurnGraph::build(const WallPlan &walls, std::span<const Passage> passages)
     sortCorners();
     for (const Passage &passage : passages)
         addPassage(passage);
-    firstEdges.assign(turns.size(), UNEXPLORED);
+    firstEdges.assign(turns.size(), 0);
+    exploredTo.assign(turns.size(), 0.f);
     edgeCounts.assign(turns.size(), 0);
     exploring = Turn::NONE;
 }
@@ -114,35 +115,55 @@ void TurnGraph::addCorners(const WallBox &wall, const WallPlan &walls, int floor
         }
 }
 
-bool TurnGraph::explore(std::uint32_t number, const WallPlan &walls, const DoorPlan &doors, WorkBudget &budget)
+bool TurnGraph::explore(std::uint32_t number, const WallPlan &walls, const DoorPlan &doors, WorkBudget &budget,
+                        float reach)
 {
-    if (isExplored(number))
+    if (exploredTo[number] >= reach)
         return true;
-    if (exploring != Turn::NONE && exploring != number)
+    if (exploring != Turn::NONE && (exploring != number || exploringTo < reach))
     {
         WorkBudget rest = WorkBudget::unlimited(); // somebody asks out of turn: what was begun is ended first
-        explore(exploring, walls, doors, rest);
+        lookAround(walls, doors, rest);
+        end();
     }
     if (exploring == Turn::NONE)
-        begin(number);
-    while (nextLook < turns.size())
-    {
-        if (budget.isSpent())
-            return false;
-        lookAt(number, nextLook++, walls, doors, budget);
-    }
+        begin(number, reach);
+    if (!lookAround(walls, doors, budget))
+        return false;
     end();
     return true;
 }
 
-void TurnGraph::begin(std::uint32_t number)
+void TurnGraph::begin(std::uint32_t number, float reach)
 {
     exploring = number;
+    exploringTo = reach;
+    nextBlock = 0;
     nextLook = 0;
     beganAt = static_cast<std::uint32_t>(edges.size());
     const Turn &turn = turns[number];
     if (turn.passageTo != Turn::NONE)
         edges.push_back(TurnEdge{turn.passageTo, 0, 0, turn.passageLength, PlanPoint(), turn.passageLoss});
+}
+
+/// Goes on with the turn that is being explored; false where the budget was spent first.
+bool TurnGraph::lookAround(const WallPlan &walls, const DoorPlan &doors, WorkBudget &budget)
+{
+    const PlanPoint here = turns[exploring].place;
+    for (; nextBlock < blocks.size(); ++nextBlock)
+    {
+        const Block &block = blocks[nextBlock];
+        budget.spendLook();
+        if ((block.middle - here).length() - block.radius > exploringTo)
+            continue;
+        for (nextLook = std::max(nextLook, block.first); nextLook < block.last; ++nextLook)
+        {
+            if (budget.isSpent())
+                return false;
+            lookAt(exploring, nextLook, walls, doors, budget);
+        }
+    }
+    return true;
 }
 
 void TurnGraph::lookAt(std::uint32_t number, std::uint32_t other, const WallPlan &walls, const DoorPlan &doors,
@@ -151,10 +172,10 @@ void TurnGraph::lookAt(std::uint32_t number, std::uint32_t other, const WallPlan
     budget.spendLook();
     const Turn &from = turns[number], &to = turns[other];
     const PlanPoint way = to.place - from.place;
-    if (other == number || from.floor != to.floor || way.dot(way) > REACH * REACH || !from.mayBendTo(to.place) ||
-        !to.mayBendTo(from.place))
+    if (other == number || from.floor != to.floor || way.dot(way) > exploringTo * exploringTo ||
+        !from.mayBendTo(to.place) || !to.mayBendTo(from.place))
         return;
-    if (isExplored(other))
+    if (way.dot(way) <= exploredTo[other] * exploredTo[other])
     {
         if (!isSeenFrom(other, number)) // that was found the other way round
             return;
@@ -185,5 +206,6 @@ void TurnGraph::end()
 {
     firstEdges[exploring] = beganAt;
     edgeCounts[exploring] = static_cast<std::uint32_t>(edges.size()) - beganAt;
+    exploredTo[exploring] = exploringTo;
     exploring = Turn::NONE;
 }

@@ -96,11 +96,12 @@ public:
     std::size_t getCount() const { return turns.size(); }
     std::span<const Block> getBlocks() const { return blocks; }
     const Turn &getTurn(std::uint32_t number) const { return turns[number]; }
-    /// Finds what a turn sees; a budget that is spent leaves that begun.
+    /// Finds what a turn sees within so many metres; a budget that is spent leaves that begun.
     /// @return whether `edgesOf` knows it
-    bool explore(std::uint32_t number, const WallPlan &walls, const DoorPlan &doors, WorkBudget &budget);
-    bool isExplored(std::uint32_t number) const { return firstEdges[number] != UNEXPLORED; }
-    /// What a turn sees, once it is explored.
+    bool explore(std::uint32_t number, const WallPlan &walls, const DoorPlan &doors, WorkBudget &budget,
+                 float reach = REACH);
+    bool isExplored(std::uint32_t number) const { return exploredTo[number] > 0.f; }
+    /// What a turn sees, once it is explored, at least as far as that was asked for.
     std::span<const TurnEdge> edgesOf(std::uint32_t number) const
     {
         return std::span(edges).subspan(firstEdges[number], edgeCounts[number]);
@@ -111,13 +112,12 @@ public:
     }
 
 private:
-    static constexpr std::uint32_t UNEXPLORED = ~0u;
-
     void addCorners(const WallBox &wall, const WallPlan &walls, int floor);
     void addPassage(const Passage &passage);
     void sortCorners();
     void addBlock(std::uint32_t first, std::uint32_t last);
-    void begin(std::uint32_t number);
+    void begin(std::uint32_t number, float reach);
+    bool lookAround(const WallPlan &walls, const DoorPlan &doors, WorkBudget &budget);
     void lookAt(std::uint32_t number, std::uint32_t other, const WallPlan &walls, const DoorPlan &doors,
                 WorkBudget &budget);
     void end();
@@ -126,10 +126,13 @@ private:
     std::vector<Turn> turns;
     std::vector<Block> blocks;
     std::vector<TurnEdge> edges;            ///< turn by turn, in the order of exploring
-    std::vector<std::uint32_t> firstEdges;  ///< by turn; UNEXPLORED for none yet
+    std::vector<std::uint32_t> firstEdges;  ///< by turn
     std::vector<std::uint32_t> edgeCounts;  ///< by turn
+    std::vector<float> exploredTo;          ///< metres, by turn; 0 for not at all
     std::vector<std::uint32_t> passedDoors; ///< edge by edge
     std::uint32_t exploring = Turn::NONE;   ///< the turn whose edges are being found
+    float exploringTo = 0.f;                ///< metres
+    std::size_t nextBlock = 0;              ///< that it looks at next
     std::uint32_t nextLook = 0;             ///< the turn that it looks at next
     std::uint32_t beganAt = 0;              ///< its first edge
 };

@@ -1,6 +1,7 @@
 #include "physics/acoustics/WayFlood.h"
 
 #include <algorithm>
+#include <span>
 
 namespace
 {
@@ -18,11 +19,28 @@ WayLoss WayFlood::lossOfTurn(const PlanPoint &before, const PlanPoint &behind)
     return WayLoss{TURN_LOSS * bend, TURN_DULLNESS * bend};
 }
 
-void WayFlood::begin(const std::vector<SeenTurn> &seen, std::size_t turnCount)
+/// Makes all turns unreached; where there are as many as before, only those that were reached need it.
+void WayFlood::forget(std::size_t turnCount)
 {
-    costs.assign(turnCount, std::numeric_limits<float>::infinity());
-    ways.assign(turnCount, WayTo());
+    constexpr float unreached = std::numeric_limits<float>::infinity();
+    if (costs.size() == turnCount)
+        for (const Candidate &candidate : candidates)
+        {
+            costs[candidate.turn] = unreached;
+            ways[candidate.turn] = WayTo();
+        }
+    else
+    {
+        costs.assign(turnCount, unreached);
+        ways.assign(turnCount, WayTo());
+    }
     candidates.clear();
+}
+
+void WayFlood::begin(const std::vector<SeenTurn> &seen, std::size_t turnCount, float farthest_)
+{
+    farthest = farthest_;
+    forget(turnCount);
     candidates.reserve(2 * turnCount);
     std::fill(std::begin(firsts), std::end(firsts), NO_CANDIDATE);
     step = 0;
@@ -48,8 +66,9 @@ bool WayFlood::spread(const SoundSpace &space, const std::vector<WayLoss> &doorL
             continue;
         }
         const auto [cost, turn, next] = candidates[firsts[step]];
-        const bool isNews = cost == costs[turn] && ways[turn].length < FARTHEST;
-        if (isNews && (budget.isSpent() || !space.graph.explore(turn, space.walls, space.doors, budget)))
+        const bool isNews = cost == costs[turn] && ways[turn].length < farthest;
+        if (isNews && (budget.isSpent() || !space.graph.explore(turn, space.walls, space.doors, budget,
+                                                                std::min(farthest, TurnGraph::REACH))))
             return false;
         firsts[step] = next;
         if (isNews)
@@ -103,13 +122,15 @@ void WayFlood::spreadFrom(std::uint32_t turn, const SoundSpace &space, const std
     }
 }
 
-void WaysFrom::begin(const PlanPoint &root_, int floor_, const SoundSpace &space)
+void WaysFrom::begin(const PlanPoint &root_, int floor_, const SoundSpace &space, float farthest_)
 {
     root = root_;
     floor = floor_;
     turnCount = space.graph.getCount();
     stage = LOOKING;
     nextLook = 0;
+    nextBlock = 0;
+    farthest = farthest_;
     seen.clear();
     seen.reserve(turnCount);
     space.doors.lossesAt(root, doorLosses);
@@ -117,21 +138,38 @@ void WaysFrom::begin(const PlanPoint &root_, int floor_, const SoundSpace &space
 
 bool WaysFrom::spread(const SoundSpace &space, WorkBudget &budget)
 {
-    for (; stage == LOOKING && nextLook < turnCount; ++nextLook)
-    {
-        if (budget.isSpent())
-            return false;
-        lookAt(nextLook, space, budget);
-    }
     if (stage == LOOKING)
     {
+        if (!lookAround(space, budget))
+            return false;
         for (WayFlood &flood : floods)
-            flood.begin(seen, turnCount);
+            flood.begin(seen, turnCount, farthest);
         stage = SPREADING;
     }
     for (; stage < WHOLE; ++stage)
         if (!floods[stage - SPREADING].spread(space, doorLosses, budget))
             return false;
+    return true;
+}
+
+/// Looks at the turns that the root may see; false where the budget was spent first.
+bool WaysFrom::lookAround(const SoundSpace &space, WorkBudget &budget)
+{
+    const std::span<const TurnGraph::Block> blocks = space.graph.getBlocks();
+    const float reach = std::min(farthest, TurnGraph::REACH);
+    for (; nextBlock < blocks.size(); ++nextBlock)
+    {
+        const TurnGraph::Block &block = blocks[nextBlock];
+        budget.spendLook();
+        if ((block.middle - root).length() - block.radius > reach)
+            continue;
+        for (nextLook = std::max(nextLook, block.first); nextLook < block.last; ++nextLook)
+        {
+            if (budget.isSpent())
+                return false;
+            lookAt(nextLook, space, budget);
+        }
+    }
     return true;
 }
 
@@ -141,7 +179,8 @@ void WaysFrom::lookAt(std::uint32_t number, const SoundSpace &space, WorkBudget 
     budget.spendLook();
     const Turn &turn = space.graph.getTurn(number);
     const PlanPoint way = turn.place - root;
-    if (turn.floor != floor || way.dot(way) > TurnGraph::REACH * TurnGraph::REACH || !turn.mayBendTo(root))
+    const float reach = std::min(farthest, TurnGraph::REACH);
+    if (turn.floor != floor || way.dot(way) > reach * reach || !turn.mayBendTo(root))
         return;
     budget.spendLine();
     if (!space.walls.isFree(root, turn.place, floor))

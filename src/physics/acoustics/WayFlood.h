@@ -54,8 +54,8 @@ public:
     /// @param metresADecibel  how much farther a way may be for each decibel less that its doors take
     explicit WayFlood(float metresADecibel) : metresADecibel(metresADecibel) {}
 
-    /// Begins anew from a place that sees some turns.
-    void begin(const std::vector<SeenTurn> &seen, std::size_t turnCount);
+    /// Begins anew from a place that sees some turns, and follows ways up to a length, metres.
+    void begin(const std::vector<SeenTurn> &seen, std::size_t turnCount, float farthest);
     /// Spreads on.
     /// @param doorLosses  what each door takes
     /// @return whether the flood is whole; false where the budget was spent first
@@ -83,11 +83,13 @@ private:
         0.5f; ///< metres of cost that share a list: a little out of order costs less than order
 
     static std::size_t stepOf(float cost);
+    void forget(std::size_t turnCount);
     void reach(std::uint32_t turn, float cost, const WayTo &way);
     void spreadFrom(std::uint32_t turn, const SoundSpace &space, const std::vector<WayLoss> &doorLosses,
                     WorkBudget &budget);
 
     float metresADecibel;
+    float farthest = FARTHEST;         ///< metres
     std::vector<float> costs;          ///< by turn
     std::vector<WayTo> ways;           ///< by turn
     std::vector<Candidate> candidates; ///< in the order of their coming
@@ -101,13 +103,15 @@ class WaysFrom
 public:
     static constexpr int FLOODS = 2;
 
-    /// Begins anew from a place.
-    void begin(const PlanPoint &root, int floor, const SoundSpace &space);
+    /// Begins anew from a place, for ways up to a length, metres.
+    void begin(const PlanPoint &root, int floor, const SoundSpace &space, float farthest = WayFlood::FARTHEST);
     /// Goes on.
     /// @return whether all ways are found; false where the budget was spent first
     bool spread(const SoundSpace &space, WorkBudget &budget);
 
     const PlanPoint &getRoot() const { return root; }
+    /// The longest ways that were looked for, metres.
+    float getFarthest() const { return farthest; }
     int getFloor() const { return floor; }
     const WayFlood &getFlood(int number) const { return floods[number]; }
     /// What a door takes for who stands at the root.
@@ -121,12 +125,15 @@ private:
         WHOLE = SPREADING + FLOODS
     };
 
+    bool lookAround(const SoundSpace &space, WorkBudget &budget);
     void lookAt(std::uint32_t number, const SoundSpace &space, WorkBudget &budget);
 
     PlanPoint root;
     int floor = 0;
+    float farthest = WayFlood::FARTHEST;
     std::size_t turnCount = 0;
     int stage = LOOKING;        ///< which flood spreads, from SPREADING on
+    std::size_t nextBlock = 0;  ///< that the root looks at next
     std::uint32_t nextLook = 0; ///< the turn that the root looks at next
     std::vector<SeenTurn> seen;
     std::vector<WayLoss> doorLosses; ///< by door

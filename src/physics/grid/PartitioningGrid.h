@@ -105,13 +105,21 @@ public:
     {
         grid.forEachIn(cells, function);
     }
+    /// The same with the static volumes.
+    template <class Function>
+    void forEachStaticVolume(const CellRect &cells, Function function) const
+    {
+        staticGrid.forEachIn(cells, function);
+    }
     /// The same with the static volumes after the moving ones.
     template <class Function>
     void forEachVolume(const CellRect &cells, Function function) const
     {
-        grid.forEachIn(cells, function);
-        staticGrid.forEachIn(cells, function);
+        forEachMovingVolume(cells, function);
+        forEachStaticVolume(cells, function);
     }
+    /// Counts the changes of static volumes and of where they stand, for whoever keeps what he has made of them.
+    std::uint64_t getStaticChanges() const { return staticGrid.getChangeCount(); }
     /// The last request that marked a cell; 0 for none and outside the grid.
     RequestHandle getCellLastRequest(int x, int z) const;
     /// Marks a cell; nothing happens outside the grid.

@@ -63,6 +63,7 @@ void VolumeListGrid::remove(const Handle<BoundingVolume> &volume, const CellRect
 
 void VolumeListGrid::setOutline(const Handle<BoundingVolume> &volume, const VolumeOutline &outline, Slot slot)
 {
+    ++changeCount;
     if (holds(slot, volume) && !mayBeSeveral(volume))
     {
         outlines[slot] = outline;
@@ -134,6 +135,7 @@ void VolumeListGrid::arrive(Slot slot, const CellRect &cells, const VolumeOutlin
     placement.turn = lastTurn;
     outlines[slot] = outline;
     changed = true;
+    ++changeCount;
 }
 
 void VolumeListGrid::vacate(Slot slot)
@@ -141,6 +143,7 @@ void VolumeListGrid::vacate(Slot slot)
     placements[slot] = Placement();
     freeSlots.push_back(slot);
     changed = true;
+    ++changeCount;
 }
 
 /// Takes cells out of a placement; what is left keeps its place in the order of arrival.

@@ -121,6 +121,8 @@ public:
     const VolumeOutline &outlineIn(Slot slot) const { return outlines[slot]; }
     const CellRect &cellsOf(Slot slot) const { return placements[slot].cells; }
 
+    /// Counts what was added, moved, taken out or given another outline.
+    std::uint64_t getChangeCount() const { return changeCount; }
     int getColumns() const { return columns; }
     int getRows() const { return rows; }
     /// Count of the slots in use, as of the last `settle`.
@@ -188,6 +190,7 @@ private:
     std::vector<Arrival> arrivals;                 ///< in order; holds entries that are out of date until a layout
     std::vector<Handle<BoundingVolume>> scattered; ///< volumes that may have several slots, ascending
     std::uint32_t lastTurn = 0;
+    std::uint64_t changeCount = 0;
     bool changed = true;             ///< since the last order was made
     std::uint64_t objectChanges = 0; ///< births and deaths that the order takes account of
 

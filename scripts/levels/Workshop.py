@@ -13,7 +13,6 @@ import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
 from objects.Control import onPlaceKeys
 from workshop import Bodies, Doors, Furnishing, Mechanisms, Shell
-from workshop.Sight import Sight
 from workshop.Stations import STATIONS
 
 _visit: Visit
@@ -55,7 +54,7 @@ class Visit:
         self.rooms = Shell.build(map)
         self.leaves = Doors.build(map, self.pointer)
         self.furnish()
-        self.sight = Sight(self.rooms, self.leaves, self.walker)
+        self.sight = Shell.sight(self.rooms, self.leaves, self.walker)
         kaVel.onKey(coordinator, 'restart', lambda: kaVel.getSystem('GameLoopSystem').queueLoadLevel('Workshop'))
         onPlaceKeys(coordinator, len(STATIONS), self.goTo)
 
@@ -74,7 +73,7 @@ class Visit:
         self.fuseBox = Mechanisms.FuseBox(rooms, pointer, self.notice)
         self.updraught = Mechanisms.Updraught(rooms['cistern'], map)
         self.bell = Mechanisms.Bell(rooms['cistern'], map, self.notice)
-        self.bolts = Mechanisms.Bolts(map, self.walker)
+        self.bolts = place.Bolts(map, self.walker)
 
     def goTo(self, number: int):
         """Stands the walker at a station."""

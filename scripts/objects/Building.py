@@ -1,6 +1,10 @@
 """Building kits: pieces 2 m wide, storeys 3.2 m high. Walls and panels stand on the plane that they face from."""
 
+from typing import Sequence
+
+import kaVel
 from objects.Models import thing
+from objects.Placing import Pattern
 
 # The villa
 
@@ -78,3 +82,19 @@ DoorRail = thing(doorRail='iron')
 """The rail that a `SlidingDoor` hangs from, 3.6 m long."""
 FloatBed = thing(castShadows=False, floatBedA='leather', floatBedB='rust', floatBedC='ceramic')
 """Balls that only lie there, under those that roll."""
+
+
+def tiled(room: kaVel.Entity, pattern: Pattern, name: str, xs: Sequence[float], zs: Sequence[float]):
+    """A floor or ceiling of pieces of 2 m."""
+    for x in xs:
+        for z in zs:
+            pattern(room, name, at=(x, 0, z))
+
+
+def wall(room: kaVel.Entity, name: str, xs: Sequence[float], zs: Sequence[float], turn: float, plain: Pattern,
+         opening: Pattern | None = None, where: float | None = None):
+    """A row of wall pieces of 2 m; the one at `where` along it is the opening."""
+    for x in xs:
+        for z in zs:
+            along = x if len(xs) > 1 else z
+            (opening if opening and along == where else plain)(room, name, at=(x, 0, z), turn=turn)

@@ -2,7 +2,7 @@
 
 `at` is the place in metres, x to the right, y up, z forward; `turn` is in degrees about the y axis, and 90 takes an
 object's front from +z to +x. `Walker`, `Pointer`, `Notice` and `LightSwitch` are no patterns but what a level has
-besides: who walks in it, what he points at, what he is told, what he switches.
+besides: who walks in it, what he points at, what he is told, what he switches; `Sight` says which rooms are drawn.
 
 The patterns stand in modules by kind; here is all of it under one name, which is also where the engine looks for the
 patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, the `Floor` and `Ceiling` of a map, the `Boid`
@@ -24,8 +24,10 @@ from objects.Models import *
 from objects.Notice import Notice
 from objects.Placing import *
 from objects.Pointing import Pointer
+from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
 from objects.Switches import *
+from objects.Throwing import Bolts
 from objects.Walker import Player, Walker
 
 

@@ -1,4 +1,4 @@
-"""What works in the cellar: the chute and its button, the updraught, the bell, a fuse, thrown bolts."""
+"""What works in the cellar: the chute and its button, the updraught, the bell, a fuse."""
 
 from __future__ import annotations
 
@@ -14,8 +14,6 @@ from workshop.Shell import ARCH_X, HEIGHT, SOUTH
 UPDRAUGHT = (-4.2, 8.3)       # x and z of its shaft's middle
 UPDRAUGHT_FORCE = 240.0       # newtons: more than a crate of 12 kg weighs, less than a man
 CHUTE = (2.9, 2.9)            # x and z
-BOLT_SPEED = 13.0             # metres a second
-BOLT_LIFETIME = 1.5           # seconds
 
 
 class Chute:
@@ -154,27 +152,3 @@ class FuseBox:
     def light(self):
         for drawn in self.lit:
             drawn.visible = True
-
-
-class Bolts:
-    """Bolts that a walker throws where he looks: F, or the right button of the mouse."""
-
-    def __init__(self, map: MapRootEntity, walker: place.Walker):
-        self.map, self.walker = map, walker
-        self.number = 0
-        self.sounds = place.sounds(walker.player, 'Throw')
-        kaVel.onKey(map, 'throw', self.throw)
-
-    def throw(self):
-        eye, ahead = self.walker.eye.position, self.walker.ahead()
-        self.number += 1
-        at = eye.x + 0.5 * ahead[0], eye.y - 0.12 + 0.5 * ahead[1], eye.z + 0.5 * ahead[2]
-        bolt = placed(self.map, 'bolt%d' % self.number, at=at)
-        bolt.getComponent('transform').orientation = self.walker.orientation()
-        addVolume(bolt, (0.05, 0.05, 0.3), 'BV_BULLET')
-        place.addBody(bolt, 2.0, damping=0.8, className='BulletPhysics', lifetime=BOLT_LIFETIME,
-                      velocity=kaVel.Vec4(*(BOLT_SPEED * part for part in ahead), 0))
-        place.look(bolt, 'bolt', 'iron')
-        place.heardAs(bolt, 'BoltOnStone', '')
-        self.sounds.playSoundEffect('Throw')
-        kaVel.finishLoad(bolt)

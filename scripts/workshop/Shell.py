@@ -19,7 +19,7 @@ that nothing gets through however fast it comes.
 
 from __future__ import annotations
 
-from typing import Sequence
+from typing import Mapping
 
 import objects.GameObjects as place
 from kaVel import Entity, MapRootEntity
@@ -49,30 +49,14 @@ def build(map: MapRootEntity):
     return rooms
 
 
-def tiled(room: Entity, pattern: place.Pattern, name: str, xs: Sequence[float], zs: Sequence[float]):
-    """A floor or ceiling of pieces of 2 m."""
-    for x in xs:
-        for z in zs:
-            pattern(room, name, at=(x, 0, z))
-
-
-def wall(room: Entity, name: str, xs: Sequence[float], zs: Sequence[float], turn: float, plain: place.Pattern,
-         opening: place.Pattern | None = None, where: float | None = None):
-    """A row of wall pieces of 2 m; the one at `where` along it is the opening."""
-    for x in xs:
-        for z in zs:
-            along = x if len(xs) > 1 else z
-            (opening if opening and along == where else plain)(room, name, at=(x, 0, z), turn=turn)
-
-
 def workshop(room: Entity):
     xs = zs = (-3, -1, 1, 3)
-    tiled(room, place.StoneFloor, 'floor', xs, zs)
-    tiled(room, place.StoneCeiling, 'ceiling', xs, zs)
-    wall(room, 'north', xs, (4,), SOUTH, place.StoneWall, place.StoneArch, ARCH_X)
-    wall(room, 'south', xs, (-4,), NORTH, place.StoneWall)
-    wall(room, 'west', (-4,), zs, EAST, place.StoneWall, place.StoneDoorway, DOOR_Z)
-    wall(room, 'east', (4,), zs, WEST, place.StoneWall, place.StoneDoorway, DOOR_Z)
+    place.tiled(room, place.StoneFloor, 'floor', xs, zs)
+    place.tiled(room, place.StoneCeiling, 'ceiling', xs, zs)
+    place.wall(room, 'north', xs, (4,), SOUTH, place.StoneWall, place.StoneArch, ARCH_X)
+    place.wall(room, 'south', xs, (-4,), NORTH, place.StoneWall)
+    place.wall(room, 'west', (-4,), zs, EAST, place.StoneWall, place.StoneDoorway, DOOR_Z)
+    place.wall(room, 'east', (4,), zs, WEST, place.StoneWall, place.StoneDoorway, DOOR_Z)
     for x in (-4.3, 4.3):
         place.Box(room, 'sill', at=(x, -0.1, DOOR_Z), size=(0.7, 0.1, 1.6), surface='stone')
     place.Box(room, 'sill', at=(ARCH_X, -0.1, 4.3), size=(1.8, 0.1, 0.7), surface='stone')
@@ -84,22 +68,22 @@ def workshop(room: Entity):
 
 def store(room: Entity):
     xs, zs = (5.6, 7.6, 9.6), (-3, -1, 1)
-    tiled(room, place.ConcreteFloor, 'floor', xs, zs)
-    tiled(room, place.ConcreteCeiling, 'ceiling', xs, zs)
-    wall(room, 'north', xs, (2,), SOUTH, place.ConcreteWall)
-    wall(room, 'south', xs, (-4,), NORTH, place.ConcreteWall)
-    wall(room, 'west', (4.6,), zs, EAST, place.ConcreteWall, place.ConcreteDoorway, DOOR_Z)
-    wall(room, 'east', (10.6,), zs, WEST, place.ConcreteWall)
+    place.tiled(room, place.ConcreteFloor, 'floor', xs, zs)
+    place.tiled(room, place.ConcreteCeiling, 'ceiling', xs, zs)
+    place.wall(room, 'north', xs, (2,), SOUTH, place.ConcreteWall)
+    place.wall(room, 'south', xs, (-4,), NORTH, place.ConcreteWall)
+    place.wall(room, 'west', (4.6,), zs, EAST, place.ConcreteWall, place.ConcreteDoorway, DOOR_Z)
+    place.wall(room, 'east', (10.6,), zs, WEST, place.ConcreteWall)
 
 
 def cistern(room: Entity):
     xs, zs = (-5, -3, -1, 1, 3), (5.6, 7.6, 9.6)
-    tiled(room, place.StoneFloor, 'floor', xs, zs)
-    tiled(room, place.StoneCeiling, 'ceiling', xs, zs)
-    wall(room, 'north', xs, (10.6,), SOUTH, place.StoneWall)
-    wall(room, 'south', xs, (4.6,), NORTH, place.StoneWall, place.StoneArch, ARCH_X)
-    wall(room, 'west', (-6,), zs, EAST, place.StoneWall)
-    wall(room, 'east', (4,), zs, WEST, place.StoneWall)
+    place.tiled(room, place.StoneFloor, 'floor', xs, zs)
+    place.tiled(room, place.StoneCeiling, 'ceiling', xs, zs)
+    place.wall(room, 'north', xs, (10.6,), SOUTH, place.StoneWall)
+    place.wall(room, 'south', xs, (4.6,), NORTH, place.StoneWall, place.StoneArch, ARCH_X)
+    place.wall(room, 'west', (-6,), zs, EAST, place.StoneWall)
+    place.wall(room, 'east', (4,), zs, WEST, place.StoneWall)
     place.VaultRib(room, 'rib', at=(-1, 0, 7.6), turn=EAST)
 
 
@@ -128,3 +112,12 @@ def blocks(map: MapRootEntity):
         between(name + 'WallNorth', x0, x1, DOOR_Z + half, 4)
         between(name + 'WallAbove', x0, x1, DOOR_Z - half, DOOR_Z + half, DOORWAY[1])
     between('behindLockedDoor', -5.6, -4.6, DOOR_Z - 1, DOOR_Z + 1)
+
+
+def sight(rooms: Mapping[str, Entity], leaves: Mapping[str, Entity], walker: place.Walker):
+    """Which of the rooms are drawn, by where the walker is and looks and which doors are open."""
+    hinged, sliding = (leaves[name].getComponent('physics') for name in ('storeDoor', 'cisternDoor'))
+    return place.Sight(rooms, lambda x, z: 'store' if x > 4.3 else 'cistern' if z > 4.3 else 'workshop',
+                       (place.Opening('workshop', 'store', (4.3, DOOR_Z), lambda: abs(hinged.prevAngle) > 0.005),
+                        place.Opening('workshop', 'cistern', (ARCH_X, 4.3),
+                                      lambda: abs(sliding.currentOffset) > 0.005)), walker)

@@ -1,6 +1,7 @@
 #include "ai/flocks/FlowFieldGuideComponent.h"
 
 #include "ai/flocks/FlowField.h"
+#include "ai/paths/Walkways.h"
 
 #include "physics/volumes/FiniteProperty.h"
 
@@ -61,6 +62,7 @@ FlowFieldGuideComponent::Fields FlowFieldGuideComponent::findFields()
     Fields fields;
     if (map)
     {
+        Walkways::ofMap(getHandle(map.ptr)); // has what stands in the map written into its path grid
         fields.ways = componentOf<SquareGrid>(map->getChild(WellKnownPaths::mainPathGrid), ComponentKeys::grid);
         fields.flows = componentOf<SquareGrid>(map->getChild(WellKnownPaths::flowGrid), ComponentKeys::grid);
     }

@@ -4,12 +4,11 @@ The map's grid knows nothing of walls, and a lamp draws its shadows as long as i
 """
 
 import math
-from typing import Mapping
+from typing import Callable, Mapping, NamedTuple, Sequence
 
 import kaVel
-from kaVel import Entity, Object
+from objects.Placing import Pair
 from objects.Walker import Walker
-from workshop.Shell import ARCH_X, DOOR_Z
 
 #: Half of what the camera sees, and an opening beside it, radians.
 HALF_VIEW = math.radians(62)
@@ -17,10 +16,19 @@ HALF_VIEW = math.radians(62)
 NEAR = 2.0
 
 
+class Opening(NamedTuple):
+    """What two rooms see each other through: a place over the floor, x and z, and whether it is open."""
+
+    one: str
+    other: str
+    at: Pair
+    isOpen: Callable[[], bool] = lambda: True
+
+
 class _Room:
     """All that is drawn of one room; what was switched off before it was hidden stays off."""
 
-    def __init__(self, root: Object):
+    def __init__(self, root: kaVel.Object):
         self.drawn = [handle for handle in kaVel.descendants(root) if handle.name == 'graphics2']
         self.hidden = None
 
@@ -34,23 +42,21 @@ class _Room:
 
 
 class Sight:
-    """Shows and hides the cellar's rooms after where a walker is and looks."""
+    """Shows and hides rooms after where a walker is and looks; `roomAt` names the one at an x and z."""
 
-    def __init__(self, rooms: Mapping[str, Entity], leaves: Mapping[str, Entity], walker: Walker):
-        self.walker = walker
+    def __init__(self, rooms: Mapping[str, kaVel.Entity], roomAt: Callable[[float, float], str],
+                 openings: Sequence[Opening], walker: Walker):
+        self.walker, self.roomAt, self.openings = walker, roomAt, openings
         self.rooms = {name: _Room(root) for name, root in rooms.items()}
-        hinged, sliding = (leaves[name].getComponent('physics') for name in ('storeDoor', 'cisternDoor'))
-        self.openings = (('workshop', 'store', (4.3, DOOR_Z), lambda: abs(hinged.prevAngle) > 0.005),
-                         ('workshop', 'cistern', (ARCH_X, 4.3), lambda: abs(sliding.currentOffset) > 0.005))
         kaVel.addComponent(walker.player, 'hud', 'ScriptComponent', frameCallback=self.update)
 
     def update(self):
         eye = self.walker.eye.position
-        seen = ['store' if eye.x > 4.3 else 'cistern' if eye.z > 4.3 else 'workshop']
+        seen = [self.roomAt(eye.x, eye.z)]
         for name in seen:
-            for one, other, place, isOpen in self.openings:
+            for one, other, at, isOpen in self.openings:
                 beyond = other if name == one else one if name == other else None
-                if beyond and beyond not in seen and isOpen() and self.looksAt(place[0] - eye.x, place[1] - eye.z):
+                if beyond and beyond not in seen and isOpen() and self.looksAt(at[0] - eye.x, at[1] - eye.z):
                     seen.append(beyond)
         for name, room in self.rooms.items():
             room.show(name in seen)

@@ -21,6 +21,7 @@ ACTIONS = {
     'jump': ('Space',),
     'use': ('E', 'Left button'),
     'throw': ('F', 'Right button'),
+    'lamp': ('L',),
     # The flying camera
     'rise': ('Space', 'E'),
     'sink': ('Ctrl', 'Q'),

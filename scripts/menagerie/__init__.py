@@ -1,0 +1,1 @@
+"""The rooms of the level `Menagerie`, and who lives in them."""

@@ -6,7 +6,7 @@ from typing import Any, Callable
 
 import kaVel
 import objects.GameObjects as place
-from kaVel import Entity, MapRootEntity
+from kaVel import MapRootEntity
 from menagerie import Shapes
 from objects.Placing import Triple, addVolume, placed
 

@@ -8,7 +8,7 @@ import kaVel
 import objects.GameObjects as place
 from kaVel import MapRootEntity
 from menagerie import Creatures
-from objects.Placing import LevelClock, onFrame, placed
+from objects.Placing import LevelClock, axisTurn, onFrame, placed
 
 COUNT = 9
 #: Where they gather, in turn: x and z, in the court and in the yard.
@@ -49,6 +49,14 @@ class Crowd:
         self.goal, self.since, self.together = goal, 0.0, 0.0
         x, z = GATHERINGS[goal]
         self.guide.target = kaVel.Vec4(x, 0, z, 1)
+
+    def string(self):
+        """Strings them out through the doorway, for a picture."""
+        self.setOut(1)
+        for number, (transform, _, _) in enumerate(self.bodies):
+            x, z = 3.9 + 0.62 * number, 6.6 + 0.28 * (-1) ** number * (abs(3.9 + 0.62 * number - 6.3) > 0.8)
+            transform.position = kaVel.Vec4(x, transform.position.y, z, 1)
+            transform.orientation = axisTurn(1, 90)
 
     def doFrame(self):
         seconds = self.clock.frameSeconds()

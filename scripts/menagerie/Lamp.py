@@ -11,7 +11,7 @@ from objects.Placing import addVolume, axisTurn, placed
 
 #: Where the hand is: to the right of the eye, below it, before it, metres.
 HAND = (0.30, -0.34, 0.62)
-MOTHS = 16
+MOTHS = 14
 
 
 class Lamp:

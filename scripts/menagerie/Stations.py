@@ -4,7 +4,9 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Callable, NamedTuple
 
-from objects.Placing import Triple
+import kaVel
+from menagerie.Minds import Mind
+from objects.Placing import Triple, axisTurn
 
 if TYPE_CHECKING:
     from levels.Menagerie import Visit
@@ -18,31 +20,36 @@ class Station(NamedTuple):
     begin: Callable[[Visit], object] = lambda visit: None  # sets something going, for a picture
 
 
-def _openKennel(visit: Visit):
-    visit.leaves['kennelDoor'].getComponent('physics').openDoor(visit.walker.player)
+def _stand(mind: Mind, at: tuple[float, float], turn: float):
+    """Puts a creature somewhere, at rest."""
+    transform = mind.transform
+    transform.position = kaVel.Vec4(at[0], transform.position.y, at[1], 1)
+    transform.orientation = axisTurn(1, turn)
 
 
-def _openDark(visit: Visit):
-    visit.leaves['darkDoor'].getComponent('physics').openDoor(visit.walker.player)
+def _hunt(visit: Visit):
+    """The hound comes through its door, after what has fallen into the hall."""
+    visit.leaves['kennelDoor'].getComponent('physics').prevAngle = 1.45
+    _stand(visit.hound, (-2.9, 4.0), 172)
+    visit.hound.senses.alarm(kaVel.Vec4(-2.4, 0, 1.2, 1), 0.5)
 
 
-def _openGallery(visit: Visit):
-    visit.leaves['galleryDoor'].getComponent('physics').openDoor(visit.walker.player, False)
+def _lurk(visit: Visit):
+    visit.leaves['darkDoor'].getComponent('physics').prevAngle = -1.45
+    _stand(visit.shade, (-3.3, -6.2), 20)
 
 
-def _throw(visit: Visit):
-    _openKennel(visit)
-    visit.goTo(6)
-    visit.bolts.throw()
+def _pass(visit: Visit):
+    _stand(visit.warden, (9.9, 0.4), 30)
 
 
 STATIONS = (
     Station('hall', (5.2, 0, 1.6), -108, 6),
     Station('board', (-3.3, 0, 0.0), -90, 2),
     Station('moths', (3.0, 0, -5.2), 172, 10),
-    Station('doorway', (3.4, 0, 8.6), 122, 10),
-    Station('patrol', (12.0, 0, -2.2), -52, 6),
-    Station('hound', (-2.4, 0, 1.4), -12, 8, _throw),
-    Station('shade', (-3.0, 0, -2.0), 180, 4, _openDark),
+    Station('doorway', (3.6, 0, 8.4), 118, 12, lambda visit: visit.crowd.string()),
+    Station('patrol', (12.0, 0, -2.2), -52, 6, _pass),
+    Station('hound', (-2.4, 0, 1.4), -12, 8, _hunt),
+    Station('shade', (-3.0, 0, -2.0), 180, 4, _lurk),
     Station('rats', (10.8, 0, -0.4), 140, 24),
 )

@@ -27,7 +27,7 @@ class Bolts:
         bolt.getComponent('transform').orientation = self.walker.orientation()
         addVolume(bolt, (0.05, 0.05, 0.3), 'BV_BULLET')
         addBody(bolt, 2.0, damping=0.8, className='BulletPhysics', lifetime=BOLT_LIFETIME,
-                      velocity=kaVel.Vec4(*(BOLT_SPEED * part for part in ahead), 0))
+                velocity=kaVel.Vec4(*(BOLT_SPEED * part for part in ahead), 0))
         look(bolt, 'bolt', 'iron')
         heardAs(bolt, 'BoltOnStone', '')
         self.sounds.playSoundEffect('Throw')

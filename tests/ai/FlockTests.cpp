@@ -357,6 +357,7 @@ TEST(Swarm, RatsKeepToTheFloorWithinTheWallsAndFlee)
     swarm.setBodySize(0.2f);
     const TestBox wall = world.inGrid(world.box(BoundingVolume::BV_WALL, Vec4(6, 0.5f, 0, 1), Vec4(0.4f, 1, 20, 0)));
     wall.volume->setInteract(true);
+    wall.body->setInverseMass(0.f);
     world.anchorPlace->setPosition(Vec4(4, 0, 0, 1)); // half of its reach lies behind the wall
     for (int frame = 0; frame < 200; ++frame)
         world.level.frame();

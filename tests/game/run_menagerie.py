@@ -116,7 +116,7 @@ class Script:
             self.tell()
 
     def hunt(self, number):
-        """Throws a bolt into the hall while the hound lies at home behind its closed door, and sees whether it comes."""
+        """Throws a bolt into the hall while the hound lies at home behind its closed door, and sees if it comes."""
         visit, door = self.visit, self.visit.leaves['kennelDoor'].getComponent('physics')
         x, _, z = place(visit.hound.entity)
         if self.thrown is None and number > 300 and math.dist((x, z), visit.hound.home) < 0.5:
@@ -145,8 +145,8 @@ class Script:
             for other in self.lives[:i]:
                 u, _, w = place(other.entity)
                 depth = one.radius + other.radius - math.dist((x, z), (u, w))
-                self.inOther = max(self.inOther, (depth, '%s and %s at %.2f, %.2f' % (one.entity.name, other.entity.name,
-                                                                                     x, z)))
+                names = '%s and %s at %.2f, %.2f' % (one.entity.name, other.entity.name, x, z)
+                self.inOther = max(self.inOther, (depth, names))
 
     def tell(self):
         visit = self.visit
@@ -164,8 +164,7 @@ class Script:
 def test_ten_minutes_pass_and_nobody_is_stuck(world):
     notes, _ = drive(world, TEN_MINUTES, frames=36000, rate=60)
     told = {}
-    for note in notes:
-        key, *values = note.split(" ", 1)[0:1] + note.split()[1:]
+    for key, *values in map(str.split, notes):
         told.setdefault(key, []).append(values)
     lives = {name: (int(rooms), float(longest)) for name, rooms, longest, *_ in told["life"]}
     text = "\n".join(notes)
@@ -176,9 +175,40 @@ def test_ten_minutes_pass_and_nobody_is_stuck(world):
             assert rooms >= 4, f"{name} was in {rooms} rooms:\n{text}"
     assert float(told["inWall"][0][0]) < 0.12 and float(told["inOther"][0][0]) < 0.15, text
     nearest, farthest = map(float, told["moths"][0])
-    assert nearest > 0.03 and farthest < 1.35, text
+    assert nearest > 0.03 and farthest < 2.4, text  # 1.3 m, and a metre more for one that has lost its light
     assert int(told["hunt"][0][0]) and told["hunt"][0][1] == "True", text
     assert int(told["rounds"][0][0]) >= 4 and int(told["passages"][0][0]) >= 12, text
+
+
+DIGEST = '''
+import hashlib
+
+
+class Script:
+    def __init__(self, visit):
+        self.map, self.digest = visit.map, hashlib.sha256()
+
+    def frame(self, number):
+        if number % 60 and number != FRAMES:
+            return
+        for handle in kaVel.descendants(self.map):
+            kind = handle._getType().name
+            if kind == 'TransformComponent':
+                at, turn, scale = handle.position, handle.orientation, handle.scale
+                parts = (at.x, at.y, at.z, turn.r, turn.i, turn.j, turn.k, scale.x)
+                self.digest.update(' '.join(part.hex() for part in parts).encode())
+            elif kind == 'BTComponent':
+                self.digest.update(handle.drawTree().encode())
+        if number == FRAMES:
+            note('digest', self.digest.hexdigest())
+'''
+
+
+def test_two_runs_are_the_same_to_the_last_bit(world):
+    frames = 3600
+    script = DIGEST + f"\n\nFRAMES = {frames}\n"
+    first, again = drive(world, script, frames, 60)[0], drive(world, script, frames, 60)[0]
+    assert first == again and first[0].startswith("digest "), (first, again)
 
 
 if __name__ == "__main__":

@@ -1,6 +1,8 @@
 #include "ai/flocks/SwarmComponent.h"
 
+#include "physics/bodies/PhysicsComponent.h"
 #include "physics/grid/PartitioningGrid.h"
+#include "physics/volumes/BoundingVolume.h"
 #include "physics/volumes/FiniteProperty.h"
 
 #include "engine/entities/ComponentKeys.h"
@@ -46,6 +48,15 @@ Vec4 withLength(const Vec4 &v, float most)
 {
     const float length = v.magnitude();
     return length > most ? v * (most / length) : v;
+}
+
+/// The first wall, or leaf of a door, on a segment that does not begin in it; others fly around what moves by itself.
+RayCollision findWall(PartitioningGrid &grid, const Vec4 &from, const Vec4 &way)
+{
+    const SegmentHit hit = grid.checkSegment(from, way, true);
+    const auto volume = hit.volume.lookup();
+    const PhysicsComponent *const body = volume ? volume->findPhysics() : nullptr;
+    return body && body->getInverseMass() == 0.f && hit.collision.normal != Vec4() ? hit.collision : RayCollision();
 }
 
 /// A direction that any number from 0 to 1 has to itself, evenly over all of them.
@@ -359,8 +370,8 @@ void SwarmComponent::keepFromWalls(Member &member)
     if (!grid || length < NO_LENGTH)
         return;
     const Vec4 ahead = way / length;
-    const RayCollision hit = grid->checkSegment(member.from, ahead * (length + bodySize), true).collision;
-    if (!hit.collided || hit.normal == Vec4())
+    const RayCollision hit = findWall(*grid, member.from, ahead * (length + bodySize));
+    if (!hit.collided)
         return;
     member.place = member.from;
     member.velocity -= hit.normal * (1.5f * std::min(hit.normal.dot(member.velocity), 0.f));
@@ -374,8 +385,8 @@ void SwarmComponent::bringBack(Member &member, const Surroundings &around)
     Vec4 way = directionBy(member.phase, now) * (around.reach * 0.95f);
     if (grid && heldByWalls)
     {
-        const RayCollision hit = grid->checkSegment(around.anchor, way, true).collision;
-        way *= hit.collided && hit.normal != Vec4() ? hit.t * 0.9f : 1.f;
+        const RayCollision hit = findWall(*grid, around.anchor, way);
+        way *= hit.collided ? hit.t * 0.9f : 1.f;
     }
     member.place = around.anchor + way;
     member.velocity = Vec4();

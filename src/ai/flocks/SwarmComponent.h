@@ -120,7 +120,7 @@ public:
     /// The height above which no member comes; at `lowest` or below it all stay at `lowest`, as on a floor.
     float getHighest() const { return highest; }
     void setHighest(float val) { setPart(highest, "highest", val, -1e6f); }
-    /// Whether walls hold them: volumes that end what a player points at.
+    /// Whether walls and doors hold them: volumes that end what a player points at, with a body without inverse mass.
     bool getHeldByWalls() const { return heldByWalls; }
     void setHeldByWalls(bool val) { heldByWalls = val; }
 

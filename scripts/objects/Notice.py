@@ -11,8 +11,8 @@ STAYS, FADES = 3.0, 1.5  # seconds
 class Notice:
     """The line of one level, in the middle of the screen's upper part."""
 
-    def __init__(self, coordinator: kaVel.Coordinator):
-        line = Text(coordinator, 'notice', at=(0.5, 0.80), size=0.021, color=(*COLOR, 0),
+    def __init__(self, coordinator: kaVel.Coordinator, name: str = 'notice'):
+        line = Text(coordinator, name, at=(0.5, 0.80), size=0.021, color=(*COLOR, 0),
                     anchor=('H_CENTER', 'V_CENTER'))
         self.graphics = line.getComponent('graphics2')
         self.clock = LevelClock(line)

@@ -206,8 +206,8 @@ TEST(Followers, OffsetTurnsWithTheParentAndFollowerDoesNot)
     world.frame();
     expectNear(lantern.getPosition(), Vec4(5, 0, 0, 1) + cart.getOrientation().generateRotation() * offset);
     expectNear(fly.getPosition(), Vec4(5, 1, 2, 1));
-    expectNear(lantern.getOrientation(), tilt * cart.getOrientation());
-    expectNear(fly.getOrientation(), tilt * cart.getOrientation());
+    expectNear(lantern.getOrientation(), cart.getOrientation() * tilt);
+    expectNear(fly.getOrientation(), cart.getOrientation() * tilt);
 }
 
 TEST(Followers, ChainSettlesInOneFrameWhateverTheOrderOfCreation)

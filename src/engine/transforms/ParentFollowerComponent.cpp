@@ -8,5 +8,5 @@ void ParentFollowerComponent::doFrame()
     if (!transforms)
         return;
     transforms.own->setPosition(transforms.parent->getPosition() + positionOffset);
-    transforms.own->setOrientation(orientationOffset * transforms.parent->getOrientation());
+    transforms.own->setOrientation(transforms.parent->getOrientation() * orientationOffset);
 }

@@ -19,7 +19,7 @@ public:
     /// Place relative to the parent, native space, metres.
     Vec4 getPositionOffset() const { return positionOffset; }
     void setPositionOffset(Vec4 val) { positionOffset = val; }
-    /// Turn that is applied before the parent's.
+    /// Turn in the parent's frame, applied before the parent's own: a pitch is one at every heading.
     Quaternion getOrientationOffset() const { return orientationOffset; }
     void setOrientationOffset(Quaternion val) { orientationOffset = val; }
 

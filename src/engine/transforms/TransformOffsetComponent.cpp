@@ -9,5 +9,5 @@ void TransformOffsetComponent::doFrame()
         return;
     const Quaternion turn = transforms.parent->getOrientation();
     transforms.own->setPosition(transforms.parent->getPosition() + turn.generateRotation() * positionOffset);
-    transforms.own->setOrientation(orientationOffset * turn);
+    transforms.own->setOrientation(turn * orientationOffset);
 }

@@ -16,7 +16,7 @@ public:
     /// Places the entity after its parent, whose own follower runs first, so that a chain settles in one frame.
     void doFrame() override;
 
-    /// Turn that is applied before the parent's.
+    /// Turn in the parent's frame, applied before the parent's own: a pitch is one at every heading.
     Quaternion getOrientationOffset() const { return orientationOffset; }
     void setOrientationOffset(Quaternion val) { orientationOffset = val; }
     /// Place relative to the parent, in the parent's axes, metres.

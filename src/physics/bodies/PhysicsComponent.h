@@ -9,6 +9,7 @@
 #include <cstdint>
 
 class BoundingVolume;
+class Collision;
 class TransformComponent;
 
 /// A mass without orientation, under the component key "physics". Its manager moves it once a frame.
@@ -80,6 +81,8 @@ public:
 
     /// Told, on the body of the current player, that a shadow's body stands in the level in this frame.
     virtual void addShadow(Handle<PhysicsComponent> shadow) {}
+    /// Told, on the body of a player, of the contact with a trigger, which has no physical effect.
+    virtual void takeContact(const Collision &contact, const BoundingVolume &trigger) {}
 
     /// The volume beside the mass; null for none.
     BoundingVolume *findVolume()

@@ -1,7 +1,7 @@
 // PhysicsManager: moves the bodies of a level.
 #pragma once
 
-#include "physics/bodies/PhysicsComponent.h"
+#include "physics/bodies/PlayerPhysics.h"
 
 #include "engine/entities/AbstractManager.h"
 
@@ -31,15 +31,15 @@ public:
     void destroyComponent(Handle<AbstractComponent> component) override;
 
     /// Chooses the player's body, which is told of shadows.
-    void setPlayer(Handle<PhysicsComponent> player) { currentPlayer = player; }
+    void setPlayer(Handle<PlayerPhysics> player) { currentPlayer = player; }
     /// The player's body; invalid while there is none.
-    Handle<PhysicsComponent> getPlayer() const { return currentPlayer; }
+    Handle<PlayerPhysics> getPlayer() const { return currentPlayer; }
 
 private:
     void prefetchBehind(std::size_t index) const;
     void moveBody(PhysicsComponent &body, Seconds frameTime);
 
     std::vector<Handle<PhysicsComponent>> components; ///< ascending
-    Handle<PhysicsComponent> currentPlayer;
+    Handle<PlayerPhysics> currentPlayer;
     Seconds timeSinceLastPhysicsFrame = 0.0; ///< stays 0: there is no fixed step to save up for
 };

@@ -57,11 +57,15 @@ bool BoundingVolume::colliding(Handle<BoundingVolume> other, std::vector<Collisi
 /// @param before  count of contacts before this pair was tested
 void BoundingVolume::setOffTrigger(BoundingVolume &other, std::vector<Collision *> &found, std::size_t before)
 {
-    const PhysicsComponent *const own = findPhysics(), *const others = other.findPhysics();
+    PhysicsComponent *const own = findPhysics(), *const others = other.findPhysics();
     if (!own || !others)
         return;
     if (found.size() > before)
+    {
+        if (VolumeTraits::of(other).isPlayer)
+            others->takeContact(*found.back(), *this);
         Collision::dropLast(found);
+    }
     callTriggerFunc(SavedArguments::of(handle_cast<Entity>(getParent()), getHandle(others)), 2);
 }
 

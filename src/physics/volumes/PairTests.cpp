@@ -2,10 +2,12 @@
 
 #include "physics/volumes/BoxContacts.h"
 #include "physics/volumes/Collision.h"
+#include "physics/volumes/LitByVolumes.h"
 #include "physics/volumes/VolumeContact.h"
 #include "physics/volumes/VolumeTraits.h"
 
 #include "engine/entities/ComponentKeys.h"
+#include "engine/entities/Entity.h"
 #include "engine/transforms/TransformComponent.h"
 
 #include <cmath>
@@ -141,16 +143,30 @@ bool containerToBox(BoundingVolume &container, BoundingVolume &box, Found &found
     return true;
 }
 
-/// Whether a light reaches the player, as far as its volume tells. Nothing is stopped or moved by light: there is no
-/// contact, but each finds the other among its colliders.
+/// Whether a volume is that of a light: beside it, or, for one that only stands in for a light, above it.
+bool hasLight(BoundingVolume &volume)
+{
+    if (volume.getSibling(ComponentKeys::graphics2).isValid())
+        return true;
+    const auto entity = volume.getIsPartitioningDummy() ? volume.getParent().lookup() : Handle<Object>::Result{};
+    const auto lamp = entity ? handle_cast<Entity>(entity->getParent()).lookup() : Handle<Entity>::Result{};
+    return lamp && lamp->getComponent(ComponentKeys::graphics2).isValid();
+}
+
+/// Whether a light reaches the player, as far as its volume tells; the player is told. Nothing is stopped or moved by
+/// light: there is no contact, but each finds the other among its colliders.
 bool lightToPlayer(BoundingVolume &light, BoundingVolume &player, Found &)
 {
     const TransformComponent *const place = light.findTransform(), *const playerPlace = player.findTransform();
-    if (!place || !playerPlace || !light.getSibling(ComponentKeys::graphics2).isValid() ||
-        !player.getSibling(ComponentKeys::player).isValid())
+    const auto mind = player.getSibling(ComponentKeys::player).lookup();
+    if (!place || !playerPlace || !mind || !hasLight(light))
         return false;
     const float reach = 0.5f * light.getHitBox().x;
-    return (playerPlace->getPosition() - place->getPosition()).magnitudeSquared() <= reach * reach;
+    if (!((playerPlace->getPosition() - place->getPosition()).magnitudeSquared() <= reach * reach))
+        return false;
+    if (auto *const lit = dynamic_cast<ILitByVolumes *>(mind.ptr))
+        lit->reachedByLight(light);
+    return true;
 }
 
 bool playerToLight(BoundingVolume &player, BoundingVolume &light, Found &found)

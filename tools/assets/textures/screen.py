@@ -136,3 +136,28 @@ def panel(n=256):
         (0.50, 0.40, 0.22), rule
     )
     return _image(colour, body * 0.80 + rule * 0.15)
+
+
+def _spot(n, radius, soft):
+    return from_function(n, lambda u, v: math.hypot(u - 0.5, v - 0.5)).smoothstep(radius + soft, radius)
+
+
+def reticle(n=64):
+    """What the player points with: a faint point, dark at its rim, so that it is seen on light walls, too."""
+    colour = Picture.flat(n, (0.02, 0.018, 0.015)).blend((0.80, 0.74, 0.62), _spot(n, 0.055, 0.03))
+    return _image(colour, _spot(n, 0.085, 0.05) * 0.55, "A8R8G8B8")
+
+
+def reticleObject(n=64):
+    """The point over what can be used: it opens into a ring."""
+    ring = from_function(n, lambda u, v: abs(math.hypot(u - 0.5, v - 0.5) - 0.30))
+    bright = Field(n, [max(a, b) for a, b in zip(ring.smoothstep(0.065, 0.030).v, _spot(n, 0.055, 0.03).v)])
+    rim = Field(n, [max(a, b) for a, b in zip(ring.smoothstep(0.115, 0.060).v, _spot(n, 0.085, 0.05).v)])
+    return _image(Picture.flat(n, (0.02, 0.018, 0.015)).blend((0.95, 0.82, 0.52), bright), rim * 0.9, "A8R8G8B8")
+
+
+def meterLight(n=32):
+    """HUD: the light that is left, as a bar; the edge is soft, so that it does not crawl as it shrinks."""
+    body = from_function(n, lambda u, v: min(u, 1.0 - u, v, 1.0 - v)).smoothstep(0.02, 0.12)
+    shade = from_function(n, lambda u, v: 0.75 + 0.5 * v).clamp()
+    return _image(Picture([shade * 0.86, shade * 0.74, shade * 0.44]), body * 0.85, "A8R8G8B8")

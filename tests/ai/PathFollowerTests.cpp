@@ -183,6 +183,24 @@ TEST(PathFollower, WalksWithSteeringAsWithout)
     EXPECT_LT(distanceTo(follower, 3, 2), 0.4f);
 }
 
+TEST(PathFollower, TwoCrowdsPassEachOtherThroughADoorway)
+{
+    WalkWorld world(16, 16);
+    world.divide(0.f);
+    std::vector<PathFollower *> crowd;
+    for (int i = 0; i < 12; ++i)
+        crowd.push_back(&world.walker(-5.f + 2.f * static_cast<float>(i % 6), i % 2 ? -5.f : 5.f));
+    world.frames(3);
+    for (int i = 0; i < 12; ++i)
+        crowd[static_cast<std::size_t>(i)]->goTo(
+            Vec4(-5.f + 2.f * static_cast<float>(i * 5 % 6), 0, i % 2 ? 5.f : -5.f, 1));
+    for (PathFollower *const follower : crowd)
+    {
+        world.settle(*follower, 64 * 60);
+        EXPECT_TRUE(follower->getArrived()) << follower->tell().toCString();
+    }
+}
+
 TEST(PathFollower, WhoIsMurderedOnTheWayIsMissedByNobody)
 {
     WalkWorld world(12, 12);

@@ -67,5 +67,39 @@ def report(map, path):
 """, 6).expect("the path is right")
 
 
+def test_a_creature_opens_the_iron_door_and_goes_around_what_is_put_in_its_way(world):
+    outcome = run(world, "Errand", """
+def build(coordinator):
+    map = coordinator.loadMap('hall')
+    creature = place.placed(map, 'creature', at=(-3, 0.9, -4))
+    place.addVolume(creature, (0.6, 1.8, 0.6), 'BV_BOX')
+    place.addBody(creature, 60)
+    follower = kaVel.addComponent(creature, 'pathFollower', 'PathFollower', opensDoors=True, closesDoors=True, speed=2)
+    follower.addKey('cellarDoor')
+    said = set()
+    place.onFrame(creature, lambda: said.add(follower.tell()))
+    at(coordinator, 2, lambda: follower.goTo(kaVel.Vec4(-3, 0, 4, 1)))
+    at(coordinator, 60, lambda: place.CargoCrate(map, 'crate', at=(-3, 0, 3), edge=1.0))
+    at(coordinator, 600, lambda: report(map, creature, follower, said))
+
+def hall(map):
+    sized(map)
+    place.Block(map, 'left', at=(-4.16, 0, 0), size=(4, 3, 0.2))
+    place.Block(map, 'right', at=(2.6, 0, 0), size=(7, 3, 0.2))
+    place.IronDoor(map, 'cellarDoor', at=(-1.5, 0, 0), locked=True)
+
+def report(map, creature, follower, said):
+    place = creature.getComponent('transform').position
+    door = map.getChild('cellarDoor').getComponent('physics')
+    ways = map.getComponent('walkways')
+    cell = map.getDescendantByPath('.MapData_mainPathGrid/grid').getCellFromPoint(kaVel.Vec4(-3, 0, 3, 1), 0)
+    assert follower.arrived and abs(place.x + 3) < 0.5 and abs(place.z - 4) < 0.5, (place, follower.tell(), said)
+    assert 'waits for the door cellarDoor to open' in said and follower.tell() == 'has come to (-3, 4)', said
+    assert not door.open and not door.locked and not kaVel.isWalkable(cell) and not ways.hasRoom(cell, 0.3)
+    kaVel.log('it is there')
+""", 601)
+    outcome.expect("it is there")
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

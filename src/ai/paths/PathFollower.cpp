@@ -35,10 +35,16 @@ constexpr float BEHIND = 1.2f;         ///< metres past a door at which one clos
 constexpr float FORGOTTEN = 4.f;       ///< metres from a door at which nobody cares for it any more
 constexpr Seconds STANDSTILL = 1.0;    ///< without way until it is asked anew
 constexpr float LEAST_WAY = 0.2f;      ///< of what the speed would give
-constexpr int MOST_STANDSTILLS = 8;    ///< until it gives up
+constexpr int MOST_STANDSTILLS = 20;   ///< until it gives up
 constexpr float CLOSE_ENOUGH = 1.f;    ///< metres from a place that others take
 constexpr int CAREFUL_CELLS = 3;       ///< gone one by one by who has got stuck
 constexpr float BRAKING_TIME = 0.35f;  ///< seconds before the end at which it slows down
+constexpr float HEADWAY_TIME = 0.15f;  ///< seconds over which it is told whether it gets on
+constexpr float LEANING = 0.3f;        ///< part of the speed with which it leans on what holds it up
+constexpr int PATIENCE = 2;            ///< standstills after which it may let others pass
+constexpr Seconds ASIDE_TIME = 2.5;    ///< for which it then goes aside
+constexpr float ASIDE = 1.4f;          ///< metres that it does, back and to a side
+constexpr float STANDING = 0.02f;      ///< metres a second
 constexpr float QUICKNESS = 10.f;      ///< metres a second squared, where no steering has its own
 constexpr float NO_WAY = 1e-3f;        ///< metres
 
@@ -159,13 +165,11 @@ void PathFollower::begin(State newState)
 
 void PathFollower::stop()
 {
-    const bool wasUnderWay = getUnderWay();
+    isBraking = isBraking || getUnderWay();
     begin(FS_IDLE);
     way.clear();
     wantsPath = false;
-    const Body body = findBody();
-    if (body && wasUnderWay)
-        drive(body, body.place, HALT);
+    backSeconds = 0.0;
 }
 
 void PathFollower::fail(const String &why)
@@ -177,28 +181,26 @@ void PathFollower::fail(const String &why)
 
 void PathFollower::arrive()
 {
-    begin(FS_ARRIVED);
-    way.clear();
-    wantsPath = false;
+    stop();
+    state = FS_ARRIVED;
 }
 
 void PathFollower::doFrame()
 {
-    if (!getUnderWay() && !doorBehind.isValid() && state != FS_ARRIVED)
+    if (!getUnderWay() && !doorBehind.isValid() && !isBraking)
         return;
     const Body body = findBody();
     if (!body || !isFinite(body.place))
     {
         if (getUnderWay())
             fail(SCS("it has no body, or no map with a path grid, any more"));
+        isBraking = false;
         return;
     }
     ++frames;
     closeBehind(body);
-    if (state == FS_ARRIVED)
-        return drive(body, goal, HALT);
     if (!getUnderWay())
-        return;
+        return comeToRest(body);
     receive(body);
     if (wantsPath)
         ask(body);
@@ -273,7 +275,43 @@ void PathFollower::walk(const Body &body)
     watchProgress(body);
     if (state != FS_WALKING)
         return;
+    if (backSeconds > 0.0)
+        return giveWay(body);
     drive(body, next < way.size() ? stationAt(body, next) : goal, GO);
+}
+
+/// Looks for a place behind or beside it, as seen from where it goes.
+bool PathFollower::findAside(const Body &body)
+{
+    const Vec4 to = flat((next < way.size() ? stationAt(body, next) : goal) - body.place);
+    const float distance = to.magnitude();
+    if (distance < NO_WAY)
+        return false;
+    const Vec4 ahead = to * (ASIDE / distance);
+    const Vec4 left(-ahead.z, 0.f, ahead.x, 0.f);
+    for (const Vec4 &offset : {-ahead - left, -ahead + left, -ahead, left, -left})
+    {
+        asidePlace = body.place + offset;
+        if (body.ways->isFree(body.place, asidePlace, body.walker, false))
+            return true;
+    }
+    return false;
+}
+
+/// Goes aside for a while, and stands there.
+void PathFollower::giveWay(const Body &body)
+{
+    backSeconds -= body.seconds;
+    drive(body, asidePlace, flatDistance(body.place, asidePlace) < arriveRadius ? HALT : GO);
+}
+
+/// Takes what speed is left from a body that goes nowhere; then the body is anybody's.
+void PathFollower::comeToRest(const Body &body)
+{
+    if (!isBraking)
+        return;
+    drive(body, body.place, HALT);
+    isBraking = flat(body.physics->getVelocity()).magnitude() > STANDING;
 }
 
 /// Asks anew where the way has been blocked since it was found.
@@ -440,6 +478,10 @@ void PathFollower::watchProgress(const Body &body)
         return arrive(); // somebody stands there
     if (++standstills > MOST_STANDSTILLS)
         return fail(SCS("it makes no way"));
+    // Of two who stand before each other one goes aside: whose turn it is differs from one to the next, and over time.
+    const unsigned turn = getHandle(this).getNumber() / 4 + static_cast<unsigned>(standstills);
+    if (standstills >= PATIENCE && turn % 3 == 0 && findAside(body))
+        backSeconds = ASIDE_TIME;
     careful = CAREFUL_CELLS;
     requestPriority = std::max<int>(priority, RP_High);
     wantPath(SCS("it made no way"));
@@ -455,7 +497,19 @@ void PathFollower::drive(const Body &body, const Vec4 &aim, Pace pace)
     const float top = canSteer(body.steering) ? std::min(speed, body.steering->getMaxSpeed()) : speed;
     const bool isLast = way.empty() || next >= way.size();
     const float pacing = isLast ? std::min(top, left / BRAKING_TIME) : top;
-    steer(body, heading * pacing, heading);
+    steer(body, heading * (pacing * paceOf(body, heading)), heading);
+}
+
+/// The part of its speed that it goes with: who is held up leans on what stands before him, but does not push.
+float PathFollower::paceOf(const Body &body, const Vec4 &heading)
+{
+    const Vec4 made = flat(body.place - placeBefore);
+    placeBefore = body.place;
+    if (!(body.seconds > 0.f) || !(speed > 0.f))
+        return 1.f;
+    const float now = std::clamp(made.dot(heading) / (speed * body.seconds), 0.f, 1.f);
+    headway += (now - headway) * std::min(body.seconds / HEADWAY_TIME, 1.f);
+    return std::min(LEANING + headway, 1.f);
 }
 
 void PathFollower::steer(const Body &body, const Vec4 &velocity, const Vec4 &heading)

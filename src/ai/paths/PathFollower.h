@@ -154,7 +154,11 @@ private:
     void waitForDoor(const Body &body);
     void closeBehind(const Body &body);
     void watchProgress(const Body &body);
+    bool findAside(const Body &body);
+    void giveWay(const Body &body);
+    void comeToRest(const Body &body);
     void drive(const Body &body, const Vec4 &aim, Pace pace);
+    float paceOf(const Body &body, const Vec4 &heading);
     void steer(const Body &body, const Vec4 &velocity, const Vec4 &heading);
     void face(const Body &body, const Vec4 &heading);
     String tellDoor() const;
@@ -177,6 +181,12 @@ private:
     Seconds doorSeconds = 0.0;
     Handle<PhysicsComponent> doorBehind; ///< that it opened and is to close
     float doorSide = 0.f;                ///< on which it stood then
+
+    bool isBraking = false;    ///< it goes nowhere, and does not stand yet
+    Vec4 placeBefore;          ///< in the frame before
+    float headway = 0.f;       ///< of late, part of what its speed would give
+    Seconds backSeconds = 0.0; ///< for which it still goes aside, to let others pass
+    Vec4 asidePlace;           ///< where it does
 
     Vec4 lastPlace; ///< a second ago
     Seconds sinceLastPlace = 0.0;

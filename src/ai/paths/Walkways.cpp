@@ -159,8 +159,8 @@ void Walkways::unmarkCells()
         const int x = static_cast<int>(cell) % layout.columns, z = static_cast<int>(cell) / layout.columns;
         if (grid->getCellFloatValue(x, z) == BLOCKED_BY_THINGS)
             grid->setCellFloatValue(x, z, 0.f);
+        marks[cell] = 0;
     }
-    marks.clear();
 }
 
 /// Whether a level has blocked a cell itself.

@@ -206,6 +206,12 @@ Vec4 &SquareGrid::getCellRef(int x, int z)
     return grid[cellIndex(x, z)];
 }
 
+void SquareGrid::noteChange(int z)
+{
+    if (z >= 0 && z < rows)
+        rowChanges[static_cast<std::size_t>(z)] = ++changeCount;
+}
+
 Handle<TransformComponent> SquareGrid::findTransform()
 {
     return handle_cast<TransformComponent>(getSibling(ComponentKeys::transform));

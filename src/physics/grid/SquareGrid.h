@@ -150,7 +150,7 @@ private:
     {
         return static_cast<std::size_t>(cols) * static_cast<std::size_t>(z) + static_cast<std::size_t>(x);
     }
-    void noteChange(int z) { rowChanges[static_cast<std::size_t>(z)] = ++changeCount; }
+    void noteChange(int z);
     Handle<TransformComponent> findTransform();
     void resize(int newCols, int newRows);
     Vec4 debugColorOf(const Vec4 &value) const;

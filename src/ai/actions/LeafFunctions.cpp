@@ -1,6 +1,7 @@
 #include "ai/actions/LeafFunctions.h"
 
 #include "ai/paths/PathComponent.h"
+#include "ai/perception/PerceptionComponent.h"
 #include "physics/bodies/RigidBody.h"
 #include "physics/grid/MapDataComponent.h"
 
@@ -31,6 +32,22 @@ StatusCode IsObjectMoving(Handle<Entity> hEntity)
     const Vec4 velocity = body->getVelocity();
     const bool moves = std::abs(velocity[0]) > STANDING || std::abs(velocity[2]) > STANDING;
     return moves ? SC_Success : SC_Failure;
+}
+
+StatusCode KnowsOfTarget(Handle<Entity> hEntity)
+{
+    const auto *const senses = componentOf<PerceptionComponent>(hEntity, ComponentKeys::perception);
+    if (!senses)
+        return SC_InvalidHandle;
+    return senses->getKnows() ? SC_Success : SC_Failure;
+}
+
+StatusCode RemembersTarget(Handle<Entity> hEntity)
+{
+    const auto *const senses = componentOf<PerceptionComponent>(hEntity, ComponentKeys::perception);
+    if (!senses)
+        return SC_InvalidHandle;
+    return senses->getRemembers() ? SC_Success : SC_Failure;
 }
 
 ActionStatus GuideGetNextWayPoint(Handle<Entity> hEntity)

@@ -12,6 +12,17 @@ class Coordinator;
 /// For `BTCreateConditionR`. SC_InvalidHandle without a body.
 StatusCode IsObjectMoving(Handle<Entity> hEntity);
 
+/// Whether a creature's senses know that its target is about; SC_InvalidHandle without senses.
+///
+/// For `BTCreateConditionR`.
+StatusCode KnowsOfTarget(Handle<Entity> hEntity);
+
+/// Whether a creature's senses remember a place of their target, known or only suspected; SC_InvalidHandle without
+/// senses.
+///
+/// For `BTCreateConditionR`.
+StatusCode RemembersTarget(Handle<Entity> hEntity);
+
 /// Has an entity's component "path" aim at the next waypoint of its map; AS_Failed when all have been reached.
 ///
 /// For `BTCreateActionR`. AS_InvalidHandle without that component, or outside of a map with map data.

@@ -69,6 +69,27 @@ Handle<BTTask> makeDecorator(BTDecorator::DecoratorType type)
     }
 }
 
+/// Has a script build trees; what it raises travels to the caller. Without an interpreter there is none.
+void callBuilder(const char *module, const char *function, const Handle<Object> &library)
+{
+    Variant ignored;
+    if (isPythonRunning() && !pythonCall(module, function, SavedArguments::of(library), ignored))
+        pythonRaisePending();
+}
+
+/// Builds trees; a script that raises is reported.
+template <class Build>
+void tryToBuild(const Build &build)
+{
+    if (pythonGuarded(build))
+        return;
+    const ScriptPlace place = pendingScriptPlace();
+    Assertions::raiseInScript(place.file, place.line,
+                              SCS("A script that builds behaviour trees failed; the trees that it was to build are not "
+                                  "there.\n") +
+                                  getCurrentPythonTraceback());
+}
+
 constexpr const char *NO_CONDITION = "Allocation of BTCondition node failed!";
 constexpr const char *NO_ACTION = "Allocation of BTAction node failed!";
 } // namespace
@@ -202,24 +223,23 @@ ErrorReturn<Handle<BTTask>> BTLib::BTLookUp(BTType behavior)
 void BTLib::compileLibrary()
 {
     buildWander();
+    buildCreatures();
 }
 
 void BTLib::buildWander()
 {
-    Variant ignored;
-    if (isPythonRunning() && !pythonCall("BehaviorLib.Wander", "buildWander", SavedArguments::of(getHandle()), ignored))
-        pythonRaisePending();
+    callBuilder("BehaviorLib.Wander", "buildWander", getHandle());
+}
+
+void BTLib::buildCreatures()
+{
+    callBuilder("BehaviorLib", "buildCreatures", getHandle());
 }
 
 void BTLib::systemStartup()
 {
-    if (pythonGuarded([&] { compileLibrary(); }))
-        return;
-    const ScriptPlace place = pendingScriptPlace();
-    Assertions::raiseInScript(place.file, place.line,
-                              SCS("A script that builds behaviour trees failed; those built before it are there, the "
-                                  "rest is not.\n") +
-                                  getCurrentPythonTraceback());
+    tryToBuild([&] { buildWander(); });
+    tryToBuild([&] { buildCreatures(); });
 }
 
 void BTLib::systemShutdown()

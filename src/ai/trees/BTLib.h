@@ -58,6 +58,9 @@ public:
     void compileLibrary();
     /// Has the script `BehaviorLib.Wander` build its trees; what it raises travels to the caller.
     void buildWander();
+    /// Has the scripts of the package `BehaviorLib` build the trees of all other creatures; what they raise travels to
+    /// the caller.
+    void buildCreatures();
     /// Does nothing: cameras act by no tree.
     void buildCameraTree() {}
 

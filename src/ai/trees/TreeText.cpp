@@ -192,6 +192,13 @@ String tellTask(const String &behavior, BTTask &root)
     int steps = 0;
     for (const BTTask *next = &root; next && steps < BTTask::MAX_DEPTH; next = childAtWork(*next), ++steps)
         leaf = next;
-    return String::format("%s: %s, %s", behavior.toCString(), taskLabel(*leaf).toCString(),
+    // The name of an action that has one is a verb.
+    const auto *const acting = dynamic_cast<const BTAction *>(leaf);
+    const auto action = acting ? acting->getAction().lookup() : Handle<Action>::Result();
+    const String verb = action ? action->name() : String();
+    if (!verb.empty() && leaf->getLastResult() != SC_Failure)
+        return behavior + SCS(": ") + verb;
+    return String::format("%s: %s, %s", behavior.toCString(),
+                          verb.empty() ? taskLabel(*leaf).toCString() : verb.toCString(),
                           resultText(*leaf).toCString());
 }

@@ -22,7 +22,8 @@ String taskPath(const BTTask &task);
 /// A tree as text: a line a node, two spaces deeper a level, with the last result, ">" before the nodes at work.
 String drawTask(BTTask &root);
 
-/// The leaf at which a tree stands, and how: "Wander: Action ActFollow, going on".
+/// The leaf at which a tree stands, and how: "Guide: Action ActAStar, going on", or by the name of its action, "Wander:
+/// strolls".
 ///
 /// Of leaves side by side it is the first that is going on.
 String tellTask(const String &behavior, BTTask &root);

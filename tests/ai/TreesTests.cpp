@@ -91,15 +91,15 @@ TEST_F(Behaviors, AreLookedUpAsCopiesOfTheirOwn)
 TEST_F(Behaviors, TurnToAnotherTreeAfterTheOneAtWorkIsTerminated)
 {
     add("Prowl", sequence({leaf("S", "a"), leaf("N", "b")}));
-    add("Flee", leaf("N", "f"));
-    begin({"Prowl", "Flee"});
+    add("Hide", leaf("N", "f"));
+    begin({"Prowl", "Hide"});
     // Terminated once as it was chosen, so its first tick ends the round.
     EXPECT_EQ(frames(3), "aab");
     mind().setBehavior(SCS("Nowhere"));
     EXPECT_EQ(journal, "aab") << "an unknown name terminates nothing";
     EXPECT_EQ(mind().getActiveBehavior(), SCS("Prowl"));
 
-    mind().setBehavior(SCS("Flee"));
+    mind().setBehavior(SCS("Hide"));
     EXPECT_EQ(journal, "aab~a~b");
     EXPECT_EQ(frames(2), "ff");
 }
@@ -118,10 +118,10 @@ TEST_F(Behaviors, WithoutATreeForTheActiveNameRefuseEverySwitch)
 TEST_F(Behaviors, GoToAnotherFromWithinTheirOwnTick)
 {
     const Handle<ActGoToBehavior> goTo = construct<ActGoToBehavior>(BTAllocation);
-    goTo.lookup()->setBehaviorLookup(SCS("Flee"));
+    goTo.lookup()->setBehaviorLookup(SCS("Hide"));
     add("Prowl", sequence({leaf("S", "a"), library.BTCreateAction(goTo), leaf("N", "b")}));
-    add("Flee", leaf("N", "f"));
-    begin({"Prowl", "Flee"});
+    add("Hide", leaf("N", "f"));
+    begin({"Prowl", "Hide"});
     EXPECT_EQ(frames(4), "aa~a~bf");
     mind().setBehavior(SCS("Prowl"));
     EXPECT_EQ(frames(3), "a~a~bf") << "it succeeded where it was terminated, and has forgotten that since";
@@ -236,8 +236,8 @@ TEST_F(Behaviors, TellTheLeafAndDrawTheirResults)
 {
     EXPECT_EQ(text(why(creature)), "creature does nothing.");
     add("Prowl", sequence({leaf("S", "a"), leaf("N", "b"), leaf("S", "c")}));
-    add("Flee", leaf("N", "f"));
-    begin({"Prowl", "Flee"});
+    add("Hide", leaf("N", "f"));
+    begin({"Prowl", "Hide"});
     frames(3);
     EXPECT_EQ(text(mind().tell()), "Prowl: PlayedTask, going on");
     EXPECT_EQ(text(why(creature)), "creature: Prowl: PlayedTask, going on.");
@@ -246,7 +246,7 @@ TEST_F(Behaviors, TellTheLeafAndDrawTheirResults)
                                        "    PlayedTask: succeeded\n"
                                        ">   PlayedTask: going on\n"
                                        "    PlayedTask: not ticked yet\n"
-                                       "Flee\n"
+                                       "Hide\n"
                                        "> PlayedTask: not ticked yet\n");
     EXPECT_EQ(text(why(Handle<Entity>())), "");
 }

@@ -8,6 +8,7 @@
 #include "physics/PhysicsWorld.h"
 #include "physics/grid/MapDataComponent.h"
 #include "physics/grid/SquareGrid.h"
+#include "support/AllocationCount.h"
 
 #include "foundation/Finite.h"
 #include "foundation/Random.h"
@@ -409,4 +410,46 @@ TEST(Swarm, SurvivesTheLossOfMembersAnchorAndNumbers)
     swarm.setPopulation(4000000000u);
     swarm.populate();
     EXPECT_EQ(countLogLines("more than a swarm bears"), told + 1);
+}
+
+TEST(Swarm, ItsFramesAndThoseOfFlowsFlocksAndSteeringAllocateNothing)
+{
+    SwarmWorld swarm(20);
+    const TestBox body = swarm.inGrid(swarm.box(BoundingVolume::BV_SPHERE, Vec4(3, 1, 0, 1)));
+    const TestBox other = swarm.inGrid(swarm.box(BoundingVolume::BV_SPHERE, Vec4(3.5f, 1, 0, 1)));
+    swarm.level.component<MapDataComponent>(swarm.map, "mapData").lookup()->onLoadComplete();
+    auto &flock =
+        *swarm.level.component<FlockingComponent>(swarm.level.entity("flock", swarm.map), "flocking").lookup();
+    swarm.level.transform(handle_cast<Entity>(flock.getParent()));
+    swarm.level.transform(swarm.level.entity("Player", swarm.map), Vec4(0, 0, 90, 1));
+    for (const TestBox &each : {body, other})
+    {
+        SteeringComponent &steering = *swarm.level.component<SteeringComponent>(each.entity, "steering").lookup();
+        steering.setSepThreshold(1.f);
+        steering.setTimeToTarget(1.f);
+        flock.addBoid(each.entity);
+        auto &flow = *swarm.level.component<FlowFieldMovementComponent>(each.entity, "flowMovement").lookup();
+        flow.setSampleRadius(1.f);
+    }
+    auto &guide = *swarm.level.component<FlowFieldGuideComponent>(body.entity, "flowInfluence").lookup();
+    guide.setInterval(0.f);
+    auto &wake = *swarm.level.component<FlowFieldInfluencerComponent>(other.entity, "flowInfluence").lookup();
+    wake.setInfluenceRadius(2.f);
+    wake.setAverageRadius(2.f);
+    const auto frame = [&]
+    {
+        for (const TestBox &each : {body, other})
+        {
+            auto &steering =
+                *handle_cast<SteeringComponent>(each.entity.lookup()->getComponent(SCS("steering"))).lookup();
+            steering.updateWander(0.1);
+            steering.updateSeparation();
+            steering.updateAlignWithVector(Vec4(1, 0, 0, 0), 0.1);
+        }
+        guide.setTargetRadius(1.f - guide.getTargetRadius()); // has it laid anew
+        swarm.level.frame();
+    };
+    for (int i = 0; i < 40; ++i)
+        frame();
+    EXPECT_EQ(allocationsOf(frame, 40), 0u);
 }

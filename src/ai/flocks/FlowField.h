@@ -10,7 +10,7 @@
 class DebugCollectorComponent;
 class TransformComponent;
 
-/// The field of flows of the map that a transform lies in; invalid where there is none.
+/// The field of flows of the map that a transform lies in, ".MapData_flowGrid/grid" below it; invalid for none.
 Handle<SquareGrid> findFlowField(TransformComponent &transform);
 
 /// Calls a function with x and z of each cell in the square of cells within a radius of a cell, row by row.

@@ -69,8 +69,9 @@ public:
     /// Pushes away from others that steer, so that nobody stands in anybody.
     ///
     /// From whose middle is less than sepThreshold away, the harder the nearer: by maxAccel times sepWeight at half the
-    /// threshold, and four times as much at most. Who walks towards somebody is pushed to his own right as well, so that
-    /// two pass each other. Others need a volume to be found in the map's grid.
+    /// threshold, and four times as much at most. Who wants to go, by the requests of this frame so far, or else goes
+    /// towards somebody is pushed to his own right as well, so that two pass each other: to be called after the
+    /// behaviours that say where to go. Others need a volume to be found in the map's grid.
     /// @cost the volumes in the cells around
     void updateSeparation(float weight = 1.0F);
     /// Seeks where a moving target will be by the time of meeting it, maxPrediction seconds ahead at most.

@@ -78,7 +78,9 @@ Vec4 SteeringComponent::pushFrom(const Moved &mine, const Vec4 &way, bool isFirs
     if (distance < NO_DISTANCE)
         return Vec4(isFirst ? HARDEST_PUSH : -HARDEST_PUSH, 0.f, 0.f);
     const Vec4 away = way / distance;
-    Vec4 heading = flat(mine.body->getVelocity());
+    // Where it wants to go, as far as it has been asked for; who stands face to face with somebody does not go at all.
+    const Vec4 wanted = flat(finalOutput.accel);
+    Vec4 heading = wanted == Vec4() ? flat(mine.body->getVelocity()) : wanted;
     heading.normalize();
     const float towards = std::max(-heading.dot(away), 0.f);
     const Vec4 toTheRight(heading.z, 0.f, -heading.x);

@@ -139,6 +139,9 @@ public:
     /// Radians a second by which the head bobs.
     float getHeadbobRate() const { return headbobRate; }
     void setHeadbobRate(float val);
+    /// What the floor is made of that the player walks on, as the names of the events of steps have it: "Wood".
+    String getFloorMaterial() const { return floorMaterial; }
+    void setFloorMaterial(const String &val) { floorMaterial = val; }
     /// A setting that moves nothing.
     float getSpinTorqueForce() const { return spinTorqueForce; }
     void setSpinTorqueForce(float val);
@@ -242,6 +245,7 @@ private:
     Handle<BoundingVolume> interactor;
     InputContainer movementKeys;
     bool useInput = true;
+    String floorMaterial = SCS("Stone");
     ReflectorPtr deathFunc;
     bool litThisFrame = false;     ///< the light at the eyes is known
     unsigned missingPartsTold = 0; ///< bits by Part

@@ -73,10 +73,11 @@ class Visit:
                           for body in Creatures.strollers(map)]
         self.hound = Minds.Hunter(Creatures.hound(map), home=(-4.6, 7.6))
         self.shade = Minds.Hider(Creatures.shade(map), map, 'dark', 'kennel', 'hall')
-        self.warden = Minds.Rounds(Creatures.warden(map), ((9.6, 6.6), (3.0, 6.6), (3.0, 0.0), (9.6, 0.0)), speed=0.95)
+        self.warden = Minds.Warden(Creatures.warden(map), ((9.6, 6.6), (3.0, 6.6), (3.0, 0.0), (9.6, 0.0)))
         for mind, tree in (*((stroller, 'Stroll') for stroller in self.strollers), (self.hound, 'Hunt'),
-                           (self.shade, 'Lurk'), (self.warden, 'Stroll')):
+                           (self.shade, 'Lurk')):
             mind.think(tree)
+        for mind in (*self.strollers, self.hound, self.shade, self.warden):
             self.pointer.name(mind.entity, mind.entity.name, lambda mind=mind: kaVel.Reflection.why(mind.entity))
             self.board.add(lambda mind=mind: kaVel.Reflection.why(mind.entity))
         self.crowd = Crowd(map)

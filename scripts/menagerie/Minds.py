@@ -5,6 +5,7 @@ A tree is the same for all who have it; what one of them remembers stands in his
 
 from __future__ import annotations
 
+import functools
 import importlib
 import math
 import random
@@ -12,6 +13,8 @@ from typing import Callable, Sequence
 
 import GameConfig
 import kaVel
+from BehaviorLib.Growing import Growing
+from BehaviorLib.Patrol import giveRound
 from kaVel import ActionStatus, Entity, StatusCode
 from menagerie.Shell import PLANS
 from objects.Placing import LevelClock
@@ -81,19 +84,15 @@ class Mind:
         return ActionStatus.AS_Complete
 
 
-class Rounds(Mind):
-    """One that goes from place to place, over and over."""
+class Warden:
+    """One that walks its round by the library's own tree."""
 
-    def __init__(self, entity: Entity, stops: Sequence[Place], speed: float):
-        super().__init__(entity, speed=speed, stay=(1.5, 2.5))
-        self.stops, self.number, self.made = stops, 0, 0
-
-    def choose(self) -> ActionStatus:
-        """Turns to the next of its stops."""
-        self.goal = self.stops[self.number]
-        self.number = (self.number + 1) % len(self.stops)
-        self.made += self.number == 0
-        return ActionStatus.AS_Complete
+    def __init__(self, entity: Entity, stops: Sequence[Place]):
+        self.entity, self.transform = entity, entity.getComponent('transform')
+        kaVel.addComponent(entity, 'pathFollower', 'PathFollower', opensDoors=True, closesDoors=True, speed=0.95,
+                           arriveRadius=0.35)
+        giveRound(entity, map(at, stops))
+        kaVel.addComponent(entity, 'behaviors', 'BTComponent', behaviors=['Patrol'], defaultBehavior='Patrol')
 
 
 class Hunter(Mind):
@@ -199,26 +198,26 @@ def _step(name: str, otherwise: ActionStatus | StatusCode, entity: Entity):
 
 def buildTrees(library: kaVel.BTLib):
     """Adds the menagerie's trees to the library; those that are there already stay."""
-    def act(name: str):
-        return library.BTCreateActionR(_named(name, ActionStatus.AS_Failed))
+    grow = Growing(library)
 
-    def ask(name: str):
-        return library.BTCreateConditionR(_named(name, StatusCode.SC_Failure))
+    def act(name: str, inWords: str):
+        return library.BTCreateActionR(_named(name, inWords, ActionStatus.AS_Failed))
 
-    def sequence(*children: kaVel.BTTask):
-        return _filled(library, library.BTCreateSequence(), children)
+    def ask(name: str, inWords: str):
+        return grow.ask(_named(name, inWords, StatusCode.SC_Failure))
 
-    def selector(*children: kaVel.BTTask):
-        return _filled(library, library.BTCreateSelector(), children)
-
+    linger = functools.partial(act, 'linger', 'lingers')
     for name, root in (
-            ('Stroll', lambda: sequence(act('choose'), act('walk'), act('linger'))),
-            ('Hunt', lambda: selector(sequence(ask('knows'), act('hunt'), act('linger')),
-                                      sequence(act('goHome'), act('linger')))),
-            ('Lurk', lambda: selector(sequence(ask('isLit'), act('hide')),
-                                      sequence(act('choose'), act('drift'), act('wait'))))):
+            ('Stroll', lambda: grow.sequence(act('choose', 'thinks of a place'), act('walk', 'strolls'), linger())),
+            ('Hunt', lambda: grow.selector(
+                grow.sequence(ask('knows', 'has heard something'), act('hunt', 'goes for what it hears'), linger()),
+                grow.sequence(act('goHome', 'goes to its corner'), act('linger', 'lies in its corner')))),
+            ('Lurk', lambda: grow.selector(
+                grow.sequence(ask('isLit', 'is in the light'), act('hide', 'flees from the light')),
+                grow.sequence(act('choose', 'thinks of a dark place'), act('drift', 'drifts through the dark'),
+                              act('wait', 'stands in the dark'))))):
         if not _isKnown(library, name):
-            library.addBehaviorTree(name, root())
+            grow.plant(name, root())
 
 
 def _isKnown(library: kaVel.BTLib, name: str):
@@ -229,16 +228,10 @@ def _isKnown(library: kaVel.BTLib, name: str):
     return True
 
 
-def _filled(library: kaVel.BTLib, parent: kaVel.BTTask, children: Sequence[kaVel.BTTask]):
-    for child in children:
-        library.BTAddChild(parent, child)
-    return parent
-
-
-def _named(name: str, otherwise: ActionStatus | StatusCode) -> Callable[[Entity], object]:
-    """A leaf's function that bears the name of its step, by which the tree tells of it."""
+def _named(name: str, inWords: str, otherwise: ActionStatus | StatusCode) -> Callable[[Entity], object]:
+    """A leaf's function that bears the words by which its tree tells of it."""
     def leaf(entity: Entity):
         return _step(name, otherwise, entity)
 
-    leaf.__name__ = leaf.__qualname__ = name
+    leaf.__name__ = leaf.__qualname__ = inWords
     return leaf

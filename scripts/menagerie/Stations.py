@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable, NamedTuple
 
 import kaVel
-from menagerie.Minds import Mind
+from menagerie.Minds import Mind, Warden
 from objects.Placing import Triple, axisTurn
 
 if TYPE_CHECKING:
@@ -20,7 +20,7 @@ class Station(NamedTuple):
     begin: Callable[[Visit], object] = lambda visit: None  # sets something going, for a picture
 
 
-def _stand(mind: Mind, at: tuple[float, float], turn: float):
+def _stand(mind: Mind | Warden, at: tuple[float, float], turn: float):
     """Puts a creature somewhere, at rest."""
     transform = mind.transform
     transform.position = kaVel.Vec4(at[0], transform.position.y, at[1], 1)

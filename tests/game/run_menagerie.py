@@ -70,11 +70,13 @@ class Life:
 
     def __init__(self, entity, radius):
         self.entity, self.radius = entity, radius
-        self.rooms, self.anchor, self.since, self.longest, self.where = set(), None, 0, 0, None
+        self.rooms, self.anchor, self.since, self.longest, self.where = [], None, 0, 0, None
 
     def look(self, frame, roomOf):
         x, _, z = place(self.entity)
-        self.rooms.add(roomOf((x, z)))
+        room = roomOf((x, z))
+        if not self.rooms or self.rooms[-1] != room:
+            self.rooms.append(room)
         if self.anchor is None or math.dist(self.anchor, (x, z)) > 0.6:
             self.anchor, self.since = (x, z), frame
         if frame - self.since > self.longest:
@@ -151,12 +153,13 @@ class Script:
     def tell(self):
         visit = self.visit
         for life in self.lives:
-            note('life', life.entity.name, len(life.rooms), life.longest / RATE, life.where)
+            note('life', life.entity.name, len(set(life.rooms)), life.longest / RATE, life.where)
         note('inWall', *self.inWall)
         note('inOther', *self.inOther)
         note('moths', self.nearestMoths, self.farthestMoth)
         note('hunt', self.found, self.doorOpened)
-        note('rounds', visit.warden.made)
+        warden = next(life for life in self.lives if life.entity == visit.warden.entity)
+        note('rounds', warden.rooms.count('yard'))
         note('passages', visit.crowd.passages)
 '''
 

@@ -30,6 +30,7 @@ namespace
 constexpr float LONGEST_FRAME = 0.25f;     ///< seconds; a longer hitch is not made up for
 constexpr float LONGEST_STEP = 1.f / 60;   ///< seconds
 constexpr float REACH_WITHOUT_LIGHT = 3.f; ///< metres
+constexpr float FARTHEST_REACH = 1000.f;   ///< metres
 constexpr float LIT_SHARE = 0.8f;          ///< of a light's reach in which moths can still be seen
 constexpr float LOST = 1.f;                ///< metres beyond the reach at which a member is lost
 constexpr float FADE_SECONDS = 2.f;        ///< in which a swarm notices that its light has gone out
@@ -189,7 +190,9 @@ SwarmComponent::Surroundings SwarmComponent::look()
     const LightComponent *const light = findLight();
     if (reach == 0.f)
         around.reach = light ? light->getLightFalloffEnd() * LIT_SHARE : REACH_WITHOUT_LIGHT;
-    around.reach = std::clamp(around.reach, innerRadius, 1000.f);
+    if (!std::isfinite(around.reach))
+        around.reach = REACH_WITHOUT_LIGHT;
+    around.reach = std::clamp(around.reach, std::min(innerRadius, FARTHEST_REACH), FARTHEST_REACH);
     around.isDark = light && !light->getVisible();
     if (const auto *const feared = componentOf<TransformComponent>(hFeared, ComponentKeys::transform))
     {

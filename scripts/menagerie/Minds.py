@@ -85,12 +85,13 @@ class Mind:
 
 
 class Warden:
-    """One that walks its round by the library's own tree."""
+    """One that walks its round by the library's own tree, and minds nobody: it has neither eyes nor ears."""
 
     def __init__(self, entity: Entity, stops: Sequence[Place]):
         self.entity, self.transform = entity, entity.getComponent('transform')
         kaVel.addComponent(entity, 'pathFollower', 'PathFollower', opensDoors=True, closesDoors=True, speed=0.95,
                            arriveRadius=0.35)
+        kaVel.addComponent(entity, 'perception', 'PerceptionComponent', hasEyes=False, hasEars=False)
         giveRound(entity, map(at, stops))
         kaVel.addComponent(entity, 'behaviors', 'BTComponent', behaviors=['Patrol'], defaultBehavior='Patrol')
 

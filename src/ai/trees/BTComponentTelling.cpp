@@ -9,10 +9,21 @@
 #include "engine/entities/Entity.h"
 #include "engine/transforms/TransformComponent.h"
 
+#include <string>
+
 namespace
 {
-const Vec4 ABOVE(0.f, 2.2f, 0.f, 0.f); ///< metres from a creature's place to the text above its head
+const Vec4 ABOVE(0.f, 2.0f, 0.f, 0.f); ///< metres from the middle of a creature to the text above its head
 const Vec4 TEXT_COLOR(1.f, 0.9f, 0.6f, 1.f);
+
+/// A sentence with a line for each of its parts.
+String inLines(const String &sentence)
+{
+    std::string text = sentence.toCString();
+    for (std::size_t at = text.find("; "); at != std::string::npos; at = text.find("; ", at))
+        text[at + 1] = '\n';
+    return String::copyFrom(text);
+}
 } // namespace
 
 String BTComponent::getWhy() const
@@ -27,5 +38,5 @@ void BTComponent::applyDebugDraw(const Handle<DebugCollectorComponent> &dcc)
     if (!collector || !config.getDebugDrawEnabled() || !config.getDebugDrawMinds())
         return;
     if (const auto place = handle_cast<TransformComponent>(getSibling(ComponentKeys::transform)).lookup())
-        collector->addText3D(place->getPosition() + ABOVE, getWhy(), TEXT_COLOR);
+        collector->addText3D(place->getPosition() + ABOVE, inLines(getWhy()), TEXT_COLOR);
 }

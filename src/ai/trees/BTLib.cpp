@@ -222,12 +222,7 @@ ErrorReturn<Handle<BTTask>> BTLib::BTLookUp(BTType behavior)
 
 void BTLib::compileLibrary()
 {
-    buildPlayerWalk();
     buildWander();
-    buildFlashlightTree();
-    buildPlayerTree();
-    buildHUDTree();
-    buildBatteryMeterTree();
     buildCreatures();
 }
 
@@ -243,12 +238,7 @@ void BTLib::buildCreatures()
 
 void BTLib::systemStartup()
 {
-    buildPlayerWalk();
     tryToBuild([&] { buildWander(); });
-    buildFlashlightTree();
-    buildPlayerTree();
-    buildHUDTree();
-    buildBatteryMeterTree();
     tryToBuild([&] { buildCreatures(); });
 }
 

@@ -48,7 +48,7 @@ class Visit:
         coordinator.getManager('reverb').surroundings = 'cellar'
         camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
         self.map = map
-        self.walker = place.Walker(place.Player(map), camera, floor=Shell.FLOORS)
+        self.walker = place.Walker(place.WalkerBody(map), camera, floor=Shell.FLOORS)
         self.pointer = place.Pointer(self.walker, map)
         self.notice = place.Notice(coordinator)
         self.rooms = Shell.build(map)

@@ -23,12 +23,13 @@ from objects.MapShell import Ceiling, Floor
 from objects.Models import *
 from objects.Notice import Notice
 from objects.Placing import *
+from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
 from objects.Pointing import Pointer
 from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
 from objects.Switches import *
 from objects.Throwing import Bolts
-from objects.Walker import Player, Walker
+from objects.Walker import Walker, WalkerBody
 
 
 @kaVel.pattern

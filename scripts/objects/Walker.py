@@ -34,7 +34,7 @@ Velocity = tuple[float, float]
 
 
 @kaVel.pattern
-def Player(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0)):
+def WalkerBody(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0)):
     """The body of one who walks: a box that slides along what it touches. Stands on `at`, in a map."""
     player = placed(parent, name or 'Player', at=(at[0], at[1] + SIZE[1] / 2, at[2]))
     addVolume(player, SIZE, 'BV_PLAYER')
@@ -44,7 +44,7 @@ def Player(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0)):
 
 
 class Walker(Control):
-    """Moves a `Player` and the camera that looks out of its eyes, by keyboard and mouse."""
+    """Moves a `WalkerBody` and the camera that looks out of its eyes, by keyboard and mouse."""
 
     def __init__(self, player: kaVel.Entity, camera: kaVel.Entity, turn: float = 0.0, pitch: float = 0.0,
                  floor: Sequence[Area] = ()):

@@ -55,7 +55,7 @@ def build(coordinator):
 def yard(map):
     kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(0, 2, 0, 1), scale=kaVel.Vec4(20, 4, 20, 0))
     camera = place.Camera(map.getAncestorOfType(kaVel.Reflection.Coordinator), 'camera')
-    place.Walker(place.Player(map, at=(1, 0, 2)), camera, turn=30, pitch=5)
+    place.Walker(place.WalkerBody(map, at=(1, 0, 2)), camera, turn=30, pitch=5)
 """
 
 CELLAR = """

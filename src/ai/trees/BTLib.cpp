@@ -222,7 +222,12 @@ ErrorReturn<Handle<BTTask>> BTLib::BTLookUp(BTType behavior)
 
 void BTLib::compileLibrary()
 {
+    buildPlayerWalk();
     buildWander();
+    buildFlashlightTree();
+    buildPlayerTree();
+    buildHUDTree();
+    buildBatteryMeterTree();
     buildCreatures();
 }
 
@@ -238,7 +243,12 @@ void BTLib::buildCreatures()
 
 void BTLib::systemStartup()
 {
+    buildPlayerWalk();
     tryToBuild([&] { buildWander(); });
+    buildFlashlightTree();
+    buildPlayerTree();
+    buildHUDTree();
+    buildBatteryMeterTree();
     tryToBuild([&] { buildCreatures(); });
 }
 

@@ -61,6 +61,16 @@ public:
     /// Has the scripts of the package `BehaviorLib` build the trees of all other creatures; what they raise travels to
     /// the caller.
     void buildCreatures();
+    /// Builds the tree "PlayerWalk": the air of the place and steps are heard.
+    void buildPlayerWalk();
+    /// Builds the tree "Flashlight": what the flashlight does by itself, and in the player's hand.
+    void buildFlashlightTree();
+    /// Builds the tree "PlayerTree": the body of who walks in the first person.
+    void buildPlayerTree();
+    /// Builds the tree "HUD": a part of the screen that shows itself for a while.
+    void buildHUDTree();
+    /// Builds the tree "BatteryMeter": such a part that is as long as the battery lasts.
+    void buildBatteryMeterTree();
     /// Does nothing: cameras act by no tree.
     void buildCameraTree() {}
 

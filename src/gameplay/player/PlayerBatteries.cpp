@@ -128,7 +128,10 @@ void PlayerComponent::hangFlashlight(Entity &flashlight)
     flashlight.setName(name);
     if (auto *const follower =
             componentOf<TransformOffsetComponent>(flashlight.getHandle(), ComponentKeys::parentFollower))
+    {
         follower->setPositionOffset(IN_THE_HAND);
+        follower->setOrientationOffset(Quaternion()); // however it lay, it points ahead
+    }
     const auto player = getParent().lookup();
     const Handle<Object> hand = player ? player->getChild(camera) : Handle<Object>();
     if (hand.isValid())

@@ -231,20 +231,21 @@ TEST(PathFollower, FollowersOfTheSteadyStateTakeNoMemory)
     std::vector<PathFollower *> followers;
     for (int i = 0; i < 8; ++i)
         followers.push_back(&world.walker(-8.f + static_cast<float>(i % 4), -6.f + 3.f * static_cast<float>(i / 4)));
-    int round = 0;
+    int arrivals = 0;
     const auto step = [&]
     {
-        for (PathFollower *const follower : followers)
+        for (std::size_t i = 0; i < followers.size(); ++i)
         {
-            if (follower->getUnderWay())
+            if (followers[i]->getUnderWay())
                 continue;
-            ++round;
-            follower->goTo(Vec4(round % 2 ? 7.f : -7.f, 0, static_cast<float>(round % 9) - 4.f, 1));
+            ++arrivals;
+            const float side = WalkWorld::placeOf(*followers[i]).x > 0 ? -7.f : 7.f;
+            followers[i]->goTo(Vec4(side, 0, static_cast<float>(i) - 4.f, 1));
         }
         world.frames(1);
     };
-    for (int i = 0; i < 4000; ++i)
+    for (int i = 0; i < 8000; ++i)
         step();
     EXPECT_EQ(heapAllocationsOf(step, 400), 0u);
-    EXPECT_GT(round, 20);
+    EXPECT_GT(arrivals, 20);
 }

@@ -194,6 +194,22 @@ TEST(WalkPlan, AfterAnyChangesSaysWhatANewOneSays)
     }
 }
 
+TEST(WalkPlan, AChangeCostsTheCellsThatItTouches)
+{
+    WalkPlan plan;
+    plan.layOut(500, 500, 1.f);
+    Footprint crate;
+    crate.middle = PlanPoint(250, 250);
+    crate.halfAlong = crate.halfAcross = 0.5f;
+    const WalkPlan::Number number = plan.add(crate);
+    plan.settle();
+    plan.remove(number);
+    crate.middle.x += 0.1f;
+    plan.add(crate);
+    plan.settle();
+    EXPECT_LT(plan.getSettled().size(), 40u);
+}
+
 TEST(WalkPlan, ALineWalksTheCellsUnderItAndAFootprintKnowsItsDistance)
 {
     for (unsigned seed = 1; seed <= 200; ++seed)

@@ -52,7 +52,7 @@ class Visit:
         coordinator.getManager('reverb').surroundings = 'cellar'
         camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
         self.map = map
-        self.walker = place.Walker(place.Player(map), camera, floor=Shell.FLOORS)
+        self.walker = place.Walker(place.WalkerBody(map), camera, floor=Shell.FLOORS)
         self.pointer = place.Pointer(self.walker, map)
         self.rooms = Shell.build(map)
         self.leaves = Shell.doors(map, self.pointer)

@@ -13,7 +13,7 @@ import math
 import kaVel
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
-from objects.Placing import Triple, addVolume, placed, turned
+from objects.Placing import Triple, addVolume, cube, placed, turned
 from objects.Sounds import sounds
 
 SIZE = (0.5, 1.75, 0.5)  # metres
@@ -24,7 +24,7 @@ FLOORS = ('Carpet', 'Earth', 'Metal', 'Snow', 'Stone', 'Tile', 'Wood')
 STEPS = ['Step%s%s' % (floor, gait) for floor in FLOORS for gait in ('Walk', 'Run', 'Crouch')]
 
 # A body of 1 kg: 7 N against this damping are 1.8 m/s after a quarter of a second, and 3.9 in a sprint.
-WALKING = dict(mobileDamping=0.02, stationaryDamping=0.0005, sprintMultiplier=2.2)
+WALKING_DAMPING, STANDING_DAMPING, SPRINT = 0.02, 0.0005, 2.2
 HEADBOB = 9.3  # radians a second by which a step ahead takes half a metre
 
 LIGHT_REACH, LIGHT_ANGLE = 14.0, 27.0  # metres; half of the cone, degrees
@@ -50,7 +50,8 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
                        nearClipDistance=0.05)
     parent.getManager('graphics2').pushCamera(camera)
     Picture(player, 'reticle', picture='reticle.dds', size=(0.012, 0.012))
-    kaVel.addComponent(player, 'player', 'PlayerComponent', headbobRate=HEADBOB, **WALKING)
+    kaVel.addComponent(player, 'player', 'PlayerComponent', headbobRate=HEADBOB, mobileDamping=WALKING_DAMPING,
+                       stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT)
     kaVel.addComponent(player, 'behaviors', 'BTComponent', behaviors=['PlayerTree'], defaultBehavior='PlayerTree')
     return player
 
@@ -117,7 +118,7 @@ def _bulb(torch: kaVel.Entity, at: Triple, turn: float):
     kaVel.addComponent(bulb, 'parentFollower', 'TransformOffsetComponent')
     radius = LIGHT_REACH * math.tan(math.radians(LIGHT_ANGLE))
     bulb.getComponent('transform').scale = kaVel.Vec4(radius, radius, LIGHT_REACH, 0)
-    addVolume(bulb, (2 * LIGHT_REACH,) * 3, 'BV_PARTITIONING_DUMMY')
+    addVolume(bulb, cube(2 * LIGHT_REACH), 'BV_PARTITIONING_DUMMY')
     kaVel.addComponent(bulb, 'viewer', 'ViewerComponent', nearClipDistance=0.08, farClipDistance=LIGHT_REACH)
     kaVel.addComponent(bulb, 'graphics2', 'LightComponent', layer='LIGHT', lightFalloffEnd=LIGHT_REACH,
                        spotOuterAngle=math.radians(LIGHT_ANGLE), spotInnerAngle=math.radians(0.3 * LIGHT_ANGLE),

@@ -1,5 +1,7 @@
 """Patterns of places that notice who enters them, and what the engine has told when something is first met."""
 
+from __future__ import annotations
+
 import kaVel
 from objects.GameObjects import Notice, placed
 from objects.Placing import Triple

@@ -174,6 +174,11 @@ def pathOf(handle: Object) -> str:
     return '/'.join(reversed(names))
 
 
+def why(creature: Entity) -> str:
+    """What a creature does and why, in a sentence: its tree, what it perceives, where it goes, what it waits for."""
+    return Reflection.why(creature)
+
+
 def persist(handle: Object, function: str, *arguments: Any):
     """Notes a call of an object to be repeated when its map is loaded again, with up to two arguments.
 

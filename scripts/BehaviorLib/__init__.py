@@ -6,7 +6,7 @@ Each module builds one tree, which has the module's name: a creature acts by it 
 
 Creatures need a transform, a body, 'pathFollower' and 'perception' beside it. A module of your own, with a function
 `buildX(btLib)` beside it, is added to CREATURES; a level may as well call such a function itself. What a creature does,
-and why, `kaVel.Reflection.why(creature)` tells.
+and why, `kaVel.why(creature)` tells.
 """
 
 import importlib

@@ -42,7 +42,7 @@ def hall(map):
         acts(player, frames[0])
         if frames[0] %% 30 == 0:
             at = rat.getComponent('transform').position
-            kaVel.log('rat %%.2f %%.2f | %%s' %% (at.x, at.z, kaVel.Reflection.why(rat)))
+            kaVel.log('rat %%.2f %%.2f | %%s' %% (at.x, at.z, kaVel.why(rat)))
     onFrame(kaVel.make('Entity', parent=map, name='clock'), tell)
     rat = make(map)
 

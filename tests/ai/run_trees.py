@@ -134,7 +134,7 @@ mind = kaVel.addComponent(creature, 'behaviors', 'BTComponent', behaviors=['Wand
                           defaultBehavior='Wander')
 kaVel.finishLoad(creature)
 kaVel.log('behaviours: %s' % mind.behaviors)
-kaVel.log('why: ' + kaVel.Reflection.why(creature))
+kaVel.log('why: ' + kaVel.why(creature))
 kaVel.log('property: ' + mind.why)
 kaVel.log(mind.drawTree())
 for given in ('Wander', [1], 3):

@@ -13,6 +13,7 @@
 #include "physics/bodies/WallPhysics.h"
 #include "platform/input/EngineMessage.h"
 #include "port/win32/VirtualKeys.h"
+#include "support/AllocationCount.h"
 
 #include <gtest/gtest.h>
 
@@ -239,6 +240,24 @@ TEST_F(Body, FeetComeDownEveryHalfMetreOfX_OrOfZ)
         last = steps.getPrevFootstepPos();
     }
     EXPECT_EQ(count, 5) << "each time that 0.51 m of x are behind";
+}
+
+TEST_F(Body, ActionsGoOnWithoutTakingMemory)
+{
+    world.player->setHeadbobRate(5);
+    Action *const actions[] = {&act<ActPlayerHeadbob>(), &act<ActPlayerCrouch>(), &act<ActPlayerLean>(),
+                               &act<ActTakeFootstep>()};
+    world.key('W');
+    sendEngineMessage(LeanRightMessage);
+    const auto step = [&]
+    {
+        world.place->setPosition(world.place->getPosition() + Vec4(0.2f, 0, 0, 0));
+        for (Action *action : actions)
+            action->update(1.0 / 64);
+    };
+    for (int i = 0; i < 10; ++i)
+        step();
+    EXPECT_EQ(allocationsOf(step, 30), 0u);
 }
 
 TEST_F(Body, ActionsOfAnEntityWithoutTheirPartsSaySo)

@@ -14,6 +14,7 @@
 #include "foundation/Random.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace
 {
@@ -92,7 +93,10 @@ ActFlashlightFlicker::AmmoLevel ActFlashlightFlicker::levelOf(unsigned ammo)
 /// Sets the times of a level, which begin anew where they differ from the present ones.
 void ActFlashlightFlicker::takeLevel(AmmoLevel level)
 {
-    const Rhythm &rhythm = RHYTHMS[level];
+    const auto row = static_cast<unsigned>(level);
+    if (row >= std::size(RHYTHMS))
+        return;
+    const Rhythm &rhythm = RHYTHMS[row];
     if (flickering == (rhythm.offMax > 0.0) && onMin == rhythm.onMin && onMax == rhythm.onMax)
         return;
     onMin = rhythm.onMin;

@@ -55,7 +55,8 @@ void ActPlayerCrouch::begin(Seconds frameTime)
     static const String handler = SCS("handleCrouchMessage");
     incrementTime(frameTime);
     hearInLevel(*this, PlayerCrouchMessage, handler);
-    originalHeight = neckOf(getParent()).lookup()->getPositionOffset().y - movedBy;
+    if (const auto neck = neckOf(getParent()).lookup())
+        originalHeight = neck->getPositionOffset().y - movedBy;
 }
 
 void ActPlayerCrouch::handleCrouchMessage(const ReflectorPtr &, bool crouched)

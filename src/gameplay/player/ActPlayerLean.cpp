@@ -87,7 +87,7 @@ void ActPlayerLean::updateLeanReturn(Seconds frameTime)
 void ActPlayerLean::leanTowards(float angle, Seconds frameTime)
 {
     const auto neck = neckOf(getParent()).lookup();
-    if (!neck)
+    if (!neck || !std::isfinite(angle))
         return;
     float next = currAngle + (angle - currAngle) * easedPart(RATE, stepLength(frameTime));
     if (std::abs(next - angle) < THERE)

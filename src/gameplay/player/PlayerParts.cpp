@@ -49,6 +49,8 @@ constexpr float FAR = 1e6f; ///< beyond any sensible setting, and far from where
 Handle<AbstractComponent> PlayerComponent::findPart(Part which)
 {
     static const String hud = SCS("Hud");
+    if (static_cast<unsigned>(which) >= NUM_PARTS)
+        return Handle<AbstractComponent>();
     const PartPlace &place = placeOf(which);
     Handle<Object> holder = getParent();
     if (which == BATTERY_COUNT)
@@ -64,7 +66,7 @@ Handle<AbstractComponent> PlayerComponent::findPart(Part which)
 
 void PlayerComponent::tellMissing(Part which)
 {
-    if (missingPartsTold & (1u << which))
+    if (static_cast<unsigned>(which) >= NUM_PARTS || (missingPartsTold & (1u << which)))
         return;
     missingPartsTold |= 1u << which;
     const PartPlace &place = placeOf(which);

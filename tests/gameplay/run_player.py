@@ -54,14 +54,14 @@ def frameNumber():
     return kaVel.getSystem('GameLoopSystem').frameNumber
 """
 
-HEADER = "input 1\nlevel Room\nseed 1\nwindow 640 360\n"
+HEADER = "input 1\nlevel Room\nseed 1\nwindow %d %d\n"
 
 
-def play(world, events, frames, **options):
+def play(world, events, frames, window=(640, 360), **options):
     """A run of the room with input: (frame, 'key 87 down') and so on."""
     lines = "".join(f"{frame} {event}\n" for frame, event in sorted(events, key=lambda each: each[0]))
-    world.write("input.txt", f"{HEADER}{lines}{frames} end\n")
-    run = world.run("Room", frames=frames, KAVEL_REPLAY=str(world.folder / "input.txt"), KAVEL_SIZE="640x360",
+    world.write("input.txt", f"{HEADER % window}{lines}{frames} end\n")
+    run = world.run("Room", frames=frames, KAVEL_REPLAY=str(world.folder / "input.txt"), KAVEL_SIZE="%dx%d" % window,
                     KAVEL_VERBOSE="1", **options)
     run.expect_code(0)
     return run
@@ -107,6 +107,30 @@ def look(coordinator, player):
     run.expect("heard StepStoneWalk")
     faults = [line for line in run.log.splitlines() if ": Error:" in line]
     assert not faults, faults[:5]
+
+
+COURSE = """
+def look(coordinator, player):
+    position = player.getComponent('transform').position
+    kaVel.log('note place: %.4f %.4f %.4f' % (position.x, position.y, position.z))
+"""
+
+
+def test_a_course_ends_at_the_same_place_at_every_frame_rate(world):
+    config = (world.folder / "scripts" / "GameConfig.py").read_text(encoding="utf-8")
+    world.write("scripts/levels/Room.py", ROOM + COURSE)
+    ends = []
+    for rate in (30, 60, 120, 240):
+        world.write("scripts/GameConfig.py", config.replace("fixedFrameRate = 60", f"fixedFrameRate = {rate}"))
+        tenths = rate // 10
+        events = [*press(2 * tenths, 87, 12 * tenths), (tenths, "mouse 2 0 0 0 32 18"),
+                  *press(9 * tenths, 16, 5 * tenths), *press(16 * tenths, 68, 6 * tenths),
+                  *press(22 * tenths, 83, 4 * tenths)]
+        run = play(world, events, 32 * tenths, window=(64, 36))
+        ends.append([float(value) for value in notes(run)["place"].split()])
+    assert abs(ends[0][0]) > 1 and abs(ends[0][2]) > 1, ends
+    for end in ends:
+        assert max(abs(a - b) for a, b in zip(end, ends[0])) < 0.02, ends
 
 
 FADES = """

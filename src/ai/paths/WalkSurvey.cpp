@@ -22,6 +22,7 @@ namespace
 constexpr std::uint32_t STOCK_EVERY = 32; ///< calls: half a second until a wall that came up is one
 constexpr std::uint32_t STOCK_SOON = 4;   ///< calls until it is looked at what births and deaths have changed
 constexpr std::uint32_t WALLS_IN = 32;    ///< calls in which all walls are looked at
+constexpr std::uint32_t LOOK_EVERY = 128; ///< calls until walls are looked at though none has come, moved or gone
 constexpr float STEP = 0.3f;              ///< metres above the floor that one steps over
 constexpr float HEAD = 1.7f;              ///< metres above the floor below which one does not pass
 constexpr float MOVED = 0.05f;            ///< metres from which on something stands elsewhere
@@ -55,6 +56,11 @@ bool isTurned(const Quaternion &one, const Quaternion &other)
     return !(std::fabs(one.r * other.r + one.i * other.i + one.j * other.j + one.k * other.k) > SAME);
 }
 
+CellRect wholeOf(const PartitioningGrid &grid)
+{
+    return CellRect{0, 0, grid.getColumns() - 1, grid.getRows() - 1};
+}
+
 bool isBall(const BoundingVolume &volume)
 {
     return VolumeTraits::of(volume).shape == VolumeTraits::BALL;
@@ -66,6 +72,7 @@ void WalkSurvey::begin(const Matrix4 &newToPlan)
 {
     toPlan = newToPlan;
     things.clear();
+    walls.clear();
     calls = 0;
 }
 
@@ -77,48 +84,128 @@ bool WalkSurvey::isStockDue() const
 
 void WalkSurvey::follow(PartitioningGrid *grid, WalkPlan &plan)
 {
-    if (grid && isStockDue())
+    if (grid && calls < STOCK_SOON)
         takeStock(*grid, plan);
-    else
-        refreshPointers();
-    const std::uint32_t turn = calls++ % WALLS_IN;
-    std::uint32_t number = 0;
+    else if (grid && isStockDue())
+        takeStockOfMoving(*grid, plan);
+    refreshPointers();
     for (Thing &thing : things)
-        if (!thing.isStatic || number++ % WALLS_IN == turn)
-            watch(thing, plan);
+        watch(thing, plan);
+    if (grid)
+        followWalls(*grid, plan);
+    ++calls;
+}
+
+/// Brings a wall to where it stands; one that has become something else, as a trigger, goes.
+void WalkSurvey::watchWall(Thing &wall, WalkPlan &plan) const
+{
+    if (wall.volume && VolumeTraits::of(*wall.volume).isStatic && !wall.volume->getTrigger())
+        watch(wall, plan);
+    else
+        withdraw(wall, plan);
 }
 
 void WalkSurvey::takeStock(PartitioningGrid &grid, WalkPlan &plan)
 {
+    takeStockOfMoving(grid, plan);
     found.clear();
-    const CellRect whole{0, 0, grid.getColumns() - 1, grid.getRows() - 1};
-    grid.forEachVolume(whole,
-                       [&](const Handle<BoundingVolume> &handle)
-                       {
-                           const auto volume = handle.lookup();
-                           if (volume && isThing(*volume))
-                               found.push_back(handle);
-                       });
+    grid.forEachStaticVolume(wholeOf(grid), [&](const Handle<BoundingVolume> &handle) { find(handle); });
+    renew(walls, plan);
+}
+
+void WalkSurvey::takeStockOfMoving(PartitioningGrid &grid, WalkPlan &plan)
+{
+    if (stockChanges != ObjectMap().getChangeCount())
+        dropDeadWalls(plan);
+    stockChanges = ObjectMap().getChangeCount();
+    found.clear();
+    grid.forEachMovingVolume(wholeOf(grid), [&](const Handle<BoundingVolume> &handle) { find(handle); });
+    renew(things, plan);
+}
+
+/// Notes a volume that may stop somebody.
+void WalkSurvey::find(const Handle<BoundingVolume> &handle)
+{
+    const auto volume = handle.lookup();
+    if (volume && isThing(*volume))
+        found.push_back(handle);
+}
+
+/// Makes a list that of what was found: who is new comes, and who is not there any more goes.
+void WalkSurvey::renew(ThingList &list, WalkPlan &plan)
+{
     std::sort(found.begin(), found.end());
     found.erase(std::unique(found.begin(), found.end()), found.end());
     kept.clear();
-    auto known = things.begin();
+    auto known = list.begin();
     for (const Handle<BoundingVolume> &handle : found)
     {
-        for (; known != things.end() && known->handle < handle; ++known)
+        for (; known != list.end() && known->handle < handle; ++known)
             withdraw(*known, plan);
-        const bool isKnown = known != things.end() && known->handle == handle;
+        const bool isKnown = known != list.end() && known->handle == handle;
         kept.push_back(isKnown ? *known++ : Thing());
         kept.back().handle = handle;
     }
-    for (; known != things.end(); ++known)
+    for (; known != list.end(); ++known)
         withdraw(*known, plan);
-    things.swap(kept);
-    stockChanges = ObjectMap().getChangeCount();
-    objectChanges = stockChanges - 1;
-    refreshPointers();
-    for (Thing &thing : things)
+    list.swap(kept);
+    for (Thing &thing : list)
+    {
+        thing.volume = thing.handle.lookup().ptr;
         watch(thing, plan);
+    }
+}
+
+/// Looks at a part of the walls and of the static volumes; for nothing while none of them changes.
+void WalkSurvey::followWalls(PartitioningGrid &grid, WalkPlan &plan)
+{
+    if (wallChanges != grid.getStaticChanges() || calls % LOOK_EVERY == 0)
+        looksLeft = WALLS_IN;
+    wallChanges = grid.getStaticChanges();
+    if (looksLeft == 0)
+        return;
+    --looksLeft;
+    for (std::size_t number = calls % WALLS_IN; number < walls.size(); number += WALLS_IN)
+        watchWall(walls[number], plan);
+    lookForWalls(grid, plan);
+}
+
+/// Looks for walls that have come up among a part of the static volumes.
+void WalkSurvey::lookForWalls(PartitioningGrid &grid, WalkPlan &plan)
+{
+    const std::uint32_t turn = calls % WALLS_IN;
+    std::uint32_t number = 0;
+    found.clear();
+    grid.forEachStaticVolume(wholeOf(grid),
+                             [&](const Handle<BoundingVolume> &handle)
+                             {
+                                 if (number++ % WALLS_IN == turn)
+                                     find(handle);
+                             });
+    for (const Handle<BoundingVolume> &handle : found)
+    {
+        const auto place = std::lower_bound(walls.begin(), walls.end(), handle,
+                                            [](const Thing &wall, const Handle<BoundingVolume> &sought)
+                                            { return wall.handle < sought; });
+        if (place != walls.end() && place->handle == handle)
+            continue;
+        Thing &wall = *walls.insert(place, Thing());
+        wall.handle = handle;
+        wall.volume = handle.lookup().ptr;
+        watch(wall, plan);
+    }
+}
+
+void WalkSurvey::dropDeadWalls(WalkPlan &plan)
+{
+    std::erase_if(walls,
+                  [&](Thing &wall)
+                  {
+                      const bool isDead = !wall.handle.isValid();
+                      if (isDead)
+                          withdraw(wall, plan);
+                      return isDead;
+                  });
 }
 
 void WalkSurvey::refreshPointers()
@@ -126,8 +213,9 @@ void WalkSurvey::refreshPointers()
     if (objectChanges == ObjectMap().getChangeCount())
         return;
     objectChanges = ObjectMap().getChangeCount();
-    for (Thing &thing : things)
-        thing.volume = thing.handle.lookup().ptr;
+    for (ThingList *const list : {&things, &walls})
+        for (Thing &thing : *list)
+            thing.volume = thing.handle.lookup().ptr;
 }
 
 /// Brings a thing in the plan to where it stands.
@@ -143,7 +231,6 @@ void WalkSurvey::watch(Thing &thing, WalkPlan &plan) const
     thing.stillFrames = isStill ? static_cast<std::uint8_t>(std::min(thing.stillFrames + 1, 255)) : 0;
     thing.lastPlace = place;
     thing.lastTurn = turn;
-    thing.isStatic = VolumeTraits::of(*thing.volume).isStatic;
     const DoorState door(*body);
     const Manner manner = mannerOf(thing, door);
     if (manner == SHUT)

@@ -19,8 +19,10 @@ struct DoorState;
 /// Brings into a plan the bodies of a map that stop a walker: walls, furniture, crates and the leaves of doors.
 ///
 /// Not creatures, which keep apart by themselves, not what lies so low that one steps over it or hangs so high that one
-/// passes below, not what flies by. What can move is compared with where it was in every frame, walls now and then; who
-/// came or went is noticed within half a second. Borrows the map's grid of volumes for each call.
+/// passes below, not what flies by. What can move is compared with where it was in every frame, walls now and then, a
+/// part of them in each; who came or went is noticed within half a second, a wall that only
+/// began or ceased to stop anybody within three. Borrows the map's grid of volumes for each
+/// call.
 class WalkSurvey
 {
 public:
@@ -32,7 +34,7 @@ public:
     /// Follows what has moved; takes stock when that is due.
     void follow(PartitioningGrid *grid, WalkPlan &plan);
 
-    int getCount() const { return static_cast<int>(things.size()); }
+    int getCount() const { return static_cast<int>(things.size() + walls.size()); }
 
 private:
     /// How a leaf or a body stops a walker.
@@ -48,7 +50,6 @@ private:
         Handle<BoundingVolume> handle;
         WalkPlan::Number number = WalkPlan::NONE; ///< in the plan
         Manner manner = ABSENT;
-        bool isStatic = false;
         std::uint8_t stillFrames = 0; ///< since it moved
         Vec4 place;                   ///< as it stands in the plan, a closed leaf where it is closed
         Quaternion turn;
@@ -58,19 +59,31 @@ private:
         BoundingVolume *volume = nullptr; ///< as long as no object is born or dies
     };
 
+    typedef std::vector<Thing> ThingList;
+
     bool isStockDue() const;
+    void find(const Handle<BoundingVolume> &handle);
+    void renew(ThingList &list, WalkPlan &plan);
+    void takeStockOfMoving(PartitioningGrid &grid, WalkPlan &plan);
+    void followWalls(PartitioningGrid &grid, WalkPlan &plan);
+    void lookForWalls(PartitioningGrid &grid, WalkPlan &plan);
+    void dropDeadWalls(WalkPlan &plan);
     void refreshPointers();
     void watch(Thing &thing, WalkPlan &plan) const;
+    void watchWall(Thing &wall, WalkPlan &plan) const;
     Manner mannerOf(const Thing &thing, const DoorState &door) const;
     void stand(Thing &thing, WalkPlan &plan, Manner manner) const;
     void withdraw(Thing &thing, WalkPlan &plan) const;
     bool isInTheWay(const BoundingVolume &volume, const Vec4 &place, const Quaternion &turn) const;
 
     Matrix4 toPlan;
-    std::vector<Thing> things;                 ///< ascending by handle
+    ThingList things;                          ///< among the grid's moving volumes, ascending by handle
+    ThingList walls;                           ///< among the static ones, likewise
     std::vector<Handle<BoundingVolume>> found; ///< by the stock-taking
-    std::vector<Thing> kept;                   ///< the same, as things
+    ThingList kept;                            ///< the same, as things
     std::uint32_t calls = 0;                   ///< of `follow`
     std::uint64_t objectChanges = 0;           ///< births and deaths that the pointers take account of
     std::uint64_t stockChanges = 0;            ///< births and deaths that the last stock took account of
+    std::uint64_t wallChanges = 0;             ///< of static volumes when walls were looked at last
+    std::uint32_t looksLeft = 0;               ///< calls in which walls are looked at
 };

@@ -20,9 +20,8 @@ struct DoorState;
 ///
 /// Not creatures, which keep apart by themselves, not what lies so low that one steps over it or hangs so high that one
 /// passes below, not what flies by. What can move is compared with where it was in every frame, walls now and then, a
-/// part of them in each; who came or went is noticed within half a second, a wall that only
-/// began or ceased to stop anybody within three. Borrows the map's grid of volumes for each
-/// call.
+/// part of them in each; who came or went is noticed within half a second, a wall that only began or ceased to stop
+/// anybody within three. Borrows the map's grid of volumes for each call.
 class WalkSurvey
 {
 public:

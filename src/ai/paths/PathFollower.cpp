@@ -479,7 +479,9 @@ void PathFollower::watchProgress(const Body &body)
     if (++standstills > MOST_STANDSTILLS)
         return fail(SCS("it makes no way"));
     // Of two who stand before each other one goes aside: whose turn it is differs from one to the next, and over time.
-    const unsigned turn = getHandle(this).getNumber() / 4 + static_cast<unsigned>(standstills);
+    // Counted from the level's own number, so that a level that is loaded again goes as it did.
+    const unsigned born = getHandle(this).getNumber() - getAncestorOfType<Coordinator>().getNumber();
+    const unsigned turn = born / 4 + static_cast<unsigned>(standstills);
     if (standstills >= PATIENCE && turn % 3 == 0 && findAside(body))
         backSeconds = ASIDE_TIME;
     careful = CAREFUL_CELLS;

@@ -24,7 +24,7 @@ constexpr float WALL_HEIGHT = 3, CREATURE = 0.5f, ROUND = 40, AROUND = 64, WALK 
 constexpr float LAMP_REACH = 8;                                                         ///< metres
 constexpr int FRAME_RATE = 60, STEP_FRAMES = 30, LAMPS = 96;
 constexpr TimerTicks FRAME_TICKS = 4096 / FRAME_RATE; ///< of the deterministic source
-constexpr float MASS = 60, DAMPING = 0.05f; ///< kilograms; of a body that stands as soon as nothing drives it
+constexpr float MASS = 60, DAMPING = 0.05f;           ///< kilograms; of a body that stands as soon as nothing drives it
 constexpr float STEP_LOUDNESS = 0.04f;
 
 std::uint64_t treeTicks = 0;

@@ -95,7 +95,7 @@ TEST_F(Messages, APlaceIsTrueFromHalfConfidenceOnAndADirectionAlways)
 
 TEST_F(Messages, WhatHasNoSuchTypeIsAFailureWithoutAValue)
 {
-    const ErrorReturn<Variant> unknown = message.decayValue(Variant(1), static_cast<MessageDataType>(7), 1.f);
+    const ErrorReturn<Variant> unknown = message.decayValue(Variant(1), static_cast<MessageDataType>(3), 1.f);
     EXPECT_EQ(static_cast<int>(unknown.code.getCode()), 23);
     EXPECT_EQ(unknown.code.getHRESULT(), 0);
     EXPECT_EQ(unknown.value.getType(), Variant::VT_INVALID);

@@ -5,6 +5,8 @@
 
 #include "foundation/TimeTypes.h"
 
+#include <utility>
+
 /// Name of an action, for developers.
 using ActionName = String;
 
@@ -48,7 +50,7 @@ public:
     double getPercentDone() const { return percentDone; }
     void setPercentDone(double val) { percentDone = val; }
     ActionName getActionName() const { return actionName; }
-    void setActionName(ActionName val) { actionName = val; }
+    void setActionName(ActionName val) { actionName = std::move(val); }
     /// How far the work has come.
     ActionStatus getCurrentStatus() const { return currentStatus; }
     void setCurrentStatus(ActionStatus val) { currentStatus = val; }

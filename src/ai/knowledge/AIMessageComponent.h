@@ -8,6 +8,8 @@
 #include "foundation/TimeTypes.h"
 #include "object/reflection/Variant.h"
 
+#include <utility>
+
 class AIObserverComponent;
 
 /// What a message holds, which decides how it is garbled.
@@ -82,7 +84,7 @@ public:
     void setAgentMemoryDecayStrength(float val) { agentMemoryDecayStrength = val; }
     /// The true data.
     Variant getOriginalData() const { return originalData; }
-    void setOriginalData(Variant val) { originalData = val; }
+    void setOriginalData(Variant val) { originalData = std::move(val); }
     /// When the message began, seconds of the level's time.
     Seconds getStartTime() const { return startTime; }
     void setStartTime(Seconds val) { startTime = val; }

@@ -3,6 +3,8 @@
 
 #include "ai/nodes/BTTask.h"
 
+#include <utility>
+
 /// Takes a copy of a tree by name with its first tick, and is that tree from then on.
 ///
 /// The name is looked up again with every tick until it is found; SC_Failure meanwhile. A tree that would stand within
@@ -18,11 +20,11 @@ public:
     void terminate() override;
     ErrorReturn<Handle<BTTask>> clone() override;
     /// Sets which tree is meant.
-    void setBehvaior(BTType behavior) { subtreeType = behavior; }
+    void setBehvaior(BTType behavior) { subtreeType = std::move(behavior); }
 
     /// Which tree is meant.
     BTType getSubtreeType() const { return subtreeType; }
-    void setSubtreeType(BTType val) { subtreeType = val; }
+    void setSubtreeType(BTType val) { subtreeType = std::move(val); }
 
 private:
     StatusCode takeTree();

@@ -47,7 +47,7 @@ void SteeringComponent::applySteering(SteeringOutput &sOutput)
     const Moved &mine = findMoved();
     if (!mine)
         return;
-    if (!isFinite(sOutput))
+    if (!isFiniteRequest(sOutput))
         passOver(sOutput);
     // A request without a heading is none: with the pitch alone, what looks up would come to look straight up.
     const bool hasHeading = sOutput.orientation.x != 0.f || sOutput.orientation.z != 0.f;
@@ -60,7 +60,7 @@ void SteeringComponent::applySteering(SteeringOutput &sOutput)
         sOutput.accel += mine.body->getAcceleration();
         clipAcceleration(sOutput);
         clipVelocity(sOutput);
-        if (!isFinite(sOutput)) // the body's own numbers were none, or the sum has no end
+        if (!isFiniteRequest(sOutput)) // the body's own numbers were none, or the sum has no end
             passOver(sOutput);
         mine.body->setVelocity(sOutput.vel);
         finalVel = sOutput.vel;
@@ -118,7 +118,7 @@ void SteeringComponent::setPart(Vec4 &part, const char *name, const Vec4 &val)
 void SteeringComponent::request(const SteeringOutput &output, float weight)
 {
     const SteeringOutput sum = finalOutput + output * weight;
-    if (isFinite(sum))
+    if (isFiniteRequest(sum))
         finalOutput = sum;
     else
         tellOfNoNumber();

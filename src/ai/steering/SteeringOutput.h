@@ -31,7 +31,7 @@ struct SteeringOutput
 };
 
 /// Whether all three parts are numbers, and none is infinite.
-inline bool isFinite(const SteeringOutput &output)
+inline bool isFiniteRequest(const SteeringOutput &output)
 {
     return isFinite(output.accel) && isFinite(output.vel) && isFinite(output.orientation);
 }

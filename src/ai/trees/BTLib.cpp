@@ -20,6 +20,8 @@
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
 
+#include <utility>
+
 namespace
 {
 /// A new node of a class; invalid where there is none.
@@ -149,7 +151,7 @@ Handle<BTTask> BTLib::BTCreateSubtreeLookup(BTType behavior)
 {
     const Handle<BTSubtreeLookup> made = make<BTSubtreeLookup>();
     if (auto node = made.lookup())
-        node->setBehvaior(behavior);
+        node->setBehvaior(std::move(behavior));
     return checked(made, "Allocation of BTSubtreeLookup node failed!");
 }
 
@@ -192,6 +194,7 @@ Handle<BTTask> BTLib::BTAddChild(Handle<BTTask> parent, Handle<BTTask> child)
     return Handle<BTTask>();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): names are handed on as values throughout the library
 void BTLib::addBehaviorTree(BTType behavior, Handle<BTTask> root)
 {
     if (!root.isValid())
@@ -206,6 +209,7 @@ void BTLib::addBehaviorTree(BTType behavior, Handle<BTTask> root)
         kept = root;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): as above
 ErrorReturn<Handle<BTTask>> BTLib::BTLookUp(BTType behavior)
 {
     const auto root = behaviorTrees[behavior].lookup();

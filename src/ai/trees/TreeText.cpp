@@ -138,6 +138,7 @@ String findIn(const Trees &trees, const BTTask &task)
 std::vector<String> sortedNames(const std::unordered_map<String, Handle<BTTask>> &trees)
 {
     std::vector<String> names;
+    names.reserve(trees.size());
     for (const auto &[name, root] : trees)
         names.push_back(name);
     std::sort(names.begin(), names.end());

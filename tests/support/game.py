@@ -15,7 +15,7 @@ import sys
 from cases import run
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-TIMEOUT_S = 600
+TIMEOUT_S = 1200
 LEAK_CHECK_BROKE = "LeakSanitizer has encountered a fatal error"
 
 

@@ -1,6 +1,6 @@
 #include "ai/nodes/BTParallelSelector.h"
 
-#include <algorithm>
+#include "ai/nodes/RunningTasks.h"
 
 StatusCode BTParallelSelector::run()
 {
@@ -39,19 +39,8 @@ void BTParallelSelector::runActiveTask()
 /// Takes the child at `activeTask`, which has failed, out of the running ones.
 void BTParallelSelector::finishActiveTask()
 {
-    if (activeTask() + 1 < runningChildren.size())
-    {
-        const Handle<BTTask> next = runningChildren[activeTask() + 1];
-        runningChildren.erase(runningChildren.begin() + static_cast<std::ptrdiff_t>(activeTask()));
-        const auto found = std::find(runningChildren.begin(), runningChildren.end(), next);
-        activeTask() = static_cast<TaskListIt>(found - runningChildren.begin());
-        return;
-    }
-    // Terminated from within the child's tick, the list is empty already.
-    if (!runningChildren.empty())
-        runningChildren.pop_back();
-    finalResult = runningChildren.empty() ? SC_Failure : SC_NeedMoreTime;
-    activeTask() = static_cast<TaskListIt>(runningChildren.size());
+    if (dropFinished(runningChildren, activeTask()))
+        finalResult = runningChildren.empty() ? SC_Failure : SC_NeedMoreTime;
 }
 
 void BTParallelSelector::terminate()

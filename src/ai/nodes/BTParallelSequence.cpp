@@ -1,6 +1,6 @@
 #include "ai/nodes/BTParallelSequence.h"
 
-#include <algorithm>
+#include "ai/nodes/RunningTasks.h"
 
 StatusCode BTParallelSequence::run()
 {
@@ -46,22 +46,13 @@ void BTParallelSequence::runActiveTask()
 /// Takes the child at `activeTask` out of the running ones; with the last of the list everything begins anew.
 void BTParallelSequence::finishActiveTask()
 {
-    if (activeTask() + 1 < runningChildren.size())
-    {
-        const Handle<BTTask> next = runningChildren[activeTask() + 1];
-        runningChildren.erase(runningChildren.begin() + static_cast<std::ptrdiff_t>(activeTask()));
-        const auto found = std::find(runningChildren.begin(), runningChildren.end(), next);
-        activeTask() = static_cast<TaskListIt>(found - runningChildren.begin());
+    if (!dropFinished(runningChildren, activeTask()))
         return;
-    }
-    if (!runningChildren.empty())
-        runningChildren.pop_back();
     finalResult = SC_Success;
-    if (!runningChildren.empty())
-    {
-        runningChildren = children;
-        finalResult = SC_NeedMoreTime;
-    }
+    if (runningChildren.empty())
+        return;
+    runningChildren = children;
+    finalResult = SC_NeedMoreTime;
     activeTask() = static_cast<TaskListIt>(runningChildren.size());
 }
 

@@ -17,6 +17,13 @@ const Vec4 PATH_COLOR(1.f, 1.f, 0.3f, 1.f);
 const Vec4 OPEN_COLOR(0.2f, 1.f, 0.4f, 1.f);
 const Vec4 CLOSED_COLOR(0.5f, 0.5f, 0.55f, 1.f);
 
+/// The manager that serves a component's level; invalid outside of a level.
+Handle<PathManager> managerOf(PathComponent &component)
+{
+    const auto level = component.getAncestorOfType<Coordinator>().lookup();
+    return handle_cast<PathManager>(level ? level->getManager(ComponentKeys::path) : Handle<AbstractManager>());
+}
+
 Vec4 placeOf(const GridCell &cell)
 {
     return cell.getWorldCoords() + Vec4(0.f, LIFT, 0.f, 0.f);
@@ -49,10 +56,7 @@ void PathComponent::submitPathRequest(PathRequest request)
 {
     requestPending = true;
     pathCancelled = false;
-    const auto level = getAncestorOfType<Coordinator>().lookup();
-    if (const auto manager =
-            handle_cast<PathManager>(level ? level->getManager(ComponentKeys::path) : Handle<AbstractManager>())
-                .lookup())
+    if (const auto manager = managerOf(*this).lookup())
         manager->submitRequest(request);
 }
 
@@ -60,10 +64,7 @@ void PathComponent::cancelPathRequest()
 {
     if (!requestPending)
         return;
-    const auto level = getAncestorOfType<Coordinator>().lookup();
-    if (const auto manager =
-            handle_cast<PathManager>(level ? level->getManager(ComponentKeys::path) : Handle<AbstractManager>())
-                .lookup())
+    if (const auto manager = managerOf(*this).lookup())
         manager->removeRequest(handle_cast<Entity>(getParent()));
     requestPending = false;
     status = PS_Unknown;

@@ -74,7 +74,7 @@ void paths(benchmark::State &state)
             search.begin(level.ground(), level.main->getCell(query.sx, query.sz),
                          level.main->getCell(query.gx, query.gz));
             if (search.run(level.ground(), std::numeric_limits<int>::max()) == PS_Succeeded)
-                cost += static_cast<double>(search.getFinalNode()->movementCost);
+                cost += static_cast<double>(search.getPathCost());
         }
     }
     state.counters["check"] = cost;

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <list>
 #include <memory>
 #include <vector>
@@ -28,7 +29,10 @@ public:
         for (int pass = 0; !open.empty(); ++pass)
         {
             if (pass == 30)
+            {
+                afterSlice(slices);
                 pass = 0, ++slices;
+            }
             PathNode *const node = open.front();
             open.pop_front();
             closed.push_back(node);
@@ -41,7 +45,8 @@ public:
         return HexCont();
     }
 
-    int slices = 0; ///< of 30 nodes, in the last search
+    std::function<void(int)> afterSlice = [](int) {}; ///< done before the search goes on, with the slice's number
+    int slices = 0;                                   ///< of 30 nodes, in the last search
     std::size_t reopened = 0;
 
 private:

@@ -85,6 +85,52 @@ TEST(PathManager, FindsWhatTheStepByStepSearchFindsOnAnyGrid)
     EXPECT_GT(reopened, 0u) << "no seed has tried that a cell is reopened";
 }
 
+TEST(PathManager, CellsThatChangeUnderASearchAreSeenAsByTheStepByStepSearch)
+{
+    std::size_t found = 0, otherwise = 0;
+    for (unsigned seed = 1; seed <= 80; ++seed)
+    {
+        Dice dice(seed);
+        constexpr int SIZE = 24;
+        PathWorld world(SIZE, SIZE);
+        SquareGrid &twin = *world.grid("twin", SIZE, SIZE), &crowds = *world.grid("twinCrowds", SIZE, SIZE);
+        fillAtRandom(world, dice, 40, false);
+        for (int cell = 0; cell < SIZE * SIZE; ++cell)
+            twin.setCellFloatValue(cell % SIZE, cell / SIZE, world.main->getCellFloatValue(cell % SIZE, cell / SIZE));
+        const auto change = [seed](SquareGrid &main, SquareGrid &saturation, int slice)
+        {
+            Dice changes(1000 * seed + static_cast<unsigned>(slice));
+            for (int i = 0; i < 80; ++i)
+            {
+                const int x = changes.below(SIZE), z = changes.below(SIZE);
+                main.setCellFloatValue(x, z, main.getCellFloatValue(x, z) == 0.f ? 1.f : 0.f);
+                saturation.setCellFloatValue(x, z, static_cast<float>(changes.below(3)));
+            }
+        };
+        LiteralPaths literal(twin, crowds);
+        const HexCont unchanged =
+            literal.find(twin.getCell(0, 0), twin.getCell(SIZE - 1, SIZE - 1), false, false, 10.f);
+        literal.afterSlice = [&](int slice) { change(twin, crowds, slice); };
+        const HexCont expected = literal.find(twin.getCell(0, 0), twin.getCell(SIZE - 1, SIZE - 1), false, false, 10.f);
+
+        const Handle<Entity> creature = world.creature(0, 0);
+        world.ask(creature, SIZE - 1, SIZE - 1);
+        for (int slice = 1; PathWorld::path(creature).isRequestPending(); ++slice)
+        {
+            world.manager().processRequest();
+            change(*world.main, *world.saturation, slice);
+        }
+        const HexCont path = PathWorld::path(creature).getPath();
+        ASSERT_EQ(path.size(), expected.size()) << seed;
+        for (std::size_t i = 0; i < path.size(); ++i)
+            ASSERT_TRUE(path[i].getX() == expected[i].getX() && path[i].getZ() == expected[i].getZ()) << seed;
+        found += !path.empty();
+        otherwise += expected != unchanged;
+    }
+    EXPECT_GT(found, 20u);
+    EXPECT_GT(otherwise, 20u) << "the changes have changed no path";
+}
+
 TEST(PathManager, PathsAreWalkableConnectedAndNoLongerThanTheHeuristicAllows)
 {
     for (unsigned seed = 1; seed <= 40; ++seed)

@@ -13,3 +13,9 @@ struct CellStep
 /// By SquareGrid::Neighbor.
 inline constexpr CellStep CELL_STEPS[SquareGrid::NUM_NEIGHBORS] = {{1, 0},  {1, -1}, {0, -1}, {-1, -1},
                                                                    {-1, 0}, {-1, 1}, {0, 1},  {1, 1}};
+
+/// Whether two cells are the same or beside each other, by what they differ in.
+constexpr bool areBeside(int dx, int dz)
+{
+    return dx >= -1 && dx <= 1 && dz >= -1 && dz <= 1;
+}

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <bit>
 
-void OpenList::setPool(const PathNode *pool, std::size_t count)
+void OpenList::setPool(ReachedCell *pool)
 {
-    nodes = pool;
-    links.fit(count);
+    cells = pool;
     chains.fit(CHAINS);
     filled.fit(CHAINS / BITS);
     clear();
@@ -33,19 +32,4 @@ OpenList::Index OpenList::findFirst()
     }
     clear();
     return NONE;
-}
-
-OpenList::Index OpenList::takeFirst()
-{
-    const Index first = getFirst();
-    if (first == NONE)
-        return NONE;
-    const Index second = links[first].next;
-    chains[lowest].first = second;
-    if (second == NONE)
-        filled[lowest / BITS] &= ~(std::uint64_t(1) << lowest % BITS);
-    else
-        links[second].previous = NONE;
-    links[first] = Link{CLOSED, CLOSED};
-    return first;
 }

@@ -25,7 +25,7 @@ constexpr std::array<std::uint8_t, 512> findNeighbors()
 
 constinit const std::array<std::uint8_t, 512> PathField::NEIGHBORS = findNeighbors();
 
-bool PathField::follow(const SquareGrid &main, const SquareGrid *saturation)
+PathField::Following PathField::follow(const SquareGrid &main, const SquareGrid *saturation)
 {
     const Handle<SquareGrid> newSaturation = saturation ? getHandle(saturation) : Handle<SquareGrid>();
     const RowState now{main.getChangeCount(), saturation ? saturation->getChangeCount() : 0, false};
@@ -33,7 +33,7 @@ bool PathField::follow(const SquareGrid &main, const SquareGrid *saturation)
     if (isOther)
         layOut(main);
     else if (newSaturation == hSaturation && now.main == seen.main && now.saturation == seen.saturation)
-        return false;
+        return UNCHANGED;
     if (newSaturation != hSaturation)
         for (RowState &row : rowStates)
             row.main = 0; // no row of a grid was changed last before its first change
@@ -49,7 +49,12 @@ bool PathField::follow(const SquareGrid &main, const SquareGrid *saturation)
         known.saturation = change;
         readRow(main, saturation, z);
     }
-    return isOther;
+    return isOther ? ANEW : CHANGED;
+}
+
+void PathField::forgetNodes()
+{
+    std::fill_n(nodes.data(), countCells(), 0u);
 }
 
 void PathField::layOut(const SquareGrid &main)
@@ -59,8 +64,9 @@ void PathField::layOut(const SquareGrid &main)
     rows = main.getGridRows();
     for (int i = 0; i < SquareGrid::NUM_NEIGHBORS; ++i)
         steps[i] = static_cast<std::ptrdiff_t>(cols) * CELL_STEPS[i].dz + CELL_STEPS[i].dx;
-    nodes.fit(numberOf(0, rows));
-    saturations.fit(numberOf(0, rows));
+    nodes.fit(countCells());
+    forgetNodes();
+    saturations.fit(countCells());
     crowdedRows = 0;
     rowBytes = static_cast<std::size_t>(cols) / 8 + 2;
     const std::size_t byteCount = rowBytes * (static_cast<std::size_t>(rows) + 2);

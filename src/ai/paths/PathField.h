@@ -19,10 +19,19 @@ class SquareGrid;
 class PathField
 {
 public:
+    /// What following the grids has brought.
+    enum Following
+    {
+        UNCHANGED,
+        CHANGED, ///< cells have other values
+        ANEW     ///< the cells are numbered anew, and know no nodes
+    };
+
     /// Brings the cells up to date.
     /// @param saturation  null for none; cells that it has not count as 0
-    /// @return whether the cells are numbered anew, and know no nodes
-    bool follow(const SquareGrid &main, const SquareGrid *saturation);
+    Following follow(const SquareGrid &main, const SquareGrid *saturation);
+    /// Has no cell name a node any more.
+    void forgetNodes();
 
     Handle<SquareGrid> getGrid() const { return hMain; }
     bool has(int x, int z) const { return x >= 0 && x < cols && z >= 0 && z < rows; }
@@ -34,7 +43,7 @@ public:
     std::ptrdiff_t stepTo(int direction) const { return steps[direction]; }
     /// What a cell costs beyond 1; 0 for what is no number in the grid.
     float saturationAt(std::size_t number) const { return crowdedRows > 0 ? saturations[number] : 0.f; }
-    /// The node of a cell, of the search that came by last.
+    /// Name of the node of a cell, of the search that came by last; 0 where none did.
     std::uint32_t &nodeAt(std::size_t number) { return nodes[number]; }
     /// The neighbours of a cell that can be walked on, as bits by SquareGrid::Neighbor; none off the grid.
     unsigned findWalkable(int x, int z) const
@@ -54,6 +63,7 @@ private:
             &bits[static_cast<std::size_t>(row) * rowBytes + static_cast<unsigned>(x) / 8];
         return (bytes[0] | static_cast<unsigned>(bytes[1]) << 8) >> static_cast<unsigned>(x) % 8 & 7u;
     }
+    std::size_t countCells() const { return numberOf(0, rows); }
     void layOut(const SquareGrid &main);
     void readRow(const SquareGrid &main, const SquareGrid *saturation, int z);
 

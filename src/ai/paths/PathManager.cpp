@@ -216,7 +216,7 @@ void PathManager::doAStar()
     frameCount = 0;
     if (!around.ways || around.ways->getThingCount() == 0)
         return searchOn(ground);
-    const GridCell &start = search.getStart();
+    const GridCell start = search.getStart();
     const WalkRule rule(*around.ways, Walker::of(currRequest.hEntity), start.getX(), start.getZ());
     ground.rule = &rule;
     searchOn(ground);
@@ -243,13 +243,14 @@ bool PathManager::beginSearch(const PathGround &ground)
 /// Marks the path that was found, pulls it tight and keeps it for the creature.
 void PathManager::finishPath(const PathGround &ground)
 {
+    PathNode *const finalNode = search.layOutPath();
     std::size_t count = 0;
-    for (const PathNode *node = search.getFinalNode(); node; node = node->parent, ++count)
+    for (const PathNode *node = finalNode; node; node = node->parent, ++count)
         if (currRequest.saturation && ground.saturation)
             saturation.mark(*ground.saturation, node->hex.getX(), node->hex.getZ(), maxSatMapVal);
     if (count >= 3 && currRequest.rubberbanding)
-        doRubberbanding(ground.main, search.getFinalNode(), ground.rule);
-    for (const PathNode *node = search.getFinalNode(); node; node = node->parent)
+        doRubberbanding(ground.main, finalNode, ground.rule);
+    for (const PathNode *node = finalNode; node; node = node->parent)
         currentPath.push_back(node->hex);
 }
 

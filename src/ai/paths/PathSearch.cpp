@@ -2,35 +2,59 @@
 
 #include "ai/paths/CellSteps.h"
 
+#include <array>
 #include <bit>
+#include <limits>
+
+namespace
+{
+
+/// The neighbours of a cell that are not beside the one it was reached from, nor that one itself, as bits by
+/// SquareGrid::Neighbor; by the step that reached it. All of them where a search begins.
+constexpr std::array<std::uint8_t, SquareGrid::NUM_NEIGHBORS + 1> findBeyond()
+{
+    std::array<std::uint8_t, SquareGrid::NUM_NEIGHBORS + 1> beyond{};
+    for (unsigned came = 0; came < SquareGrid::NUM_NEIGHBORS; ++came)
+        for (unsigned i = 0; i < SquareGrid::NUM_NEIGHBORS; ++i)
+            if (!areBeside(CELL_STEPS[came].dx + CELL_STEPS[i].dx, CELL_STEPS[came].dz + CELL_STEPS[i].dz))
+                beyond[came] = static_cast<std::uint8_t>(beyond[came] | 1u << i);
+    beyond[ReachedCell::BEGUN_AT] = 0xff;
+    return beyond;
+}
+
+constexpr auto BEYOND = findBeyond();
+
+} // namespace
 
 bool isWalkable(const GridCell &cell)
 {
     return cell.getFloatValue() == 0.f;
 }
 
-bool PathSearch::begin(const PathGround &ground, const GridCell &start, const GridCell &target)
+bool PathSearch::begin(const PathGround &ground, const GridCell &start, const GridCell &destination)
 {
     clear();
-    if (target.getGrid() != start.getGrid() || !ground.main.isCellInBounds(target.getX(), target.getZ()))
+    if (destination.getGrid() != start.getGrid() || !ground.main.isCellInBounds(destination.getX(), destination.getZ()))
         return false;
-    nodePool.fit(PAGE_SIZE);
-    openList.setPool(nodePool.data(), PAGE_SIZE);
-    destination = target;
+    pool.fit(PAGE_SIZE);
+    openList.setPool(pool.data());
+    toX = destination.getX();
+    toZ = destination.getZ();
     grid = start.getGrid();
-    chooseField(grid);
+    chooseField();
     field->follow(ground.main, ground.saturation);
-    const OpenList::Index first = createNode(field->numberOf(start.getX(), start.getZ()), start.getX(), start.getZ());
-    nodePool[first].totalCost = nodePool[first].movementCost + nodePool[first].heuristic;
+    isSteady = true;
+    const Index first = add(field->numberOf(start.getX(), start.getZ()), start.getX(), start.getZ());
+    pool[first] = ReachedCell{.x = start.getX(), .z = start.getZ(), .totalCost = leftFrom(start.getX(), start.getZ())};
     openList.insert(first);
     return true;
 }
 
-/// Finds the field of a grid, or gives it that of another one.
-void PathSearch::chooseField(const Handle<SquareGrid> &wanted)
+/// Finds the field of the grid, or gives it that of another one.
+void PathSearch::chooseField()
 {
     for (field = fields; field != fields + FIELDS; ++field)
-        if (field->getGrid() == wanted)
+        if (field->getGrid() == grid)
             return;
     field = &fields[nextField];
     nextField = (nextField + 1) % FIELDS;
@@ -40,8 +64,20 @@ void PathSearch::clear()
 {
     if (poolIndex > 0)
         openList.clear();
+    chooseNames();
     poolIndex = 0;
-    finalNode = nullptr;
+    found = NONE;
+}
+
+/// Has the names of the next search begin behind those of this one, or anew where they would run out.
+void PathSearch::chooseNames()
+{
+    firstName += poolIndex;
+    if (firstName < std::numeric_limits<std::uint32_t>::max() - 2 * PAGE_SIZE)
+        return;
+    firstName = 1;
+    for (PathField &each : fields)
+        each.forgetNodes();
 }
 
 PathStatus PathSearch::run(const PathGround &ground, int passes)
@@ -50,12 +86,12 @@ PathStatus PathSearch::run(const PathGround &ground, int passes)
         return PS_Failed;
     for (int pass = 0; pass < passes; ++pass)
     {
-        const OpenList::Index current = openList.takeFirst();
-        if (current == OpenList::NONE)
+        const Index current = openList.takeFirst();
+        if (current == NONE)
             return PS_Failed;
-        if (nodePool[current].hex == destination)
+        if (pool[current].x == toX && pool[current].z == toZ)
         {
-            finalNode = &nodePool[current];
+            found = current;
             return PS_Succeeded;
         }
         if (!expand(current, ground.rule))
@@ -68,90 +104,107 @@ bool PathSearch::prepare(const PathGround &ground)
 {
     if (isEmpty() || getHandle(&ground.main) != grid)
         return false;
-    if (field->follow(ground.main, ground.saturation))
+    const PathField::Following following = field->follow(ground.main, ground.saturation);
+    if (following == PathField::ANEW)
         nameNodes();
+    isSteady = isSteady && following == PathField::UNCHANGED && !ground.rule;
     return true;
 }
 
-/// Has the cells name their nodes again after they were numbered anew.
+/// Has the field's cells name theirs in the pool again after they were numbered anew.
 void PathSearch::nameNodes()
 {
-    PathField &cells = *field;
-    for (std::size_t node = 0; node < poolIndex; ++node)
-    {
-        const GridCell &hex = nodePool[node].hex;
-        if (cells.has(hex.getX(), hex.getZ()))
-            cells.nodeAt(cells.numberOf(hex.getX(), hex.getZ())) = static_cast<OpenList::Index>(node);
-    }
+    for (Index index = 0; index < poolIndex; ++index)
+        if (field->has(pool[index].x, pool[index].z))
+            field->nodeAt(field->numberOf(pool[index].x, pool[index].z)) = firstName + index;
 }
 
-/// Reaches the neighbours of a node; false where the nodes have run out.
-bool PathSearch::expand(OpenList::Index current, const StepRule *rule)
+/// Reaches the neighbours of a cell; false where the pool is full.
+inline bool PathSearch::expand(Index current, const StepRule *rule)
 {
-    PathNode &from = nodePool[current];
-    PathField &cells = *field;
-    const int x = from.hex.getX(), z = from.hex.getZ();
-    // A grid that has become smaller may have lost the node's cell, and with it all ways on.
-    if (!cells.has(x, z))
+    const int x = pool[current].x, z = pool[current].z;
+    // A grid that has become smaller may have lost the cell, and with it all ways on.
+    if (!field->has(x, z))
         return true;
-    const std::size_t cell = cells.numberOf(x, z);
-    for (unsigned left = cells.findWalkable(x, z); left != 0; left &= left - 1)
+    const std::size_t number = field->numberOf(x, z);
+    unsigned left = field->findWalkable(x, z);
+    // What is beside the parent was reached from there for no more, unless it was another world then.
+    if (isSteady)
+        left &= BEYOND[pool[current].cameBy];
+    for (; left != 0; left &= left - 1)
     {
         const int direction = std::countr_zero(left);
         if (rule && !rule->allows(x, z, direction))
             continue;
-        if (!reach(from, cell + static_cast<std::size_t>(cells.stepTo(direction)), x + CELL_STEPS[direction].dx,
-                   z + CELL_STEPS[direction].dz))
+        if (!reach(current, number + static_cast<std::size_t>(field->stepTo(direction)), direction))
             return false;
     }
     return true;
 }
 
-/// Notes a way to a cell where it is the first or the cheapest one; false where the nodes have run out.
-inline bool PathSearch::reach(PathNode &from, std::size_t cell, int x, int z)
+/// Notes a way to a cell where it is the first or the cheapest one; false where the pool is full.
+inline bool PathSearch::reach(Index from, std::size_t number, int direction)
 {
-    const float cost = calculateNodeCost(from.movementCost, field->saturationAt(cell));
-    OpenList::Index index = findNode(cell, x, z);
-    if (index == OpenList::NONE)
+    const int x = pool[from].x + CELL_STEPS[direction].dx, z = pool[from].z + CELL_STEPS[direction].dz;
+    const float cost = calculateNodeCost(pool[from].movementCost, field->saturationAt(number));
+    const float totalCost = cost + leftFrom(x, z);
+    Index index = find(number);
+    if (index == NONE)
     {
-        index = createNode(cell, x, z);
-        if (index == OpenList::NONE)
+        index = add(number, x, z);
+        if (index == NONE)
             return false;
     }
     else
     {
-        if (!(nodePool[index].totalCost > cost + nodePool[index].heuristic))
+        if (!(pool[index].totalCost > totalCost))
             return true;
         if (openList.holds(index))
             openList.remove(index);
     }
-    PathNode &node = nodePool[index];
-    node.parent = &from;
-    node.movementCost = cost;
-    node.totalCost = cost + node.heuristic;
+    ReachedCell &cell = pool[index];
+    cell.movementCost = cost;
+    cell.totalCost = totalCost;
+    cell.parent = from;
+    cell.cameBy = static_cast<std::uint8_t>(direction);
     openList.insert(index);
     return true;
 }
 
-/// The next node of the pool for a cell, without a way to it; NONE where there is none left.
-inline OpenList::Index PathSearch::createNode(std::size_t cell, int x, int z)
+/// Gives a cell the next place of the pool, without a way to it; NONE where the pool is full.
+inline PathSearch::Index PathSearch::add(std::size_t number, int x, int z)
 {
     if (poolIndex == PAGE_SIZE)
-        return OpenList::NONE;
-    const OpenList::Index index = static_cast<OpenList::Index>(poolIndex++);
-    PathNode &node = nodePool[index];
-    node.hex = GridCell(grid, x, z);
-    node.movementCost = 0.f;
-    node.parent = nullptr;
-    node.heuristic = calculateNodeHeuristic(node.hex, destination);
-    field->nodeAt(cell) = index;
+        return NONE;
+    const Index index = poolIndex++;
+    pool[index].x = x;
+    pool[index].z = z;
+    field->nodeAt(number) = firstName + index;
     return index;
+}
+
+PathNode *PathSearch::layOutPath()
+{
+    if (found == NONE)
+        return nullptr;
+    std::size_t count = 0;
+    for (Index index = found; index != NONE; index = pool[index].parent)
+        ++count;
+    path.fit(std::bit_ceil(count));
+    PathNode *node = path.data();
+    for (Index index = found; index != NONE; index = pool[index].parent, ++node)
+    {
+        const ReachedCell &cell = pool[index];
+        *node = PathNode{cellOf(cell), cell.movementCost, leftFrom(cell.x, cell.z), cell.totalCost,
+                         cell.parent == NONE ? nullptr : node + 1};
+    }
+    return path.data();
 }
 
 void PathSearch::listCells(bool waiting, HexCont &cells) const
 {
     cells.clear();
-    for (std::size_t node = 0; node < poolIndex; ++node)
-        if (openList.holds(static_cast<OpenList::Index>(node)) == waiting)
-            cells.push_back(nodePool[node].hex);
+    for (Index index = 0; index < poolIndex; ++index)
+        if (openList.holds(index) == waiting)
+            cells.push_back(cellOf(pool[index]));
 }

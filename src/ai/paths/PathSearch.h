@@ -36,18 +36,19 @@ struct PathGround
 /// A search that is greedy for its speed: straight and diagonal steps cost the same, and what is left is taken to cost
 /// |dx| + |dz|, which is too much on diagonals; so the path need not be the shortest.
 ///
-/// Owns a pool of nodes and lists over it that are kept from search to search; starting one costs nothing of that. A
-/// cell names its node in a field that is never cleared: the name counts if the node is in use and of that cell.
+/// Owns a pool of reached cells and lists over it that are kept from search to search; starting one costs nothing of
+/// that. The field's cells name theirs in the pool by numbers that go up from search to search, so that nothing has to
+/// be cleared: a name below the first of this search is an old one.
 class PathSearch
 {
 public:
-    /// The most nodes of a search; one that would need more fails.
+    /// The most cells that a search reaches; one that would need more fails.
     static constexpr std::size_t PAGE_SIZE = 100000;
 
     /// Begins a search at a cell of the grid.
     /// @return false, with nothing begun, where the destination is no cell of the grid: it cannot be reached
     bool begin(const PathGround &ground, const GridCell &start, const GridCell &destination);
-    /// Expands some nodes.
+    /// Expands some cells.
     ///
     /// A grid that has changed since goes on as it is now; another grid than that of the beginning fails.
     PathStatus run(const PathGround &ground, int passes);
@@ -56,10 +57,13 @@ public:
 
     /// Whether nothing has been begun since the last `clear`.
     bool isEmpty() const { return poolIndex == 0; }
-    /// The node of the destination, from which the parents lead to the start; null unless a run has succeeded.
-    PathNode *getFinalNode() const { return finalNode; }
+    /// What the path costs that was found; 0 unless a run has succeeded.
+    float getPathCost() const { return found == NONE ? 0.f : pool[found].movementCost; }
+    /// The path that was found: the node of the destination, from which the parents lead to the start. Null unless a
+    /// run has succeeded; made by the call, and right until the next one.
+    PathNode *layOutPath();
     /// The cell of the beginning, while the search is not empty.
-    const GridCell &getStart() const { return nodePool[0].hex; }
+    GridCell getStart() const { return cellOf(pool[0]); }
     /// Count of cells that were reached.
     int getNodeCount() const { return static_cast<int>(poolIndex); }
     /// The cells that were reached: those that wait to be expanded, or those that have been.
@@ -68,7 +72,7 @@ public:
     /// What is taken to be left of a way: |dx| + |dz|, cells of one grid.
     static float calculateNodeHeuristic(const GridCell &start, const GridCell &target)
     {
-        return static_cast<float>(std::abs(start.getX() - target.getX()) + std::abs(start.getZ() - target.getZ()));
+        return calculateHeuristic(start.getX() - target.getX(), start.getZ() - target.getZ());
     }
     /// What a way costs that goes on into a cell: 1 and the cell's saturation more, but never less, so that a search
     /// comes to its end whatever stands in a grid.
@@ -78,29 +82,39 @@ public:
     }
 
 private:
+    using Index = ReachedCell::Index;
+    static constexpr Index NONE = ReachedCell::NONE;
     /// Fields of this many maps are kept.
     static constexpr std::size_t FIELDS = 4;
 
+    static float calculateHeuristic(int dx, int dz) { return static_cast<float>(std::abs(dx) + std::abs(dz)); }
+    float leftFrom(int x, int z) const { return calculateHeuristic(x - toX, z - toZ); }
+    GridCell cellOf(const ReachedCell &reached) const { return GridCell(grid, reached.x, reached.z); }
+
+    void chooseField();
+    void chooseNames();
     bool prepare(const PathGround &ground);
-    void chooseField(const Handle<SquareGrid> &grid);
     void nameNodes();
-    bool expand(OpenList::Index current, const StepRule *rule);
-    bool reach(PathNode &from, std::size_t cell, int x, int z);
-    OpenList::Index createNode(std::size_t cell, int x, int z);
-    OpenList::Index findNode(std::size_t cell, int x, int z)
+    bool expand(Index current, const StepRule *rule);
+    bool reach(Index from, std::size_t number, int direction);
+    Index add(std::size_t number, int x, int z);
+    Index find(std::size_t number)
     {
-        const OpenList::Index node = field->nodeAt(cell);
-        return node < poolIndex && nodePool[node].hex.getX() == x && nodePool[node].hex.getZ() == z ? node
-                                                                                                    : OpenList::NONE;
+        const Index index = field->nodeAt(number) - firstName;
+        return index < poolIndex ? index : NONE;
     }
 
-    PathArray<PathNode> nodePool; ///< by order of arrival
-    OpenList openList;            ///< reached and not expanded; the other nodes form the closed list
-    std::size_t poolIndex = 0;    ///< the next free node
-    Handle<SquareGrid> grid;      ///< of this search
+    PathArray<ReachedCell> pool; ///< by order of arrival
+    OpenList openList;           ///< reached and not expanded; the others form the closed list
+    Index poolIndex = 0;         ///< the next free place of the pool
+    std::uint32_t firstName = 1; ///< name of the first cell of the pool
+    bool isSteady = false;       ///< nothing has changed, nor forbidden a step, since the beginning
+    Handle<SquareGrid> grid;     ///< of this search
     PathField fields[FIELDS];
     PathField *field = fields; ///< of this search
     std::size_t nextField = 0; ///< index of the one to be given to another grid
-    GridCell destination;
-    PathNode *finalNode = nullptr;
+    int toX = 0;               ///< column of the destination
+    int toZ = 0;               ///< row of the destination
+    Index found = NONE;        ///< the destination, once a run has succeeded
+    PathArray<PathNode> path;  ///< as it was laid out
 };

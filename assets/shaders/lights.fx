@@ -25,14 +25,24 @@ float4 spotDirection_ViewSpace;
 float4x4 worldToLightView;
 float4x4 lightViewToLightProjection;
 
+// Of a light that throws a picture: the light's axes, as long as measures it from -1 to 1 over the cone.
+float4 lensRight_ViewSpace;
+float4 lensUp_ViewSpace;
+
 texture GBuffer1_texture;
 texture GBuffer2_texture;
 texture GBuffer3_texture;
 texture ShadowMap_texture;
+texture lens_texture;
 
 sampler GBuffer1 = sampler_state { Texture = <GBuffer1_texture>; };
 sampler GBuffer2 = sampler_state { Texture = <GBuffer2_texture>; };
 sampler ShadowMap = sampler_state { Texture = <ShadowMap_texture>; AddressU = Clamp; AddressV = Clamp; };
+sampler lens = sampler_state
+{
+    Texture = <lens_texture>;
+    MinFilter = Linear; MagFilter = Linear; MipFilter = Linear; AddressU = Clamp; AddressV = Clamp;
+};
 
 // What is the same for all pixels of a light is worked out at its few vertices.
 glsl VertexShader
@@ -181,7 +191,8 @@ PixelShader spotLight
     }
 }
 
-PixelShader spotShadowsLight
+// For what is below: lights with a shadow map.
+glsl PixelShader
 {
     flat in vec3 cone;
     flat in mat4 viewToShadow;
@@ -217,6 +228,18 @@ PixelShader spotShadowsLight
         return dot(columns, columnWeights) / 9.0;
     }
 
+    /// The picture that the lens throws into a direction; neighbouring pixels may lie on other surfaces and cannot tell
+    /// how fine it is to be, and it is soft in itself.
+    vec3 thrown(vec3 toLight)
+    {
+        float ahead = max(dot(-toLight, spotDirection_ViewSpace.xyz), 1e-3);
+        vec2 at = vec2(dot(-toLight, lensRight_ViewSpace.xyz), dot(toLight, lensUp_ViewSpace.xyz)) / ahead;
+        return textureLod(lens, at * 0.5 + 0.5, 0.0).rgb * 2.0;
+    }
+}
+
+PixelShader spotShadowsLight
+{
     void main()
     {
         Surface s = surfaceInReach();
@@ -224,6 +247,19 @@ PixelShader spotShadowsLight
         if (strength <= 0.0)
             discard;
         COLOR0 = returned(s, strength * reach(s.distance) * unshadowed(s));
+    }
+}
+
+PixelShader spotShadowsLens
+{
+    void main()
+    {
+        Surface s = surfaceInReach();
+        float strength = inCone(s.toLight, cone);
+        if (strength <= 0.0)
+            discard;
+        vec4 light = returned(s, strength * reach(s.distance) * unshadowed(s));
+        COLOR0 = vec4(light.rgb * thrown(s.toLight), 0.0);
     }
 }
 
@@ -260,5 +296,17 @@ technique SpotShadowsLight
         StencilEnable = False; ColorWriteEnable = Red | Green | Blue;
         VertexShader = shadowedConeVolume;
         PixelShader = spotShadowsLight;
+    }
+}
+
+technique SpotShadowsLens
+{
+    pass Volume
+    {
+        CullMode = CW; ZEnable = True; ZWriteEnable = False; ZFunc = GreaterEqual; Clipping = False;
+        AlphaBlendEnable = True; SrcBlend = One; DestBlend = One; BlendOp = Add;
+        StencilEnable = False; ColorWriteEnable = Red | Green | Blue;
+        VertexShader = shadowedConeVolume;
+        PixelShader = spotShadowsLens;
     }
 }

@@ -1,4 +1,5 @@
-// The last steps of a frame: the combination of G-buffer and light, and what is laid over or projected into it.
+// The last steps of a frame: the combination of G-buffer and light, what is laid over or projected into it, and what a
+// failing mind makes of the picture.
 
 #include "automatic.fxh"
 #include "gbuffer.fxh"
@@ -9,6 +10,8 @@ float dissolveAmount = 0;                          // 0 shows the scene, 1 the c
 float4 dissolveColor = { 0, 0, 0, 1 };
 float time = 0;                                    // seconds of the level
 float insanityAmount = 0;                          // 0 sane; taken as 0 to 1
+float4 unsettling = { 1, 1, 1, 1 };                // shares of drained colour, grain, closing and bent edges
+float4 starts = { 0, 0, 0, 0 };                    // the heart's beat, the picture's start
 float gamma = 2.2;                                 // of the screen; more shows more in the dark
 
 // Projected pictures: a cube of side 1, projected along its z axis
@@ -23,12 +26,18 @@ texture GBuffer1_texture;
 texture GBuffer2_texture;
 texture GBuffer3_texture;
 texture LBuffer_texture;
+texture Picture_texture;
 texture diffuseMap_texture;
 
 sampler GBuffer1 = sampler_state { Texture = <GBuffer1_texture>; };
 sampler GBuffer2 = sampler_state { Texture = <GBuffer2_texture>; };
 sampler GBuffer3 = sampler_state { Texture = <GBuffer3_texture>; };
 sampler LBuffer = sampler_state { Texture = <LBuffer_texture>; };
+sampler Picture = sampler_state
+{
+    Texture = <Picture_texture>;
+    MinFilter = Linear; MagFilter = Linear; AddressU = Clamp; AddressV = Clamp;
+};
 sampler diffuseMap = sampler_state
 {
     Texture = <diffuseMap_texture>;
@@ -141,32 +150,6 @@ glsl PixelShader
         return x * (2.5 * x + 0.15) / (x * (2.5 * x + 0.75) + 0.14);
     }
 
-    /// A wave from -1 to 1 with one swing for each unit, of parabolas.
-    vec2 wave(vec2 at)
-    {
-        vec2 ramp = fract(at) * 2.0 - 1.0;
-        return 4.0 * ramp * (1.0 - abs(ramp));
-    }
-
-    /// Where an unsteady mind looks: the picture breathes and its edges swim.
-    vec2 unsteady(vec2 pixel, vec2 fromCentre, float insanity)
-    {
-        float edge = dot(fromCentre, fromCentre);
-        vec2 sway = wave(time * vec2(0.21, 0.17) + fromCentre.yx * vec2(1.4, 1.1));
-        vec2 breath = -fromCentre * (0.5 + 0.5 * wave(vec2(time * 0.33)).x) * 0.6;
-        return inViewport(pixel + (sway + breath) * (edge * insanity * insanity * 0.03 * viewportPixels.w));
-    }
-
-    /// Colour drains away, the dark closes in from the edges, and a dull red pulse stays.
-    vec3 drained(vec3 color, vec2 fromCentre, float insanity)
-    {
-        float grey = dot(color, vec3(0.2126, 0.7152, 0.0722));
-        float pulse = 0.5 + 0.5 * wave(vec2(time * 0.67)).x;
-        vec3 sick = mix(vec3(grey), vec3(grey) * vec3(1.25, 0.85, 0.75), pulse * 0.5);
-        float dark = smoothstep(0.15, 1.1, dot(fromCentre, fromCentre) * (1.0 + 0.25 * pulse));
-        return mix(color, sick, insanity * 0.85) * (1.0 - dark * insanity * 0.9);
-    }
-
     /// The scene goes in blotches that spread until they meet.
     float dissolved(vec2 pixel)
     {
@@ -176,11 +159,9 @@ glsl PixelShader
     }
 
     /// Colour on the screen of a pixel of the scene.
-    vec3 shown(Surface surface, vec2 pixel, float open, vec2 fromCentre, float insanity)
+    vec3 shown(Surface surface, vec2 pixel, float open, vec2 fromCentre)
     {
         vec3 color = sceneLight(surface, pixel, open);
-        if (insanity > 0.0)
-            color = drained(color, fromCentre, insanity);
         color *= exposure * (1.0 - 0.16 * dot(fromCentre, fromCentre));
         return pow(filmic(color), vec3(1.0 / gamma));
     }
@@ -315,24 +296,21 @@ PixelShader combine
         rays = screenRays;
         vec2 pixel = gl_FragCoord.xy - 0.5;
         vec2 fromCentre = fromCentreOf(pixel);
-        float insanity = clamp(insanityAmount, 0.0, 1.0);
-        vec2 seen = insanity > 0.0 ? unsteady(pixel, fromCentre, insanity) : pixel;
-        vec2 nearest = floor(seen + 0.5);
-        vec3 neighbour = sharing(nearest);
+        vec3 neighbour = sharing(pixel);
 
-        // The nearest pixel, its neighbour across an outline, and what else an unsteady look lies between.
-        vec2 part = abs(seen - nearest), at = nearest, corner = inViewport(nearest + sign(seen - nearest));
-        float own = (1.0 - part.x) * (1.0 - part.y), share = own * (1.0 - neighbour.z), open = 1.0;
-        int samples = insanity > 0.0 ? 5 : neighbour.z > 0.0 ? 2 : 1;
+        // The pixel itself, and its neighbour across an outline.
+        vec2 at = pixel;
+        float share = 1.0 - neighbour.z, open = 1.0;
+        int samples = neighbour.z > 0.0 ? 2 : 1;
         vec3 color = vec3(0.0);
         for (int i = 0; i < samples; ++i)
         {
             Surface surface = surfaceAt(at);
             if (i == 0)
                 open = openness(at, surface.position, surface.normal);
-            color += shown(surface, at, open, fromCentre, insanity) * share;
-            at = i == 0 ? neighbour.xy : vec2(i == 2 ? nearest.x : corner.x, i == 1 ? nearest.y : corner.y);
-            share = i == 0 ? own * neighbour.z : (i == 2 ? 1.0 - part.x : part.x) * (i == 1 ? 1.0 - part.y : part.y);
+            color += shown(surface, at, open, fromCentre) * share;
+            at = neighbour.xy;
+            share = neighbour.z;
         }
         COLOR0 = finished(pixel, color);
     }
@@ -346,12 +324,9 @@ PixelShader combineSteps
     {
         rays = screenRays;
         vec2 pixel = gl_FragCoord.xy - 0.5;
-        vec2 fromCentre = fromCentreOf(pixel);
-        float insanity = clamp(insanityAmount, 0.0, 1.0);
-        vec2 seen = insanity > 0.0 ? floor(unsteady(pixel, fromCentre, insanity) + 0.5) : pixel;
-        Surface surface = surfaceAt(seen);
-        float open = openness(seen, surface.position, surface.normal);
-        COLOR0 = finished(pixel, shown(surface, seen, open, fromCentre, insanity));
+        Surface surface = surfaceAt(pixel);
+        float open = openness(pixel, surface.position, surface.normal);
+        COLOR0 = finished(pixel, shown(surface, pixel, open, fromCentreOf(pixel)));
     }
 }
 
@@ -375,6 +350,85 @@ technique CombineSteps
         AlphaBlendEnable = False; StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
         VertexShader = screen;
         PixelShader = combineSteps;
+    }
+}
+
+// What a failing mind makes of the finished picture
+
+PixelShader unsettled
+{
+    /// A wave from -1 to 1 with one swing for each unit, of parabolas.
+    vec2 wave(vec2 at)
+    {
+        vec2 ramp = fract(at) * 2.0 - 1.0;
+        return 4.0 * ramp * (1.0 - abs(ramp));
+    }
+
+    /// Where an unsteady look goes: the picture breathes and its edges swim. Pixels; the middle holds.
+    vec2 bent(vec2 fromCentre, float edge, float amount)
+    {
+        vec2 sway = wave(time * vec2(0.21, 0.17) + fromCentre.yx * vec2(1.4, 1.1));
+        vec2 breath = -fromCentre * (0.5 + 0.5 * wave(vec2(time * 0.33)).x) * 0.7;
+        return (sway + breath) * (edge * amount * 0.034 * viewportPixels.w);
+    }
+
+    /// The picture there, its colours apart where it bends.
+    vec3 seen(vec2 pixel, vec2 aside)
+    {
+        vec2 at = (pixel + 0.5) / viewportPixels.zw, apart = aside * 0.25 / viewportPixels.zw;
+        vec3 color = texture(Picture, at).rgb;
+        if (aside == vec2(0.0))
+            return color;
+        return vec3(texture(Picture, at + apart).r, color.g, texture(Picture, at - apart).b);
+    }
+
+    /// Grain as of film pushed too far: coarse, new twelve times a second, and most in what is dark.
+    float grain(vec2 pixel, float light)
+    {
+        vec2 size = vec2(max(viewportPixels.w / 540.0, 1.0));
+        float turn = mod(floor(time * 12.0), 64.0);
+        float speck = hash(floor(pixel / size) + turn * vec2(17.0, 29.0));
+        float cloud = smoothNoise(pixel / size * 0.31 + turn * 7.0);
+        return (0.65 * speck + 0.35 * cloud - 0.5) * (1.0 - 0.75 * light);
+    }
+
+    void main()
+    {
+        vec2 pixel = gl_FragCoord.xy - 0.5;
+        vec2 fromCentre = fromCentreOf(pixel);
+        float edge = dot(fromCentre, fromCentre), insanity = clamp(insanityAmount, 0.0, 1.0);
+        // Colour goes first, and what bends comes last.
+        vec4 amounts = unsettling * smoothstep(vec4(0.10, 0.12, 0.15, 0.30), vec4(0.85, 0.95, 0.95, 1.0),
+                                               vec4(insanity));
+        vec2 aside = amounts.w > 0.0 ? bent(fromCentre, edge, amounts.w) : vec2(0.0);
+        vec3 color = seen(inViewport(pixel + aside), aside);
+
+        // What is left of colour is a sick red in the warm and nothing in the cold.
+        float grey = dot(color, vec3(0.2126, 0.7152, 0.0722));
+        color = mix(color, vec3(grey) * vec3(1.06, 0.99, 0.95), amounts.x * 0.84);
+
+        float closing = amounts.z + 0.35 * starts.x;
+        float dark = smoothstep(0.45 - 0.35 * closing, 2.2 - 1.0 * closing, edge * (1.0 + 0.3 * starts.x));
+        color *= 1.0 - dark * min(closing, 1.0) * 0.92;
+        color = mix(color, color * vec3(1.25, 0.72, 0.66), starts.x * 0.6 * dark);
+
+        color += grain(pixel, grey) * amounts.y * 0.13;
+        // A start: all goes pale for a moment, the middle most.
+        color = mix(color, vec3(grey * 1.7 + 0.10), starts.y * 0.7 * (1.0 - 0.4 * min(edge, 1.0)));
+        if (dissolveAmount > 0.0) // where the picture goes, it goes for every mind
+            color = mix(color, texture(Picture, (pixel + 0.5) / viewportPixels.zw).rgb, dissolved(pixel));
+        COLOR0 = vec4(color + (spread(pixel) - 0.5) / 255.0, 1.0);
+    }
+}
+
+technique Unsettle
+{
+    pass Mind
+    {
+        CullMode = None; ZEnable = False; ZWriteEnable = False;
+        AlphaBlendEnable = False; StencilEnable = False; ColorWriteEnable = Red | Green | Blue | Alpha;
+        VertexShader = screen;
+        PixelShader = unsettled;
     }
 }
 

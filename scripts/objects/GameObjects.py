@@ -21,6 +21,7 @@ from objects.Furniture import *
 from objects.Lights import *
 from objects.MapShell import Ceiling, Floor
 from objects.Models import *
+from objects.Nerves import dreaded, nervesOf, shakeLight
 from objects.Notice import Notice
 from objects.Placing import *
 from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery

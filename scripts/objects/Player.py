@@ -13,6 +13,7 @@ import math
 import kaVel
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
+from objects.Nerves import nerves
 from objects.Placing import Triple, addVolume, cube, placed, turned
 from objects.Sounds import sounds
 
@@ -27,7 +28,7 @@ STEPS = ['Step%s%s' % (floor, gait) for floor in FLOORS for gait in ('Walk', 'Ru
 WALKING_DAMPING, STANDING_DAMPING, SPRINT = 0.02, 0.0005, 2.2
 HEADBOB = 9.3  # radians a second by which a step ahead takes half a metre
 
-LIGHT_REACH, LIGHT_ANGLE = 14.0, 27.0  # metres; half of the cone, degrees
+LIGHT_REACH, LIGHT_ANGLE = 18.0, 31.0  # metres; half of the cone, degrees
 LIGHT_COLOR = (1.0, 0.86, 0.62)
 PALE = (0.80, 0.74, 0.62, 1)
 
@@ -53,6 +54,7 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
     kaVel.addComponent(player, 'player', 'PlayerComponent', headbobRate=HEADBOB, mobileDamping=WALKING_DAMPING,
                        stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT)
     kaVel.addComponent(player, 'behaviors', 'BTComponent', behaviors=['PlayerTree'], defaultBehavior='PlayerTree')
+    nerves(player)
     return player
 
 
@@ -108,6 +110,7 @@ def Flashlight(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 
     sounds(torch, 'FlashlightOn', 'FlashlightOff')
     _bulb(torch, at, turn)
     kaVel.addComponent(torch, 'behaviors', 'BTComponent', behaviors=['Flashlight'], defaultBehavior='Flashlight')
+    kaVel.addComponent(torch, 'hand', 'FlashlightHand')
     volume.setInteractFunc(lambda player: player.pickupFlashlight(body))
     return torch
 
@@ -122,7 +125,8 @@ def _bulb(torch: kaVel.Entity, at: Triple, turn: float):
     kaVel.addComponent(bulb, 'viewer', 'ViewerComponent', nearClipDistance=0.08, farClipDistance=LIGHT_REACH)
     kaVel.addComponent(bulb, 'graphics2', 'LightComponent', layer='LIGHT', lightFalloffEnd=LIGHT_REACH,
                        spotOuterAngle=math.radians(LIGHT_ANGLE), spotInnerAngle=math.radians(0.3 * LIGHT_ANGLE),
-                       spotFalloff=14.0, diffuseColor=kaVel.Vec4(*(1.7 * part for part in LIGHT_COLOR), 0),
+                       spotFalloff=11.0, textureName='flashlightLens', steadyShadows=True,
+                       diffuseColor=kaVel.Vec4(*(1.9 * part for part in LIGHT_COLOR), 0),
                        specularColor=kaVel.Vec4(*(0.8 * part for part in LIGHT_COLOR), 0))
 
 

@@ -81,7 +81,7 @@ TEST_F(Graphics, ResetMakesEveryTargetAnewInOrder)
     journal.resize(11);
     EXPECT_EQ(journal, (Journal{"Reset 160x90", colour, colour, colour, colour, colour, half, half, depth,
                                 "CreateTexture 768x768 levels 1 format 114", "CreateDepth 768x768 format 75"}));
-    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 9u) << "with the screen";
+    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 10u) << "with the screen";
     EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).at(SCS("screen")).tex, nullptr);
     EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).at(SCS("screen")).format, D3DFMT_X8R8G8B8);
     EXPECT_EQ(GraphicsSystem2TestAccess::depthTargets(graphics()).size(), 3u);
@@ -217,7 +217,7 @@ TEST_F(Graphics, LostDeviceComesBackInALaterFrame)
     drawFrame();
     EXPECT_TRUE(graphics().deviceIsReady());
     EXPECT_EQ(device->count("Present"), 1);
-    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 9u);
+    EXPECT_EQ(GraphicsSystem2TestAccess::targets(graphics()).size(), 10u);
 }
 
 TEST_F(Graphics, RenderScaleIsTheWorldsAndTheScreenLayersKeepTheWindowsSize)

@@ -290,6 +290,71 @@ TEST_F(Lights, ShadowFallsAtTheConesEdgeInAWindowTallerThanWide)
     graphics().setShadowMapSize(768);
 }
 
+TEST_F(Lights, SteadyShadowsKeepTheirEdgesWhileTheLightTurns)
+{
+    graphics().setShadowMapSize(64); // an edge that crawls does so by many pixels
+    LightComponent &spot = light(Vec4(-0.4f, 0, 0, 1), true, true);
+    spot.setLightFalloffBegin(17);
+    spot.setSpotInnerAngle(29.9f * degree);
+    square(Vec4(0, 0, 6, 1), 6, SceneGraph::WORLD_UNCONDITIONAL);
+    square(Vec4(0, 0, 3, 1), 0.5f, SceneGraph::WORLD);
+    const auto rows = [&](float yaw)
+    {
+        placeOf(spot).setOrientation(turned(yaw * degree));
+        settle();
+        std::vector<float> light;
+        for (int y = 30; y < 60; ++y)
+            for (int x = 60; x < 105; ++x)
+                light.push_back(arrived(x, y).x);
+        return light;
+    };
+    const auto crawls = [&]
+    {
+        const std::vector<float> still = rows(0);
+        float most = 0;
+        for (const float yaw : {0.3f, 0.7f, 1.1f, -0.5f, -2.0f})
+        {
+            const std::vector<float> now = rows(yaw);
+            for (std::size_t i = 0; i < now.size(); ++i)
+                most = std::max(most, std::fabs(now[i] - still[i]));
+        }
+        return most;
+    };
+    EXPECT_GT(crawls(), 0.08f);
+    spot.setSteadyShadows(true);
+    EXPECT_LT(crawls(), 0.005f);
+    const float lit = rows(0).front();
+    EXPECT_GT(lit, 0.3f);
+    EXPECT_NEAR(rows(12).front(), lit, 0.01f) << "the map follows a light that turns away from it";
+    graphics().setShadowMapSize(768);
+}
+
+TEST_F(Lights, LensThrowsItsPictureWhereThereIsAShadowMap)
+{
+    LightComponent &spot = light(Vec4(0, 0, 0, 1), true, true);
+    spot.setLightFalloffBegin(17);
+    spot.setSpotInnerAngle(29 * degree);
+    square(Vec4(0, 0, 5, 1), 3, SceneGraph::WORLD_UNCONDITIONAL);
+    const auto lightsWith = [&](const char *texture)
+    {
+        {
+            const OnRealDevice real(*this);
+            spot.setTextureName(SCS(texture));
+        }
+        settle();
+        return std::pair(arrived(), arrived(WIDTH / 2 + 32));
+    };
+    settle();
+    const Vec4 plain = arrived();
+    EXPECT_NEAR(lightsWith("white.dds").first.x, 2 * plain.x, 0.01f);
+    const auto [spotOfLight, rim] = lightsWith("flashlightLens.dds");
+    EXPECT_GT(spotOfLight.x, 1.4f * rim.x);
+    EXPECT_GT(rim.b, 0) << "and soft all over";
+    EXPECT_STREQ(spot.batchGetParams().shaders.find(SCS("Default"))->technique.toCString(), "SpotShadowsLens");
+    spot.setCastShadows(false);
+    EXPECT_STREQ(spot.batchGetParams().shaders.find(SCS("Default"))->technique.toCString(), "SpotLight");
+}
+
 TEST_F(Lights, ShadowPassLeavesTheLightsTheirTargets)
 {
     square(Vec4(0, 0, 4, 1), 0.5f, SceneGraph::WORLD);

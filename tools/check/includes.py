@@ -16,7 +16,7 @@ ROOMS = {
     "platform": ["window", "input", "sound"],
     "rendering": ["device", "frame", "drawn", "debug"],
     "ai": ["nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
-    "gameplay": ["player", "light", "creatures"],
+    "gameplay": ["player", "light", "mind", "creatures"],
     "tools": ["console", "profiler", "bars"],
 }
 # More headers than this, and nobody sees at the door what belongs inside.

@@ -262,31 +262,9 @@ bool PerceptionComponent::getWatched()
     if (watchedFrame != manager->getFrame())
     {
         watchedFrame = manager->getFrame();
-        watched = findWatched(*manager);
+        watched = manager->isWatched(handle_cast<Entity>(getParent()), watchedLight);
     }
     return watched;
-}
-
-bool PerceptionComponent::findWatched(PerceptionManager &manager)
-{
-    SeenBody *const body = manager.seenBody(handle_cast<Entity>(getParent()));
-    if (!body)
-        return false;
-    const Handle<Entity> watcher = manager.findPlayer(body->getMap());
-    const Vec4 *const eye = manager.getEye();
-    if (!eye)
-        return false;
-    PartitioningGrid *const grid = PartitioningGrid::ofMap(body->getMap()).lookup().ptr;
-    for (int i = 0; i < body->getPointCount(); ++i)
-    {
-        const Vec4 point = body->getPoint(i);
-        if (!manager.isOnScreen(point) || body->lightOnPoint(i) < watchedLight)
-            continue;
-        manager.countSightLine();
-        if (isFreeBetween(grid, SightFilter(watcher, getParent()), *eye, point))
-            return true;
-    }
-    return false;
 }
 
 Vec4 PerceptionComponent::getPlace() const

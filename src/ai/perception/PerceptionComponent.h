@@ -225,7 +225,6 @@ private:
     bool isOfInterest(const Vec4 &place, const Handle<Object> &maker, const Vec4 &ear);
     void takeIn(const HeardWay &way, float level, const Vec4 &place, const String &name);
     void tellChange(Belief::Change change);
-    bool findWatched(PerceptionManager &manager);
     void setMeasure(float &field, const char *property, float val);
     String describeHeard() const;
     void drawSenses(DebugCollectorComponent &collector);

@@ -221,3 +221,24 @@ bool PerceptionManager::isOnScreen(const Vec4 &place)
     way.w = 0.f;
     return way.dot(ahead) >= PLAYERS_VIEW * way.magnitude();
 }
+
+bool PerceptionManager::isWatched(const Handle<Entity> &entity, float leastLight)
+{
+    SeenBody *const body = seenBody(entity);
+    if (!body)
+        return false;
+    const Handle<Entity> watcher = findPlayer(body->getMap());
+    if (!getEye())
+        return false;
+    PartitioningGrid *const grid = PartitioningGrid::ofMap(body->getMap()).lookup().ptr;
+    for (int i = 0; i < body->getPointCount(); ++i)
+    {
+        const Vec4 point = body->getPoint(i);
+        if (!isOnScreen(point) || body->lightOnPoint(i) < leastLight)
+            continue;
+        countSightLine();
+        if (isFreeBetween(grid, SightFilter(watcher, entity), eye, point))
+            return true;
+    }
+    return false;
+}

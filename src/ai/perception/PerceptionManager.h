@@ -68,6 +68,9 @@ public:
     bool isOnScreen(const Vec4 &place);
     /// The eye that the player looks through, in the space of its map; null where nobody looks.
     const Vec4 *getEye();
+    /// Whether the player sees an entity: a point of it in the picture, in so much light or more, with nothing between.
+    /// @cost up to five segments and five questions for the light
+    bool isWatched(const Handle<Entity> &entity, float leastLight);
     /// The entity "Player" of the level or of a map.
     Handle<Entity> findPlayer(const Handle<MapRootEntity> &map);
     void countSightLine() { ++sightLines; }

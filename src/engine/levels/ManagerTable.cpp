@@ -42,8 +42,11 @@ void Coordinator::registerManagerClasses()
     addManagerClass(ComponentKeys::physics, managerClass("PhysicsManager"), 3000);
     addManagerClass(ComponentKeys::boundingVolume, managerClass("BoundingVolumeManager"), 3001, RUN_ON_STOP);
     addManagerClass(ComponentKeys::partitioning, managerClass("PartitioningManager"), 3002);
+    addManagerClass(ComponentKeys::hand, simple, 3003); // on the view of this frame, before what hangs on it
     addManagerClass(ComponentKeys::parentFollower, simple, 3005, RUN_ON_STOP);
     addManagerClass(ComponentKeys::screenSpaceHelper, simple, 3004, RUN_ON_STOP);
+    addManagerClass(ComponentKeys::dread, simple, 3090);
+    addManagerClass(ComponentKeys::nerves, simple, 3100);
     addManagerClass(ComponentKeys::form, simple, 4000, RUN_ON_STOP);
     addManagerClass(ComponentKeys::console, simple, 5000, RUN_ON_STOP);
     addManagerClass(ComponentKeys::scriptedSequence, simple, 6750);

@@ -25,7 +25,10 @@ constexpr float COMES_ON = FULL / 0.12f;    ///< radians a second
 constexpr float ENDING = 0.3f;              ///< part of the battery from which on it is seen to end
 constexpr float TREMBLE = 0.35f;            ///< part of the light at the very end
 constexpr float STEPS_A_SECOND = 60.f;      ///< of the flicker's speed
-const Vec4 BROWN(0.55f, 0.30f, 0.12f, 1.f); ///< what is left of each colour at the very end
+constexpr float DYING = 5.f;                ///< seconds of battery from which on the light sinks to an ember
+const Vec4 BROWN(0.62f, 0.36f, 0.16f, 1.f); ///< what is left of each colour before that
+const Vec4 EMBER(0.16f, 0.05f, 0.01f, 1.f); ///< what is left of each colour at the very end
+const Vec4 WHOLE(1.f, 1.f, 1.f, 1.f);
 
 } // namespace
 
@@ -46,8 +49,7 @@ ActionStatus ActFlashlightOn::update(Seconds frameTime)
         updateTurnOn(*light, frameTime);
     else
         updateTurnOff();
-    const double left = player->getCurrBatteryTimeLeft() / player->getBatteryLifetime();
-    lightFlicker(*light, static_cast<float>(left), frameTime);
+    lightFlicker(*light, *player, frameTime);
     return AS_InProgress;
 }
 
@@ -57,6 +59,7 @@ void ActFlashlightOn::begin(LightComponent &light)
     initialized = true;
     hearInLevel(*this, FlashlightOn, handler);
     originalDiffuse = light.getDiffuseColor();
+    originalSpecular = light.getSpecularColor();
 }
 
 void ActFlashlightOn::reset()
@@ -96,7 +99,7 @@ void ActFlashlightOn::switchLight(LightComponent &light, const PlayerComponent &
 void ActFlashlightOn::updateTurnOn(LightComponent &light, Seconds frameTime)
 {
     fadeVal = std::min(fadeVal + COMES_ON * stepLength(frameTime), FULL);
-    light.setDiffuseColor(originalDiffuse * std::sin(fadeVal));
+    shine(light, WHOLE * std::sin(fadeVal));
 }
 
 /// The next light begins in the dark.
@@ -105,17 +108,27 @@ void ActFlashlightOn::updateTurnOff()
     fadeVal = 0.f;
 }
 
-/// Browns the light and lets it tremble by how near the battery is to its end.
-void ActFlashlightOn::lightFlicker(LightComponent &light, float batteryLeft, Seconds frameTime)
+/// Browns the light and lets it tremble by how near the battery is to its end, and die away in the last seconds.
+void ActFlashlightOn::lightFlicker(LightComponent &light, const PlayerComponent &player, Seconds frameTime)
 {
     flickerRandomizer = std::fmod(flickerRandomizer + flickerSpeed * STEPS_A_SECOND * stepLength(frameTime), 256.f);
-    const float end = std::clamp(1.f - batteryLeft / ENDING, 0.f, 1.f);
-    if (!light.getVisible() || !(end > 0.f))
+    const auto seconds = static_cast<float>(player.getCurrBatteryTimeLeft());
+    const float end = std::clamp(1.f - seconds / (ENDING * static_cast<float>(player.getBatteryLifetime())), 0.f, 1.f);
+    if (!light.getVisible() || player.isCharging() || !(end > 0.f))
         return;
+    const float dying = std::clamp(1.f - seconds / DYING, 0.f, 1.f);
     const float chance = static_cast<float>(engineRand()) * 3.0517578e-5f;
     const float noise = noiseGenerator.generateNoise(Vec4(chance, flickerRandomizer, 0.f, 0.f));
-    const Vec4 tint = Vec4(1.f, 1.f, 1.f, 1.f) + (BROWN - Vec4(1.f, 1.f, 1.f, 1.f)) * (end * end);
-    light.setDiffuseColor(originalDiffuse * tint * (std::sin(fadeVal) * std::max(1.f + TREMBLE * end * noise, 0.f)));
+    const Vec4 brown = WHOLE + (BROWN - WHOLE) * (end * end);
+    const Vec4 tint = brown + (EMBER - brown) * (dying * dying);
+    shine(light, tint * (std::sin(fadeVal) * std::max(1.f + TREMBLE * end * noise, 0.f)));
+}
+
+/// Gives the light a share of each of its colours.
+void ActFlashlightOn::shine(LightComponent &light, const Vec4 &tint) const
+{
+    light.setDiffuseColor(originalDiffuse * tint);
+    light.setSpecularColor(originalSpecular * tint);
 }
 
 void ActFlashlightOn::setFlickerSpeed(float val)

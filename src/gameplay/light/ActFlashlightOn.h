@@ -11,8 +11,8 @@ class PlayerComponent;
 
 /// Switches the light at "flashlight/graphics2" below its entity by the level's player; goes on for ever.
 ///
-/// It comes on over a moment, browns and trembles as the battery ends, and is dark without one. What it is switched by
-/// is heard by the component "sound" of its entity.
+/// It comes on over a moment, browns and trembles as the battery ends, sinks to an ember in its last seconds, and is dark
+/// without one. What it is switched by is heard by the component "sound" of its entity.
 class ActFlashlightOn : public Action
 {
     KV_REFLECTED(ActFlashlightOn)
@@ -40,7 +40,8 @@ private:
     void switchLight(LightComponent &light, const PlayerComponent &player);
     void updateTurnOn(LightComponent &light, Seconds frameTime);
     void updateTurnOff();
-    void lightFlicker(LightComponent &light, float batteryLeft, Seconds frameTime);
+    void lightFlicker(LightComponent &light, const PlayerComponent &player, Seconds frameTime);
+    void shine(LightComponent &light, const Vec4 &tint) const;
 
     Handle<PlayerComponent> hPlayerComp;
     bool initialized = false;
@@ -50,4 +51,5 @@ private:
     float flickerSpeed = 0.07f;
     Vec4 originalDiffuse;
     PerlinNoise noiseGenerator;
+    Vec4 originalSpecular;
 };

@@ -35,6 +35,7 @@ void GraphicsSystem2::createRenderTargets()
         registerRenderTarget(SCS(name), 1, D3DFMT_A16B16G16R16F).ignoreError();
     registerDepthTarget(SCS("GBuffer"), 0, D3DFMT_D24S8).ignoreError();
     createShadowMap();
+    registerRenderTarget(SCS("Unsettled"), 0, D3DFMT_X8R8G8B8).ignoreError();
     if (worldWidth != backBufferWidth || worldHeight != backBufferHeight)
         registerRenderTarget(scaledWorldName(), 0, D3DFMT_X8R8G8B8).ignoreError();
     targets.rememberScreen(*device, backBufferWidth, backBufferHeight);

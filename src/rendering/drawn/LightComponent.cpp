@@ -39,6 +39,7 @@ struct LightNames
     const GraphicsSystem2::ShaderID sphereLight{SCS("lights.fx"), SCS("SphereLight")};
     const GraphicsSystem2::ShaderID spotLight{SCS("lights.fx"), SCS("SpotLight")};
     const GraphicsSystem2::ShaderID spotShadowsLight{SCS("lights.fx"), SCS("SpotShadowsLight")};
+    const GraphicsSystem2::ShaderID spotShadowsLens{SCS("lights.fx"), SCS("SpotShadowsLens")};
 
     const String modelToWorld = SCS("modelToWorld");
     const String spotInnerAngleCos = SCS("spotInnerAngleCos");
@@ -52,6 +53,9 @@ struct LightNames
     const String spotDirection = SCS("spotDirection_ViewSpace");
     const String worldToLightView = SCS("worldToLightView");
     const String lightViewToLightProjection = SCS("lightViewToLightProjection");
+    const String lensTexture = SCS("lens_texture");
+    const String lensRight = SCS("lensRight_ViewSpace");
+    const String lensUp = SCS("lensUp_ViewSpace");
 };
 
 const LightNames &names()
@@ -91,7 +95,30 @@ struct Pose
 
 const Vec4 debugColor(0.4f, 0.4f, 0.2f, 1.0f);
 
+constexpr float STEADY_MARGIN = 0.25f; ///< part of the cone's half angle by which the light may turn off a steady map
+
 } // namespace
+
+/// Turns the light's transform to where a steady shadow map looks, for its scope: cameras are entities, and the map's is
+/// the light's own.
+class LightComponent::TurnedToMap
+{
+public:
+    TurnedToMap(LightComponent &light, TransformComponent &place) : place(place), own(place.getOrientation())
+    {
+        if (!light.steadyShadows)
+            return;
+        light.followLight(place);
+        place.setOrientation(light.shadowTurn);
+    }
+    ~TurnedToMap() { place.setOrientation(own); }
+    TurnedToMap(const TurnedToMap &) = delete;
+    TurnedToMap &operator=(const TurnedToMap &) = delete;
+
+private:
+    TransformComponent &place;
+    Quaternion own;
+};
 
 /// The light seen as the camera of its shadow map.
 struct LightComponent::LightCamera
@@ -101,10 +128,11 @@ struct LightComponent::LightCamera
 
     LightCamera() = default;
     /// Makes the viewer as wide as the light's cone first.
-    LightCamera(const LightComponent &light, TransformComponent &transform, ViewerComponent &viewer)
+    LightCamera(LightComponent &light, TransformComponent &transform, ViewerComponent &viewer)
     {
         typedef TransformComponent T;
-        viewer.setVerticalFieldOfViewAngle(light.spotOuterAngle * 2);
+        const TurnedToMap turned(light, transform);
+        viewer.setVerticalFieldOfViewAngle(light.shadowAngle() * 2);
         worldToView = transform.getCameraMatrix(T::INTO_WORLD_SPACE | T::INVERT | T::OMIT_SCALE);
         viewToProjection = viewer.getProjectionMatrix(1, 1); // square, as the map is
     }
@@ -123,6 +151,22 @@ void LightComponent::onLoadComplete()
         texture = requestTexture(textureName);
     createPartitioningDummy();
     updatePartitioningDummy();
+}
+
+/// Half angle of the shadow map, radians.
+float LightComponent::shadowAngle() const
+{
+    return steadyShadows ? spotOuterAngle * (1.0f + STEADY_MARGIN) : spotOuterAngle;
+}
+
+/// Turns a steady shadow map after the light where the cone would leave it.
+void LightComponent::followLight(const TransformComponent &transform)
+{
+    const Quaternion now = transform.getOrientation();
+    const Vec4 ahead = now.generateRotation().getColumn(2), kept = shadowTurn.generateRotation().getColumn(2);
+    const bool isKnown = shadowTurn != Quaternion(0, 0, 0, 0);
+    if (!isKnown || !(ahead.dot(kept) > std::cos(spotOuterAngle * STEADY_MARGIN)))
+        shadowTurn = now;
 }
 
 void LightComponent::requestMesh()
@@ -194,12 +238,13 @@ GraphicsSystem2::BatchRenderParams LightComponent::batchGetParams()
     const Pose pose(*transform);
     ViewerComponent *viewer = findShadowViewer();
     const LightCamera lightCamera = viewer ? LightCamera(*this, *transform, *viewer) : LightCamera();
-    const bool shadowed = isSpot && viewer;
+    const bool shadowed = isSpot && viewer, hasLens = shadowed && texture.isValid();
+    const GraphicsSystem2::ShaderID &spot = hasLens ? n.spotShadowsLens : shadowed ? n.spotShadowsLight : n.spotLight;
 
     GraphicsSystem2::BatchRenderParams params;
     params.instanceType = MVT_NONE;
     params.mesh = mesh;
-    params.shaders.insert(n.defaultSet, shadowed ? n.spotShadowsLight : isSpot ? n.spotLight : n.sphereLight);
+    params.shaders.insert(n.defaultSet, isSpot ? spot : n.sphereLight);
     const Matrix4 modelToWorld = transform->getTransformationMatrix(TransformComponent::INTO_WORLD_SPACE);
     params.shaderConstants.emplace_back(n.modelToWorld, modelToWorld.transpose());
     params.shaderConstants.emplace_back(n.spotInnerAngleCos, std::cos(spotInnerAngle));
@@ -216,7 +261,18 @@ GraphicsSystem2::BatchRenderParams LightComponent::batchGetParams()
         params.shaderConstants.emplace_back(n.worldToLightView, lightCamera.worldToView.transpose());
         params.shaderConstants.emplace_back(n.lightViewToLightProjection, lightCamera.viewToProjection);
     }
+    if (hasLens)
+        addLens(params, worldToView * pose.right, worldToView * pose.up);
     return params;
+}
+
+/// The lens, and its axes so long that what they measure is 1 at the rim of the cone.
+void LightComponent::addLens(GraphicsSystem2::BatchRenderParams &params, const Vec4 &right, const Vec4 &up) const
+{
+    const float rim = 1.0f / std::max(std::tan(spotOuterAngle), 1e-4f);
+    params.textures.emplace_back(names().lensTexture, texture);
+    params.shaderConstants.emplace_back(names().lensRight, right * rim);
+    params.shaderConstants.emplace_back(names().lensUp, up * rim);
 }
 
 void LightComponent::objectDraw(BatchProxy &batch) {}
@@ -239,6 +295,7 @@ ErrorCode LightComponent::batchPreRender()
         return ErrorCode::BAD_HANDLE;
 
     const LightCamera lightCamera(*this, *transform, *viewer);
+    const TurnedToMap turned(*this, *transform);
     GraphicsSystem2::SceneRenderParams params;
     params.viewer = unchecked_handle_cast<Entity>(getParent());
     params.layer = SceneGraph::WORLD;

@@ -3,6 +3,7 @@
 
 #include "rendering/drawn/GraphicsComponent2.h"
 
+#include "foundation/Quaternion.h"
 #include "foundation/Vector.h"
 
 class MeshAsset;
@@ -14,8 +15,9 @@ class ViewerComponent;
 ///
 /// Drawn in the layer LIGHT as the mesh that bounds its reach, with a technique of "lights.fx" that reads the G-buffer.
 /// Angles are half angles of the cone in radians, distances metres. A spot with castShadows is also a camera: its
-/// entity needs a component "viewer", and the world is drawn from it before the light is. The partitioning grid finds
-/// a light by a volume on a child entity, ".partitioningDummy", which the light keeps as large as its reach.
+/// entity needs a component "viewer", and the world is drawn from it before the light is. Such a spot may throw a
+/// picture, its texture. The partitioning grid finds a light by a volume on a child entity, ".partitioningDummy", which
+/// the light keeps as large as its reach.
 class LightComponent : public GraphicsComponent2
 {
     KV_REFLECTED(LightComponent)
@@ -50,7 +52,9 @@ public:
     float getShadowNear() const;
 
     Handle<TextureAsset> getTexture() const { return texture; }
-    /// Keeps another texture with the light, and its name; no technique reads it.
+    /// Has a spot with castShadows throw a picture, as a lens does: a value of 0.5 lets the light pass as it is.
+    ///
+    /// It fills the cone, its top above. What a place gets of it is left out of `shareAt`.
     void setTexture(Handle<TextureAsset> val);
     String getTextureName() const { return textureName; }
     /// Name of the texture's file; it is requested at once.
@@ -62,6 +66,12 @@ public:
     bool getIsSpot() const { return isSpot; }
     /// Whether the light is a cone; a sphere otherwise.
     void setIsSpot(bool val);
+    bool getSteadyShadows() const { return steadyShadows; }
+    /// Whether the shadow map stays as it is turned while the light turns by little, by default not.
+    ///
+    /// For a light that is carried: edges of shadows then do not crawl over what stands still. The map covers a quarter
+    /// more than the cone and is that much coarser.
+    void setSteadyShadows(bool val) { steadyShadows = val; }
     bool getIsAmbient() const { return isAmbient; }
     /// A mark for scripts: it changes nothing in how the light is drawn.
     void setIsAmbient(bool val) { isAmbient = val; }
@@ -91,7 +101,11 @@ public:
 
 private:
     struct LightCamera;
+    class TurnedToMap;
 
+    float shadowAngle() const;
+    void followLight(const TransformComponent &transform);
+    void addLens(GraphicsSystem2::BatchRenderParams &params, const Vec4 &right, const Vec4 &up) const;
     void requestMesh();
     void createPartitioningDummy();
     void updatePartitioningDummy() const;
@@ -114,4 +128,6 @@ private:
     float lightFalloffBegin = 0.0f; ///< metres
     float lightFalloffEnd = 17.0f;  ///< metres
     bool missingViewerTold = false; ///< reported, and not found since
+    bool steadyShadows = false;
+    Quaternion shadowTurn = Quaternion(0, 0, 0, 0); ///< of a steady shadow map, native space; no turn before the first
 };

@@ -3,6 +3,7 @@
 #include "rendering/device/D3DPerfScopedEvent.h"
 #include "rendering/debug/DebugDrawing.h"
 #include "rendering/drawn/GraphicsComponent2.h"
+#include "rendering/frame/MindPictureSystem.h"
 #include "rendering/frame/RenderParams.h"
 #include "rendering/frame/ViewerComponent.h"
 #include "rendering/drawn/WholeWindow.h"
@@ -18,10 +19,13 @@
 
 #include "foundation/Assertions.h"
 #include "foundation/ProfilerScope.h"
+#include "foundation/precompile.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/Variant.h"
 #include "object/tree/WellKnownPaths.h"
 #include "port/d3d9/d3d9errors.h"
+
+#include <cmath>
 
 namespace
 {
@@ -37,17 +41,22 @@ struct Names
     const String shadowMap = SCS("ShadowMap");
     const String occlusion = SCS("Occlusion");
     const String occlusionMean = SCS("OcclusionMean");
+    const String unsettled = SCS("Unsettled");
+    const String picture = SCS("Picture");
     const String screen = SCS("screen");
     const String defaultSet = SCS("Default");
     const GraphicsSystem2::ShaderID occlusionShader{SCS("test.fx"), SCS("Occlusion")};
     const GraphicsSystem2::ShaderID occlusionMeanShader{SCS("test.fx"), SCS("OcclusionMean")};
     const GraphicsSystem2::ShaderID combineShader{SCS("test.fx"), SCS("CombineTest")};
     const GraphicsSystem2::ShaderID plainCombineShader{SCS("test.fx"), SCS("CombineSteps")};
+    const GraphicsSystem2::ShaderID unsettleShader{SCS("test.fx"), SCS("Unsettle")};
     const String sceneAmbient = SCS("sceneAmbient");
     const String dissolveAmount = SCS("dissolveAmount");
     const String dissolveColor = SCS("dissolveColor");
     const String time = SCS("time");
     const String insanityAmount = SCS("insanityAmount");
+    const String unsettling = SCS("unsettling");
+    const String starts = SCS("starts");
     const String gamma = SCS("gamma");
 };
 
@@ -84,11 +93,12 @@ void GraphicsManager2::doFrame()
         provideDebugDrawing(*level);
     if (!cameraStack.empty())
         graphics.setLastFrameCamera(getCurrentCamera());
+    findUnsettling();
 
     typedef GraphicsManager2 M;
     static constexpr ErrorCode (M::*passes[])() = {&M::generateGBuffer,  &M::drawLights,     &M::findOcclusion,
-                                                   &M::postProcessWorld, &M::drawWorldDebug, &M::showWorld,
-                                                   &M::drawScreen,       &M::drawScreenDebug};
+                                                   &M::postProcessWorld, &M::drawWorldDebug, &M::unsettleWorld,
+                                                   &M::showWorld,        &M::drawScreen,     &M::drawScreenDebug};
     for (const auto pass : passes)
     {
         const ErrorCode result = (this->*pass)();
@@ -307,7 +317,7 @@ ErrorCode GraphicsManager2::postProcessWorld()
     params.bind(names().lBuffer, names().lBuffer);
     params.bind(names().occlusion, names().occlusionMean);
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
-    params.bindTarget(graphics.getWorldTarget());
+    params.bindTarget(getPictureTarget());
     params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());
 
     GraphicsSystem2::BatchRenderParams batch;
@@ -319,7 +329,7 @@ ErrorCode GraphicsManager2::postProcessWorld()
     batch.shaderConstants.emplace_back(names().dissolveAmount, dissolveAmount);
     batch.shaderConstants.emplace_back(names().dissolveColor, dissolveColor);
     batch.shaderConstants.emplace_back(names().time, getMasterTime());
-    batch.shaderConstants.emplace_back(names().insanityAmount, getInsanityAmount());
+    batch.shaderConstants.emplace_back(names().insanityAmount, insanity);
     return getLiveSceneGraph().renderOneObject(params, batch);
 }
 
@@ -332,9 +342,57 @@ ErrorCode GraphicsManager2::drawWorldDebug()
     GraphicsSystem2::SceneRenderParams params;
     params.layer = SceneGraph::WORLD_DEBUG;
     params.viewer = getCurrentCamera();
-    params.bindTarget(getSystemDeref<GraphicsSystem2>().getWorldTarget());
+    params.bindTarget(getPictureTarget());
     params.depthTarget = names().gBuffer;
     return getLiveSceneGraph().render(params);
+}
+
+/// Finds what a failing mind makes of the picture, as far as the player wants to see it.
+void GraphicsManager2::findUnsettling()
+{
+    constexpr float shows = 0.1f; // a sound mind has some way to go before it does, see test.fx
+    const MindPictureSystem &shares = getSystemDeref<MindPictureSystem>();
+    const auto amount = [](float val) { return std::isfinite(val) ? saturate(val) : 0.0f; };
+    insanity = getInsanityAmount();
+    unsettling = amount(insanity) > shows
+                     ? Vec4(shares.getDrain(), shares.getGrain(), shares.getPulse(), shares.getDistortion())
+                     : Vec4();
+    starts = Vec4(shares.getPulse() * amount(heartbeat), shares.getFlashes() * amount(flash), 0, 0);
+}
+
+/// Whether the picture is anything but as it is.
+bool GraphicsManager2::isUnsettled() const
+{
+    return unsettling != Vec4() || starts != Vec4();
+}
+
+/// Where the world's picture is put together: in a target of its own where a failing mind looks at it.
+String GraphicsManager2::getPictureTarget() const
+{
+    return isUnsettled() ? names().unsettled : getSystemDeref<GraphicsSystem2>().getWorldTarget();
+}
+
+/// Brings the picture over as a failing mind sees it; a sound one costs nothing.
+ErrorCode GraphicsManager2::unsettleWorld()
+{
+    if (!isUnsettled() || !hasUsableCamera())
+        return ErrorCode::SUCCESS;
+    static const String passName = SCS("Unsettled mind");
+    const D3DPerfScopedEvent passEvent(passName);
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    GraphicsSystem2::SceneRenderParams params;
+    params.layer = SceneGraph::POST;
+    params.viewer = getCurrentCamera();
+    params.bind(names().picture, names().unsettled);
+    params.bindTarget(graphics.getWorldTarget());
+    GraphicsSystem2::BatchRenderParams batch;
+    batch.mesh = graphics.getFullScreenQuad();
+    batch.shaders.insert(names().defaultSet, names().unsettleShader);
+    batch.shaderConstants.emplace_back(names().time, getMasterTime());
+    batch.shaderConstants.emplace_back(names().insanityAmount, insanity);
+    batch.shaderConstants.emplace_back(names().unsettling, unsettling);
+    batch.shaderConstants.emplace_back(names().starts, starts);
+    return getLiveSceneGraph().renderOneObject(params, batch);
 }
 
 ErrorCode GraphicsManager2::showWorld()

@@ -23,7 +23,8 @@ public:
 
     /// Temporary function for the coordinator to call.
     ///
-    /// Renders the level: G-buffer, lights, combine, debug geometry, screen plane. Nothing while the device is lost.
+    /// Renders the level: G-buffer, lights, combine, debug geometry, what a failing mind makes of it, screen plane.
+    /// Nothing while the device is lost.
     void doFrame() override;
     void onAddToCoordinator() override;
     void onMurder() override;
@@ -54,6 +55,12 @@ public:
     Vec4 getDissolveColor() const { return dissolveColor; }
     /// Colour that the picture dissolves to.
     void setDissolveColor(const Vec4 &val) { dissolveColor = val; }
+    float getHeartbeat() const { return heartbeat; }
+    /// How hard the heart beats at this moment, 0 to 1: the picture's edges close with it.
+    void setHeartbeat(float val) { heartbeat = val; }
+    float getFlash() const { return flash; }
+    /// How far the picture starts at this moment, 0 to 1.
+    void setFlash(float val) { flash = val; }
 
 private:
     ErrorCode depthPrepass();
@@ -62,6 +69,7 @@ private:
     ErrorCode findOcclusion();
     ErrorCode postProcessWorld();
     ErrorCode drawWorldDebug();
+    ErrorCode unsettleWorld();
     ErrorCode showWorld();
     ErrorCode drawScreen();
     ErrorCode drawScreenDebug();
@@ -72,6 +80,9 @@ private:
     ErrorCode drawScreenLayer(int layer);
     float getMasterTime();
     float getInsanityAmount();
+    void findUnsettling();
+    bool isUnsettled() const;
+    String getPictureTarget() const;
     SceneGraph &getLiveSceneGraph();
 
     Handle<SceneGraph> sceneGraph;
@@ -81,4 +92,9 @@ private:
     float sceneAmbient = 0.2f;
     float dissolveAmount = 0.0f;
     Vec4 dissolveColor = Vec4(0, 0, 0, 1);
+    float heartbeat = 0.0f;
+    float flash = 0.0f;
+    float insanity = 0.0f; ///< of this frame
+    Vec4 unsettling;       ///< of this frame: shares of drained colour, grain, closing edges, bent edges
+    Vec4 starts;           ///< of this frame: the heart's beat, the picture's start
 };

@@ -57,17 +57,19 @@ TEST_F(ShippedEffects, WorldEffectOffersWhatDrawnComponentsName)
 
 TEST_F(ShippedEffects, LightEffectOffersWhatLightsSet)
 {
-    expect("lights.fx", {"SpotLight", "SpotShadowsLight", "SphereLight"},
+    expect("lights.fx", {"SpotLight", "SpotShadowsLight", "SpotShadowsLens", "SphereLight"},
            {"modelToWorld", "spotInnerAngleCos", "spotOuterAngleCos", "lightDiffuseColor", "lightSpecularColor",
             "spotFalloff", "lightFalloffBegin", "lightFalloffEnd", "lightPosition_ViewSpace", "spotDirection_ViewSpace",
             "worldToLightView", "lightViewToLightProjection", "GBuffer1_texture", "GBuffer2_texture",
-            "GBuffer3_texture", "ShadowMap_texture"});
+            "GBuffer3_texture", "ShadowMap_texture", "lens_texture"});
 }
 
 TEST_F(ShippedEffects, FrameEffectOffersCombinationDecalsAndDust)
 {
     expect("test.fx",
-           {"Occlusion", "OcclusionMean", "CombineTest", "CombineSteps", "Projective_texture", "PointParticles"},
+           {"Occlusion", "OcclusionMean", "CombineTest", "CombineSteps", "Unsettle", "Projective_texture",
+            "PointParticles"},
            {"sceneAmbient", "dissolveAmount", "dissolveColor", "time", "insanityAmount", "GBuffer1_texture",
-            "GBuffer2_texture", "GBuffer3_texture", "LBuffer_texture", "Occlusion_texture"});
+            "GBuffer2_texture", "GBuffer3_texture", "LBuffer_texture", "Occlusion_texture", "unsettling", "starts",
+            "Picture_texture"});
 }

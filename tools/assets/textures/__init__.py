@@ -6,7 +6,7 @@ metres that one repeat covers; the models lay their texture coordinates out to m
 """
 
 from recipes import recipes_of
-from textures import building, decals, defaults, fire, materials, paper, pictures, screen, stone
+from textures import building, decals, defaults, fire, lenses, materials, paper, pictures, screen, stone
 
 #: Every recipe of the package, by name.
-RECIPES = recipes_of(building, stone, materials, paper, pictures, fire, decals, screen, defaults)
+RECIPES = recipes_of(building, stone, materials, paper, pictures, fire, decals, lenses, screen, defaults)

@@ -30,6 +30,7 @@ from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
 from objects.Switches import *
 from objects.Throwing import Bolts
+from objects.Triggers import Place, Trigger
 from objects.Walker import Walker, WalkerBody
 
 

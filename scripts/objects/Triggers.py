@@ -1,15 +1,16 @@
-"""Patterns of places that notice who enters them, and what the engine has told when something is first met."""
+"""Places that notice the player, and what the engine has told when something is first met."""
 
 from __future__ import annotations
 
+import math
+from typing import Callable
+
 import kaVel
-from objects.GameObjects import Notice, placed
-from objects.Placing import Triple
-from perLevel import PerLevel
+from objects import Tutorials
+from objects.Placing import LevelClock, Triple, addVolume, placed
 
-BATTERY_HINT = 'R   puts a fresh battery in'
-
-_batteryTold: PerLevel[Notice] = PerLevel()
+#: Where a player is noticed, metres above his feet: higher than what rolls and crawls, lower than one who crouches.
+LOW, HIGH = 0.72, 0.86
 
 
 @kaVel.pattern
@@ -18,11 +19,36 @@ def Place(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: Tr
     return placed(parent, name, at=at, scale=size)
 
 
+@kaVel.pattern
+def Trigger(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: tuple[float, float] = (1, 1),
+            enter: Callable[[], object] = lambda: None, once: bool = True,
+            again: Callable[[], object] | None = None):
+    """Calls `enter` when the player comes onto an area of the floor, `size` along x and z around `at`.
+
+    Once, or at each entry. In a level that is loaded again `again` is called for one that he has entered before; without
+    it that entry counts no more, which for `once` means that it stays entered.
+    """
+    trigger = placed(parent, name, at=(at[0], at[1] + (LOW + HIGH) / 2, at[2]))
+    addVolume(trigger, (size[0], HIGH - LOW, size[1])).trigger = True
+    kaVel.addComponent(trigger, 'physics', 'WallPhysics')
+    event = kaVel.addComponent(trigger, 'scriptedSequence', 'EventTriggerVolume')
+    clock, last = LevelClock(trigger), -math.inf
+
+    def touched():
+        nonlocal last
+        now, before = clock.seconds(), last
+        last = now
+        if once:
+            event.eventFunc = None
+        if now <= 0:
+            (again or (lambda: None))()
+        elif once or now - before > 0.25:
+            enter()
+
+    event.eventFunc = touched
+    return trigger
+
+
 def tutorialFourCreate(player: kaVel.AnyObject):
     """Tells how a battery is changed, once a level; the engine calls this with the player at each battery."""
-    level = player.getAncestorOfType(kaVel.Reflection.Coordinator)
-    if level in _batteryTold:
-        return
-    _batteryTold[level] = notice = Notice(level, 'batteryHint')
-    kaVel.finishLoad(level.getChild('batteryHint'))
-    notice.show(BATTERY_HINT)
+    Tutorials.show(player, 'put a fresh battery in', action='battery')

@@ -1,0 +1,70 @@
+"""Nightfall: the guest floor of a closed house on a winter night, its stairs, and two ways out of its hall.
+
+The plan, seen from above; one wakes in `eight`, the lamp lies in `seven`, the drawer with the first key is in `six`.
+
+                     x = 10.4                        20.7
+        +--service--+-------------- hall ------------+   z = 25.1
+        | lift      |                                |
+        | chute     /  (5.5 m high)             stairs
+        +-----------+                            |  ||   z = 17: the balustrade; below it all lies at 0, above at 3
+                    |         landing            v  ||
+                    +---------/---+------/-----------+   z = 14.1
+                    |  two    : p |      bath        |
+                    +---------+ a +------------------+
+                    |  three  : s :      linen       |
+                    +---------+ s +------[hatch]-----+
+                    |  four   : a :      sewing      |
+    +--[w]--[w]--[w]+---------+ge/+------------------+   z = 1.8
+    |   c o r r i d o r                              |
+    +---:-----:--------:-------:---------------------+   z = -0.1
+    | eight | seven  |  six   |   five   |
+    +-------+--------+--------+----------+               z = -4.6
+
+`nightfall/Plan.py` has the numbers, `nightfall/Story.py` what happens, and in which order.
+"""
+
+from __future__ import annotations
+
+import GameConfig
+import kaVel
+import objects.GameObjects as place
+from kaVel import Coordinator, MapRootEntity
+from nightfall import Doors, Furnishing, Lights, Shell, Stairs, Views
+
+_night: Night
+
+
+def build(coordinator: Coordinator):
+    kaVel.configure(coordinator.getManager('graphics2'), sceneAmbient=0.045)
+    coordinator.loadMap('house')
+
+
+def house(map: MapRootEntity):
+    """The map, and everything in it."""
+    global _night
+    _night = Night(map)
+
+
+class Night:
+    """All of one night."""
+
+    def __init__(self, map: MapRootEntity):
+        coordinator = map.getAncestorOfType(kaVel.Reflection.Coordinator)
+        kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(*Shell.MIDDLE, 1),
+                        scale=kaVel.Vec4(*Shell.EXTENT, 0))
+        map.getComponent('mapData').gridCellSize = Shell.CELL
+        place.hear(map)
+        self.map = map
+        self.player = place.Player(coordinator, at=(2.0, 3.0, -2.6), turn=0)
+        place.Hud(coordinator)
+        self.rooms = Shell.build(map)
+        Stairs.build(map, self.rooms['landing'])
+        self.leaves = Doors.build(map)
+        for name, furnish in Furnishing.FURNISH.items():
+            furnish(self.rooms[name])
+        Lights.build(self.rooms)
+
+
+def views():
+    """What a headless run takes pictures of, where it asks for views; any other one is played."""
+    return Views.all(_night.player) if GameConfig.views else ()

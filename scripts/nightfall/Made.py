@@ -1,0 +1,112 @@
+"""Furniture that is built here out of boards, iron and cloth. It stands on its `at`."""
+
+from __future__ import annotations
+
+import kaVel
+import objects.GameObjects as place
+from kaVel import Entity
+from objects.Placing import Triple
+
+
+def _boxes(*boxes: tuple[Triple, Triple]):
+    """A mesh of boxes, each of its least and its greatest corner, with a texture that lies on all of them alike."""
+    mesh = kaVel.MeshBuilder()
+    for low, high in boxes:
+        middle = [(a + b) / 2 for a, b in zip(low, high)]
+        mesh.addBox(kaVel.Vec4(*((b - a) / 2 for a, b in zip(low, high)), 0), at=kaVel.Vec4(*middle, 1))
+    mesh.applyWorldTextureCoordinates(1.2)
+    mesh.generateTangents()
+    return mesh
+
+
+def _part(parent: Entity, name: str, at: Triple, turn: float, surface: str, *boxes: tuple[Triple, Triple]):
+    return place.Built(parent, name, mesh=_boxes(*boxes), at=at, turn=turn, surface=surface)
+
+
+def bed(room: Entity, name: str, at: Triple, turn: float = 0.0):
+    """An iron bed, 1 m by 2 m, its head to the south at a turn of 0."""
+    posts = [((x - 0.02, 0, z - 0.02), (x + 0.02, h, z + 0.02)) for x in (-0.47, 0.47)
+             for z, h in ((-0.98, 1.05), (0.98, 0.75))]
+    rails = [((-0.47, h - 0.02, z - 0.012), (0.47, h + 0.02, z + 0.012))
+             for z, heights in ((-0.98, (0.62, 1.0)), (0.98, (0.5, 0.7))) for h in heights]
+    bars = [((x - 0.008, 0.5, z - 0.008), (x + 0.008, top, z + 0.008)) for x in (-0.28, -0.09, 0.09, 0.28)
+            for z, top in ((-0.98, 1.0), (0.98, 0.7))]
+    sides = [((x - 0.015, 0.27, -0.98), (x + 0.015, 0.33, 0.98)) for x in (-0.46, 0.46)]
+    frame = _part(room, name, at, turn, 'iron', *posts, *rails, *bars, *sides)
+    _part(frame, 'mattress', at, turn, 'cloth', ((-0.45, 0.3, -0.95), (0.45, 0.47, 0.95)),
+          ((-0.47, 0.36, -0.35), (0.47, 0.51, 0.96)))
+    _part(frame, 'pillow', at, turn, 'paper', ((-0.33, 0.47, -0.9), (0.33, 0.58, -0.52)))
+    place.Block(frame, 'block', at=at, size=(1.0, 0.6, 2.0), turn=turn)
+    return frame
+
+
+def washstand(room: Entity, at: Triple, turn: float = 0.0):
+    """A table with a basin and a jug."""
+    stand = _part(room, 'washstand', at, turn, 'wood', ((-0.4, 0.72, -0.24), (0.4, 0.76, 0.24)),
+                  ((-0.4, 0.76, -0.24), (0.4, 0.95, -0.21)), ((-0.36, 0.15, -0.2), (0.36, 0.19, 0.2)),
+                  *(((x - 0.02, 0, z - 0.02), (x + 0.02, 0.72, z + 0.02)) for x in (-0.36, 0.36) for z in (-0.2, 0.2)))
+    place.Plate(stand, 'basin', at=place.around(at, turn, 0.08, 0.76, 0), turn=turn, scale=(1.7, 3, 1.7))
+    place.Jar(stand, 'jug', at=place.around(at, turn, -0.24, 0.76, 0.02), turn=turn)
+    place.Block(stand, 'block', at=at, size=(0.82, 0.95, 0.5), turn=turn)
+    return stand
+
+
+def coatStand(room: Entity, name: str, at: Triple):
+    """A post with hooks, and a long coat on one of them."""
+    post = _part(room, name, at, 0, 'wood', ((-0.025, 0, -0.025), (0.025, 1.75, 0.025)),
+                 ((-0.22, 0, -0.025), (0.22, 0.03, 0.025)), ((-0.025, 0, -0.22), (0.025, 0.03, 0.22)),
+                 ((-0.14, 1.62, -0.012), (0.14, 1.65, 0.012)), ((-0.012, 1.62, -0.14), (0.012, 1.65, 0.14)))
+    _part(post, 'coat', at, 12, 'leather', ((-0.2, 0.5, 0.03), (0.2, 1.5, 0.17)), ((-0.24, 0.95, 0.04), (-0.17, 1.48, 0.15)),
+          ((0.17, 0.95, 0.04), (0.24, 1.48, 0.15)), ((-0.12, 1.5, 0.05), (0.12, 1.6, 0.14)))
+    place.Block(post, 'block', at=at, size=(0.45, 1.7, 0.45))
+    return post
+
+
+def tub(room: Entity, name: str, at: Triple):
+    """A bath, 1.6 m long, along z, half full of black water."""
+    bath = _part(room, name, at, 0, 'ceramic', ((-0.38, 0.12, -0.8), (0.38, 0.18, 0.8)),
+                 ((-0.4, 0.12, -0.82), (-0.33, 0.6, 0.82)), ((0.33, 0.12, -0.82), (0.4, 0.6, 0.82)),
+                 ((-0.4, 0.12, -0.82), (0.4, 0.6, -0.75)), ((-0.4, 0.12, 0.75), (0.4, 0.6, 0.82)),
+                 *(((x - 0.04, 0, z - 0.04), (x + 0.04, 0.12, z + 0.04)) for x in (-0.28, 0.28) for z in (-0.65, 0.65)))
+    _part(bath, 'water', at, 0, 'hollow', ((-0.33, 0.4, -0.75), (0.33, 0.42, 0.75)))
+    place.Block(bath, 'block', at=at, size=(0.82, 0.62, 1.66))
+    return bath
+
+
+def runner(room: Entity, name: str, at: Triple, turn: float = 0.0):
+    """A strip of carpet, 1.05 m by 3.2 m."""
+    return place.Rug(room, name, at=(at[0], at[1] + 0.002, at[2]), turn=turn, scale=(0.46, 1, 1))
+
+
+def balustrade(room: Entity, name: str, start: Triple, end: Triple):
+    """A railing 0.95 m high from one place to another, along a slope if they differ in height; solid."""
+    length = sum((b - a) ** 2 for a, b in ((start[0], end[0]), (start[2], end[2]))) ** 0.5
+    rise = end[1] - start[1]
+    alongX = abs(end[0] - start[0]) > abs(end[2] - start[2])
+    count = max(2, round(length / 0.16))
+    middle = tuple((a + b) / 2 for a, b in zip(start, end))
+    start, end = (tuple(a - m for a, m in zip(corner, middle)) for corner in (start, end))
+    posts: list[tuple[Triple, Triple]] = []
+    rail: list[tuple[Triple, Triple]] = []
+    for number in range(count + 1):
+        share = number / count
+        x, y, z = (a + (b - a) * share for a, b in zip(start, end))
+        thick = 0.045 if number in (0, count) else 0.014
+        posts.append(((x - thick, y, z - thick), (x + thick, y + (1.02 if thick > 0.02 else 0.9), z + thick)))
+    pieces = 1 if not rise else count
+    for number in range(pieces):
+        a, b = number / pieces, (number + 1) / pieces
+        x0, y0, z0 = (p + (q - p) * a for p, q in zip(start, end))
+        x1, y1, z1 = (p + (q - p) * b for p, q in zip(start, end))
+        low, high = min(y0, y1), max(y0, y1)
+        wide = (0, 0.035) if alongX else (0.035, 0)
+        rail.append(((min(x0, x1) - wide[0], low + 0.9, min(z0, z1) - wide[1]),
+                     (max(x0, x1) + wide[0], high + 0.95, max(z0, z1) + wide[1])))
+    fence = _part(room, name, middle, 0, 'wood', *posts, *rail)
+    blocks = 1 if not rise else 8
+    for number in range(blocks):
+        a = (number + 0.5) / blocks
+        x, y, z = (m + p + (q - p) * a for m, p, q in zip(middle, start, end))
+        size = (length / blocks, 1.1, 0.08) if alongX else (0.08, 1.1, length / blocks)
+        place.Block(fence, 'block%d' % number, at=(x, y - 0.1 if rise else y, z), size=size)
+    return fence

@@ -1,0 +1,1 @@
+"""What the level Nightfall is made of."""

@@ -1,0 +1,125 @@
+"""Dying and coming back, and the end of a level.
+
+    safety = Safety(coordinator, player)
+    safety.place(map, 'landing', at=(12, 3, 15), size=(2, 2), turn=90)
+    safety.die('It was the loudest thing in the house.')
+
+Who dies stands again where he was last safe; what he opened and took stays so.
+"""
+
+from __future__ import annotations
+
+from typing import Callable, Sequence
+
+import kaVel
+from objects import Sequences
+from objects.Drawn import Text
+from objects.Placing import Triple, placed, turned
+from objects.Sequences import Until
+from objects.Sounds import sounds
+from objects.Triggers import Trigger
+
+#: Half of the player's height: his transform is in his middle, metres.
+MIDDLE = 0.875
+#: What the picture's fade grows from: it goes by a factor.
+FIRST_OF_FADE = 0.004
+READ = 3.5  # seconds that the cause is shown
+COLOR = (0.80, 0.74, 0.62)
+
+
+class Safety:
+    """Where the player of a level comes back to, and what happens until then."""
+
+    def __init__(self, level: kaVel.Coordinator, player: kaVel.Entity):
+        self.level, self.player = level, player
+        self.body = player.getComponent('physics')
+        self.mind = player.getComponent('player')
+        self.picture = level.getManager('graphics2')
+        self.line = Line(level, 'fate')
+        self.voice = sounds(placed(level, 'deathSound'), 'StingDeath')
+        at = player.getComponent('transform').position
+        self.stand: tuple[Triple, float] = (at.x, at.y - MIDDLE, at.z), 0.0
+        self.deaths = 0
+        self.isOver = False
+        self._returns: list[Callable[[], object]] = []
+        self.mind.deathFunc = self.die
+
+    def place(self, map: kaVel.MapRootEntity, name: str, at: Triple, size: tuple[float, float] = (1.5, 1.5),
+              turn: float = 0.0, stand: Triple | None = None):
+        """An area that the player comes back to once he has been there; he stands on `stand`, or on its middle."""
+        def reach():
+            self.stand = stand or at, turn
+
+        return Trigger(map, name, at=at, size=size, enter=reach, again=reach)
+
+    def onReturn(self, function: Callable[[], object]):
+        """Has a function called each time the player comes back, before he sees anything."""
+        self._returns.append(function)
+
+    def die(self, cause: str = ''):
+        """Lets the player die, with a line that tells why; nothing happens to one who is dead."""
+        if self.isOver:
+            return
+        self.isOver = True
+        self.deaths += 1
+        kaVel.log('The player dies: %s' % (cause or 'nobody knows why'))
+        self.mind.useInput = False
+        self.voice.playSoundEffect('StingDeath')
+        self.picture.dissolveAmount = max(FIRST_OF_FADE, self.picture.dissolveAmount)
+        self.body.dead = True
+        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(cause), READ,
+                       self.line.hide, 1.0, self.comeBack)
+
+    def comeBack(self):
+        """Stands the player where he was last safe."""
+        at, turn = self.stand
+        transform = self.player.getComponent('transform')
+        transform.position = kaVel.Vec4(at[0], at[1] + MIDDLE, at[2], 1)
+        transform.orientation = turned(turn)
+        kaVel.configure(self.body, velocity=kaVel.Vec4(0, 0, 0, 0), dead=False, invincibilityTime=3.0)
+        for function in self._returns:
+            function()
+        self.body.opening = True
+        self.mind.useInput = True
+        self.isOver = False
+
+    def end(self, lines: Sequence[str], again: str, music: str = 'EndMusic'):
+        """Ends the level well: the picture goes, some sentences come one after another, and how to begin again."""
+        if self.isOver:
+            return
+        self.isOver = True
+        self.mind.useInput = False
+        kaVel.log('The level is won: %s' % lines[0])
+        sounds(self.player, music).playSoundEffect(music)
+        kaVel.interpolate(self.picture, 'dissolveAmount', 1.0, 3.0)
+        texts = [Line(self.level, 'ending%d' % number, height=0.60 - 0.07 * number) for number in range(len(lines))]
+        steps: list[Sequences.Step] = [3.5]
+        for text, sentence in zip(texts, lines):
+            steps += [lambda text=text, sentence=sentence: text.show(sentence), 3.5]
+        restart = Line(self.level, 'again', height=0.2)
+        Sequences.play(self.level, *steps, lambda: restart.show(again), self.offerAnother)
+
+    def offerAnother(self):
+        """From now on the key for it begins a new game in this level."""
+        def begin():
+            kaVel.forgetPersistentState()
+            kaVel.getSystem('GameLoopSystem').queueLoadLevel(self.level.levelName)
+
+        kaVel.onKey(self.level, 'restart', begin)
+
+
+class Line:
+    """A line of quiet text over everything, which comes and goes slowly."""
+
+    def __init__(self, level: kaVel.Coordinator, name: str, height: float = 0.5):
+        text = Text(level, name, at=(0.5, height), size=0.022, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
+                    wrapWidth=0.6, align='TA_CENTER', depth=0.2)
+        self.graphics = text.getComponent('graphics2')
+        kaVel.finishLoad(text)
+
+    def show(self, text: str):
+        self.graphics.text = text
+        kaVel.interpolate(self.graphics, 'color', kaVel.Vec4(*COLOR, 1), 1.0)
+
+    def hide(self):
+        kaVel.interpolate(self.graphics, 'color', kaVel.Vec4(*COLOR, 0), 0.8)

@@ -1,0 +1,106 @@
+"""Lines that tell which key does what: each once, and only who has not found it out by himself.
+
+    Tutorials.teach(map, 'walk', action='forward', learnt=hasWalked, after=8)
+"""
+
+from __future__ import annotations
+
+from typing import Callable, NamedTuple
+
+import bindings
+import kaVel
+from objects.Drawn import Text
+from objects.Placing import LevelClock
+from objects.Sequences import levelOf
+from perLevel import PerLevel
+
+COLOR = (0.86, 0.80, 0.66)
+STAYS, FADES = 6.0, 0.8  # seconds; one that is learnt meanwhile goes at once
+
+
+class _Lesson(NamedTuple):
+    line: str
+    isLearnt: Callable[[], object]
+    due: float  # seconds of the level
+    isNeeded: Callable[[], object]
+
+
+class _Board:
+    """The line of a level, low in the middle of the screen, and the lessons that wait for it."""
+
+    def __init__(self, level: kaVel.Coordinator):
+        line = Text(level, 'tutorial', at=(0.5, 0.17), size=0.019, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'))
+        self.graphics = line.getComponent('graphics2')
+        self.clock = LevelClock(line)
+        self.told: set[str] = set()
+        self.lessons: list[_Lesson] = []
+        self.shown: _Lesson | None = None
+        self.until = self.alpha = 0.0
+        kaVel.addComponent(line, 'tutorial', 'ScriptComponent', frameCallback=self.doFrame)
+        kaVel.finishLoad(line)
+
+    def add(self, lesson: _Lesson):
+        if lesson.line not in self.told:
+            self.told.add(lesson.line)
+            self.lessons.append(lesson)
+
+    def doFrame(self):
+        now = self.clock.seconds()
+        if not self.shown:
+            self.choose(now)
+        elif now >= self.until or self.shown.isLearnt():
+            self.until = now
+            self.fade(-1)
+            self.shown = self.shown if self.alpha > 0 else None
+            return
+        self.fade(1 if self.shown else -1)
+
+    def choose(self, now: float):
+        self.lessons = [lesson for lesson in self.lessons if not lesson.isLearnt()]
+        due = next((lesson for lesson in self.lessons if now >= lesson.due and lesson.isNeeded()), None)
+        if not due:
+            return
+        self.lessons.remove(due)
+        self.shown, self.until = due, now + STAYS
+        self.graphics.text = due.line
+
+    def fade(self, direction: int):
+        alpha = min(1.0, max(0.0, self.alpha + direction * self.clock.frameSeconds() / FADES))
+        if alpha != self.alpha:
+            self.alpha = alpha
+            self.graphics.color = kaVel.Vec4(*COLOR, alpha)
+
+
+_boards: PerLevel[_Board] = PerLevel()
+
+
+def teach(anything: kaVel.Object, text: str, action: str = '', learnt: Callable[[], object] = lambda: False,
+          after: float = 8.0, needed: Callable[[], object] = lambda: True):
+    """Has the level of an object show a line in `after` seconds, when it is needed, unless it has been learnt by then.
+
+    It stays for some seconds, or until it is learnt. The same line is shown once a level.
+    """
+    board = _boardOf(levelOf(anything))
+    board.add(_Lesson(_line(text, action), learnt, board.clock.seconds() + after, needed))
+
+
+def show(anything: kaVel.Object, text: str, action: str = ''):
+    """As `teach`, at once."""
+    teach(anything, text, action, after=0.0)
+
+
+def keyOf(action: str) -> str:
+    """What the player presses for an action, as it is told to him; empty for none."""
+    inputs = bindings.ACTIONS.get(action, ())
+    return str(inputs[0]) if inputs else ''
+
+
+def _line(text: str, action: str):
+    key = keyOf(action)
+    return '%s   %s' % (key, text) if key else text
+
+
+def _boardOf(level: kaVel.Coordinator):
+    if level not in _boards:
+        _boards[level] = _Board(level)
+    return _boards[level]

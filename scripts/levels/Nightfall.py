@@ -29,7 +29,10 @@ import GameConfig
 import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
-from nightfall import Doors, Furnishing, Lights, Shell, Stairs, Views
+from nightfall import Doors, Furnishing, Lights, Shell, Sounds, Stairs, Things, Views
+from nightfall.Story import WAKING, Story
+from objects.Music import Music
+from objects.Safety import Safety
 
 _night: Night
 
@@ -45,26 +48,38 @@ def house(map: MapRootEntity):
     _night = Night(map)
 
 
+def views():
+    """What a headless run takes pictures of, where it asks for views; any other one is played."""
+    return Views.all(_night.player, _night.beAwake) if GameConfig.views else ()
+
+
 class Night:
-    """All of one night."""
+    """All of one night: the house, who walks in it, and what happens there."""
 
     def __init__(self, map: MapRootEntity):
-        coordinator = map.getAncestorOfType(kaVel.Reflection.Coordinator)
+        self.map = map
+        self.level = map.getAncestorOfType(kaVel.Reflection.Coordinator)
         kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(*Shell.MIDDLE, 1),
                         scale=kaVel.Vec4(*Shell.EXTENT, 0))
         map.getComponent('mapData').gridCellSize = Shell.CELL
         place.hear(map)
-        self.map = map
-        self.player = place.Player(coordinator, at=(2.0, 3.0, -2.6), turn=0)
-        place.Hud(coordinator)
+        at, turn = WAKING
+        self.player = place.Player(self.level, at=at, turn=turn)
+        place.Hud(self.level)
+        self.notice = place.Notice(self.level)
+        self.music = Music(self.level)
+        self.safety = Safety(self.level, self.player, self.music)
         self.rooms = Shell.build(map)
         Stairs.build(map, self.rooms['landing'])
         self.leaves = Doors.build(map)
         for name, furnish in Furnishing.FURNISH.items():
             furnish(self.rooms[name])
         Lights.build(self.rooms)
+        Sounds.build(map, self.level)
+        Things.build(map)
+        self.story = Story(self)
 
-
-def views():
-    """What a headless run takes pictures of, where it asks for views; any other one is played."""
-    return Views.all(_night.player) if GameConfig.views else ()
+    def beAwake(self):
+        """Has nothing of the waking left, for a picture."""
+        self.level.getManager('graphics2').dissolveAmount = 0.0
+        self.player.getComponent('physics').opening = False

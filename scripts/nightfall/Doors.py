@@ -5,7 +5,7 @@ from __future__ import annotations
 import kaVel
 import objects.GameObjects as place
 from kaVel import Entity, MapRootEntity
-from nightfall.Plan import DOOR_HEIGHT, DOOR_WIDTH, DOORS, ROOMS
+from nightfall.Plan import DOORS, ROOMS
 from objects.Placing import addVolume, placed
 from objects.Sounds import LeafVoice
 

@@ -4,7 +4,6 @@ from __future__ import annotations
 
 from typing import Callable
 
-import kaVel
 import objects.GameObjects as place
 from kaVel import Entity
 from nightfall.Made import bed, coatStand, runner, tub, washstand
@@ -194,8 +193,19 @@ def service(room: Entity):
     place.Pipe(room, 'pipe', at=(10.3, 0, 19.2), turn=WEST, scale=(1, 2.6 / 3.2, 1))
 
 
+def lift(room: Entity):
+    for z in (19.75, 20.65):
+        place.Box(room, 'rail', at=(4.26, 0, z), size=(0.06, 2.4, 0.06), surface='iron')
+
+
+def chute(room: Entity):
+    for x, z, turn in ((7.3, 23.2, 20), (7.9, 23.4, 50), (7.6, 23.6, 5)):
+        place.Box(room, 'coal', at=(x, 0, z), size=(0.28, 0.14, 0.24), turn=turn, surface='bark')
+
+
 FURNISH: dict[str, Callable[[Entity], None]] = {
     'corridor': corridor, 'passage': passage, 'eight': eight, 'seven': seven, 'six': six, 'five': five, 'four': four,
     'three': three, 'two': two, 'sewing': sewing, 'linen': linen, 'bath': bath, 'landing': landing, 'hall': hall,
-    'service': service}
+    'service': service,
+    'lift': lift, 'chute': chute}
 assert FURNISH.keys() == ROOMS.keys()

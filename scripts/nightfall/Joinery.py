@@ -43,7 +43,7 @@ def wainscot(entity: Entity, room: Room, side: Side, start: float, end: float, l
 def openingIn(entity: Entity, room: Room, side: Side, hole: Hole):
     """What lines an opening on one side of its wall."""
     width, low, high = KINDS[hole.kind]
-    if hole.kind in ('door', 'hatch'):
+    if hole.kind in ('door', 'hatch', 'gate'):
         _casing(entity, room, side, hole.where, width, high)
     else:
         _window(entity, room, side, hole.where, width, low, high)

@@ -2,10 +2,9 @@
 
 from __future__ import annotations
 
-import kaVel
 import objects.GameObjects as place
 from kaVel import Entity
-from nightfall.Plan import EAST, NORTH, ROOMS, SOUTH, TOP, UP, WEST
+from nightfall.Plan import EAST, SOUTH, UP, WEST
 from objects.Placing import Triple
 
 SNOW = (0.40, 0.55, 0.85)  # what the snow outside throws back
@@ -45,8 +44,8 @@ def _snow(rooms: dict[str, Entity]):
 
 def _lamps(rooms: dict[str, Entity]):
     bracket(rooms['corridor'], 'cornerLamp', at=(15.999, UP + 1.75, 0.85), turn=WEST, flicker=place.failing(3))
-    bracket(rooms['passage'], 'southLamp', at=(14.301, UP + 1.75, 7.95), turn=EAST, flicker=place.burning(2, depth=0.06))
-    bracket(rooms['passage'], 'northLamp', at=(15.999, UP + 1.75, 13.0), turn=WEST, flicker=place.burning(5, depth=0.06))
+    for name, x, z, turn, seed in (('southLamp', 14.301, 7.95, EAST, 2), ('northLamp', 15.999, 13.0, WEST, 5)):
+        bracket(rooms['passage'], name, at=(x, UP + 1.75, z), turn=turn, flicker=place.burning(seed, depth=0.06))
     place.LitLamp(rooms['landing'], 'tableLamp', at=(16.9, UP + 0.65, 14.55), strength=0.32, reach=4.2)
     place.LitChamberstick(rooms['five'], 'candle', at=(13.95, UP + 0.765, -2.35), turn=30, reach=3.4)
     place.LitLamp(rooms['six'], 'deskLamp', at=(10.55, UP + 0.77, -3.95), strength=0.28, reach=3.6)

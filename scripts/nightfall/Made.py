@@ -2,16 +2,18 @@
 
 from __future__ import annotations
 
+import math
+
 import kaVel
 import objects.GameObjects as place
 from kaVel import Entity
 from objects.Placing import Triple
 
 
-def _boxes(*boxes: tuple[Triple, Triple]):
+def boxes(*corners: tuple[Triple, Triple]):
     """A mesh of boxes, each of its least and its greatest corner, with a texture that lies on all of them alike."""
     mesh = kaVel.MeshBuilder()
-    for low, high in boxes:
+    for low, high in corners:
         middle = [(a + b) / 2 for a, b in zip(low, high)]
         mesh.addBox(kaVel.Vec4(*((b - a) / 2 for a, b in zip(low, high)), 0), at=kaVel.Vec4(*middle, 1))
     mesh.applyWorldTextureCoordinates(1.2)
@@ -19,8 +21,8 @@ def _boxes(*boxes: tuple[Triple, Triple]):
     return mesh
 
 
-def _part(parent: Entity, name: str, at: Triple, turn: float, surface: str, *boxes: tuple[Triple, Triple]):
-    return place.Built(parent, name, mesh=_boxes(*boxes), at=at, turn=turn, surface=surface)
+def _part(parent: Entity, name: str, at: Triple, turn: float, surface: str, *corners: tuple[Triple, Triple]):
+    return place.Built(parent, name, mesh=boxes(*corners), at=at, turn=turn, surface=surface)
 
 
 def bed(room: Entity, name: str, at: Triple, turn: float = 0.0):
@@ -56,8 +58,9 @@ def coatStand(room: Entity, name: str, at: Triple):
     post = _part(room, name, at, 0, 'wood', ((-0.025, 0, -0.025), (0.025, 1.75, 0.025)),
                  ((-0.22, 0, -0.025), (0.22, 0.03, 0.025)), ((-0.025, 0, -0.22), (0.025, 0.03, 0.22)),
                  ((-0.14, 1.62, -0.012), (0.14, 1.65, 0.012)), ((-0.012, 1.62, -0.14), (0.012, 1.65, 0.14)))
-    _part(post, 'coat', at, 12, 'leather', ((-0.2, 0.5, 0.03), (0.2, 1.5, 0.17)), ((-0.24, 0.95, 0.04), (-0.17, 1.48, 0.15)),
-          ((0.17, 0.95, 0.04), (0.24, 1.48, 0.15)), ((-0.12, 1.5, 0.05), (0.12, 1.6, 0.14)))
+    _part(post, 'coat', at, 12, 'leather', ((-0.2, 0.5, 0.03), (0.2, 1.5, 0.17)),
+          ((-0.24, 0.95, 0.04), (-0.17, 1.48, 0.15)), ((0.17, 0.95, 0.04), (0.24, 1.48, 0.15)),
+          ((-0.12, 1.5, 0.05), (0.12, 1.6, 0.14)))
     place.Block(post, 'block', at=at, size=(0.45, 1.7, 0.45))
     return post
 
@@ -78,35 +81,44 @@ def runner(room: Entity, name: str, at: Triple, turn: float = 0.0):
     return place.Rug(room, name, at=(at[0], at[1] + 0.002, at[2]), turn=turn, scale=(0.46, 1, 1))
 
 
+def _between(one: Triple, other: Triple, share: float) -> Triple:
+    """A place on the way from one to another."""
+    (a, b, c), (d, e, f) = one, other
+    return a + (d - a) * share, b + (e - b) * share, c + (f - c) * share
+
+
+def _less(one: Triple, other: Triple) -> Triple:
+    return one[0] - other[0], one[1] - other[1], one[2] - other[2]
+
+
 def balustrade(room: Entity, name: str, start: Triple, end: Triple):
     """A railing 0.95 m high from one place to another, along a slope if they differ in height; solid."""
-    length = sum((b - a) ** 2 for a, b in ((start[0], end[0]), (start[2], end[2]))) ** 0.5
-    rise = end[1] - start[1]
+    middle = _between(start, end, 0.5)
+    start, end = _less(start, middle), _less(end, middle)
+    length, rise = math.hypot(end[0] - start[0], end[2] - start[2]), end[1] - start[1]
     alongX = abs(end[0] - start[0]) > abs(end[2] - start[2])
     count = max(2, round(length / 0.16))
-    middle = tuple((a + b) / 2 for a, b in zip(start, end))
-    start, end = (tuple(a - m for a, m in zip(corner, middle)) for corner in (start, end))
-    posts: list[tuple[Triple, Triple]] = []
-    rail: list[tuple[Triple, Triple]] = []
-    for number in range(count + 1):
-        share = number / count
-        x, y, z = (a + (b - a) * share for a, b in zip(start, end))
-        thick = 0.045 if number in (0, count) else 0.014
-        posts.append(((x - thick, y, z - thick), (x + thick, y + (1.02 if thick > 0.02 else 0.9), z + thick)))
-    pieces = 1 if not rise else count
-    for number in range(pieces):
-        a, b = number / pieces, (number + 1) / pieces
-        x0, y0, z0 = (p + (q - p) * a for p, q in zip(start, end))
-        x1, y1, z1 = (p + (q - p) * b for p, q in zip(start, end))
-        low, high = min(y0, y1), max(y0, y1)
-        wide = (0, 0.035) if alongX else (0.035, 0)
-        rail.append(((min(x0, x1) - wide[0], low + 0.9, min(z0, z1) - wide[1]),
-                     (max(x0, x1) + wide[0], high + 0.95, max(z0, z1) + wide[1])))
-    fence = _part(room, name, middle, 0, 'wood', *posts, *rail)
-    blocks = 1 if not rise else 8
+    parts = [_post(_between(start, end, number / count), number in (0, count)) for number in range(count + 1)]
+    pieces = count if rise else 1
+    parts += [_rail(_between(start, end, number / pieces), _between(start, end, (number + 1) / pieces), alongX)
+              for number in range(pieces)]
+    fence = _part(room, name, middle, 0, 'wood', *parts)
+    blocks = 8 if rise else 1
+    size = (length / blocks, 1.1, 0.08) if alongX else (0.08, 1.1, length / blocks)
     for number in range(blocks):
-        a = (number + 0.5) / blocks
-        x, y, z = (m + p + (q - p) * a for m, p, q in zip(middle, start, end))
-        size = (length / blocks, 1.1, 0.08) if alongX else (0.08, 1.1, length / blocks)
-        place.Block(fence, 'block%d' % number, at=(x, y - 0.1 if rise else y, z), size=size)
+        x, y, z = _between(start, end, (number + 0.5) / blocks)
+        place.Block(fence, 'block%d' % number, size=size,
+                    at=(middle[0] + x, middle[1] + y - (0.1 if rise else 0), middle[2] + z))
     return fence
+
+
+def _post(at: Triple, isLast: bool):
+    """One bar of a railing, or the post at its end."""
+    (x, y, z), thick, high = at, 0.045 if isLast else 0.014, 1.02 if isLast else 0.9
+    return (x - thick, y, z - thick), (x + thick, y + high, z + thick)
+
+
+def _rail(one: Triple, other: Triple, alongX: bool):
+    wide, deep = (0, 0.035) if alongX else (0.035, 0)
+    low, high = [[pick(a, b) for a, b in zip(one, other)] for pick in (min, max)]
+    return (low[0] - wide, low[1] + 0.9, low[2] - deep), (high[0] + wide, high[1] + 0.95, high[2] + deep)

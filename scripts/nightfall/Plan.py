@@ -14,7 +14,7 @@ STOREY = 2.5     # height of its rooms
 TOP = UP + STOREY
 THICK = 0.2      # of walls
 
-DOOR_WIDTH, DOOR_HEIGHT = 0.9, 2.05
+DOOR_WIDTH, DOOR_HEIGHT = 1.0, 2.13  # of openings, which a frame makes narrower by the breadth of a thumb
 
 
 class Room(NamedTuple):
@@ -26,7 +26,7 @@ class Room(NamedTuple):
     north: float
     floor: float = UP
     ceiling: float = TOP
-    kit: Literal['papered', 'plain', 'tiled', 'stone'] = 'papered'
+    kit: Literal['papered', 'plain', 'tiled', 'stone', 'shaft'] = 'papered'
 
     def holds(self, x: float, z: float):
         """Whether a place lies in the room or in its half of a wall."""
@@ -53,17 +53,19 @@ ROOMS = {
     'landing': Room(10.5, 20.6, 14.2, 17),
     'hall': Room(10.5, 20.6, 17, 25, floor=0.0),
     'service': Room(5.8, 10.3, 17.6, 22.2, floor=0.0, ceiling=2.6, kit='stone'),
+    'lift': Room(4.2, 5.6, 19.5, 20.9, floor=0.0, ceiling=2.4, kit='shaft'),
+    'chute': Room(7.0, 8.2, 22.4, 23.8, floor=0.0, ceiling=1.4, kit='shaft'),
 }
 
 #: Openings of each kind: width, and heights of their lower and upper edge above the floor.
 KINDS = {'door': (DOOR_WIDTH, 0.0, DOOR_HEIGHT), 'window': (1.1, 0.85, 2.15), 'hatch': (1.0, 0.0, 1.25),
-         'tall': (1.5, 1.0, 4.6)}
+         'tall': (1.5, 1.0, 4.6), 'gate': (1.2, 0.0, 2.15)}
 
 
 class Hole(NamedTuple):
     """An opening in a wall: its kind, and the x or z of its middle along the wall."""
 
-    kind: Literal['door', 'window', 'hatch', 'tall']
+    kind: Literal['door', 'window', 'hatch', 'tall', 'gate']
     where: float
 
 
@@ -122,12 +124,19 @@ WALLS = (
     Wall('x', 10.5, 20.6, 16.9, '', 'hall', (), 0.0, UP),
     # the service passage
     Wall('x', 5.6, 10.3, 17.5, '', 'service', (), 0.0, 2.6),
-    Wall('x', 5.6, 10.3, 22.3, 'service', '', (), 0.0, 2.6),
-    Wall('z', 17.4, 22.4, 5.7, '', 'service', (), 0.0, 2.6),
+    Wall('x', 5.6, 10.3, 22.3, 'service', 'chute', (Hole('hatch', 7.6),), 0.0, 2.6),
+    Wall('z', 17.4, 22.4, 5.7, 'lift', 'service', (Hole('gate', 20.2),), 0.0, 2.6),
+    # the lift's cage and the mouth of the chute
+    Wall('x', 4.0, 5.6, 19.4, '', 'lift', (), 0.0, 2.6),
+    Wall('x', 4.0, 5.6, 21.0, 'lift', '', (), 0.0, 2.6),
+    Wall('z', 19.3, 21.1, 4.1, '', 'lift', (), 0.0, 2.6),
+    Wall('z', 22.4, 24.0, 6.9, '', 'chute', (), 0.0, 1.6),
+    Wall('z', 22.4, 24.0, 8.3, 'chute', '', (), 0.0, 1.6),
+    Wall('x', 6.8, 8.4, 23.9, 'chute', '', (), 0.0, 1.6),
 )
 
 #: The stairs: x of their middle, z of their head and foot, width.
-STAIRS_X, STAIRS_HEAD, STAIRS_FOOT, STAIRS_WIDTH = 19.9, 17.0, 21.8, 1.3
+STAIRS_X, STAIRS_HEAD, STAIRS_FOOT, STAIRS_WIDTH = 19.9, 17.0, 21.5, 1.3
 
 #: Doors by name: x and z of the middle, the way they face, and the rooms they join.
 DOORS = {

@@ -24,6 +24,7 @@ KITS = {
     'plain': ('boards', 'plaster', 'plaster'),
     'tiled': ('tiles', 'tiles', 'plaster'),
     'stone': ('flagstones', 'brick', 'plaster'),
+    'shaft': ('rust', 'rust', 'rust'),
 }
 #: Rooms with panels, and rooms without a floor or a ceiling of their own.
 PANELLED = ('corridor', 'passage', 'landing')
@@ -77,7 +78,7 @@ def _panel(entity: Entity, room: Room, side: Side, piece: Piece, surface: str):
 def _blocks(map: MapRootEntity):
     """What walkers and bodies meet. Windows are closed to them; outer walls reach a metre out."""
     for number, wall in enumerate(WALLS):
-        doors = tuple(hole for hole in wall.holes if hole.kind in ('door', 'hatch'))
+        doors = tuple(hole for hole in wall.holes if hole.kind in ('door', 'hatch', 'gate'))
         for piece in pieces(wall._replace(holes=doors)):
             _block(map, 'wall%d' % number, wall, piece)
     place.Block(map, 'guestFloor', at=(10.25, UP - 1.0, 5.7), size=(23.5, 1.0, 22.6))

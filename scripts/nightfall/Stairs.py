@@ -4,7 +4,6 @@ from __future__ import annotations
 
 import math
 
-import kaVel
 import objects.GameObjects as place
 from kaVel import Entity, MapRootEntity
 from nightfall.Made import balustrade

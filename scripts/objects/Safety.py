@@ -1,6 +1,6 @@
 """Dying and coming back, and the end of a level.
 
-    safety = Safety(coordinator, player)
+    safety = Safety(coordinator, player, Music(coordinator))
     safety.place(map, 'landing', at=(12, 3, 15), size=(2, 2), turn=90)
     safety.die('It was the loudest thing in the house.')
 
@@ -14,9 +14,9 @@ from typing import Callable, Sequence
 import kaVel
 from objects import Sequences
 from objects.Drawn import Text
-from objects.Placing import Triple, placed, turned
+from objects.Music import Music
+from objects.Placing import Triple, turned
 from objects.Sequences import Until
-from objects.Sounds import sounds
 from objects.Triggers import Trigger
 
 #: Half of the player's height: his transform is in his middle, metres.
@@ -30,13 +30,12 @@ COLOR = (0.80, 0.74, 0.62)
 class Safety:
     """Where the player of a level comes back to, and what happens until then."""
 
-    def __init__(self, level: kaVel.Coordinator, player: kaVel.Entity):
-        self.level, self.player = level, player
+    def __init__(self, level: kaVel.Coordinator, player: kaVel.Entity, music: Music):
+        self.level, self.player, self.music = level, player, music
         self.body = player.getComponent('physics')
         self.mind = player.getComponent('player')
         self.picture = level.getManager('graphics2')
         self.line = Line(level, 'fate')
-        self.voice = sounds(placed(level, 'deathSound'), 'StingDeath')
         at = player.getComponent('transform').position
         self.stand: tuple[Triple, float] = (at.x, at.y - MIDDLE, at.z), 0.0
         self.deaths = 0
@@ -64,11 +63,12 @@ class Safety:
         self.deaths += 1
         kaVel.log('The player dies: %s' % (cause or 'nobody knows why'))
         self.mind.useInput = False
-        self.voice.playSoundEffect('StingDeath')
+        self.music.play('')
+        self.music.sting('StingDeath')
         self.picture.dissolveAmount = max(FIRST_OF_FADE, self.picture.dissolveAmount)
         self.body.dead = True
-        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(cause), READ,
-                       self.line.hide, 1.0, self.comeBack)
+        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(cause),
+                       READ, self.line.hide, 1.0, self.comeBack)
 
     def comeBack(self):
         """Stands the player where he was last safe."""
@@ -83,14 +83,14 @@ class Safety:
         self.mind.useInput = True
         self.isOver = False
 
-    def end(self, lines: Sequence[str], again: str, music: str = 'EndMusic'):
+    def end(self, lines: Sequence[str], again: str):
         """Ends the level well: the picture goes, some sentences come one after another, and how to begin again."""
         if self.isOver:
             return
         self.isOver = True
         self.mind.useInput = False
         kaVel.log('The level is won: %s' % lines[0])
-        sounds(self.player, music).playSoundEffect(music)
+        self.music.play('EndMusic')
         kaVel.interpolate(self.picture, 'dissolveAmount', 1.0, 3.0)
         texts = [Line(self.level, 'ending%d' % number, height=0.60 - 0.07 * number) for number in range(len(lines))]
         steps: list[Sequences.Step] = [3.5]

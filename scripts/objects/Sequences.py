@@ -6,7 +6,7 @@
 from __future__ import annotations
 
 import math
-from typing import Callable, NamedTuple, Union
+from typing import Any, Callable, NamedTuple, Union
 
 import kaVel
 from objects.Placing import LevelClock, onFrame, placed
@@ -89,5 +89,6 @@ def play(anything: kaVel.Object, *steps: Step) -> Sequence:
 
 def levelOf(anything: kaVel.Object) -> kaVel.Coordinator:
     """The level that an object stands in, or that it is."""
+    above: Any = anything
     isLevel = anything._getType().isSubclassOf(kaVel.Reflection.Coordinator)
-    return anything if isLevel else anything.getAncestorOfType(kaVel.Reflection.Coordinator)
+    return above if isLevel else above.getAncestorOfType(kaVel.Reflection.Coordinator)

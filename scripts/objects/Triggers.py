@@ -25,8 +25,8 @@ def Trigger(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: 
             again: Callable[[], object] | None = None):
     """Calls `enter` when the player comes onto an area of the floor, `size` along x and z around `at`.
 
-    Once, or at each entry. In a level that is loaded again `again` is called for one that he has entered before; without
-    it that entry counts no more, which for `once` means that it stays entered.
+    Once, or at each entry. In a level that is loaded again `again` is called for one that he has entered before, if
+    there is such a function; `once` that stays entered.
     """
     trigger = placed(parent, name, at=(at[0], at[1] + (LOW + HIGH) / 2, at[2]))
     addVolume(trigger, (size[0], HIGH - LOW, size[1])).trigger = True

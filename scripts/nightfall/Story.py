@@ -1,0 +1,171 @@
+"""What happens in the night, in its order: waking, the lamp, two locked doors, who passes, the stairs, the way out."""
+
+from __future__ import annotations
+
+import math
+from typing import TYPE_CHECKING, Callable
+
+import kaVel
+import objects.GameObjects as place
+from nightfall import Words
+from nightfall.Exits import Chute, Lift
+from nightfall.Plan import DOORS, UP, roomAt
+from nightfall.Sounds import CLOCK, PIPES
+from objects import Sequences, Tutorials
+from objects.Placing import Triple, placed
+from objects.Sequences import Until
+
+if TYPE_CHECKING:
+    from levels.Nightfall import Night
+
+WAKING: tuple[Triple, float] = (1.75, UP, -3.2), 20.0
+
+
+class Story:
+    """The scripted moments of one night."""
+
+    def __init__(self, night: Night):
+        self.night, self.map, self.level = night, night.map, night.level
+        self.player, self.mind = night.player, night.player.getComponent('player')
+        self.leaves, self.safety = night.leaves, night.safety
+        self.music = night.music
+        self.voice = place.sounds(placed(self.map, 'storyVoice', at=CLOCK), 'ClockWarn', 'ClockStrike')
+        self.pipes = place.sounds(placed(self.map, 'storyPipes', at=PIPES[0]), 'PipeGroan')
+        self.chased = False
+        self.safePlaces()
+        self.waking()
+        self.lessons()
+        self.lamp()
+        self.linen()
+        self.landing()
+        self.ways()
+
+    def feet(self) -> Triple:
+        at = self.player.getComponent('transform').position
+        return at.x, at.y - 0.875, at.z
+
+    def room(self):
+        x, _, z = self.feet()
+        return roomAt(x, z)
+
+    def isOpen(self, door: str):
+        leaf = self.leaves[door].getComponent('physics')
+        return leaf.open or abs(leaf.prevAngle) > 0.02
+
+    # Places that one comes back to
+
+    def safePlaces(self):
+        for name, at, size, turn in (
+                ('safeCorridor', (3.0, UP, 0.8), (1.4, 1.4), 90.0), ('safeSeven', (5.4, UP, -0.9), (1.4, 1.2), 180.0),
+                ('safeSix', (9.2, UP, -0.9), (1.4, 1.2), 180.0), ('safePassage', (15.15, UP, 2.6), (1.6, 1.2), 0.0),
+                ('safeSewing', (16.9, UP, 3.4), (1.2, 1.6), 90.0), ('safeLinen', (19.6, UP, 8.6), (1.4, 1.4), -90.0),
+                ('safeLanding', (15.15, UP, 14.9), (1.6, 1.4), 60.0),
+                ('safeService', (9.6, 0.0, 20.4), (1.2, 1.6), -90.0)):
+            self.safety.place(self.map, name, at=at, size=size, turn=turn)
+
+    # The beginning
+
+    def waking(self):
+        picture, body = self.level.getManager('graphics2'), self.player.getComponent('physics')
+        picture.dissolveAmount = 1.0
+        Sequences.play(self.level, 1.2, lambda: kaVel.configure(body, opening=True))
+
+    def lessons(self):
+        mind = self.mind
+        start, turned = self.feet(), self.player.getComponent('transform').orientation
+
+        def hasLooked():
+            now = self.player.getComponent('transform').orientation
+            return abs(now.r * turned.r + now.i * turned.i + now.j * turned.j + now.k * turned.k) < 0.995
+
+        self.teach(Words.LOOK, hasLooked)
+        self.teach(Words.WALK, lambda: math.dist(self.feet(), start) > 0.6, after=9)
+        self.teach(Words.USE, lambda: mind.getHasFlashlight() or self.isOpen('doorSeven'), after=25,
+                   needed=lambda: mind.interactor)
+        self.teach(Words.BATTERY, mind.isCharging, after=20,
+                   needed=lambda: mind.getHasFlashlight() and mind.batteries and mind.currBatteryTimeLeft < 20)
+        place.Trigger(self.map, 'lessonCrouch', at=(19.6, UP, 6.6), size=(1.4, 1.6), enter=lambda: self.teach(
+            Words.CROUCH, lambda: mind.isCrouched() or self.room() == 'linen', after=6))
+        place.Trigger(self.map, 'lessonLean', at=(15.15, UP, 11.2), size=(1.7, 1.0), enter=lambda: self.teach(
+            Words.LEAN, lambda: not self.isNear('landingDoor', 6), after=8))
+
+    def teach(self, words: tuple[str, str], learnt: Callable[[], object], after: float = 8.0,
+              needed: Callable[[], object] = lambda: True):
+        Tutorials.teach(self.level, words[1], words[0], learnt, after, needed)
+
+    def isNear(self, door: str, metres: float):
+        x, _, z = self.feet()
+        return math.hypot(x - DOORS[door][0], z - DOORS[door][1]) < metres
+
+    def lamp(self):
+        """Its light lies on the carpet before the door, until it is taken."""
+        gap = place.SphereLight(self.night.rooms['corridor'], 'lightUnderDoor', at=(5.4, UP + 0.07, 0.10), strength=0.9,
+                                reach=0.8, color=place.LAMPLIGHT)
+        glow = gap.getComponent('graphics2')
+
+        def taken():
+            glow.diffuseColor = glow.specularColor = kaVel.Vec4(0, 0, 0, 0)
+            self.music.sting('StingDiscovery')
+            self.teach(Words.LIGHT, lambda: not self.mind.isFlashlightOn(), after=14)
+
+        Sequences.play(self.level, Until(lambda: self.mind.getHasFlashlight()), taken)
+
+    # The second key, and who passes
+
+    def linen(self):
+        door = self.leaves['linenDoor'].getComponent('physics')
+        latch = place.sounds(self.leaves['linenDoor'], 'DoorLatch')
+
+        def drawBolt():
+            door.locked = False
+            kaVel.persist(door, 'setLocked', False)
+            latch.playSoundEffect('DoorLatch')
+            self.night.notice.show(Words.BOLT)
+
+        place.Trigger(self.map, 'linenBolt', at=(16.75, UP, 9.6), size=(0.8, 1.2), enter=drawBolt,
+                      again=lambda: kaVel.configure(door, locked=False))
+
+    # The landing, the stairs and the chase
+
+    def landing(self):
+        place.Trigger(self.map, 'onLanding', at=(15.15, UP, 15.0), size=(2.0, 1.2), enter=self.strike)
+        place.Trigger(self.map, 'onStairs', at=(19.9, 1.75, 18.7), size=(1.3, 0.8), enter=self.chase)
+        place.Trigger(self.map, 'throughServiceDoor', at=(9.7, 0.0, 20.4), size=(1.0, 2.0), enter=self.reached)
+
+    def strike(self):
+        stroke = lambda: self.voice.playSoundEffect('ClockStrike')  # noqa: E731
+        Sequences.play(self.level, 2.0, lambda: self.voice.playSoundEffect('ClockWarn'), 2.2, stroke, 2.4, stroke, 2.4,
+                       stroke)
+
+    def chase(self):
+        """It has heard the stairs; what it comes out of is behind the player."""
+        self.chased = True
+        bath = self.leaves['bathDoor'].getComponent('physics')
+        Sequences.play(self.level, lambda: self.pipes.playSoundEffect('PipeGroan'), 0.7,
+                       lambda: kaVel.configure(bath, locked=False, open=True), lambda: self.music.play('Chase'),
+                       Until(lambda: self.room() == 'service' and not self.isOpen('serviceDoor'), atMost=90),
+                       self.quiet)
+        self.teach(Words.RUN, self.mind.isSprinting, after=0.8)
+
+    def reached(self):
+        self.teach(Words.SHUT, lambda: not self.isOpen('serviceDoor'), after=2.0,
+                   needed=lambda: self.room() == 'service')
+
+    def quiet(self):
+        """After it nothing happens for a while but the house."""
+        self.music.play('')
+        self.music.sting('StingNearMiss')
+
+    # The two ways out
+
+    def ways(self):
+        self.lift = Lift(self.map, self.night.rooms, lambda: self.win(Words.BY_LIFT),
+                         lambda: self.night.notice.show(Words.LIFT_COMES))
+        self.chute = Chute(self.map, lambda: self.win(Words.BY_CHUTE),
+                           lambda: self.night.notice.show(Words.CHUTE_STUCK))
+
+    def win(self, lines: tuple[str, str, str]):
+        self.music.play('')
+        if lines is Words.BY_CHUTE:
+            self.mind.setFlashlightOn(False)
+        self.safety.end(lines, Words.AGAIN % Tutorials.keyOf('restart'))

@@ -1,0 +1,25 @@
+"""What one takes, reads and opens: the lamp, its batteries, keys, notes."""
+
+from __future__ import annotations
+
+import objects.GameObjects as place
+from kaVel import MapRootEntity
+from nightfall import Words
+from nightfall.Plan import UP
+
+#: Note -> its place, turn, and what it says.
+NOTES = {
+    'porterNote': ((4.55, UP + 0.66, -1.55), 20, Words.PORTER),
+    'lodgerNote': ((11.7, UP + 0.66, 5.2), -30, Words.LODGER),
+    'housekeeperNote': ((15.66, UP + 0.66, 12.0), 100, Words.HOUSEKEEPER),
+    'seamstressNote': ((17.0, UP + 0.66, 2.3), 40, Words.SEAMSTRESS),
+    'plumberNote': ((16.7, UP + 0.66, 14.6), 10, Words.PLUMBER),
+    'carrierNote': ((8.9, 0.84, 17.95), 10, Words.CARRIER),
+}
+
+
+def build(map: MapRootEntity):
+    place.Flashlight(map, 'lamp', at=(5.7, UP + 0.03, -2.2), turn=205)
+    for number, at in enumerate(((14.4, UP + 0.785, -2.3), (11.8, UP + 0.67, 5.3), (17.5, UP + 0.86, 8.1),
+                                 (17.05, UP + 0.67, 14.4))):
+        place.SpareBattery(map, 'battery%d' % number, at=at, turn=35 * number)

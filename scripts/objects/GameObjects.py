@@ -15,16 +15,19 @@ from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
 from objects.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
-from objects.Doors import IronDoor, SlidingDoor
+from objects.Doors import DoorFrame, HingedDoor, IronDoor, SlidingDoor
 from objects.Drawn import *
 from objects.Furniture import *
+from objects.Keys import Key
 from objects.Lights import *
 from objects.MapShell import Ceiling, Floor
 from objects.Models import *
 from objects.Nerves import dreaded, nervesOf, shakeLight
+from objects.Notes import Note
 from objects.Notice import Notice
 from objects.Placing import *
 from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
+from objects.Pockets import pocketsOf
 from objects.Pointing import Pointer
 from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds

@@ -5,30 +5,34 @@ from objects.Drawn import Text
 from objects.Placing import LevelClock
 
 COLOR = (0.86, 0.80, 0.66)
+SHADE = (0.03, 0.025, 0.02)  # behind the letters, for a line that lies on something light
 STAYS, FADES = 3.0, 1.5  # seconds
 
 
 class Notice:
-    """The line of one level, in the middle of the screen's upper part."""
+    """The line of one level, in the middle of the screen's upper part; it stays for some seconds."""
 
-    def __init__(self, coordinator: kaVel.Coordinator, name: str = 'notice'):
-        line = Text(coordinator, name, at=(0.5, 0.80), size=0.021, color=(*COLOR, 0),
-                    anchor=('H_CENTER', 'V_CENTER'))
-        self.graphics = line.getComponent('graphics2')
+    def __init__(self, coordinator: kaVel.Coordinator, name: str = 'notice', stays: float = STAYS):
+        line, shade = (Text(coordinator, name + end, at=(0.5 + off, 0.80 - 1.8 * off), size=0.021, color=(*color, 0),
+                            anchor=('H_CENTER', 'V_CENTER'), depth=depth)
+                       for end, off, color, depth in (('', 0.0, COLOR, 0.5), ('Shade', 0.0009, SHADE, 0.6)))
+        self.graphics, self.shade = line.getComponent('graphics2'), shade.getComponent('graphics2')
         self.clock = LevelClock(line)
+        self.stays = stays
         self.since = None
         kaVel.addComponent(line, 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
     def show(self, text: str):
         """Shows a text in place of the last one; it fades by itself."""
-        self.graphics.text = text
+        self.graphics.text = self.shade.text = text
         self.since = self.clock.seconds()
 
     def doFrame(self):
         if self.since is None:
             return
         past = self.clock.seconds() - self.since
-        alpha = min(1.0, max(0.0, 1.0 - (past - STAYS) / FADES))
+        alpha = min(1.0, max(0.0, 1.0 - (past - self.stays) / FADES))
         self.graphics.color = kaVel.Vec4(*COLOR, alpha)
-        if past > STAYS + FADES:
+        self.shade.color = kaVel.Vec4(*SHADE, 0.8 * alpha)
+        if past > self.stays + FADES:
             self.since = None

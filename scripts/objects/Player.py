@@ -13,8 +13,11 @@ import math
 import kaVel
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
+from objects.Hands import hands
+from objects.Marks import marked
 from objects.Nerves import nerves
 from objects.Placing import Triple, addVolume, cube, placed, turned
+from objects.Pockets import pockets
 from objects.Sounds import sounds
 
 SIZE = (0.5, 1.75, 0.5)  # metres
@@ -55,6 +58,8 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
                        stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT)
     kaVel.addComponent(player, 'behaviors', 'BTComponent', behaviors=['PlayerTree'], defaultBehavior='PlayerTree')
     nerves(player)
+    pockets(player)
+    hands(player)
     return player
 
 
@@ -112,6 +117,7 @@ def Flashlight(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 
     kaVel.addComponent(torch, 'behaviors', 'BTComponent', behaviors=['Flashlight'], defaultBehavior='Flashlight')
     kaVel.addComponent(torch, 'hand', 'FlashlightHand')
     volume.setInteractFunc(lambda player: player.pickupFlashlight(body))
+    marked(torch, 'take')
     return torch
 
 
@@ -143,4 +149,5 @@ def SpareBattery(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0
         battery.murder()
 
     volume.setInteractFunc(take)
+    marked(battery, 'take')
     return battery

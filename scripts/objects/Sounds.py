@@ -162,6 +162,11 @@ class LeafVoice:
         self.impact = 0.0  # speed that a stop is heard by: that of the frames before it, in which a leaf eases
         onFrame(leaf, self.doFrame)
 
+    def soften(self, volume: float):
+        """How loud the leaf is from now on, of what it is as a rule: for a leaf that a hand leads."""
+        for event in self.events:
+            self.component.setEventVolume(event, volume)
+
     def faceTheEars(self):
         x, _, z = around((0, 0, 0), self.turn, 0, 0, 1)
         ears = self.ears.globalListener.position

@@ -38,15 +38,39 @@ def doorFrame():
     return mesh.scaled_uv(WOOD)
 
 
+ROOM_DOOR_WIDTH, ROOM_DOOR_HEIGHT = 0.92, 2.10  # of a leaf that fills an opening of 0.9 to 1 m
+
+
 def door():
     """Four-panel door leaf; the origin is at the hinge, the leaf lies along +x."""
+    return _panelled_leaf(DOOR_WIDTH - 0.05, DOOR_HEIGHT - 0.035, 0.008).scaled_uv(WOOD)
+
+
+def doorHandle():
+    """Knobs and plates of `door`, at the same origin."""
+    return _knobs(DOOR_WIDTH - 0.05 - 0.062, 1.0).scaled_uv(BRASS)
+
+
+def roomDoor():
+    """Four-panel door leaf around its middle, for doors that swing."""
+    leaf = _panelled_leaf(ROOM_DOOR_WIDTH, ROOM_DOOR_HEIGHT, 0.0)
+    return leaf.moved((-ROOM_DOOR_WIDTH / 2, -ROOM_DOOR_HEIGHT / 2, 0.0)).scaled_uv(WOOD)
+
+
+def roomDoorHandle():
+    """Knobs and plates of `roomDoor`, at the same origin."""
+    return _knobs(ROOM_DOOR_WIDTH / 2 - 0.062, 1.0 - ROOM_DOOR_HEIGHT / 2).scaled_uv(BRASS)
+
+
+def _panelled_leaf(width, height, foot):
+    """A leaf of four panels from x = 0 on, `foot` metres above the ground."""
     mesh = Mesh()
-    width, height, thick = DOOR_WIDTH - 0.05, DOOR_HEIGHT - 0.035, 0.022
+    thick = 0.022
     stile = 0.12
     middle = width / 2
     for x0, x1 in ((0.0, stile), (middle - stile / 2, middle + stile / 2), (width - stile, width)):
-        mesh.box((x0, 0.008, -thick), (x1, height, thick), 0.004, "y")
-    for y0, y1 in ((0.008, 0.22), (0.86, 1.02), (height - 0.13, height)):
+        mesh.box((x0, foot, -thick), (x1, height, thick), 0.004, "y")
+    for y0, y1 in ((foot, 0.22), (0.86, 1.02), (height - 0.13, height)):
         for x0, x1 in ((stile, middle - stile / 2), (middle + stile / 2, width - stile)):
             mesh.box((x0, y0, -thick), (x1, y1, thick), 0.004)
     for y0, y1 in ((0.22, 0.86), (1.02, height - 0.13)):
@@ -55,13 +79,12 @@ def door():
             back = Mesh()
             raised_panel(back, -x1, -x0, y0, y1, 0.004, 0.012, 0.05)
             mesh.joined(back.turned(turn_y, math.pi))
-    return mesh.scaled_uv(WOOD)
+    return mesh
 
 
-def doorHandle():
-    """Knobs and plates of `door`, at the same origin."""
+def _knobs(x, y):
+    """A knob on a plate at a place of a leaf's plane, on both sides of it."""
     mesh = Mesh()
-    x, y = DOOR_WIDTH - 0.05 - 0.062, 1.0
     for side in (1.0, -1.0):
         plate = Mesh()
         plate.box((-0.027, -0.11, 0.0), (0.027, 0.11, 0.004), 0.002, "y")
@@ -83,7 +106,7 @@ def doorHandle():
         if side < 0:
             plate.turned(turn_y, math.pi)
         mesh.joined(plate.moved((x, y, side * 0.022)))
-    return mesh.scaled_uv(BRASS)
+    return mesh
 
 
 def windowFrame():

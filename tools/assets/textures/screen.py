@@ -149,11 +149,129 @@ def reticle(n=64):
 
 
 def reticleObject(n=64):
-    """The point over what can be used: it opens into a ring."""
-    ring = from_function(n, lambda u, v: abs(math.hypot(u - 0.5, v - 0.5) - 0.30))
-    bright = Field(n, [max(a, b) for a, b in zip(ring.smoothstep(0.065, 0.030).v, _spot(n, 0.055, 0.03).v)])
-    rim = Field(n, [max(a, b) for a, b in zip(ring.smoothstep(0.115, 0.060).v, _spot(n, 0.085, 0.05).v)])
-    return _image(Picture.flat(n, (0.02, 0.018, 0.015)).blend((0.95, 0.82, 0.52), bright), rim * 0.9, "A8R8G8B8")
+    """The point over what stands within reach: a little larger. What can be done with it, the marks beside it tell."""
+    colour = Picture.flat(n, (0.02, 0.018, 0.015)).blend((0.90, 0.82, 0.64), _spot(n, 0.075, 0.03))
+    return _image(colour, _spot(n, 0.105, 0.05) * 0.75, "A8R8G8B8")
+
+
+def _mark(n, distance, cut=None):
+    """A sign around the point: pale, with a dark rim, so that it is seen before a lamp as well as in the dark.
+
+    `distance` tells how far outside of the sign a place lies, `cut` how far outside of what is dark within it; shares
+    of the picture's width, negative inside.
+    """
+    body = from_function(n, distance)
+    bright = body.smoothstep(0.012, -0.012)
+    if cut:
+        bright = bright * from_function(n, cut).smoothstep(-0.012, 0.012)
+    colour = Picture.flat(n, (0.02, 0.018, 0.015)).blend((0.86, 0.80, 0.66), bright)
+    shadow = body.smoothstep(0.075, 0.0) * 0.55
+    alpha = Field(n, [max(a * 0.92, b) for a, b in zip(bright.v, shadow.v)])
+    return _image(colour, alpha, "A8R8G8B8")
+
+
+def _round(x, y, cx, cy, radius):
+    return math.hypot(x - cx, y - cy) - radius
+
+
+def _rod(x, y, x0, y0, x1, y1, radius):
+    """Distance from a rod with round ends."""
+    dx, dy = x1 - x0, y1 - y0
+    along = max(0.0, min(1.0, ((x - x0) * dx + (y - y0) * dy) / (dx * dx + dy * dy)))
+    return math.hypot(x - x0 - along * dx, y - y0 - along * dy) - radius
+
+
+def _block(x, y, cx, cy, wide, high, corner):
+    """Distance from a rectangle with round corners, given by half its sides."""
+    dx, dy = abs(x - cx) - wide + corner, abs(y - cy) - high + corner
+    return math.hypot(max(dx, 0.0), max(dy, 0.0)) + min(max(dx, dy), 0.0) - corner
+
+
+def markUse(n=64):
+    """A ring around the point: something to press, switch or turn."""
+    return _mark(n, lambda x, y: min(abs(_round(x, y, 0.5, 0.5, 0.27)) - 0.035, _round(x, y, 0.5, 0.5, 0.07)))
+
+
+def markTake(n=64):
+    """Something small over a hollow hand: what goes into the pocket."""
+
+    def sign(x, y):
+        hollow = abs(_round(x, y, 0.5, 0.42, 0.30)) - 0.045 if y > 0.46 else _round(x, y, 0.5, 0.5, 0.075)
+        ends = min(_round(x, y, 0.2, 0.46, 0.045), _round(x, y, 0.8, 0.46, 0.045))
+        return min(hollow, _round(x, y, 0.5, 0.5, 0.085), ends)
+
+    return _mark(n, sign)
+
+
+#: Tips of an open hand's fingers: across, and how far up they reach.
+_FINGERS = ((0.345, 0.27), (0.45, 0.20), (0.555, 0.22), (0.66, 0.32))
+
+
+def markHold(n=64):
+    """An open hand: what is gripped, and moves as the hand does."""
+
+    def sign(x, y):
+        palm = _block(x, y, 0.5, 0.62, 0.185, 0.17, 0.09)
+        fingers = min(_rod(x, y, 0.5 + (fx - 0.5) * 0.82, 0.58, fx, fy, 0.043) for fx, fy in _FINGERS)
+        return min(palm, fingers, _rod(x, y, 0.36, 0.68, 0.19, 0.52, 0.05))
+
+    def gaps(x, y):
+        return min(_rod(x, y, gx, 0.28, 0.5 + (gx - 0.5) * 0.9, 0.52, 0.008) for gx in (0.40, 0.50, 0.61))
+
+    return _mark(n, sign, gaps)
+
+
+def markHeld(n=64):
+    """The same hand closed: it holds."""
+
+    def sign(x, y):
+        knuckles = min(_rod(x, y, kx, 0.40, kx, 0.52, 0.058) for kx in (0.335, 0.445, 0.555, 0.665))
+        return min(_block(x, y, 0.5, 0.57, 0.215, 0.17, 0.09), knuckles)
+
+    def lines(x, y):
+        between = min(_rod(x, y, gx, 0.34, gx, 0.53, 0.012) for gx in (0.39, 0.50, 0.61))
+        return min(between, _rod(x, y, 0.30, 0.60, 0.60, 0.60, 0.014))
+
+    return _mark(n, sign, lines)
+
+
+def markLocked(n=64):
+    """A padlock."""
+
+    def sign(x, y):
+        shackle = abs(_round(x, y, 0.5, 0.40, 0.135)) - 0.036 if y < 0.40 else abs(abs(x - 0.5) - 0.135) - 0.036
+        return min(_block(x, y, 0.5, 0.63, 0.22, 0.175, 0.05), max(shackle, y - 0.55))
+
+    def keyhole(x, y):
+        return min(_round(x, y, 0.5, 0.60, 0.05), _rod(x, y, 0.5, 0.62, 0.5, 0.71, 0.024))
+
+    return _mark(n, sign, keyhole)
+
+
+def markRead(n=64):
+    """A written sheet."""
+
+    def lines(x, y):
+        ends = ((0.38, 0.63), (0.48, 0.60), (0.58, 0.63), (0.68, 0.52))
+        return min(_rod(x, y, 0.37, ly, lx, ly, 0.017) for ly, lx in ends)
+
+    return _mark(n, lambda x, y: _block(x, y, 0.5, 0.52, 0.21, 0.275, 0.03), lines)
+
+
+def notePage(n=512):
+    """A sheet of paper to read on: folded twice, brown at its worn edges, dim as by the light that one reads it in."""
+    fibre = fbm(n, 40, 56, 4, "page fibre", 0.7)
+    cloud = fbm(n, 3, 3, 4, "page cloud", 0.55)
+    edge = from_function(n, lambda u, v: min(u, v, 1.0 - u, 1.0 - v))
+    ragged = edge + (fibre - 0.5) * 0.016
+    shade = (fibre * 0.7 + cloud * 0.3).clamp()
+    colour = Picture.ramp(shade, [(0.2, (0.60, 0.525, 0.39)), (0.8, (0.755, 0.675, 0.52))])
+    colour = colour.blend((0.36, 0.25, 0.14), (edge.smoothstep(0.11, 0.0) * (cloud * 0.9 + 0.15)).clamp())
+    for fold in (0.335, 0.668):
+        dark = from_function(n, lambda u, v, fold=fold: abs(v - fold - 0.0035)).smoothstep(0.006, 0.0)
+        light = from_function(n, lambda u, v, fold=fold: abs(v - fold + 0.0035)).smoothstep(0.006, 0.0)
+        colour = colour.blend((0.36, 0.30, 0.21), dark * 0.45).blend((0.86, 0.80, 0.66), light * 0.30)
+    return _image(colour, ragged.smoothstep(0.004, 0.012))
 
 
 def meterLight(n=32):

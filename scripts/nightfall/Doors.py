@@ -1,46 +1,28 @@
-"""The doors of the house: all of wood, two of them locked."""
+"""The doors of the house: all of wood, some of them locked."""
 
 from __future__ import annotations
+
+import math
 
 import kaVel
 import objects.GameObjects as place
 from kaVel import Entity, MapRootEntity
-from nightfall.Plan import DOORS, ROOMS
-from objects.Placing import addVolume, placed
-from objects.Sounds import LeafVoice
+from nightfall.Plan import DOORS, ROOMS, THICK
 
 #: Door -> the key that opens it.
-LOCKS = {'passageDoor': 'passageKey', 'landingDoor': 'landingKey'}
-#: Stood open when one came.
-OPEN = {'doorEight': 50, 'doorFour': 24}
-
-LEAF = (0.86, 2.02, 0.05)
+KEYS = {'passageDoor': 'passageKey', 'landingDoor': 'stairKey'}
+#: Doors that no key opens.
+BOLTED = ('linenDoor', 'bathDoor')
+#: Doors that stand open, by how many degrees.
+AJAR = {'doorEight': -58.0, 'doorFour': 24.0, 'serviceDoor': -75.0}
 
 
 def build(map: MapRootEntity) -> dict[str, Entity]:
     """All leaves by name."""
-    leaves = {}
-    for name, (x, z, turn, one, other) in DOORS.items():
-        floor = ROOMS[one].floor
-        leaves[name] = _leaf(map, name, (x, floor, z), turn)
-        leaves[name].getComponent('physics').locked = name in LOCKS
+    leaves: dict[str, Entity] = {}
+    for name, (x, z, turn, one, _) in DOORS.items():
+        leaves[name] = place.HingedDoor(map, name, at=(x, ROOMS[one].floor, z), turn=turn, key=KEYS.get(name),
+                                        locked=name in BOLTED, frame=THICK)
+        if name in AJAR:
+            kaVel.configure(leaves[name].getComponent('physics'), open=True, prevAngle=math.radians(AJAR[name]))
     return leaves
-
-
-def _panels() -> kaVel.MeshBuilder:
-    mesh = kaVel.MeshBuilder()
-    mesh.addBox(kaVel.Vec4(LEAF[0] / 2, LEAF[1] / 2, LEAF[2] / 2, 0))
-    mesh.applyWorldTextureCoordinates(1.0)
-    mesh.generateTangents()
-    return mesh
-
-
-def _leaf(map: MapRootEntity, name: str, at: place.Triple, turn: float):
-    leaf = placed(map, name, at=(at[0], at[1] + 0.01 + LEAF[1] / 2, at[2]), turn=turn)
-    volume = addVolume(leaf, LEAF, 'BV_DOOR')
-    door = kaVel.addComponent(leaf, 'physics', 'DoorPhysics', pivotPosition=kaVel.Vec4(-LEAF[0] / 2, 0, 0, 0))
-    volume.setInteractFunc(door.interact)
-    place.shaped(leaf, _panels, 'wood')
-    LeafVoice(leaf, (at[0], at[1] + 1.0, at[2]), turn, lambda: door.prevAngle, 'DoorCreak', shut='DoorLatch',
-              slam='DoorSlam')
-    return leaf

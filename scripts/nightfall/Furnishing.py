@@ -76,6 +76,8 @@ def seven(room: Entity):
 
 def six(room: Entity):
     """The office of whoever kept the books of the floor: a desk, shelves, a lamp that has been left on."""
+    Desk(room, 'desk', at=(10.2, UP, -3.95), turn=NORTH)
+    Chair(room, 'chair', at=(10.0, UP, -3.1), turn=SOUTH + 15)
     Bookcase(room, 'northBooks', at=(8.25, UP, -2.8), turn=EAST)
     Bookcase(room, 'southBooks', at=(8.25, UP, -3.85), turn=EAST)
     Armchair(room, 'armchair', at=(11.2, UP, -1.0), turn=-140)

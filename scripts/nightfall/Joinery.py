@@ -43,9 +43,9 @@ def wainscot(entity: Entity, room: Room, side: Side, start: float, end: float, l
 def openingIn(entity: Entity, room: Room, side: Side, hole: Hole):
     """What lines an opening on one side of its wall."""
     width, low, high = KINDS[hole.kind]
-    if hole.kind in ('door', 'hatch', 'gate'):
+    if hole.kind in ('hatch', 'gate'):
         _casing(entity, room, side, hole.where, width, high)
-    else:
+    elif hole.kind != 'door':  # a door brings its frame
         _window(entity, room, side, hole.where, width, low, high)
 
 

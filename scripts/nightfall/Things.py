@@ -23,3 +23,7 @@ def build(map: MapRootEntity):
     for number, at in enumerate(((14.4, UP + 0.785, -2.3), (11.8, UP + 0.67, 5.3), (17.5, UP + 0.86, 8.1),
                                  (17.05, UP + 0.67, 14.4))):
         place.SpareBattery(map, 'battery%d' % number, at=at, turn=35 * number)
+    for name, (at, turn, (title, text)) in NOTES.items():
+        place.Note(map, name, at=at, turn=turn, title=title, text=text)
+    place.Key(map, 'passageKey', at=(10.2, UP + 0.78, -3.85), turn=40, label='the key to the passage')
+    place.Key(map, 'stairKey', at=(18.7, UP + 0.84, 10.25), turn=80, label='the stair key')

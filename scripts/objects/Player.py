@@ -104,12 +104,13 @@ def _cell() -> kaVel.MeshBuilder:
 
 @kaVel.pattern
 def Flashlight(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
-    """A flashlight that lies at `at`, burning, in a map at the origin, until the player takes it."""
+    """A flashlight that lies at `at`, burning, until the player takes it."""
     torch = placed(parent, name or 'flashlight', at=at, turn=turn)
     volume = addVolume(torch, (0.2, 0.2, 0.2), 'BV_NONE')
     body = kaVel.addComponent(torch, 'physics', 'RigidBody', inverseMass=0.0)
     # What lies in a map is tied to the map's root; in the hand it is tied to the camera.
-    kaVel.addComponent(torch, 'parentFollower', 'TransformOffsetComponent', positionOffset=kaVel.Vec4(*at, 0),
+    offset = kaVel.Vec4(*at, 1) - parent.getComponent('transform').position
+    kaVel.addComponent(torch, 'parentFollower', 'TransformOffsetComponent', positionOffset=offset,
                        orientationOffset=turned(turn))
     shaped(torch, _tube, 'iron', castShadows=False)
     sounds(torch, 'FlashlightOn', 'FlashlightOff')

@@ -56,7 +56,7 @@ def eight(room: Entity):
     place.Rug(room, 'rug', at=(2.3, UP + 0.002, -2.3), turn=3, scale=(0.7, 1, 0.7))
     place.Radiator(room, 'radiator', at=(3.8, UP, -2.2), turn=WEST)
     place.Landscape(room, 'picture', at=(3.799, UP + 1.5, -1.2), turn=WEST)
-    coatStand(room, 'coatStand', at=(3.45, UP, -0.5))
+    coatStand(room, 'coatStand', at=(1.4, UP, -0.5))
 
 
 def seven(room: Entity):

@@ -33,7 +33,7 @@ def _snow(rooms: dict[str, Entity]):
     """What comes in at the other windows: enough to tell where the walls are."""
     for name, x, height, z, reach in (
             ('corridor', 1.8, 1.6, 1.3, 2.4), ('corridor', 4.8, 1.6, 1.3, 2.4), ('corridor', 7.8, 1.6, 1.3, 2.4),
-            ('eight', 0.5, 1.6, -2.4, 3.0), ('seven', 5.9, 1.6, -4.0, 3.0), ('six', 9.9, 1.6, -4.0, 3.0),
+            ('eight', 0.7, 1.6, -2.4, 3.6), ('seven', 5.9, 1.6, -4.0, 3.0), ('six', 9.9, 1.6, -4.0, 3.0),
             ('five', 14.0, 1.6, -4.0, 3.0), ('four', 10.3, 1.6, 3.8, 3.2), ('three', 10.3, 1.6, 7.8, 3.2),
             ('two', 10.3, 1.6, 11.9, 3.2), ('sewing', 20.1, 1.6, 4.6, 3.6), ('bath', 20.1, 1.6, 12.4, 3.0)):
         place.SphereLight(rooms[name], 'snowLight', at=(x, UP + height, z), color=SNOW, strength=0.16, reach=reach)

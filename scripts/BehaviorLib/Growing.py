@@ -37,6 +37,11 @@ class Growing:
         """A leaf with an action, which it owns."""
         return self.btLib.BTCreateAction(action)
 
+    def step(self, function: Callable[[kaVel.Entity], kaVel.ActionStatus], inWords: str):
+        """A leaf that calls a function of a script with the creature; the words are what the tree tells of it."""
+        function.__name__ = function.__qualname__ = inWords
+        return self.btLib.BTCreateActionR(function)
+
     def ask(self, function: Callable[..., Any]):
         """A leaf that asks a function about the creature, one of the engine's or of a script."""
         return self.btLib.BTCreateConditionR(function)

@@ -14,7 +14,7 @@ import importlib
 import kaVel
 
 #: The modules whose trees the library builds when it starts; Wander is built first, since others stand on it.
-CREATURES = ('Search', 'Pursue', 'Flee', 'Patrol', 'Guard', 'Haunt')
+CREATURES = ('Search', 'Pursue', 'Flee', 'Patrol', 'Guard', 'Haunt', 'Damp', 'Guest')
 
 
 def buildCreatures(btLib: kaVel.BTLib):

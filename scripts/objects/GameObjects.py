@@ -15,9 +15,12 @@ from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
 from objects.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
+from objects.Damp import Damp
 from objects.Doors import DoorFrame, HingedDoor, IronDoor, SlidingDoor
 from objects.Drawn import *
+from objects.Fittings import Fitting
 from objects.Furniture import *
+from objects.Guest import Guest
 from objects.Keys import Key
 from objects.Lights import *
 from objects.MapShell import Ceiling, Floor
@@ -35,6 +38,7 @@ from objects.Switches import *
 from objects.Throwing import Bolts
 from objects.Triggers import Place, Trigger
 from objects.Walker import Walker, WalkerBody
+from objects.Warnings import Moths, Rats
 
 
 @kaVel.pattern

@@ -8,6 +8,7 @@ from typing import Any, Callable
 import kaVel
 from objects import Furniture
 from objects.Placing import LevelClock, Triple, addVolume, around, onFrame, placed
+from perLevel import PerLevel
 
 CANDLELIGHT = (1.0, 0.55, 0.22)
 LAMPLIGHT = (1.0, 0.70, 0.38)
@@ -87,17 +88,33 @@ def ShadowSpot(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), tur
     return light
 
 
+_flickers: PerLevel[dict[kaVel.LightComponent, _Flicker]] = PerLevel()
+
+
+def dim(light: kaVel.LightComponent, factor: float, color: kaVel.Vec4, glint: kaVel.Vec4):
+    """Has a light of some diffuse and specular colour shine by a factor of its strength; one that flickers, too."""
+    flicker = _flickers.get(light.getAncestorOfType(kaVel.Reflection.Coordinator), {}).get(light)
+    if flicker:
+        flicker.dimming = factor
+    else:
+        kaVel.configure(light, diffuseColor=color * factor, specularColor=glint * factor)
+
+
 class _Flicker:
     """Varies a light's strength by a function of the level's time."""
 
     def __init__(self, entity: kaVel.Entity, light: kaVel.LightComponent, color: Triple, strength: float, glint: float,
                  curve: Flicker):
         self.light, self.color, self.strength, self.glint, self.curve = light, color, strength, glint, curve
-        self.clock = LevelClock(entity)
+        self.clock, self.dimming = LevelClock(entity), 1.0
+        level = entity.getAncestorOfType(kaVel.Reflection.Coordinator)
+        if level not in _flickers:
+            _flickers[level] = {}
+        _flickers[level][light] = self
         onFrame(entity, self.doFrame)
 
     def doFrame(self):
-        factor = self.curve(self.clock.seconds())
+        factor = self.curve(self.clock.seconds()) * self.dimming
         kaVel.configure(self.light, **_lightColors(self.color, self.strength * factor, self.glint))
 
 

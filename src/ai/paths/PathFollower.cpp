@@ -410,11 +410,11 @@ bool PathFollower::meetDoor(const Body &body)
 void PathFollower::openDoor(const Body &body, PhysicsComponent &leaf)
 {
     const DoorState found(leaf);
-    if (found.isLocked)
-        setDoorLocked(leaf, false);
-    callDoor(leaf.getParent(), getParent(), DoorCall::OPEN);
     door = getHandle(&leaf);
     begin(FS_WAITING);
+    atClosedDoor = true;
+    if (!(doorDelay > 0.f))
+        unlatch(body, leaf);
     const Vec4 across = found.closedTurn.generateRotation().getColumn(2);
     doorSide = across.dot(flat(body.place - found.closedMiddle));
     if (closesDoors)
@@ -422,18 +422,31 @@ void PathFollower::openDoor(const Body &body, PhysicsComponent &leaf)
     drive(body, body.place, HALT);
 }
 
+void PathFollower::unlatch(const Body &body, PhysicsComponent &leaf)
+{
+    atClosedDoor = false;
+    doorSeconds = 0.0;
+    if (!body.walker.canOpen(leaf))
+        return; // it was locked meanwhile
+    if (DoorState(leaf).isLocked)
+        setDoorLocked(leaf, false);
+    callDoor(leaf.getParent(), getParent(), DoorCall::OPEN);
+}
+
 void PathFollower::waitForDoor(const Body &body)
 {
     const auto leaf = door.lookup();
     doorSeconds += body.seconds;
     drive(body, body.place, HALT);
+    if (leaf && atClosedDoor && doorSeconds >= static_cast<Seconds>(doorDelay))
+        unlatch(body, *leaf);
     if (!leaf || DoorState(*leaf).openness >= WIDE_OPEN)
     {
         sinceLastPlace = 0.0;
         lastPlace = body.place;
         return begin(FS_WALKING);
     }
-    if (doorSeconds < DOOR_PATIENCE)
+    if (atClosedDoor || doorSeconds < DOOR_PATIENCE)
         return;
     // Something keeps it from opening: somebody may have closed or locked it, or stands behind it.
     if (++standstills > MOST_STANDSTILLS)
@@ -571,6 +584,15 @@ void PathFollower::setSpeed(float val)
         speed = val;
     else
         KV_LOGF(Logger_::I_ERROR, "%s: a speed of %g m/s is none; set it to a number of 0 or more.",
+                getParent().toString().toCString(), static_cast<double>(val));
+}
+
+void PathFollower::setDoorDelay(float val)
+{
+    if (val >= 0.f && std::isfinite(val))
+        doorDelay = val;
+    else
+        KV_LOGF(Logger_::I_ERROR, "%s: a doorDelay of %g seconds is none; set it to a number of 0 or more.",
                 getParent().toString().toCString(), static_cast<double>(val));
 }
 

@@ -104,6 +104,12 @@ public:
     /// Whether it closes behind itself the doors that it has opened.
     bool getClosesDoors() const { return closesDoors; }
     void setClosesDoors(bool val) { closesDoors = val; }
+    /// Seconds that the creature stands at a closed door before it opens it; 0 for at once.
+    float getDoorDelay() const { return doorDelay; }
+    /// Sets it; what is negative or no number is logged as an error and changes nothing.
+    void setDoorDelay(float val);
+    /// Whether it stands at a closed door and has not opened it yet.
+    bool getAtDoor() const { return state == FS_WAITING && atClosedDoor; }
     /// Gives it the key to the locked doors whose entity has this name; it unlocks them.
     void addKey(String doorName);
     /// Takes a key from it.
@@ -152,6 +158,7 @@ private:
     bool meetDoor(const Body &body);
     void openDoor(const Body &body, PhysicsComponent &leaf);
     void waitForDoor(const Body &body);
+    void unlatch(const Body &body, PhysicsComponent &leaf);
     void closeBehind(const Body &body);
     void watchProgress(const Body &body);
     bool findAside(const Body &body);
@@ -178,6 +185,8 @@ private:
     int frames = 0;
 
     Handle<PhysicsComponent> door; ///< that it waits for
+    bool atClosedDoor = false;     ///< it has not opened it yet
+    float doorDelay = 0.f;         ///< seconds
     Seconds doorSeconds = 0.0;
     Handle<PhysicsComponent> doorBehind; ///< that it opened and is to close
     float doorSide = 0.f;                ///< on which it stood then

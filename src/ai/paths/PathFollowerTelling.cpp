@@ -31,6 +31,8 @@ String PathFollower::tell()
         return String::format("on its way to (%d, %d)%s%s", x, z, way.empty() ? ", straight ahead" : "",
                               because.toCString());
     case FS_WAITING:
+        if (atClosedDoor)
+            return String::format("presses against the door %s", tellDoor().toCString());
         return String::format("waits for the door %s to open", tellDoor().toCString());
     case FS_ARRIVED:
         return String::format("has come to (%d, %d)", x, z);

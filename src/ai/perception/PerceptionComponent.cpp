@@ -267,6 +267,12 @@ bool PerceptionComponent::getWatched()
     return watched;
 }
 
+bool PerceptionComponent::wouldBeWatched(Vec4 where)
+{
+    PerceptionManager *const manager = findManager();
+    return manager && isFinite(where) && manager->isWatched(handle_cast<Entity>(getParent()), watchedLight, &where);
+}
+
 Vec4 PerceptionComponent::getPlace() const
 {
     const TransformComponent *const own = componentOf<TransformComponent>(getParent(), ComponentKeys::transform);

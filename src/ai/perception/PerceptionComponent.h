@@ -76,6 +76,9 @@ public:
     /// Whether the player sees it: in the picture, in light of `watchedLight` or more, and with nothing between.
     /// @cost once a frame up to five segments and five questions for the light
     bool getWatched();
+    /// Whether the player would see it at another place of its map, turned as it is; see `getWatched`.
+    /// @cost as that, each time
+    bool wouldBeWatched(Vec4 where);
     /// What it perceives, as a part of a sentence: "heard steps on stone 4 m to the north-east, fairly sure".
     ///
     /// Empty where it perceives and remembers nothing. North is +z.

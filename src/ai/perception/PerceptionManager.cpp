@@ -1,5 +1,6 @@
 #include "ai/perception/PerceptionManager.h"
 
+#include "ai/perception/LightAt.h"
 #include "ai/perception/PerceptionComponent.h"
 #include "ai/perception/Sightline.h"
 
@@ -222,7 +223,7 @@ bool PerceptionManager::isOnScreen(const Vec4 &place)
     return way.dot(ahead) >= PLAYERS_VIEW * way.magnitude();
 }
 
-bool PerceptionManager::isWatched(const Handle<Entity> &entity, float leastLight)
+bool PerceptionManager::isWatched(const Handle<Entity> &entity, float leastLight, const Vec4 *elsewhere)
 {
     SeenBody *const body = seenBody(entity);
     if (!body)
@@ -231,10 +232,14 @@ bool PerceptionManager::isWatched(const Handle<Entity> &entity, float leastLight
     if (!getEye())
         return false;
     PartitioningGrid *const grid = PartitioningGrid::ofMap(body->getMap()).lookup().ptr;
+    Vec4 shift = elsewhere ? *elsewhere - body->getPlace() : Vec4();
+    shift.w = 0.f;
     for (int i = 0; i < body->getPointCount(); ++i)
     {
-        const Vec4 point = body->getPoint(i);
-        if (!isOnScreen(point) || body->lightOnPoint(i) < leastLight)
+        const Vec4 point = body->getPoint(i) + shift;
+        if (!isOnScreen(point))
+            continue;
+        if ((elsewhere ? lightAt(body->getMap(), point) : body->lightOnPoint(i)) < leastLight)
             continue;
         countSightLine();
         if (isFreeBetween(grid, SightFilter(watcher, entity), eye, point))

@@ -70,7 +70,8 @@ public:
     const Vec4 *getEye();
     /// Whether the player sees an entity: a point of it in the picture, in so much light or more, with nothing between.
     /// @cost up to five segments and five questions for the light
-    bool isWatched(const Handle<Entity> &entity, float leastLight);
+    /// @param elsewhere  where the middle of it is thought to be; null for where it is
+    bool isWatched(const Handle<Entity> &entity, float leastLight, const Vec4 *elsewhere = nullptr);
     /// The entity "Player" of the level or of a map.
     Handle<Entity> findPlayer(const Handle<MapRootEntity> &map);
     void countSightLine() { ++sightLines; }

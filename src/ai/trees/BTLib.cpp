@@ -231,6 +231,8 @@ void BTLib::compileLibrary()
     buildFlashlightTree();
     buildPlayerTree();
     buildHUDTree();
+    buildBlobTree();
+    buildMannequinTree();
     buildBatteryMeterTree();
     buildCreatures();
 }
@@ -252,6 +254,8 @@ void BTLib::systemStartup()
     buildFlashlightTree();
     buildPlayerTree();
     buildHUDTree();
+    buildBlobTree();
+    buildMannequinTree();
     buildBatteryMeterTree();
     tryToBuild([&] { buildCreatures(); });
 }

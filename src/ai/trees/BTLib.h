@@ -69,6 +69,10 @@ public:
     void buildPlayerTree();
     /// Builds the tree "HUD": a part of the screen that shows itself for a while.
     void buildHUDTree();
+    /// Builds the tree "BlobTree": the blob is heard.
+    void buildBlobTree();
+    /// Builds the tree "MannequinTree": a head that turns to the player.
+    void buildMannequinTree();
     /// Builds the tree "BatteryMeter": such a part that is as long as the battery lasts.
     void buildBatteryMeterTree();
     /// Does nothing: cameras act by no tree.

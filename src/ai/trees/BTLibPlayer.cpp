@@ -1,4 +1,4 @@
-// BTLib: the trees of the player, what he carries and what the screen shows of him.
+// BTLib: the trees of the player, what he carries and what the screen shows of him, and those of blob and mannequin.
 //
 // Their actions and conditions stand in a higher folder and are made by the names of their classes and functions.
 #include "ai/trees/BTLib.h"
@@ -77,6 +77,16 @@ void BTLib::buildPlayerTree()
 void BTLib::buildHUDTree()
 {
     fill(*this, "HUD", BTCreateSequence(), {{Leaf::ACTION, "ActDisplayHUD"}});
+}
+
+void BTLib::buildBlobTree()
+{
+    fill(*this, "BlobTree", BTCreateSequence(), {{Leaf::ACTION, "ActBlobSounds"}});
+}
+
+void BTLib::buildMannequinTree()
+{
+    fill(*this, "MannequinTree", BTCreateSequence(), {{Leaf::ACTION, "ActWatchPlayer"}});
 }
 
 void BTLib::buildBatteryMeterTree()

@@ -71,6 +71,12 @@ void PlayerComponent::spendBattery(Seconds frameTime)
         useBattery();
 }
 
+void PlayerComponent::drainBattery(double seconds)
+{
+    if (seconds > 0.0 && !charging)
+        currBatteryLife = currBatteryLife > seconds ? currBatteryLife - seconds : 0.0;
+}
+
 /// Puts a spare battery in, if there is one and the hands are free, and shows the hud in any case.
 void PlayerComponent::useBattery()
 {

@@ -95,6 +95,8 @@ public:
     unsigned getBatteries() const { return batteries; }
     /// Life left in the battery in use, seconds.
     double getCurrBatteryTimeLeft() const { return currBatteryLife; }
+    /// Takes some life of the battery in use, seconds, besides what burning takes; what is no number or below 0 takes none.
+    void drainBattery(double seconds);
     /// Life of a battery, seconds.
     double getBatteryLifetime() const { return batteryLifetime; }
     void setBatteryLifetime(double val);

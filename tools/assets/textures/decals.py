@@ -56,6 +56,30 @@ def bloodDrag(n=512):
     return _decal(colour, (cover * 0.86 + scratch * 0.8).clamp())
 
 
+def dampSheen(n=256):
+    """What the wet black thing leaves: a film with a ragged rim, thicker in streaks."""
+    warp = fbm(n, 5, 5, 5, "sheen warp", 0.6)
+    shape = from_function(n, lambda u, v: math.hypot(u - 0.5, (v - 0.5) * 1.2)) + (warp - 0.5) * 0.34
+    film = shape.smoothstep(0.36, 0.22)
+    streak = fbm(n, 4, 18, 4, "sheen streak", 0.6)
+    colour = Picture.ramp(streak, [(0.2, (0.0030, 0.0034, 0.0036)), (0.8, (0.0120, 0.0126, 0.0120))])
+    return _decal(colour, (film * (streak * 0.5 + 0.45)).clamp())
+
+
+def wetPrint(n=256):
+    """One wet print of a narrow shoe, its toe at the top."""
+    sole = [[(0.50, 0.20, 1.5), (0.485, 0.30, 2.1), (0.48, 0.38, 2.2), (0.49, 0.47, 1.7)]]
+    waist = [[(0.49, 0.47, 1.3), (0.50, 0.58, 0.9)]]
+    heel = [[(0.505, 0.70, 1.45), (0.505, 0.77, 1.5)]]
+    pressed = strokes(n, sole + waist + heel, 15.0).blurred(1)
+    water = fbm(n, 9, 9, 5, "print water", 0.62)
+    rim = (strokes(n, sole + heel, 19.0) - strokes(n, sole + heel, 14.0)).clamp().blurred(1)
+    drops = strokes(n, [[(0.62, 0.30, 0.4), (0.622, 0.302, 0.4)], [(0.37, 0.55, 0.3), (0.372, 0.552, 0.3)],
+                        [(0.58, 0.86, 0.35), (0.582, 0.862, 0.35)]], 6.0)
+    colour = Picture.ramp(water, [(0.2, (0.010, 0.012, 0.014)), (0.8, (0.030, 0.033, 0.036))])
+    return _decal(colour, (pressed * (water * 0.5 + 0.42) + rim * 0.3 + drops * 0.6).clamp())
+
+
 #: Palm of a hand print and its fingers from root to tip, in units of the palm's width; the thumb is the first.
 _FINGERS = (
     ((-0.48, 0.12), (-0.88, -0.20), (-1.10, -0.52)),

@@ -36,6 +36,44 @@ def iron(n=256):
     )
 
 
+def fittingWood(n=256):
+    """Turned lime wood that hands have darkened, 0.5 m: fine grain, knocks, worn varnish."""
+    grain = fbm(n, 3, 46, 5, "fitting grain", 0.62)
+    wear = fbm(n, 4, 4, 5, "fitting wear", 0.58)
+    knocks = fbm(n, 17, 17, 3, "fitting knocks", 0.6).smoothstep(0.66, 0.74)
+    height = grain * 0.6 - knocks * 0.8
+    colour = Picture.ramp(grain * 0.7 + wear * 0.3, [(0.2, (0.150, 0.096, 0.052)), (0.8, (0.300, 0.215, 0.128))])
+    colour = colour.blend((0.075, 0.045, 0.025), (wear.smoothstep(0.52, 0.75) * 0.55 + knocks * 0.5).clamp())
+    return maps_of(colour.shade(cavity(height, 2, 0.3)), height, 0.8, (0.16 - knocks * 0.1 - wear * 0.08).clamp())
+
+
+def fittingCloth(n=256):
+    """Yellowed linen that was never washed, 0.5 m: threads, folds that have taken dirt."""
+    warp = fbm(n, 90, 6, 2, "linen warp", 0.6)
+    weft = fbm(n, 6, 90, 2, "linen weft", 0.6)
+    stain = fbm(n, 3, 3, 6, "linen stain", 0.6)
+    height = warp * 0.5 + weft * 0.5
+    colour = Picture.ramp(height, [(0.3, (0.205, 0.180, 0.138)), (0.7, (0.300, 0.272, 0.215))])
+    colour = colour.blend((0.100, 0.078, 0.050), stain.smoothstep(0.45, 0.8) * 0.7)
+    return maps_of(colour, height, 1.0, (stain * 0.02).clamp())
+
+
+def wetCloth(n=128):
+    """Heavy black cloth soaked with water, 0.5 m."""
+    weave = fbm(n, 40, 40, 2, "wet weave", 0.6)
+    runs = fbm(n, 20, 3, 4, "wet runs", 0.6)
+    colour = Picture.ramp(runs, [(0.2, (0.0060, 0.0064, 0.0075)), (0.8, (0.0200, 0.0205, 0.0225))])
+    return maps_of(colour, weave * 0.5 + runs, 1.2, (runs.smoothstep(0.4, 0.7) * 0.28 + 0.03).clamp(), normal_size=128)
+
+
+def damp(n=128):
+    """Something black and wet, 0.5 m: no colour of its own, ripples under a skin of water."""
+    ripples = fbm(n, 6, 6, 4, "damp ripples", 0.55)
+    skin = fbm(n, 14, 5, 3, "damp skin", 0.6)
+    colour = Picture.ramp(skin, [(0.2, (0.0035, 0.0040, 0.0042)), (0.8, (0.0100, 0.0108, 0.0105))])
+    return maps_of(colour, ripples * 1.6 + skin * 0.5, 1.5, (skin * 0.35 + 0.62).clamp(), normal_size=128)
+
+
 def brass(n=256):
     """Tarnished brass, 0.5 m."""
     tarnish = fbm(n, 5, 5, 6, "brass tarnish", 0.58).smoothstep(0.35, 0.75)

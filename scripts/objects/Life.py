@@ -1,0 +1,87 @@
+"""How much life the player has left, who took it, and what happens when there is none.
+
+    life = lifeOf(coordinator)
+    life.hurt(20, 'the Damp had hold of you')
+    life.onDeath(lambda cause: show(cause))
+"""
+
+from __future__ import annotations
+
+import math
+from typing import Callable
+
+import kaVel
+from objects.Placing import LevelClock, onFrame
+from perLevel import PerLevel
+
+WHOLE = 100.0
+#: Life comes back by itself up to this, that much a second, once nothing has hurt for so many seconds.
+RECOVERED, RECOVERY, REST = 70.0, 1.5, 6.0
+#: Seconds between two cries.
+CRY = 0.9
+
+_lives: PerLevel[Life] = PerLevel()
+
+
+class Life:
+    """The player's life in one level: 100 is whole, 0 is death, which comes once until `restore`."""
+
+    def __init__(self, coordinator: kaVel.Coordinator):
+        self.coordinator = coordinator
+        self.value = WHOLE
+        self.cause = ''  # of the last hurt: after death what the player died of
+        self.isDead = False
+        self._onDeath: list[Callable[[str], object]] = []
+        self._clock = LevelClock(coordinator)
+        self._hurtAt, self._criedAt = -math.inf, -math.inf
+        onFrame(kaVel.make('Entity', parent=coordinator, name='life'), self._recover)
+
+    def hurt(self, amount: float, cause: str):
+        """Takes so much life; `cause` says in words what did it, as a sentence about the player begins."""
+        if self.isDead or not amount > 0:
+            return
+        now = self._clock.seconds()
+        self.value, self.cause, self._hurtAt = max(self.value - amount, 0.0), cause, now
+        if now >= self._criedAt + CRY:
+            self._criedAt = now
+            self._cry()
+        if self.value <= 0:
+            self._die()
+
+    def onDeath(self, function: Callable[[str], object]):
+        """Has a function called with the cause when the player dies; in the order in which they were given."""
+        self._onDeath.append(function)
+
+    def restore(self):
+        """Makes the player whole, as after a death."""
+        self.value, self.cause, self.isDead = WHOLE, '', False
+        self._hurtAt = -math.inf
+
+    def _cry(self):
+        player = self.coordinator.getChild('Player')
+        voice = player.getComponent('sound') if player else None
+        if voice:
+            if not voice.hasSoundEffect('Hurt'):
+                voice.addSoundEffect('Hurt')
+            voice.playSoundEffect('Hurt')
+
+    def _die(self):
+        self.isDead = True
+        kaVel.log('The player dies: %s.' % self.cause)
+        player = self.coordinator.getChild('Player')
+        component = player.getComponent('player') if player else None
+        if component and component.deathFunc:
+            component.deathFunc()
+        for function in list(self._onDeath):
+            function(self.cause)
+
+    def _recover(self):
+        if not self.isDead and self.value < RECOVERED and self._clock.seconds() > self._hurtAt + REST:
+            self.value = min(self.value + RECOVERY * self._clock.frameSeconds(), RECOVERED)
+
+
+def lifeOf(coordinator: kaVel.Coordinator) -> Life:
+    """The life of a level's player, whole when it is first asked for."""
+    if coordinator not in _lives:
+        _lives[coordinator] = Life(coordinator)
+    return _lives[coordinator]

@@ -14,8 +14,8 @@ from kaVel import Coordinator, MapRootEntity
 HEIGHT = 2.6
 #: Walls: middle, and extent along x and z, metres. A doorway leads from the hall to each of the other rooms.
 WALLS = (((0, -7), (10, 0.2)), ((0, 7), (10, 0.2)), ((-5, 0), (0.2, 14)), ((5, -4.2), (0.2, 5.6)),
-         ((5, 3.8), (0.2, 6.4)), ((-2.9, 1), (4.2, 0.2)), ((2.9, 1), (4.2, 0.2)), ((9, -7), (8, 0.2)), ((9, 7), (8, 0.2)),
-         ((13, 0), (0.2, 14)))
+         ((5, 3.8), (0.2, 6.4)), ((-2.9, 1), (4.2, 0.2)), ((2.9, 1), (4.2, 0.2)), ((9, -7), (8, 0.2)),
+         ((9, 7), (8, 0.2)), ((13, 0), (0.2, 14)))
 
 _map: MapRootEntity
 

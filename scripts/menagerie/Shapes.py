@@ -44,7 +44,7 @@ def shade() -> kaVel.MeshBuilder:
     """2.1 m of something thin, whose hands reach its knees."""
     mesh = kaVel.MeshBuilder()
     lathe(mesh, ((0.16, 0.0), (0.11, 0.5), (0.10, 1.0), (0.15, 1.5), (0.17, 1.72), (0.06, 1.82), (0.04, 1.88),
-                  (0.09, 1.95), (0.10, 2.05), (0.05, 2.14), (0.0, 2.15)), segments=10, depth=0.7)
+                 (0.09, 1.95), (0.10, 2.05), (0.05, 2.14), (0.0, 2.15)), segments=10, depth=0.7)
     for side in (-1.0, 1.0):
         limb(mesh, 0.03, (0.16 * side, 1.70, 0.0), (0.24 * side, 1.15, -0.04))
         limb(mesh, 0.022, (0.24 * side, 1.15, -0.04), (0.19 * side, 0.52, 0.08))
@@ -55,7 +55,7 @@ def warden() -> kaVel.MeshBuilder:
     """A coat and a broad hat, with an arm held out for a lantern."""
     mesh = kaVel.MeshBuilder()
     lathe(mesh, ((0.28, 0.04), (0.25, 0.5), (0.22, 0.95), (0.28, 1.32), (0.26, 1.44), (0.12, 1.52), (0.09, 1.56),
-                  (0.0, 1.56)), depth=0.75)
+                 (0.0, 1.56)), depth=0.75)
     mesh.addSphere(0.11, 12, 8, at=kaVel.Vec4(0, 1.64, 0.02, 1))
     lathe(mesh, ((0.29, 1.69), (0.28, 1.71), (0.13, 1.73), (0.11, 1.86), (0.0, 1.88)))
     lathe(mesh, ((0.0, 1.68), (0.29, 1.69)))

@@ -102,7 +102,8 @@ def _figure(joints: Joints) -> kaVel.MeshBuilder:
             mesh.addSphere(radius, 10, 7, at=kaVel.Vec4(*spot[joint + side], 1))
         _hand(mesh, spot['hand' + side], spot['elbow' + side])
         x, y, z = spot['foot' + side]
-        spindle(mesh, ((0.0, 0.02), (0.2, 0.042), (0.7, 0.04), (1.0, 0.0)), (x, 0.035, z - 0.05), (x, 0.03, z + 0.19), 8)
+        spindle(mesh, ((0.0, 0.02), (0.2, 0.042), (0.7, 0.04), (1.0, 0.0)), (x, 0.035, z - 0.05),
+                (x, 0.03, z + 0.19), 8)
     chest, pelvis = _between(spot['pelvis'], spot['neck'], 0.98), spot['pelvis']
     spindle(mesh, ((-0.06, 0.06), (0.0, 0.145), (0.12, 0.150), (0.34, 0.115), (0.62, 0.165), (0.82, 0.170),
                    (0.92, 0.10), (0.96, 0.052), (1.0, 0.046)), pelvis, chest, 16, flat=0.66)
@@ -123,8 +124,8 @@ def _skirt() -> kaVel.MeshBuilder:
 def _apron() -> kaVel.MeshBuilder:
     """A workman's long apron that is tied at the waist."""
     mesh = kaVel.MeshBuilder()
-    drape(mesh, ((0.25, 0.32), (0.24, 0.55), (0.20, 0.85), (0.15, 1.02), (0.165, 1.22), (0.176, 1.36)), 9, 0.03, flat=0.8,
-          lean=0.012)
+    drape(mesh, ((0.25, 0.32), (0.24, 0.55), (0.20, 0.85), (0.15, 1.02), (0.165, 1.22), (0.176, 1.36)), 9, 0.03,
+          flat=0.8, lean=0.012)
     mesh.transform(at=kaVel.Vec4(0, -SIZE[1] / 2, 0, 1))
     return mesh
 
@@ -150,8 +151,8 @@ def _head() -> kaVel.MeshBuilder:
 def _hood() -> kaVel.MeshBuilder:
     """A head under a cloth that is tied at the neck."""
     mesh = kaVel.MeshBuilder()
-    drape(mesh, ((0.075, -0.04), (0.055, 0.02), (0.088, 0.06), (0.106, 0.13), (0.104, 0.19), (0.075, 0.25), (0.03, 0.278),
-                 (0.001, 0.282)), 8, 0.012, flat=1.1)
+    drape(mesh, ((0.075, -0.04), (0.055, 0.02), (0.088, 0.06), (0.106, 0.13), (0.104, 0.19), (0.075, 0.25),
+                 (0.03, 0.278), (0.001, 0.282)), 8, 0.012, flat=1.1)
     return mesh
 
 
@@ -242,8 +243,8 @@ class _Company:
         self.dice = random.Random('fittings %d' % GameConfig.seed)
         self.seenFrom = 0.0
         # After perception has taken over what the picture before showed, and before anything moves.
-        kaVel.addComponent(kaVel.make('Entity', parent=self.map, name='company of fittings'), 'dummy', 'ScriptComponent',
-                           frameCallback=self.doFrame)
+        company = kaVel.make('Entity', parent=self.map, name='company of fittings')
+        kaVel.addComponent(company, 'dummy', 'ScriptComponent', frameCallback=self.doFrame)
 
     def doFrame(self):
         self.members = [member for member in self.members if member.figure]

@@ -38,10 +38,11 @@ ACTIONS = {
     'outlines': ('F4',),
     'reload': ('F5',),
     'levelBefore': ('F6',),
+    'console': ('Left of 1',),
 }
 
 #: Virtual-key codes of the keys that are no letter and no digit.
-KEYS = {'Enter': 0x0D, 'Shift': 0x10, 'Ctrl': 0x11, 'Alt': 0x12, 'Escape': 0x1B, 'Space': 0x20,
+KEYS = {'Left of 1': 0xC0, 'Enter': 0x0D, 'Shift': 0x10, 'Ctrl': 0x11, 'Alt': 0x12, 'Escape': 0x1B, 'Space': 0x20,
         'Left': 0x25, 'Up': 0x26, 'Right': 0x27, 'Down': 0x28,
         **{'F%d' % number: 0x6F + number for number in range(1, 13)}}
 

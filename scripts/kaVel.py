@@ -25,8 +25,8 @@ from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, TypeVar
 import _kaVel
 import bindings
 from _kaVel import Handle_ as Handle
-from _kaVel import AvoidRay, FlockTarget, GridCell, IReflectedThing, MeshBuilder, PathRequest, PostOffice, Quaternion
-from _kaVel import SteeringOutput, Vec4, messageTypes
+from _kaVel import AvoidRay, ConsoleCommand, FlockTarget, GridCell, IReflectedThing, MeshBuilder, PathRequest
+from _kaVel import PostOffice, Quaternion, SteeringOutput, Vec4, messageTypes
 
 if TYPE_CHECKING:
     from _kaVel import *
@@ -157,8 +157,8 @@ def _takesPlace(builder: Callable[..., Any]) -> bool:
     return 'at' in parameters or any(each.kind == each.VAR_KEYWORD for each in parameters.values())
 
 
-def _put(root: Entity, at: Vec4):
-    transform = root.getComponent('transform')
+def _put(root: AnyObject, at: Vec4):
+    transform = root.getChild('transform')
     if transform:
         transform.position = at
     else:

@@ -89,6 +89,8 @@ def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.C
     try:
         developerKeys.listen(coordinator)
         fill(coordinator)
+        if levelName != LOADING_SCREEN:
+            _giveConsole(coordinator)
     except BaseException:
         gameLoop.retireLevel(coordinator)
         raise
@@ -96,6 +98,16 @@ def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.C
         _levelsBeingBuilt -= 1
     kaVel.finishLoad(coordinator)
     return coordinator
+
+
+def _giveConsole(coordinator: kaVel.Coordinator):
+    """Gives a level its console; where the scripts of that are wrong, it says so and goes without."""
+    try:
+        from console.Session import Session
+        from objects.Console import Console
+        Session(Console(coordinator, 'Console')).furnish()
+    except Exception:
+        kaVel.log('The level %r has no console:\n%s' % (coordinator.levelName, traceback.format_exc()))
 
 
 def _isLost():

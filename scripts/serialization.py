@@ -9,15 +9,20 @@ from __future__ import annotations
 import GameConfig
 import kaVel
 import settings
+import userState
 
 #: Class of the system -> its properties, set in this order.
 SETTINGS = {
     'GlobalConfigSystem': {
         'defaultSceneAmbient': 0.2,
+        'consoleEnabled': True,
     },
     'GameLoopSystem': {
         'frameLimit': GameConfig.frames,
         'unattended': GameConfig.headless or GameConfig.frames > 0,
+    },
+    'ConsoleSystem': {
+        'historyFile': '' if GameConfig.headless else userState.path('consoleHistory'),
     },
     'InputSystem': {
         'replayFile': GameConfig.replay,

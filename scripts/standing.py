@@ -26,6 +26,11 @@ def follow(level: kaVel.Coordinator, viewer: Viewer):
     _viewers[level] = viewer
 
 
+def viewerIn(level: kaVel.Coordinator) -> Viewer | None:
+    """Who looks around in a level; None where nobody does."""
+    return _viewers.get(level)
+
+
 def of(level: kaVel.Coordinator) -> Standing | None:
     """Where one stands in a level; None where nobody looks around."""
     return _viewers[level].standing() if level in _viewers else None

@@ -20,7 +20,7 @@ VALUES = {'int': 1, 'float': 0.5, 'bool': True, 'str': 'name', 'Any': 'name', 'o
           'Vec4': _kaVel.Vec4(0, 0, 1, 0), 'Quaternion': _kaVel.Quaternion(), 'GridCell': _kaVel.GridCell(),
           'PathRequest': _kaVel.PathRequest(), 'MeshBuilder': _kaVel.MeshBuilder(),
           'FlockTarget': _kaVel.FlockTarget(), 'SteeringOutput': _kaVel.SteeringOutput(),
-          'AvoidRay': _kaVel.AvoidRay(),
+          'AvoidRay': _kaVel.AvoidRay(), 'ConsoleCommand': _kaVel.ConsoleCommand(),
           'list[GridCell]': [_kaVel.GridCell()],
           '_Callable': lambda *_: None, 'class': kaVel.Reflection.TransformComponent}
 

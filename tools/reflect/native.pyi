@@ -202,6 +202,22 @@ class PathRequest:
                  rubberbanding: bool = True, saturation: bool = True) -> None: ...
 
 
+class ConsoleCommand:
+    """A word that the console knows, and what it calls."""
+
+    command: str
+    param: str
+    description: str
+    function: _Callable
+    takesLine: bool
+    @overload
+    def __init__(self) -> None: ...
+    @overload
+    def __init__(self, command: str, param: str = '', description: str = '', function: _Callable = None,
+                 takesLine: bool = False) -> None:
+        """A function takes as many texts as words are to be typed; with `takesLine` one, the rest of the line."""
+
+
 class RayCollision:
     """Where a segment meets a surface; true where it meets one."""
 

@@ -9,7 +9,7 @@ SCRIPT_TYPES = {"bool": "bool", "float": "float", "double": "float", "String": "
                 "std::vector<GridCell>": "list[GridCell]", "GlobalListener": "GlobalListener",
                 "HeardSound": "HeardSound", "HeardWay": "HeardWay", "ReverbShare": "ReverbShare",
                 "SteeringOutput": "SteeringOutput", "SteeringComponent::AvoidRay": "AvoidRay",
-                "FlockingComponent::FlockTarget": "FlockTarget"}
+                "FlockingComponent::FlockTarget": "FlockTarget", "ConsoleCommand": "ConsoleCommand"}
 
 
 def properties(record):

@@ -32,7 +32,7 @@ NUMBERS = {
 }
 
 VALUES = ("String", "ReflectorPtr", "Vec4", "Quaternion", "Variant", "PythonObject", "GridCell", "PathRequest",
-          "SteeringOutput", "SteeringComponent::AvoidRay", "FlockingComponent::FlockTarget")
+          "SteeringOutput", "SteeringComponent::AvoidRay", "FlockingComponent::FlockTarget", "ConsoleCommand")
 # Values with a script class that functions only return, or only take.
 RETURNED = ("RayCollision", "SegmentHit", "GlobalListener", "HeardSound", "HeardWay", "ReverbShare")
 TAKEN = ("MeshBuilder",)

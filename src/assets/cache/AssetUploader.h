@@ -11,13 +11,14 @@
 class MeshAsset;
 class TextureAsset;
 
-/// An image of coverage that code makes: the texture is white, and its alpha is the coverage.
+/// An image of coverage that code makes: the texture is of one grey, and its alpha is the coverage.
 struct CoverageImage
 {
     int width;
     int height;
     const std::uint8_t *rows; ///< width bytes each, top row first; borrowed for the call
     PixelRectangle changed;   ///< what differs from the last time
+    std::uint8_t grey = 255;  ///< 0 black, 255 white; of what changed
 };
 
 /// Takes finished data to the graphics device. GraphicsSystem2 installs its own; a test may install another.

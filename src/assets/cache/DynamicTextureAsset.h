@@ -5,7 +5,9 @@
 
 struct CoverageImage;
 
-/// A texture without a file: white, with an alpha that code fills in, as often as needed. Its owner murders it.
+/// A texture without a file: of one grey, mostly white, with an alpha that code fills in, as often as needed.
+///
+/// Its owner murders it.
 ///
 /// The device's copy survives a loss of the device.
 class DynamicTextureAsset : public TextureAsset

@@ -36,7 +36,7 @@ void InputDevices::registerDevices()
         KV_WARN("Could not register the raw input devices\n\n%s", winError().toString().toCString());
 }
 
-void InputDevices::update()
+void InputDevices::update(bool atRest)
 {
     recorder.advance();
     replay.advance();
@@ -44,7 +44,7 @@ void InputDevices::update()
     {
         const PadState pad = readPad(player);
         recorder.record(player, pad);
-        states[player].Gamepad = pad.gamepad;
+        states[player].Gamepad = atRest ? XINPUT_GAMEPAD() : pad.gamepad;
         if (!pad.connected)
             continue;
         deadZone(player, Rawx::RIGHT);

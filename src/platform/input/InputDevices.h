@@ -49,7 +49,8 @@ public:
     /// Asks the platform for raw input; a refusal is logged.
     void registerDevices();
     /// Begins a frame: plays recorded input, reads every pad and sends what it tells. A missing pad sends nothing.
-    void update();
+    /// @param atRest  every pad tells that nobody touches it, whatever it reads
+    void update(bool atRest = false);
     /// Stops what the pads' motors still do and closes a recording.
     void shutdown();
 

@@ -67,9 +67,20 @@ void InputSystem::clear()
     std::memset(mouseState, 0, sizeof(mouseState));
 }
 
+void InputSystem::letGo()
+{
+    for (unsigned key = 0; key < KEYS; ++key)
+        if (keyState[key])
+            keyUp(key);
+    for (unsigned click = 0; click < BUTTONS; ++click)
+        if (mouseState[click])
+            mouseUp(click);
+}
+
 void InputSystem::update()
 {
-    inDev.update();
+    const TextCapture *const capture = TextCapture::current();
+    inDev.update(capture && capture->wantsText());
 }
 
 void InputSystem::processWM_INPUT(WPARAM, LPARAM lParam)
@@ -147,13 +158,15 @@ void InputSystem::processKey(const RAWINPUT &input)
     if (!repeated)
         keyDown(key);
     if (typing)
-        captureText(key);
+        captureText(key, repeated);
 }
 
-void InputSystem::captureText(unsigned key) const
+void InputSystem::captureText(unsigned key, bool repeated) const
 {
     TextCapture *capture = TextCapture::current();
-    if (!capture || !capture->wantsText() || heldKeys[VK_CONTROL] || heldKeys[VK_MENU])
+    if (!capture || !capture->wantsText() || capture->takesKey(key, repeated))
+        return;
+    if (heldKeys[VK_CONTROL] || heldKeys[VK_MENU])
         return;
     if (const unsigned code = convertToAscii(key))
         capture->add(code);

@@ -24,10 +24,13 @@ public:
     /// Takes the record behind a WM_INPUT message: key and button transitions, wheel and motion. Anything that is no
     /// full record is dropped, and so are the devices' records while recorded input is played back.
     void processWM_INPUT(WPARAM wParam, LPARAM lParam);
-    /// Begins a frame of the pads and of recorded input; see InputDevices::update.
+    /// Begins a frame of the pads, which rest while text is entered, and of recorded input; see InputDevices::update.
     void update();
     /// Forgets every key and button that is down, without a message.
     void clear();
+
+    /// Notes everything that is down as up and sends its messages, as when the player takes his hands away.
+    void letGo();
 
     /// Notes a key as down and sends KeyDownMessage, unless input is dropped.
     /// @param key  virtual-key code, below 65536
@@ -81,7 +84,7 @@ private:
     void processMouse(const RAWINPUT &input);
     void processButtons(const RAWMOUSE &mouse);
     void processKey(const RAWINPUT &input);
-    void captureText(unsigned key) const;
+    void captureText(unsigned key, bool repeated) const;
     void releaseWhatWasLetGo();
     POINT readCursor() const;
     void takeCursor(float x, float y);

@@ -9,6 +9,10 @@ public:
 
     /// Whether text is being entered now.
     virtual bool wantsText() const = 0;
+    /// Takes a key before it types anything, as one that closes the entry; what it takes is not typed.
+    /// @param key       virtual-key code
+    /// @param repeated  the key was down already
+    virtual bool takesKey(unsigned key, bool repeated) { return false; }
     /// Takes one key: a printable character (32 to 126), 8 backspace, 9 tab, 13 enter, 27 escape, 127 delete, or 500 to
     /// 503 for the arrows left, up, right, down.
     virtual void add(unsigned key) = 0;

@@ -41,7 +41,6 @@ ErrorCode makeCoverageTexture(IDirect3DDevice9 &device, const CoverageImage &ima
 
 ErrorCode copyCoverage(IDirect3DTexture9 &texture, const CoverageImage &image, const PixelRectangle &part)
 {
-    constexpr std::uint16_t white = 0xFF;
     const RECT region{part.left, part.top, part.right, part.bottom};
     D3DLOCKED_RECT locked = {};
     const ErrorCode result = verified(texture.LockRect(0, &locked, &region, 0), "Could not lock texture to load data.");
@@ -53,7 +52,8 @@ ErrorCode copyCoverage(IDirect3DTexture9 &texture, const CoverageImage &image, c
         auto *to = reinterpret_cast<std::uint16_t *>(static_cast<std::byte *>(locked.pBits) +
                                                      std::ptrdiff_t(y - part.top) * locked.Pitch);
         std::transform(from, from + (part.right - part.left), to,
-                       [](std::uint8_t coverage) { return static_cast<std::uint16_t>(white | coverage << 8); });
+                       [&image](std::uint8_t coverage)
+                       { return static_cast<std::uint16_t>(image.grey | coverage << 8); });
     }
     return verified(texture.UnlockRect(0), "Could not unlock texture.");
 }

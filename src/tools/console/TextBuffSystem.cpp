@@ -1,8 +1,137 @@
 #include "tools/console/TextBuffSystem.h"
 
+#include "tools/console/ConsoleComponent.h"
+
+#include "engine/debug/GlobalConfigSystem.h"
 #include "engine/systems/SystemSystem.h"
+#include "platform/input/InputSystem.h"
+#include "platform/input/TextCapture.h"
+
+namespace
+{
+// Codes of keys as `TextCapture::add` has them.
+constexpr unsigned BACKSPACE = 8, TAB = 9, ENTER = 13, FIRST_PRINTABLE = 32, LAST_PRINTABLE = 126, UP = 501, DOWN = 503;
+
+bool isPrintable(unsigned key)
+{
+    return key >= FIRST_PRINTABLE && key <= LAST_PRINTABLE;
+}
+
+String textOf(unsigned key)
+{
+    const char letter = static_cast<char>(key);
+    return String::copyFrom(&letter, 1);
+}
+
+/// Whether a buffer means something else than its letters.
+bool isToken(const String &text)
+{
+    return text == SCS("UP") || text == SCS("DOWN") || text == SCS("TAB");
+}
+} // namespace
+
+/// What the input system hands typed keys to.
+class TextBuffSystem::Keys final : public TextCapture
+{
+public:
+    explicit Keys(TextBuffSystem &system_) : system(system_) { setCurrent(this); }
+    ~Keys() override { setCurrent(nullptr); }
+
+    bool wantsText() const override { return system.isCapturing(); }
+    void add(unsigned key) override { system.type(key); }
+    bool takesKey(unsigned key, bool repeated) override
+    {
+        const auto console = ConsoleComponent::ofCurrentLevel().lookup();
+        return console && console->takesKey(static_cast<int>(key), repeated);
+    }
+
+private:
+    TextBuffSystem &system;
+};
+
+TextBuffSystem::TextBuffSystem() = default;
+TextBuffSystem::~TextBuffSystem() = default;
 
 System::DependencyList TextBuffSystem::systemDependencies()
 {
-    return {SystemSystem::staticType};
+    return {SystemSystem::staticType, GlobalConfigSystem::staticType, InputSystem::staticType};
+}
+
+void TextBuffSystem::systemStartup()
+{
+    keys = std::make_unique<Keys>(*this);
+}
+
+void TextBuffSystem::systemShutdown()
+{
+    keys.reset();
+}
+
+void TextBuffSystem::add(unsigned key)
+{
+    if (key == UP)
+        buffer = SCS("UP");
+    else if (key == DOWN)
+        buffer = SCS("DOWN");
+    else if (key == ENTER)
+        buffer = SCS("\n");
+    else if (key == TAB)
+        buffer = buffer + SCS("TAB");
+    else if (key == BACKSPACE || isPrintable(key))
+        buffer = buffer + textOf(key);
+}
+
+/// Takes a key at once where its reader will understand it, and else has it wait.
+void TextBuffSystem::type(unsigned key)
+{
+    if (waiting.empty() && isTakenWhole(key))
+        add(key);
+    else
+        waiting.push_back(key);
+}
+
+bool TextBuffSystem::isTakenWhole(unsigned key) const
+{
+    if (buffer.empty())
+        return true;
+    const auto last = static_cast<unsigned char>(buffer[buffer.size() - 1]);
+    return isPrintable(key) && isPrintable(last) && !isToken(buffer) && !isToken(buffer + textOf(key));
+}
+
+bool TextBuffSystem::refill()
+{
+    const bool any = !waiting.empty();
+    while (!waiting.empty() && isTakenWhole(waiting.front()))
+    {
+        add(waiting.front());
+        waiting.pop_front();
+    }
+    return any;
+}
+
+void TextBuffSystem::setOnOff(bool val)
+{
+    onOff = val;
+    followSwitches();
+}
+
+bool TextBuffSystem::isCapturing() const
+{
+    return onOff && getSystemDeref<GlobalConfigSystem>().getConsoleEnabled();
+}
+
+void TextBuffSystem::followSwitches()
+{
+    const bool wanted = isCapturing();
+    if (wanted == capturing)
+        return;
+    capturing = wanted;
+    InputSystem &input = getSystemDeref<InputSystem>();
+    if (!wanted)
+        return input.setNoOp(inputWasDropped);
+    inputWasDropped = input.getNoOp();
+    input.letGo();
+    input.setNoOp(true);
+    buffer = String();
+    waiting.clear();
 }

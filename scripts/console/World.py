@@ -1,0 +1,112 @@
+"""Commands that change the run of the game."""
+
+from __future__ import annotations
+
+import importlib
+import os
+from typing import Any
+
+import kaVel
+import standing
+from console import Values
+from console.Session import Session, Wrong, command
+
+
+@command('timescale', 'factor', 'text')
+def timescale(session: Session, line: str) -> str:
+    """Has the level's time run faster or slower: 1 is as usual, 0.25 a quarter, 0 stands still."""
+    factor = _number(line, 0.0, 100.0)
+    session.level.getTimerHandle('master').setScaling(round(factor * 256), 8)
+    return 'Time runs at %g' % factor
+
+
+def _number(text: str, least: float, most: float) -> float:
+    try:
+        value = float(text)
+    except ValueError:
+        raise Wrong('%r is no number' % text) from None
+    if not least <= value <= most:
+        raise Wrong('%g is not between %g and %g' % (value, least, most))
+    return value
+
+
+@command('pause')
+def pause(session: Session, line: str) -> str:
+    """Stops the level, or has it go on."""
+    states = kaVel.Coordinator.LoopControlState
+    stopped = session.level.loopState == states.LOOP_STOP
+    session.level.loopState = states.LOOP_RUN if stopped else states.LOOP_STOP
+    return 'The level goes on' if stopped else 'The level stands still'
+
+
+@command('teleport', 'x y z, or path', 'object')
+def teleport(session: Session, line: str) -> str:
+    """Puts whoever looks around in the level at a place, or beside an object."""
+    viewer = _viewer(session)
+    _, turn, pitch = viewer.standing()
+    words = line.replace(',', ' ').split()
+    if len(words) == 3:
+        at = [_number(word, -1e5, 1e5) for word in words]
+    else:
+        transform = Values.resolve(session, line).getChild('transform')
+        if not transform:
+            raise Wrong('%s has no place' % line)
+        at = [transform.position.x, transform.position.y, transform.position.z]
+    viewer.goTo((at[0], at[1], at[2]), turn, pitch)
+    return 'At %.2f, %.2f, %.2f' % (at[0], at[1], at[2])
+
+
+def _viewer(session: Session) -> Any:
+    viewer = standing.viewerIn(session.level)
+    if viewer is None:
+        raise Wrong('nobody looks around in this level')
+    return viewer
+
+
+@command('noclip')
+def noclip(session: Session, line: str) -> str:
+    """Leaves the player's body for a camera that flies through everything, or comes back into it."""
+    fly = getattr(_viewer(session), 'fly', None)
+    if fly is None:
+        raise Wrong('there is no body to leave: the camera of this level flies already')
+    fly()
+    return 'Again for the other way'
+
+
+@command('give', 'life | sanity | key', 'gift')
+def give(session: Session, line: str) -> str:
+    """Makes the player whole or calm, or puts a thing of this name in his pockets."""
+    player = session.level.getChild('Player')
+    if not line or not player:
+        raise Wrong('there is no player' if line else 'what is to be given?')
+    if line == 'sanity':
+        player.getComponent('player').sanity = 100.0
+    elif line == 'life':
+        _module('objects.Life').lifeOf(session.level).restore()
+    else:
+        _module('objects.Pockets').pocketsOf(session.level).add(line)
+    return 'Given: %s' % line
+
+
+def _module(name: str) -> Any:
+    try:
+        return importlib.import_module(name)
+    except ImportError as error:
+        raise Wrong(str(error)) from None
+
+
+@command('screenshot', 'file', 'text')
+def screenshot(session: Session, line: str) -> str:
+    """Writes the picture to a file, as out.png; without a name one by the number of the frame."""
+    name = line or 'mornal-%06d.png' % kaVel.getSystem('GameLoopSystem').frameNumber
+    file = os.path.join(kaVel.Reflection.getUserFolder(), name if name.endswith('.png') else name + '.png')
+    if not os.path.isdir(os.path.dirname(file)):
+        raise Wrong('there is no folder %s' % os.path.dirname(file))
+    kaVel.getSystem('GraphicsSystem2').captureScreen(file)
+    return 'The picture of this frame goes to %s' % file
+
+
+@command('quit')
+def quit_(session: Session, line: str) -> None:
+    """Ends the game."""
+    kaVel.getSystem('GameLoopSystem').quit(0)

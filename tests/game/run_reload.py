@@ -30,7 +30,8 @@ def onKey(message, key):
 
 def tell(level):
     texts = kaVel.Reflection.TextComponent2
-    shown = [each.text for each in kaVel.descendants(level) if each._getType().isSubclassOf(texts)]
+    shown = [each.text for each in kaVel.descendants(level)
+             if each._getType().isSubclassOf(texts) and '/Console/' not in kaVel.pathOf(each)]
     kaVel.log('told: %s | %s | %s | lamp %s' % (level.levelName, shown, standing.of(level),
               bool(level.getDescendantByPath('ground/lamp'))))
 

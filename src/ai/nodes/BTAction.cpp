@@ -110,13 +110,12 @@ void BTAction::onHierarchyChange(Handle<Object> reparentedObject, Handle<Object>
     master.forget();
 }
 
-void BTAction::describeTo(TaskCell &description) const
+void BTAction::describeTo(TaskStep &step) const
 {
     if (type != T_Function)
         return;
-    description.kind = TaskCell::ACT;
-    description.act = actionFn;
-    description.creature = handle_cast<Entity>(getParent());
+    step.kind = TaskStep::ACT;
+    step.act = actionFn;
 }
 
 void BTAction::setAction(Handle<Action> action)

@@ -51,7 +51,7 @@ public:
     ReflectorPtr getReflectorPtr() const { return reflectorPtr; }
 
 private:
-    void describeTo(TaskCell &description) const override;
+    void describeTo(TaskStep &step) const override;
     StatusCode runAction();
     ActionStatus callReflected();
 

@@ -25,13 +25,12 @@ void BTCondition::setConditionFunc(BTConditionFn func)
     spoilPlan();
 }
 
-void BTCondition::describeTo(TaskCell &description) const
+void BTCondition::describeTo(TaskStep &step) const
 {
     if (!conditionFunc || !children.empty())
         return;
-    description.kind = TaskCell::ASK;
-    description.ask = conditionFunc;
-    description.creature = handle_cast<Entity>(getParent());
+    step.kind = TaskStep::ASK;
+    step.ask = conditionFunc;
 }
 
 StatusCode BTCondition::run()

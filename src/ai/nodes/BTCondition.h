@@ -23,7 +23,7 @@ public:
     ReflectorPtr getReflectorPtr() const { return reflectorPtr; }
 
 private:
-    void describeTo(TaskCell &description) const override;
+    void describeTo(TaskStep &step) const override;
     StatusCode ask();
     StatusCode askReflected();
 

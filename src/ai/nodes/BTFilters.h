@@ -14,7 +14,7 @@ public:
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
 
 private:
-    void describeTo(TaskCell &description) const override { description.kind = TaskCell::UNTIL_FAIL; }
+    void describeTo(TaskStep &step) const override { step.kind = TaskStep::UNTIL_FAIL; }
 };
 
 /// Ticks its child until that succeeds: SC_Success then, SC_NeedMoreTime for anything else.
@@ -28,7 +28,7 @@ public:
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
 
 private:
-    void describeTo(TaskCell &description) const override { description.kind = TaskCell::UNTIL_SUCCEED; }
+    void describeTo(TaskStep &step) const override { step.kind = TaskStep::UNTIL_SUCCEED; }
 };
 
 /// Swaps success and failure. SC_NeedMoreTime stays, all else is SC_Undefined.
@@ -42,7 +42,7 @@ public:
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
 
 private:
-    void describeTo(TaskCell &description) const override { description.kind = TaskCell::INVERTER; }
+    void describeTo(TaskStep &step) const override { step.kind = TaskStep::INVERTER; }
 };
 
 /// Turns failure into success. SC_NeedMoreTime stays, all else is SC_Undefined.
@@ -56,5 +56,5 @@ public:
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
 
 private:
-    void describeTo(TaskCell &description) const override { description.kind = TaskCell::FAIL_FILTER; }
+    void describeTo(TaskStep &step) const override { step.kind = TaskStep::FAIL_FILTER; }
 };

@@ -1,6 +1,6 @@
 #include "ai/nodes/BTParallelSequence.h"
 
-#include "ai/nodes/RunningTasks.h"
+#include "ai/nodes/WalkedTasks.h"
 
 StatusCode BTParallelSequence::run()
 {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "ai/nodes/BTTask.h"
-#include "ai/nodes/ShuffledTasks.h"
+#include "ai/nodes/WalkedTasks.h"
 
 /// A sequence whose children are shuffled anew each time it begins.
 ///

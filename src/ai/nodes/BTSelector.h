@@ -19,5 +19,5 @@ public:
     ErrorReturn<Handle<BTTask>> clone() override { return cloneWithChildren(); }
 
 private:
-    void describeTo(TaskCell &description) const override { description.kind = TaskCell::SELECTOR; }
+    void describeTo(TaskStep &step) const override { step.kind = TaskStep::SELECTOR; }
 };

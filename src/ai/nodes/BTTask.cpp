@@ -45,7 +45,7 @@ Handle<BTTask> BTTask::addChild(Handle<BTTask> child)
     if (auto added = child.lookup())
         added->placed = true;
     children.push_back(child);
-    cell->active = 0;
+    state->active = 0;
     spoilPlan();
     return child;
 }
@@ -85,7 +85,7 @@ void BTTask::onHierarchyChange(Handle<Object>, Handle<Object>)
 
 void BTTask::terminate()
 {
-    cell->terminated = true;
+    state->terminated = true;
     terminateChildren();
 }
 

@@ -30,7 +30,7 @@ public:
     /// Nodes that a copy of a tree may have.
     static constexpr int MAX_COPIED = 250000;
 
-    BTTask() { ownCell.task = this; }
+    BTTask() = default;
     ~BTTask() override;
 
     void onHierarchyChange(Handle<Object> reparentedObject, Handle<Object> newParent) override;
@@ -53,21 +53,23 @@ public:
 
     /// Runs the node and remembers the result; SC_Failure, with an error, at a depth that no tree should have.
     StatusCode tick() { return TreePlan::tick(*this); }
+    /// Lays the tree out for its ticks, which the first one does where nobody asks.
+    void prepare() { TreePlan::prepare(*this); }
 
     /// Whether the node was terminated; a sequence looks at it after its child's tick.
-    bool getTerminated() const { return cell->terminated; }
-    void setTerminated(bool val) { cell->terminated = val; }
+    bool getTerminated() const { return state->terminated; }
+    void setTerminated(bool val) { state->terminated = val; }
     /// How many children the node ticks.
     std::size_t getTaskCount() const { return children.size(); }
     /// The child at an index; invalid where there is none.
     Handle<BTTask> getTask(std::size_t index) const;
     /// Index of the child that is ticked next, in the list that the node walks.
-    TaskListIt getActiveTask() const { return cell->active; }
-    void setActiveTask(TaskListIt val) { cell->active = val; }
+    TaskListIt getActiveTask() const { return state->active; }
+    void setActiveTask(TaskListIt val) { state->active = val; }
     /// Whether the node has been ticked.
-    bool getTicked() const { return cell->lastResult != TaskCell::NOT_TICKED; }
+    bool getTicked() const { return state->lastResult != TaskState::NOT_TICKED; }
     /// What the last tick gave; SC_Undefined before the first.
-    StatusCode getLastResult() const { return getTicked() ? static_cast<StatusCode>(cell->lastResult) : SC_Undefined; }
+    StatusCode getLastResult() const { return getTicked() ? static_cast<StatusCode>(state->lastResult) : SC_Undefined; }
 
     /// The children in order.
     const TaskList &getTasks() const { return children; }
@@ -99,7 +101,7 @@ protected:
     /// Has the plan of the tree made anew before the next tick.
     void spoilPlan();
     /// The child that is ticked next, in the list that the node walks.
-    TaskListIt &activeTask() { return cell->active; }
+    TaskListIt &activeTask() { return state->active; }
 
     TaskList children;
 
@@ -107,12 +109,12 @@ private:
     friend class TreePlan;
 
     bool canTake(const Handle<BTTask> &child) const;
-    /// Fills in how a plan ticks the node, apart from its children; OTHER for what runs by itself.
-    virtual void describeTo(TaskCell &) const {}
+    /// Fills in how a plan ticks the node, apart from its place; OTHER for what runs by itself.
+    virtual void describeTo(TaskStep &) const {}
 
-    TaskCell *cell = &ownCell; ///< what ticks read and write of the node: in the plan, or its own
+    TaskState *state = &ownState; ///< in the plan, or its own
     boost::intrusive_ptr<TreePlan> plan;
-    TaskCell ownCell;
+    TaskState ownState;
     bool placed = false; ///< stands below another node
     bool complained = false;
 };

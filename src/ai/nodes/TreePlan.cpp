@@ -4,51 +4,49 @@
 
 #include "engine/entities/Entity.h"
 
+#include <memory>
+#include <unordered_set>
+#include <utility>
+
 namespace
 {
 /// Whether a plan ticks the node's children, too.
-bool hasChildren(const TaskCell &cell)
+bool hasChildren(const TaskStep &step)
 {
-    switch (cell.kind)
+    switch (step.kind)
     {
-    case TaskCell::SELECTOR:
-    case TaskCell::SEQUENCE:
-    case TaskCell::INVERTER:
-    case TaskCell::FAIL_FILTER:
-    case TaskCell::UNTIL_FAIL:
-    case TaskCell::UNTIL_SUCCEED:
+    case TaskStep::SELECTOR:
+    case TaskStep::SEQUENCE:
+    case TaskStep::INVERTER:
+    case TaskStep::FAIL_FILTER:
+    case TaskStep::UNTIL_FAIL:
+    case TaskStep::UNTIL_SUCCEED:
         return true;
     default:
         return false;
     }
 }
 
-StatusCode inverted(StatusCode result)
+/// Which of its children a node ticks: those that walk them the active one, all others the first.
+inline std::uint32_t turnOf(const TaskStep &step, const TaskState &state)
 {
-    switch (result)
-    {
-    case SC_Success:
-        return SC_Failure;
-    case SC_Failure:
-        return SC_Success;
-    case SC_NeedMoreTime:
-        return SC_NeedMoreTime;
-    default:
-        return SC_Undefined;
-    }
+    return step.kind <= TaskStep::SEQUENCE ? state.active : 0;
 }
 
-StatusCode withoutFailure(StatusCode result)
+/// What a node that keeps nothing in mind makes of a child that has finished.
+StatusCode filtered(TaskStep::Kind kind, StatusCode given)
 {
-    switch (result)
+    const bool succeeded = given == SC_Success, failed = given == SC_Failure;
+    switch (kind)
     {
-    case SC_Success:
-    case SC_Failure:
-        return SC_Success;
-    case SC_NeedMoreTime:
-        return SC_NeedMoreTime;
+    case TaskStep::INVERTER:
+        return succeeded ? SC_Failure : failed ? SC_Success : SC_Undefined;
+    case TaskStep::FAIL_FILTER:
+        return succeeded || failed ? SC_Success : SC_Undefined;
+    case TaskStep::UNTIL_FAIL:
+        return failed ? SC_Failure : SC_NeedMoreTime;
     default:
-        return SC_Undefined;
+        return succeeded ? SC_Success : SC_NeedMoreTime;
     }
 }
 } // namespace
@@ -59,8 +57,7 @@ class TreePlan::Use
 public:
     explicit Use(BTTask &task)
     {
-        if (!task.plan || task.plan->stale) [[unlikely]]
-            refresh(task);
+        prepare(task);
         plan = task.plan.get();
         ++plan->running;
     }
@@ -83,20 +80,26 @@ private:
 StatusCode TreePlan::tick(BTTask &task)
 {
     const StatusCode result = run(task);
-    task.cell->lastResult = static_cast<std::uint8_t>(result);
+    task.state->lastResult = static_cast<std::uint8_t>(result);
     return result;
 }
 
 StatusCode TreePlan::run(BTTask &task)
 {
     const Use plan(task);
-    const Descent levels(plan->depth);
+    const Descent levels(plan->shape->depth);
     if (levels.isTooDeep()) [[unlikely]]
     {
         task.complain(levels.describe());
         return SC_Failure;
     }
-    return plan->step(*task.cell);
+    return plan->step(plan->indexOf(task));
+}
+
+void TreePlan::prepare(BTTask &task)
+{
+    if (!task.plan || task.plan->stale) [[unlikely]]
+        refresh(task);
 }
 
 /// Makes a node's plan anew, unless it is being ticked.
@@ -113,202 +116,199 @@ void TreePlan::refresh(BTTask &task)
         build(task);
 }
 
-void TreePlan::build(BTTask &root)
+struct TreePlan::Layout
 {
-    const boost::intrusive_ptr<TreePlan> plan(new TreePlan(root.getTypedHandle()));
-    plan->add(root.getTypedHandle());
-    // Level by level, so that children stand beside each other.
-    for (std::size_t begin = 0, end = plan->cells.size(); begin < end; begin = end, end = plan->cells.size())
+    explicit Layout(BTTask &root) : parent(root.getParent())
     {
-        ++plan->depth;
-        for (std::size_t i = begin; i < end; ++i)
-            plan->addChildren(i);
+        add(&root);
+        // Level by level, so that children stand beside each other.
+        for (std::size_t begin = 0, end = steps.size(); begin < end; begin = end, end = steps.size())
+        {
+            ++depth;
+            for (std::size_t i = begin; i < end; ++i)
+                addChildren(i);
+        }
     }
-    plan->settle();
+
+    std::vector<TaskStep> steps;
+    std::vector<BTTask *> tasks; ///< by step; null for MISSING
+    int depth = 0;
+
+private:
+    void add(BTTask *task);
+    void addChildren(std::size_t at);
+
+    const Handle<Object> parent; ///< of the root
+    std::unordered_set<const BTTask *> known;
+};
+
+/// Appends a node; null for one that does not exist.
+void TreePlan::Layout::add(BTTask *task)
+{
+    tasks.push_back(task);
+    TaskStep &step = steps.emplace_back();
+    if (!task)
+        step.kind = TaskStep::MISSING;
+    else if (!known.insert(task).second)
+        step.kind = TaskStep::ELSEWHERE;
+    else
+        task->describeTo(step);
+    // A native leaf below another entity than the root's gives that its own.
+    if ((step.kind == TaskStep::ASK || step.kind == TaskStep::ACT) && task->getParent() != parent)
+        step = TaskStep();
 }
 
-/// Appends the cells of a node's children; a node that runs by itself sees to its own.
-void TreePlan::addChildren(std::size_t at)
+/// Appends a node's children; a node that runs by itself sees to its own.
+void TreePlan::Layout::addChildren(std::size_t at)
 {
-    if (!hasChildren(cells[at]))
+    if (!hasChildren(steps[at]))
         return;
     if (depth == BTTask::MAX_DEPTH)
     {
-        cells[at].kind = TaskCell::TOO_DEEP;
+        steps[at].kind = TaskStep::TOO_DEEP;
         return;
     }
-    const TaskList &children = cells[at].task->children;
-    cells[at].children = {static_cast<std::uint32_t>(cells.size()), static_cast<std::uint32_t>(children.size())};
+    const TaskList &children = tasks[at]->children;
+    steps[at].first = static_cast<std::uint32_t>(steps.size());
+    steps[at].count = static_cast<std::uint32_t>(children.size());
     for (const Handle<BTTask> &h : children)
     {
-        add(h);
-        cells.back().parent = static_cast<std::uint32_t>(at);
+        add(h.lookup().ptr);
+        steps.back().parent = static_cast<std::uint32_t>(at);
     }
 }
 
-/// Appends the cell of a node, with the state that the node is in.
-void TreePlan::add(const Handle<BTTask> &h)
+void TreePlan::build(BTTask &root)
 {
-    TaskCell &cell = cells.emplace_back();
-    BTTask *const task = h.lookup().ptr;
-    cell.task = task;
-    if (!task)
-    {
-        cell.kind = TaskCell::MISSING;
-        return;
-    }
-    if (task->plan.get() == this)
-    {
-        cell.kind = TaskCell::ELSEWHERE;
-        return;
-    }
-    // Another plan that has it, too, is not right any more.
-    if (task->plan)
-        task->plan->spoil();
-    cell.active = task->cell->active;
-    cell.terminated = task->cell->terminated;
-    cell.lastResult = task->cell->lastResult;
-    task->describeTo(cell);
-    task->plan = this;
+    Layout layout(root);
+    const std::size_t count = layout.steps.size();
+    const boost::intrusive_ptr<TreePlan> plan(new (count) TreePlan(root, std::move(layout)));
+    TaskState *const states = std::uninitialized_value_construct_n(plan->states(), count) - count;
+    for (std::size_t i = 0; i < count; ++i)
+        if (plan->shape->steps[i].kind != TaskStep::MISSING && plan->shape->steps[i].kind != TaskStep::ELSEWHERE)
+            plan->adopt(*plan->tasks[i], states[i]);
 }
 
-/// Has the nodes keep their state in their cells, which stay where they are from now on.
-void TreePlan::settle()
+TreePlan::TreePlan(BTTask &root, Layout &&layout)
+    : creature(handle_cast<Entity>(root.getParent())), shape(TreeShape::of(std::move(layout.steps), layout.depth)),
+      tasks(std::move(layout.tasks)), root(root.getTypedHandle())
 {
-    for (TaskCell &cell : cells)
-        if (cell.kind != TaskCell::MISSING && cell.kind != TaskCell::ELSEWHERE)
-            cell.task->cell = &cell;
+}
+
+/// Has a node keep its state in the plan. Another plan that has it, too, is not right any more.
+void TreePlan::adopt(BTTask &task, TaskState &state)
+{
+    state = *task.state;
+    task.state = &state;
+    if (task.plan)
+        task.plan->spoil();
+    task.plan = this;
+}
+
+inline std::uint32_t TreePlan::indexOf(const BTTask &task)
+{
+    return static_cast<std::uint32_t>(task.state - states());
 }
 
 /// One tick of a node of the plan: down the active path to what runs, and up again with what that gave.
-inline StatusCode TreePlan::step(TaskCell &top)
+inline StatusCode TreePlan::step(std::uint32_t top)
 {
-    TaskCell *cell = &top;
-    StatusCode result = SC_Undefined;
-    while (TaskCell *const child = childToTick(*cell, result))
-        cell = child;
-    while (cell != &top)
+    const TaskStep *const steps = shape->steps.data();
+    TaskState *const of = states();
+    std::uint32_t at = top;
+    for (std::uint32_t turn; (turn = turnOf(steps[at], of[at])) < steps[at].count;)
+        at = steps[at].first + turn;
+
+    StatusCode result;
+    if (steps[at].kind == TaskStep::ASK)
+        result = steps[at].ask(creature);
+    else if (steps[at].kind == TaskStep::ACT)
+        result = statusOf(steps[at].act(creature));
+    else
+        result = runOther(at);
+
+    while (at != top)
     {
-        cell->lastResult = static_cast<std::uint8_t>(result);
-        cell = &cells[cell->parent];
-        result = takeResult(*cell, result);
+        of[at].lastResult = static_cast<std::uint8_t>(result);
+        at = steps[at].parent;
+        // Whoever needs more time has all above him need it, too.
+        if (result != SC_NeedMoreTime || of[at].terminated)
+            result = takeResult(steps[at], of[at], at, result);
     }
     return result;
 }
 
-/// The child that a node ticks; null for one that gives its result without, which is set then.
-inline TaskCell *TreePlan::childToTick(TaskCell &cell, StatusCode &result)
-{
-    switch (cell.kind)
-    {
-    case TaskCell::SELECTOR:
-    case TaskCell::SEQUENCE:
-        if (hasChild(cell, cell.active)) [[likely]]
-            return &cells[cell.children.first + cell.active];
-        result = withoutChild(cell);
-        return nullptr;
-    case TaskCell::ASK:
-        result = cell.ask(cell.creature);
-        return nullptr;
-    case TaskCell::ACT:
-        result = statusOf(cell.act(cell.creature));
-        return nullptr;
-    case TaskCell::INVERTER:
-    case TaskCell::FAIL_FILTER:
-    case TaskCell::UNTIL_FAIL:
-    case TaskCell::UNTIL_SUCCEED:
-        if (hasChild(cell, 0)) [[likely]]
-            return &cells[cell.children.first];
-        result = cell.task->reportMissingChild(0);
-        return nullptr;
-    default:
-        result = tickElsewhere(cell);
-        return nullptr;
-    }
-}
-
 /// What a node makes of its child's result.
-inline StatusCode TreePlan::takeResult(TaskCell &cell, StatusCode given)
+inline StatusCode TreePlan::takeResult(const TaskStep &step, TaskState &state, std::uint32_t at, StatusCode given)
 {
-    switch (cell.kind)
+    if (step.kind == TaskStep::SEQUENCE)
     {
-    case TaskCell::SELECTOR:
-        return selectorResult(cell, given);
-    case TaskCell::SEQUENCE:
-        return sequenceResult(cell, given);
-    case TaskCell::INVERTER:
-        return inverted(given);
-    case TaskCell::FAIL_FILTER:
-        return withoutFailure(given);
-    case TaskCell::UNTIL_FAIL:
-        return given == SC_Failure ? SC_Failure : SC_NeedMoreTime;
-    default:
-        return given == SC_Success ? SC_Success : SC_NeedMoreTime;
+        if (state.terminated) [[unlikely]]
+        {
+            state.terminated = false;
+            return SC_Success;
+        }
+        if (given == SC_InvalidHandle) [[unlikely]]
+        {
+            tasks[at]->terminate();
+            return SC_InvalidHandle;
+        }
+        return given == SC_Failure ? begin(state, given) : advance(step, state, SC_Success);
     }
+    if (given == SC_NeedMoreTime)
+        return given;
+    if (step.kind != TaskStep::SELECTOR)
+        return filtered(step.kind, given);
+    if (given == SC_Success)
+        return begin(state, given);
+    return given == SC_Failure ? advance(step, state, given) : SC_NeedMoreTime;
 }
 
-inline StatusCode TreePlan::selectorResult(TaskCell &cell, StatusCode given)
+/// Has a node stand at its first child again, with a result.
+inline StatusCode TreePlan::begin(TaskState &state, StatusCode result)
 {
-    switch (given)
+    state.active = 0;
+    return result;
+}
+
+/// Has a node stand at its next child; behind the last one it begins again, with a result.
+inline StatusCode TreePlan::advance(const TaskStep &step, TaskState &state, StatusCode atTheEnd)
+{
+    return ++state.active < step.count ? SC_NeedMoreTime : begin(state, atTheEnd);
+}
+
+/// What anything but a native leaf gives that ticks no child where it stands; `at` becomes the parent of a child that
+/// does not exist, whose own tick ends there.
+StatusCode TreePlan::runOther(std::uint32_t &at)
+{
+    const TaskStep &step = shape->steps[at];
+    switch (step.kind)
     {
-    case SC_Success:
-        cell.active = 0;
-        return SC_Success;
-    case SC_Failure:
-        if (++cell.active < cell.children.count)
-            return SC_NeedMoreTime;
-        cell.active = 0;
+    case TaskStep::OTHER:
+        return tasks[at]->run();
+    case TaskStep::ELSEWHERE:
+        return tasks[at]->tick();
+    case TaskStep::TOO_DEEP:
+        tasks[at]->complain(Descent::describe());
         return SC_Failure;
+    case TaskStep::MISSING:
+    {
+        const std::uint32_t number = at - shape->steps[step.parent].first;
+        at = step.parent;
+        return tasks[at]->reportMissingChild(number);
+    }
     default:
-        return SC_NeedMoreTime;
+        return runWithoutChild(at);
     }
 }
 
-inline StatusCode TreePlan::sequenceResult(TaskCell &cell, StatusCode given)
+/// What a node gives that takes children, and has none where its turn is.
+StatusCode TreePlan::runWithoutChild(std::uint32_t at)
 {
-    if (cell.terminated)
-    {
-        cell.terminated = false;
-        return SC_Success;
-    }
-    switch (given)
-    {
-    case SC_NeedMoreTime:
-        return SC_NeedMoreTime;
-    case SC_Failure:
-        cell.active = 0;
+    const TaskStep &step = shape->steps[at];
+    if (step.count == 0 && step.kind == TaskStep::SELECTOR)
+        return SC_Undefined;
+    if (step.count == 0 && step.kind == TaskStep::SEQUENCE)
         return SC_Failure;
-    case SC_InvalidHandle:
-        cell.task->terminate();
-        return SC_InvalidHandle;
-    default:
-        if (++cell.active < cell.children.count)
-            return SC_NeedMoreTime;
-        cell.active = 0;
-        return SC_Success;
-    }
-}
-
-inline bool TreePlan::hasChild(const TaskCell &cell, TaskListIt at) const
-{
-    return at < cell.children.count && cells[cell.children.first + at].kind != TaskCell::MISSING;
-}
-
-/// What a selector or a sequence gives that has no child, or a dead one where its turn is.
-StatusCode TreePlan::withoutChild(TaskCell &cell)
-{
-    if (cell.children.count > 0)
-        return cell.task->reportMissingChild(cell.active);
-    return cell.kind == TaskCell::SELECTOR ? SC_Undefined : SC_Failure;
-}
-
-/// Ticks a node that the plan does not tick itself.
-StatusCode TreePlan::tickElsewhere(TaskCell &cell)
-{
-    if (cell.kind == TaskCell::ELSEWHERE)
-        return cell.task->tick();
-    if (cell.kind == TaskCell::OTHER)
-        return cell.task->run();
-    cell.task->complain(Descent::describe());
-    return SC_Failure;
+    return tasks[at]->reportMissingChild(turnOf(step, states()[at]));
 }

@@ -2,12 +2,15 @@
 #pragma once
 
 #include "ai/nodes/TaskTypes.h"
+#include "ai/nodes/TreeShape.h"
 
 #include "object/tree/Object.h"
 
 #include <boost/smart_ptr/intrusive_ptr.hpp>
 
+#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <vector>
 
 class BTTask;
@@ -28,52 +31,18 @@ inline StatusCode statusOf(ActionStatus status)
     }
 }
 
-/// What a tick reads and writes of a node: half a cache line.
-struct TaskCell
+/// What ticks change of a node.
+struct TaskState
 {
-    /// How the node is ticked.
-    enum Kind : std::uint8_t
-    {
-        OTHER, ///< by its own `run`
-        SELECTOR,
-        SEQUENCE,
-        INVERTER,
-        FAIL_FILTER,
-        UNTIL_FAIL,
-        UNTIL_SUCCEED,
-        ASK,       ///< a native condition without a child
-        ACT,       ///< a native action
-        ELSEWHERE, ///< stands at another place of the tree already
-        MISSING,   ///< a child that does not exist
-        TOO_DEEP   ///< stands deeper than any node should
-    };
     static constexpr std::uint8_t NOT_TICKED = 255;
 
-    struct Children
-    {
-        std::uint32_t first; ///< index of the first one's cell; the others follow
-        std::uint32_t count;
-    };
-
-    BTTask *task = nullptr; ///< null for MISSING
-    union
-    {
-        Children children = {0, 0};
-        BTConditionFn ask;
-        BTActionFn act;
-    };
-    TaskListIt active = 0;    ///< the node's activeTask
-    Handle<Entity> creature;  ///< of a native leaf
-    std::uint32_t parent = 0; ///< index of the parent's cell
-    Kind kind = OTHER;
-    bool terminated = false;
+    TaskListIt active = 0;                ///< the node's activeTask
     std::uint8_t lastResult = NOT_TICKED; ///< a StatusCode
+    bool terminated = false;
 };
 
-static_assert(sizeof(TaskCell) == 32, "two cells share a cache line");
-
-/// The nodes of a tree in one array, children beside each other, so that a tick touches little memory and looks up no
-/// handle.
+/// The nodes of a tree laid out for its ticks, so that those touch little memory and look up no handle: how they are
+/// ticked in the shape that all trees of the kind share, what ticks change of them beside each other in the plan.
 ///
 /// Made with a tree's first tick, and anew with the first one after a node of it has died, got a child or moved. Kept by
 /// its nodes, which have their state in it. Holds what selectors, sequences and filters do; all other nodes run by
@@ -88,6 +57,8 @@ public:
     /// What a tick of a node does and gives, without account of it; otherwise like `tick`.
     static StatusCode run(BTTask &task);
 
+    /// Makes a node's plan where there is none that holds.
+    static void prepare(BTTask &task);
     /// Has the plan made anew before the next tick from outside.
     void spoil() { stale = true; }
 
@@ -101,26 +72,38 @@ private:
             delete plan;
     }
 
-    explicit TreePlan(Handle<BTTask> root) : root(root) {}
+    /// The nodes that a plan is made of, as they are found.
+    struct Layout;
+
+    TreePlan(BTTask &root, Layout &&layout);
+    ~TreePlan() = default;
+    static void *operator new(std::size_t size, std::size_t nodes)
+    {
+        return ::operator new(size + nodes * sizeof(TaskState));
+    }
+    static void operator delete(void *plan) { ::operator delete(plan); }
+    static void operator delete(void *plan, std::size_t) { ::operator delete(plan); }
+
     static void refresh(BTTask &task);
     static void build(BTTask &root);
-    void add(const Handle<BTTask> &h);
-    void addChildren(std::size_t at);
-    void settle();
+    void adopt(BTTask &task, TaskState &state);
 
-    StatusCode step(TaskCell &top);
-    TaskCell *childToTick(TaskCell &cell, StatusCode &result);
-    StatusCode takeResult(TaskCell &cell, StatusCode given);
-    StatusCode selectorResult(TaskCell &cell, StatusCode given);
-    StatusCode sequenceResult(TaskCell &cell, StatusCode given);
-    StatusCode withoutChild(TaskCell &cell);
-    StatusCode tickElsewhere(TaskCell &cell);
-    bool hasChild(const TaskCell &cell, TaskListIt at) const;
+    /// By step; they stand right behind the plan, so that a tick finds both in one place.
+    TaskState *states() { return reinterpret_cast<TaskState *>(this + 1); }
+    std::uint32_t indexOf(const BTTask &task);
+    StatusCode step(std::uint32_t top);
+    StatusCode takeResult(const TaskStep &step, TaskState &state, std::uint32_t at, StatusCode given);
+    static StatusCode begin(TaskState &state, StatusCode result);
+    static StatusCode advance(const TaskStep &step, TaskState &state, StatusCode atTheEnd);
+    StatusCode runOther(std::uint32_t &at);
+    StatusCode runWithoutChild(std::uint32_t at);
 
-    std::vector<TaskCell> cells;
-    Handle<BTTask> root;
-    int depth = 0;   ///< levels of nodes
-    int users = 0;   ///< nodes that have their cells here
+    int users = 0;   ///< nodes that have their states here
     int running = 0; ///< ticks from outside that are under way
     bool stale = false;
+    Handle<Entity> creature; ///< that the native leaves are given
+    TreeShape::Ptr shape;
+    std::vector<BTTask *> tasks; ///< by step; null for MISSING
+    Handle<BTTask> root;
 };
+static_assert(alignof(TreePlan) >= alignof(TaskState));

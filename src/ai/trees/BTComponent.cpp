@@ -46,6 +46,7 @@ void BTComponent::addBehavior(String behaviorName)
     if (!root)
         return;
     root->setTreeParent(handle_cast<Entity>(getParent()));
+    root->prepare();
     behaviors.emplace(behaviorName, copy);
     activeRoot.known = false;
 }

@@ -70,8 +70,8 @@ private:
 
     void findActiveRoot();
 
+    ActiveRoot activeRoot;
     BTMap behaviors;
     String activeBehavior;
     String defaultBehavior;
-    ActiveRoot activeRoot;
 };

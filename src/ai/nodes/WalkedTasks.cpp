@@ -1,7 +1,8 @@
-#include "ai/nodes/ShuffledTasks.h"
+#include "ai/nodes/WalkedTasks.h"
 
 #include "foundation/Random.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -15,6 +16,22 @@ std::uint64_t drawFor(std::uint64_t bound)
     return drawn;
 }
 } // namespace
+
+bool dropFinished(TaskList &running, TaskListIt &active)
+{
+    if (active + 1 < running.size())
+    {
+        // A child may stand in the list twice: the walk goes on at the first place of the next one.
+        const Handle<BTTask> next = running[active + 1];
+        running.erase(running.begin() + static_cast<std::ptrdiff_t>(active));
+        active = static_cast<TaskListIt>(std::find(running.begin(), running.end(), next) - running.begin());
+        return false;
+    }
+    if (!running.empty())
+        running.pop_back();
+    active = static_cast<TaskListIt>(running.size());
+    return true;
+}
 
 void ShuffledTasks::shuffle(const TaskList &children)
 {

@@ -18,16 +18,20 @@ ACTIONS = {
     'run': ('Shift',),
     'quit': ('Escape',),
     # One who walks
-    'jump': ('Space',),
-    'use': ('E', 'Left button'),
-    'throw': ('F', 'Right button'),
+    'crouch': ('Ctrl',),
+    'use': ('E', 'Space', 'Left button'),
+    'leanLeft': ('Q',),
+    'leanRight': ('C',),
+    'flashlight': ('F',),
+    'battery': ('R',),
+    'throw': ('G', 'Right button'),
     'lamp': ('L',),
     # The flying camera
     'rise': ('Space', 'E'),
     'sink': ('Ctrl', 'Q'),
     # Levels that have places to go to: number 1 to 9
     **{'place%d' % number: (str(number),) for number in range(1, 10)},
-    'restart': ('R',),
+    'restart': ('F9',),
     # The window; `fullScreenWithAlt` counts while `alternative` is held
     'fullScreen': ('F11',),
     'fullScreenWithAlt': ('Enter',),
@@ -38,6 +42,7 @@ ACTIONS = {
     'outlines': ('F4',),
     'reload': ('F5',),
     'levelBefore': ('F6',),
+    'fly': ('F7',),
     'console': ('Left of 1',),
 }
 
@@ -53,7 +58,7 @@ BUTTONS = {'Left button': 0, 'Right button': 1, 'Middle button': 2}
 @functools.cache
 def keysOf(action: str):
     """Virtual-key codes of an action; KeyError that names the nearest action if there is none of this name."""
-    return frozenset(_keyCode(each, action) for each in _inputs(action) if each not in BUTTONS)
+    return frozenset(keyCode(each, action) for each in _inputs(action) if each not in BUTTONS)
 
 
 @functools.cache
@@ -71,7 +76,8 @@ def _inputs(action: str):
         raise KeyError('no action %r in bindings.ACTIONS%s' % (action, hint)) from None
 
 
-def _keyCode(name: str, action: str):
+def keyCode(name: str, action: str = ''):
+    """Virtual-key code of a letter, a digit or a key of `KEYS`; ValueError for anything else."""
     if name in KEYS:
         return KEYS[name]
     if len(name) == 1 and (name.isdigit() or 'A' <= name <= 'Z'):

@@ -86,6 +86,40 @@ def _giveScale(pacing: Any, value: Any) -> None:
         kaVel.getSystem('GraphicsSystem2').renderScale = value
 
 
+def _look(player: Any) -> None:
+    player.lookSideways = get('mouseSensitivityX') * _LOOK * (-1 if get('invertMouseX') else 1)
+    player.lookUpright = get('mouseSensitivityY') * _LOOK
+
+
+class _ForPlayer:
+    """Gives a value to a part of the player of the level that runs, by its path below him; to nobody without one."""
+
+    def __init__(self, part: str, give: Callable[[Any, Any], None]):
+        self.part, self.give = part, give
+
+    def __call__(self, loop: Any, value: Any) -> None:
+        level = loop.currentlyActiveCoordinator
+        player = level.getChild('Player') if level else None
+        if player:
+            self.giveTo(player, value)
+
+    def giveTo(self, player: Any, value: Any) -> None:
+        part = player.getDescendantByPath(self.part)
+        if part:
+            self.give(part, value)
+
+
+def giveToPlayer(player: Any) -> None:
+    """Gives a player who has just been built all that is set for him."""
+    for setting in SETTINGS:
+        if isinstance(setting.give, _ForPlayer):
+            setting.give.giveTo(player, get(setting.name))
+
+
+#: Radians of a turn for a motion across the window, by the factor 1: `mouseSensitivity` of the player is 12.
+_LOOK = 3.0 / 12.0
+
+
 #: All settings, in the order in which a menu would show them.
 SETTINGS = (
     Setting('windowMode', 'window', _word('window', 'fullScreen'), 'A window, or the whole display',
@@ -128,6 +162,16 @@ SETTINGS = (
     Setting('musicVolume', 0.9, _number(0, 1), 'Loudness of the music', 'SoundSystem', _property('musicVolume')),
     Setting('headphones', False, _switch(), 'Directions as headphones need them', 'SoundSystem',
             _property('headphones')),
+    Setting('mouseSensitivityX', 1.0, _number(0.05, 20), 'How far the mouse turns the view to the side',
+            'GameLoopSystem', _ForPlayer('player', lambda player, value: _look(player))),
+    Setting('mouseSensitivityY', 1.0, _number(0.05, 20), 'How far the mouse turns the view up and down',
+            'GameLoopSystem', _ForPlayer('player', lambda player, value: _look(player))),
+    Setting('invertMouseX', False, _switch(), 'Whether the mouse turns the view to the other side', 'GameLoopSystem',
+            _ForPlayer('player', lambda player, value: _look(player))),
+    Setting('invertMouseY', False, _switch(), 'Whether the mouse turns the view down when it goes up',
+            'GameLoopSystem', _ForPlayer('physics', lambda body, value: body.setInvert('true' if value else 'false'))),
+    Setting('viewBob', 0.4, _number(0, 1), 'How much the view goes up and down with the steps', 'GameLoopSystem',
+            _ForPlayer('player', _property('bobAmount'))),
     Setting('soundWithoutFocus', False, _switch(), 'Whether the game is heard while another window is in front', '',
             lambda system, value: None),
     Setting('pauseWithoutFocus', True, _switch(), 'Whether the game stops while another window is in front', '',

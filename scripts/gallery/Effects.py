@@ -51,12 +51,12 @@ class FailingMind:
     PERIOD = 20.0  # seconds
 
     def __init__(self, coordinator: Coordinator):
-        entity = place.Mind(coordinator)
-        self.mind = entity.getComponent('player')
         self.graphics = coordinator.getManager('graphics2')
-        self.clock = LevelClock(entity)
+        self.level = coordinator
+        clockwork = place.Entity(coordinator, 'failingMind')
+        self.clock = LevelClock(clockwork)
         self.since = None
-        onFrame(entity, self.doFrame)
+        onFrame(clockwork, self.doFrame)
 
     def enter(self):
         self.since = self.clock.seconds()
@@ -81,7 +81,7 @@ class FailingMind:
         return 0.85 * insanity * (0.92 + 0.08 * math.sin(2.1 * t)), 0.6 * dissolve
 
     def _apply(self, insanity: float, dissolve: float):
-        self.mind.sanity = 100.0 * (1.0 - insanity)
+        place.visitorOf(self.level).component.sanity = 100.0 * (1.0 - insanity)
         kaVel.configure(self.graphics, dissolveAmount=dissolve, dissolveColor=kaVel.Vec4(0.055, 0.004, 0.004, 1))
 
 

@@ -9,6 +9,7 @@ import objects.GameObjects as place
 from gallery.Effects import FailingMind, ScreenPage
 from gallery.Moving import Swinging
 from gallery.Shell import EAST, NORTH, SOUTH, WEST, Room, bunker, corners, crypt, doorwayBacks, parlour, tiled, walls
+from objects.Placing import Triple
 
 
 def spot(room: Room):
@@ -40,6 +41,7 @@ def candles(room: Room):
             pattern = place.DeadCandle if (number * 3 + step * 5) % 8 == 0 else place.LitCandle
             lit = {} if pattern is place.DeadCandle else {'strength': 0.05 if step == 2 else 0.09, 'reach': 1.5}
             room.put(pattern, 'votive', at=(x, height + 0.30, z), turn=number * 40, **lit)
+    room.put(place.Block, 'stepsSolid', at=(0, 0, 3.2), size=(4.8, 0.9, 1.6))
     room.put(place.Pedestal, 'pedestal', at=(0, 0, 3.62))
     room.put(place.Mourner, 'mourner', at=(0, 0.85, 3.62), turn=SOUTH)
     room.put(place.Sound, 'flames', at=(0, 1.0, 3.0), event='Fire', volume=0.35)
@@ -69,6 +71,10 @@ def doorway(room: Room):
         room.put(back, 'partitionBack', at=(x, 0, 1.58), turn=NORTH)
         room.put(place.Cornice, 'partitionCornice', at=(x, 0, 1.4), turn=SOUTH)
     room.put(place.Door, 'door', at=(0.475, 0, 1.56), turn=-88)
+    for x, width in ((-1.7375, 2.525), (1.7375, 2.525)):
+        room.put(place.Block, 'partitionSolid', at=(x, 0, 1.49), size=(width, 3.2, 0.18))
+    room.put(place.Block, 'partitionAbove', at=(0, 2.1, 1.49), size=(0.95, 1.1, 0.18))
+    room.put(place.Block, 'doorSolid', at=(0.5, 0, 2.0), size=(0.05, 2.1, 0.84))
     flicker = place.failing(3)
     room.put(place.ShadowSpot, 'lamp', at=(-0.1, 2.45, 3.7), turn=SOUTH - 2, pitch=26, strength=1.3, reach=10, angle=52,
              core=0.7, color=(0.92, 0.96, 0.80), flicker=flicker)
@@ -134,27 +140,36 @@ def boxes(room: Room):
     bunker(room)
     for step in range(6):
         room.put(place.Box, 'step', at=(-2.25, 0, 0.4 + 0.5 * step), size=(1.5, 0.24 * (step + 1), 0.5))
-    room.put(place.Box, 'landing', at=(-0.25, 0, 3.3), size=(2.5, 1.44, 1.4))
-    room.put(place.Box, 'parapet', at=(1.15, 0, 3.3), size=(0.3, 2.2, 1.4))
+    room.put(place.Slope, 'slope', at=(-2.25, 0, 0.15), steps=6, rise=0.24, going=0.5, width=1.5)
+    room.put(place.Block, 'stairsFoot', at=(-2.25, 0, 1.9), size=(1.5, 0.9, 1.0))
+    room.put(place.Block, 'stairsHead', at=(-2.25, 0, 3.325), size=(1.5, 1.44, 1.35))
+    _stone(room, 'landing', (-0.25, 0, 3.3), (2.5, 1.44, 1.4), surface='concrete')
+    _stone(room, 'parapet', (1.15, 0, 3.3), (0.3, 2.2, 1.4), surface='concrete')
     for x in (0.35, 2.15):
-        room.put(place.Box, 'post', at=(x, 0, 1.0), size=(0.45, 2.1, 0.45), surface='stone')
-    room.put(place.Box, 'lintel', at=(1.25, 2.1, 1.0), size=(2.75, 0.42, 0.55), surface='stone')
-    room.put(place.Box, 'cap', at=(1.25, 2.52, 1.0), size=(1.2, 0.28, 0.45), surface='stone')
-    room.put(place.Box, 'altar', at=(1.25, 0, 1.9), size=(1.1, 0.85, 0.6), surface='stone')
+        _stone(room, 'post', (x, 0, 1.0), (0.45, 2.1, 0.45))
+    _stone(room, 'lintel', (1.25, 2.1, 1.0), (2.75, 0.42, 0.55))
+    _stone(room, 'cap', (1.25, 2.52, 1.0), (1.2, 0.28, 0.45))
+    _stone(room, 'altar', (1.25, 0, 1.9), (1.1, 0.85, 0.6))
     for x, y, z, side, turn in ((2.35, 0, -0.6, 0.7, 24), (2.3, 0.7, -0.65, 0.5, 51), (1.55, 0, -0.4, 0.45, 8)):
-        room.put(place.Box, 'block', at=(x, y, z), size=(side, side, side), turn=turn)
+        _stone(room, 'block', (x, y, z), (side, side, side), turn=turn, surface='concrete')
     room.put(place.ShadowSpot, 'lamp', at=(-2.4, 3.05, -1.5), turn=38, pitch=34, strength=0.80, reach=11, angle=44,
              core=0.4, edge=14, color=(1.0, 0.84, 0.62))
     room.put(place.LitChamberstick, 'candle', at=(1.25, 0.85, 1.85), strength=0.16, reach=2.6)
     room.put(place.Lantern, 'lantern', at=(2.4, 3.2, 3.2), glass='red', strength=0.30, reach=2.8)
 
 
+def _stone(room: Room, name: str, at: Triple, size: Triple, turn: float = 0.0, surface: str = 'stone'):
+    """A box to look at and to stop at."""
+    room.put(place.Box, name, at=at, size=size, turn=turn, surface=surface)
+    room.put(place.Block, name + 'Solid', at=at, size=size, turn=turn)
+
+
 def graveyard(room: Room):
     """Ground from an image of heights, under the moon."""
     walls(room, place.StoneWall, place.StoneArch)
     corners(room)
-    room.put(place.Terrain, 'ground', heights='graveyardHeights.dds', at=(0, -0.02, 0), size=(6.0, 1.15, 8.0),
-             repeat=3.5)
+    place.solidGround(room.put(place.Terrain, 'ground', heights='graveyardHeights.dds', at=(0, -0.02, 0),
+                               size=(6.0, 1.15, 8.0), repeat=3.5))
     room.put(place.NightSky, 'sky')
     room.put(place.Sound, 'wind', at=(-2.1, 3.5, 2.9), event='WindAtWindow', volume=0.6)
     graves = ((-1.7, 0.30, 0.55, 8, 'T'), (0.0, 0.32, 0.9, -5, 'C'), (1.7, 0.30, 0.45, -12, 'T'),
@@ -204,15 +219,18 @@ def mind(room: Room):
     return FailingMind(room.parent.getAncestorOfType(kaVel.Reflection.Coordinator))
 
 
-#: Name, title, builder, and where the visitor stands and looks: place, turn, pitch.
+#: Rooms whose doorways have wooden frames and are narrower.
+FRAMED = (doorway, decals, screen, mind)
+
+#: Name, title, builder, and where the visitor's feet stand and how he looks: place, turn, pitch.
 ROOMS = (
-    ('spot', 'A lamp and its shadows', spot, (0.9, 1.6, -3.7), -10, -1),
-    ('spheres', 'Many small lights', candles, (-0.4, 1.65, -3.6), 3, 2),
-    ('doorway', 'A bad contact', doorway, (-1.7, 1.55, -3.4), 19, 7),
-    ('decals', 'What the walls keep', decals, (0.9, 1.6, -2.6), -8, 7),
-    ('dust', 'Dust', dust, (-2.6, 1.55, -2.2), 46, 0),
-    ('boxes', 'Of one stuff', boxes, (0.3, 1.75, -3.5), -1, 7),
-    ('terrain', 'The churchyard', graveyard, (1.2, 1.5, -3.4), -12, 2),
-    ('screen', 'On the screen', screen, (-0.6, 1.6, -2.6), 8, 5),
-    ('mind', 'A mind fails', mind, (0.0, 1.55, -3.4), 1, 3),
+    ('spot', 'A lamp and its shadows', spot, (0.9, 0, -3.7), -10, -1),
+    ('spheres', 'Many small lights', candles, (-0.4, 0, -3.6), 3, 2),
+    ('doorway', 'A bad contact', doorway, (-1.7, 0, -3.4), 19, 7),
+    ('decals', 'What the walls keep', decals, (0.9, 0, -2.6), -8, 7),
+    ('dust', 'Dust', dust, (-2.6, 0, -2.2), 46, 0),
+    ('boxes', 'Of one stuff', boxes, (0.3, 0, -3.5), -1, 7),
+    ('terrain', 'The churchyard', graveyard, (1.2, 0, -3.4), -12, 2),
+    ('screen', 'On the screen', screen, (-0.6, 0, -2.6), 8, 5),
+    ('mind', 'A mind fails', mind, (0.0, 0, -3.4), 1, 3),
 )

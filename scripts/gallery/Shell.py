@@ -69,6 +69,32 @@ def passage(room: Room):
     room.put(place.StoneFloor, 'tunnelFloor', at=(4, 0, DOOR_Z))
 
 
+#: Width and height of the doorways of each kind: of masonry, and of the villa.
+MASONRY, VILLA = (1.4, 2.25), (0.95, 2.1)
+HEIGHT, THICK = 3.2, 1.0
+
+
+def solids(map: Object, doorways: Sequence[tuple[float, float]]):
+    """What stops those who walk: the floor, the long walls, and between any two rooms a wall with a gap.
+
+    `doorways` has the width and height of the narrower doorway at both ends of each passage.
+    """
+    def between(name: str, x0: float, x1: float, z0: float, z1: float, y0: float = 0.0, y1: float = HEIGHT):
+        place.Block(map, name, at=((x0 + x1) / 2, y0, (z0 + z1) / 2), size=(x1 - x0, y1 - y0, z1 - z0))
+
+    west, east = -WIDTH / 2, PITCH * len(doorways) + WIDTH / 2
+    between('ground', west - THICK, east + THICK, -5, 5, -THICK, 0)
+    between('north', west - THICK, east + THICK, DEPTH / 2, DEPTH / 2 + THICK)
+    between('south', west - THICK, east + THICK, -DEPTH / 2 - THICK, -DEPTH / 2)
+    between('west', west - THICK, west, -DEPTH / 2, DEPTH / 2)
+    between('east', east, east + THICK, -DEPTH / 2, DEPTH / 2)
+    for number, (width, height) in enumerate(doorways):
+        x0, x1 = PITCH * number + WIDTH / 2, PITCH * (number + 1) - WIDTH / 2
+        between('wallSouth%d' % number, x0, x1, -DEPTH / 2, DOOR_Z - width / 2)
+        between('wallNorth%d' % number, x0, x1, DOOR_Z + width / 2, DEPTH / 2)
+        between('wallAbove%d' % number, x0, x1, DOOR_Z - width / 2, DOOR_Z + width / 2, height)
+
+
 def crypt(room: Room, north: Pattern | None = None, ribs: Sequence[float] = (-2.0, 1.4)):
     """A room of masonry with flat arches under its ceiling."""
     tiled(room, place.StoneFloor, 'floor')

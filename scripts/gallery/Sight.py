@@ -10,7 +10,7 @@ from typing import Sequence
 import kaVel
 from gallery.Shell import DOOR_Z, PITCH, WIDTH
 from kaVel import Entity, Object
-from objects.FreeCamera import FreeCameraControl
+from objects.Visitor import Visitor
 
 #: Half the width of the widest doorway, metres.
 DOOR_HALF = 0.75
@@ -36,16 +36,15 @@ class _Part:
 class Sight:
     """Shows the rooms that the camera may see, with the passages at both their ends, and hides the others."""
 
-    def __init__(self, rooms: Sequence[Entity], passages: Sequence[Entity], camera: Entity, control: FreeCameraControl):
+    def __init__(self, rooms: Sequence[Entity], passages: Sequence[Entity], visitor: Visitor):
         self.rooms = [_Part(room) for room in rooms]
         self.passages = [_Part(passage) for passage in passages]
-        self.control = control
-        self.transform = camera.getComponent('transform')
-        self.viewer = camera.getComponent('viewer')
+        self.visitor = visitor
+        self.viewer = visitor.camera.getComponent('viewer')
         self.window = kaVel.getSystem('WindowSystem2')
 
     def update(self):
-        at = self.transform.position
+        at = self.visitor.eye.position
         for index, room in enumerate(self.rooms):
             room.show(self.seesInto(PITCH * index, at.x, at.z))
         for passage, west, east in zip(self.passages, self.rooms, self.rooms[1:]):
@@ -75,8 +74,8 @@ class Sight:
     def looksInto(self, side: float, least: float, most: float):
         """Whether any ray of these slopes lies within the view's width."""
         half = math.atan(math.tan(self.viewer.verticalFieldOfViewAngle / 2) * self.window.width / self.window.height)
-        half += MARGIN + abs(self.control.pitch)
-        bearings = [math.atan2(side, slope) - self.control.yaw for slope in (least, most)]
+        half += MARGIN + abs(self.visitor.pitch)
+        bearings = [math.atan2(side, slope) - self.visitor.yaw for slope in (least, most)]
         low, high = sorted((b + math.pi) % math.tau - math.pi for b in bearings)
         if high - low > math.pi:  # the rays enclose the direction behind the camera
             return high < half or -low < half

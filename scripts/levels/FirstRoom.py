@@ -29,7 +29,8 @@ def build(coordinator: Coordinator):
     coordinator.getManager('graphics2').sceneAmbient = 0.06
     coordinator.getManager('reverb').surroundings = 'woodRoom'
     coordinator.loadMap('villa')
-    place.FreeCamera(coordinator, 'camera', at=(1.95, 1.7, -3.35), turn=-21, pitch=7)
+    place.Player(coordinator, at=(1.95, 0, -3.35), turn=-21)
+    place.visitorOf(coordinator).goTo((1.95, 0, -3.35), turn=-21, pitch=7)
 
 
 def villa(study: MapRootEntity):
@@ -42,6 +43,7 @@ def villa(study: MapRootEntity):
     corridor(study)
     lights(study)
     sounds(study)
+    solids(study)
 
 
 def shell(study: MapRootEntity):
@@ -161,6 +163,24 @@ def corridor(study: MapRootEntity):
     place.Barrel(study, 'barrel', at=(1.45, 0, 7.7), turn=25)
     place.Crate(study, 'corridorCrate', at=(2.35, 0, 7.75), turn=SOUTH + 8)
     place.LitChamberstick(study, 'corridorCandle', at=(2.3, 0.536, 7.7), turn=200, reach=2.7)
+
+
+def solids(study: MapRootEntity):
+    """What stops those who walk: the floor, one block a wall with a gap for the door, and the furniture."""
+    def between(name: str, x0: float, x1: float, z0: float, z1: float, y0: float = 0.0, y1: float = 3.2):
+        place.Block(study, name, at=((x0 + x1) / 2, y0, (z0 + z1) / 2), size=(x1 - x0, y1 - y0, z1 - z0))
+
+    between('ground', -5, 5, -6, 10, -1, 0)
+    between('west', -4, -3, -5, 5)
+    between('east', 3, 4, -5, 9.2)
+    between('south', -3, 3, -5, -4)
+    between('northWest', -3, 1.525, 4, 4.18)
+    between('northEast', 2.475, 3, 4, 4.18)
+    between('overDoor', 1.525, 2.475, 4, 4.18, 2.1)
+    between('corridorWest', 0, 1, 4.18, 9.2)
+    between('corridorNorth', 1, 3, 8.18, 9.2)
+    place.makeSolid(study)
+    between('openDoor', 2.475, 2.53, 4.2, 5.0, 0, 2.1)
 
 
 def lights(study: MapRootEntity):

@@ -7,12 +7,11 @@ from __future__ import annotations
 
 import kaVel
 import objects.GameObjects as place
-from gallery.Rooms import ROOMS
-from gallery.Shell import PITCH, Room, passage
+from gallery.Rooms import FRAMED, ROOMS
+from gallery.Shell import MASONRY, PITCH, VILLA, Room, passage, solids
 from gallery.Sight import Sight
 from kaVel import Coordinator, MapRootEntity
 from objects.Control import onPlaceKeys
-from objects.FreeCamera import FreeCameraControl
 from objects.Placing import onFrame
 
 _tour: Tour
@@ -40,6 +39,9 @@ def row(root: MapRootEntity):
         _guests[number] = build(room)
         if room.hasEastDoor:
             passage(Room(place.Entity(root, 'passage%d' % number), number, len(ROOMS)))
+    narrow = [room[2] in FRAMED for room in ROOMS]
+    solids(root, [VILLA if west or east else MASONRY for west, east in zip(narrow, narrow[1:])])
+    place.makeSolid(root)
 
 
 def views():
@@ -52,14 +54,13 @@ class Tour:
     """The visitor: where the number keys lead, which room that is, and what the room is told of it."""
 
     def __init__(self, coordinator: Coordinator):
-        camera = place.Camera(coordinator, 'camera', fieldOfView=50, farClip=26)
-        self.transform = camera.getComponent('transform')
-        self.control = FreeCameraControl(camera)
+        place.Player(coordinator, fieldOfView=50, farClip=26)
+        self.visitor = place.visitorOf(coordinator)
         self.label = place.Text(coordinator, 'label', at=(0.03, 0.05), size=0.022, color=(0.78, 0.70, 0.55, 1),
                                 anchor=('H_LEFT', 'V_BOTTOM'))
         row = coordinator.getChild('row')
         passages = [row.getChild('passage%d' % number) for number in range(1, len(ROOMS))]
-        self.sight = Sight([row.getChild(room[0]) for room in ROOMS], passages, camera, self.control)
+        self.sight = Sight([row.getChild(room[0]) for room in ROOMS], passages, self.visitor)
         self.number = None
         onPlaceKeys(coordinator, len(ROOMS), self.goTo)
         onFrame(self.label, self.doFrame)
@@ -68,7 +69,7 @@ class Tour:
     def goTo(self, number: int):
         """Stands the visitor in a room, looking at what it shows."""
         _, _, _, (x, y, z), turn, pitch = ROOMS[number - 1]
-        self.control.goTo((PITCH * (number - 1) + x, y, z), turn, pitch)
+        self.visitor.goTo((PITCH * (number - 1) + x, y, z), turn, pitch)
         self.notice(number)
         self.sight.update()
 
@@ -79,7 +80,7 @@ class Tour:
             _guests[number].enterInTheMiddle()
 
     def doFrame(self):
-        number = round(self.transform.position.x / PITCH) + 1
+        number = round(self.visitor.eye.position.x / PITCH) + 1
         self.notice(min(len(ROOMS), max(1, number)))
         self.sight.update()
 

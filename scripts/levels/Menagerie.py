@@ -1,7 +1,7 @@
 """Menagerie: rooms full of those who walk about by themselves, and a board that says why they do.
 
-WASD and mouse, Shift runs, E uses what the mark points at, F throws a bolt, which is heard, L covers the lamp, 1 to 8
-lead to what there is to see, R begins anew.
+WASD and mouse, Shift runs, E uses what the mark points at, G throws a bolt, which is heard, L covers the lamp, 1 to 8
+lead to what there is to see, F9 begins anew.
 
 The rooms are built in `menagerie/Shell.py`, bodies in `menagerie/Creatures.py`, minds in `menagerie/Minds.py`.
 """
@@ -28,7 +28,7 @@ def build(coordinator: Coordinator):
 
 
 def house(map: MapRootEntity):
-    """The map: the rooms, the walker and all who live there."""
+    """The map: the rooms, the player and all who live there."""
     global _visit
     _visit = Visit(map)
 
@@ -50,19 +50,19 @@ class Visit:
         place.hear(map)
         place.sounding(place.Entity(map, 'air'), 'AmbienceCellar', volume=0.6)
         coordinator.getManager('reverb').surroundings = 'cellar'
-        camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
         self.map = map
-        self.walker = place.Walker(place.WalkerBody(map), camera, floor=Shell.FLOORS)
-        self.pointer = place.Pointer(self.walker, map)
+        place.Player(coordinator, fieldOfView=55, farClip=24)
+        self.visitor = place.visitorOf(coordinator)
+        self.pointer = place.Pointer(self.visitor)
         self.rooms = Shell.build(map)
         self.leaves = Shell.doors(map, self.pointer)
         for name, furnish in Furnishing.FURNISH.items():
             furnish(self.rooms[name])
-        self.lamp = Lamp(map, self.walker)
-        self.bolts = place.Bolts(map, self.walker)
-        self.board = Board(map, self.rooms['hall'], self.walker, camera)
+        self.lamp = Lamp(map, self.visitor)
+        self.bolts = place.Bolts(map, self.visitor)
+        self.board = Board(map, self.rooms['hall'], self.visitor)
         self.populate()
-        self.sight = Shell.sight(self.rooms, self.leaves, self.walker)
+        self.sight = Shell.sight(self.rooms, self.leaves, self.visitor)
         kaVel.onKey(coordinator, 'restart', lambda: kaVel.getSystem('GameLoopSystem').queueLoadLevel('Menagerie'))
         onPlaceKeys(coordinator, len(STATIONS), self.goTo)
 
@@ -81,14 +81,14 @@ class Visit:
             self.pointer.name(mind.entity, mind.entity.name, lambda mind=mind: kaVel.Reflection.why(mind.entity))
             self.board.add(lambda mind=mind: kaVel.Reflection.why(mind.entity))
         self.crowd = Crowd(map)
-        self.rats = Furnishing.rats(map, self.walker.player).getComponent('flocking')
+        self.rats = Furnishing.rats(map, self.visitor.player).getComponent('flocking')
         self.board.add(self.crowd.tell)
         self.board.add(lambda: 'moths: ' + self.lamp.moths.tell())
 
     def goTo(self, number: int):
-        """Stands the walker at a station."""
+        """Stands the visitor at a station."""
         station = STATIONS[number - 1]
-        self.walker.goTo(station.at, station.turn, station.pitch)
+        self.visitor.goTo(station.at, station.turn, station.pitch)
         self.lamp.follow()
         self.sight.update()
 

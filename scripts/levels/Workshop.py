@@ -1,7 +1,7 @@
 """Workshop: a cellar in which one walks, pushes, opens, switches and throws.
 
-WASD and mouse, Shift runs, Space jumps, E or the left button uses what the mark points at, F or the right button throws
-a bolt, 1 to 9 lead to what there is to see, R begins anew: what was opened and taken stays so.
+WASD and mouse, Shift runs, Ctrl crouches, E or the left button uses what the mark points at, G or the right button
+throws a bolt, 1 to 9 lead to what there is to see, F9 begins anew: what was opened and taken stays so.
 
 The rooms are built in `workshop/Shell.py`, what works in them in `workshop/Doors.py` and `workshop/Mechanisms.py`.
 """
@@ -25,7 +25,7 @@ def build(coordinator: Coordinator):
 
 
 def cellar(map: MapRootEntity):
-    """The map: the three rooms, the walker and all that he meets."""
+    """The map: the three rooms, the player and all that he meets."""
     global _visit
     _visit = Visit(map)
 
@@ -46,15 +46,15 @@ class Visit:
         place.hear(map)
         place.sounding(place.Entity(map, 'air'), 'AmbienceWorkshop')
         coordinator.getManager('reverb').surroundings = 'cellar'
-        camera = place.Camera(coordinator, 'camera', fieldOfView=55, farClip=24)
         self.map = map
-        self.walker = place.Walker(place.WalkerBody(map), camera, floor=Shell.FLOORS)
-        self.pointer = place.Pointer(self.walker, map)
+        place.Player(coordinator, fieldOfView=55, farClip=24)
+        self.visitor = place.visitorOf(coordinator)
+        self.pointer = place.Pointer(self.visitor)
         self.notice = place.Notice(coordinator)
         self.rooms = Shell.build(map)
         self.leaves = Doors.build(map, self.pointer)
         self.furnish()
-        self.sight = Shell.sight(self.rooms, self.leaves, self.walker)
+        self.sight = Shell.sight(self.rooms, self.leaves, self.visitor)
         kaVel.onKey(coordinator, 'restart', lambda: kaVel.getSystem('GameLoopSystem').queueLoadLevel('Workshop'))
         onPlaceKeys(coordinator, len(STATIONS), self.goTo)
 
@@ -73,12 +73,12 @@ class Visit:
         self.fuseBox = Mechanisms.FuseBox(rooms, pointer, self.notice)
         self.updraught = Mechanisms.Updraught(rooms['cistern'], map)
         self.bell = Mechanisms.Bell(rooms['cistern'], map, self.notice)
-        self.bolts = place.Bolts(map, self.walker)
+        self.bolts = place.Bolts(map, self.visitor)
 
     def goTo(self, number: int):
-        """Stands the walker at a station."""
+        """Stands the visitor at a station."""
         station = STATIONS[number - 1]
-        self.walker.goTo(station.at, station.turn, station.pitch)
+        self.visitor.goTo(station.at, station.turn, station.pitch)
         self.sight.update()
 
     def show(self, number: int):

@@ -23,9 +23,9 @@ STEP = 1.12
 class Board:
     """A slate whose writing lies on the picture where the slate is, as large as it would be there."""
 
-    def __init__(self, map: MapRootEntity, room: Entity, walker: place.Walker, camera: Entity):
-        self.map, self.walker = map, walker
-        self.viewer = camera.getComponent('viewer')
+    def __init__(self, map: MapRootEntity, room: Entity, visitor: place.Visitor):
+        self.map, self.visitor = map, visitor
+        self.viewer = visitor.camera.getComponent('viewer')
         x, y, z = MIDDLE
         place.Box(room, 'slate', at=(x - 0.04, y - SIZE[1] / 2, z), size=(0.05, SIZE[1], SIZE[0]), surface='hollow')
         for side, at, size in (('top', (y + SIZE[1] / 2, z), (0.06, SIZE[0] + 0.12)),
@@ -75,12 +75,12 @@ class Board:
 
     def project(self, at: kaVel.Vec4):
         """Where a place is in shares of the window, and how many of its heights a metre takes there."""
-        eye, ahead = self.walker.eye.position, kaVel.Vec4(*self.walker.ahead(), 0)
+        eye, ahead = self.visitor.eye.position, kaVel.Vec4(*self.visitor.ahead(), 0)
         way = at - eye
         depth = way.dot(ahead)
         if not 0.4 < depth < READ_FROM or eye.x < MIDDLE[0]:
             return None
-        right = kaVel.Vec4(math.cos(self.walker.yaw), 0, -math.sin(self.walker.yaw), 0)
+        right = kaVel.Vec4(math.cos(self.visitor.yaw), 0, -math.sin(self.visitor.yaw), 0)
         up = ahead.cross(right)
         half = math.tan(self.viewer.verticalFieldOfViewAngle / 2)
         window = kaVel.getSystem('WindowSystem2')
@@ -90,7 +90,6 @@ class Board:
 
     def isFree(self):
         """Whether nothing stands between the eye and the middle of the board."""
-        eye = self.walker.eye.position
+        eye = self.visitor.eye.position
         way = kaVel.Vec4(*MIDDLE, 1) - eye
-        grid = self.map.getDescendantByPath('.MapData_partitioningGrid/partitioning')
-        return not (grid and grid.findVolumeOnSegment(eye, way * 0.97, True))
+        return kaVel.Reflection.isLineFree(self.map, eye, eye + way * 0.97)

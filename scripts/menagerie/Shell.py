@@ -88,9 +88,6 @@ KITS = {
                                                                                   'arch': place.ConcreteArch}),
 }
 
-#: What one walks on, for steps; see `objects.Sounds.Area`.
-FLOORS = ((-7, 14, -11, 11, 'flagstones'), (-6, -2, 3.6, 9.6, 'concrete'), (6.6, 12.6, -3, 3, 'concrete'))
-
 
 def build(map: MapRootEntity):
     """All rooms under their entities, by name."""
@@ -184,8 +181,8 @@ def doors(map: MapRootEntity, pointer: place.Pointer):
     return leaves
 
 
-def sight(rooms: dict[str, Entity], leaves: dict[str, Entity], walker: place.Walker):
-    """Which of the rooms are drawn, by where the walker is and looks and which doors are open."""
+def sight(rooms: dict[str, Entity], leaves: dict[str, Entity], visitor: place.Visitor):
+    """Which of the rooms are drawn, by where the visitor is and looks and which doors are open."""
     def ajar(name: str):
         door = leaves[name].getComponent('physics')
         return lambda: door.open or door.openness > 0.005
@@ -196,4 +193,4 @@ def sight(rooms: dict[str, Entity], leaves: dict[str, Entity], walker: place.Wal
         Opening('hall', 'dark', (-3, -3.3), ajar('darkDoor')),
         Opening('hall', 'gallery', (3, -3.3), ajar('galleryDoor')),
         Opening('hall', 'store', (6.3, 0), ajar('storeDoor')), Opening('court', 'yard', (6.3, 6.6)),
-        Opening('yard', 'store', (9.6, 3.3))), walker)
+        Opening('yard', 'store', (9.6, 3.3))), visitor)

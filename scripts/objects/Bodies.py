@@ -4,6 +4,7 @@ A volume lies around the place of its own transform, so bodies have that in thei
 origin stops nobody by itself, and gets a `Block` where somebody could walk into it.
 """
 
+import math
 from typing import Any, Literal
 
 import kaVel
@@ -29,8 +30,8 @@ def addBody(entity: kaVel.Entity, mass: float, damping: float = SLIDING, restitu
 
 
 def addWall(entity: kaVel.Entity, size: Triple):
-    """Makes an entity a wall of these extents, about its place, which ends what a player points at."""
-    addVolume(entity, size).interact = True
+    """Makes an entity a wall of these extents, about its place."""
+    addVolume(entity, size)
     kaVel.addComponent(entity, 'physics', 'WallPhysics')
 
 
@@ -57,6 +58,58 @@ def solid(pattern: Pattern, *parts: str):
     return build
 
 
+#: Models that stand in a walker's way, by the first of their parts.
+IN_THE_WAY = frozenset((
+    'desk', 'diningTable', 'sideTable', 'chair', 'armchair', 'cabinet', 'clockCase', 'bookshelf', 'crate', 'barrel',
+    'radiator', 'fireplace', 'column', 'pedestal', 'tombstone', 'tombCross', 'deadTree', 'tripod', 'workbench', 'rack',
+    'boiler', 'drillPress', 'mourner'))
+
+
+def makeSolid(root: kaVel.Object):
+    """Gives a block to all that is drawn below an object and stands in a walker's way, see `IN_THE_WAY`."""
+    for entity in kaVel.descendants(root):
+        drawn = entity.getComponent('graphics2') if entity._getType().name == 'Entity' else None
+        if drawn and getattr(drawn, 'meshName', '') in IN_THE_WAY:
+            _fence(entity, drawn.meshName)
+
+
+def _fence(entity: kaVel.Entity, meshName: str):
+    """A wall around a model, where it stands and as it is turned and scaled."""
+    transform, (low, high) = entity.getComponent('transform'), boundsOf(meshName)
+    scale = transform.scale.x, transform.scale.y, transform.scale.z
+    middle = [(a + b) / 2 * factor for a, b, factor in zip(low, high, scale)]
+    fence = placed(entity, 'block')
+    place = fence.getComponent('transform')
+    turn = transform.orientation
+    way = turn * kaVel.Quaternion(0, *middle) * turn.inverse()
+    place.position = transform.position + kaVel.Vec4(way.i, way.j, way.k, 0)
+    place.orientation = turn
+    width, height, depth = ((b - a) * factor for a, b, factor in zip(low, high, scale))
+    addWall(fence, (width, height, depth))
+
+
+def solidGround(ground: kaVel.Entity, cell: float = 0.5):
+    """Makes ground of heights something to stand on: a tilted block for each of its cells, of some metres."""
+    heights, transform = ground.getComponent('graphics2'), ground.getComponent('transform')
+    middle, size = transform.position, transform.scale
+    heights.onLoadComplete()  # its heights are known from then on
+    for row in range(round(size.z / cell)):
+        for column in range(round(size.x / cell)):
+            x, z = ((number + 0.5) * cell - extent / 2 for number, extent in ((column, size.x), (row, size.z)))
+            _clod(ground, heights, (middle.x + x, middle.z + z), cell)
+
+
+def _clod(ground: kaVel.Entity, heights: kaVel.HeightMapGraphics, at: tuple[float, float], cell: float):
+    """One cell of solid ground, as steep as its heights to all sides say."""
+    (x, z), half, thick = at, cell / 2, 0.4
+    up, east, north = heights.getHeight(x, z), *(
+        (heights.getHeight(x + half * a, z + half * b) - heights.getHeight(x - half * a, z - half * b)) / cell
+        for a, b in ((1, 0), (0, 1)))
+    clod = placed(ground, 'clod', at=(x, up - thick / 2, z), pitch=-math.degrees(math.atan(north)),
+                  roll=math.degrees(math.atan(east)))
+    addWall(clod, (cell * 1.15, thick, cell * 1.15))
+
+
 def look(entity: kaVel.Entity, meshName: str, surface: str, castShadows: bool = True):
     """Gives an entity that has its volume already, or needs none, the look of a model file."""
     return kaVel.addComponent(entity, 'graphics2', 'ModelGraphicsComponent2', meshName=meshName,
@@ -68,7 +121,7 @@ def CargoCrate(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), tur
                mass: float = 30.0):
     """A wooden crate that is pushed and falls; it stands on `at`."""
     crate = placed(parent, name, at=(at[0], at[1] + edge / 2, at[2]), turn=turn, scale=cube(edge / 0.6))
-    addVolume(crate, cube(edge), 'BV_BOX').interact = True
+    addVolume(crate, cube(edge), 'BV_BOX')
     addBody(crate, mass)
     look(crate, 'cargoCrate', 'wood')
     heard(crate, 'wood')

@@ -24,6 +24,7 @@ class FreeCameraControl(Control):
         super().__init__(coordinator, turn, pitch)
         self.transform = camera.getComponent('transform')
         self.velocity = (0.0, 0.0, 0.0)
+        self.active = True  # or it stays where it is
         self.clock = coordinator.getTimerHandle('master')
         kaVel.addComponent(camera, 'director', 'ScriptComponent', frameCallback=self.doFrame)
         standing.follow(coordinator, self)
@@ -41,6 +42,8 @@ class FreeCameraControl(Control):
         return (position.x, position.y, position.z), *self.looking()
 
     def doFrame(self):
+        if not self.active:
+            return
         seconds = self.clock.getFrameTimeSeconds()
         wanted = self.wantedVelocity()
         # Speed closes in on the wanted one exponentially; this is the exact way of one step, whatever its length.

@@ -1,7 +1,7 @@
 """Patterns of everything that stands in a level: `Desk(map, 'desk', at=(1, 0, 2), turn=90)`.
 
 `at` is the place in metres, x to the right, y up, z forward; `turn` is in degrees about the y axis, and 90 takes an
-object's front from +z to +x. `Walker`, `Pointer`, `Notice` and `LightSwitch` are no patterns but what a level has
+object's front from +z to +x. `Visitor`, `Pointer`, `Notice` and `LightSwitch` are no patterns but what a level has
 besides: who walks in it, what he points at, what he is told, what he switches; `Sight` says which rooms are drawn.
 
 The patterns stand in modules by kind; here is all of it under one name, which is also where the engine looks for the
@@ -34,10 +34,11 @@ from objects.Pockets import pocketsOf
 from objects.Pointing import Pointer
 from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
+from objects.Stairs import Slope, Stairs
 from objects.Switches import *
 from objects.Throwing import Bolts
 from objects.Triggers import Place, Trigger
-from objects.Walker import Walker, WalkerBody
+from objects.Visitor import Visitor, visitorOf
 from objects.Warnings import Moths, Rats
 
 
@@ -55,11 +56,3 @@ def PartitioningGrid(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0
     kaVel.addComponent(grid, 'partitioning', 'PartitioningGrid', position=kaVel.Vec4(*at, 1),
                        size=kaVel.Vec4(*size, 0), cellSize=cellSize)
     return grid
-
-
-@kaVel.pattern
-def Mind(parent: kaVel.Object, name: str = '', sanity: float = 100.0):
-    """How sound the mind is that looks on, for levels that nobody walks; the renderer looks for it by its name."""
-    mind = kaVel.make('Entity', parent=parent, name=name or 'Player')
-    kaVel.addComponent(mind, 'player', 'SanityComponent', sanity=sanity)
-    return mind

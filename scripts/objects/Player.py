@@ -4,13 +4,15 @@
     place.Hud(coordinator)
     place.Flashlight(map, at=(3, 0.8, 3))
 
-W, A, S and D walk, Shift runs, Ctrl crouches, the mouse looks, E, Space and the mouse's buttons use what the reticle
-opens over, F switches the flashlight, R changes its battery, Tab shows what is left of it.
+W, A, S and D walk, Shift runs, Ctrl crouches, Q and C lean, the mouse looks, E, Space and its left button use what the
+reticle opens over, F switches the flashlight, R changes its battery. F7 leaves the body for a camera that flies.
 """
 
 import math
 
 import kaVel
+import settings
+from objects.Bodies import PULL
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
 from objects.Hands import hands
@@ -18,7 +20,9 @@ from objects.Marks import marked
 from objects.Nerves import nerves
 from objects.Placing import Triple, addVolume, cube, placed, turned
 from objects.Pockets import pockets
+from objects.Sounds import STEPS as FLOOR_SOUNDS
 from objects.Sounds import sounds
+from objects.Visitor import Visitor
 
 SIZE = (0.5, 1.75, 0.5)  # metres
 EYE = 1.62               # above the feet, metres
@@ -27,7 +31,10 @@ EYE = 1.62               # above the feet, metres
 FLOORS = ('Carpet', 'Earth', 'Metal', 'Snow', 'Stone', 'Tile', 'Wood')
 STEPS = ['Step%s%s' % (floor, gait) for floor in FLOORS for gait in ('Walk', 'Run', 'Crouch')]
 
-# A body of 1 kg: 7 N against this damping are 1.8 m/s after a quarter of a second, and 3.9 in a sprint.
+MASS = 75.0     # kilograms
+PUSH = 7.0      # newtons of a step for each of them
+FALL = 15.0     # m/s2
+# Such a step against this damping is 1.8 m/s after a quarter of a second, and 3.9 in a sprint.
 WALKING_DAMPING, STANDING_DAMPING, SPRINT = 0.02, 0.0005, 2.2
 HEADBOB = 9.3  # radians a second by which a step ahead takes half a metre
 
@@ -38,25 +45,32 @@ PALE = (0.80, 0.74, 0.62, 1)
 
 @kaVel.pattern
 def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0,
-           fieldOfView: float = 45.0):
+           fieldOfView: float = 45.0, farClip: float = 50.0):
     """The player, who stands on `at` and looks through the level's camera from now on.
 
     He belongs below the coordinator, under the name 'Player': that is where creatures, ears and screens look for him.
     """
     player = placed(parent, name or 'Player', at=(at[0], at[1] + SIZE[1] / 2, at[2]), turn=turn)
     addVolume(player, SIZE, 'BV_PLAYER')
-    kaVel.addComponent(player, 'physics', 'PlayerPhysics', inverseMass=1.0, longestStep=1 / 240)
+    kaVel.addComponent(player, 'physics', 'PlayerPhysics', inverseMass=1.0 / MASS, longestStep=1 / 240,
+                       surefooted=True, acceleration=kaVel.Vec4(0, PULL / MASS - FALL, 0, 0))
     sounds(player, 'Sprint', 'WhisperSanity', 'Ambience', 'Crouch', 'StandUp', 'FlashLightCharge', *STEPS)
     camera = placed(player, 'camera', at=(at[0], at[1] + EYE, at[2]), turn=turn)
     kaVel.addComponent(camera, 'parentFollower', 'TransformOffsetComponent',
                        positionOffset=kaVel.Vec4(0, EYE - SIZE[1] / 2, 0, 0))
     kaVel.addComponent(camera, 'viewer', 'ViewerComponent', verticalFieldOfViewAngle=math.radians(fieldOfView),
-                       nearClipDistance=0.05)
+                       nearClipDistance=0.05, farClipDistance=farClip)
+    kaVel.addComponent(camera, 'form', 'PlayerEyes')
     parent.getManager('graphics2').pushCamera(camera)
     Picture(player, 'reticle', picture='reticle.dds', size=(0.012, 0.012))
-    kaVel.addComponent(player, 'player', 'PlayerComponent', headbobRate=HEADBOB, mobileDamping=WALKING_DAMPING,
-                       stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT)
+    component = kaVel.addComponent(player, 'player', 'PlayerComponent', movementSpeed=PUSH * MASS,
+                                   headbobRate=HEADBOB, mobileDamping=WALKING_DAMPING,
+                                   stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT)
+    for surface, material in FLOOR_SOUNDS.items():
+        component.nameFloor(surface + 'Diffuse', material)
+    settings.giveToPlayer(player)
     kaVel.addComponent(player, 'behaviors', 'BTComponent', behaviors=['PlayerTree'], defaultBehavior='PlayerTree')
+    Visitor(player)
     nerves(player)
     pockets(player)
     hands(player)

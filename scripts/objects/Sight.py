@@ -8,7 +8,7 @@ from typing import Callable, Mapping, NamedTuple, Sequence
 
 import kaVel
 from objects.Placing import Pair
-from objects.Walker import Walker
+from objects.Visitor import Visitor
 
 #: Half of what the camera sees, and an opening beside it, radians.
 HALF_VIEW = math.radians(62)
@@ -42,16 +42,16 @@ class _Room:
 
 
 class Sight:
-    """Shows and hides rooms after where a walker is and looks; `roomAt` names the one at an x and z."""
+    """Shows and hides rooms after where a player is and looks; `roomAt` names the one at an x and z."""
 
     def __init__(self, rooms: Mapping[str, kaVel.Entity], roomAt: Callable[[float, float], str],
-                 openings: Sequence[Opening], walker: Walker):
-        self.walker, self.roomAt, self.openings = walker, roomAt, openings
+                 openings: Sequence[Opening], visitor: Visitor):
+        self.visitor, self.roomAt, self.openings = visitor, roomAt, openings
         self.rooms = {name: _Room(root) for name, root in rooms.items()}
-        kaVel.addComponent(walker.player, 'hud', 'ScriptComponent', frameCallback=self.update)
+        kaVel.addComponent(visitor.player, 'hud', 'ScriptComponent', frameCallback=self.update)
 
     def update(self):
-        eye = self.walker.eye.position
+        eye = self.visitor.eye.position
         seen = [self.roomAt(eye.x, eye.z)]
         for name in seen:
             for one, other, at, isOpen in self.openings:
@@ -63,5 +63,5 @@ class Sight:
 
     def looksAt(self, x: float, z: float):
         """Whether something so far away, east and north, may be in view."""
-        bearing = (math.atan2(x, z) - self.walker.yaw + math.pi) % math.tau - math.pi
+        bearing = (math.atan2(x, z) - self.visitor.yaw + math.pi) % math.tau - math.pi
         return abs(bearing) < HALF_VIEW or math.hypot(x, z) < NEAR

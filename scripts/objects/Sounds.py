@@ -7,7 +7,7 @@ from __future__ import annotations
 
 import math
 import random
-from typing import Callable, NamedTuple, Sequence
+from typing import Callable, Sequence
 
 import GameConfig
 import kaVel
@@ -33,9 +33,6 @@ BODIES = {
 SHUT, SLAM = 0.02, 3.5
 #: How far before a leaf its sounds come from, metres.
 FACE = 0.45
-
-#: An area of a floor: its least and greatest x and z, metres, and its surface.
-Area = tuple[float, float, float, float, str]
 
 
 def sounds(entity: kaVel.Entity, *names: str) -> kaVel.SoundComponent:
@@ -108,38 +105,6 @@ def heardAs(entity: kaVel.Entity, impact: str, motion: str):
     listener = map.getComponent('sound') if map else None
     if listener and listener._getType().isSubclassOf(kaVel.Reflection.BodySounds):
         listener.addBody(entity.getComponent('physics'), impact, motion)
-
-
-class Stride(NamedTuple):
-    """One kind of going: the end of the names of its events, and the speed in metres a second that it begins at."""
-
-    name: str
-    speed: float
-
-
-STRIDES = (Stride('Run', 2.9), Stride('Walk', 1.2), Stride('Crouch', 0.0))
-
-
-class Footsteps:
-    """The steps of one who walks, by how fast he goes and what is under his feet."""
-
-    def __init__(self, walker: kaVel.Entity, areas: Sequence[Area] = (), otherwise: str = 'stone'):
-        surfaces = {otherwise, 'wood', *(area[4] for area in areas)}
-        self.component = sounds(walker, *sorted({'Step%s%s' % (STEPS[surface], stride.name)
-                                                 for surface in surfaces for stride in STRIDES}))
-        self.areas, self.otherwise = areas, otherwise
-
-    def surfaceAt(self, x: float, height: float, z: float):
-        """What one stands on: of the areas the last one, and crates where one stands above the floor."""
-        if height > 0.2:
-            return 'wood'
-        return next((surface for x0, x1, z0, z1, surface in reversed(self.areas) if x0 <= x <= x1 and z0 <= z <= z1),
-                    self.otherwise)
-
-    def step(self, x: float, height: float, z: float, speed: float):
-        """A foot comes down at a place, of one who goes at some metres a second."""
-        stride = next(stride for stride in STRIDES if speed >= stride.speed)
-        self.component.playSoundEffect('Step%s%s' % (STEPS[self.surfaceAt(x, height, z)], stride.name))
 
 
 class LeafVoice:

@@ -33,10 +33,6 @@ DOORWAY = (1.2, 2.2)  # width and height of the openings
 ARCH = (1.4, 2.25)
 
 
-#: What one walks on, for steps; see `objects.Sounds.Area`.
-FLOORS = ((-7, 12, -5, 12, 'flagstones'), (4.6, 10.6, -4, 2, 'concrete'), (-5.0, -3.4, 7.5, 9.1, 'iron'))
-
-
 def build(map: MapRootEntity):
     """All three rooms under their entities; returns those by name."""
     rooms = {name: place.Entity(map, name) for name in ('workshop', 'store', 'cistern')}
@@ -114,10 +110,10 @@ def blocks(map: MapRootEntity):
     between('behindLockedDoor', -5.6, -4.6, DOOR_Z - 1, DOOR_Z + 1)
 
 
-def sight(rooms: Mapping[str, Entity], leaves: Mapping[str, Entity], walker: place.Walker):
-    """Which of the rooms are drawn, by where the walker is and looks and which doors are open."""
+def sight(rooms: Mapping[str, Entity], leaves: Mapping[str, Entity], visitor: place.Visitor):
+    """Which of the rooms are drawn, by where the visitor is and looks and which doors are open."""
     hinged, sliding = (leaves[name].getComponent('physics') for name in ('storeDoor', 'cisternDoor'))
     return place.Sight(rooms, lambda x, z: 'store' if x > 4.3 else 'cistern' if z > 4.3 else 'workshop',
                        (place.Opening('workshop', 'store', (4.3, DOOR_Z), lambda: abs(hinged.prevAngle) > 0.005),
                         place.Opening('workshop', 'cistern', (ARCH_X, 4.3),
-                                      lambda: abs(sliding.currentOffset) > 0.005)), walker)
+                                      lambda: abs(sliding.currentOffset) > 0.005)), visitor)

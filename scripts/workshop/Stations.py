@@ -14,7 +14,7 @@ if TYPE_CHECKING:
 
 class Station(NamedTuple):
     name: str
-    at: Triple      # the walker's feet, metres
+    at: Triple      # the visitor's feet, metres
     turn: float     # degrees
     pitch: float    # degrees, down
     begin: Callable[[Visit], object] = lambda visit: None  # sets something going, for a picture
@@ -25,7 +25,7 @@ def _openStore(visit: Visit):
 
 
 def _openCistern(visit: Visit):
-    visit.leaves['cisternDoor'].getComponent('physics').openDoor(visit.walker.player, False)
+    visit.leaves['cisternDoor'].getComponent('physics').openDoor(visit.visitor.player, False)
 
 
 def _drop(visit: Visit):

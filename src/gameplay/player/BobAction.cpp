@@ -14,6 +14,7 @@ namespace
 constexpr double FIRST_STEP = 0.2; ///< seconds from the first key to the bob
 constexpr float WIDTH = 0.1f;      ///< metres of a bob with the multiplier 1
 constexpr float AT_REST = 1e-5f;   ///< metres
+constexpr float SOON = 18.f;       ///< a second
 
 // What steps of each kind are taken with.
 constexpr float AHEAD = 1.2f, BACK = 1.f, SIDEWAYS = 0.9f, CROUCHED = 0.9f, SPRINT = 1.35f;
@@ -35,7 +36,7 @@ ActionStatus BobAction::update(Seconds frameTime)
     if (!initialized)
         originalOffset = hParentFollower.lookup()->getPositionOffset();
     initialized = true;
-    const bool moving = player->isMoving();
+    const bool moving = player->isWalking();
     if (moving && elapsedTime < FIRST_STEP)
         incrementTime(frameTime);
     multiplier = multiplierOf(*player);
@@ -56,11 +57,22 @@ float BobAction::multiplierOf(const PlayerComponent &player) const
     return (player.checkMovement(PlayerComponent::MT_Down) ? BACK : SIDEWAYS) * sprint;
 }
 
-/// How far the step is taken on in a frame, radians.
-float BobAction::phaseOfStep(Seconds frameTime) const
+/// Takes a phase on by a frame, radians: by the feet where they are counted, or else by the time that a step takes.
+/// @param turn  radians in which the phase repeats itself
+float BobAction::stepOn(float phase, float turn, const PlayerComponent &player, Seconds frameTime) const
 {
-    const auto player = hPlayerComp.lookup();
-    return player ? player->getHeadbobRate() * multiplier * stepLength(frameTime) : 0.f;
+    const float stride = player.getStride();
+    if (stride < 0.f)
+        return phase + player.getHeadbobRate() * multiplier * stepLength(frameTime);
+    return std::fmod(PI * (static_cast<float>(player.getStepCount() % 2) + std::min(stride, 1.f)), turn);
+}
+
+/// What a wave comes to in a frame: itself where a step's time makes it, or else soon, since feet may be anywhere in
+/// their step when they begin.
+float BobAction::towards(float wave, float offset, const PlayerComponent &player, Seconds frameTime) const
+{
+    const float part = player.getStride() < 0.f ? 1.f : easedPart(SOON, stepLength(frameTime));
+    return offset + (wave * player.getBobAmount() - offset) * part;
 }
 
 void BobAction::updateBob(Seconds frameTime, bool playerMoving)
@@ -78,8 +90,8 @@ void BobAction::updateBob(Seconds frameTime, bool playerMoving)
     }
     else if (elapsedTime >= FIRST_STEP)
     {
-        bobVal += phaseOfStep(frameTime);
-        wanted = multiplier * WIDTH * std::sin(bobVal);
+        bobVal = stepOn(bobVal, PI, *player.ptr, frameTime);
+        wanted = towards(multiplier * WIDTH * std::sin(bobVal), totalBobOffset, *player.ptr, frameTime);
     }
     move(0.f, wanted - totalBobOffset);
     totalBobOffset = wanted;
@@ -87,12 +99,14 @@ void BobAction::updateBob(Seconds frameTime, bool playerMoving)
 
 void BobAction::updateSway(Seconds frameTime, bool playerMoving)
 {
-    if (!playerMoving)
+    const auto player = hPlayerComp.lookup();
+    if (!playerMoving || !player)
         return centerSway(frameTime);
     if (!(elapsedTime >= FIRST_STEP))
         return;
-    swayVal = std::fmod(swayVal + phaseOfStep(frameTime), 2.f * PI);
-    const float wanted = multiplier * WIDTH * swayPercentage * std::sin(swayVal);
+    swayVal = std::fmod(stepOn(swayVal, 2.f * PI, *player.ptr, frameTime), 2.f * PI);
+    const float wave = multiplier * WIDTH * swayPercentage * std::sin(swayVal);
+    const float wanted = towards(wave, totalSway, *player.ptr, frameTime);
     move(wanted - totalSway, 0.f);
     totalSway = wanted;
 }

@@ -8,10 +8,11 @@
 class PlayerComponent;
 class TransformOffsetComponent;
 
-/// Base of the bobs: moves the offset of a follower by the steps that the player's keys ask for.
+/// Base of the bobs: moves the offset of a follower by the steps that the player takes.
 ///
 /// The offset is changed and not set, so that what else moves it goes on beside the bob. A bob begins 0.2 seconds after
-/// the first step, a half wave for each further one, and comes to rest in proportion when the player stands. Metres.
+/// the first step, a half wave for each further one, and comes to rest in proportion when the player stands. Where the
+/// feet are counted (`PlayerComponent::getStride`) it goes in time with them, or else by a step's time. Metres.
 class BobAction : public Action
 {
     KV_REFLECTED(BobAction)
@@ -46,7 +47,8 @@ protected:
 
 private:
     float multiplierOf(const PlayerComponent &player) const;
-    float phaseOfStep(Seconds frameTime) const;
+    float stepOn(float phase, float turn, const PlayerComponent &player, Seconds frameTime) const;
+    float towards(float wave, float offset, const PlayerComponent &player, Seconds frameTime) const;
     void move(float right, float up);
 
     bool initialized = false;

@@ -2,6 +2,7 @@
 
 #include "gameplay/player/LevelHandlers.h"
 
+#include "ai/perception/Sightline.h"
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
@@ -28,12 +29,18 @@ constexpr float SIDEWAYS = 0.6f;      ///< part of the force of a step that a st
 constexpr float EXHAUSTED = 0.6f;     ///< part of the sprint's factor that is left without breath
 constexpr float STEEPEST = PI / 2;    ///< pitch of the view, radians
 constexpr float PITCH_MARGIN = 1e-6f; ///< radians that a step to the limit falls short by
-constexpr float NO_FORCE = 1e-6f;     ///< newtons
-constexpr float REACH = 2.f;          ///< metres from the front of the body
+constexpr double FARTHEST_PITCH = static_cast<double>(STEEPEST);
+constexpr float NO_FORCE = 1e-6f;    ///< newtons
+constexpr float REACH = 2.f;         ///< metres from the front of the body
+constexpr float SLOWEST_STEP = 0.2f; ///< metres a second over the floor: less is no walk
 
 } // namespace
 
-PlayerComponent::PlayerComponent() : movementKeys(MT_NumDirections, false) {}
+PlayerComponent::PlayerComponent() : movementKeys(MT_NumDirections, false)
+{
+    for (int key = 0; key < KEYS; ++key)
+        keyMeanings[key] = static_cast<unsigned char>(key);
+}
 
 void PlayerComponent::onLoadComplete()
 {
@@ -58,6 +65,8 @@ void PlayerComponent::doFrame()
     RigidBody *const physics = body();
     const auto level = getAncestorOfType<Coordinator>().lookup();
     const Seconds frameTime = level ? level->getTimer(TimerNames::master).getFrameTimeSeconds() : 0.0;
+    if (physics && place)
+        watchFeet(*physics, *place, frameTime);
     if (useInput && physics && place)
     {
         updateMovement(*physics, *place, frameTime);
@@ -72,6 +81,17 @@ void PlayerComponent::doFrame()
     if (auto *const players = dynamic_cast<PlayerPhysics *>(physics))
         players->setFlashlightStatus(hasFlashlight && flashlightOn);
     findInteractor();
+}
+
+/// Sees how far the body has come since the last frame, if its feet are what moves it.
+void PlayerComponent::watchFeet(const RigidBody &physics, const TransformComponent &place, Seconds frameTime)
+{
+    const Vec4 way = place.getPosition() - lastPlace;
+    lastPlace = place.getPosition();
+    const auto *const walker = dynamic_cast<const PlayerPhysics *>(&physics);
+    const float least = SLOWEST_STEP * static_cast<float>(frameTime);
+    feetMove =
+        !walker || !walker->getSurefooted() || (walker->isOnGround() && way.x * way.x + way.z * way.z > least * least);
 }
 
 bool PlayerComponent::isMoving() const
@@ -153,7 +173,8 @@ float PlayerComponent::sprint(Seconds frameTime)
 void PlayerComponent::updateMouseLook(RigidBody &physics, TransformComponent &place, Seconds frameTime)
 {
     const auto *const players = dynamic_cast<const PlayerPhysics *>(&physics);
-    const float up = mouseMoveY * (players ? players->getVerticalSign() : 1.f), side = mouseMoveX;
+    const float up = mouseMoveY * lookUpright * (players ? players->getVerticalSign() : 1.f);
+    const float side = mouseMoveX * lookSideways;
     mouseMoveX = mouseMoveY = 0.f;
     if (!std::isfinite(up * mouseSensitivity) || !std::isfinite(side * mouseSensitivity))
         return;
@@ -186,6 +207,16 @@ void PlayerComponent::limitViewRotation(float delta, Seconds)
     lookRotQuaternion.i = std::sin(half);
 }
 
+void PlayerComponent::setRotationLimiter(float val)
+{
+    auto *const neck = part<TransformOffsetComponent>(CAMERA_FOLLOWER);
+    if (!neck || !isWithin("rotationLimiter", static_cast<double>(val), -FARTHEST_PITCH, FARTHEST_PITCH))
+        return;
+    const float half = (val - rotationLimiter) * 0.5f;
+    rotationLimiter = val;
+    neck->setOrientationOffset(neck->getOrientationOffset() * Quaternion(std::cos(half), std::sin(half), 0.f, 0.f));
+}
+
 /// Finds what the player points at, and shows by the reticle whether it can be used.
 void PlayerComponent::findInteractor()
 {
@@ -198,6 +229,7 @@ void PlayerComponent::findInteractor()
         reticle->setTextureName(wanted);
 }
 
+/// What can be used in the direction of the view, as far as nothing solid stands before it.
 Handle<BoundingVolume> PlayerComponent::pointedAt(TransformComponent &camera)
 {
     const auto grid = PartitioningGrid::ofMap(camera.findMap()).lookup();
@@ -206,5 +238,8 @@ Handle<BoundingVolume> PlayerComponent::pointedAt(TransformComponent &camera)
         return Handle<BoundingVolume>();
     const Vec4 forward = camera.getOrientation().generateRotation().getColumn(2);
     const Vec4 begin = camera.getPosition() + forward * (own->getHitBox().z * 0.5f);
-    return grid->checkSegment(begin, forward * REACH, true).volume;
+    const SegmentHit hit = grid->checkSegment(begin, forward * REACH, true);
+    const auto found = hit.volume.lookup();
+    const SightFilter solid(getParent(), found ? found->getParent() : Handle<Object>());
+    return found && isFreeBetween(grid.ptr, solid, begin, hit.collision.point) ? hit.volume : Handle<BoundingVolume>();
 }

@@ -9,6 +9,8 @@
 #include "foundation/Vector.h"
 #include "object/tree/ReflectorPtr.h"
 
+#include <bitset>
+#include <map>
 #include <vector>
 
 class BoundingVolume;
@@ -58,6 +60,10 @@ public:
     bool isMoving() const;
     /// Whether the player moves and asks to sprint.
     bool isSprinting() const;
+    /// Whether the feet take the steps that the keys ask for: who is held by a wall, or falls, does not walk.
+    ///
+    /// Follows the keys alone where the body is not surefooted.
+    bool isWalking() const { return isMoving() && feetMove; }
     /// Whether a key asks for a movement; what is no movement is an assertion, and false.
     bool checkMovement(MovementType type) const;
     /// Whether there is breath left to sprint: true while the player may still, the inverse of the name.
@@ -144,6 +150,11 @@ public:
     /// What the floor is made of that the player walks on, as the names of the events of steps have it: "Wood".
     String getFloorMaterial() const { return floorMaterial; }
     void setFloorMaterial(const String &val) { floorMaterial = val; }
+    /// Says what a floor is made of that wears a picture: `nameFloor("boardsDiffuse", "Wood")`.
+    void nameFloor(const String &textureName, const String &material);
+    /// Takes the material of what is drawn under the feet, if its picture was named; stays with the last one if not.
+    /// @cost a segment of a metre; allocates nothing
+    void feelFloor();
     /// A setting that moves nothing.
     float getSpinTorqueForce() const { return spinTorqueForce; }
     void setSpinTorqueForce(float val);
@@ -152,11 +163,38 @@ public:
     void setSpinRate(float val);
     /// Pitch of the view so far, radians; ahead is 0, down is positive.
     float getRotationLimiter() const { return rotationLimiter; }
+    /// Pitches the view to an angle within its limits, radians.
+    void setRotationLimiter(float val);
     /// The volume that the player points at and can use; invalid for none.
     Handle<BoundingVolume> getInteractor() const { return interactor; }
     /// What is to be called at the player's death, by whoever brings it about.
     ReflectorPtr getDeathFunc() const { return deathFunc; }
     void setDeathFunc(ReflectorPtr val) { deathFunc = val; }
+
+    /// Has a key do what another one is for: of those that move a player, W, A, S, D, Shift, Ctrl, Space, E, F and R.
+    /// @param key        virtual-key code, 1..255
+    /// @param standsFor  code of the key whose part it takes, 0 for none; each key stands for itself at first
+    void bindKey(int key, int standsFor);
+    /// Has no key stand for anything, so that keys can be bound anew.
+    void freeKeys();
+    /// Buttons of the mouse that use what is pointed at, a bit for each, 1 for the left one; all of them at first.
+    unsigned getUseButtons() const { return useButtons; }
+    void setUseButtons(unsigned val) { useButtons = val; }
+    /// Factors of the mouse's way to the side and up and down; a negative one turns it round.
+    float getLookSideways() const { return lookSideways; }
+    void setLookSideways(float val);
+    float getLookUpright() const { return lookUpright; }
+    void setLookUpright(float val);
+    /// Part of the whole bob that the view shows, 0..1.
+    float getBobAmount() const { return bobAmount; }
+    void setBobAmount(float val);
+
+    /// How far the present step has come, 0..1, as whoever counts the steps has told; -1 where nobody does.
+    float getStride() const { return stride; }
+    /// How many steps were taken.
+    int getStepCount() const { return stepCount; }
+    void setStride(float part) { stride = part; }
+    void countStep() { ++stepCount; }
 
     void handleKeyMessage(const ReflectorPtr &messageType, int key);
     void handleMouseMessage(const ReflectorPtr &messageType, float x, float y);
@@ -195,6 +233,7 @@ private:
     void take(const char *property, float &setting, float val, float least, float most) const;
     void take(const char *property, double &setting, double val) const;
 
+    void watchFeet(const RigidBody &physics, const TransformComponent &transform, Seconds frameTime);
     void updateMovement(RigidBody &physics, TransformComponent &transform, Seconds frameTime);
     Vec4 walkingForce() const;
     void tellBreath();
@@ -206,6 +245,8 @@ private:
     void findInteractor();
     Handle<BoundingVolume> pointedAt(TransformComponent &camera);
 
+    int meaningOf(int key) const;
+    bool isHeldByAnother(int key) const;
     void handleKeyDown(int key);
     void handleKeyUp(int key);
     void beginSprint();
@@ -248,7 +289,18 @@ private:
     InputContainer movementKeys;
     bool useInput = true;
     String floorMaterial = SCS("Stone");
+    std::map<String, String> floorNames; ///< materials by the pictures that floors of them wear
     ReflectorPtr deathFunc;
+    static constexpr int KEYS = 256;
+    unsigned char keyMeanings[KEYS]; ///< by virtual-key code; 0 for none
+    std::bitset<KEYS> heldKeys;
+    unsigned useButtons = ~0u;
+    float lookSideways = 1.f, lookUpright = 1.f;
+    float bobAmount = 1.f; ///< 0..1
+    bool feetMove = true;
+    Vec4 lastPlace;      ///< of the frame before, metres
+    float stride = -1.f; ///< 0..1, or -1
+    int stepCount = 0;
     bool litThisFrame = false;     ///< the light at the eyes is known
     unsigned missingPartsTold = 0; ///< bits by Part
 };

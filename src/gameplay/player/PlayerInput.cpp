@@ -7,9 +7,12 @@
 #include "platform/input/EngineMessage.h"
 #include "platform/input/InputMessages.h"
 
+#include "foundation/Logger.h"
 #include "port/win32/VirtualKeys.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 namespace
 {
@@ -44,17 +47,57 @@ void PlayerComponent::handleMouseMessage(const ReflectorPtr &, float x, float y)
     mouseMoveY += y;
 }
 
-void PlayerComponent::handleMouseClick(const ReflectorPtr &, unsigned, float, float)
+void PlayerComponent::handleMouseClick(const ReflectorPtr &, unsigned click, float, float)
 {
-    useInteractor();
+    constexpr unsigned buttons = 32;
+    if (click < buttons && (useButtons >> click & 1u))
+        useInteractor();
+}
+
+void PlayerComponent::bindKey(int key, int standsFor)
+{
+    if (key > 0 && key < KEYS && standsFor >= 0 && standsFor < KEYS)
+        keyMeanings[key] = static_cast<unsigned char>(standsFor);
+    else
+        KV_LOGF(Logger_::I_ERROR, "%s of %s: key %d cannot stand for key %d; they go from 1 to %d.",
+                getName().toCString(), getParent().toString().toCString(), key, standsFor, KEYS - 1);
+}
+
+void PlayerComponent::freeKeys()
+{
+    std::fill(std::begin(keyMeanings), std::end(keyMeanings), static_cast<unsigned char>(0));
+}
+
+int PlayerComponent::meaningOf(int key) const
+{
+    return key > 0 && key < KEYS ? keyMeanings[key] : 0;
+}
+
+/// Whether another key that stands for the same as a key is held.
+bool PlayerComponent::isHeldByAnother(int key) const
+{
+    for (int other = 1; other < KEYS; ++other)
+        if (other != key && heldKeys[static_cast<std::size_t>(other)] && keyMeanings[other] == keyMeanings[key])
+            return true;
+    return false;
 }
 
 void PlayerComponent::handleKeyMessage(const ReflectorPtr &messageType, int key)
 {
+    const int meaning = meaningOf(key);
+    if (meaning == 0)
+        return;
     if (messageType == KeyDownMessage)
-        handleKeyDown(key);
+    {
+        heldKeys.set(static_cast<std::size_t>(key));
+        handleKeyDown(meaning);
+    }
     else if (messageType == KeyUpMessage)
-        handleKeyUp(key);
+    {
+        heldKeys.reset(static_cast<std::size_t>(key));
+        if (!isHeldByAnother(key))
+            handleKeyUp(meaning);
+    }
 }
 
 void PlayerComponent::handleKeyDown(int key)

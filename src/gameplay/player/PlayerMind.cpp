@@ -29,8 +29,7 @@ void PlayerComponent::reachedByLight(BoundingVolume &)
     if (litThisFrame || !eyes)
         return;
     litThisFrame = true; // the light of all lamps is one answer, whichever of them asks first
-    const Vec4 place = eyes->getSpaceChangeTransform(TransformComponent::MAP_SPACE) * eyes->getPosition();
-    setLightSanityInfluence(lightAt(eyes->findMap(), place) * INFLUENCE);
+    setLightSanityInfluence(lightAt(eyes->findMap(), eyes->getPosition()) * INFLUENCE);
 }
 
 void PlayerComponent::updateSanity(Seconds frameTime)

@@ -180,6 +180,21 @@ void PlayerComponent::setHeadbobRate(float val)
     take("headbobRate", headbobRate, val, -FAR, FAR);
 }
 
+void PlayerComponent::setLookSideways(float val)
+{
+    take("lookSideways", lookSideways, val, -FAR, FAR);
+}
+
+void PlayerComponent::setLookUpright(float val)
+{
+    take("lookUpright", lookUpright, val, -FAR, FAR);
+}
+
+void PlayerComponent::setBobAmount(float val)
+{
+    take("bobAmount", bobAmount, val, 0.f, 1.f);
+}
+
 void PlayerComponent::setSpinTorqueForce(float val)
 {
     take("spinTorqueForce", spinTorqueForce, val, -FAR, FAR);

@@ -3,6 +3,7 @@
 #include "physics/bodies/PhysicsManager.h"
 #include "physics/bodies/RigidCollision.h"
 #include "physics/doors/DoorCalls.h"
+#include "physics/grid/PartitioningGrid.h"
 #include "physics/volumes/BoundingVolume.h"
 #include "physics/volumes/FiniteProperty.h"
 #include "physics/volumes/ScriptFaults.h"
@@ -10,6 +11,8 @@
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
+#include "engine/levels/MapRootEntity.h"
+#include "engine/transforms/TransformComponent.h"
 #include "object/reflection/Variant.h"
 #include "object/tree/WellKnownPaths.h"
 
@@ -27,6 +30,10 @@ namespace
 constexpr float FADE_IN = 0.97f, ALL_SEEN = 0.005f;
 constexpr float FADE_OUT = 1.15f, NOTHING_SEEN = 0.995f;
 constexpr double MOST_PIECES = 64.0; ///< of a frame: one that takes a second is not divided further
+
+constexpr float THROWN = 3.f;       ///< metres a second away from the ground that no step makes
+constexpr float LEVEL = 0.9999f;    ///< height of a normal of ground that has no slope to speak of
+constexpr float LEAST_KEPT = 1e-3f; ///< of a speed: with less of it there is nothing to give back
 
 /// The inverse inertia of what nothing turns.
 const Matrix4 &unturnable()
@@ -107,7 +114,10 @@ void PlayerPhysics::doFrame(Seconds frameTime)
     workOffDoors();
     shadowList.clear();
     touchedTriggers.clear();
-    moveInPieces(frameTime);
+    if (surefooted)
+        walk(frameTime);
+    else
+        moveInPieces(frameTime);
 }
 
 void PlayerPhysics::runOutTimes(Seconds frameTime)
@@ -168,19 +178,79 @@ void PlayerPhysics::workOffDoors()
     doorInteractList.clear();
 }
 
+void PlayerPhysics::walk(Seconds frameTime)
+{
+    const bool stood = footing.isOnGround();
+    footing.begin();
+    noteLanding(stood);
+    moveInPieces(frameTime);
+    if (footing.isOnGround())
+        keepToGround();
+    else
+        fallingSpeed = std::max(-velocity.y, 0.f);
+}
+
+void PlayerPhysics::noteLanding(bool stood)
+{
+    if (stood || !footing.isOnGround())
+        return;
+    ++landings;
+    landingSpeed = fallingSpeed;
+    fallingSpeed = 0.f;
+}
+
+/// Takes the feet down to ground that falls away below them, unless the body is thrown up.
+void PlayerPhysics::keepToGround()
+{
+    TransformComponent *const place = findTransform();
+    BoundingVolume *const volume = findVolume();
+    const auto grid = place ? PartitioningGrid::ofMap(place->findMap()).lookup() : Handle<PartitioningGrid>::Result{};
+    if (!grid || !volume)
+        return;
+    const float gap = footing.findGap(*grid.ptr, *volume, *place);
+    const float leaves = velocity.dot(footing.getNormal());
+    if (gap < 0.f || leaves > THROWN)
+        return footing.loseGround();
+    if (leaves > 0.f)
+        velocity -= footing.getNormal() * leaves;
+    if (gap > 0.f)
+        place->setPosition(place->getPosition() - Vec4(0.f, gap, 0.f, 0.f));
+}
+
 /// Each piece begins with the forces of the frame, which the body's own step forgets.
 void PlayerPhysics::moveInPieces(Seconds frameTime)
 {
     const double wanted = longestStep > 0.f ? std::ceil(frameTime / static_cast<double>(longestStep) - 1e-3) : 1.0;
     const int pieces = wanted > 1.0 ? static_cast<int>(std::min(wanted, MOST_PIECES)) : 1;
-    const Vec4 force = getNetForce(), torque = getNetTorque();
+    const Vec4 force = footing.isOnGround() ? forceOnGround() : getNetForce(), torque = getNetTorque();
     clearAccumulator();
     for (int piece = 0; piece < pieces; ++piece)
     {
         addForce(force);
         addTorque(torque);
+        if (surefooted && !footing.isOnGround())
+            fallFreely(frameTime / pieces);
         RigidBody::doFrame(frameTime / pieces);
     }
+}
+
+/// The forces of the frame as feet pass them on: what pushes over the ground goes along it, and weight pulls nobody
+/// down a slope.
+Vec4 PlayerPhysics::forceOnGround() const
+{
+    const Vec4 force = getNetForce();
+    if (footing.getNormal().y > LEVEL || inverseMass == 0.f)
+        return force;
+    const Vec4 weight = acceleration * (1.f / inverseMass) + Vec4(0.f, force.y, 0.f, 0.f);
+    return footing.along(Vec4(force.x, 0.f, force.z, 0.f)) + Vec4(0.f, force.y, 0.f, 0.f) - footing.without(weight);
+}
+
+/// Gives the fall beforehand what damping is about to take from it.
+void PlayerPhysics::fallFreely(Seconds seconds)
+{
+    const float kept = keptOver(damping, seconds), gained = totalAcceleration().y * static_cast<float>(seconds);
+    if (kept > LEAST_KEPT)
+        velocity.y = (velocity.y + gained) / kept - gained;
 }
 
 const Matrix4 &PlayerPhysics::getInverseInertia() const

@@ -1,6 +1,7 @@
 // PlayerPhysics: the body of the player, and the states of the game that end or begin with it.
 #pragma once
 
+#include "physics/bodies/Footing.h"
 #include "physics/bodies/RigidBody.h"
 
 #include <vector>
@@ -10,6 +11,7 @@
 /// Metres, seconds, newtons, as for every body. Becomes the body of its level's player when its load completes, unless
 /// another one is that already. Fades the picture in where the level opens and out where the player dies, over
 /// `dissolveAmount` of the manager "graphics2", by one factor a frame. Who moves it is the component "player" beside it.
+/// A surefooted one goes as feet do; another one is pushed over the ground like a crate.
 class PlayerPhysics : public RigidBody
 {
     KV_REFLECTED(PlayerPhysics)
@@ -129,6 +131,21 @@ public:
     float getLongestStep() const { return longestStep; }
     void setLongestStep(float seconds);
 
+    /// Whether the body goes as feet do: up and down slopes by the speed that it has on level ground, and down steps and
+    /// over edges without a hop; it stands on a slope, and falls as fast as what nothing brakes.
+    bool getSurefooted() const { return surefooted; }
+    void setSurefooted(bool val) { surefooted = val; }
+    /// Whether a surefooted body stands on something that is no steeper than 50 degrees.
+    bool isOnGround() const { return footing.isOnGround(); }
+    /// Normal of the ground that a surefooted body stands on; straight up in the air.
+    Vec4 getGroundNormal() const { return footing.getNormal(); }
+    /// How often a surefooted body has come down from the air.
+    int getLandings() const { return landings; }
+    /// Metres a second that it came down with the last time.
+    float getLandingSpeed() const { return landingSpeed; }
+    /// Is told of a contact, by its normal towards the body.
+    void touch(const Vec4 &normal) { footing.touch(normal); }
+
     /// Whether a direction is asked for by its key.
     bool isKeyDown(Direction direction) const;
     void setKeyDown(Direction direction, bool down);
@@ -146,7 +163,12 @@ private:
     bool readDissolve(float &amount);
     void writeDissolve(float amount);
     void workOffDoors();
+    void walk(Seconds frameTime);
+    void noteLanding(bool stood);
+    void keepToGround();
     void moveInPieces(Seconds frameTime);
+    Vec4 forceOnGround() const;
+    void fallFreely(Seconds seconds);
 
     bool keys[NUM_DIRECTIONS] = {};
     bool xBtns[X_NUM_DIRECTIONS] = {};
@@ -163,4 +185,9 @@ private:
     bool dead = false;
     bool won = false;
     float longestStep = 0.f; ///< seconds; 0: a frame
+    bool surefooted = false;
+    Footing footing;
+    int landings = 0;
+    float landingSpeed = 0.f; ///< metres a second
+    float fallingSpeed = 0.f; ///< metres a second downwards, in the air
 };

@@ -1,7 +1,7 @@
 #include "physics/bodies/RigidCollision.h"
 
 #include "physics/volumes/BoundingVolume.h"
-#include "physics/bodies/RigidBody.h"
+#include "physics/bodies/PlayerPhysics.h"
 
 #include "engine/transforms/TransformComponent.h"
 
@@ -36,6 +36,20 @@ void RigidCollision::resolve()
     calculateImpulse();
     resolvePenetration();
     resolveVelocities();
+    tellPlayers();
+}
+
+/// Lets a player's body know what it touches, which may be what it stands on.
+void RigidCollision::tellPlayers() const
+{
+    for (int i = 0; i < 2; ++i)
+    {
+        const auto volume = volumes[i].lookup();
+        if (!volume || volume->getVolumeType() != BoundingVolume::BV_PLAYER)
+            continue;
+        if (auto *const player = dynamic_cast<PlayerPhysics *>(volume->findPhysics()))
+            player->touch(i == 0 ? contactNormal : -contactNormal);
+    }
 }
 
 PhysicsComponent *RigidCollision::findBody(int index) const

@@ -60,6 +60,7 @@ private:
     void setContactVelocity();
     void calculateImpulse();
     Vec4 alongSurface(const Vec4 &velocity) const;
+    void tellPlayers() const;
 
     Vec4 foundApart; ///< from the second body to the first as the depth was found, metres
 };

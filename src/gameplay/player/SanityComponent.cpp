@@ -1,3 +1,0 @@
-#include "gameplay/player/SanityComponent.h"
-
-void SanityComponent::doFrame() {}

@@ -8,6 +8,7 @@ import bindings
 import kaVel
 import standing
 from objects.FreeCamera import FreeCameraControl
+from objects.Hands import handsOf
 from objects.Placing import Triple, placed, turned
 from perLevel import PerLevel
 
@@ -40,7 +41,7 @@ class Visitor:
         standing.follow(coordinator, self)
         _bindKeys(self.component)
         _listenToLeaning(coordinator)
-        kaVel.onKey(coordinator, 'quit', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
+        kaVel.onKey(coordinator, 'quit', self.quit)
         kaVel.onKey(coordinator, 'fly', self.fly)
 
     def goTo(self, at: Triple, turn: float = 0.0, pitch: float = 0.0):
@@ -81,6 +82,12 @@ class Visitor:
         """Where he looks, a direction of length 1."""
         yaw, pitch = self.yaw, self.pitch
         return math.sin(yaw) * math.cos(pitch), -math.sin(pitch), math.cos(yaw) * math.cos(pitch)
+
+    def quit(self):
+        """Ends the game, unless the key for it closes what is being read."""
+        hands = handsOf(self.player)
+        if not (hands and hands.isReading()):
+            kaVel.getSystem('GameLoopSystem').quit(0)
 
     def fly(self):
         """Leaves the body for a camera that flies, or comes back into it."""

@@ -18,8 +18,8 @@ import random
 import GameConfig
 import kaVel
 import settings
-from objects.Models import mapsOf
-from objects.Placing import LevelClock, around, onFrame, placed
+from objects.Models import boundsOf
+from objects.Placing import LevelClock, around, cube, onFrame, placed
 from objects.Sounds import sounds
 
 
@@ -58,7 +58,7 @@ FIGURES_BELOW, SELDOM, OFTEN = 60.0, (25.0, 60.0), (6.0, 14.0)
 #: How far away he stands, metres; how long at most, seconds.
 NEAREST, FARTHEST, LONGEST = 3.0, 8.0, 4.0
 #: Where he comes, as shares of the half view, and from which share inwards he is gone.
-EDGE, LOOKED_AT = (0.78, 1.05), 0.55
+EDGE, LOOKED_AT = (0.66, 0.95), 0.5
 #: Luminance that he does not come into, and from which on he is gone.
 DARK, LIT = 0.03, 0.06
 HEIGHT = 1.75  # metres
@@ -75,9 +75,11 @@ class _Figure:
         self.player, self.nerves = player, component
         self.mind, self.camera = player.getComponent('player'), player.getChild('camera')
         self.level = player.getAncestorOfType(kaVel.Reflection.Coordinator)
-        self.figure = placed(self.level, 'atTheEdgeOfSight')
+        low, high = boundsOf('mourner')
+        self.figure = placed(self.level, 'atTheEdgeOfSight', scale=cube(HEIGHT / (high[1] - low[1])))
+        # Pale, so that he can be made out by what light there is in the dark.
         self.look = kaVel.addComponent(self.figure, 'graphics2', 'ModelGraphicsComponent2', layer='WORLD_UNCONDITIONAL',
-                                       meshName='mourner', castShadows=False, **mapsOf('cloth'))
+                                       meshName='mourner', castShadows=False, textureName='white')
         self.look.visible = False
         self.clock = LevelClock(self.figure)
         # Dice of their own: what is not there has no part in the chance of what happens.

@@ -102,6 +102,8 @@ TEST_F(Torch, LightFollowsThePlayersSwitchAndABatteryThatDies)
     run(on, 3.2);
     const Vec4 ending = light->getDiffuseColor();
     EXPECT_LT(ending.b / ending.r, 0.81f / 0.9f * 0.8f) << "it browns at its end";
+    EXPECT_LT(ending.magnitude(), 0.4f * full) << "and dies away in its last seconds";
+    EXPECT_LT(light->getSpecularColor().r, 0.08f) << "on what is polished, too";
     run(on, 1.0);
     EXPECT_FALSE(light->getVisible());
     world.press('F');

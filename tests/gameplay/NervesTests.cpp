@@ -80,4 +80,9 @@ TEST(Nerves, FrightsThatMeanNothingAreRefused)
     EXPECT_EQ(world.player->getSanity(), 0.f);
     EXPECT_NEAR(world.nerves->getFear(), 1, 0.25f);
     EXPECT_EQ(world.nerves->getDulling(), 1.f);
+    world.nerves->soothe();
+    world.wear(1);
+    EXPECT_NEAR(world.player->getSanity(), 100, 0.1f);
+    EXPECT_EQ(world.nerves->getDulling(), 0.f);
+    EXPECT_LT(world.nerves->getFear(), 0.01f);
 }

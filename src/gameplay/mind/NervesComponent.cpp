@@ -87,7 +87,28 @@ void NervesComponent::doFrame()
     wear(*player, seconds);
     calm(*player, seconds);
     sound();
-    show(*level, seconds);
+    beat += isBeating ? beatsAt(fear) * seconds : 0.f;
+    beat -= std::floor(beat);
+    show(*level, isBeating ? smoothstep(0.1f, 0.9f, fear) * heartAt(beat) : 0.f);
+}
+
+void NervesComponent::onMurder()
+{
+    flash = 0.f;
+    if (const auto level = getAncestorOfType<Coordinator>().lookup())
+        show(*level, 0.f);
+    SimpleComponent::onMurder();
+}
+
+void NervesComponent::soothe()
+{
+    fright = alarm = fear = flash = 0.f;
+    cause = String();
+    if (const auto player = handle_cast<PlayerComponent>(getSibling(ComponentKeys::player)).lookup())
+    {
+        player->setSanity(100.f);
+        player->setAudioSanity(100.f);
+    }
 }
 
 /// Finds the light that there is to hold on to, and what there is to be afraid of.
@@ -201,15 +222,13 @@ void NervesComponent::sound()
 }
 
 /// Has the picture beat with the heart, and start.
-void NervesComponent::show(const Coordinator &level, float seconds)
+void NervesComponent::show(const Coordinator &level, float beating) const
 {
-    beat += isBeating ? beatsAt(fear) * seconds : 0.f;
-    beat -= std::floor(beat);
     static const String graphicsName = SCS("graphics2Manager");
     const auto graphics = handle_cast<GraphicsManager2>(level.getChild(graphicsName)).lookup();
     if (!graphics)
         return;
-    graphics->setHeartbeat(isBeating ? smoothstep(0.1f, 0.9f, fear) * heartAt(beat) : 0.f);
+    graphics->setHeartbeat(beating);
     graphics->setFlash(flash);
 }
 

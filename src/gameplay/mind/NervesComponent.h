@@ -26,7 +26,11 @@ public:
     NervesComponent() = default;
 
     void doFrame() override;
+    /// Lets the picture alone from now on.
+    void onMurder() override;
 
+    /// Makes the mind whole and forgets all frights, as after a death.
+    void soothe();
     /// Takes so many percent of the mind within a moment, has the heart race and the hand start.
     ///
     /// 5 is a start, 15 a fright, 30 a blow. What is no number is logged as an error and changes nothing.
@@ -62,7 +66,7 @@ private:
     void wear(PlayerComponent &player, float seconds);
     void calm(const PlayerComponent &player, float seconds);
     void sound();
-    void show(const Coordinator &level, float seconds);
+    void show(const Coordinator &level, float beating) const;
     void take(const char *property, float &setting, float val);
 
     float feltLight = 1.f; ///< luminance

@@ -4,6 +4,7 @@
 #include "assets/models/DynamicMeshAsset.h"
 #include "gameplay/player/PlayerComponent.h"
 #include "rendering/drawn/ModelGraphicsComponent2.h"
+#include "rendering/frame/MindPictureSystem.h"
 #include "support/AllocationCount.h"
 
 #include "engine/entities/SimpleComponent.h"
@@ -226,6 +227,40 @@ TEST_F(Frame, SoundMindLeavesThePictureAlone)
     EXPECT_EQ(column(), sound);
     mind.setSanity(0);
     EXPECT_NE(column(), sound);
+}
+
+TEST_F(Frame, FailingMindTakesAPassOnlyWhereSomethingOfItIsShown)
+{
+    PlayerComponent &mind = *level.component<PlayerComponent>(level.entity("Player"), "player").lookup();
+    MindPictureSystem &shares = getSystemDeref<MindPictureSystem>();
+    const auto takesAPass = [&](float sanity)
+    {
+        mind.setSanity(sanity);
+        const Journal steps = passes();
+        return std::find(steps.begin(), steps.end(), "Target 0 Unsettled") != steps.end();
+    };
+    const auto want = [&shares](float all)
+    {
+        shares.setDrain(all);
+        shares.setGrain(all);
+        shares.setPulse(all);
+        shares.setDistortion(all);
+        shares.setFlashes(all);
+    };
+    EXPECT_FALSE(takesAPass(92)) << "it has some way to go before it shows";
+    EXPECT_TRUE(takesAPass(50));
+    manager->setFlash(0.5f);
+    EXPECT_TRUE(takesAPass(100)) << "a fright shows to a sound one";
+    shares.setFlashes(0);
+    shares.setFlashes(NAN);
+    EXPECT_FALSE(takesAPass(100));
+    want(0);
+    manager->setHeartbeat(1);
+    EXPECT_FALSE(takesAPass(0));
+    want(1);
+    manager->setHeartbeat(NAN);
+    manager->setFlash(NAN);
+    EXPECT_FALSE(takesAPass(100));
 }
 
 TEST_F(Frame, AntialiasingChangesOutlinesOnlyAndLeavesNothingBehind)

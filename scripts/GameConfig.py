@@ -111,6 +111,21 @@ replay = _file('KAVEL_REPLAY')
 #: File that the run's input is recorded in; empty for none.
 record = _file('KAVEL_RECORD')
 
+#: Whether frames are run and not drawn, for a run of which only the play counts.
+undrawn = _switch('KAVEL_UNDRAWN')
+if undrawn and (screenshot or not headless):
+    raise ValueError("KAVEL_UNDRAWN is '1', where nothing may stand: only a run with KAVEL_HEADLESS=1 and without "
+                     "KAVEL_SCREENSHOT can do without pictures")
+
+#: File that a hash of the whole state goes to after every frame; empty for none.
+digest = _file('KAVEL_DIGEST')
+
+#: File that every field of every object is written to after the last frame; empty for none.
+dump = _file('KAVEL_DUMP')
+
+#: Course that plays the level in place of a player, a module of `courses`; empty for none.
+course = _text('KAVEL_COURSE')
+
 #: Frames a second of the fixed time.
 fixedFrameRate = 60
 

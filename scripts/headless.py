@@ -11,6 +11,7 @@ import hashlib
 import os
 from typing import Callable, Sequence
 
+import courseDriver
 import GameConfig
 import kaVel
 import troubleScreen
@@ -42,6 +43,8 @@ def watch(coordinator: kaVel.Coordinator, views: Sequence[View] = ()):
         return
     if GameConfig.sound:
         kaVel.getSystem('SoundSystem')  # from the first frame on, whether or not anything sounds
+    if GameConfig.digest or GameConfig.dump:
+        kaVel.getSystem('StateDigest')
     gameLoop = kaVel.getSystem('GameLoopSystem')
     first = max(gameLoop.frameNumber, 1)
     gameLoop.frameLimit = max(gameLoop.frameLimit, first - 1 + LEAST_FRAMES * len(views))
@@ -58,6 +61,8 @@ def _wanted(views: Sequence[View]) -> list[View]:
     for name, show in views:
         if not callable(show):
             raise ValueError('the view %r of this level is %r, where a function is wanted' % (name, show))
+    if GameConfig.course or GameConfig.replay:
+        return []  # who plays looks where he wants
     return [view for view in views if not GameConfig.views or view[0] in GameConfig.views]
 
 
@@ -92,6 +97,8 @@ def _plan(views: Sequence[View], first: int, last: int):
 
 
 def _doFrame():
+    if GameConfig.course:
+        courseDriver.doFrame(GameConfig.course)
     gameLoop = kaVel.getSystem('GameLoopSystem')
     level, frame = gameLoop.currentlyActiveCoordinator, gameLoop.frameNumber
     for step in _plans.get(level, {gameLoop.frameLimit: [_capture]}).pop(frame, ()):

@@ -28,6 +28,10 @@ SETTINGS = {
         'replayFile': GameConfig.replay,
         'recordFile': GameConfig.record,
     },
+    'StateDigest': {
+        'recordFile': GameConfig.digest,
+        'dumpFile': GameConfig.dump,
+    },
 }
 
 
@@ -54,9 +58,14 @@ def _unheardSound(soundSystem: kaVel.SoundSystem):
     kaVel.configure(soundSystem, offline=True, recordFile=GameConfig.sound)
 
 
+def _drawnOrNot(graphicsSystem: kaVel.GraphicsSystem2):
+    graphicsSystem.setWithoutDrawing(GameConfig.undrawn)
+
+
 #: What a headless run changes: class of the system -> function of the system.
 HEADLESS = {
     'TimeSystem': _fixedTime,
     'WindowSystem2': _fixedWindow,
     'SoundSystem': _unheardSound,
+    'GraphicsSystem2': _drawnOrNot,
 }

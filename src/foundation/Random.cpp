@@ -32,6 +32,11 @@ unsigned engineSeed()
     return lastSeed;
 }
 
+std::uint32_t engineRandState()
+{
+    return state;
+}
+
 std::int32_t MersenneTwisterRandom::generate()
 {
     return static_cast<std::int32_t>(generator() >> 1);

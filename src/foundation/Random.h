@@ -16,6 +16,9 @@ void seedEngineRand(unsigned seed);
 /// What the engine's generator was last restarted with.
 unsigned engineSeed();
 
+/// What all further numbers of the engine's generator follow from.
+std::uint32_t engineRandState();
+
 /// Random number in [0, 1).
 inline float frand()
 {

@@ -17,7 +17,7 @@ ROOMS = {
     "rendering": ["device", "frame", "drawn", "debug"],
     "ai": ["nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
     "gameplay": ["player", "light", "mind", "creatures"],
-    "tools": ["console", "profiler", "bars"],
+    "tools": ["console", "profiler", "bars", "digest"],
 }
 # More headers than this, and nobody sees at the door what belongs inside.
 MOST_HEADERS = 22

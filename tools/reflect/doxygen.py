@@ -19,6 +19,10 @@ REFLECTED_BLOCK = ("KV_REFLECTED(C)=public: static const ReflectorPtr staticType
 MIXIN_MARKER = "KvReflectedMixinMarker"
 MIXIN_BLOCK = f"KV_REFLECTED_MIXIN=private: friend struct {MIXIN_MARKER};"
 
+# What KV_FIELDS leaves for the generator to see.
+FIELDS_MARKER = "KvFieldsMarker"
+FIELDS_BLOCK = f"KV_FIELDS=private: friend struct {FIELDS_MARKER};"
+
 SETTINGS = {
     "PROJECT_NAME": "reflection",
     "FILE_PATTERNS": "*.h",
@@ -63,7 +67,7 @@ def run(doxygen, source, inputs, excluded, work):
     settings["STRIP_FROM_PATH"] = quoted(source)
     settings["INPUT"] = " ".join(quoted(os.path.join(source, path)) for path in inputs)
     settings["EXCLUDE"] = " ".join(quoted(os.path.join(source, path)) for path in excluded)
-    settings["PREDEFINED"] = quoted(REFLECTED_BLOCK) + " " + quoted(MIXIN_BLOCK)
+    settings["PREDEFINED"] = " ".join(map(quoted, (REFLECTED_BLOCK, MIXIN_BLOCK, FIELDS_BLOCK)))
     text = "".join(f"{name} = {value}\n" for name, value in sorted(settings.items()))
     done = subprocess.run([doxygen, "-"], input=text, text=True, cwd=source, stdout=subprocess.PIPE,
                           stderr=subprocess.STDOUT, check=False)
@@ -122,6 +126,7 @@ class Reader:
         record.includes = [tidy(text_of(include)) for include in node.findall("includes")] if kind == "file" else []
         for member in node.iter("memberdef"):
             self._read_member(record, member)
+        record.holds_union = any(m.kind == "variable" and "@" in m.type for m in record.own)
         self._apply_marker(record)
         self._name_the_nameless(record)
         if kind != "namespace" or record.own:
@@ -150,6 +155,7 @@ class Reader:
         record.is_mutable = node.get("mutable") == "yes"
         record.is_strong = node.get("strong") == "yes"
         record.is_template = node.find("templateparamlist") is not None
+        record.is_bitfield = node.find("bitfield") is not None
         record.virtual = node.get("virt", "non-virtual")
         record.type = tidy(text_of(node.find("type")))
         record.argsstring = tidy(node.findtext("argsstring") or "")
@@ -196,7 +202,8 @@ class Reader:
     def _apply_marker(self, record):
         """Notes that the macro is there and takes its own lines out of every class but the root."""
         record.is_mixin = any(m.kind == "friend" and m.name == MIXIN_MARKER for m in record.own)
-        record.own = [m for m in record.own if m.name != MIXIN_MARKER]
+        record.shows_fields = any(m.kind == "friend" and m.name == FIELDS_MARKER for m in record.own)
+        record.own = [m for m in record.own if m.name not in (MIXIN_MARKER, FIELDS_MARKER)]
         marker = next((m for m in record.own if m.kind == "friend" and m.name == MARKER), None)
         if marker is None:
             return

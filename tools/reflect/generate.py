@@ -11,6 +11,7 @@ import pickle
 import sys
 
 import doxygen
+import fields
 import names
 import reference
 import stubs
@@ -103,7 +104,8 @@ def write_sources(options, slots, model):
     written = set()
     for name, group in groups.items():
         part = f"{options.table}_{name}"
-        text = tables.PartWriter(part, group, symbols, include_of).text()
+        held = fields.parts_below(model, [r for r in group if r.is_class and r.is_reflected])
+        text = tables.PartWriter(part, group, symbols, include_of, held).text()
         write_if_changed(os.path.join(options.out, f"{name}.cpp"), text)
         written.add(f"{name}.cpp")
     parts = [f"{options.table}_{name}" for name in groups]

@@ -58,6 +58,7 @@ class Record:
     is_inline: bool = False
     is_mutable: bool = False
     is_strong: bool = False
+    is_bitfield: bool = False
     is_template: bool = False
     virtual: str = "non-virtual"
     type: str = ""
@@ -70,6 +71,8 @@ class Record:
     own: list = field(default_factory=list)  # members declared here, in declaration order
     is_reflected: bool = False
     is_mixin: bool = False  # its public functions are those of every reflected class that derives from it
+    shows_fields: bool = False  # its private fields may be read
+    holds_union: bool = False  # one without a name, of whose members one alone is there
     reflected_line: int = 0
     scope: "Record" = None
     # Filled in by Model.connect.

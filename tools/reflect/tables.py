@@ -4,6 +4,7 @@ import os
 import re
 import zlib
 
+import fields
 from failure import ReflectionError
 from signatures import is_named_by_friends, is_public
 
@@ -87,8 +88,9 @@ def slot_of(path, slots):
 class PartWriter:
     """Writes one source file of a table."""
 
-    def __init__(self, name, records, symbols, include_of):
+    def __init__(self, name, records, symbols, include_of, parts):
         self.name = name
+        self.parts = parts  # what the fields of the records' objects are made of
         self.records = records  # classes, enums, files and namespaces, in order
         self.symbols = symbols
         self.include_of = include_of
@@ -100,6 +102,7 @@ class PartWriter:
         enums = [r for r in self.records if r.kind == "enum"]
         classes = [r for r in self.records if r.is_class]
         body = [self._enum_table(e) for e in enums if e.name and is_named_by_friends(e)]
+        body += [self._part(p) for p in self.parts]
         body += [self._invokers(c) for c in classes if c.is_reflected]
         body += [self._free_invokers()]
         body += [self._record_group(r) for r in self.records]
@@ -125,6 +128,12 @@ class PartWriter:
                 f"    static constexpr EnumTable texts{{{start}, {len(enum.own)}, {qualified}}};\n"
                 f"    return texts;\n}}\n")
 
+    # -- fields of objects
+
+    def _part(self, part):
+        self._needs(part)
+        return fields.reader_of_part(part)
+
     # -- invokers
 
     def _invokers(self, record):
@@ -133,7 +142,8 @@ class PartWriter:
         bodies = [self._invoker(f, name) for f, name in numbered(functions)]
         values = [self._private_values(e) for e in record.own if e.kind == "enum"]
         return (f"template <> struct ARInvokers<{record.qualified}> : ARInvokersBase<{record.qualified}>\n{{\n"
-                + "".join(values) + "\n".join(bodies) + "};\n")
+                + "".join(values) + "".join(map(fields.reader_of_field, fields.fields(record)))
+                + "\n".join(bodies) + "};\n")
 
     def _free_invokers(self):
         free = [m for r in self.records if r.kind in ("file", "namespace") for m in r.own if m.signature is not None]
@@ -263,7 +273,15 @@ class PartWriter:
         types = self._argument_array(record) if self._has_argument_types(record) else "nullptr"
         body = literal(record.body_file) if record.body_file else "nullptr"
         return (f"{{{scope}, {overridden}, {returned}, {types}, {'true' if record.takes_this else 'false'}, "
-                f"{{{literal(record.file)}, {record.line}, {body}, {record.body_start}, {record.body_end}}}}}")
+                f"{{{literal(record.file)}, {record.line}, {body}, {record.body_start}, {record.body_end}}}"
+                f"{self._field_reader(record)}}}")
+
+    @staticmethod
+    def _field_reader(record):
+        scope = record.class_scope
+        if scope is None or not scope.is_reflected or record not in fields.fields(scope):
+            return ""
+        return f", ARInvokers<{scope.qualified}>::{fields.reader_name(record)}"
 
     def _type_address(self, crossing):
         record = crossing.inner.record if crossing.inner is not None else crossing.record

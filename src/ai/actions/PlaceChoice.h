@@ -1,11 +1,14 @@
 // PlaceChoice: the best of some places that were weighed one by one.
 #pragma once
 
+#include "object/tree/KvFields.h"
+
 #include "foundation/Vector.h"
 
 /// Keeps the best place of several; one is weighed a frame, since to ask for the light at a place takes its time.
 class PlaceChoice
 {
+    KV_FIELDS
 public:
     /// Places that are weighed before the choice is made.
     static constexpr int PLACES = 12;

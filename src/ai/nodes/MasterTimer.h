@@ -3,12 +3,14 @@
 
 #include "engine/time/TimeKeeper.h"
 #include "object/tree/Handle.h"
+#include "object/tree/KvFields.h"
 
 /// Finds the timer "master" above an object and remembers it.
 ///
 /// The owner forgets it when the object tree above it changes, in its `onHierarchyChange`.
 class MasterTimer
 {
+    KV_FIELDS
 public:
     /// The timer of the coordinator above an object; null without one.
     const TimeKeeper *find(Object &below)

@@ -1,6 +1,8 @@
 // Belief: how suspicious a mind is, and where it takes the thing for that made it so.
 #pragma once
 
+#include "object/tree/KvFields.h"
+
 #include "foundation/KVString.h"
 #include "foundation/Vector.h"
 
@@ -23,6 +25,7 @@ struct Temper
 /// longer or shorter steps come to the same.
 class Belief
 {
+    KV_FIELDS
 public:
     /// What the last step of time has changed.
     enum Change

@@ -3,6 +3,7 @@
 
 #include "object/reflection/AutoReflector.h"
 #include "object/reflection/EnumText.h"
+#include "object/reflection/FieldSink.h"
 #include "object/tree/Object.h"
 #include "object/reflection/SavedArguments.h"
 

@@ -14,6 +14,10 @@
 #include <vector>
 
 class DoxyElement;
+class FieldSink;
+
+/// Hands the value of one field of an object to a sink; see FieldSink.h.
+using FieldReader = void (*)(const Object &object, FieldSink &sink);
 
 /// Place of a class in the depth-first order of the object classes; 0 for anything else.
 using ClassNumber = std::uint32_t;
@@ -51,6 +55,7 @@ struct DoxyContext
     const DoxyElement *const *argTypes = nullptr; ///< one entry a declared parameter, each may be null; null for none
     bool takesThis = false;                       ///< a member function that is not static
     DoxyLocation location;
+    FieldReader readField = nullptr; ///< of a field that can be read: of an object's class, and of a known type
 };
 
 /// One class, member, enum, enumerator, typedef, define, file or namespace of the program, as a static object.
@@ -124,8 +129,13 @@ public:
     /// Whether a call can reach the function behind this record.
     bool isCallable() const { return function_invoker != nullptr; }
 
+    /// Hands the value of this field of an object to a sink; null for what is no field, and for one of a type that
+    /// nobody can read. The object has to be of the field's class.
+    FieldReader getFieldReader() const { return context.readField; }
     /// The members with their access and dispatch, in the order of `getMemberList`.
     std::span<const DoxyRef> getMemberRefs() const { return {members, static_cast<std::size_t>(memberCount)}; }
+    /// Name with its scopes, as "Object::getName".
+    const char *getQualifiedText() const { return qualifiedName; }
     /// First sentences of the comment.
     const char *getBriefDescription() const { return briefDescription; }
     /// Parameters as written, as "(const String &name)"; empty for what takes none.

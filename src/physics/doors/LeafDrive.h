@@ -1,12 +1,15 @@
 // LeafDrive: how a door's leaf gets from where it is to where it shall be.
 #pragma once
 
+#include "object/tree/KvFields.h"
+
 /// Moves something heavy to a target and has it land there exactly: it gathers speed, goes, and eases out.
 ///
 /// Whatever the frame time: a long frame takes the leaf farther, never past the target, and the last frame lands on it
 /// instead of creeping closer. In units of the caller, radians or metres.
 class LeafDrive
 {
+    KV_FIELDS
 public:
     /// How a leaf moves; everything is greater than 0.
     struct Manner

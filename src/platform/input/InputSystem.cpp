@@ -12,6 +12,7 @@
 #include "port/win32/Messages.h"
 #include "port/win32/Window.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace
@@ -262,6 +263,20 @@ unsigned InputSystem::lowestButtonDown() const
     while (click < NO_BUTTON && !mouseState[click])
         ++click;
     return click;
+}
+
+void InputSystem::postKey(unsigned key, bool down)
+{
+    if (key < heldKeys.size())
+        port::postRawInput(port::keyInput(static_cast<USHORT>(key), down));
+}
+
+void InputSystem::postMouse(int x, int y, unsigned transitions, int wheel)
+{
+    constexpr unsigned allTransitions = 0x3FF;
+    const int turned = std::clamp(wheel, -32768, 32767);
+    port::postRawInput(
+        port::mouseInput(x, y, static_cast<USHORT>(transitions & allTransitions), static_cast<SHORT>(turned)));
 }
 
 void InputSystem::setVibration(unsigned player, WORD vib)

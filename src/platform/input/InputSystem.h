@@ -51,6 +51,17 @@ public:
     /// arguments, the motion in pixels, play no part.
     void mousePos(float x, float y);
 
+    /// Puts a key's transition among the input that the window brings next, as if the keyboard had told it: a
+    /// recording takes it.
+    /// @param key  virtual-key code; one above 255 is no key, and nothing comes
+    void postKey(unsigned key, bool down);
+    /// Puts a mouse record among the input that the window brings next, as if the mouse had told it.
+    /// @param x            motion to the right, pixels
+    /// @param y            motion downwards, pixels
+    /// @param transitions  of buttons: bit 0 left down, bit 1 left up, and so on for right, middle and the side buttons
+    /// @param wheel        120 a notch away from the player
+    void postMouse(int x, int y, unsigned transitions = 0, int wheel = 0);
+
     /// Sets both motors of a player's pad, 0 still to 65535 full.
     void setVibration(unsigned player, WORD vib);
     /// Drops key and mouse events while set, and lets the cursor go meanwhile.

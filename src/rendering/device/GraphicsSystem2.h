@@ -78,7 +78,7 @@ public:
     ErrorCode resetDevice();
     /// Whether drawing is possible: there is a device and it is not lost.
     bool deviceIsReady() const;
-    /// Whether frames are drawn: the device is ready, and the window has not been put away.
+    /// Whether frames are drawn: the device is ready, the window has not been put away, and nobody wants none.
     bool isDrawing() const;
 
     /// Makes a colour target and its texture.
@@ -156,6 +156,10 @@ public:
     ///
     /// The screen layers, texts among them, keep the window's size. Takes effect with the next frame.
     void setRenderScale(float val);
+
+    bool getWithoutDrawing() const { return withoutDrawing; }
+    /// Whether frames are run and never drawn, by default not: for runs of which only the play counts.
+    void setWithoutDrawing(bool val) { withoutDrawing = val; }
 
     bool getVsync() const { return vsync; }
     /// Whether a frame waits for the display's refresh before it is shown, by default not; from the next frame on.
@@ -263,6 +267,7 @@ private:
     int shadowMapSize = 768; ///< texels a side: a cone as fine as in a window of that height
     bool antialiasing = true;
     bool vsync = false;
+    bool withoutDrawing = false;
     int backBufferWidth = 0;  ///< pixels
     int backBufferHeight = 0; ///< pixels
     int worldWidth = 0;       ///< pixels

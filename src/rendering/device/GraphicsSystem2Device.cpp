@@ -96,7 +96,7 @@ bool GraphicsSystem2::deviceIsReady() const
 
 bool GraphicsSystem2::isDrawing() const
 {
-    return deviceIsReady() && !getSystemDeref<WindowSystem2>().getMinimised();
+    return deviceIsReady() && !withoutDrawing && !getSystemDeref<WindowSystem2>().getMinimised();
 }
 
 ErrorCode GraphicsSystem2::tryToRecoverDevice()

@@ -1,0 +1,1 @@
+"""Courses that play levels by themselves, one a module; see `courseDriver`."""

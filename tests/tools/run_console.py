@@ -192,6 +192,15 @@ def test_lines_are_completed_with_a_sentence_on_each_way(world):
     run.expect("get nowhere/x => []")
 
 
+def test_a_handle_of_what_is_gone_tells_what_it_was_and_how_it_ended(world):
+    run = type_lines(world, "> box = at('hall/box/transform')", "> at('hall/box').murder()", "> 0", "> box.position",
+                     "> box.getName()", "> kaVel.make('Entity').children")
+    for line in ("> box.position", "> box.getName()"):
+        told = answers(run, line)[1]
+        assert "It was the TransformComponent Room/hall/box/transform, gone in frame " in told, told
+        assert told.endswith(", when Room/hall/box was murdered at <console>:1"), told
+
+
 def test_a_file_of_lines_stops_at_the_one_that_fails(world):
     world.write("bin/lines.txt", "# a comment\n\ntimescale 0.5\nget nowhere\ntimescale 1\n")
     run = type_lines(world, "exec lines.txt")

@@ -6,6 +6,7 @@
 #include "engine/time/TimeSystem.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"
+#include "object/tree/Obituaries.h"
 #include "port/win32/Messages.h"
 
 #include "foundation/Logger.h"
@@ -86,7 +87,7 @@ void GameLoopSystem::doFrame()
         return;
     }
     const RunningMark mark(frameRunning);
-    ++frameNumber;
+    Obituaries::setFrame(++frameNumber);
 
     beginProfilerFrame();
     measureFrame();

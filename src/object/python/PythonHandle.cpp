@@ -17,7 +17,8 @@ PyTypeObject *handleType = nullptr;
 PyObject *raiseDeadHandle(PyObject *self, const String &used)
 {
     const String what = handleOf(self).toString() + SCS(".") + used;
-    return raiseCallFailure(what, ErrorCode(ErrorCode::CALL_FAILURE, IReflectedThing::BAD_THIS_POINTER));
+    return raiseCallFailure(what, ErrorCode(ErrorCode::CALL_FAILURE, IReflectedThing::BAD_THIS_POINTER),
+                            handleOf(self));
 }
 
 bool isSpecialName(const String &name)

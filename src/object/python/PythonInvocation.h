@@ -14,7 +14,8 @@ PyObject *callForPython(const IReflectedThing &thing, SavedArguments &args);
 PyObject *callForPython(const DoxyElement &function, SavedArguments &args);
 
 /// Raises RuntimeError with "Call to %s failed: %s" of what was called and the code's text; returns null.
-PyObject *raiseCallFailure(const String &what, const ErrorCode &code);
+/// @param subject  whom the call was for; of one that is gone a note tells what it was and how it ended
+PyObject *raiseCallFailure(const String &what, const ErrorCode &code, const Handle<Object> &subject = Handle<Object>());
 
 /// Raises what came through the engine as a C++ exception; to be called in a catch block. Returns null.
 PyObject *raiseCaughtException();

@@ -5,6 +5,7 @@
 #include "object/reflection/PropertyDesc.h"
 #include "object/reflection/Reflection.h"
 #include "object/reflection/SavedArguments.h"
+#include "object/tree/Obituaries.h"
 #include "object/tree/TreeWalk.h"
 #include "object/tree/WellKnownPaths.h"
 
@@ -17,14 +18,24 @@
 
 namespace
 {
+/// A murdered object, and the murder that it was of.
+struct Dead
+{
+    Handle<Object> object;
+    std::uint32_t murder;
+};
+
 /// Murdered objects that wait for the next cremation, in the order of their deaths.
-using MorgueType = std::vector<Handle<Object>>;
+using MorgueType = std::vector<Dead>;
 
 MorgueType &morgue()
 {
     static MorgueType *instance = new MorgueType;
     return *instance;
 }
+
+/// The murder of an object whose children are about to go with it; 0 while none is under way.
+std::uint32_t presentMurder = 0;
 
 struct PathPrefix
 {
@@ -107,12 +118,17 @@ void Object::murder()
     if (dying)
         return;
     dying = true;
-    morgue().push_back(this_);
+    presentMurder = Obituaries::noteMurder(*this, false);
+    morgue().push_back({this_, presentMurder});
     omnifilicide();
+    presentMurder = 0;
 }
 
 void Object::omnifilicide()
 {
+    if (children.empty())
+        return;
+    const std::uint32_t murder = presentMurder ? presentMurder : Obituaries::noteMurder(*this, true);
     // Parents and last children first, then turned round: each subtree children-first. One that is dying already may
     // have been given children since, so it is passed through.
     static auto *pending = new std::vector<Object *>;
@@ -126,7 +142,7 @@ void Object::omnifilicide()
         if (o != this && !o->dying)
         {
             o->dying = true;
-            dead.push_back(o->this_);
+            dead.push_back({o->this_, murder});
         }
         for (const Handle<Object> &h : o->children)
         {
@@ -331,13 +347,17 @@ void cremateDeadObjects()
     if (batch.empty())
         return;
 
-    for (const Handle<Object> &h : batch)
+    for (const Dead &dead : batch)
+        if (const auto o = dead.object.lookup())
+            Obituaries::noteCremation(*o, o->name, dead.murder);
+    for (const Dead &dead : batch)
     {
-        if (auto o = h.lookup())
+        if (auto o = dead.object.lookup())
             o->onMurder();
     }
-    for (const Handle<Object> &h : batch)
+    for (const Dead &dead : batch)
     {
+        const Handle<Object> &h = dead.object;
         auto o = h.lookup();
         if (!o)
             continue;

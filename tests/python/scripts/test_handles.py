@@ -145,6 +145,10 @@ def test_DeadObjectRefusesCallsAndPropertiesByName():
         p.speed = 1
     with raises(RuntimeError, 'Call to Handle<Object>(<invalid>)._getType failed: CALL_FAILURE: BAD_THIS_POINTER'):
         p._getType()
+    try:
+        p.speed
+    except RuntimeError as error:
+        assert 'It was the Probe probe, gone in frame ' in error.__notes__[0], error.__notes__
 
 
 def test_InvalidHandleRefusesEveryName():

@@ -14,9 +14,11 @@ from objects.Acoustics import *
 from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
+from objects.Carrying import Bolt, LooseBottle, LooseCrate
 from objects.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
 from objects.Damp import Damp
 from objects.Doors import DoorFrame, HingedDoor, IronDoor, SlidingDoor
+from objects.Drawers import Chest, Drawer, inDrawer
 from objects.Drawn import *
 from objects.Fittings import Fitting
 from objects.Furniture import *

@@ -10,7 +10,7 @@ While a note is read the world goes on and the player stands still: reading cost
 from __future__ import annotations
 
 import math
-from typing import Protocol
+from typing import Callable, Protocol
 
 import bindings
 import kaVel
@@ -69,10 +69,12 @@ class Load(Protocol):
     def throw(self, hands: Hands) -> None: ...
 
 
-class Quiver(Protocol):
-    """Where a thing to throw comes from when the hands are empty."""
+class Flyer(Protocol):
+    """What has left the hand and is on its way."""
 
-    def throwOne(self, hands: Hands) -> None: ...
+    def fly(self, player: kaVel.Entity, seconds: float) -> bool:
+        """A frame of its flight; false when it has ended."""
+        ...
 
 
 class Hands:
@@ -90,7 +92,9 @@ class Hands:
         self.palm = self._buildPalm()
         self.grip: Grip | None = None
         self.load: Load | None = None
-        self.quiver: Quiver | None = None
+        self.flying: list[Flyer] = []
+        self.thrownBolts = 0
+        self.throwFromPockets: Callable[[Hands], object] = lambda hands: None
         self.down: set[object] = set()  # what is held of all that uses something
         self._letGoOfPresses()
         self.heldFor = 0.0
@@ -197,6 +201,7 @@ class Hands:
             self._letGoOfPresses()
             return
         self.sheet.move(seconds)
+        self.flying = [each for each in self.flying if each.fly(self.player, seconds)]
         if self._isDead():
             self._closeSheet(False)
             self.letGo()
@@ -207,8 +212,8 @@ class Hands:
             self._carry(self.load, seconds)
         elif self.grip:
             self._hold(self.grip, seconds)
-        elif self.thrown and self.quiver:
-            self.quiver.throwOne(self)
+        elif self.thrown:
+            self.throwFromPockets(self)
         self._letGoOfPresses()
         if self.palm:
             self.palm.interact = bool(self.load or self.sheet.isOpen)
@@ -359,8 +364,12 @@ def handsOf(inLevel: kaVel.Object) -> Hands | None:
     return _hands.get(inLevel.getAncestorOfType(kaVel.Reflection.Coordinator))
 
 
-def hands(player: kaVel.Entity):
-    """Gives a player hands; a second player of a level has none of his own."""
+def hands(player: kaVel.Entity, throwFromPockets: Callable[[Hands], object]):
+    """Gives a player hands, and what they do to throw something when they are empty.
+
+    A second player of a level has none of his own.
+    """
     level = player.getAncestorOfType(kaVel.Reflection.Coordinator)
     if level not in _hands:
         _hands[level] = Hands(player)
+        _hands[level].throwFromPockets = throwFromPockets

@@ -13,6 +13,7 @@ import math
 import kaVel
 import settings
 from objects.Bodies import PULL
+from objects.Carrying import throwBolt
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
 from objects.Hands import hands
@@ -73,7 +74,7 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
     Visitor(player)
     nerves(player)
     pockets(player)
-    hands(player)
+    hands(player, throwBolt)
     return player
 
 

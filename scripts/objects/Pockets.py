@@ -121,18 +121,19 @@ def pockets(player: kaVel.Entity) -> Pockets:
 
 
 def taken(thing: kaVel.Entity, volume: kaVel.BoundingVolume, put: Callable[[Pockets], object],
-          then: Callable[[], object] = lambda: None, sound: str = ''):
+          then: Callable[[], object] = lambda: None, sound: str = '', isKept: bool = True):
     """Has the use of a thing's volume put something into the pockets and end the thing, for good.
 
     When the map is loaded again the taking is repeated, without `then` and the sound, which are what the player notices
-    of it. A thing without a name of its own comes back with its map.
+    of it. Not so for what the map does not build, which `isKept` tells; a thing without a name of its own comes back.
     """
 
     def take(player: kaVel.AnyObject):
         pockets = pocketsOf(thing)
         put(pockets)
         if player:  # nobody, where the taking is repeated
-            kaVel.persist(volume, 'interactWithPlayer', kaVel.Handle())
+            if isKept:
+                kaVel.persist(volume, 'interactWithPlayer', kaVel.Handle())
             then()
             _play(player.parent, sound)
         thing.murder()

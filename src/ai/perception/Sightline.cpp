@@ -21,16 +21,6 @@ bool isOpaque(BoundingVolume &volume)
 
 } // namespace
 
-bool isAtOrBelow(const Handle<Object> &object, const Handle<Object> &root)
-{
-    if (!root.isValid())
-        return false;
-    for (auto above = object.lookup(); above; above = above->getParent().lookup())
-        if (getHandle(above.ptr) == root)
-            return true;
-    return false;
-}
-
 bool SightFilter::counts(BoundingVolume &volume) const
 {
     return isOpaque(volume);

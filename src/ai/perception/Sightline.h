@@ -3,14 +3,12 @@
 
 #include "physics/grid/PartitioningGrid.h"
 #include "physics/grid/SegmentFilter.h"
+#include "physics/grid/SolidSegment.h"
 
 #include "foundation/Vector.h"
 
 class MapRootEntity;
 class Object;
-
-/// Whether an object is another one, or stands below it in the tree.
-bool isAtOrBelow(const Handle<Object> &object, const Handle<Object> &root);
 
 /// What stops looks: what stops bodies, a volume with a body beside it, unless it says that it is seen through.
 ///

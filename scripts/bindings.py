@@ -25,6 +25,7 @@ ACTIONS = {
     'flashlight': ('F',),
     'battery': ('R',),
     'throw': ('G', 'Right button'),
+    'notebook': ('N',),
     'lamp': ('L',),
     # The flying camera
     'rise': ('Space', 'E'),

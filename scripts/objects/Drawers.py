@@ -38,7 +38,7 @@ class Sliding:
         self.transform = entity.getComponent('transform')
         self.axis = around((0, 0, 0), turn, 0, 0, 1)
         self.offset, self.goal = 0.0, None
-        self.shown: float | None = None
+        self.shown = 0.0  # offset of what is drawn
         self.clock = LevelClock(entity)
         self.bolt = kaVel.make('Entity', parent=entity, name='lock') if key is not None else None
         self.voice = LeafVoice(entity, around(at, turn, 0, 0, size[2] / 2), turn, lambda: self.offset, 'ScrapeWood',
@@ -46,7 +46,7 @@ class Sliding:
         rattle = sounds(entity, 'DoorLocked', 'DoorLatch')
         self.lock = Lock(entity, key, self._isLocked, lambda: self._unlock(rattle),
                          lambda: rattle.playSoundEffect('DoorLocked'))
-        kaVel.addComponent(entity, 'form', 'ScriptComponent', frameCallback=self.doFrame)
+        kaVel.addComponent(entity, 'form', 'ScriptComponent', frameCallback=self.doFrame, loadCallback=self._takeUp)
 
     def _isLocked(self) -> bool:
         return self.bolt is not None and bool(self.bolt) and not self.bolt.isDying()
@@ -89,8 +89,6 @@ class Sliding:
     # A frame
 
     def doFrame(self):
-        if self.shown is None:
-            self._takeUp()
         if self.goal is not None:
             left, most = self.goal - self.offset, TAPPED * self.clock.frameSeconds()
             before = self.offset
@@ -125,13 +123,13 @@ class Sliding:
         at = self.transform.position
         out = (at.x - self.at[0]) * self.axis[0] + (at.z - self.at[2]) * self.axis[2]
         self.offset = min(WAY, out) if out > 1e-3 else 0.0
-        self.shown = 0.0
+        self.voice.last = self.offset
         self.transform.position = kaVel.Vec4(*self.at, 1)
-        self._reachInto()
+        self._show()
 
     def _show(self):
         """Takes the drawer and all that lies in it to where it is."""
-        moved = self.offset - (self.shown or 0.0)
+        moved = self.offset - self.shown
         for thing in kaVel.descendants(self.entity):
             if thing._getType().isSubclassOf(kaVel.Reflection.TransformComponent):
                 at = thing.position

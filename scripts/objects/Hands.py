@@ -10,7 +10,7 @@ While a note is read the world goes on and the player stands still: reading cost
 from __future__ import annotations
 
 import math
-from typing import Callable, Protocol
+from typing import Any, Callable, Protocol
 
 import bindings
 import kaVel
@@ -23,14 +23,11 @@ from perLevel import PerLevel
 
 TAP = 0.2           # seconds; use that lasts longer grips
 TAP_MOTION = 0.02   # way of the mouse, parts of the window, that makes a grip of it at once
-HAND_WAY = 1.6      # metres that the hand goes for a way of the mouse by the longer side of the window
+HAND_WAY = 2.2      # metres that the hand goes for a way of the mouse by the longer side of the window
 LEAD = 0.25         # metres that the hand is ahead of what it leads, at most
 ARM = 2.7           # metres from the eyes at which a thing slips out of the hand
 LOOK_WHILE_HELD = 0.06  # part of the mouse that still turns the view
 PALM = 0.06         # edge of the volume that catches the use of who holds something, metres
-
-#: Keys that use something beside those of the action: the player's component knows them.
-SPACE = bindings.KEYS['Space']
 
 
 class Grip(Protocol):
@@ -92,6 +89,7 @@ class Hands:
         self.palm = self._buildPalm()
         self.grip: Grip | None = None
         self.load: Load | None = None
+        self.leaf = 0  # of the notebook that is read, counted from the newest
         self.flying: list[Flyer] = []
         self.thrownBolts = 0
         self.throwFromPockets: Callable[[Hands], object] = lambda hands: None
@@ -122,6 +120,7 @@ class Hands:
         kaVel.subscribe('MouseMove', self._mouseMoved, office)
         kaVel.onKey(self.level, 'throw', self._pressThrow)
         kaVel.onKey(self.level, 'quit', self._pressQuit)
+        kaVel.onKey(self.level, 'notebook', self._pressNotebook)
 
     # What things and scripts ask
 
@@ -150,6 +149,7 @@ class Hands:
         if self.isFree() and component:
             self.sheet.open(page)
             component.setUseInput(False)
+            self.leaf = 0
             self.play('Paper')
 
     def letGo(self):
@@ -159,6 +159,13 @@ class Hands:
             self.load = None
         self._endGrip()
         self._closeSheet(True)
+
+    def holdUse(self, input: object, isDown: bool):
+        """Tells that an input which uses things went down or up: as long as any is down, a grip lasts."""
+        if isDown:
+            self.down.add(input)
+        else:
+            self.down.discard(input)
 
     def play(self, event: str):
         if self.sounds:
@@ -208,10 +215,14 @@ class Hands:
         elif self.sheet.isOpen:
             if self.used or self.quitPressed:
                 self._closeSheet(True)
+            elif self.leafed:
+                self._leafOn()
         elif self.load:
             self._carry(self.load, seconds)
         elif self.grip:
             self._hold(self.grip, seconds)
+        elif self.leafed and self.pockets.pages:
+            self.read(list(self.pockets.pages.values())[-1])
         elif self.thrown:
             self.throwFromPockets(self)
         self._letGoOfPresses()
@@ -220,7 +231,7 @@ class Hands:
         self.marks.show(self._mark(), bool(self.down))
 
     def _letGoOfPresses(self):
-        self.used = self.thrown = self.quitPressed = False
+        self.used = self.thrown = self.quitPressed = self.leafed = False
 
     def _carry(self, load: Load, seconds: float):
         if self.thrown:
@@ -286,6 +297,16 @@ class Hands:
             self.play('PageTurn')
         self.sheet.close()
 
+    def _leafOn(self):
+        """Turns to the note that was found before; behind the first one the notebook closes."""
+        self.leaf += 1
+        pages = list(self.pockets.pages.values())
+        if self.leaf < len(pages):
+            self.sheet.open(pages[-1 - self.leaf])
+            self.play('PageTurn')
+        else:
+            self._closeSheet(True)
+
     def _mark(self) -> Mark | None:
         if self.sheet.isOpen:
             return None
@@ -297,7 +318,7 @@ class Hands:
 
     # What the player is made of
 
-    def _component(self) -> kaVel.AnyObject:
+    def _component(self) -> Any:
         return self.player.getComponent('player') if self.player else None
 
     def _isWhole(self) -> bool:
@@ -316,21 +337,25 @@ class Hands:
         # The same button may have used something by now: then nothing flies.
         self.thrown = bool(self.load) or not (component and markOf(component.interactor))
 
+    def _pressNotebook(self):
+        self.leafed = True
+
     def _pressQuit(self):
         self.quitPressed = True
 
     def _keyDown(self, message: kaVel.IReflectedThing, key: int):
-        if key == SPACE or key in bindings.keysOf('use'):
-            self.down.add(('key', key))
+        if key in bindings.keysOf('use'):
+            self.holdUse(('key', key), True)
 
     def _keyUp(self, message: kaVel.IReflectedThing, key: int):
-        self.down.discard(('key', key))
+        self.holdUse(('key', key), False)
 
     def _buttonDown(self, message: kaVel.IReflectedThing, button: int, x: float, y: float):
-        self.down.add(('button', button))
+        if button in bindings.buttonsOf('use'):
+            self.holdUse(('button', button), True)
 
     def _buttonUp(self, message: kaVel.IReflectedThing, button: int, x: float, y: float):
-        self.down.discard(('button', button))
+        self.holdUse(('button', button), False)
 
     def _mouseMoved(self, message: kaVel.IReflectedThing, x: float, y: float):
         if self.grip and math.isfinite(x) and math.isfinite(y):

@@ -161,6 +161,7 @@ def SpareBattery(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0
 
     def take(player: kaVel.PlayerComponent):
         player.addBattery()
+        sounds(player.parent, 'PickUp').playSoundEffect('PickUp')
         kaVel.persist(battery, 'murder')
         battery.murder()
 

@@ -47,6 +47,18 @@ ACTIONS = {
     'console': ('Left of 1',),
 }
 
+#: Action -> the button of a pad that presses its first key. The sticks walk and look by themselves.
+PAD = {
+    'use': 'A', 'crouch': 'B', 'battery': 'X', 'flashlight': 'Y', 'leanLeft': 'Left shoulder',
+    'leanRight': 'Right shoulder', 'run': 'Left trigger', 'throw': 'Right trigger', 'quit': 'Start', 'lamp': 'Up',
+    'restart': 'Back',
+}
+
+#: Bits of a pad's buttons; the triggers count as buttons beyond them.
+PAD_BUTTONS = {'Up': 0x1, 'Down': 0x2, 'Left': 0x4, 'Right': 0x8, 'Start': 0x10, 'Back': 0x20, 'Left stick': 0x40,
+               'Right stick': 0x80, 'Left shoulder': 0x100, 'Right shoulder': 0x200, 'A': 0x1000, 'B': 0x2000,
+               'X': 0x4000, 'Y': 0x8000, 'Left trigger': 0x10000, 'Right trigger': 0x20000}
+
 #: Virtual-key codes of the keys that are no letter and no digit.
 KEYS = {'Left of 1': 0xC0, 'Enter': 0x0D, 'Shift': 0x10, 'Ctrl': 0x11, 'Alt': 0x12, 'Escape': 0x1B, 'Space': 0x20,
         'Left': 0x25, 'Up': 0x26, 'Right': 0x27, 'Down': 0x28,
@@ -66,6 +78,17 @@ def keysOf(action: str):
 def buttonsOf(action: str):
     """Numbers of an action's mouse buttons; KeyError as `keysOf`."""
     return frozenset(BUTTONS[each] for each in _inputs(action) if each in BUTTONS)
+
+
+@functools.cache
+def padKeys() -> dict[int, int]:
+    """Bit of a pad's button -> virtual-key code that it presses; ValueError for a button that no pad has."""
+    wrong = [button for button in PAD.values() if button not in PAD_BUTTONS]
+    if wrong:
+        raise ValueError('bindings.PAD has %r, which is no button of a pad; those are: %s'
+                         % (wrong[0], ', '.join(PAD_BUTTONS)))
+    first = {action: next(each for each in _inputs(action) if each not in BUTTONS) for action in PAD}
+    return {PAD_BUTTONS[button]: keyCode(first[action], action) for action, button in PAD.items()}
 
 
 def _inputs(action: str):

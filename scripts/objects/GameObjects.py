@@ -30,6 +30,7 @@ from objects.Models import *
 from objects.Nerves import dreaded, nervesOf, shakeLight
 from objects.Notes import Note
 from objects.Notice import Notice
+from objects.Pad import shakePad
 from objects.Placing import *
 from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
 from objects.Pockets import pocketsOf

@@ -19,6 +19,7 @@ from objects.Drawn import Picture, Text
 from objects.Hands import hands
 from objects.Marks import marked
 from objects.Nerves import nerves
+from objects.Pad import pad
 from objects.Placing import Triple, addVolume, cube, placed, turned
 from objects.Pockets import pockets
 from objects.Sounds import STEPS as FLOOR_SOUNDS
@@ -72,6 +73,7 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
     settings.giveToPlayer(player)
     kaVel.addComponent(player, 'behaviors', 'BTComponent', behaviors=['PlayerTree'], defaultBehavior='PlayerTree')
     Visitor(player)
+    pad(player)
     nerves(player)
     pockets(player)
     hands(player, throwBolt)

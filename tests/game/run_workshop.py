@@ -180,7 +180,7 @@ def script(visit, loads):
     assert stand[0] < 0.2, f"he slid on for {stand[0]} m"
     speeds = [push[0] for push in pushes[::2]]
     assert speeds[0] > 0.6 and 0.2 < speeds[2] < 0.6 * speeds[1], f"12, 35, 160 kg at {speeds} m/s"
-    assert all(abs(push[1]) < 0.03 for push in pushes[::2]), f"between him and the crate: {pushes[::2]}"
+    assert all(abs(push[1]) < 0.05 for push in pushes[::2]), f"between him and the crate: {pushes[::2]}"
     assert all(0.0 <= slip[0] < 0.67 for slip in pushes[1::2]), f"crates slid on for {pushes[1::2]}"
     assert rest[0] < 1e-4, f"something moved {rest[0]} m after it had come to rest"
     assert all(abs(step - 0.4) < 0.05 for step in rest[1:]), f"the boxes stand {rest[1:]} m above each other"

@@ -45,12 +45,14 @@ PlayerComponent::PlayerComponent() : movementKeys(MT_NumDirections, false)
 void PlayerComponent::onLoadComplete()
 {
     static const String keys = SCS("handleKeyMessage"), motion = SCS("handleMouseMessage"),
-                        clicks = SCS("handleMouseClick");
+                        clicks = SCS("handleMouseClick"), sticks = SCS("handleStickMessage");
     static const String breath = SCS("Sprint"), whispers = SCS("WhisperSanity"), volume = SCS("volume");
     hearInLevel(*this, KeyDownMessage, keys);
     hearInLevel(*this, KeyUpMessage, keys);
     hearInLevel(*this, MouseMove, motion);
     hearInLevel(*this, MouseDownMessage, clicks);
+    hearInLevel(*this, LeftJoyPos, sticks);
+    hearInLevel(*this, RightJoyPos, sticks);
     SoundComponent *const voice = sound();
     if (!voice)
         return;
@@ -65,6 +67,7 @@ void PlayerComponent::doFrame()
     RigidBody *const physics = body();
     const auto level = getAncestorOfType<Coordinator>().lookup();
     const Seconds frameTime = level ? level->getTimer(TimerNames::master).getFrameTimeSeconds() : 0.0;
+    forgetOldSticks();
     if (physics && place)
         watchFeet(*physics, *place, frameTime);
     if (useInput && physics && place)
@@ -96,7 +99,8 @@ void PlayerComponent::watchFeet(const RigidBody &physics, const TransformCompone
 
 bool PlayerComponent::isMoving() const
 {
-    return movementKeys[MT_Down] || movementKeys[MT_Up] || movementKeys[MT_StrafeRight] || movementKeys[MT_StrafeLeft];
+    return movementKeys[MT_Down] || movementKeys[MT_Up] || movementKeys[MT_StrafeRight] ||
+           movementKeys[MT_StrafeLeft] || walkStick.magnitudeSquared() > 0.f;
 }
 
 bool PlayerComponent::isSprinting() const
@@ -108,7 +112,7 @@ bool PlayerComponent::checkMovement(MovementType type) const
 {
     const auto index = static_cast<std::size_t>(static_cast<unsigned>(type));
     if (index < movementKeys.size())
-        return movementKeys[index];
+        return movementKeys[index] || doesStickAsk(type);
     KV_ERROR("Invalid movement type requested!");
     return false;
 }
@@ -148,6 +152,9 @@ Vec4 PlayerComponent::walkingForce() const
     force.z -= movementKeys[MT_Down] ? speed : 0.f;
     force.x += movementKeys[MT_StrafeRight] ? SIDEWAYS * speed : 0.f;
     force.x -= movementKeys[MT_StrafeLeft] ? SIDEWAYS * speed : 0.f;
+    force.z = std::clamp(force.z + walkStick.y * speed, -std::abs(speed), std::abs(speed));
+    force.x =
+        std::clamp(force.x + walkStick.x * SIDEWAYS * speed, -SIDEWAYS * std::abs(speed), SIDEWAYS * std::abs(speed));
     return force;
 }
 
@@ -173,8 +180,9 @@ float PlayerComponent::sprint(Seconds frameTime)
 void PlayerComponent::updateMouseLook(RigidBody &physics, TransformComponent &place, Seconds frameTime)
 {
     const auto *const players = dynamic_cast<const PlayerPhysics *>(&physics);
-    const float up = mouseMoveY * lookUpright * (players ? players->getVerticalSign() : 1.f);
-    const float side = mouseMoveX * lookSideways;
+    const float sign = players ? players->getVerticalSign() : 1.f, turned = stickTurn(frameTime);
+    const float up = mouseMoveY * lookUpright * sign - lookStick.y * stickUpright * turned;
+    const float side = mouseMoveX * lookSideways + lookStick.x * turned;
     mouseMoveX = mouseMoveY = 0.f;
     if (!std::isfinite(up * mouseSensitivity) || !std::isfinite(side * mouseSensitivity))
         return;

@@ -185,6 +185,12 @@ public:
     void setLookSideways(float val);
     float getLookUpright() const { return lookUpright; }
     void setLookUpright(float val);
+    /// Radians a second that the view turns by while the right stick of the pad stands at its end.
+    float getStickTurnRate() const { return stickTurnRate; }
+    void setStickTurnRate(float val);
+    /// Factor of that up and down; a negative one turns it round.
+    float getStickUpright() const { return stickUpright; }
+    void setStickUpright(float val);
     /// Part of the whole bob that the view shows, 0..1.
     float getBobAmount() const { return bobAmount; }
     void setBobAmount(float val);
@@ -199,6 +205,8 @@ public:
     void handleKeyMessage(const ReflectorPtr &messageType, int key);
     void handleMouseMessage(const ReflectorPtr &messageType, float x, float y);
     void handleMouseClick(const ReflectorPtr &messageType, unsigned click, float x, float y);
+    /// Takes where a stick of the first pad stands: the left one walks, the right one looks, until the next frame.
+    void handleStickMessage(const ReflectorPtr &messageType, float x, float y, unsigned pad);
 
 private:
     /// What belongs to a player, for the log that misses it.
@@ -245,6 +253,9 @@ private:
     void findInteractor();
     Handle<BoundingVolume> pointedAt(TransformComponent &camera);
 
+    void forgetOldSticks();
+    bool doesStickAsk(MovementType type) const;
+    float stickTurn(Seconds frameTime) const;
     int meaningOf(int key) const;
     bool isHeldByAnother(int key) const;
     void handleKeyDown(int key);
@@ -296,6 +307,10 @@ private:
     std::bitset<KEYS> heldKeys;
     unsigned useButtons = ~0u;
     float lookSideways = 1.f, lookUpright = 1.f;
+    Vec4 walkStick, lookStick;  ///< x to the right, y ahead or up, 0..1, as they answer
+    bool sticksAreNew = false;  ///< told since the last frame
+    float stickTurnRate = 2.8f; ///< radians a second
+    float stickUpright = 0.75f;
     float bobAmount = 1.f; ///< 0..1
     bool feetMove = true;
     Vec4 lastPlace;      ///< of the frame before, metres

@@ -15,6 +15,7 @@ namespace
 constexpr Vec4 UP(0.f, 1.f, 0.f, 0.f);
 constexpr float ABOVE_FEET = 0.25f;   ///< metres within the box that a segment begins
 constexpr float INSET = 0.01f;        ///< metres that it keeps off the box's sides: what is beside is not below
+constexpr float SNUG = 0.015f;        ///< metres that the inset of a segment may make of no gap, on a slope
 constexpr float LEAST_ACROSS = 1e-3f; ///< metres: straight down passes no cell
 
 /// What holds feet: what stops bodies, but not the body itself.
@@ -84,7 +85,8 @@ float Footing::findGap(PartitioningGrid &grid, BoundingVolume &volume, const Tra
             least = hit.collision.t;
             normal = hit.collision.normal;
         }
-    return least < 1.f ? std::max(least * -down.y - ABOVE_FEET, 0.f) : -1.f;
+    const float gap = least * -down.y - ABOVE_FEET;
+    return least == 1.f ? -1.f : gap > SNUG ? gap : 0.f;
 }
 
 Vec4 Footing::along(const Vec4 &direction) const

@@ -1,5 +1,6 @@
 #include "physics/bodies/PlayerPhysics.h"
 
+#include "physics/bodies/EdgeProbe.h"
 #include "physics/bodies/PhysicsManager.h"
 #include "physics/bodies/RigidCollision.h"
 #include "physics/doors/DoorCalls.h"
@@ -31,9 +32,12 @@ constexpr float FADE_IN = 0.97f, ALL_SEEN = 0.005f;
 constexpr float FADE_OUT = 1.15f, NOTHING_SEEN = 0.995f;
 constexpr double MOST_PIECES = 64.0; ///< of a frame: one that takes a second is not divided further
 
-constexpr float THROWN = 3.f;       ///< metres a second away from the ground that no step makes
-constexpr float LEVEL = 0.9999f;    ///< height of a normal of ground that has no slope to speak of
-constexpr float LEAST_KEPT = 1e-3f; ///< of a speed: with less of it there is nothing to give back
+constexpr float THROWN = 3.f;        ///< metres a second away from the ground that no step makes
+constexpr float HELD = 0.4f;         ///< metres a second ahead: who is as slow may be held by an edge
+constexpr float LEAST_FORCE = 1e-3f; ///< newtons
+constexpr float SIDEWAYS = 0.7f;     ///< part of the force ahead by which one goes round an edge
+constexpr float LEVEL = 0.9999f;     ///< height of a normal of ground that has no slope to speak of
+constexpr float LEAST_KEPT = 1e-3f;  ///< of a speed: with less of it there is nothing to give back
 
 /// The inverse inertia of what nothing turns.
 const Matrix4 &unturnable()
@@ -183,11 +187,29 @@ void PlayerPhysics::walk(Seconds frameTime)
     const bool stood = footing.isOnGround();
     footing.begin();
     noteLanding(stood);
+    if (footing.isOnGround())
+        passEdges();
     moveInPieces(frameTime);
     if (footing.isOnGround())
         keepToGround();
     else
         fallingSpeed = std::max(-velocity.y, 0.f);
+}
+
+/// Who is held by an edge that he has run against goes round it.
+void PlayerPhysics::passEdges()
+{
+    const Vec4 force = getNetForce();
+    Vec4 ahead(force.x, 0.f, force.z, 0.f);
+    const float strength = ahead.magnitude();
+    if (!(strength > LEAST_FORCE))
+        return;
+    ahead *= 1.f / strength;
+    TransformComponent *const place = findTransform();
+    BoundingVolume *const volume = findVolume();
+    const auto grid = place ? PartitioningGrid::ofMap(place->findMap()).lookup() : Handle<PartitioningGrid>::Result{};
+    if (grid && volume && velocity.dot(ahead) < HELD)
+        addForce(sideFreeOfEdge(*grid.ptr, *volume, *place, ahead) * (strength * SIDEWAYS));
 }
 
 void PlayerPhysics::noteLanding(bool stood)

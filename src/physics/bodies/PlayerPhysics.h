@@ -132,7 +132,8 @@ public:
     void setLongestStep(float seconds);
 
     /// Whether the body goes as feet do: up and down slopes by the speed that it has on level ground, and down steps and
-    /// over edges without a hop; it stands on a slope, and falls as fast as what nothing brakes.
+    /// over edges without a hop, and round the edge of a doorway that it has missed by a little; it stands on a slope, and
+    /// falls as fast as what nothing brakes.
     bool getSurefooted() const { return surefooted; }
     void setSurefooted(bool val) { surefooted = val; }
     /// Whether a surefooted body stands on something that is no steeper than 50 degrees.
@@ -164,6 +165,7 @@ private:
     void writeDissolve(float amount);
     void workOffDoors();
     void walk(Seconds frameTime);
+    void passEdges();
     void noteLanding(bool stood);
     void keepToGround();
     void moveInPieces(Seconds frameTime);

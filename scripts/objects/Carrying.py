@@ -24,7 +24,7 @@ from objects.Placing import Triple, addVolume, cube, layerFor, placed, turned
 from objects.Pockets import Pockets, pocketsOf, taken
 from objects.Sounds import BODIES, heardAs, sounds
 
-HOLD = (0.13, -0.17, 0.42)  # where the near side of a carried thing is: right of, above and ahead of the eyes, metres
+HOLD = (0.13, -0.12, 0.52)  # where near side and top of a carried thing are, of the eyes: right, up, ahead; metres
 NEAREST = 0.34              # metres from the eyes over the floor to the near side of what is carried
 LOWEST = 1.35               # metres below the eyes, at most
 LAG = 15.0                  # part of the way to the hand that a thing makes good in a second, of one without weight
@@ -107,7 +107,7 @@ class Thing:
     def _target(self, hands: Hands) -> Triple:
         """Where the hand wants it: ahead of the eyes, beside the body and over the floor."""
         eye = hands.place(0, 0, 0)
-        x, y, z = hands.place(HOLD[0], HOLD[1], HOLD[2] + self.reach)
+        x, y, z = hands.place(HOLD[0], HOLD[1] - self.kind.size[1] / 2, HOLD[2] + self.reach)
         s, c = hands.heading()
         lacking = NEAREST + self.reach - ((x - eye[0]) * s + (z - eye[2]) * c)
         if lacking > 0:

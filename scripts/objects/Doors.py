@@ -82,7 +82,8 @@ def DoorFrame(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn
                    at=(side * (inner + 0.012 + architrave / 2), (high + architrave) / 2, face * (deep / 2 + proud / 2)))
     _plank(mesh, 2 * inner, (lining, deep + 0.008), at=(0, high + lining / 2, 0))
     for face in (-1.0, 1.0):
-        _plank(mesh, 2 * inner, (architrave, proud), at=(0, high + architrave / 2, face * (deep / 2 + proud / 2)))
+        _plank(mesh, 2 * inner + 0.024, (architrave, proud),
+               at=(0, high + architrave / 2, face * (deep / 2 + proud / 2)))
     mesh.generateTangents()
     frame = placed(parent, name, at=at, turn=turn)
     addVolume(frame, (wide + 0.3, 2 * (high + 0.1), deep + 0.1), 'BV_NONE')
@@ -175,7 +176,6 @@ class Swing:
     def tap(self, hands: Hands):
         if not self.leaf or self.lock.holds():
             return
-        self.voice.soften(1.0)
         self.door.interact(hands.player)
 
     def begin(self, hands: Hands) -> bool:
@@ -217,6 +217,7 @@ class Swing:
         """Leaves the leaf where it is, open or shut as it stands."""
         if not self.leaf:
             return
+        self.voice.soften(1.0)
         angle = self.door.prevAngle
         isOpen = abs(angle) > SHUT
         self.door.open = isOpen

@@ -62,7 +62,6 @@ class Sliding:
     def tap(self, hands: Hands):
         if not self.entity or self.lock.holds():
             return
-        self.voice.soften(1.0)
         self.goal = 0.0 if self.offset > WAY / 2 else WAY
 
     def begin(self, hands: Hands) -> bool:
@@ -84,6 +83,7 @@ class Sliding:
         return True
 
     def end(self, hands: Hands):
+        self.voice.soften(1.0)
         self._keep()
 
     # A frame

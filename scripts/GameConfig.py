@@ -123,6 +123,9 @@ digest = _file('KAVEL_DIGEST')
 #: File that every field of every object is written to after the last frame; empty for none.
 dump = _file('KAVEL_DUMP')
 
+#: File that the cost of each frame is written to; empty for none.
+meter = _file('KAVEL_METER')
+
 #: Course that plays the level in place of a player, a module of `courses`; empty for none.
 course = _text('KAVEL_COURSE')
 

@@ -45,6 +45,8 @@ def watch(coordinator: kaVel.Coordinator, views: Sequence[View] = ()):
         kaVel.getSystem('SoundSystem')  # from the first frame on, whether or not anything sounds
     if GameConfig.digest or GameConfig.dump:
         kaVel.getSystem('StateDigest')
+    if GameConfig.meter:
+        kaVel.getSystem('FrameMeter')
     gameLoop = kaVel.getSystem('GameLoopSystem')
     first = max(gameLoop.frameNumber, 1)
     gameLoop.frameLimit = max(gameLoop.frameLimit, first - 1 + LEAST_FRAMES * len(views))

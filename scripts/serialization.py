@@ -28,6 +28,9 @@ SETTINGS = {
         'replayFile': GameConfig.replay,
         'recordFile': GameConfig.record,
     },
+    'FrameMeter': {
+        'file': GameConfig.meter,
+    },
     'StateDigest': {
         'recordFile': GameConfig.digest,
         'dumpFile': GameConfig.dump,

@@ -3,6 +3,7 @@
   playthrough.py record NAME...               play the courses scripts/courses/NAME.py and keep them
   playthrough.py check [NAME...]              replay the recordings, all without a name, and tell the first difference
   playthrough.py compare OLD NEW NAME         replay one with two builds and tell the first difference, value by value
+  playthrough.py meter [NAME...]              replay without hashing and tell what frames cost
   playthrough.py bisect GOOD BAD NAME         find the commit behind GOOD, up to BAD, that changed what is played
 
 What is recorded lies in tests/playthrough: the input, and a hash of every field of every object after every frame.
@@ -16,6 +17,7 @@ import pathlib
 import subprocess
 import sys
 
+import costs
 import judging
 import recordings
 import sketches
@@ -32,6 +34,7 @@ def arguments():
     commands = parser.add_subparsers(dest="command", required=True)
     commands.add_parser("record").add_argument("names", nargs="+", metavar="NAME")
     commands.add_parser("check").add_argument("names", nargs="*", metavar="NAME")
+    commands.add_parser("meter").add_argument("names", nargs="*", metavar="NAME")
     compare = commands.add_parser("compare")
     compare.add_argument("old", type=pathlib.Path)
     compare.add_argument("new", type=pathlib.Path)
@@ -101,6 +104,12 @@ def compare(options):
     return bool(lines)
 
 
+def meter(options):
+    for name in options.names or recordings.names(ROOT):
+        print(f"{name}: {costs.text(*Player.of_build(options.build, options.drawn).meter(named(name)))}")
+    return False
+
+
 def bisect(options):
     recording = named(options.name)
     commits = git("rev-list", "--first-parent", "--reverse", f"{options.good}..{options.bad}").split()
@@ -142,7 +151,7 @@ def main():
             for name in options.names:
                 record(options, name)
             return 0
-        return {"check": check, "compare": compare, "bisect": bisect}[options.command](options)
+        return {"check": check, "compare": compare, "bisect": bisect, "meter": meter}[options.command](options)
     except RunFailed as failure:
         return str(failure)
 

@@ -4,12 +4,23 @@ import os
 import pathlib
 import subprocess
 import tempfile
+import threading
+from dataclasses import dataclass
 
 import sketches
 
 # Longer than any course: half an hour at 60 frames a second.
 MOST_FRAMES = 108000
 TIMEOUT_S = 1800
+
+
+@dataclass
+class Cost:
+    """What one frame took."""
+
+    wall: int  # nanoseconds
+    processor: int  # microseconds
+    blocks: int  # from the engine's allocators
 
 
 class RunFailed(Exception):
@@ -48,23 +59,38 @@ class Player:
             self._replay(folder, recording, frame, KAVEL_DUMP=f"{folder}/dump")
             return list(sketches.read_dump(read_text(f"{folder}/dump")))
 
+    def meter(self, recording):
+        """What a replay costs: its frames, and the peak of its memory in MiB."""
+        with tempfile.TemporaryDirectory() as folder:
+            peak = self._replay(folder, recording, sketches.frames(recording.digest), KAVEL_METER=f"{folder}/meter")
+            return [Cost(*map(int, line.split())) for line in read_text(f"{folder}/meter").splitlines()], peak / 1024
+
     def _replay(self, folder, recording, frames, **words):
         pathlib.Path(folder, "input").write_text(recording.input, encoding="utf-8")
-        self._run(folder, KAVEL_REPLAY=f"{folder}/input", KAVEL_FRAMES=str(frames), KAVEL_LEVEL=recording.level,
+        return self._run(folder, KAVEL_REPLAY=f"{folder}/input", KAVEL_FRAMES=str(frames), KAVEL_LEVEL=recording.level,
                   KAVEL_SEED=str(recording.seed), KAVEL_SIZE=recording.size, **words)
 
     def _run(self, folder, **words):
+        """Runs to the end; returns the peak of the game's memory, KiB."""
         environment = {key: value for key, value in os.environ.items()
                        if not key.startswith("KAVEL_") and key not in ("DISPLAY", "WAYLAND_DISPLAY")}
         environment.update(words, KAVEL_HEADLESS="1", HOME=folder, XDG_CONFIG_HOME=f"{folder}/config",
                            XDG_STATE_HOME=f"{folder}/state")
         if not self.drawn:
             environment["KAVEL_UNDRAWN"] = "1"
-        done = subprocess.run([str(self.executable)], cwd=self.executable.parent, env=environment, check=False,
-                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=TIMEOUT_S)
-        if done.returncode != 0:
-            log = done.stdout.decode("utf-8", "replace")
-            raise RunFailed(f"the game ended with exit code {done.returncode}:\n{log[-3000:]}")
+        log = pathlib.Path(folder, "log")
+        with log.open("wb") as output:
+            game = subprocess.Popen([str(self.executable)], cwd=self.executable.parent, env=environment,
+                                    stdout=output, stderr=subprocess.STDOUT)
+            watchdog = threading.Timer(TIMEOUT_S, game.kill)
+            watchdog.start()
+            _, status, usage = os.wait4(game.pid, 0)
+            watchdog.cancel()
+            game.returncode = os.waitstatus_to_exitcode(status)
+        if game.returncode != 0:
+            text = log.read_text(encoding="utf-8", errors="replace")
+            raise RunFailed(f"the game ended with exit code {game.returncode}:\n{text[-3000:]}")
+        return usage.ru_maxrss
 
 
 def read_text(path):

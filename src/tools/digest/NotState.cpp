@@ -32,6 +32,7 @@ constexpr const char *classes[] = {
     "DebugCollectorComponent",
     "DebugLineGraphicsComponent",
     "DebugTextGraphicsComponent",
+    "FrameMeter",
     "ProfilerSystem",
     "StateDigest",
     "TextBuffSystem",

@@ -306,16 +306,15 @@ def start_up_rows(build):
 def playthrough_rows(build):
     """The game thread without drawing over the kept playthroughs: its frames, blocks of memory and peak memory."""
     sys.path.insert(0, str(ROOT / "tools" / "playthrough"))
-    import costs
     import recordings
     from replays import Player
     rows = []
     for name in recordings.names(ROOT):
-        frames, peak = Player.of_build(build).meter(recordings.read(recordings.path_of(ROOT, name)))
-        told = costs.summary(frames)
+        costs = Player.of_build(build).meter(recordings.read(recordings.path_of(ROOT, name)))
+        told = costs.summary()
         for row, value, unit in (("p50", told["p50"], "ms/frame"), ("p99", told["p99"], "ms/frame"),
                                  ("max", told["max"], "ms/frame"), ("memory", told["blocks"], "blocks/frame"),
-                                 ("peak memory", peak, "MiB")):
+                                 ("peak memory", costs.peak, "MiB")):
             rows.append({"workload": f"W17 {name} {row}", "subject": "engine", "median": value, "unit": unit,
                          "ratio": None, "check": None})
     return rows

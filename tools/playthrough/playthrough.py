@@ -17,7 +17,6 @@ import pathlib
 import subprocess
 import sys
 
-import costs
 import judging
 import recordings
 import sketches
@@ -106,7 +105,7 @@ def compare(options):
 
 def meter(options):
     for name in options.names or recordings.names(ROOT):
-        print(f"{name}: {costs.text(*Player.of_build(options.build, options.drawn).meter(named(name)))}")
+        print(f"{name}:\n{Player.of_build(options.build, options.drawn).meter(named(name)).text()}")
     return False
 
 

@@ -5,22 +5,13 @@ import pathlib
 import subprocess
 import tempfile
 import threading
-from dataclasses import dataclass
 
 import sketches
+from costs import Costs
 
 # Longer than any course: half an hour at 60 frames a second.
 MOST_FRAMES = 108000
 TIMEOUT_S = 1800
-
-
-@dataclass
-class Cost:
-    """What one frame took."""
-
-    wall: int  # nanoseconds
-    processor: int  # microseconds
-    blocks: int  # from the engine's allocators
 
 
 class RunFailed(Exception):
@@ -63,12 +54,13 @@ class Player:
         """What a replay costs: its frames, and the peak of its memory in MiB."""
         with tempfile.TemporaryDirectory() as folder:
             peak = self._replay(folder, recording, sketches.frames(recording.digest), KAVEL_METER=f"{folder}/meter")
-            return [Cost(*map(int, line.split())) for line in read_text(f"{folder}/meter").splitlines()], peak / 1024
+            return Costs.read(read_text(f"{folder}/meter"), peak / 1024)
 
     def _replay(self, folder, recording, frames, **words):
         pathlib.Path(folder, "input").write_text(recording.input, encoding="utf-8")
-        return self._run(folder, KAVEL_REPLAY=f"{folder}/input", KAVEL_FRAMES=str(frames), KAVEL_LEVEL=recording.level,
-                  KAVEL_SEED=str(recording.seed), KAVEL_SIZE=recording.size, **words)
+        words.update(KAVEL_REPLAY=f"{folder}/input", KAVEL_FRAMES=str(frames), KAVEL_LEVEL=recording.level,
+                     KAVEL_SEED=str(recording.seed), KAVEL_SIZE=recording.size)
+        return self._run(folder, **words)
 
     def _run(self, folder, **words):
         """Runs to the end; returns the peak of the game's memory, KiB."""

@@ -6,8 +6,11 @@
 #include <cstdint>
 #include <vector>
 
-/// Writes a line a frame when the run ends: nanoseconds of the wall clock, microseconds of the processor, and blocks
-/// taken from the engine's allocators, from the end of the frame before to its own.
+class AllocationCategory;
+
+/// Writes a line a frame when the run ends: nanoseconds of the wall clock, microseconds of the processor, blocks taken
+/// from the engine's allocators, and how many more of them are alive, from the end of the frame before to its own. Behind
+/// the frames stands a line for each purpose that blocks were taken for: their count since the meter began, and its name.
 ///
 /// The first frame and those in which a level loads count like any other. Measures alone: it takes no memory for the
 /// frames that `frameLimit` of GameLoopSystem lets one expect.
@@ -36,12 +39,21 @@ private:
     {
         std::int64_t wall = 0;      ///< nanoseconds
         std::int64_t processor = 0; ///< microseconds
-        std::size_t blocks = 0;
+        std::size_t blocks = 0;     ///< taken, most of them from pools and given back in the same frame
+        std::size_t alive = 0;      ///< blocks
+    };
+
+    /// The blocks of a purpose that were taken before the meter began.
+    struct Purpose
+    {
+        const AllocationCategory *category;
+        std::size_t before;
     };
 
     static Spent spentSoFar();
 
     std::vector<Spent> frames;
+    std::vector<Purpose> purposes;
     Spent before; ///< at the end of the last frame
     String file;
 };

@@ -26,12 +26,11 @@ def buildDamp(btLib: kaVel.BTLib):
         grow.sequence(grow.ask(isAstray), grow.step(goHome, 'goes home')),
         grow.sequence(grow.act(kaVel.make('ActWander', actionName='pours about', speed=0.7, reach=4.0)),
                       grow.act(kaVel.make('ActLookAbout', actionName='lies and listens')))))
-    rest = dict(actionName='draws itself together', heeds=False)
     grow.plant('DampBurning', grow.sequence(
         grow.selector(
             grow.act(kaVel.make('ActFlee', actionName='draws back from the light', speed=3.2, reach=7.0)),
-            grow.act(kaVel.make('ActLookAbout', **rest))),
-        grow.act(kaVel.make('ActLookAbout', duration=2.0, **rest)),
+            grow.act(kaVel.make('ActLookAbout', actionName='cowers in the light', heeds=False))),
+        grow.act(kaVel.make('ActLookAbout', actionName='draws itself together', duration=2.0, heeds=False)),
         grow.act(kaVel.make('ActGoToBehavior', behaviorLookup='Damp'))))
 
 

@@ -30,9 +30,9 @@ def build(coordinator: Coordinator):
 def house(map: MapRootEntity):
     global _map
     _map = map
-    kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(4, 0, 0, 1), scale=kaVel.Vec4(24, 0, 20, 0))
+    map.getComponent('transform').scale = kaVel.Vec4(30, 0, 20, 0)  # about the origin: the player stands in no map
     map.getComponent('mapData').gridCellSize = 0.3
-    place.PartitioningGrid(map, at=(4, 0, 0), size=(24, 0, 20))
+    place.PartitioningGrid(map, size=(30, 0, 20))
     place.Box(map, 'floor', at=(4, -0.3, 0), size=(18, 0.3, 14), surface='boards')
     place.Block(map, 'ground', at=(4, -0.5, 0), size=(18, 0.5, 14))
     place.Box(map, 'ceiling', at=(4, HEIGHT, 0), size=(18, 0.2, 14), surface='plaster')

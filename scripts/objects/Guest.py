@@ -11,11 +11,12 @@ from __future__ import annotations
 
 import math
 import random
-from typing import NamedTuple, Sequence
+from typing import Any, Callable, NamedTuple, Sequence
 
 import GameConfig
 import kaVel
 from objects.Creatures import shaped
+from objects.Lathe import drape, lathe, spindle
 from objects.Lights import dim
 from objects.Nerves import dreaded
 from objects.Placing import Triple, addVolume, onFrame, placed
@@ -53,44 +54,58 @@ def Guest(parent: kaVel.MapRootEntity, name: str = '', points: Sequence[Triple] 
     voice = sounds(guest, 'GuestBreath', 'GuestHem')
     voice.addSoundEffectAs('Footstep', 'GuestPrint')
     dreaded(guest, dread=3.0, range=10.0)
-    coat = placed(guest, 'coat', at=start)
-    addVolume(coat, (0.8, 3.0, 0.8), 'BV_NONE')
-    kaVel.addComponent(coat, 'parentFollower', 'TransformOffsetComponent', positionOffset=kaVel.Vec4(0, -HEIGHT, 0, 0))
-    shaped(coat, _coat, 'wetCloth')
-    driver = _Guest(guest, senses, dummy)
+    kaVel.addComponent(guest, 'form', 'OnGround', groundBelow=HEIGHT)
+    _part(guest, 'hem', start, _hem)
+    driver = _Guest(guest, senses, dummy, _part(guest, 'coat', start, _coat))
     onFrame(guest, driver.doFrame)
     dummy.stepFunc = driver.leavePrint
     return guest
 
 
-def _strip(mesh: kaVel.MeshBuilder, angle: float, width: float, top: float, dice: random.Random):
-    """A shred of the coat from the hem up to where it ends; seen from both sides."""
-    rows: list[tuple[kaVel.Vec4, kaVel.Vec4]] = []
-    heights = [0.03 + dice.uniform(0, 0.05), 0.22, 0.5, 0.8, 1.05, 1.25, 1.38]
-    heights = [height for height in heights if height < top - 0.06] + [top]
-    for number, height in enumerate(heights):
-        hem = max(0.0, 1 - height / 1.05)
-        radius = 0.20 + 0.15 * hem ** 1.4 - 0.03 * max(0.0, height - 1.1) + 0.035 * math.cos(7 * angle) * hem
-        narrow = 1.0 if number < len(heights) - 1 else 0.12
-        edges = [angle - width * narrow, angle + width * narrow]
-        rows.append(tuple(kaVel.Vec4(radius * math.sin(edge), height, 0.78 * radius * math.cos(edge), 1)
-                          for edge in edges))  # type: ignore[arg-type]
-    for (a, b), (c, d) in zip(rows, rows[1:]):
-        mesh.addQuad(c, d, b, a)
-        mesh.addQuad(d, c, a, b)
+def _part(guest: kaVel.Entity, name: str, at: Triple, build: Callable[[], kaVel.MeshBuilder]):
+    """Something of him that is seen; its drawn component."""
+    part = placed(guest, name, at=at)
+    addVolume(part, (0.8, 3.9, 0.8), 'BV_NONE')
+    kaVel.addComponent(part, 'parentFollower', 'TransformOffsetComponent',
+                       positionOffset=kaVel.Vec4(0, -HEIGHT, 0, 0))
+    return shaped(part, build, 'wetCloth')
 
 
 def _coat() -> kaVel.MeshBuilder:
-    """What is seen of him: a long coat that ends in shreds where its collar would be, with nobody in it."""
+    """What he is in the dark: a long coat with its collar up, and a hat above it, with nobody in either."""
     mesh = kaVel.MeshBuilder()
-    dice = random.Random('the coat')
-    number = 34
-    for strip in range(number):
-        angle = math.tau * strip / number
-        shoulder = 0.22 * abs(math.sin(angle)) ** 3  # shoulders stand higher than breast and back
-        _strip(mesh, angle, 0.72 * math.tau / number, 1.02 + shoulder + dice.uniform(-0.12, 0.22), dice)
-    mesh.smoothNormals(0.9)
-    mesh.generateTangents()
+    drape(mesh, ((0.335, 0.22), (0.30, 0.5), (0.245, 0.85), (0.20, 1.06), (0.215, 1.24), (0.245, 1.38), (0.235, 1.46),
+                 (0.16, 1.53), (0.095, 1.57), (0.105, 1.62), (0.135, 1.68)), 11, 0.035, flat=0.70)
+    for side in (-1.0, 1.0):
+        spindle(mesh, ((0.0, 0.06), (0.08, 0.085), (0.5, 0.078), (0.9, 0.066), (1.0, 0.072)), (0.20 * side, 1.49, 0.0),
+                (0.30 * side, 0.80, 0.05), 12)
+    lathe(mesh, ((0.0, 1.745), (0.20, 1.755), (0.205, 1.765), (0.12, 1.785), (0.115, 1.87), (0.085, 1.91), (0.0, 1.915)),
+          segments=20, depth=1.1)
+    return mesh
+
+
+def _shred(mesh: kaVel.MeshBuilder, angle: float, width: float, top: float):
+    """A shred of cloth from the floor up to where it ends in a point; seen from both sides."""
+    for side in (1.0, -1.0):
+        before: tuple[int, int] | None = None
+        for height in (0.015, 0.12, 0.25, 0.8 * top, top):
+            radius = 0.335 - 0.11 * (height / 0.9) + 0.028 * math.cos(11 * angle) - 0.003 * (side < 0)
+            narrow = width * (1.0 if height < 0.5 * top else 0.8 if height < top else 0.25)
+            row = [mesh.addVertex(kaVel.Vec4(radius * math.sin(edge), height, 0.7 * radius * math.cos(edge), 1),
+                                  kaVel.Vec4(side * math.sin(edge), 0.1, side * math.cos(edge), 0), 2 * edge, -height)
+                   for edge in (angle - narrow, angle + narrow)]
+            if before:
+                quad = (row[0], row[1], before[1], before[0])
+                mesh.addQuad(*(quad[::-1] if side > 0 else quad))
+            before = row[0], row[1]
+
+
+def _hem() -> kaVel.MeshBuilder:
+    """What light shows of him: the hem of the coat, which is gone above the knees."""
+    mesh = kaVel.MeshBuilder()
+    dice, number = random.Random('the hem'), 26
+    for shred in range(number):
+        _shred(mesh, math.tau * shred / number, 0.6 * math.tau / number, dice.uniform(0.30, 0.47))
     return mesh
 
 
@@ -103,20 +118,24 @@ class _Lamp(NamedTuple):
 class _Guest:
     """His prints, his sounds, the lamps that dim beside him, and whom he touches."""
 
-    def __init__(self, guest: kaVel.Entity, senses: kaVel.PerceptionComponent, dummy: kaVel.DummyObjectComponent):
-        self.guest, self.senses, self.dummy = guest, senses, dummy
+    def __init__(self, guest: kaVel.Entity, senses: kaVel.PerceptionComponent, dummy: kaVel.DummyObjectComponent,
+                 coat: Any):
+        self.guest, self.senses, self.dummy, self.coat = guest, senses, dummy, coat
         self.transform, self.sound = guest.getComponent('transform'), guest.getComponent('sound')
         self.prey = Prey(guest)
         self.prints = Prints(self.prey.map, guest.name + ' print', 'wetPrint', (0.30, 0.30), 24, 24.0)
         self.lamps: list[_Lamp] | None = None
         self.dimmed: set[kaVel.LightComponent] = set()
         self.dice = random.Random('%s %d' % (guest.name, GameConfig.seed))
+        self.adapt()
         self.frame, self.breathAt, self.isLit = 0, self.dice.uniform(1, 4), False
 
     def doFrame(self):
         self.frame += 1
         now, place = self.prey.clock.seconds(), self.transform.position
         near = self.prey.distance(place)
+        if self.frame % 3 == 0:
+            self.fadeInLight(place)
         if self.frame % 8 == 0:
             self.adapt()
             self.dimLamps(place)
@@ -137,6 +156,13 @@ class _Guest:
         ambient = self.prey.level.getManager('graphics2').sceneAmbient
         if abs(self.senses.darkest - ambient - FAINT) > 1e-4:
             self.senses.darkest, self.senses.brightest = ambient + FAINT, ambient + BRIGHT
+
+    def fadeInLight(self, place: kaVel.Vec4):
+        """Light shows no more of him than the hem."""
+        light = kaVel.Reflection.lightAt(self.prey.map, place + kaVel.Vec4(0, 1.0, 0, 0))
+        shown = light < self.senses.darkest + (0.02 if self.coat.visible else 0.0)
+        if self.coat.visible != shown:
+            self.coat.visible = shown
 
     def standsInLight(self) -> bool:
         """Whether the player beside him burns a light, or stands in one."""

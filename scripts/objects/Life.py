@@ -32,9 +32,10 @@ class Life:
         self.cause = ''  # of the last hurt: after death what the player died of
         self.isDead = False
         self._onDeath: list[Callable[[str], object]] = []
-        self._clock = LevelClock(coordinator)
+        entity = kaVel.make('Entity', parent=coordinator, name='life')
+        self._clock = LevelClock(entity)
         self._hurtAt, self._criedAt = -math.inf, -math.inf
-        onFrame(kaVel.make('Entity', parent=coordinator, name='life'), self._recover)
+        onFrame(entity, self._recover)
 
     def hurt(self, amount: float, cause: str):
         """Takes so much life; `cause` says in words what did it, as a sentence about the player begins."""

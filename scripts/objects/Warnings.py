@@ -19,7 +19,7 @@ ALARM, CALM, SULK = 9.0, 13.0, 12.0
 #: Metres a second that rats run, and go about.
 RUN, STROLL = 2.6, 0.7
 #: Metres from which moths see the flashlight, how fast they come, and how far before the eye they then are.
-LURED, FLIGHT, BEFORE = 7.0, 1.8, 0.75
+LURED, FLIGHT, BEFORE = 7.0, 1.8, 1.3
 
 
 @kaVel.pattern

@@ -21,6 +21,8 @@ TEST(PlayerTrees, HaveTheseChildrenInTheOrderOfTheirTicks)
         {"PlayerTree",
          "ParallelSequence: Tree PlayerWalk, Action ActPlayerHeadbob, Action ActPlayerCrouch, Action ActPlayerLean"},
         {"HUD", "Sequence: Action ActDisplayHUD"},
+        {"BlobTree", "Sequence: Action ActBlobSounds"},
+        {"MannequinTree", "Sequence: Action ActWatchPlayer"},
         {"BatteryMeter",
          "ParallelSequence: Action ActDisplayHUD, Condition DoesPlayerHaveFlashlight, Action ActUpdateBatteryMeter"},
     };

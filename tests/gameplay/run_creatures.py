@@ -336,9 +336,11 @@ def act(coordinator, map, player, frame):
     light(map, player, frame > 60)
     if frame % 10 == 0:
         guest = map.getChild('guest')
-        note(at=spot(guest), life=lifeOf(coordinator).value, cause=lifeOf(coordinator).cause, why=kaVel.why(guest))
+        note(at=spot(guest), life=lifeOf(coordinator).value, cause=lifeOf(coordinator).cause, why=kaVel.why(guest),
+             coat=guest.getDescendantByPath('coat/graphics2').visible)
 """, 22)
     assert any("goes to the light" in each["why"] for each in told), told[20]
+    assert told[3]["coat"] and not all(each["coat"] for each in told), "light shows no more of him than the hem"
     assert told[-1]["life"] < 100 and told[-1]["cause"] == "the Guest found you by your light", told[-1]
 
 

@@ -13,7 +13,8 @@ class TransformOffsetComponent;
 
 /// Turns the head of a figure and lets the figure jump to the player's back, under the component key "behaviors".
 ///
-/// The head is the child "MannequinHead" with "transform", "steering" and "parentFollower". The jump is called by what
+/// The head is found at "MannequinHead/transform", "MannequinHead/steering" and "MannequinHead/parentFollower" below the
+/// figure, the player at "Player/transform" below the level. The jump is called by what
 /// notices the player: `BoundingVolume::followPlayer` for a group. With `unseenOnly` it besides never moves where the
 /// player sees it go or come, nor to where there is no room to stand or where it would be in the only way; such a figure
 /// needs a "perception", which says when it is watched. Metres, seconds of the timer "master".

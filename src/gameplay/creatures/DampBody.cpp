@@ -2,11 +2,8 @@
 
 #include "ai/perception/Sightline.h"
 #include "assets/models/DynamicMeshAsset.h"
-#include "engine/entities/ComponentKeys.h"
-#include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
-#include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 #include "object/tree/WellKnownPaths.h"
 #include "physics/grid/PartitioningGrid.h"
@@ -60,18 +57,16 @@ const PerlinNoise noise;
 
 void DampBody::doFrame()
 {
-    const auto level = getAncestorOfType<Coordinator>().lookup();
+    OnGround::doFrame();
     const auto mesh = hMesh.lookup();
-    const auto *const transform = componentOf<TransformComponent>(getParent(), ComponentKeys::transform);
-    if (!level || !mesh || !transform || !isFinite(transform->getPosition()))
+    const TransformComponent *const own = transform();
+    const float seconds = frameSeconds();
+    if (!mesh || !own || !isFinite(own->getPosition()) || (!(seconds > 0.f) && !vertices.empty()))
         return;
-    const Seconds frameTime = level->getTimer(TimerNames::master).getFrameTimeSeconds();
-    if (!(frameTime > 0) && !vertices.empty())
-        return;
-    time += frameTime;
+    time += static_cast<Seconds>(seconds);
     prepareMesh();
-    feelAround(*transform);
-    shape(flowOn(*transform, static_cast<float>(std::min(frameTime, 0.1))), *transform);
+    feelAround(*own);
+    shape(flowOn(*own, seconds), *own);
     findNormals();
     mesh->setMeshData(vertices, indices);
 }
@@ -84,7 +79,7 @@ void DampBody::feelAround(const TransformComponent &transform)
     if (!grid || !level)
         return room.fill(FARTHEST);
     const SightFilter filter(getParent(), level->getChild(WellKnownPaths::player));
-    const Vec4 from = transform.getPosition() + Vec4(0.f, FEELS_AT - groundBelow, 0.f, 0.f);
+    const Vec4 from = transform.getPosition() + Vec4(0.f, FEELS_AT - getGroundBelow(), 0.f, 0.f);
     for (int felt = 0; felt < (hasFelt ? SIDES_A_FRAME : SIDES); ++felt)
     {
         const SegmentHit hit = grid->checkSegmentFor(filter, from, aroundAxis(nextSide) * FARTHEST);
@@ -177,7 +172,7 @@ void DampBody::shape(const Flow &flow, const TransformComponent &transform)
     const float breath = 1.f + 0.04f * std::sin(1.7f * static_cast<float>(time));
     tallness = (LYING + (STANDING - LYING) * smooth(reared)) * squeezed * breath * (1.f - 0.25f * boiled);
     const Matrix4 toOwn = transform.getOrientation().inverse().generateRotation();
-    const Vec4 ground(0.f, -groundBelow, 0.f, 0.f);
+    const Vec4 ground(0.f, -getGroundBelow(), 0.f, 0.f);
     auto *vertex = vertices.data();
     for (int ring = 0; ring < RINGS; ++ring)
         for (int side = 0; side < SIDES; ++side, ++vertex)
@@ -253,10 +248,4 @@ void DampBody::setGirth(float val)
 {
     if (isUsable(*this, "girth", val))
         girth = std::clamp(val, 0.05f, 3.f);
-}
-
-void DampBody::setGroundBelow(float val)
-{
-    if (isUsable(*this, "groundBelow", val))
-        groundBelow = std::clamp(val, 0.f, 10.f);
 }

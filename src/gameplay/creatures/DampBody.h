@@ -2,7 +2,7 @@
 #pragma once
 
 #include "assets/models/Mesh.h"
-#include "engine/entities/SimpleComponent.h"
+#include "gameplay/creatures/OnGround.h"
 
 #include "foundation/TimeTypes.h"
 #include "foundation/Vector.h"
@@ -14,12 +14,12 @@ class TransformComponent;
 
 /// Fills a mesh with a heap that lies, pours or rears up where its entity stands, under the component key "form".
 ///
-/// The heap stands on the ground `groundBelow` its entity's place. Its lumps stay behind in the world while it moves, so
+/// Its entity is kept on the ground. Its lumps stay behind in the world while it moves, so
 /// that it flows; it leans the way it goes, reaches ahead with fingers, and keeps within the walls, doors and things
-/// around it: in a doorway it is drawn narrow and rises for it. Metres, seconds of the timer "master". Owns nothing but
-/// the contents of the mesh, which its drawn entity owns; moves nobody.
+/// around it: in a doorway it is drawn narrow and rises for it. Metres, seconds of the timer "master". The mesh belongs
+/// to whoever draws it.
 /// @cost a few segments and one upload of some 600 vertices a frame; allocates nothing once it has its size
-class DampBody : public SimpleComponent
+class DampBody : public OnGround
 {
     KV_REFLECTED(DampBody)
 public:
@@ -43,9 +43,6 @@ public:
     /// Its radius at rest, metres.
     float getGirth() const { return girth; }
     void setGirth(float val);
-    /// Height of its place above the ground, metres.
-    float getGroundBelow() const { return groundBelow; }
-    void setGroundBelow(float val);
     /// How tall it is now, metres.
     float getTallness() const { return tallness; }
 
@@ -70,8 +67,7 @@ private:
     Handle<DynamicMeshAsset> hMesh;
     float rearing = 0.3f;
     float boiling = 0.f;
-    float girth = 0.62f;       ///< metres
-    float groundBelow = 0.25f; ///< metres
+    float girth = 0.62f; ///< metres
 
     std::array<float, SIDES> room; ///< metres that are free in each direction
     int nextSide = 0;              ///< that is felt for next

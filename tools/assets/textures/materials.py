@@ -63,15 +63,18 @@ def wetCloth(n=128):
     weave = fbm(n, 40, 40, 2, "wet weave", 0.6)
     runs = fbm(n, 20, 3, 4, "wet runs", 0.6)
     colour = Picture.ramp(runs, [(0.2, (0.0060, 0.0064, 0.0075)), (0.8, (0.0200, 0.0205, 0.0225))])
-    return maps_of(colour, weave * 0.5 + runs, 1.2, (runs.smoothstep(0.4, 0.7) * 0.28 + 0.03).clamp(), normal_size=128)
+    return maps_of(colour, weave * 0.5 + runs, 1.2, normal_size=128)
 
 
 def damp(n=128):
     """Something black and wet, 0.5 m: no colour of its own, ripples under a skin of water."""
-    ripples = fbm(n, 6, 6, 4, "damp ripples", 0.55)
+    ripples = fbm(n, 7, 7, 5, "damp ripples", 0.62)
     skin = fbm(n, 14, 5, 3, "damp skin", 0.6)
     colour = Picture.ramp(skin, [(0.2, (0.0035, 0.0040, 0.0042)), (0.8, (0.0100, 0.0108, 0.0105))])
-    return maps_of(colour, ripples * 1.6 + skin * 0.5, 1.5, (skin * 0.35 + 0.62).clamp(), normal_size=128)
+    maps = maps_of(colour, ripples * 2.4 + skin * 0.8, 2.0)
+    # Faint greys take on colours where they are compressed.
+    maps["Specular"] = (Picture.grey((skin.smoothstep(0.35, 0.75) * 0.2 + 0.05).clamp()), "A8R8G8B8")
+    return maps
 
 
 def brass(n=256):

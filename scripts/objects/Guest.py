@@ -79,13 +79,13 @@ def _coat() -> kaVel.MeshBuilder:
     for side in (-1.0, 1.0):
         spindle(mesh, ((0.0, 0.06), (0.08, 0.085), (0.5, 0.078), (0.9, 0.066), (1.0, 0.072)), (0.20 * side, 1.49, 0.0),
                 (0.30 * side, 0.80, 0.05), 12)
-    lathe(mesh, ((0.0, 1.745), (0.20, 1.755), (0.205, 1.765), (0.12, 1.785), (0.115, 1.87), (0.085, 1.91), (0.0, 1.915)),
-          segments=20, depth=1.1)
+    lathe(mesh, ((0.0, 1.745), (0.20, 1.755), (0.205, 1.765), (0.12, 1.785), (0.115, 1.87), (0.085, 1.91),
+                 (0.0, 1.915)), segments=20, depth=1.1)
     return mesh
 
 
 def _shred(mesh: kaVel.MeshBuilder, angle: float, width: float, top: float):
-    """A shred of cloth from the floor up to where it ends in a point; seen from both sides."""
+    """A shred of cloth from the floor up to where it ends; seen from both sides."""
     for side in (1.0, -1.0):
         before: tuple[int, int] | None = None
         for height in (0.015, 0.12, 0.25, 0.8 * top, top):

@@ -71,7 +71,7 @@ def _objects(session: Session, text: str, before: list[str]):
         yield from ((prefix, sentence) for prefix, sentence in (('c:/', 'The level'), ('s:/', 'The systems'))
                     if prefix.startswith(text))
     for root in roots:
-        for child in root.children:
+        for child in sorted(root.children, key=lambda each: each.getName().endswith('Manager')):
             name = child.getName()
             if name.lower().startswith(begun.lower()) and not name.startswith('unnamed__'):
                 yield folder + slash + name, Values.classOf(child)
@@ -89,7 +89,7 @@ def _members(members: Callable[[Any], dict[str, str]]):
             handle = Values.resolve(session, path)
         except Wrong:
             return
-        for name, comment in sorted(members(handle).items()):
+        for name, comment in members(handle).items():
             if name.lower().startswith(begun.lower()):
                 yield '%s.%s' % (path, name), firstSentence(comment)
     return choices

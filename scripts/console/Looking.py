@@ -30,7 +30,7 @@ def _read(handle: Any, name: str) -> str:
         return '<%s>' % error
 
 
-@command('set', 'path.property value', 'member', 'value')
+@command('set', 'property value', 'member', 'value')
 def set_(session: Session, line: str) -> str:
     """Sets a property of an object."""
     where, _, text = line.partition(' ')
@@ -46,7 +46,7 @@ def set_(session: Session, line: str) -> str:
     return '%s = %s' % (where, Values.show(getattr(handle, name)))
 
 
-@command('call', 'path.method arguments', 'method', 'text')
+@command('call', 'method arguments', 'method', 'text')
 def call(session: Session, line: str) -> str | None:
     """Calls a method of an object; arguments are numbers, texts and paths that begin with c:/ or s:/."""
     where, _, rest = line.partition(' ')

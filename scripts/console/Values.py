@@ -74,7 +74,7 @@ def _reflected(handle: Any, kind: str) -> dict[str, str]:
     """The members of a kind, with their comments: own ones before those of its base classes."""
     found: dict[str, str] = {}
     for each in type(handle).__mro__:
-        for name, member in vars(each).items():
+        for name, member in sorted(vars(each).items()):
             if type(member).__name__ == kind:
                 found.setdefault(name, member.__doc__ or '')
     return found

@@ -41,7 +41,7 @@ def pause(session: Session, line: str) -> str:
 
 @command('teleport', 'x y z, or path', 'object')
 def teleport(session: Session, line: str) -> str:
-    """Puts whoever looks around in the level at a place, or beside an object."""
+    """Puts the feet of whoever looks around in the level at a place, or where an object stands."""
     viewer = _viewer(session)
     _, turn, pitch = viewer.standing()
     words = line.replace(',', ' ').split()
@@ -73,9 +73,9 @@ def noclip(session: Session, line: str) -> str:
     return 'Again for the other way'
 
 
-@command('give', 'life | sanity | key', 'gift')
+@command('give', 'what', 'gift')
 def give(session: Session, line: str) -> str:
-    """Makes the player whole or calm, or puts a thing of this name in his pockets."""
+    """Gives the player life, sanity, or a thing of this name in his pockets."""
     player = session.level.getChild('Player')
     if not line or not player:
         raise Wrong('there is no player' if line else 'what is to be given?')

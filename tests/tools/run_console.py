@@ -185,7 +185,7 @@ def test_lines_are_completed_with_a_sentence_on_each_way(world):
             ("set hall/box/graphics2.visible ", "visible off|"),
             ("changeLevel Fir", "changeLevel FirstRoom|"),
             ("spawn objects.GameObjects Armch", "spawn objects.GameObjects Armchair|"),
-            ("bind F7 tel", "bind F7 teleport|Puts whoever looks around"),
+            ("bind F7 tel", "bind F7 teleport|Puts the feet of whoever looks"),
             (">level.levelN", ">level.levelName")):
         found = next(row for row in run.log.splitlines() if f" {line} => " in row)
         assert way in found, found

@@ -6,7 +6,7 @@
 
 namespace
 {
-constexpr const char *CONTINUED = "    ";
+constexpr std::size_t USUAL_INDENT = 4;
 /// Narrower than this nothing can be read.
 constexpr std::size_t FEWEST_CHARACTERS = 8;
 
@@ -35,6 +35,13 @@ std::size_t breakOf(std::string_view text, std::size_t characters)
     return blank != std::string_view::npos && blank > room / 2 ? blank : std::max<std::size_t>(room, 1);
 }
 
+/// Where the last column of a line of columns begins, if that leaves a third of a row; else the usual indent.
+std::size_t columnOf(std::string_view text, std::size_t characters)
+{
+    const std::size_t gap = text.substr(0, bytesOf(text, characters)).rfind("  ");
+    return gap != std::string_view::npos && (gap + 2) * 3 <= characters * 2 ? gap + 2 : USUAL_INDENT;
+}
+
 bool hasWords(const std::string &line, const std::string &words)
 {
     const auto same = [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); };
@@ -54,14 +61,15 @@ void ConsoleRows::breakLine(const Logger_::HistoryEntry &entry, std::size_t char
         rest.remove_prefix(end + 1);
         if (paragraph.empty() && rest.empty() && !line.empty())
             break; // the message ended its own line
-        std::string indent = line.empty() ? "" : CONTINUED;
+        const std::string hanging(columnOf(paragraph, charsPerRow), ' ');
+        std::string indent(line.empty() ? 0 : USUAL_INDENT, ' ');
         do
         {
             const std::size_t taken = breakOf(paragraph, charsPerRow - indent.size());
             line.push_back({indent + std::string(paragraph.substr(0, taken)), entry.level});
             paragraph.remove_prefix(taken);
             paragraph.remove_prefix(std::min(paragraph.find_first_not_of(' '), paragraph.size()));
-            indent = CONTINUED;
+            indent = hanging;
         } while (!paragraph.empty());
     }
 }

@@ -10,7 +10,7 @@
 /// Rows of text, oldest first, each of at most so many characters.
 ///
 /// A line of the log is shown as "importance: message" and broken at blanks where it is too long; what goes on is
-/// indented. Characters are counted as UTF-8 has them.
+/// indented, in lines of columns to the last one. Characters are counted as UTF-8 has them.
 class ConsoleRows
 {
 public:

@@ -57,6 +57,14 @@ void placeText(Object &console, const char *name, float x, float y, float size)
         drawn->setFontSize(size);
 }
 
+/// What a row takes of a text that stands; `guess` before it does.
+float rowHeightOf(Object &console, const char *name, float guess)
+{
+    TextComponent2 *const drawn = textOf(console, name);
+    const int rows = drawn ? drawn->getLineCount() : 0;
+    return rows > 0 ? drawn->getHeight() / static_cast<float>(rows) : guess;
+}
+
 /// Lays a quad between two heights over the whole width.
 void placeQuad(Object &console, const char *name, float width, float bottom, float top, float depth)
 {
@@ -103,6 +111,7 @@ void ConsoleScreen::layOut(Object &console, int rows, int charsPerRow, int alpha
     wanted.height = static_cast<float>(window.height) / window.normalizationFactor;
     wanted.letter = std::min(wanted.width * LOG_WIDTH / (static_cast<float>(charsPerRow) * LETTER_WIDTH),
                              wanted.height * MOST_HEIGHT / (static_cast<float>(rows) * ROW_HEIGHT + LINE_HEIGHT));
+    wanted.row = rowHeightOf(console, "EntText", wanted.letter * ROW_HEIGHT);
     wanted.rows = rows;
     wanted.charsPerRow = charsPerRow;
     wanted.alpha = alpha;
@@ -116,15 +125,10 @@ void ConsoleScreen::layOut(Object &console, int rows, int charsPerRow, int alpha
     placeWays(console);
 }
 
-float ConsoleScreen::rowHeight() const
-{
-    return measures.letter * ROW_HEIGHT;
-}
-
 /// Height at which the log ends and the line begins.
 float ConsoleScreen::lineTop() const
 {
-    return measures.height - rowHeight() * static_cast<float>(measures.rows) - measures.letter * MARGIN;
+    return measures.height - measures.row * static_cast<float>(measures.rows) - measures.letter * MARGIN;
 }
 
 int ConsoleScreen::charsAcross() const
@@ -142,7 +146,7 @@ void ConsoleScreen::placeTexts(Object &console) const
     placeQuad(console, "EntQuad2", measures.width, lineBottom, lineTop(), 3.f);
     // The line feed behind the last row makes one more.
     for (const char *name : {"EntText", "Errors", "Warnings"})
-        placeText(console, name, left, lineTop() + measures.letter * MARGIN * 0.5f - rowHeight(), measures.letter);
+        placeText(console, name, left, lineTop() + measures.letter * MARGIN * 0.5f - measures.row, measures.letter);
     placeText(console, "Prompt", left, lineMiddle, measures.letter);
     placeText(console, "EntText2", left + measures.letter * LETTER_WIDTH * 2.f, lineMiddle, measures.letter);
     placeText(console, "Watch", measures.width - left, measures.height - left, measures.letter * WATCH_ROWS);
@@ -151,7 +155,7 @@ void ConsoleScreen::placeTexts(Object &console) const
 void ConsoleScreen::placeWays(Object &console) const
 {
     const float top = lineTop() - measures.letter * LINE_HEIGHT;
-    const float height = wayRows ? rowHeight() * static_cast<float>(wayRows) + measures.letter * MARGIN : 0.f;
+    const float height = wayRows ? measures.row * static_cast<float>(wayRows) + measures.letter * MARGIN : 0.f;
     placeQuad(console, "WaysQuad", measures.width, top - height, top, 2.f);
     placeText(console, "Ways", measures.letter * MARGIN, top - measures.letter * MARGIN * 0.5f, measures.letter);
 }

@@ -45,6 +45,7 @@ private:
     struct Measures
     {
         float letter = 0.f; ///< em, normalised window units
+        float row = 0.f;    ///< height, normalised window units
         float width = 0.f;  ///< of the window, normalised window units
         float height = 0.f; ///< of the window, normalised window units
         int rows = 0;
@@ -54,7 +55,6 @@ private:
         bool operator==(const Measures &) const = default;
     };
 
-    float rowHeight() const;
     float lineTop() const;
     void placeTexts(Object &console) const;
     void placeWays(Object &console) const;

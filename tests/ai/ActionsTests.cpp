@@ -1,15 +1,21 @@
 #include "WalkWorld.h"
 
 #include "ai/actions/ActAStar.h"
+#include "ai/actions/ActPursue.h"
 #include "ai/actions/ActWander.h"
 #include "ai/actions/LeafFunctions.h"
 #include "ai/nodes/BTAction.h"
+#include "ai/perception/PerceptionComponent.h"
+#include "ai/steering/SteeringComponent.h"
 #include "ai/trees/BTComponent.h"
 #include "ai/trees/BTLib.h"
 #include "physics/grid/MapDataComponent.h"
 #include "support/AllocationCount.h"
 
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
 
 namespace
 {
@@ -99,6 +105,54 @@ TEST(LeafFunctions, TellTheFrameOfATimer)
     world.frame();
     EXPECT_EQ(getFrameTimeSeconds(world.level, SCS("master")).value, TestLevel::FRAME_TICKS / 4096.0);
     EXPECT_EQ(getFrameTimeSeconds(Handle<Coordinator>(), SCS("master")).code.getCode(), ErrorCode::BAD_HANDLE);
+}
+
+TEST(CreatureActions, AllThatMindsDoTogetherTakesNoMemory)
+{
+    WalkWorld world(20, 20);
+    world.divide(0.f);
+    const Handle<Entity> player = world.body("Player", BoundingVolume::BV_PLAYER, 2.7f, 3.3f, 5.7f, 6.3f);
+    BTLib &library = getSystemDeref<BTLib>();
+    const Handle<BTTask> hunt = library.BTCreateSequence(), live = library.BTCreateSelector();
+    library.BTAddChild(hunt, library.BTCreateCondition(KnowsOfTarget));
+    library.BTAddChild(hunt, library.BTCreateAction(construct<ActPursue>(BTAllocation)));
+    library.BTAddChild(live, hunt);
+    library.BTAddChild(live, library.BTCreateAction(construct<ActWander>(BTAllocation)));
+    library.addBehaviorTree(SCS("Live"), live);
+
+    std::vector<PathFollower *> creatures;
+    for (int i = 0; i < 8; ++i)
+    {
+        creatures.push_back(&world.walker(-7.f + 2.f * static_cast<float>(i), i % 2 ? -5.f : 3.f, 0.25f));
+        const Handle<Entity> creature = handle_cast<Entity>(creatures.back()->getParent());
+        world.level.component<PerceptionComponent>(creature, "perception").lookup()->setSeesInDark(true);
+        SteeringComponent &steering = *world.level.component<SteeringComponent>(creature, "steering").lookup();
+        steering.setMaxSpeed(1.5f);
+        steering.setMaxAccel(6);
+        steering.setTimeToTarget(0.25f);
+        steering.setSepThreshold(1.1f);
+        BTComponent &mind = *world.level.component<BTComponent>(creature, "behaviors").lookup();
+        mind.addBehavior(SCS("Live"));
+        mind.setDefaultBehavior(SCS("Live"));
+        mind.onLoadComplete();
+    }
+    int frame = 0, known = 0, onPaths = 0;
+    const auto step = [&]
+    {
+        const float angle = static_cast<float>(++frame) * 0.01f;
+        WalkWorld::move(player, 6.f * std::sin(angle), 6.f * std::cos(angle));
+        world.frames(1);
+        for (const PathFollower *const each : creatures)
+        {
+            known += componentOf<PerceptionComponent>(each->getParent(), ComponentKeys::perception)->getKnows();
+            onPaths += each->getUnderWay();
+        }
+    };
+    for (int i = 0; i < 20000; ++i)
+        step();
+    EXPECT_GT(known, 100);
+    EXPECT_GT(onPaths, 100);
+    EXPECT_EQ(heapAllocationsOf(step, 600), 0u);
 }
 
 TEST(CreatureActions, StrollWithoutTakingMemory)

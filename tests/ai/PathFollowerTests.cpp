@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -15,6 +16,18 @@ float distanceTo(const PathFollower &follower, float x, float z)
 {
     const Vec4 place = WalkWorld::placeOf(follower);
     return std::hypot(place.x - x, place.z - z);
+}
+
+/// Has a walker go as the creatures of the levels do.
+void makeSteer(WalkWorld &world, const PathFollower &follower)
+{
+    SteeringComponent &steering =
+        *world.level.component<SteeringComponent>(handle_cast<Entity>(follower.getParent()), "steering").lookup();
+    steering.setMaxSpeed(1.5f);
+    steering.setMaxAccel(6);
+    steering.setTimeToTarget(0.25f);
+    steering.setSepThreshold(1.1f);
+    steering.setSepWeight(1.5f);
 }
 
 } // namespace
@@ -199,6 +212,32 @@ TEST(PathFollower, TwoCrowdsPassEachOtherThroughADoorway)
         world.settle(*follower, 64 * 60);
         EXPECT_TRUE(follower->getArrived()) << follower->tell().toCString();
     }
+}
+
+TEST(PathFollower, TwelveWhoSteerPassADoorwayOfAMetreInTheTimeOfAQueue)
+{
+    const auto isBefore = [](const PathFollower *follower) { return WalkWorld::placeOf(*follower).z < 0.3f; };
+    for (const float radius : {0.25f, 0.3f, 0.35f})
+        for (const float gap : {0.9f, 1.5f})
+        {
+            WalkWorld world(16, 16);
+            world.divide(0.f);
+            std::vector<PathFollower *> crowd;
+            for (int i = 0; i < 12; ++i)
+            {
+                const float column = static_cast<float>(i % 4) - 1.5f, row = static_cast<float>(i / 4);
+                crowd.push_back(&world.walker(gap * column, gap * row - 6.f, radius));
+                makeSteer(world, *crowd.back());
+            }
+            world.frames(3);
+            for (int i = 0; i < 12; ++i)
+                crowd[static_cast<std::size_t>(i)]->goTo(
+                    Vec4(-5.f + 2.f * static_cast<float>(i % 6), 0, 3.f + 2.f * static_cast<float>(i / 6), 1));
+            int frames = 0;
+            for (; frames < 64 * 200 && std::any_of(crowd.begin(), crowd.end(), isBefore); ++frames)
+                world.frames(1);
+            EXPECT_LT(frames, 64 * 40) << "simulated; radius " << radius << ", " << gap << " m between them";
+        }
 }
 
 TEST(PathFollower, WhoIsMurderedOnTheWayIsMissedByNobody)

@@ -63,6 +63,7 @@ def wrong(coordinator):
     run.expect("BTAction reflectorPtr call failed! Trees/rat: Wrong: Selector/1 Action bites")
     run.expect("ValueError: no teeth")
     assert count(run, "Assertion failed: [  ] BTAction reflectorPtr call failed!") == 1
+    assert count(run, "Assertion failed: [") == count(run, "Assertion failed!") == 1, "one box for both"
 
 
 def test_a_leaf_that_gives_no_status_is_named_with_what_it_gave(world):
@@ -75,6 +76,18 @@ def wrong(coordinator):
 """)
     run.expect("Unexpected ReflectorPtr return value! Trees/rat: Wrong: Condition hungry: it gave False")
     assert count(run, "Assertion failed: [  ] Unexpected ReflectorPtr return value!") == 1
+
+
+def test_a_leaf_whose_creature_lacks_what_it_goes_by_says_so_once(world):
+    run = run_level(world, """
+def wrong(coordinator):
+    act(coordinator, 'guard', 'Patrol')
+    return join(lib.BTCreateSequence(), lib.BTCreateAction(kaVel.make('ActPatrol')))
+""")
+    lacking = "its creature lacks what it goes by, so that it comes to nothing."
+    run.expect("KnowsOfTarget: " + lacking + " Whether a creature's senses know that its target is about;")
+    run.expect("Action walks its round: " + lacking)
+    assert count(run, lacking) == 2, "once a node"
 
 
 def test_a_child_that_is_no_task_is_named_by_its_place(world):

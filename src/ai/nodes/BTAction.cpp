@@ -41,7 +41,10 @@ StatusCode BTAction::runAction()
     const TimeKeeper *const time = master.find(*this);
     if (!time)
         return SC_InvalidHandle;
-    const StatusCode result = statusOf(action->update(time->getFrameTimeSeconds()));
+    const ActionStatus status = action->update(time->getFrameTimeSeconds());
+    if (status == AS_InvalidHandle)
+        complainOfNeed(action->getType());
+    const StatusCode result = statusOf(status);
     if (result == SC_Success || result == SC_Failure)
         action->reset();
     return result;
@@ -51,18 +54,20 @@ ActionStatus BTAction::callReflected()
 {
     // A copy: the function may set another one in its own place.
     const ReflectorPtr called = reflectorPtr;
-    const ErrorReturn<Variant> given = callLeaf(called, *this);
+    String cause;
+    const ErrorReturn<Variant> given = callLeaf(called, *this, cause);
     if (!given.succeeded())
     {
         if (isFirstComplaint())
-            KV_ERROR("BTAction reflectorPtr call failed! %s: %s", taskPath(*this).toCString(),
-                     given.code.toString().toCString());
+            KV_ERROR("BTAction reflectorPtr call failed! %s: %s", taskPath(*this).toCString(), cause.toCString());
         return AS_Failed;
     }
     ActionStatus status = AS_Failed;
     if (!readLeafResult(given.value, status) && isFirstComplaint())
         KV_ERROR("Unexpected reflectorPtr return value! %s: it gave %s, where an ActionStatus is meant, as AS_Complete",
                  taskPath(*this).toCString(), describeLeafResult(given.value).toCString());
+    if (status == AS_InvalidHandle)
+        complainOfNeed(called);
     return status;
 }
 

@@ -56,11 +56,12 @@ StatusCode BTCondition::askReflected()
 {
     // A copy: the function may set another one in its own place.
     const ReflectorPtr called = reflectorPtr;
-    const ErrorReturn<Variant> given = callLeaf(called, *this);
+    String cause;
+    const ErrorReturn<Variant> given = callLeaf(called, *this, cause);
     if (!given.succeeded())
     {
         if (isFirstComplaint())
-            tell(SCS("ReflectorPtr call failed!"), *this, given.code.toString());
+            tell(SCS("ReflectorPtr call failed!"), *this, cause);
         return SC_Failure;
     }
     StatusCode answer = SC_Failure;
@@ -68,6 +69,8 @@ StatusCode BTCondition::askReflected()
         tell(SCS("Unexpected ReflectorPtr return value!"), *this,
              String::format("it gave %s, where a StatusCode is meant, as SC_Success",
                             describeLeafResult(given.value).toCString()));
+    if (answer == SC_InvalidHandle)
+        complainOfNeed(called);
     return answer;
 }
 

@@ -1,6 +1,7 @@
 #include "ai/nodes/BTTask.h"
 
 #include "ai/nodes/Descent.h"
+#include "ai/nodes/LeafCall.h"
 #include "ai/trees/TreeText.h"
 
 #include "engine/entities/Entity.h"
@@ -172,6 +173,13 @@ void BTTask::complain(const String &what)
 {
     if (isFirstComplaint())
         KV_LOGF(Logger_::I_ERROR, "%s: %s", taskPath(*this).toCString(), what.toCString());
+}
+
+void BTTask::complainOfNeed(const ReflectorPtr &what)
+{
+    // The text is made once, not with each tick.
+    if (!complained)
+        complain(describeNeed(what));
 }
 
 bool BTTask::isFirstComplaint()

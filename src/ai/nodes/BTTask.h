@@ -93,6 +93,8 @@ protected:
     StatusCode reportMissingChild(TaskListIt at);
     /// Logs an error about this node, with its path in its tree; later ones of the same node are not told.
     void complain(const String &what);
+    /// Logs an error like `complain`, about a leaf whose function or action says that what it needs does not exist.
+    void complainOfNeed(const ReflectorPtr &what);
     /// Whether nothing has been said about this node yet; true once.
     bool isFirstComplaint();
 

@@ -1,14 +1,29 @@
 #include "ai/nodes/LeafCall.h"
 
+#include "object/python/ScriptCall.h"
+#include "object/reflection/DoxyElement.h"
 #include "object/reflection/SavedArguments.h"
 #include "object/tree/Object.h"
 
-ErrorReturn<Variant> callLeaf(const ReflectorPtr &function, const Object &leaf)
+ErrorReturn<Variant> callLeaf(const ReflectorPtr &function, const Object &leaf, String &cause)
 {
-    if (!function)
-        return ErrorCode(ErrorCode::NOT_CALLABLE);
-    const CremationHold hold;
-    return function->call(leaf.getParent());
+    ErrorReturn<Variant> given = ErrorCode(ErrorCode::NOT_CALLABLE);
+    if (function)
+    {
+        const CremationHold hold;
+        const ScriptCall call(*function, cause);
+        given = function->call(leaf.getParent());
+    }
+    if (!given.succeeded() && cause.empty())
+        cause = given.code.toString();
+    return given;
+}
+
+String describeNeed(const ReflectorPtr &function)
+{
+    const auto *const native = dynamic_cast<const DoxyElement *>(function.get());
+    return String::format("its creature lacks what it goes by, so that it comes to nothing. %s",
+                          native ? native->getBriefDescription() : "");
 }
 
 String describeLeafResult(const Variant &given)

@@ -6,7 +6,8 @@
 class Object;
 
 /// Calls a leaf's function with the entity as its one argument, as long as which nothing is cremated; NOT_CALLABLE for none.
-ErrorReturn<Variant> callLeaf(const ReflectorPtr &function, const Object &leaf);
+/// @param cause  why the call failed, with the traceback of what a script raised
+ErrorReturn<Variant> callLeaf(const ReflectorPtr &function, const Object &leaf, String &cause);
 
 /// What a leaf's function gave as an enumerator, from its record, its number or its name; false for anything else.
 ///
@@ -18,6 +19,9 @@ bool readLeafResult(const Variant &given, Status &out)
     const bool mayBe = type == Variant::VT_INT64 || type == Variant::VT_REFLECTOR || type == Variant::VT_STRING;
     return mayBe && fromVariant(given, out);
 }
+
+/// What is wrong where a leaf's function says that something it needs does not exist, with what is known of that.
+String describeNeed(const ReflectorPtr &function);
 
 /// What a leaf's function gave, for an error text.
 String describeLeafResult(const Variant &given);

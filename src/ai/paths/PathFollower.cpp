@@ -254,13 +254,26 @@ void PathFollower::receive(const Body &body)
 void PathFollower::takePath(const Body &body, const HexCont &path)
 {
     way.assign(path.rbegin(), path.rend());
-    next = 0;
+    next = findBeginning(body);
     waysSeen = static_cast<std::uint32_t>(body.ways->getChangeCount());
     if (askedCell != goalCell)
         wantsPath = true; // it goes the old way until the new one is there
     if (state == FS_ASKING)
         begin(FS_WALKING);
     frames = 0; // looks ahead at once
+}
+
+/// Where a new way is to be taken up: it begins where the creature stood when it asked, which may lie behind it now.
+std::size_t PathFollower::findBeginning(const Body &body) const
+{
+    std::size_t nearest = 0;
+    while (nearest + 1 < way.size() &&
+           flatDistance(body.place, stationAt(body, nearest + 1)) <= flatDistance(body.place, stationAt(body, nearest)))
+        ++nearest;
+    for (const std::size_t index : {nearest + 1, nearest})
+        if (body.ways->isFree(body.place, stationAt(body, index), body.walker, false))
+            return index;
+    return 0;
 }
 
 void PathFollower::walk(const Body &body)
@@ -272,11 +285,11 @@ void PathFollower::walk(const Body &body)
         lookAhead(body);
     if (meetDoor(body))
         return;
+    if (backSeconds > 0.0)
+        return giveWay(body);
     watchProgress(body);
     if (state != FS_WALKING)
         return;
-    if (backSeconds > 0.0)
-        return giveWay(body);
     drive(body, next < way.size() ? stationAt(body, next) : goal, GO);
 }
 
@@ -298,10 +311,13 @@ bool PathFollower::findAside(const Body &body)
     return false;
 }
 
-/// Goes aside for a while, and stands there.
+/// Goes aside for a while, and stands there; only behind that it may count as stuck again.
 void PathFollower::giveWay(const Body &body)
 {
     backSeconds -= body.seconds;
+    lastPlace = body.place;
+    sinceLastPlace = 0.0;
+    standstills = 0;
     drive(body, asidePlace, flatDistance(body.place, asidePlace) < arriveRadius ? HALT : GO);
 }
 

@@ -149,6 +149,7 @@ private:
     void ask(const Body &body);
     void receive(const Body &body);
     void takePath(const Body &body, const HexCont &path);
+    std::size_t findBeginning(const Body &body) const;
     void checkWay(const Body &body);
     bool isWayBlocked(const Body &body) const;
     CellRect cellsOfWay() const;

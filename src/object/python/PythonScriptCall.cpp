@@ -87,6 +87,11 @@ void reportScriptException(const IReflectedThing &function, const ScriptCall *ca
 {
     const ScriptPlace place = pendingScriptPlace();
     const String message = pendingMessage();
+    if (call && call->raised)
+    {
+        *call->raised = message + SCS("\n") + getCurrentPythonTraceback();
+        return;
+    }
     const String summary = String::format("%s failed: %s%s", describe(function, call).toCString(), message.toCString(),
                                           call ? CONSEQUENCE : "");
     const String report = summary + SCS("\n") + getCurrentPythonTraceback();

@@ -21,6 +21,12 @@ public:
     {
         current = function.isBoundCall() ? nullptr : this;
     }
+    /// What the function raises is put down for the caller, who reports it, rather than reported where it arises.
+    /// @param raised  text of the exception, with its traceback; left alone where none comes
+    ScriptCall(const IReflectedThing &function, String &raised) : ScriptCall(function, nullptr, nullptr)
+    {
+        this->raised = &raised;
+    }
     ~ScriptCall() { current = outer; }
     ScriptCall(const ScriptCall &) = delete;
     ScriptCall &operator=(const ScriptCall &) = delete;
@@ -30,6 +36,7 @@ public:
 
     const Object *const owner;
     const char *const role;
+    String *raised = nullptr; ///< takes the text of an exception; null where that is reported
 
 private:
     const ScriptCall *const outer;
@@ -42,7 +49,7 @@ private:
 /// @return whether it succeeded
 bool callOrReport(const ReflectorPtr &function, SavedArguments &args, const Object &owner, const char *role);
 
-/// Reports the pending Python exception that a script function has raised, and clears it.
+/// Reports the pending Python exception that a script function has raised, or puts it down for its caller; clears it.
 ///
 /// An assertion that stands at the script's line and shows for whom it was called, the exception and the traceback. The
 /// same one is told again when it has come 10, 100, 1000 times and so on.

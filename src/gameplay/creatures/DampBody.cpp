@@ -26,6 +26,7 @@ constexpr float LYING = 0.16f;       ///< metres: its height when it lies
 constexpr float STANDING = 1.75f;    ///< metres: its height reared up
 constexpr float RUN = 2.5f;          ///< metres a second at which it flows as fast as it can
 constexpr float MOST_SQUEEZE = 1.6f; ///< factor of its height in a narrow place
+constexpr float FASTEST = 30.f;      ///< metres a second: what comes along faster does not flow
 constexpr float LUMP = 1.9f;         ///< lumps a metre
 
 /// Part of a way that is gone in a time by what eases at a rate.
@@ -51,7 +52,13 @@ Vec4 aroundAxis(int side)
     return Vec4(std::sin(angle), 0.f, std::cos(angle), 0.f);
 }
 
-const PerlinNoise noise;
+/// The noise repeats after 256; wrapped, a place at the end of the world has a cell like any other.
+float noiseAt(const Vec4 &place)
+{
+    static const PerlinNoise noise;
+    const auto wrapped = [](float part) { return std::remainder(part, 256.f); };
+    return noise.generateNoise(Vec4(wrapped(place.x), wrapped(place.y), wrapped(place.z), 0.f));
+}
 
 } // namespace
 
@@ -101,6 +108,8 @@ DampBody::Flow DampBody::flowOn(const TransformComponent &transform, float secon
     {
         Vec4 now = (flow.place - lastPlace) * (1.f / seconds);
         now.y = now.w = 0.f;
+        if (!(now.magnitude() < FASTEST))
+            now = Vec4(); // it was put there
         velocity = velocity + (now - velocity) * eased(6.f, seconds);
         reared += (rearing - reared) * eased(2.2f, seconds);
         boiled += (boiling - boiled) * eased(9.f, seconds);
@@ -124,7 +133,7 @@ float DampBody::reachTo(const Flow &flow, const Vec4 &direction) const
     const float angle = std::atan2(direction.dot(side), ahead);
     const float now = static_cast<float>(time);
     const Vec4 rim = (flow.place + direction * flow.radius) * LUMP;
-    float reach = flow.radius * (1.f + 0.28f * noise.generateNoise(Vec4(rim.x, 0.35f * now, rim.z, 0.f)));
+    float reach = flow.radius * (1.f + 0.28f * noiseAt(Vec4(rim.x, 0.35f * now, rim.z, 0.f)));
     for (int finger = 0; finger < 5; ++finger)
     {
         const float number = static_cast<float>(finger);
@@ -150,8 +159,8 @@ Vec4 DampBody::pointOf(const Flow &flow, int side, int ring) const
     Vec4 point = direction * out + Vec4(0.f, up, 0.f, 0.f);
     // It runs down its own sides, faster as it boils.
     const Vec4 skin = (flow.place + point) * (LUMP * 1.7f);
-    const float run = noise.generateNoise(Vec4(skin.x, skin.y + (0.8f + 3.f * boiled) * now, skin.z, 0.f));
-    const float ripple = noise.generateNoise(Vec4(2.6f * skin.x, 2.6f * skin.y + 1.7f * now, 2.6f * skin.z, 0.f));
+    const float run = noiseAt(Vec4(skin.x, skin.y + (0.8f + 3.f * boiled) * now, skin.z, 0.f));
+    const float ripple = noiseAt(Vec4(2.6f * skin.x, 2.6f * skin.y + 1.7f * now, 2.6f * skin.z, 0.f));
     const float swell = (0.17f + 0.10f * boiled) * run + (0.05f + 0.08f * boiled) * ripple;
     point = point + direction * (swell * std::min(1.f, 2.5f * height) * body * std::min(1.f, out / 0.3f));
     point.y += 0.45f * swell * std::min(1.f, 1.5f * height) * std::min(1.f, tallness);

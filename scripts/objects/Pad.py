@@ -10,7 +10,6 @@ from perLevel import PerLevel
 
 PLAYER = 0       # whose pad it is
 PULLED = 0.35    # part of a trigger's way from which it counts as pressed
-FULL = 65535     # of a motor
 HARD = 3.0       # metres a second downwards that a landing is felt by
 
 _pads: PerLevel[Pad] = PerLevel()
@@ -24,7 +23,7 @@ class Pad:
         self.input = kaVel.getSystem('InputSystem')
         self.keys = bindings.padKeys()
         self.told = self.down = 0   # bits: of this frame so far, of the frame before
-        self.shaking, self.strength = 0.0, 0  # seconds left
+        self.shaking = 0.0  # seconds left
         self.landings = 0
         self.clock = LevelClock(player)
         office = kaVel.officeOf(player)
@@ -68,15 +67,15 @@ class Pad:
     def shake(self, strength: float, seconds: float):
         """Shakes the pad, 0 to 1, for some seconds of the level's time, if the player wants it so."""
         if settings.get('rumble'):
-            self.strength, self.shaking = round(FULL * min(1.0, max(0.0, strength))), seconds
-            self.input.setVibration(PLAYER, self.strength)
+            self.shaking = seconds
+            self.input.shakePad(PLAYER, strength)
 
     def stopInTime(self):
         if self.shaking <= 0.0:
             return
         self.shaking -= self.clock.frameSeconds()
         if self.shaking <= 0.0:
-            self.input.setVibration(PLAYER, 0)
+            self.input.shakePad(PLAYER, 0.0)
 
 
 def pad(player: kaVel.Entity):

@@ -189,5 +189,101 @@ def look(coordinator, player):
     assert abs(looking["pitch"] + 3.0 * 16 / 640) < 0.01, looking
 
 
+STORM = """
+import math
+import sys
+
+
+def furnish(map):
+    place.Block(map, 'beam', at=(0, 1.25, -3), size=(4, 0.4, 2))
+    place.HingedDoor(map, 'leaf', at=(3, 0, 3))
+
+
+def storm():
+    for key in (each for each in range(256) if each != 0x1B and not 0x70 <= each <= 0x7B):
+        kaVel.send('KeyDownMessage', key)
+        kaVel.send('KeyUpMessage', key)
+    for button in range(6):
+        kaVel.send('MouseDownMessage', button, 0.5, 0.5)
+        kaVel.send('MouseUpMessage', button, 0.5, 0.5)
+    for x, y in ((0.01, 0.02), (-1e30, 1e30), (math.nan, 0.0), (math.inf, -math.inf)):
+        kaVel.send('MouseMove', x, y)
+        for stick in ('LeftJoyPos', 'RightJoyPos'):
+            kaVel.send(stick, x, y, 0)
+            kaVel.send(stick, x, y, 7)
+        kaVel.send('LeftTriggerPos', x, 0)
+    for bit in range(16):
+        kaVel.send('ButtonPressed', 1 << bit, 0) if bit != 4 else None
+    kaVel.send('MouseWheelMessage', 120, 0.5, 0.5)
+    for name in ('LeanLeftMessage', 'LeanRightMessage', 'StopLeaningMessage', 'LeanReturnMessage', 'DisplayHUDMessage'):
+        kaVel.send(name)
+    for name in ('PlayerCrouchMessage', 'FlashlightOn'):
+        kaVel.send(name, True)
+        kaVel.send(name, False)
+
+
+def crouchBelow(visitor):
+    if not visitor.component.isCrouched():
+        kaVel.send('KeyDownMessage', 17)
+    visitor.goTo((0, 0, -3))
+
+
+def charge(visitor):
+    visitor.component.pickupFlashlight(visitor.player.parent.getDescendantByPath('room/torch/physics'))
+    visitor.component.addBattery()
+    kaVel.send('KeyDownMessage', 82)
+
+
+def die(visitor):
+    visitor.player.parent.getManager('graphics2').dissolveAmount = 0.01
+    visitor.body.dead = True
+
+
+def holdStill(visitor):
+    kaVel.send('KeyDownMessage', 87)
+    visitor.component.useInput = False
+
+
+def leave(visitor):
+    visitor.component.useInput = True
+    if not hasattr(sys, 'hasLeft'):
+        sys.hasLeft = True
+        kaVel.getSystem('GameLoopSystem').queueLoadLevel('Room')
+
+
+STATES = (lambda visitor: None, charge, crouchBelow, lambda visitor: visitor.goTo((3, 0, 3.2), turn=180),
+          lambda visitor: visitor.goTo((0, 3, 0)), holdStill, leave, die)
+
+
+def look(coordinator, player):
+    number, frame = divmod(len(_frames), 12)
+    _frames.append(0)
+    if number >= len(STATES):
+        return
+    visitor = place.visitorOf(coordinator)
+    if frame == 0:
+        STATES[number](visitor)
+    if frame in (1, 6):
+        storm()
+    if frame == 11:
+        at = visitor.transform.position
+        kaVel.log('state %d at %.2f %.2f %.2f pitch %.2f' % (number, at.x, at.y, at.z, visitor.pitch))
+
+
+_frames = []
+"""
+
+
+def test_every_message_in_every_state_leaves_a_player_who_can_go_on(world):
+    world.write("scripts/levels/Room.py", ROOM + STORM)
+    run = play(world, [], 260, window=SMALL)
+    states = [tuple(map(float, row)) for row in
+              re.findall(r"state (\d+) at (\S+) (\S+) (\S+) pitch (\S+)", run.log)]
+    assert {row[0] for row in states} == set(range(8)), states
+    assert all(abs(value) < 7 for row in states for value in row[1:]), states
+    faults = [line for line in run.log.splitlines() if re.search(r"Error:|Traceback|Assertion failed", line)]
+    assert not faults, faults[:6]
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

@@ -199,7 +199,7 @@ public:
     float getStride() const { return stride; }
     /// How many steps were taken.
     int getStepCount() const { return stepCount; }
-    void setStride(float part) { stride = part; }
+    void setStride(float part);
     void countStep() { ++stepCount; }
 
     void handleKeyMessage(const ReflectorPtr &messageType, int key);

@@ -190,6 +190,11 @@ void PlayerComponent::setLookUpright(float val)
     take("lookUpright", lookUpright, val, -FAR, FAR);
 }
 
+void PlayerComponent::setStride(float part)
+{
+    take("stride", stride, part, -1.f, FAR);
+}
+
 void PlayerComponent::setBobAmount(float val)
 {
     take("bobAmount", bobAmount, val, 0.f, 1.f);

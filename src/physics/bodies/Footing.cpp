@@ -41,7 +41,8 @@ private:
 
 void Footing::touch(const Vec4 &away)
 {
-    if (away.y > STEEPEST && away.y > touched.y)
+    constexpr float longest = 1.01f; // what is no direction tells of no ground
+    if (away.y > STEEPEST && away.y > touched.y && away.magnitudeSquared() < longest)
         touched = away;
 }
 

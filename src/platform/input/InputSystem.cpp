@@ -284,6 +284,13 @@ void InputSystem::setVibration(unsigned player, WORD vib)
     inDev.setVibration(player, vib);
 }
 
+void InputSystem::shakePad(unsigned player, float strength)
+{
+    constexpr float full = 65535.f;
+    const float part = strength > 0.f ? std::min(strength, 1.f) : 0.f;
+    setVibration(player, static_cast<WORD>(part * full));
+}
+
 void InputSystem::setNoOp(bool drop)
 {
     if (noOp == drop)

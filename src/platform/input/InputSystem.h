@@ -64,6 +64,8 @@ public:
 
     /// Sets both motors of a player's pad, 0 still to 65535 full.
     void setVibration(unsigned player, WORD vib);
+    /// Sets them by a part of their strength, 0 still to 1 full: `setVibration` for scripts.
+    void shakePad(unsigned player, float strength);
     /// Drops key and mouse events while set, and lets the cursor go meanwhile.
     ///
     /// What is released during that time is released for the game when it ends.

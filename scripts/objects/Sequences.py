@@ -38,9 +38,9 @@ class Sequence:
         self.over = True
 
     def advance(self, now: float):
-        """Does all that is due."""
-        while not self.over and (self._wait.isSo() or now >= self._end):
-            self._next(now)
+        """Does all that is due. A wait begins when the one before it ended, whenever frames come."""
+        while not self.over and (now >= self._end or self._wait.isSo()):
+            self._next(min(now, self._end))
 
     def _next(self, now: float):
         step = next(self._steps, None)

@@ -30,6 +30,7 @@ import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
 from nightfall import Doors, Furnishing, Lights, Shell, Sounds, Stairs, Things, Views
+from nightfall.Creatures import Creatures
 from nightfall.Story import WAKING, Story
 from objects.Music import Music
 from objects.Safety import Safety
@@ -77,6 +78,7 @@ class Night:
         Lights.build(self.rooms)
         Sounds.build(map, self.level)
         Things.build(map)
+        self.creatures = Creatures(map)
         self.story = Story(self)
 
     def beAwake(self):

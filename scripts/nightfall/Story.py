@@ -9,10 +9,10 @@ import kaVel
 import objects.GameObjects as place
 from nightfall import Words
 from nightfall.Exits import Chute, Lift
-from nightfall.Plan import DOORS, UP, roomAt
+from nightfall.Plan import DOORS, STAIRS_X, UP, roomAt
 from nightfall.Sounds import CLOCK, PIPES
 from objects import Sequences, Tutorials
-from objects.Placing import Triple, placed
+from objects.Placing import Triple, onFrame, placed
 from objects.Sequences import Until
 
 if TYPE_CHECKING:
@@ -31,7 +31,9 @@ class Story:
         self.music = night.music
         self.voice = place.sounds(placed(self.map, 'storyVoice', at=CLOCK), 'ClockWarn', 'ClockStrike')
         self.pipes = place.sounds(placed(self.map, 'storyPipes', at=PIPES[0]), 'PipeGroan')
+        self.pockets = place.pocketsOf(self.level)
         self.chased = False
+        self.frame = 0
         self.safePlaces()
         self.waking()
         self.lessons()
@@ -39,6 +41,15 @@ class Story:
         self.linen()
         self.landing()
         self.ways()
+        self.safety.onReturn(self.again)
+        onFrame(placed(self.map, 'story'), self.watch)
+        Sequences.play(self.level, self.layGrid)
+
+    def layGrid(self):
+        """Those who walk by themselves do so on the guest floor: its walls are what the map's grid is to know of."""
+        grid = self.map.getChild('.MapData_mainPathGrid').getComponent('transform')
+        at = grid.position
+        grid.position = kaVel.Vec4(at.x, UP, at.z, 1)
 
     def feet(self) -> Triple:
         at = self.player.getComponent('transform').position
@@ -124,37 +135,69 @@ class Story:
 
         place.Trigger(self.map, 'linenBolt', at=(16.75, UP, 9.6), size=(0.8, 1.2), enter=drawBolt,
                       again=lambda: kaVel.configure(door, locked=False))
+        Sequences.play(self.level, Until(lambda: self.pockets.has('stairKey')), self.guestBegins)
+
+    def guestBegins(self):
+        """He comes along the passage when the key is taken, and goes for good once nobody could see it."""
+        creatures = self.night.creatures
+        Sequences.play(self.level, 1.5, creatures.bringGuest, lambda: self.music.sting('StingDread'),
+                       lambda: self.music.play('Tension', 0.3),
+                       Until(lambda: self.room() in ('landing', 'hall') and not self.isOpen('landingDoor')
+                             or self.room() == 'hall'), creatures.dismissGuest, lambda: self.music.play(''))
 
     # The landing, the stairs and the chase
 
     def landing(self):
         place.Trigger(self.map, 'onLanding', at=(15.15, UP, 15.0), size=(2.0, 1.2), enter=self.strike)
-        place.Trigger(self.map, 'onStairs', at=(19.9, 1.75, 18.7), size=(1.3, 0.8), enter=self.chase)
-        place.Trigger(self.map, 'throughServiceDoor', at=(9.7, 0.0, 20.4), size=(1.0, 2.0), enter=self.reached)
+        place.Trigger(self.map, 'onStairs', at=(STAIRS_X, 1.75, 18.9), size=(1.3, 0.8), enter=self.chase, once=False)
 
     def strike(self):
-        stroke = lambda: self.voice.playSoundEffect('ClockStrike')  # noqa: E731
-        Sequences.play(self.level, 2.0, lambda: self.voice.playSoundEffect('ClockWarn'), 2.2, stroke, 2.4, stroke, 2.4,
-                       stroke)
+        """Three o'clock."""
+        clock = self.voice.playSoundEffect
+        steps: list[Sequences.Step] = [2.0, lambda: clock('ClockWarn')]
+        for _ in range(3):
+            steps += [2.3, lambda: clock('ClockStrike')]
+        Sequences.play(self.level, *steps)
 
     def chase(self):
         """It has heard the stairs; what it comes out of is behind the player."""
+        if self.chased:
+            return
         self.chased = True
-        bath = self.leaves['bathDoor'].getComponent('physics')
-        Sequences.play(self.level, lambda: self.pipes.playSoundEffect('PipeGroan'), 0.7,
-                       lambda: kaVel.configure(bath, locked=False, open=True), lambda: self.music.play('Chase'),
-                       Until(lambda: self.room() == 'service' and not self.isOpen('serviceDoor'), atMost=90),
-                       self.quiet)
+        feet = self.player.getComponent('transform').position
+        Sequences.play(self.level, lambda: self.pipes.playSoundEffect('PipeGroan'), 0.7, self.openBath,
+                       lambda: self.music.play('Chase'), 0.4, lambda: self.night.creatures.rouse(feet),
+                       Until(lambda: not self.chased or self.isShutOut()), self.quiet)
         self.teach(Words.RUN, self.mind.isSprinting, after=0.8)
+        self.teach(Words.SHUT, self.isShutOut, after=4.0, needed=lambda: self.room() == 'service')
 
-    def reached(self):
-        self.teach(Words.SHUT, lambda: not self.isOpen('serviceDoor'), after=2.0,
-                   needed=lambda: self.room() == 'service')
+    def openBath(self):
+        kaVel.configure(self.leaves['bathDoor'].getComponent('physics'), locked=False, open=True)
+
+    def isShutOut(self):
+        """Whether the player has the last door between himself and what hunts him."""
+        return self.room() == 'service' and not self.isOpen('serviceDoor')
 
     def quiet(self):
-        """After it nothing happens for a while but the house."""
+        """The bolt falls, and after it nothing happens for a while but the house."""
+        if not self.chased:
+            return
+        self.leaves['serviceDoor'].getComponent('physics').locked = True
+        place.sounds(self.leaves['serviceDoor'], 'DoorLatch').playSoundEffect('DoorLatch')
         self.music.play('')
         self.music.sting('StingNearMiss')
+
+    def again(self):
+        """Puts back what hunted the player who comes back: he meets it again."""
+        self.chased = False
+        self.night.creatures.calm()
+        kaVel.configure(self.leaves['bathDoor'].getComponent('physics'), open=False, prevAngle=0.0, locked=True)
+
+    def watch(self):
+        """The figures of the sewing room mind those alone who are in it."""
+        self.frame += 1
+        if self.frame % 12 == 0:
+            self.night.creatures.wakeFittings(self.room() == 'sewing')
 
     # The two ways out
 

@@ -2,9 +2,9 @@
 
     safety = Safety(coordinator, player, Music(coordinator))
     safety.place(map, 'landing', at=(12, 3, 15), size=(2, 2), turn=90)
-    safety.die('It was the loudest thing in the house.')
+    lifeOf(coordinator).hurt(100, 'you were the loudest thing in the house')
 
-Who dies stands again where he was last safe; what he opened and took stays so.
+Who dies is told why and stands again where he was last safe; what he opened and took stays so.
 """
 
 from __future__ import annotations
@@ -14,6 +14,8 @@ from typing import Callable, Sequence
 import kaVel
 from objects import Sequences
 from objects.Drawn import Text
+from objects.Hands import handsOf
+from objects.Life import lifeOf
 from objects.Music import Music
 from objects.Placing import Triple, turned
 from objects.Sequences import Until
@@ -24,6 +26,8 @@ MIDDLE = 0.875
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
 READ = 3.5  # seconds that the cause is shown
+#: Percent of his mind that who comes back has at least.
+LEAST_MIND = 70.0
 COLOR = (0.80, 0.74, 0.62)
 
 
@@ -41,7 +45,7 @@ class Safety:
         self.deaths = 0
         self.isOver = False
         self._returns: list[Callable[[], object]] = []
-        self.mind.deathFunc = self.die
+        lifeOf(level).onDeath(self.die)
 
     def place(self, map: kaVel.MapRootEntity, name: str, at: Triple, size: tuple[float, float] = (1.5, 1.5),
               turn: float = 0.0, stand: Triple | None = None):
@@ -61,13 +65,16 @@ class Safety:
             return
         self.isOver = True
         self.deaths += 1
-        kaVel.log('The player dies: %s' % (cause or 'nobody knows why'))
+        told = cause[:1].upper() + cause[1:].rstrip('.') + '.' if cause else ''
+        hands = handsOf(self.player)
+        if hands:
+            hands.letGo()
         self.mind.useInput = False
         self.music.play('')
         self.music.sting('StingDeath')
         self.picture.dissolveAmount = max(FIRST_OF_FADE, self.picture.dissolveAmount)
         self.body.dead = True
-        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(cause),
+        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(told),
                        READ, self.line.hide, 1.0, self.comeBack)
 
     def comeBack(self):
@@ -77,6 +84,8 @@ class Safety:
         transform.position = kaVel.Vec4(at[0], at[1] + MIDDLE, at[2], 1)
         transform.orientation = turned(turn)
         kaVel.configure(self.body, velocity=kaVel.Vec4(0, 0, 0, 0), dead=False, invincibilityTime=3.0)
+        lifeOf(self.level).restore()
+        self.mind.audioSanity = max(self.mind.audioSanity, LEAST_MIND)
         for function in self._returns:
             function()
         self.body.opening = True

@@ -11,6 +11,7 @@ ROOM = """
 import kaVel
 import objects.GameObjects as place
 from objects import Sequences, Tutorials
+from objects.Life import lifeOf
 from objects.Music import Music
 from objects.Safety import Safety
 
@@ -102,13 +103,14 @@ def begin(map, level, player):
     safety.onReturn(lambda: note('back'))
     picture, mind = level.getManager('graphics2'), player.getComponent('player')
     Sequences.play(level, 0.2, lambda: stand(player, 4, -4), 0.2, lambda: stand(player, -4, 4), 0.2,
-                   lambda: safety.die('it was dark'), lambda: safety.die('it was dark'),
+                   lambda: lifeOf(level).hurt(60, 'it was cold'),
+                   lambda: lifeOf(level).hurt(60, 'it was dark'), lambda: lifeOf(level).hurt(60, 'it was dark'),
                    Sequences.Until(lambda: picture.dissolveAmount >= 0.99), lambda: note('dark', mind.useInput),
                    1.8, lambda: note(level.getChild('fate').getComponent('graphics2').text),
                    Sequences.Until(lambda: not safety.isOver), lambda: note(where(player), mind.useInput), 3.0,
                    lambda: note(safety.deaths, picture.dissolveAmount < 0.01, where(player)))
 """, 800)
-    assert [what for _, what in noted] == ["dark False", "it was dark", "back", "4.0 -4.0 True", "1 True 4.0 -4.0"], noted
+    assert [what for _, what in noted] == ["dark False", "It was dark.", "back", "4.0 -4.0 True", "1 True 4.0 -4.0"], noted
     assert run.log.count("The player dies") == 1
 
 

@@ -1,0 +1,74 @@
+"""Who else is in the house: the Fittings of the sewing room, the Guest, the Damp in the bath, and what warns of them."""
+
+from __future__ import annotations
+
+import math
+
+import kaVel
+import objects.GameObjects as place
+from kaVel import MapRootEntity
+from nightfall.Plan import UP
+from nightfall.Sounds import PIPES
+from objects.Damp import sendHome
+from objects.Fittings import wake
+from objects.Placing import Triple
+
+#: Where the figures of the sewing room stand, which way they look, and how.
+FITTINGS: tuple[tuple[Triple, float, str], ...] = (
+    ((17.2, UP, 6.9), 150, 'standing'), ((19.9, UP, 5.9), 215, 'reaching'), ((19.8, UP, 3.4), 250, 'begging'),
+    ((18.3, UP, 2.5), 20, 'shrouded'), ((16.9, UP, 5.4), 140, 'pointing'))
+
+#: The Guest's way: he comes up behind the player's back, goes along the passage, and turns at its end.
+ROUND: tuple[Triple, ...] = ((15.15, UP, 2.7), (15.15, UP, 7.5), (15.15, UP, 12.9), (15.15, UP, 7.5))
+BEGINS: Triple = (13.2, UP, 0.85)
+
+
+class Creatures:
+    """All of them, and where they are in the story."""
+
+    def __init__(self, map: MapRootEntity):
+        self.map = map
+        self.level = map.getAncestorOfType(kaVel.Reflection.Coordinator)
+        self.guest: kaVel.Entity | None = None
+        self.damp = place.Damp(map, 'damp', at=(18.0, UP, 12.0), territory=1.2, pipes=PIPES)
+        for number, (at, turn, pose) in enumerate(FITTINGS):
+            place.Fitting(map, 'fitting%d' % number, at=at, turn=turn, pose=pose, roams=3.4, awake=False)
+        place.Moths(map, 'moths', at=(13.95, UP + 1.15, -2.35), number=8)
+        place.Rats(map, 'rats', at=(12.0, UP, 4.4), number=5, hole=(10.1, UP, 5.4), reach=1.0)
+        place.Rats(map, 'hallRats', at=(13.6, 0, 22.6), number=6, hole=(11.0, 0, 24.7), way=((12.6, 0, 22.4),))
+
+    def wakeFittings(self, awake: bool):
+        """Lets the figures move, as long as they are not seen."""
+        wake(self.level, awake)
+
+    def bringGuest(self):
+        """Has the Guest begin his round, where nobody looks."""
+        if not self.guest:
+            self.guest = place.Guest(self.map, 'guest', points=ROUND, at=BEGINS, speed=0.85)
+            kaVel.finishLoad(self.guest)
+
+    def guestHasPassed(self, z: float) -> bool:
+        """Whether the Guest has gone by somebody in the passage, to the north."""
+        return bool(self.guest) and self.guest.getComponent('transform').position.z > z
+
+    def dismissGuest(self):
+        """Has the Guest gone."""
+        if self.guest:
+            self.guest.murder()
+        self.guest = None
+
+    def calm(self):
+        """Sends everyone home who hunts."""
+        sendHome(self.damp)
+        if self.guest:
+            self.guest.getComponent('transform').position = kaVel.Vec4(BEGINS[0], BEGINS[1] + 0.25, BEGINS[2], 1)
+            self.guest.getComponent('perception').forget()
+
+    def dampIsNear(self, at: Triple, metres: float) -> bool:
+        """Whether the Damp is within so many metres of a place."""
+        here = self.damp.getComponent('transform').position
+        return math.dist((here.x, here.y, here.z), at) < metres
+
+    def rouse(self, at: kaVel.Vec4):
+        """Lets the Damp know of somebody at a place."""
+        self.damp.getComponent('perception').alarm(at, 1.5)

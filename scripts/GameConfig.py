@@ -79,7 +79,7 @@ def _refuseUnknown() -> None:
 
 
 #: Level that the game loads first.
-initialLevel = _text('KAVEL_LEVEL') or 'FirstRoom'
+initialLevel = _text('KAVEL_LEVEL') or 'Nightfall'
 
 #: Fixed time a frame and a fixed window, so that two runs give the same log and the same picture.
 headless = _switch('KAVEL_HEADLESS')

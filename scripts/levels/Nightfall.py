@@ -29,7 +29,7 @@ import GameConfig
 import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
-from nightfall import Doors, Furnishing, Lights, Shell, Sounds, Stairs, Things, Views
+from nightfall import Doors, Furnishing, Lights, Portals, Shell, Sounds, Stairs, Things, Views
 from nightfall.Creatures import Creatures
 from nightfall.Story import WAKING, Story
 from objects.Music import Music
@@ -51,7 +51,7 @@ def house(map: MapRootEntity):
 
 def views():
     """What a headless run takes pictures of, where it asks for views; any other one is played."""
-    return Views.all(_night.player, _night.beAwake) if GameConfig.views else ()
+    return Views.all(_night.visitor, _night.beAwake) if GameConfig.views else ()
 
 
 class Night:
@@ -66,6 +66,7 @@ class Night:
         place.hear(map)
         at, turn = WAKING
         self.player = place.Player(self.level, at=at, turn=turn)
+        self.visitor = place.visitorOf(self.level)
         place.Hud(self.level)
         self.notice = place.Notice(self.level)
         self.music = Music(self.level)
@@ -78,6 +79,7 @@ class Night:
         Lights.build(self.rooms)
         Sounds.build(map, self.level)
         Things.build(map)
+        self.sight = Portals.build(self.rooms, self.leaves, self.visitor)
         self.creatures = Creatures(map)
         self.story = Story(self)
 
@@ -85,3 +87,4 @@ class Night:
         """Has nothing of the waking left, for a picture."""
         self.level.getManager('graphics2').dissolveAmount = 0.0
         self.player.getComponent('physics').opening = False
+        self.sight.update()

@@ -13,14 +13,16 @@ from objects.Damp import sendHome
 from objects.Fittings import wake
 from objects.Placing import Triple
 
-#: Where the figures of the sewing room stand, which way they look, and how.
-FITTINGS: tuple[tuple[Triple, float, str], ...] = (
-    ((17.2, UP, 6.9), 150, 'standing'), ((19.9, UP, 5.9), 215, 'reaching'), ((19.8, UP, 3.4), 250, 'begging'),
-    ((18.3, UP, 2.5), 20, 'shrouded'), ((16.9, UP, 5.4), 140, 'pointing'))
+#: Where the figures of the sewing room stand, which way they look, how, and how far they go from there: not so far that
+#: they could shut the way between the door and the hatch.
+FITTINGS: tuple[tuple[Triple, float, str, float], ...] = (
+    ((16.7, UP, 7.25), 150, 'standing', 1.1), ((20.3, UP, 5.8), 235, 'reaching', 0.6),
+    ((20.2, UP, 3.6), 250, 'begging', 1.6), ((18.6, UP, 2.25), 20, 'shrouded', 1.2),
+    ((20.2, UP, 4.8), 250, 'pointing', 1.0))
 
-#: The Guest's way: he comes up behind the player's back, goes along the passage, and turns at its end.
+#: The Guest's way, up and down the passage; he begins where nobody in the linen room could see him.
 ROUND: tuple[Triple, ...] = ((15.15, UP, 2.7), (15.15, UP, 7.5), (15.15, UP, 12.9), (15.15, UP, 7.5))
-BEGINS: Triple = (13.2, UP, 0.85)
+BEGINS = ROUND[0]
 
 
 class Creatures:
@@ -31,9 +33,9 @@ class Creatures:
         self.level = map.getAncestorOfType(kaVel.Reflection.Coordinator)
         self.guest: kaVel.Entity | None = None
         self.damp = place.Damp(map, 'damp', at=(18.0, UP, 12.0), territory=1.2, pipes=PIPES)
-        for number, (at, turn, pose) in enumerate(FITTINGS):
-            place.Fitting(map, 'fitting%d' % number, at=at, turn=turn, pose=pose, roams=3.4, awake=False)
-        place.Moths(map, 'moths', at=(13.95, UP + 1.15, -2.35), number=8)
+        for number, (at, turn, pose, roams) in enumerate(FITTINGS):
+            place.Fitting(map, 'fitting%d' % number, at=at, turn=turn, pose=pose, roams=roams, awake=False)
+        place.Moths(map, 'moths', at=(13.95, UP + 1.15, -2.7), number=8)
         place.Rats(map, 'rats', at=(12.0, UP, 4.4), number=5, hole=(10.1, UP, 5.4), reach=1.0)
         place.Rats(map, 'hallRats', at=(13.6, 0, 22.6), number=6, hole=(11.0, 0, 24.7), way=((12.6, 0, 22.4),))
 

@@ -13,8 +13,8 @@ from nightfall.Plan import DOORS, ROOMS, THICK
 KEYS = {'passageDoor': 'passageKey', 'landingDoor': 'stairKey'}
 #: Doors that no key opens.
 BOLTED = ('linenDoor', 'bathDoor')
-#: Doors that stand open, by how many degrees.
-AJAR = {'doorEight': -58.0, 'doorFour': 24.0, 'serviceDoor': -75.0}
+#: Doors that stand open, and to which side, as the sign of the angle.
+OPEN = {'doorEight': -1.0, 'serviceDoor': -1.0}
 
 
 def build(map: MapRootEntity) -> dict[str, Entity]:
@@ -23,6 +23,6 @@ def build(map: MapRootEntity) -> dict[str, Entity]:
     for name, (x, z, turn, one, _) in DOORS.items():
         leaves[name] = place.HingedDoor(map, name, at=(x, ROOMS[one].floor, z), turn=turn, key=KEYS.get(name),
                                         locked=name in BOLTED, frame=THICK)
-        if name in AJAR:
-            kaVel.configure(leaves[name].getComponent('physics'), open=True, prevAngle=math.radians(AJAR[name]))
+        if name in OPEN:
+            kaVel.configure(leaves[name].getComponent('physics'), open=True, prevAngle=OPEN[name] * math.radians(85))
     return leaves

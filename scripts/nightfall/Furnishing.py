@@ -90,11 +90,11 @@ def six(room: Entity):
 
 def five(room: Entity):
     """Two who dined in their room, and did not finish."""
-    DiningTable(room, 'table', at=(13.9, UP, -2.6), turn=8)
-    Chair(room, 'chair', at=(13.3, UP, -1.75), turn=SOUTH - 10)
-    place.Chair(room, 'fallenChair', at=(14.9, UP + 0.22, -1.4), turn=35, roll=90)
-    place.Block(room, 'fallenBlock', at=(14.9, UP, -1.4), size=(0.9, 0.4, 0.5), turn=35)
-    for x, z in ((13.5, -2.45), (14.3, -2.8)):
+    DiningTable(room, 'table', at=(14.0, UP, -2.95), turn=5)
+    Chair(room, 'chair', at=(13.25, UP, -2.3), turn=SOUTH - 10)
+    place.Chair(room, 'fallenChair', at=(15.2, UP + 0.22, -0.9), turn=35, roll=90)
+    place.Block(room, 'fallenBlock', at=(15.2, UP, -0.9), size=(0.9, 0.4, 0.5), turn=35)
+    for x, z in ((13.5, -2.85), (14.4, -3.15)):
         place.Plate(room, 'plate', at=(x, UP + 0.765, z))
         place.Cup(room, 'cup', at=(x + 0.2, UP + 0.765, z + 0.1), turn=x * 50)
     bed(room, 'bed', at=(15.3, UP, -3.4))
@@ -136,9 +136,8 @@ def two(room: Entity):
 
 def sewing(room: Entity):
     """Where the house's linen was mended, and its guests' clothes: a long table, and those who wore them."""
-    DiningTable(room, 'table', at=(18.3, UP, 4.6), turn=90)
-    place.BookStack(room, 'patterns', at=(18.3, UP + 0.765, 5.1), turn=80)
-    Bookcase(room, 'shelf', at=(16.5, UP, 6.6), turn=EAST)
+    DiningTable(room, 'table', at=(18.5, UP, 4.4), turn=90)
+    place.BookStack(room, 'patterns', at=(18.5, UP + 0.765, 4.9), turn=80)
     Cabinet(room, 'cabinet', at=(20.3, UP, 2.6), turn=WEST)
     SideTable(room, 'pins', at=(17.0, UP, 2.3))
     place.Rug(room, 'rug', at=(18.4, UP + 0.002, 4.6), turn=0, scale=(0.9, 1, 0.9))

@@ -47,7 +47,7 @@ def _lamps(rooms: dict[str, Entity]):
     for name, x, z, turn, seed in (('southLamp', 14.301, 7.95, EAST, 2), ('northLamp', 15.999, 13.0, WEST, 5)):
         bracket(rooms['passage'], name, at=(x, UP + 1.75, z), turn=turn, flicker=place.burning(seed, depth=0.06))
     place.LitLamp(rooms['landing'], 'tableLamp', at=(16.9, UP + 0.65, 14.55), strength=0.32, reach=4.2)
-    place.LitChamberstick(rooms['five'], 'candle', at=(13.95, UP + 0.765, -2.35), turn=30, reach=3.4)
+    place.LitChamberstick(rooms['five'], 'candle', at=(13.95, UP + 0.765, -2.7), turn=30, reach=3.4)
     place.LitLamp(rooms['six'], 'deskLamp', at=(10.55, UP + 0.77, -3.95), strength=0.28, reach=3.6)
     bracket(rooms['service'], 'lamp', at=(8.0, 1.85, 22.199), turn=SOUTH, flicker=place.burning(7, depth=0.05))
 

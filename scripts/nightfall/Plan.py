@@ -135,8 +135,10 @@ WALLS = (
     Wall('x', 6.8, 8.4, 23.9, 'chute', '', (), 0.0, 1.6),
 )
 
-#: The stairs: x of their middle, z of their head and foot, width.
-STAIRS_X, STAIRS_HEAD, STAIRS_FOOT, STAIRS_WIDTH = 19.9, 17.0, 21.5, 1.3
+#: The stairs: steps, height and depth of one, x of their middle, their width, z of their head and foot.
+STEPS, RISE, TREAD = 16, UP / 16, 0.3
+STAIRS_X, STAIRS_WIDTH, STAIRS_HEAD = 19.9, 1.3, 17.0
+STAIRS_FOOT = STAIRS_HEAD + (STEPS - 1) * TREAD
 
 #: Doors by name: x and z of the middle, the way they face, and the rooms they join.
 DOORS = {

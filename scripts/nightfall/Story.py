@@ -52,8 +52,7 @@ class Story:
         grid.position = kaVel.Vec4(at.x, UP, at.z, 1)
 
     def feet(self) -> Triple:
-        at = self.player.getComponent('transform').position
-        return at.x, at.y - 0.875, at.z
+        return self.night.visitor.standing()[0]
 
     def room(self):
         x, _, z = self.feet()
@@ -211,4 +210,4 @@ class Story:
         self.music.play('')
         if lines is Words.BY_CHUTE:
             self.mind.setFlashlightOn(False)
-        self.safety.end(lines, Words.AGAIN % Tutorials.keyOf('restart'))
+        self.safety.end(lines, Words.AGAIN % Tutorials.keyOf('use'))

@@ -20,7 +20,7 @@ NOTES = {
 
 def build(map: MapRootEntity):
     place.Flashlight(map, 'lamp', at=(5.7, UP + 0.03, -2.2), turn=205)
-    for number, at in enumerate(((14.4, UP + 0.785, -2.3), (11.8, UP + 0.67, 5.3), (17.5, UP + 0.86, 8.1),
+    for number, at in enumerate(((14.4, UP + 0.785, -2.62), (11.8, UP + 0.67, 5.3), (17.5, UP + 0.86, 8.1),
                                  (17.05, UP + 0.67, 14.4))):
         place.SpareBattery(map, 'battery%d' % number, at=at, turn=35 * number)
     for name, (at, turn, (title, text)) in NOTES.items():

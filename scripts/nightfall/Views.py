@@ -4,8 +4,8 @@ from __future__ import annotations
 
 from typing import Callable, NamedTuple
 
-import kaVel
-from objects.Placing import Triple, turned
+from objects.Placing import Triple
+from objects.Visitor import Visitor
 
 
 class View(NamedTuple):
@@ -42,13 +42,10 @@ VIEWS = {
 }
 
 
-def all(player: kaVel.Entity, stand: Callable[[], object] = lambda: None):
+def all(visitor: Visitor, stand: Callable[[], object]):
     """Pairs of a name and a function that shows it; `stand` is called once one stands there."""
     def show(view: View):
-        stood = player.getComponent('transform')
-        stood.position = kaVel.Vec4(view.at[0], view.at[1] + 0.875, view.at[2], 1)
-        stood.orientation = turned(view.turn)
-        player.getChild('camera').getComponent('parentFollower').orientationOffset = turned(0, view.pitch)
+        visitor.goTo(*view)
         stand()
 
     return [(name, lambda view=view: show(view)) for name, view in VIEWS.items()]

@@ -17,12 +17,11 @@ from objects.Drawn import Text
 from objects.Hands import handsOf
 from objects.Life import lifeOf
 from objects.Music import Music
-from objects.Placing import Triple, turned
+from objects.Placing import Triple
 from objects.Sequences import Until
 from objects.Triggers import Trigger
+from objects.Visitor import visitorOf
 
-#: Half of the player's height: his transform is in his middle, metres.
-MIDDLE = 0.875
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
 READ = 3.5  # seconds that the cause is shown
@@ -40,8 +39,8 @@ class Safety:
         self.mind = player.getComponent('player')
         self.picture = level.getManager('graphics2')
         self.line = Line(level, 'fate')
-        at = player.getComponent('transform').position
-        self.stand: tuple[Triple, float] = (at.x, at.y - MIDDLE, at.z), 0.0
+        at, turn, _ = visitorOf(level).standing()
+        self.stand = at, turn
         self.deaths = 0
         self.isOver = False
         self._returns: list[Callable[[], object]] = []
@@ -80,10 +79,8 @@ class Safety:
     def comeBack(self):
         """Stands the player where he was last safe."""
         at, turn = self.stand
-        transform = self.player.getComponent('transform')
-        transform.position = kaVel.Vec4(at[0], at[1] + MIDDLE, at[2], 1)
-        transform.orientation = turned(turn)
-        kaVel.configure(self.body, velocity=kaVel.Vec4(0, 0, 0, 0), dead=False, invincibilityTime=3.0)
+        visitorOf(self.level).goTo(at, turn)
+        kaVel.configure(self.body, dead=False, invincibilityTime=3.0)
         lifeOf(self.level).restore()
         self.mind.audioSanity = max(self.mind.audioSanity, LEAST_MIND)
         for function in self._returns:
@@ -114,7 +111,7 @@ class Safety:
             kaVel.forgetPersistentState()
             kaVel.getSystem('GameLoopSystem').queueLoadLevel(self.level.levelName)
 
-        kaVel.onKey(self.level, 'restart', begin)
+        kaVel.onKey(self.level, 'use', begin)
 
 
 class Line:

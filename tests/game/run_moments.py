@@ -120,7 +120,7 @@ import bindings
 
 def begin(map, level, player):
     safety = Safety(level, player, Music(level))
-    key = min(bindings.keysOf('restart'))
+    key = min(bindings.keysOf('use'))
     Sequences.play(level, 0.2, lambda: safety.end(('One.', 'Two.', 'Three.'), 'again'), lambda: safety.die('late'),
                    Sequences.Until(lambda: level.getChild('again').getComponent('graphics2').color.w > 0.5),
                    lambda: note([level.getChild('ending%d' % n).getComponent('graphics2').text for n in range(3)]), 0.5,

@@ -74,8 +74,11 @@ def takePassageKey(driver: Driver) -> Steps:
     """To the desk in number six, and to the locked door at the corridor's end."""
     yield from driver.walk((6.3, 0.5), (9.2, 0.6))
     yield from openDoor(driver, 'doorSix')
-    yield from driver.walk((9.2, -1.0), (9.6, -2.2), (10.75, -2.9))
-    yield from driver.use(10.2, UP + 0.78, -3.85)
+    yield from driver.walk((9.2, -1.0), (9.6, -2.3), (10.4, -2.4))
+    yield from driver.use(11.34, UP + 0.75, -2.4)
+    yield from driver.wait(1.5)
+    yield from driver.use(11.26, UP + 0.69, -2.32)
+    yield from driver.waitUntil(lambda: has(driver, 'passageKey'), 'the key is taken', 3)
     yield from driver.wait(1.0)
     yield from driver.walk((9.7, -2.1), (9.2, -0.9), (9.2, 0.6))
 
@@ -84,10 +87,10 @@ def takeBattery(driver: Driver) -> Steps:
     """From the table in number five, by candlelight."""
     yield from driver.walk((12.6, 0.6), (13.2, 0.6))
     yield from openDoor(driver, 'doorFive')
-    yield from driver.walk((13.2, -0.9), (14.1, -1.6))
+    yield from driver.walk((13.15, -0.9), (13.15, -1.5), (14.0, -1.7))
     yield from driver.use(14.4, UP + 0.785, -2.62)
     yield from driver.wait(0.8)
-    yield from driver.walk((13.2, -0.9), (13.2, 0.6))
+    yield from driver.walk((13.15, -1.5), (13.15, -0.6), (13.2, 0.6))
 
 
 def enterPassage(driver: Driver) -> Steps:
@@ -115,16 +118,16 @@ def throughSewing(driver: Driver) -> Steps:
     yield from driver.walk((17.4, 6.0), (18.4, 6.9), (19.6, 7.0))
     yield from driver.tap('crouch')
     yield from driver.wait(0.6)
-    yield from driver.walk((19.6, 8.8), (19.0, 9.3))
+    yield from driver.walk((19.6, 8.8), (18.9, 9.2), (17.3, 9.1))
     yield from driver.tap('crouch')
     yield from driver.wait(0.6)
-    yield from driver.use(18.7, UP + 0.84, 10.25)
-    yield from driver.wait(1.0)
+    yield from driver.use(16.66, UP + 0.54, 8.3)
+    yield from driver.waitUntil(lambda: has(driver, 'stairKey'), 'the key is taken', 3)
 
 
 def letHimPass(driver: Driver) -> Steps:
     """Waits in the dark linen room until the Guest has gone by, and goes after him to the stairs' door."""
-    yield from driver.walk((17.6, 9.5), (16.9, 9.6))
+    yield from driver.walkTo(16.9, 9.6)
     if player(driver).isFlashlightOn():
         yield from driver.tap('flashlight')
     yield from driver.wait(3.0)
@@ -160,6 +163,10 @@ def flee(driver: Driver) -> Steps:
     yield from driver.wait(12.0)
 
 
+def has(driver: Driver, thing: str) -> bool:
+    return bool(driver.coordinator.getChild('Player').getDescendantByPath('pockets/' + thing))
+
+
 def player(driver: Driver):
     return driver.coordinator.getChild('Player').getComponent('player')
 
@@ -173,7 +180,8 @@ def toTheStairs(driver: Driver) -> Steps:
 
 def takeLift(driver: Driver) -> Steps:
     """Pulls the lever, waits for the cage, and gets in."""
-    yield from read(driver, 8.9, 0.84, 17.95)
+    yield from driver.walkTo(9.2, 19.1)
+    yield from read(driver, 9.8, 0.91, 18.1)
     yield from driver.walk((8.4, 20.6), (6.7, 21.2))
     yield from driver.use(5.9, 1.3, 21.3)
     yield from driver.walk((7.4, 20.2))

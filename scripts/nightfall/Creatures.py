@@ -1,4 +1,4 @@
-"""Who else is in the house: the Fittings of the sewing room, the Guest, the Damp in the bath, and what warns of them."""
+"""Who else is in the house: the Fittings of the sewing room, the Guest, the Damp in the bath, and what warns."""
 
 from __future__ import annotations
 

@@ -81,10 +81,9 @@ def six(room: Entity):
     Bookcase(room, 'northBooks', at=(8.25, UP, -2.8), turn=EAST)
     Bookcase(room, 'southBooks', at=(8.25, UP, -3.85), turn=EAST)
     Armchair(room, 'armchair', at=(11.2, UP, -1.0), turn=-140)
-    Cabinet(room, 'cabinet', at=(11.45, UP, -3.0), turn=WEST)
     place.BookStack(room, 'floorBooks', at=(9.0, UP, -4.2), turn=30)
     place.Rug(room, 'rug', at=(9.9, UP + 0.002, -2.0), turn=92, scale=(0.8, 1, 0.8))
-    place.Portrait(room, 'portrait', at=(11.799, UP + 1.5, -1.7), turn=WEST)
+    place.Portrait(room, 'portrait', at=(11.799, UP + 1.6, -2.4), turn=WEST)
     place.CurtainRod(room, 'rod', at=(9.9, UP - 0.7, -4.5), turn=NORTH, scale=(0.8, 1, 1))
 
 

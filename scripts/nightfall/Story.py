@@ -12,6 +12,7 @@ from nightfall.Exits import Chute, Lift
 from nightfall.Plan import DOORS, STAIRS_X, UP, roomAt
 from nightfall.Sounds import CLOCK, PIPES
 from objects import Sequences, Tutorials
+from objects.Hands import handsOf
 from objects.Placing import Triple, onFrame, placed
 from objects.Sequences import Until
 
@@ -157,6 +158,12 @@ class Story:
         for _ in range(3):
             steps += [2.3, lambda: clock('ClockStrike')]
         Sequences.play(self.level, *steps)
+        self.teach(Words.THROW, lambda: False, after=5.0, needed=self.carries)
+
+    def carries(self):
+        """Whether the player holds something that he could throw."""
+        hands = handsOf(self.player)
+        return bool(hands and hands.load)
 
     def chase(self):
         """It has heard the stairs; what it comes out of is behind the player."""

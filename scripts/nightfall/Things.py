@@ -5,7 +5,7 @@ from __future__ import annotations
 import objects.GameObjects as place
 from kaVel import MapRootEntity
 from nightfall import Words
-from nightfall.Plan import UP
+from nightfall.Plan import UP, WEST
 
 #: Note -> its place, turn, and what it says.
 NOTES = {
@@ -14,16 +14,21 @@ NOTES = {
     'housekeeperNote': ((15.66, UP + 0.66, 12.0), 100, Words.HOUSEKEEPER),
     'seamstressNote': ((17.0, UP + 0.66, 2.3), 40, Words.SEAMSTRESS),
     'plumberNote': ((16.7, UP + 0.66, 14.6), 10, Words.PLUMBER),
-    'carrierNote': ((8.9, 0.84, 17.95), 10, Words.CARRIER),
+    'carrierNote': ((9.8, 0.91, 18.1), 10, Words.CARRIER),
 }
 
 
 def build(map: MapRootEntity):
     place.Flashlight(map, 'lamp', at=(5.7, UP + 0.03, -2.2), turn=205)
-    for number, at in enumerate(((14.4, UP + 0.785, -2.62), (11.8, UP + 0.67, 5.3), (17.5, UP + 0.86, 8.1),
+    for number, at in enumerate(((14.4, UP + 0.785, -2.62), (11.8, UP + 0.67, 5.3), (16.45, UP + 0.555, 8.1),
                                  (17.05, UP + 0.67, 14.4))):
         place.SpareBattery(map, 'battery%d' % number, at=at, turn=35 * number)
     for name, (at, turn, (title, text)) in NOTES.items():
         place.Note(map, name, at=at, turn=turn, title=title, text=text)
-    place.Key(map, 'passageKey', at=(10.2, UP + 0.78, -3.85), turn=40, label='the key to the passage')
-    place.Key(map, 'stairKey', at=(18.7, UP + 0.84, 10.25), turn=80, label='the stair key')
+    chest = place.Chest(map, 'chest', at=(11.56, UP, -2.4), turn=WEST)
+    drawer = chest.getChild('drawer1')
+    place.Key(drawer, 'passageKey', at=place.inDrawer(drawer, 0.08, -0.02), turn=40, label='the key to the passage')
+    place.Key(map, 'stairKey', at=(16.66, UP + 0.54, 8.3), turn=80, label='the stair key')
+    place.LooseBottle(map, 'bottle', at=(17.08, UP + 0.65, 14.62))
+    place.LooseBottle(map, 'otherBottle', at=(12.9, UP, 14.5))
+    place.Bolt(map, 'bolt', at=(9.1, 0, 18.7))

@@ -2,13 +2,13 @@
 
 #: Notes: title, text. Each tells of something that can be done with it.
 PORTER = ('Monday, 8 January 1911',
-          'The passage door is locked from nine on, whoever asks.\nIts key lies in the desk in number six, where it '
-          'has always been.\n\nTake a lamp. The wall lamps do as they please.')
+          'The passage door is locked from nine on, whoever asks.\nIts key lies in the top drawer in number six, '
+          'where it has always been.\n\nTake a lamp. The wall lamps do as they please.')
 LODGER = ('14 January 1911',
           'Heard him again in the passage after one.\nHe goes where it is bright. We put ours out, stood against '
           'the wall and did not move until he had gone by.\nThe prints dry in a minute.')
 HOUSEKEEPER = ('20 January 1911',
-               'Stair key: on its nail in the linen room.\nThe linen room is bolted from within, as nobody will own '
+               'Stair key: on the trunk in the linen room.\nThe linen room is bolted from within, as nobody will own '
                'to. One can still get in from the sewing room, through the hatch, on hands and knees.')
 SEAMSTRESS = ('21 January 1911',
               'I have counted them again and I do not turn my back on them any more.\nAs long as I look they '

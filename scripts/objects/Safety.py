@@ -17,6 +17,7 @@ from objects.Drawn import Text
 from objects.Hands import handsOf
 from objects.Life import lifeOf
 from objects.Music import Music
+from objects.Nerves import nervesOf
 from objects.Placing import Triple
 from objects.Sequences import Until
 from objects.Triggers import Trigger
@@ -25,8 +26,6 @@ from objects.Visitor import visitorOf
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
 READ = 3.5  # seconds that the cause is shown
-#: Percent of his mind that who comes back has at least.
-LEAST_MIND = 70.0
 COLOR = (0.80, 0.74, 0.62)
 
 
@@ -82,7 +81,9 @@ class Safety:
         visitorOf(self.level).goTo(at, turn)
         kaVel.configure(self.body, dead=False, invincibilityTime=3.0)
         lifeOf(self.level).restore()
-        self.mind.audioSanity = max(self.mind.audioSanity, LEAST_MIND)
+        nerves = nervesOf(self.level)
+        if nerves:
+            nerves.soothe()
         for function in self._returns:
             function()
         self.body.opening = True

@@ -1,4 +1,4 @@
-"""Scripted moments: triggers, sequences, tutorials, dying and coming back, the end; and the level that is made of them."""
+"""Scripted moments: triggers, sequences, tutorials, dying and coming back, the end."""
 import pathlib
 import re
 import sys
@@ -110,7 +110,8 @@ def begin(map, level, player):
                    Sequences.Until(lambda: not safety.isOver), lambda: note(where(player), mind.useInput), 3.0,
                    lambda: note(safety.deaths, picture.dissolveAmount < 0.01, where(player)))
 """, 800)
-    assert [what for _, what in noted] == ["dark False", "It was dark.", "back", "4.0 -4.0 True", "1 True 4.0 -4.0"], noted
+    told = [what for _, what in noted]
+    assert told == ["dark False", "It was dark.", "back", "4.0 -4.0 True", "1 True 4.0 -4.0"], noted
     assert run.log.count("The player dies") == 1
 
 

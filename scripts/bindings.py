@@ -51,7 +51,7 @@ ACTIONS = {
 PAD = {
     'use': 'A', 'crouch': 'B', 'battery': 'X', 'flashlight': 'Y', 'leanLeft': 'Left shoulder',
     'leanRight': 'Right shoulder', 'run': 'Left trigger', 'throw': 'Right trigger', 'quit': 'Start', 'lamp': 'Up',
-    'restart': 'Back',
+    'restart': 'Back', 'notebook': 'Down',
 }
 
 #: Bits of a pad's buttons; the triggers count as buttons beyond them.

@@ -24,6 +24,8 @@ from perLevel import PerLevel
 TAP = 0.2           # seconds; use that lasts longer grips
 TAP_MOTION = 0.02   # way of the mouse, parts of the window, that makes a grip of it at once
 HAND_WAY = 2.2      # metres that the hand goes for a way of the mouse by the longer side of the window
+STICK_WAY = 1.1     # metres a second that the hand goes by the whole of a pad's stick
+STICK_RESTS = 0.2   # share of its way at which a stick counts as let go
 LEAD = 0.25         # metres that the hand is ahead of what it leads, at most
 ARM = 2.7           # metres from the eyes at which a thing slips out of the hand
 LOOK_WHILE_HELD = 0.06  # part of the mouse that still turns the view
@@ -99,6 +101,7 @@ class Hands:
         self.gripping = False  # the grip has become more than a tap
         self.start: Pair = (0.0, 0.0)  # where the hand gripped: to the right and ahead of the eyes, metres
         self.pushed = [0.0, 0.0]  # by the mouse since then: to the right and ahead, metres
+        self.stick = (0.0, 0.0)  # of a pad, in this frame: to the right and up
         self.sensitivity: float | None = None  # of the mouse, while it is damped
         self._listen()
         onFrame(self.entity, self.doFrame)
@@ -118,6 +121,7 @@ class Hands:
         kaVel.subscribe('MouseDownMessage', self._buttonDown, office)
         kaVel.subscribe('MouseUpMessage', self._buttonUp, office)
         kaVel.subscribe('MouseMove', self._mouseMoved, office)
+        kaVel.subscribe('RightJoyPos', self._stickMoved, office)
         kaVel.onKey(self.level, 'throw', self._pressThrow)
         kaVel.onKey(self.level, 'quit', self._pressQuit)
         kaVel.onKey(self.level, 'notebook', self._pressNotebook)
@@ -232,6 +236,7 @@ class Hands:
 
     def _letGoOfPresses(self):
         self.used = self.thrown = self.quitPressed = self.leafed = False
+        self.stick = (0.0, 0.0)
 
     def _carry(self, load: Load, seconds: float):
         if self.thrown:
@@ -247,6 +252,7 @@ class Hands:
     def _hold(self, grip: Grip, seconds: float):
         """A tap, or the grip that it grows into."""
         self.heldFor += seconds
+        self.pushed = [pushed + part * STICK_WAY * seconds for pushed, part in zip(self.pushed, self.stick)]
         if not self.down:
             if not self.gripping:
                 self.grip = None
@@ -361,6 +367,10 @@ class Hands:
         if self.grip and math.isfinite(x) and math.isfinite(y):
             self.pushed[0] += x * HAND_WAY
             self.pushed[1] -= y * HAND_WAY
+
+    def _stickMoved(self, message: kaVel.IReflectedThing, x: float, y: float, pad: int):
+        if pad == 0 and math.hypot(x, y) > STICK_RESTS:
+            self.stick = x, y
 
     def _placePalm(self):
         """Keeps the palm where the ray begins with which the player points."""

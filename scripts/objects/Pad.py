@@ -59,6 +59,8 @@ class Pad:
         self.stopInTime()
 
     def feelLandings(self):
+        if not self.body:
+            return
         landings = getattr(self.body, 'landings', 0)
         if landings != self.landings and self.landings and self.body.landingSpeed > HARD:
             self.shake(min(1.0, self.body.landingSpeed / 8.0), 0.18)

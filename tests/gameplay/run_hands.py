@@ -122,11 +122,14 @@ def test_use_that_is_held_leads_a_door_slowly_and_more_quietly_than_a_tap(world)
     led, quiet = play(world, level, [(10, f"key {E} down"), *drag(25, 60, 0, -2), (120, f"key {E} up")], 130,
                       (20, 60, 100, 128))
     swung, loud = play(world, level, press(10, E), 60, (50,))
+    padded, _ = play(world, level, [(frame, f"pad 0 {buttons} 0 0 0 0 0 {up}") for frame, buttons, up in
+                                    ((10, 4096, 0), (25, 4096, 32767), (60, 4096, 0), (100, 0, 0))], 110, (20, 80, 108))
     angles = [float(led[frame]["angle"]) for frame in (20, 60, 100, 128)]
     assert led[60]["mark"] == "Held"
     assert angles[0] == 0 and 0.2 < angles[1] < 1.3, angles
     assert abs(angles[3] - angles[2]) < 0.02 and led[128]["open"] == "True", f"it stays where it was left: {led}"
     assert float(swung[50]["angle"]) > 0.5
+    assert padded[20]["angle"] == "0.000" and padded[80]["mark"] == "Held" and float(padded[108]["angle"]) > 0.2, padded
 
     def loudness(run):
         return max(float(value) for value in re.findall(r"heard \d+ Door\w+ ([\d.]+)", run.log))

@@ -10,6 +10,10 @@
 
 #include <boost/python.hpp>
 
+#include <array>
+#include <cstdint>
+#include <utility>
+
 namespace python = boost::python;
 
 namespace
@@ -195,6 +199,35 @@ struct ReflectorToPython
     static PyObject *convert(const ReflectorPtr &thing) { return wrapThing(thing); }
 };
 
+/// A copy of a text; false for one that UTF-8 cannot hold.
+bool convertText(PyObject *o, String &out)
+{
+    Py_ssize_t length = 0;
+    const char *const bytes = PyUnicode_AsUTF8AndSize(o, &length);
+    if (!bytes)
+    {
+        PyErr_Clear();
+        return false;
+    }
+    out = String::copyFrom(bytes, std::size_t(length));
+    return true;
+}
+
+/// A text of the scripts that was converted before; held, so that no other gets its address.
+struct KnownText
+{
+    PyObject *text = nullptr;
+    String value;
+};
+
+/// The one place where a text of this address may be known. Never destroyed: the interpreter ends first.
+KnownText &knownTextAt(const PyObject *text)
+{
+    constexpr std::size_t places = 1024;
+    static auto *const known = new std::array<KnownText, places>;
+    return (*known)[(reinterpret_cast<std::uintptr_t>(text) >> 4) % places];
+}
+
 } // namespace
 
 PyObject *String_to_python_str::convert(const String &text)
@@ -206,14 +239,19 @@ bool String_from_python_str::convert(PyObject *o, String &out)
 {
     if (!PyUnicode_Check(o))
         return false;
-    Py_ssize_t length = 0;
-    const char *const bytes = PyUnicode_AsUTF8AndSize(o, &length);
-    if (!bytes)
+    // What scripts write down themselves, names above all, comes again and again as the same object.
+    if (!PyUnicode_CHECK_INTERNED(o))
+        return convertText(o, out);
+    KnownText &known = knownTextAt(o);
+    if (known.text != o)
     {
-        PyErr_Clear();
-        return false;
+        if (!convertText(o, out))
+            return false;
+        known.value = out.intern();
+        Py_INCREF(o);
+        Py_XDECREF(std::exchange(known.text, o));
     }
-    out = String::copyFrom(bytes, std::size_t(length));
+    out = known.value;
     return true;
 }
 

@@ -1,5 +1,7 @@
 #include "physics/grid/NearPairs.h"
 
+#include "physics/volumes/PairTests.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -127,7 +129,12 @@ void NearPairs::pairWithMoving(const Entry &one, std::uint32_t from, std::uint32
 /// Pairs a moving volume with the static ones in its cells that are near, with some more than once.
 void NearPairs::pairWithFixed(const Entry &one)
 {
-    const CellRect cells = moving->cellsOf(moving->slotAt(one.rank));
+    const VolumeListGrid::Slot place = moving->slotAt(one.rank);
+    const BoundingVolume *const volume = moving->outlineIn(place).volume;
+    // What light and triggers reach is wide, and full of walls that mean nothing to them.
+    if (volume && !areTestedWithWalls(volume->getVolumeType()))
+        return;
+    const CellRect cells = moving->cellsOf(place);
     for (int z = cells.minZ; z <= cells.maxZ; ++z)
         for (const VolumeListGrid::Slot slot : fixed->slotsInRow(z, cells.minX, cells.maxX))
             if (one.box.isNear(fixed->outlineIn(slot)))

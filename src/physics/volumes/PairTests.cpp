@@ -210,3 +210,9 @@ const BoundingVolume::DetectCollision *pairTestsOf(BoundingVolume::VolumeType ty
     };
     return VolumeTraits::of(type).keepsTests ? nullptr : tests[type];
 }
+
+bool areTestedWithWalls(BoundingVolume::VolumeType type)
+{
+    const BoundingVolume::DetectCollision *const tests = pairTestsOf(type);
+    return !tests || tests[BoundingVolume::BV_WALL] != &neverCollide;
+}

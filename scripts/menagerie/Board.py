@@ -92,4 +92,5 @@ class Board:
         """Whether nothing stands between the eye and the middle of the board."""
         eye = self.visitor.eye.position
         way = kaVel.Vec4(*MIDDLE, 1) - eye
-        return kaVel.Reflection.isLineFree(self.map, eye, eye + way * 0.97)
+        # From outside of the reader's own body.
+        return kaVel.Reflection.isLineFree(self.map, eye + way * (0.5 / way.magnitude()), eye + way * 0.97)

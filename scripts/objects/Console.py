@@ -30,8 +30,9 @@ def Console(parent: kaVel.Coordinator, name: str = ''):
     for quad in QUADS:
         kaVel.addComponent(_part(entity, quad), 'graphics2', 'QuadComponent2', layer='SCREEN_DEBUG', visible=False)
     for text, color, anchor in TEXTS:
-        kaVel.addComponent(_part(entity, text), 'graphics2', 'TextComponent2', layer='SCREEN_DEBUG', visible=False,
-                           fontName=FONT, color=kaVel.Vec4(*color), text='>' if text == 'Prompt' else '',
+        kaVel.addComponent(_part(entity, text), 'graphics2', 'TextComponent2', layer='SCREEN_DEBUG',
+                           visible=text == 'Watch', fontName=FONT, color=kaVel.Vec4(*color),
+                           text='>' if text == 'Prompt' else '',
                            horizontalAnchorPoint=anchor[0], verticalAnchorPoint=anchor[1])
     console = kaVel.addComponent(entity, 'console', 'ConsoleComponent')
     for key in bindings.keysOf('console'):

@@ -154,6 +154,20 @@ def share_of_change(picture, other, part):
     return sum(picture.rows[y][x:x + 3] != other.rows[y][x:x + 3] for y, x in places) / len(places)
 
 
+def test_what_is_watched_stays_on_the_screen_when_the_console_is_shut(world):
+    world.write("scripts/levels/Room.py", ROOM)
+    pictures = []
+    for line in ("watch hall/box/transform.position", "get hall/box/transform.position"):
+        typist = Typist(world, "Room")
+        typist.press(LEFT_OF_1)
+        typist.line(line)
+        typist.press(LEFT_OF_1)
+        typist.play(world, "Room", screenshot="shut.png").expect_code(0)
+        pictures.append(read(world.folder / "shut.png"))
+    corner, below = (share_of_change(*pictures, part) for part in ((0.0, 0.1), (0.1, 1.0)))
+    assert corner > 0.001 and below == 0.0, (corner, below)
+
+
 COMPLETING = ROOM + """
     from console.Completion import ways
     from console.Session import Session

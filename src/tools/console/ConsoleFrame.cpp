@@ -37,7 +37,10 @@ void ConsoleComponent::doFrame()
         return;
     typed.followSwitches();
     if (!typed.isCapturing())
-        return screen.show(*entity, false);
+    {
+        screen.show(*entity, false);
+        return screen.setWatch(*entity, watchText);
+    }
 
     do
     {

@@ -25,7 +25,7 @@ constexpr std::uint8_t LOG_GREY = 8, LINE_GREY = 26;
 constexpr float WATCH_ROWS = 0.9f; // size of what is watched, as a share of the log's
 
 const String children[] = {SCS("EntQuad"),  SCS("EntQuad2"), SCS("EntText"), SCS("EntText2"), SCS("Errors"),
-                           SCS("Warnings"), SCS("Prompt"),   SCS("Watch"),   SCS("Ways"),     SCS("WaysQuad")};
+                           SCS("Warnings"), SCS("Prompt"),   SCS("Ways"),    SCS("WaysQuad")};
 
 template <class Component>
 Component *partOf(Object &console, const char *name, const String &key)

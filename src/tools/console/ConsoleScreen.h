@@ -27,7 +27,7 @@ public:
         String warnings; ///< rows of `log` that are warnings
     };
 
-    /// Shows all children, or hides them.
+    /// Shows all children, or hides all but what is watched.
     void show(Object &console, bool shown);
     /// Fits the children to the window.
     void layOut(Object &console, int rows, int charsPerRow, int alpha);

@@ -187,7 +187,7 @@ def takeLift(driver: Driver) -> Steps:
     yield from driver.walk((7.4, 20.2))
     yield from driver.turnTo(-90)
     yield from driver.wait(23.0)
-    yield from driver.walk((6.4, 20.2), (4.9, 20.2))
+    yield from driver.walk((6.4, 20.2), (5.5, 20.2))
     yield from driver.wait(20.0)
 
 
@@ -198,7 +198,7 @@ def takeChute(driver: Driver) -> Steps:
     yield from driver.wait(2.0)
     yield from driver.tap('crouch')
     yield from driver.wait(0.6)
-    yield from driver.walk((7.6, 23.2))
+    yield from driver.walk((7.6, 22.6))
     yield from driver.wait(20.0)
 
 
@@ -207,11 +207,7 @@ def beCaught(driver: Driver) -> Steps:
     def died():
         return driver.coordinator.getChild('fate').getComponent('graphics2').color.w > 0.5
 
-    for _ in range(40):
-        yield from driver.tap('crouch')  # is heard
-        yield from driver.wait(0.5)
-        if died():
-            break
+    yield from driver.waitUntil(died, 'it has hold of him', 60)
     yield from driver.waitUntil(lambda: player(driver).useInput, 'he is back', 20)
     yield from driver.wait(2.0)
 

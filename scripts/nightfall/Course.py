@@ -203,11 +203,16 @@ def takeChute(driver: Driver) -> Steps:
 
 
 def beCaught(driver: Driver) -> Steps:
-    """Stands still on the stairs until it has hold of one, and waits for the way back."""
+    """Treads up and down the stairs until it has heard it, and waits for the way back; who is still is not found."""
     def died():
         return driver.coordinator.getChild('fate').getComponent('graphics2').color.w > 0.5
 
-    yield from driver.waitUntil(died, 'it has hold of him', 60)
+    for _ in range(60):
+        for action in ('forward', 'back'):
+            yield from driver.tap(action, 0.35)
+        if died():
+            break
+    yield from driver.waitUntil(died, 'it has hold of him', 10)
     yield from driver.waitUntil(lambda: player(driver).useInput, 'he is back', 20)
     yield from driver.wait(2.0)
 

@@ -203,16 +203,16 @@ def takeChute(driver: Driver) -> Steps:
 
 
 def beCaught(driver: Driver) -> Steps:
-    """Treads up and down the stairs until it has heard it, and waits for the way back; who is still is not found."""
+    """Goes down and up on his knees until it has heard it, and waits for the way back; who is still is not found."""
     def died():
         return driver.coordinator.getChild('fate').getComponent('graphics2').color.w > 0.5
 
     for _ in range(60):
-        for action in ('forward', 'back'):
-            yield from driver.tap(action, 0.35)
         if died():
             break
-    yield from driver.waitUntil(died, 'it has hold of him', 10)
+        yield from driver.tap('crouch')
+        yield from driver.wait(0.7)
+    yield from driver.waitUntil(died, 'it has hold of him', 20)
     yield from driver.waitUntil(lambda: player(driver).useInput, 'he is back', 20)
     yield from driver.wait(2.0)
 

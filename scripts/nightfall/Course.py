@@ -198,7 +198,8 @@ def takeChute(driver: Driver) -> Steps:
     yield from driver.wait(2.0)
     yield from driver.tap('crouch')
     yield from driver.wait(0.6)
-    yield from driver.walk((7.6, 22.6))
+    yield from driver.turnTo(0)
+    yield from driver.tap('forward', 2.5)
     yield from driver.wait(20.0)
 
 

@@ -19,6 +19,9 @@ from objects.Sequences import Until
 if TYPE_CHECKING:
     from levels.Nightfall import Night
 
+#: What of `nightfall.Sounds` ends with the chase.
+FALL_SILENT = ('settling', 'boards', 'knocks', 'groans', 'thuds')
+
 WAKING: tuple[Triple, float] = (1.75, UP, -3.2), 20.0
 
 
@@ -170,12 +173,20 @@ class Story:
         if self.chased:
             return
         self.chased = True
+        self.stillHouse()
         feet = self.player.getComponent('transform').position
         Sequences.play(self.level, lambda: self.pipes.playSoundEffect('PipeGroan'), 0.7, self.openBath,
                        lambda: self.music.play('Chase'), 0.4, lambda: self.night.creatures.rouse(feet),
                        Until(lambda: not self.chased or self.isShutOut()), self.quiet)
         self.teach(Words.RUN, self.mind.isSprinting, after=0.8)
         self.teach(Words.SHUT, self.isShutOut, after=4.0, needed=lambda: self.room() == 'service')
+
+    def stillHouse(self):
+        """The timber and the pipes keep silent from now on: nothing is louder than the player."""
+        for name in FALL_SILENT:
+            source = self.map.getChild(name)
+            if source:
+                source.murder()
 
     def openBath(self):
         kaVel.configure(self.leaves['bathDoor'].getComponent('physics'), locked=False, open=True)

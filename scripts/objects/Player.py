@@ -67,7 +67,8 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
     Picture(player, 'reticle', picture='reticle.dds', size=(0.012, 0.012))
     component = kaVel.addComponent(player, 'player', 'PlayerComponent', movementSpeed=PUSH * MASS,
                                    headbobRate=HEADBOB, mobileDamping=WALKING_DAMPING,
-                                   stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT)
+                                   stationaryDamping=STANDING_DAMPING, sprintMultiplier=SPRINT,
+                                   reachesThrough=False)
     for surface, material in FLOOR_SOUNDS.items():
         component.nameFloor(surface + 'Diffuse', material)
     settings.giveToPlayer(player)

@@ -1,5 +1,6 @@
 #include "gameplay/PlayerWorld.h"
 
+#include "physics/bodies/WallPhysics.h"
 #include "physics/doors/DoorPhysics.h"
 #include "platform/input/EngineMessage.h"
 #include "platform/input/InputMessages.h"
@@ -366,6 +367,16 @@ TEST(Player, PointsAtWhatCanBeUsedWithinReachAndUsesIt)
     volume->setInteractFunc(leaf->bind(SCS("interact")));
     world.frames(1);
     EXPECT_EQ(world.player->getInteractor(), getHandle(volume.ptr));
+    const Handle<Entity> wall = world.level.entity("wall", world.map);
+    world.level.transform(wall, Vec4(0, 1.5f, 1.5f, 1));
+    world.level.component<BoundingVolume>(wall, "boundingVolume").lookup()->setHitBox(Vec4(4, 4, 0.2f, 0));
+    world.level.component<WallPhysics>(wall, "physics");
+    world.frames(1);
+    EXPECT_EQ(world.player->getInteractor(), getHandle(volume.ptr)) << "what cannot be used is reached past";
+    world.player->setReachesThrough(false);
+    world.frames(1);
+    EXPECT_FALSE(world.player->getInteractor().isValid()) << "unless the player is one of flesh";
+    wall.lookup()->murder();
     at.setPosition(Vec4(0, 1.5f, 2.4f, 1));
     world.frames(2);
     EXPECT_FALSE(world.player->getInteractor().isValid()) << "the reach is 2 m";

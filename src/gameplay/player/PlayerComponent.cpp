@@ -237,7 +237,7 @@ void PlayerComponent::findInteractor()
         reticle->setTextureName(wanted);
 }
 
-/// What can be used in the direction of the view, as far as nothing solid stands before it.
+/// What can be used in the direction of the view; where the player does not reach through, with nothing solid before it.
 Handle<BoundingVolume> PlayerComponent::pointedAt(TransformComponent &camera)
 {
     const auto grid = PartitioningGrid::ofMap(camera.findMap()).lookup();
@@ -247,6 +247,8 @@ Handle<BoundingVolume> PlayerComponent::pointedAt(TransformComponent &camera)
     const Vec4 forward = camera.getOrientation().generateRotation().getColumn(2);
     const Vec4 begin = camera.getPosition() + forward * (own->getHitBox().z * 0.5f);
     const SegmentHit hit = grid->checkSegment(begin, forward * REACH, true);
+    if (reachesThrough)
+        return hit.volume;
     const auto found = hit.volume.lookup();
     const SightFilter solid(getParent(), found ? found->getParent() : Handle<Object>());
     return found && isFreeBetween(grid.ptr, solid, begin, hit.collision.point) ? hit.volume : Handle<BoundingVolume>();

@@ -180,6 +180,9 @@ public:
     /// Buttons of the mouse that use what is pointed at, a bit for each, 1 for the left one; all of them at first.
     unsigned getUseButtons() const { return useButtons; }
     void setUseButtons(unsigned val) { useButtons = val; }
+    /// Whether what can be used is reached past all that cannot, walls too; without it what is solid hides it.
+    bool getReachesThrough() const { return reachesThrough; }
+    void setReachesThrough(bool val) { reachesThrough = val; }
     /// Factors of the mouse's way to the side and up and down; a negative one turns it round.
     float getLookSideways() const { return lookSideways; }
     void setLookSideways(float val);
@@ -306,6 +309,7 @@ private:
     unsigned char keyMeanings[KEYS]; ///< by virtual-key code; 0 for none
     std::bitset<KEYS> heldKeys;
     unsigned useButtons = ~0u;
+    bool reachesThrough = true;
     float lookSideways = 1.f, lookUpright = 1.f;
     Vec4 walkStick, lookStick;  ///< x to the right, y ahead or up, 0..1, as they answer
     bool sticksAreNew = false;  ///< told since the last frame

@@ -8,6 +8,7 @@
 
 #include "ai/steering/SteeringComponent.h"
 #include "engine/levels/PersistentStateComponent.h"
+#include "object/python/PythonCalls.h"
 #include "object/python/PythonIntegration.h"
 #include "physics/bodies/WallPhysics.h"
 #include "physics/grid/SquareGrid.h"
@@ -138,6 +139,7 @@ TEST_F(Creature, WalkingAndLeavingPrintsTakesNoMemory)
 TEST_F(Creature, PointsGoToScriptsAndComeBackAfterTheMapIsLoadedAgain)
 {
     namespace python = boost::python;
+    initPython();
     auto &dummy = walker();
     python::list points;
     points.append(python::make_tuple(1, 2, 3));

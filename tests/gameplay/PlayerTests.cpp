@@ -369,7 +369,9 @@ TEST(Player, PointsAtWhatCanBeUsedWithinReachAndUsesIt)
     EXPECT_EQ(world.player->getInteractor(), getHandle(volume.ptr));
     const Handle<Entity> wall = world.level.entity("wall", world.map);
     world.level.transform(wall, Vec4(0, 1.5f, 1.5f, 1));
-    world.level.component<BoundingVolume>(wall, "boundingVolume").lookup()->setHitBox(Vec4(4, 4, 0.2f, 0));
+    auto plaster = world.level.component<BoundingVolume>(wall, "boundingVolume").lookup();
+    plaster->setHitBox(Vec4(4, 4, 0.2f, 0));
+    plaster->setVolumeType(BoundingVolume::BV_WALL);
     world.level.component<WallPhysics>(wall, "physics");
     world.frames(1);
     EXPECT_EQ(world.player->getInteractor(), getHandle(volume.ptr)) << "what cannot be used is reached past";

@@ -18,7 +18,7 @@ SKIPPED = {
     r"SystemSystem::(bootstrap|shutdown|stopAll)": "begin and end the process",
     r"GameLoopSystem::quit(WithoutLevel|IfUnattended|AtFrameLimit)?": "end the run",
     r"GameLoopSystem::set(FrameLimit|FrameCallback|Unattended)": "end the run, or make it end at the first failure",
-    r"InputSystem::set(Replay|Record)File|GraphicsSystem2::(captureScreen|writeScreenshot)":
+    r"InputSystem::set(Replay|Record)File|StateDigest::\w+|GraphicsSystem2::(captureScreen|writeScreenshot)":
         "a file that cannot be read or written ends the run",
     r"GameLoopSystem::(queueLoadLevel|runLevel|switchLevel)": "a level that cannot be built ends the game, as it must",
     r"GameLoopSystem::(setCurrentlyActiveCoordinator|retireLevel)":

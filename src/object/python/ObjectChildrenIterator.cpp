@@ -13,20 +13,27 @@ ObjectChildrenIterator::ObjectChildrenIterator(const Handle<Object> &parent) : o
     valid = true;
 }
 
+Handle<Object> ObjectChildrenIterator::advance()
+{
+    if (!valid)
+        return Handle<Object>();
+    const Object &parent = lookUpParent(obj);
+    const std::size_t last = std::min(end, parent.getChildCount());
+    while (current < last)
+    {
+        const Handle<Object> child = parent.children_begin()[current++];
+        if (child.isValid())
+            return child;
+    }
+    valid = false;
+    return Handle<Object>();
+}
+
 Handle<Object> ObjectChildrenIterator::next()
 {
-    if (valid)
-    {
-        const Object &parent = lookUpParent(obj);
-        const std::size_t last = std::min(end, parent.getChildCount());
-        while (current < last)
-        {
-            const Handle<Object> child = parent.children_begin()[current++];
-            if (child.isValid())
-                return child;
-        }
-        valid = false;
-    }
+    const Handle<Object> child = advance();
+    if (child.isValid())
+        return child;
     raisePython(PyExc_StopIteration, SCS("Stop Iteration"));
     pythonRaisePending();
 }

@@ -13,6 +13,8 @@ class ObjectChildrenIterator
 public:
     explicit ObjectChildrenIterator(const Handle<Object> &parent);
 
+    /// The next child; an invalid handle at the end. Raises ValueError if the parent has died.
+    Handle<Object> advance();
     /// The next child; raises StopIteration at the end, ValueError if the parent has died.
     Handle<Object> next();
 

@@ -2,6 +2,7 @@
 
 #include "object/tree/Object.h"
 #include "object/python/PythonCalls.h"
+#include "object/python/PythonHandle.h"
 #include "object/python/PythonInvocation.h"
 
 #include <boost/python.hpp>
@@ -58,15 +59,34 @@ PyObject *newChildrenView(const Handle<Object> &h)
     }
 }
 
+namespace
+{
+/// A step of a script's loop. Its end is told as loops expect it, without an exception: there is one for each object
+/// of a tree that is walked, most of which have no children.
+PyObject *nextOfLoop(PyObject *walk)
+{
+    try
+    {
+        const Handle<Object> child = python::extract<ObjectChildrenIterator &>(walk)().advance();
+        return child.isValid() ? wrapHandle(child) : nullptr;
+    }
+    catch (const python::error_already_set &)
+    {
+        return nullptr;
+    }
+}
+} // namespace
+
 void addObjectChildren(PyObject *module)
 {
     const python::scope within{python::object(python::handle<>(python::borrowed(module)))};
     const auto itself = +[](const python::object &iterator) { return iterator; };
-    python::class_<ObjectChildrenIterator>("ObjectChildrenIterator", "A walk over the children of an object.",
-                                           python::no_init)
-        .def("__iter__", itself)
+    python::class_<ObjectChildrenIterator> walks("ObjectChildrenIterator", "A walk over the children of an object.",
+                                                 python::no_init);
+    walks.def("__iter__", itself)
         .def("next", &ObjectChildrenIterator::next)
         .def("__next__", &ObjectChildrenIterator::next);
+    reinterpret_cast<PyTypeObject *>(walks.ptr())->tp_iternext = &nextOfLoop;
 
     python::class_<ObjectChildrenView>("ObjectChildrenView", "The children of an object, in order and by name.",
                                        python::no_init)

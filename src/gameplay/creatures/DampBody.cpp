@@ -71,7 +71,6 @@ void DampBody::doFrame()
     if (!mesh || !own || !isFinite(own->getPosition()) || (!(seconds > 0.f) && !vertices.empty()))
         return;
     time += static_cast<Seconds>(seconds);
-    prepareMesh();
     feelAround(*own);
     shape(flowOn(*own, seconds), *own);
     findNormals();
@@ -174,6 +173,7 @@ Vec4 DampBody::pointOf(const Flow &flow, int side, int ring) const
 
 void DampBody::shape(const Flow &flow, const TransformComponent &transform)
 {
+    prepareMesh();
     float free = 0.f;
     for (const float each : room)
         free += std::min(1.f, each / flow.radius) / SIDES;
@@ -192,6 +192,7 @@ void DampBody::shape(const Flow &flow, const TransformComponent &transform)
 /// Normals from the neighbours around and above.
 void DampBody::findNormals()
 {
+    prepareMesh();
     const auto at = [this](int ring, int side)
     {
         const std::size_t number =

@@ -177,9 +177,9 @@ void BTTask::complain(const String &what)
 
 void BTTask::complainOfNeed(const ReflectorPtr &what)
 {
-    // The text is made once, not with each tick.
-    if (!complained)
-        complain(describeNeed(what));
+    // The text is made once, not with each tick. A warning: a level may well go without what its trees look for.
+    if (isFirstComplaint())
+        KV_LOGF(Logger_::I_WARNING, "%s: %s", taskPath(*this).toCString(), describeNeed(what).toCString());
 }
 
 bool BTTask::isFirstComplaint()

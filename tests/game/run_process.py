@@ -9,6 +9,7 @@ import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
 import game
+from display import Display
 
 WAIT_S = 60
 # Runs until somebody ends it; the file says that the frame loop runs.
@@ -196,12 +197,8 @@ def test_a_device_that_cannot_be_made_is_told_in_the_log(world):
 @contextlib.contextmanager
 def display():
     """A display of its own, by name."""
-    with subprocess.Popen(["Xvfb", "-displayfd", "1", "-screen", "0", "1280x800x24"], stdout=subprocess.PIPE,
-                          stderr=subprocess.DEVNULL, text=True) as server:
-        try:
-            yield ":" + server.stdout.readline().strip()
-        finally:
-            server.terminate()
+    with Display("1280x800") as shown:
+        yield shown.name
 
 
 def on(name):

@@ -102,6 +102,9 @@ frames = _number('KAVEL_FRAMES', 600 if sound else 60 if screenshot else 0, MOST
 #: Names of the views that such a level is to show, with commas between them; empty for all.
 views = [name for name in _text('KAVEL_VIEWS').split(',') if name]
 
+#: Code of the language that is read where the player chose none, as 'de'; empty for the system's, English if headless.
+language = _text('KAVEL_LANGUAGE')
+
 #: Start of the engine's random numbers; another one in every ordinary game.
 seed = _number('KAVEL_SEED', 1 if headless else int(time.time()), 2 ** 32 - 1)
 

@@ -21,6 +21,7 @@ from typing import Any, Callable, NamedTuple
 
 import GameConfig
 import kaVel
+import words
 
 
 class Kind(NamedTuple):
@@ -74,6 +75,14 @@ def _size(least: tuple[int, int], most: tuple[int, int]) -> Kind:
 
 def _either(word: str, other: Kind) -> Kind:
     return Kind(lambda text: word if text.lower() == word else other.read(text), '%s, or %s' % (word, other.allowed))
+
+
+def _language() -> Kind:
+    def read(text: str) -> str:
+        if text not in (words.AUTOMATIC, *words.languages()):
+            raise ValueError
+        return text
+    return Kind(read, "automatic, for the system's language, or the code of a table of scripts/words, as de")
 
 
 def _property(name: str) -> Callable[[Any, Any], None]:
@@ -182,6 +191,8 @@ SETTINGS = (
             lambda system, value: None),
     Setting('pauseWithoutFocus', True, _switch(), 'Whether the game stops while another window is in front', '',
             lambda system, value: None),
+    Setting('language', words.AUTOMATIC, _language(), 'The language of all texts', 'GameLoopSystem',
+            lambda loop, value: words.setLanguage(value)),
 )
 
 _BY_NAME = {setting.name: setting for setting in SETTINGS}

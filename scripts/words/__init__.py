@@ -1,0 +1,204 @@
+"""All that a player reads, by key and in his language: the one place of it.
+
+    import words
+
+    words.text('menu.resume')                    # 'Resume'
+    words.text('saves.at', place='the landing')  # "At {place}" with its value
+    words.count('notebook.bolts', 3)             # the form for this number: '3 iron bolts'
+    words.keyName('Shift')                       # 'Umschalt', where one reads German
+
+The texts stand in the tables beside this file, one a language: `english.py` is the first one, and stands in wherever
+another one has a hole or a fault. A new language is a new file. `tools/words/check.py` tells what a table lacks.
+
+A text that stands on the screen for long is asked for anew when `changes` has become another number.
+"""
+
+from __future__ import annotations
+
+import locale
+import os
+
+import GameConfig
+import kaVel
+from words import Tables
+from words.Tables import CODE, FIRST, NAME, Table
+
+#: What stands for the language of the player's system.
+AUTOMATIC = 'automatic'
+
+#: Name of the table that is read just now, as 'german'.
+language = FIRST
+
+#: How often the texts have become others since the start.
+changes = 0
+
+#: Which form a number takes, by the rule that a table names under 'language.plural'.
+_RULES = {
+    'one': lambda number: 'one' if number == 1 else 'other',
+    'zeroAndOne': lambda number: 'one' if 0 <= number <= 1 else 'other',
+    'slavic': lambda number: ('other' if number % 1 else 'one' if number % 10 == 1 and number % 100 != 11
+                              else 'few' if 2 <= number % 10 <= 4 and not 12 <= number % 100 <= 14 else 'many'),
+    'none': lambda number: 'other',
+}
+
+_tables: dict[str, Table] = {}
+_told: set[str] = set()
+_chosen = AUTOMATIC
+
+
+def text(key: str, **values: object) -> str:
+    """The text of a key in the player's language, with its values; the key itself where no table has it."""
+    _begin()
+    template = _template(key)
+    if template is None:
+        if key:
+            _tell('no table of scripts/words has a text for %r; the key is shown' % key)
+        return key
+    try:
+        return template.format(**values) if '{' in template or '}' in template else template
+    except KeyError as missing:
+        _tell('the text %r is asked for without its value %s' % (key, missing))
+        return template
+
+
+def has(key: str) -> bool:
+    """Whether there is a text of this key, if only in the first language."""
+    _begin()
+    return _template(key) is not None
+
+
+def count(key: str, amount: float, **values: object) -> str:
+    """The text of a key in the form for a number, which is its value {count}: of `key.one`, `key.other`, ..."""
+    _begin()
+    rule = _RULES.get(_template('language.plural') or '', _RULES['one'])
+    form = '%s.%s' % (key, rule(abs(amount)))
+    own = _tables[language].texts
+    if form not in own:
+        form = key + '.other' if key + '.other' in own else '%s.%s' % (key, _RULES['one'](abs(amount)))
+    return text(form, count=number(amount), **values)
+
+
+def languages() -> dict[str, str]:
+    """The languages that there are: what each calls itself, by its code; the first language comes first."""
+    found = {}
+    for name in Tables.names():
+        texts = _tableOf(name).texts
+        if CODE in texts:
+            found[texts[CODE]] = texts.get(NAME, name)
+    return found
+
+
+def code() -> str:
+    """The code of the language that is read just now, as 'de'."""
+    return text(CODE)
+
+
+def setLanguage(code: str):
+    """Has all texts be of a language from now on, told by its code, or of the system's (`AUTOMATIC`).
+
+    One that there is not is as `AUTOMATIC`. The tables are read anew from their files.
+    """
+    global _chosen
+    _chosen = code
+    readAgain()
+
+
+def readAgain():
+    """Reads the tables anew from their files, as after one was changed."""
+    global changes
+    _tables.clear()
+    changes += 1
+
+
+def number(value: float, digits: int | None = None) -> str:
+    """A number as the language writes it, with so many digits after the mark; as many as it needs without."""
+    plain = '%.*f' % (digits, value) if digits is not None else ('%.6f' % value).rstrip('0').rstrip('.')
+    sign, plain = ('\N{MINUS SIGN}', plain[1:]) if plain.startswith('-') else ('', plain)
+    whole, _, part = plain.partition('.')
+    groups = []
+    while len(whole) > 3 and (groups or len(whole) > 4):
+        whole, group = whole[:-3], whole[-3:]
+        groups.insert(0, group)
+    shown = text('language.thousands').join([whole, *groups])
+    return sign + (shown + text('language.decimal') + part if part else shown)
+
+
+def percent(part: float) -> str:
+    """A part of one in hundredths, as '40 %'."""
+    return text('language.percent', number=number(round(part * 100)))
+
+
+def date(year: int, month: int, day: int) -> str:
+    """A day as the language writes it, as '8 January 1911'."""
+    return text('language.date', day=day, month=text('language.month.%d' % month), year=year)
+
+
+def time(hour: int, minute: int) -> str:
+    """A time of day, as '21:05'."""
+    return text('language.time', hour='%02d' % hour, minute='%02d' % minute)
+
+
+def duration(seconds: float) -> str:
+    """How long something took, in minutes, and hours where there are some."""
+    minutes = int(seconds) // 60
+    if minutes < 60:
+        return count('language.minutes', minutes)
+    return text('language.hours', hours=number(minutes // 60), minutes='%02d' % (minutes % 60))
+
+
+def keyName(name: str) -> str:
+    """What a key or a button of `bindings` is called in the language, as 'Leertaste' for 'Space'."""
+    return text('key.' + name) if has('key.' + name) else name
+
+
+def padName(name: str) -> str:
+    """What a pad's button of `bindings` is called in the language."""
+    return text('pad.' + name) if has('pad.' + name) else name
+
+
+def _begin():
+    """Reads the first language and the player's, where they are not read yet."""
+    global language
+    if FIRST in _tables and language in _tables:
+        return
+    language = FIRST
+    _tableOf(FIRST)
+    language = _wanted()
+
+
+def _wanted() -> str:
+    """Name of the table that is to be read."""
+    named = {_tableOf(name).texts.get(CODE, ''): name for name in reversed(Tables.names())}
+    if _chosen in named:
+        return named[_chosen]
+    if GameConfig.language in named:
+        return named[GameConfig.language]
+    own = '' if GameConfig.headless else _system()
+    return named.get(own, FIRST)
+
+
+def _system() -> str:
+    """The code of the system's language, as its environment tells it."""
+    said = next((os.environ[name] for name in ('LC_ALL', 'LC_MESSAGES', 'LANG') if os.environ.get(name)), '')
+    return locale.normalize(said).partition('_')[0].lower()
+
+
+def _tableOf(name: str) -> Table:
+    if name not in _tables:
+        table = Tables.read(name)
+        _tables[name] = table if name == FIRST else Tables.compared(table, _tableOf(FIRST))
+        for fault in _tables[name].faults:
+            _tell('%s. English stands in.' % fault)
+    return _tables[name]
+
+
+def _template(key: str) -> str | None:
+    found = _tables[language].texts.get(key)
+    return _tables[FIRST].texts.get(key) if found is None else found
+
+
+def _tell(fault: str):
+    """Tells of a fault, once a run."""
+    if fault not in _told:
+        _told.add(fault)
+        kaVel.log('Words: ' + fault)

@@ -1,0 +1,52 @@
+"""What a player reads: the tables of texts, good and broken, and what stands on the screen in each language."""
+import pathlib
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+
+import game
+
+SAY = """
+import words
+kaVel.log('says ' + %s)
+"""
+
+
+def say(world, expression, **environment):
+    """The run of a level that logs what an expression with `words` gives."""
+    world.write_level("Say", SAY % expression)
+    outcome = world.run("Say", frames=2, **environment)
+    outcome.expect_code(0)
+    return outcome
+
+
+def test_texts_numbers_and_keys_follow_the_language(world):
+    expression = "' | '.join([words.text('menu.resume'), words.number(12345.5), words.number(0.25, 1), " \
+        "words.date(1911, 3, 8), words.keyName('Space'), words.keyName('W'), words.duration(3900), " \
+        "words.text('no.key')])"
+    say(world, expression).expect("says Resume | 12,345.5 | 0.2 | 8 March 1911 | Space | W | 1 h 05 min | no.key")
+    german = say(world, expression, KAVEL_LANGUAGE="de")
+    german.expect("says Weiterspielen | 12.345,5 | 0,2 | 8. März 1911 | Leertaste | W | 1 Std. 05 Min. | no.key")
+    german.expect("no table of scripts/words has a text for 'no.key'")
+
+
+def test_a_broken_table_costs_nothing_but_what_is_broken_in_it(world):
+    table = world.folder / "scripts" / "words" / "german.py"
+    whole = table.read_text(encoding="utf-8")
+    expression = "words.text('menu.resume') + '/' + words.text('menu.back')"
+    for harm, said, told in (
+            (("'menu.resume': 'Weiterspielen',", ""), "Resume/Zurück", "german.py lacks 1 texts: menu.resume"),
+            (("'Weiterspielen'", "'{weiter'"), "Resume/Zurück", "'menu.resume': expected '}' before end of string"),
+            (("'Weiterspielen'", "'{weiter}'"), "Resume/Zurück", "the placeholders {weiter} where english has none"),
+            (("'Weiterspielen'", "None"), "Resume/Zurück", "'menu.resume' has to be a text in quotes"),
+            (("'Weiterspielen'", "'Weiter"), "Resume/Back", "unterminated string literal"),
+            (("TEXTS: dict[str, str] = {", "TEXTS = 5, {"), "Resume/Back", "TEXTS has to be a dict"),
+            ((whole, "\0"), "Resume/Back", "source code string cannot contain null bytes")):
+        table.write_text(whole.replace(*harm), encoding="utf-8")
+        run = say(world, expression, KAVEL_LANGUAGE="de")
+        run.expect("says " + said)
+        assert run.log.count(told) == 1, f"{told!r} is told {run.log.count(told)} times:\n{run.log[-2000:]}"
+
+
+if __name__ == "__main__":
+    game.main(globals())

@@ -34,7 +34,7 @@ TreeShape::Ptr TreeShape::of(std::vector<TaskStep> &&steps, int depth)
     const auto alike = std::find_if(begin, end, [&](const auto &entry) { return entry.second->steps == steps; });
     if (alike != end)
         return Ptr(alike->second);
-    const Ptr made(new TreeShape(std::move(steps), depth));
+    Ptr made(new TreeShape(std::move(steps), depth));
     shapes().emplace(hash, made.get());
     return made;
 }

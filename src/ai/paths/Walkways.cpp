@@ -111,7 +111,7 @@ void Walkways::read(SquareGrid &grid, const Layout &now)
     marks.assign(static_cast<std::size_t>(now.columns) * static_cast<std::size_t>(now.rows), 0);
     survey.begin(fromMap);
     survey.follow(PartitioningGrid::ofMap(handle_cast<MapRootEntity>(getParent())).lookup().ptr, plan);
-    changes[++changeCount % CHANGES] = Change{changeCount, CellRect{0, 0, now.columns - 1, now.rows - 1}};
+    note(CellRect{0, 0, now.columns - 1, now.rows - 1});
     settle(grid);
 }
 
@@ -122,9 +122,14 @@ void Walkways::settle(SquareGrid &grid)
         return;
     markCells(grid);
     // The steps into the cells around have changed, too.
-    const CellRect around{changed.minX - 1, changed.minZ - 1, changed.maxX + 1, changed.maxZ + 1};
-    ++changeCount;
-    changes[changeCount % CHANGES] = Change{changeCount, around};
+    note(CellRect{changed.minX - 1, changed.minZ - 1, changed.maxX + 1, changed.maxZ + 1});
+}
+
+/// Counts a change of what can be walked in a rectangle of cells.
+void Walkways::note(const CellRect &changed)
+{
+    ++changeCount; // before it is used: compilers disagree on its value in the assignment
+    changes[changeCount % CHANGES] = Change{changeCount, changed};
 }
 
 /// Gives the cells that were worked out anew the value that says so, or takes it from them.

@@ -100,6 +100,7 @@ private:
     Layout layoutOf(SquareGrid &grid) const;
     void read(SquareGrid &grid, const Layout &now);
     void settle(SquareGrid &grid);
+    void note(const CellRect &changed);
     void markCells(SquareGrid &grid);
     void unmarkCells();
     bool isWritten(const SquareGrid &grid, int x, int z) const;

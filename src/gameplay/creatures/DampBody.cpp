@@ -195,15 +195,14 @@ void DampBody::findNormals()
     prepareMesh();
     const auto at = [this](int ring, int side)
     {
-        const std::size_t number =
-            ring >= RINGS ? vertices.size() - 1 : static_cast<std::size_t>(ring * SIDES + (side + SIDES) % SIDES);
+        const std::size_t number = ring >= RINGS ? vertices.size() - 1 : vertexAt(ring, (side + SIDES) % SIDES);
         const MeshVector3 &p = vertices[number].position;
         return Vec4(p.x, p.y, p.z, 0.f);
     };
     for (int ring = 0; ring < RINGS; ++ring)
         for (int side = 0; side < SIDES; ++side)
         {
-            DefaultMeshVertex &vertex = vertices[static_cast<std::size_t>(ring * SIDES + side)];
+            DefaultMeshVertex &vertex = vertices[vertexAt(ring, side)];
             const Vec4 along = at(ring, side + 1) - at(ring, side - 1);
             const Vec4 up = at(ring + 1, side) - at(std::max(ring - 1, 0), side);
             Vec4 normal = along.cross(up);
@@ -225,9 +224,10 @@ void DampBody::prepareMesh()
     vertices.resize(SIDES * RINGS + 1);
     for (std::size_t number = 0; number < vertices.size(); ++number)
     {
-        const float around = static_cast<float>(number % SIDES) / SIDES, up = static_cast<float>(number / SIDES);
+        const std::size_t ring = number / SIDES;
+        const float around = static_cast<float>(number % SIDES) / SIDES, up = 0.22f * static_cast<float>(ring);
         const float u = 4.f * (1.f - std::fabs(2.f * around - 1.f));
-        vertices[number] = DefaultMeshVertex{{}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1}, {u, 0.22f * up}};
+        vertices[number] = DefaultMeshVertex{{}, {0, 1, 0}, {1, 0, 0}, {0, 0, 1}, {u, up}};
     }
     const u32 crown = SIDES * RINGS;
     for (u32 ring = 0; ring < RINGS; ++ring)

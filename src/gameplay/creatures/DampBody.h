@@ -63,6 +63,10 @@ private:
     float reachTo(const Flow &flow, const Vec4 &direction) const;
     void findNormals();
     void prepareMesh();
+    static std::size_t vertexAt(int ring, int side)
+    {
+        return static_cast<std::size_t>(ring) * SIDES + static_cast<std::size_t>(side);
+    }
 
     Handle<DynamicMeshAsset> hMesh;
     float rearing = 0.3f;

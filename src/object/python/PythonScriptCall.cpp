@@ -69,7 +69,7 @@ String pendingMessage()
 /// "Hall/lamp/player: the frame callback levels.Hall::flicker", with as much of it as is known.
 String describe(const IReflectedThing &function, const ScriptCall *call)
 {
-    const String name = function.getQualifiedName();
+    String name = function.getQualifiedName();
     if (!call)
         return name;
     const String path = call->owner ? pathBelow(nullptr, *call->owner) + SCS(": the ") : SCS("The ");

@@ -98,6 +98,24 @@ TEST_F(Fonts, LettersAreKernedJoinedAndAccented)
     EXPECT_NEAR(block.getWidth(), width(U"AVATAR:") + width(U"To") + width(U"Wörter") + 2 * width(U" "), 0.01f);
 }
 
+TEST_F(Fonts, WhatAFontLacksIsShapedAndDrawnBySubstitutesInOneText)
+{
+    FontAsset &font = load(SCS(SERIF));
+    const std::u32string_view door = U"\u0926\u094D\u0935\u093F"; // da, virama, va, i: one cluster, the i before it
+    const std::vector<ShapedGlyph> alone = shape(font, door);
+    ASSERT_EQ(alone.size(), 2u) << "two consonants are one letter, and the vowel stands in front of it";
+    EXPECT_EQ(alone[0].character, alone[1].character) << "which are not drawn apart";
+    EXPECT_GT(picture(font, U'\u0926').size(), 0u);
+
+    const std::vector<ShapedGlyph> mixed = shape(font, U"A" + std::u32string(door) + U"b");
+    ASSERT_EQ(mixed.size(), 4u);
+    EXPECT_EQ(mixed[0].glyph, glyphOf(font, U'A'));
+    EXPECT_EQ(mixed[1].glyph, alone[0].glyph);
+    EXPECT_EQ(mixed[1].character, 1u);
+    EXPECT_EQ(mixed[3].glyph, glyphOf(font, U'b')) << "the font's own letters stay its own";
+    EXPECT_EQ(mixed[3].character, 5u);
+}
+
 TEST_F(Fonts, AtlasGrowsAndStartsAnewWithEveryGlyphRight)
 {
     FontAsset &font = load(SCS(SERIF));

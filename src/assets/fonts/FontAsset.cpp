@@ -3,12 +3,8 @@
 #include "assets/cache/AssetUploader.h"
 #include "assets/cache/DynamicTextureAsset.h"
 #include "foundation/Logger.h"
-#include "port/win32/HostPath.h"
 
 #include <cmath>
-#include <fstream>
-#include <sstream>
-#include <string>
 
 namespace
 {
@@ -18,39 +14,25 @@ std::uint64_t glyphKey(unsigned glyph, int pixelSize, int shift)
     return std::uint64_t(glyph) << 32 | std::uint64_t(pixelSize) << 8 | std::uint64_t(shift);
 }
 
-/// The bytes of a file; a sentence that says why there are none.
-String readFile(const String &fileName, std::vector<std::uint8_t> &bytes)
-{
-    std::ifstream in(port::hostPath(fileName.toCString()), std::ios::binary);
-    if (!in)
-        return String::copyFrom(port::explainMissingFile(fileName.toCString()));
-    // Through a stream: a folder opens like a file, and fails with an exception where bytes are taken one by one.
-    std::ostringstream contents;
-    contents << in.rdbuf();
-    const std::string text = std::move(contents).str();
-    bytes.assign(text.begin(), text.end());
-    return bytes.empty() ? SCS("It is empty, or a folder.") : String();
-}
-
 } // namespace
 
-FontAsset::Shaper::Shaper(const FontFace &face_, int pixelSize_)
-    : face(face_), size(static_cast<float>(pixelSize_)), ascent(std::round(face.getAscent() * size)),
-      lineHeight(std::round(face.getLineHeight() * size))
+FontAsset::Shaper::Shaper(const FontFaces &faces_, int pixelSize_)
+    : faces(faces_), size(static_cast<float>(pixelSize_)), ascent(std::round(faces.getOwn().getAscent() * size)),
+      lineHeight(std::round(faces.getOwn().getLineHeight() * size))
 {
 }
 
 void FontAsset::Shaper::shape(std::u32string_view run, std::vector<ShapedGlyph> &glyphs) const
 {
-    face.shape(run, size, glyphs);
+    faces.shape(run, size, glyphs);
 }
 
 void FontAsset::startLoad()
 {
     std::vector<std::uint8_t> contents;
-    String fault = readFile(fileName, contents);
+    String fault = readFontFile(fileName, contents);
     if (fault.empty())
-        fault = face.load(std::move(contents));
+        fault = faces.load(std::move(contents));
     if (fault.empty())
     {
         texture = construct<DynamicTextureAsset>(defaultAllocationCategory);
@@ -78,7 +60,7 @@ const FontAsset::Glyph &FontAsset::getGlyph(unsigned glyph, int pixelSize, int s
 
 FontAsset::Glyph FontAsset::draw(unsigned glyph, int pixelSize, int shift)
 {
-    face.rasterize(glyph, pixelSize, static_cast<float>(shift) / SHIFTS, picture);
+    faces.rasterize(glyph, pixelSize, static_cast<float>(shift) / SHIFTS, picture);
     const unsigned restarts = atlas.getRestarts();
     GlyphAtlas::Place place;
     if (picture.width == 0 || !atlas.add(picture.width, picture.height, picture.rows.data(), place))

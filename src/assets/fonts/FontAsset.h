@@ -3,6 +3,7 @@
 
 #include "assets/cache/Asset.h"
 #include "assets/fonts/FontFace.h"
+#include "assets/fonts/FontFaces.h"
 #include "assets/fonts/GlyphAtlas.h"
 #include "assets/fonts/TextShaper.h"
 
@@ -16,7 +17,9 @@
 class DynamicTextureAsset;
 class TextureAsset;
 
-/// One font at any size. Glyphs are drawn into the texture the first time they are asked for.
+/// One font at any size, with substitutes for characters that it lacks.
+///
+/// Glyphs are drawn into the texture the first time they are asked for.
 ///
 /// Sizes are the em in whole pixels. A letter is drawn at one of four places within a pixel column, so that spacing
 /// stays even although every picture lies on whole pixels.
@@ -41,14 +44,14 @@ public:
     class Shaper final : public ITextShaper
     {
     public:
-        Shaper(const FontFace &face_, int pixelSize_);
+        Shaper(const FontFaces &faces_, int pixelSize_);
 
         void shape(std::u32string_view run, std::vector<ShapedGlyph> &glyphs) const override;
         float getAscent() const override { return ascent; }
         float getLineHeight() const override { return lineHeight; }
 
     private:
-        const FontFace &face;
+        const FontFaces &faces;
         const float size;       ///< pixels of one em
         const float ascent;     ///< whole pixels
         const float lineHeight; ///< whole pixels
@@ -60,7 +63,7 @@ public:
     /// Whether the font can be measured and drawn.
     bool isReady() const { return getStatus().succeeded(); }
     /// What lays out text in this font at a size; the font must be ready.
-    Shaper getShaper(int pixelSize) const { return Shaper(face, pixelSize); }
+    Shaper getShaper(int pixelSize) const { return Shaper(faces, pixelSize); }
     /// The picture of a glyph, drawn now if it has not been yet; the font must be ready.
     ///
     /// Borrowed until the next call. A glyph that cannot be drawn is as one without ink.
@@ -85,7 +88,7 @@ private:
     Glyph draw(unsigned glyph, int pixelSize, int shift);
 
     String fileName;
-    FontFace face;
+    FontFaces faces;
     GlyphAtlas atlas;
     std::unordered_map<std::uint64_t, Glyph> glyphs; ///< by glyph, size and shift
     Handle<DynamicTextureAsset> texture;

@@ -97,6 +97,11 @@ unsigned FontFace::findReplacement()
     return picture.width == 0 ? FT_Get_Char_Index(library->face, U'?') : 0;
 }
 
+bool FontFace::has(char32_t character) const
+{
+    return FT_Get_Char_Index(library->face, character) != 0;
+}
+
 void FontFace::shape(std::u32string_view run, float size, std::vector<ShapedGlyph> &glyphs) const
 {
     hb_buffer_t *const buffer = library->run;

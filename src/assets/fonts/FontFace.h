@@ -35,6 +35,8 @@ public:
     /// @return empty, or what is wrong with the contents, as a sentence; nothing else may be called then
     String load(std::vector<std::uint8_t> fileContents);
 
+    /// Whether the font has a glyph for a character.
+    bool has(char32_t character) const;
     /// Adds the glyphs of a run of characters at a size, as ITextShaper has it.
     ///
     /// Missing characters become the font's replacement character, or else its question mark or box.

@@ -30,6 +30,8 @@ void logUnknown(const String &name)
 
 String findTextureFile(const String &name)
 {
+    if (std::filesystem::path(name.toCString()).is_absolute())
+        return name;
     String path = String::fromStaticCString(folder) + name;
     std::error_code ignored;
     for (const char *extension : extensions)

@@ -6,5 +6,6 @@
 /// Path of the file that a texture name stands for, as "..\assets\textures\black.dds".
 ///
 /// The name is that of a file in the texture folder; without its extension it stands for the .dds file of that name
-/// before the .png file. A name that no file has is logged with the nearest one, and leads to a file that is not there.
+/// before the .png file; an absolute path stands for itself. A name that no file has is logged with the nearest one, and
+/// leads to a file that is not there.
 String findTextureFile(const String &name);

@@ -231,6 +231,7 @@ void PersistentStateComponent::repeatCalls(const String &place, const Handle<Obj
 void PersistentStateComponent::forgetEverything()
 {
     functionMap.clear();
+    notes.clear();
 }
 
 int PersistentStateComponent::getCallCount() const
@@ -239,4 +240,64 @@ int PersistentStateComponent::getCallCount() const
     for (const auto &entry : functionMap)
         count += entry.second.size();
     return static_cast<int>(count);
+}
+
+PersistentStateComponent::Call PersistentStateComponent::findCall(int number) const
+{
+    int left = number;
+    for (const auto &[place, functions] : functionMap)
+    {
+        const int count = static_cast<int>(functions.size());
+        if (left >= 0 && left < count)
+            return {&place, &functions[static_cast<std::size_t>(left)]};
+        left -= count;
+    }
+    return {};
+}
+
+String PersistentStateComponent::getCallPlace(int number) const
+{
+    const Call call = findCall(number);
+    return call.place ? *call.place : String();
+}
+
+String PersistentStateComponent::getCallFunction(int number) const
+{
+    const Call call = findCall(number);
+    return call.function ? call.function->name : String();
+}
+
+int PersistentStateComponent::getCallArgumentCount(int number) const
+{
+    const Call call = findCall(number);
+    return call.function ? static_cast<int>(call.function->args.getArgCount()) : 0;
+}
+
+Variant PersistentStateComponent::getCallArgument(int number, int which) const
+{
+    return which >= 0 && which < getCallArgumentCount(number)
+               ? findCall(number).function->args[static_cast<std::size_t>(which)]
+               : Variant();
+}
+
+void PersistentStateComponent::restoreNoArgs(const String &place, const String &funcName)
+{
+    functionMap[place].push_back({funcName, SavedArguments()});
+}
+
+void PersistentStateComponent::restoreOneArg(const String &place, const String &funcName, const Variant &arg)
+{
+    functionMap[place].push_back({funcName, SavedArguments::of(arg)});
+}
+
+void PersistentStateComponent::restoreTwoArgs(const String &place, const String &funcName, const Variant &argOne,
+                                              const Variant &argTwo)
+{
+    functionMap[place].push_back({funcName, SavedArguments::of(argOne, argTwo)});
+}
+
+String PersistentStateComponent::getNote(const String &name) const
+{
+    const auto note = notes.find(name);
+    return note == notes.end() ? String() : note->second;
 }

@@ -62,17 +62,46 @@ public:
     /// that fails are logged as warnings, and the rest goes on. What the calls record in turn is known already and left
     /// out. A call may load another map, which is served too; one that loads its own map again is warned of.
     void persistState(Handle<MapRootEntity> map);
-    /// Forgets all maps, as a new game does.
+    /// Forgets all maps and notes, as a new game does.
     void forgetEverything();
 
     /// Count of the calls that are kept, of all maps.
+    ///
+    /// They are told one by one for whoever writes them down: in the order of their objects' places, an object's in that
+    /// of their records. A number that is none gives an empty text, or no argument.
     int getCallCount() const;
+    /// Place of the object of a call, "level/map/names below the map".
+    String getCallPlace(int number) const;
+    /// Name of the function of a call.
+    String getCallFunction(int number) const;
+    /// Count of the arguments of a call.
+    int getCallArgumentCount(int number) const;
+    /// An argument of a call, counted from 0.
+    Variant getCallArgument(int number, int which) const;
+
+    /// Adds a call as `getCallPlace` and the others have told it, behind those of its object that are kept.
+    void restoreNoArgs(const String &place, const String &funcName);
+    /// As `restoreNoArgs`, of a call with one argument.
+    void restoreOneArg(const String &place, const String &funcName, const Variant &arg);
+    /// As `restoreNoArgs`, of a call with two arguments.
+    void restoreTwoArgs(const String &place, const String &funcName, const Variant &argOne, const Variant &argTwo);
+
+    /// A text that is kept under a name and goes from level to level with all this; empty where there is none.
+    String getNote(const String &name) const;
+    void setNote(const String &name, const String &text) { notes[name] = text; }
 
 private:
     void addAtPath(const String &path, const String &funcName, const SavedArguments &args);
     void record(const String &place, bool sets, const String &funcName, const SavedArguments &args);
     void repeatCalls(const String &place, const Handle<Object> &obj, const StateFunctionList &functions);
+    struct Call
+    {
+        const String *place = nullptr;
+        const StateFunction *function = nullptr; ///< null for none
+    };
+    Call findCall(int number) const;
 
     StateFunctionsMap functionMap;
+    std::map<String, String> notes;
     std::vector<String> repeating; ///< "level/map/" of the maps whose calls are being repeated, the outermost first
 };

@@ -5,6 +5,7 @@
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
+#include "engine/levels/MapRootEntity.h"
 #include "engine/transforms/TransformOffsetComponent.h"
 #include "object/python/PythonCalls.h"
 #include "object/reflection/SavedArguments.h"
@@ -17,6 +18,9 @@
 
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
+
+#include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -106,6 +110,18 @@ void PlayerComponent::addBattery()
     sendEngineMessage(DisplayHUDMessage);
 }
 
+void PlayerComponent::setBatteries(unsigned count)
+{
+    batteries = count;
+    showBatteries();
+}
+
+void PlayerComponent::setCurrBatteryTimeLeft(double seconds)
+{
+    if (!std::isnan(seconds))
+        currBatteryLife = std::clamp(seconds, 0.0, batteryLifetime);
+}
+
 void PlayerComponent::showBatteries()
 {
     if (auto *const count = part<TextComponent2>(BATTERY_COUNT))
@@ -130,7 +146,8 @@ void PlayerComponent::pickupFlashlight(Handle<PhysicsComponent> flashlight)
 void PlayerComponent::hangFlashlight(Entity &flashlight)
 {
     static const String murder = SCS("murder"), name = SCS("flashlight"), camera = SCS("camera");
-    flashlight.addToPersistentStateNoArgs(murder);
+    if (flashlight.getAncestorOfType<MapRootEntity>().isValid()) // what no map builds comes from elsewhere
+        flashlight.addToPersistentStateNoArgs(murder);
     flashlight.setName(name);
     if (auto *const follower =
             componentOf<TransformOffsetComponent>(flashlight.getHandle(), ComponentKeys::parentFollower))

@@ -99,8 +99,11 @@ public:
     bool isCrouched() const { return crouched; }
     /// Spare batteries.
     unsigned getBatteries() const { return batteries; }
+    void setBatteries(unsigned count);
     /// Life left in the battery in use, seconds.
     double getCurrBatteryTimeLeft() const { return currBatteryLife; }
+    /// Sets the life left in the battery in use, from 0 to that of a fresh one; what is no number changes nothing.
+    void setCurrBatteryTimeLeft(double seconds);
     /// Takes some life of the battery in use, seconds, besides what burning takes; what is no number or below 0 takes none.
     void drainBattery(double seconds);
     /// Life of a battery, seconds.

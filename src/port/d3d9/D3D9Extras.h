@@ -39,6 +39,9 @@ FrameStats currentFrameStats(IDirect3DDevice9 *device);
 /// @return why there is no picture, as a sentence; empty on success
 std::string saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile);
 
+/// As `saveBackBuffer`, smaller: the middle of the back buffer in the shape of width by height pixels.
+std::string saveSmallBackBuffer(IDirect3DDevice9 *device, const char *pngFile, int width, int height);
+
 /// Draws on top of the presented picture, straight into the window, before it is shown.
 ///
 /// Called in Present with the window's size in pixels; may use the graphics library directly and may leave its state

@@ -24,8 +24,9 @@ namespace
 
 constexpr float LEAST_GAMMA = 1;
 constexpr float MOST_GAMMA = 4;
-constexpr int LEAST_SHADOW_MAP = 64;  // texels a side
-constexpr int MOST_SHADOW_MAP = 4096; // texels a side
+constexpr int LEAST_SHADOW_MAP = 64;                                 // texels a side
+constexpr int MOST_SHADOW_MAP = 4096;                                // texels a side
+constexpr int WORLD_PICTURE_WIDTH = 384, WORLD_PICTURE_HEIGHT = 216; // pixels
 
 /// Hands finished assets to the system that installed it.
 class GraphicsUploader : public IAssetUploader
@@ -162,6 +163,23 @@ void GraphicsSystem2::writeScreenshot()
         getSystemDeref<GameLoopSystem>().quitIfUnattended();
     }
     screenshotFile = String();
+}
+
+void GraphicsSystem2::captureWorld(const String &fileName)
+{
+    worldPictureFile = fileName;
+}
+
+void GraphicsSystem2::writeWorldPicture()
+{
+    if (worldPictureFile.empty())
+        return;
+    const std::string problem =
+        port::saveSmallBackBuffer(device, worldPictureFile.toCString(), WORLD_PICTURE_WIDTH, WORLD_PICTURE_HEIGHT);
+    if (!problem.empty())
+        KV_LOGF(Logger_::I_ERROR, "The picture %s could not be written: %s", worldPictureFile.toCString(),
+                problem.c_str());
+    worldPictureFile = String();
 }
 
 Handle<DynamicMeshAsset> GraphicsSystem2::getFullScreenQuad()

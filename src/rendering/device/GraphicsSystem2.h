@@ -72,6 +72,14 @@ public:
     /// a game that nobody watches with exit code 1; what stood there before stays.
     void captureScreen(const String &fileName);
 
+    /// Writes the world as the next frame shows it into a small PNG file, without what lies over it on the screen.
+    ///
+    /// The path is as that of `captureScreen`, and a file that cannot be written is logged with the reason. Nothing is
+    /// written while nothing is drawn.
+    void captureWorld(const String &fileName);
+    /// Writes what `captureWorld` has asked for, if anything; for whoever has just drawn the world.
+    void writeWorldPicture();
+
     /// Marks the device as lost and gives up what may not outlive a reset; a second call does nothing.
     void lostDevice();
     /// Resets the device, for a new window size or after a loss; failing that, it stays lost.
@@ -275,5 +283,6 @@ private:
     int targetWidth = 0;      ///< of what slot 0 draws into, pixels
     int targetHeight = 0;     ///< of what slot 0 draws into, pixels
     String screenshotFile;    ///< where the next present writes the frame; empty for nowhere
+    String worldPictureFile;  ///< where the next picture of the world goes; empty for nowhere
     std::unique_ptr<IAssetUploader> uploader;
 };

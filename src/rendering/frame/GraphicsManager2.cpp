@@ -397,7 +397,12 @@ ErrorCode GraphicsManager2::unsettleWorld()
 
 ErrorCode GraphicsManager2::showWorld()
 {
-    return hasUsableCamera() ? getSystemDeref<GraphicsSystem2>().showWorld() : ErrorCode();
+    if (!hasUsableCamera())
+        return ErrorCode();
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    const ErrorCode result = graphics.showWorld();
+    graphics.writeWorldPicture();
+    return result;
 }
 
 ErrorCode GraphicsManager2::drawScreen()

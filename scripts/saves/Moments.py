@@ -1,0 +1,129 @@
+"""Whether a game can be saved just now: at once, as soon as the moment has passed, or not at all.
+
+| the player | a save |
+|---|---|
+| walks, stands, reads, hides, is hunted, while the level runs or is paused | at once |
+| falls; a scene has his hands, or the picture is not there yet | is put off until he stands and has them |
+| is dead; the level has ended; nobody walks in it; another level is on its way | is refused, with a sentence |
+
+Where he comes back to: where he stands; but where he was last safe, if he is hunted, or crouches below something that
+he could not stand under.
+"""
+
+from __future__ import annotations
+
+import math
+from typing import Any, Callable, NamedTuple
+
+import kaVel
+import standing
+from perLevel import PerLevel
+from saves.Kept import levelOf
+
+#: How much of the picture may be dissolved in a moment that counts as seen.
+FAINT = 0.05
+#: Metres: how high one who stands reaches, from his feet, and half of how broad he is.
+HEAD, KNEES, HALF = 1.75, 0.3, 0.24
+
+
+class Verdict(NamedTuple):
+    """What becomes of a save: `when` is 'now', 'later' or 'never', and `why` the key of the sentence that tells."""
+
+    when: str
+    why: str = ''
+
+
+NOW = Verdict('now')
+
+_forbidden: PerLevel[str] = PerLevel()
+_shelters: PerLevel[Callable[[], standing.Standing]] = PerLevel()
+_hunters: PerLevel[list[Callable[[], object]]] = PerLevel()
+_places: PerLevel[Callable[[], str]] = PerLevel()
+
+
+# What a level says of itself
+
+def forbid(inLevel: kaVel.Object, why: str):
+    """Has no save made in a level until `allow`; `why` is the key of the sentence that tells."""
+    _forbidden[levelOf(inLevel)] = why
+
+
+def allow(inLevel: kaVel.Object):
+    _forbidden.pop(levelOf(inLevel), None)
+
+
+def shelter(inLevel: kaVel.Object, where: Callable[[], standing.Standing]):
+    """Says where the player of a level was last safe."""
+    _shelters[levelOf(inLevel)] = where
+
+
+def hunts(inLevel: kaVel.Object, isHunting: Callable[[], object]):
+    """Says of somebody in a level how to ask whether he is after the player."""
+    level = levelOf(inLevel)
+    _hunters[level] = [*_hunters.get(level, []), isHunting]
+
+
+def namePlaces(inLevel: kaVel.Object, name: Callable[[], str]):
+    """Says what the place is called that the player of a level is in: the key of its name."""
+    _places[levelOf(inLevel)] = name
+
+
+# What is asked
+
+def verdict(level: Any) -> Verdict:
+    """Whether the game of a level can be saved in this moment."""
+    player = level.getChild('Player') if level and not level.isDying() else None
+    viewer = standing.viewerIn(level) if player else None
+    if not player or viewer is None:
+        return Verdict('never', 'saves.no.nobody')
+    if level in _forbidden:
+        return Verdict('never', _forbidden[level])
+    body, mind = player.getComponent('physics'), player.getComponent('player')
+    if not body or not mind or not math.isfinite(sum(viewer.standing()[0])):
+        return Verdict('never', 'saves.no.nobody')
+    if body.dead:
+        return Verdict('never', 'saves.no.dead')
+    if body.opening or level.getManager('graphics2').dissolveAmount > FAINT:
+        return Verdict('later', 'saves.later.scene')
+    if not mind.useInput and not _isReading(player):
+        return Verdict('later', 'saves.later.scene')
+    if body.surefooted and not body.isOnGround():
+        return Verdict('later', 'saves.later.falling')
+    return NOW
+
+
+def _isReading(player: kaVel.Entity) -> bool:
+    from objects.Hands import handsOf
+    hands = handsOf(player)
+    return bool(hands and hands.isReading())
+
+
+def isHunted(level: kaVel.Coordinator) -> bool:
+    return any(isHunting() for isHunting in _hunters.get(level, []))
+
+
+def placeToStand(level: kaVel.Coordinator, isAwkward: bool = False) -> standing.Standing | None:
+    """Where the player is to stand when the save is loaded."""
+    safe = _shelters.get(level)
+    if safe and (isAwkward or isHunted(level) or _isBelowSomething(level)):
+        return safe()
+    return standing.of(level)
+
+
+def placeName(level: kaVel.Coordinator) -> str:
+    """The key of the name of where the player is; that of the level where nobody names places."""
+    name = _places.get(level)
+    return name() if name else 'level.' + level.levelName
+
+
+def _isBelowSomething(level: kaVel.Coordinator) -> bool:
+    """Whether one who crouches has something above him."""
+    player, where = level.getChild('Player'), standing.of(level)
+    hasMap = any(child._getType().isSubclassOf(kaVel.Reflection.MapRootEntity) for child in level.children)
+    if not where or not hasMap or not player.getComponent('player').isCrouched():
+        return False
+    x, y, z = where[0]
+    map = level.findMap(kaVel.Vec4(x, y, z, 1))
+    return any(not kaVel.Reflection.isLineFree(map, kaVel.Vec4(x + right, y + KNEES, z + ahead, 1),
+                                               kaVel.Vec4(x + right, y + HEAD, z + ahead, 1))
+               for right, ahead in ((0, 0), (-HALF, -HALF), (HALF, -HALF), (-HALF, HALF), (HALF, HALF)))

@@ -129,6 +129,9 @@ dump = _file('KAVEL_DUMP')
 #: File that the cost of each frame is written to; empty for none.
 meter = _file('KAVEL_METER')
 
+#: Folder of the saves; empty for the user's own, which headless runs leave alone.
+saves = _file('KAVEL_SAVES')
+
 #: Course that plays the level in place of a player, a module of `courses`; empty for none.
 course = _text('KAVEL_COURSE')
 

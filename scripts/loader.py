@@ -17,6 +17,7 @@ import headless
 import kaVel
 import levelScripts
 import playersWindow
+import saves
 import standing
 import troubleScreen
 from perLevel import PerLevel
@@ -42,16 +43,20 @@ def loadLevel(levelName: str) -> kaVel.Coordinator:
     """
     files = levelScripts.stamp()
     left = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
+    if levelName != LOADING_SCREEN:
+        saves.depart(left)
     try:
         with levelScripts.readAnew(_scriptToRead(levelName)):
             coordinator = _build(levelName, _fillerOf(levelName))
     except (Exception, SystemExit) as error:
         if _isLost():
             raise
+        saves.giveUp()
         return _screenFor(levelName, error, files, left)
     if levelName != LOADING_SCREEN:
         _visited[:] = [name for name in _visited if name != levelName] + [levelName]
         standing.arrive(coordinator)
+        saves.arrive(coordinator)
     return coordinator
 
 
@@ -87,6 +92,8 @@ def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.C
     kaVel.addComponent(office, 'postOffice', 'BranchPostOffice')
     _levelsBeingBuilt += 1
     try:
+        if levelName != LOADING_SCREEN:
+            saves.prepare(coordinator)
         developerKeys.listen(coordinator)
         fill(coordinator)
         if levelName != LOADING_SCREEN:
@@ -108,6 +115,11 @@ def _giveConsole(coordinator: kaVel.Coordinator):
         Session(Console(coordinator, 'Console')).furnish()
     except Exception:
         kaVel.log('The level %r has no console:\n%s' % (coordinator.levelName, traceback.format_exc()))
+
+
+def isBuilding():
+    """Whether a level is being built."""
+    return _levelsBeingBuilt > 0
 
 
 def _isLost():

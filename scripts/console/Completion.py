@@ -129,6 +129,12 @@ def _levels() -> list[str]:
     return loader.levelNames()
 
 
+def _saves() -> list[str]:
+    import saves
+    entries = saves.listed()
+    return sorted({each.slot for each in entries}) + [each.name for each in entries]
+
+
 def _modules() -> list[str]:
     import sys
 
@@ -147,6 +153,7 @@ KINDS: dict[str, Callable[[Session, str, list[str]], Iterable[Choice]]] = {
     'pattern': _patterns,
     'level': _words(_levels),
     'module': _words(_modules),
+    'save': _words(_saves),
     'key': _words(lambda: bindings.KEYS),
     'importance': _words(lambda: ('error', 'warning', 'information', 'debug')),
     'gift': _words(lambda: ('life', 'sanity')),

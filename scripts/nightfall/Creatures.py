@@ -19,9 +19,8 @@ FITTINGS: tuple[tuple[Triple, float, str, float], ...] = (
     ((20.2, UP, 3.6), 250, 'begging', 1.6), ((18.6, UP, 2.25), 20, 'shrouded', 1.2),
     ((20.2, UP, 4.8), 250, 'pointing', 1.0))
 
-#: The Guest's way, up and down the passage; he begins where nobody in the linen room could see him.
+#: The Guest's way, up and down the passage; he begins at an end of it where nobody in the linen room could see him.
 ROUND: tuple[Triple, ...] = ((15.15, UP, 2.7), (15.15, UP, 7.5), (15.15, UP, 12.9), (15.15, UP, 7.5))
-BEGINS = ROUND[0]
 
 
 class Creatures:
@@ -46,8 +45,13 @@ class Creatures:
     def bringGuest(self):
         """Has the Guest begin his round, where nobody looks."""
         if not self.guest:
-            self.guest = place.Guest(self.map, 'guest', points=ROUND, at=BEGINS, speed=0.85)
+            self.guest = place.Guest(self.map, 'guest', points=ROUND, at=self.farEnd(), speed=0.85)
             kaVel.finishLoad(self.guest)
+
+    def farEnd(self) -> Triple:
+        """The end of the Guest's way that is farther from the player."""
+        x, _, z = place.visitorOf(self.level).standing()[0]
+        return max((ROUND[0], ROUND[2]), key=lambda end: math.hypot(end[0] - x, end[2] - z))
 
     def guestHasPassed(self, z: float) -> bool:
         """Whether the Guest has gone by somebody in the passage, to the north."""
@@ -63,7 +67,8 @@ class Creatures:
         """Sends everyone home who hunts."""
         sendHome(self.damp)
         if self.guest:
-            self.guest.getComponent('transform').position = kaVel.Vec4(BEGINS[0], BEGINS[1] + 0.25, BEGINS[2], 1)
+            x, y, z = self.farEnd()
+            self.guest.getComponent('transform').position = kaVel.Vec4(x, y + 0.25, z, 1)
             self.guest.getComponent('perception').forget()
 
     def dampIsNear(self, at: Triple, metres: float) -> bool:

@@ -16,6 +16,7 @@ from objects.Placing import addVolume, placed
 RIDE = 16.0  # seconds that the lift takes to come
 GATE_Z, GATE_X = 20.2, 5.74
 CHUTE_X, CHUTE_Z = 7.6, 22.26
+UPWARDS = kaVel.Vec4(CHUTE_X, 1.9, CHUTE_Z - 0.1, 1)  # where its flap is when it is open
 
 
 class Lift:
@@ -23,7 +24,7 @@ class Lift:
 
     def __init__(self, map: MapRootEntity, rooms: dict[str, Entity], board: Callable[[], object],
                  called: Callable[[], object]):
-        self.called, self.isCalled = called, False
+        self.called, self.isCalled, self.isHere = called, False, False
         room = rooms['service']
         self.gate = _gate(map)
         box = place.SwitchBox(room, 'liftBox', at=(5.8, 1.3, 21.3), turn=EAST)
@@ -54,14 +55,27 @@ class Lift:
     def arrive(self):
         self.voice.stopSoundEffect('Lift')
         self.voice.playSoundEffect('LiftStop')
-        self.light.diffuseColor = kaVel.Vec4(*(0.4 * part for part in place.LAMPLIGHT), 0)
+        self.shine()
         Sequences.play(self.gate, 1.5, self.open)
 
+    def shine(self):
+        self.light.diffuseColor = kaVel.Vec4(*(0.4 * part for part in place.LAMPLIGHT), 0)
+
+    def stand(self):
+        """Has it be here, with its gate open, as it was left."""
+        self.isCalled = self.isHere = True
+        self.lever.orientation = place.turned(EAST, 38)
+        self.shine()
+        self.gate.getComponent('transform').position = self.aside()
+
+    def aside(self):
+        """Where the gate is when it stands open."""
+        return kaVel.Vec4(GATE_X, 1.08, GATE_Z + 1.15, 1)
+
     def open(self):
+        self.isHere = True
         self.voice.playSoundEffect('DoorSlide')
-        transform = self.gate.getComponent('transform')
-        aside = transform.position + kaVel.Vec4(0, 0, 1.15, 0)
-        kaVel.interpolate(transform, 'position', aside, 1.6)
+        kaVel.interpolate(self.gate.getComponent('transform'), 'position', self.aside(), 1.6)
         Sequences.play(self.gate, 1.6, lambda: self.voice.stopSoundEffect('DoorSlide'))
 
 
@@ -100,6 +114,10 @@ class Chute:
             return
         self.isOpen = True
         self.voice.playSoundEffect('DoorLatch')
-        transform = self.flap.getComponent('transform')
-        kaVel.interpolate(transform, 'position', kaVel.Vec4(CHUTE_X, 1.9, CHUTE_Z - 0.1, 1), 1.4)
+        kaVel.interpolate(self.flap.getComponent('transform'), 'position', UPWARDS, 1.4)
         self.opened()
+
+    def stand(self):
+        """Has its flap be up, as it was left."""
+        self.isOpen = True
+        self.flap.getComponent('transform').position = UPWARDS

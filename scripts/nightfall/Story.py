@@ -15,6 +15,8 @@ from objects import Sequences, Tutorials
 from objects.Hands import handsOf
 from objects.Placing import Triple, onFrame, placed
 from objects.Sequences import Until
+from saves import Moments
+from saves.Kept import keepPart
 
 if TYPE_CHECKING:
     from levels.Nightfall import Night
@@ -36,7 +38,7 @@ class Story:
         self.voice = place.sounds(placed(self.map, 'storyVoice', at=CLOCK), 'ClockWarn', 'ClockStrike')
         self.pipes = place.sounds(placed(self.map, 'storyPipes', at=PIPES[0]), 'PipeGroan')
         self.pockets = place.pocketsOf(self.level)
-        self.chased = False
+        self.chased = self.chaseIsOver = self.lampIsTaken = self.guestHasGone = False
         self.frame = 0
         self.safePlaces()
         self.waking()
@@ -48,6 +50,26 @@ class Story:
         self.safety.onReturn(self.again)
         onFrame(placed(self.map, 'story'), self.watch)
         Sequences.play(self.level, self.layGrid)
+        keepPart(self.level, 'nightfall', self.told, self.become)
+        Moments.namePlaces(self.level, lambda: 'nightfall.room.' + self.room())
+        Moments.hunts(self.level, lambda: self.chased and not self.chaseIsOver)
+
+    def told(self) -> dict[str, bool]:
+        """What has happened of all this."""
+        return {'lampIsTaken': self.lampIsTaken, 'guestHasGone': self.guestHasGone, 'chaseIsOver': self.chaseIsOver,
+                'liftIsHere': self.lift.isHere, 'chuteIsOpen': self.chute.isOpen}
+
+    def become(self, told: dict[str, bool]):
+        """Leaves out what has happened; a chase that had begun is still to come, and nobody hunts."""
+        self.again()
+        self.lampIsTaken, self.guestHasGone = told['lampIsTaken'], told['guestHasGone']
+        if told['chaseIsOver']:
+            self.chased = self.chaseIsOver = True
+            self.stillHouse()
+        if told['liftIsHere']:
+            self.lift.stand()
+        if told['chuteIsOpen']:
+            self.chute.stand()
 
     def layGrid(self):
         """Those who walk by themselves do so on the guest floor: its walls are what the map's grid is to know of."""
@@ -119,6 +141,9 @@ class Story:
 
         def taken():
             glow.diffuseColor = glow.specularColor = kaVel.Vec4(0, 0, 0, 0)
+            if self.lampIsTaken:
+                return  # before the game was saved
+            self.lampIsTaken = True
             self.music.sting('StingDiscovery')
             self.teach(Words.LIGHT, lambda: not self.mind.isFlashlightOn(), after=14)
 
@@ -142,11 +167,17 @@ class Story:
 
     def guestBegins(self):
         """He comes along the passage when the key is taken, and goes for good once nobody could see it."""
+        if self.guestHasGone:
+            return
         creatures = self.night.creatures
         Sequences.play(self.level, 1.5, creatures.bringGuest, lambda: self.music.sting('StingDread'),
                        lambda: self.music.play('Tension', 0.3),
                        Until(lambda: self.room() in ('landing', 'hall') and not self.isOpen('landingDoor')
-                             or self.room() == 'hall'), creatures.dismissGuest, lambda: self.music.play(''))
+                             or self.room() == 'hall'), self.guestGoes, lambda: self.music.play(''))
+
+    def guestGoes(self):
+        self.guestHasGone = True
+        self.night.creatures.dismissGuest()
 
     # The landing, the stairs and the chase
 
@@ -172,7 +203,7 @@ class Story:
         """It has heard the stairs; what it comes out of is behind the player."""
         if self.chased:
             return
-        self.chased = True
+        self.chased, self.chaseIsOver = True, False
         self.stillHouse()
         feet = self.player.getComponent('transform').position
         Sequences.play(self.level, lambda: self.pipes.playSoundEffect('PipeGroan'), 0.7, self.openBath,
@@ -199,6 +230,7 @@ class Story:
         """The bolt falls, and after it nothing happens for a while but the house."""
         if not self.chased:
             return
+        self.chaseIsOver = True
         self.leaves['serviceDoor'].getComponent('physics').locked = True
         place.sounds(self.leaves['serviceDoor'], 'DoorLatch').playSoundEffect('DoorLatch')
         self.music.play('')

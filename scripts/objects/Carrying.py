@@ -23,6 +23,7 @@ from objects.Models import mapsOf
 from objects.Placing import Triple, addVolume, cube, layerFor, placed, turned
 from objects.Pockets import Pockets, pocketsOf, taken
 from objects.Sounds import BODIES, heardAs, sounds
+from saves.Kept import keep
 
 HOLD = (0.13, -0.12, 0.52)  # where near side and top of a carried thing are, of the eyes: right, up, ahead; metres
 NEAREST = 0.34              # metres from the eyes over the floor to the near side of what is carried
@@ -208,6 +209,7 @@ class Thing:
     def _break(self):
         if self.whenBroken:
             self.whenBroken(self.entity, self.place())
+            kaVel.persist(self.entity, 'murder')
         self.entity.murder()
 
 
@@ -263,6 +265,7 @@ def _carriable(entity: kaVel.Entity, thing: Thing):
 
     thing.volume.setInteractFunc(take)
     marked(entity, 'hold')
+    keep(thing.transform, 'position', 'orientation')
 
 
 @kaVel.pattern

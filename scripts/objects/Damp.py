@@ -23,6 +23,7 @@ from objects.Prey import Prey
 from objects.Prints import Prints
 from objects.Sounds import sounds
 from perLevel import PerLevel
+from saves.Moments import hunts
 
 GIRTH = 0.5     # metres: diameter of the ball that it goes on
 HEIGHT = 0.25   # metres: of the ball's middle
@@ -76,6 +77,7 @@ def Damp(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 0), te
     driver = _Damp(damp, voice, at, pipes)
     onFrame(damp, driver.doFrame)
     level = damp.getAncestorOfType(kaVel.Reflection.Coordinator)
+    hunts(level, lambda: bool(damp) and driver.senses.knows)
     _damps[level] = [*dampsIn(level), damp]
     return damp
 

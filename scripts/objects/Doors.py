@@ -17,6 +17,7 @@ from objects.Marks import marked
 from objects.Models import mapsOf
 from objects.Placing import Triple, addVolume, layerFor, placed, turned
 from objects.Sounds import SHUT, LeafVoice, sounds
+from saves.Kept import keep
 
 LEAF = (1.12, 2.16, 0.07)          # of the model ironDoor, metres
 SLIDING_LEAF = (1.70, 2.40, 0.08)  # of the model slidingDoor
@@ -130,6 +131,7 @@ def _leaf(leaf: kaVel.Entity, size: Triple, className: Literal['DoorPhysics', 'S
         lock = _lockOf(leaf, door, key)
         volume.setInteractFunc(lambda player: lock.holds() or door.interact(player))
     marked(leaf, lambda: 'locked' if door.locked else 'use')
+    keep(door, 'locked')
     return door
 
 

@@ -23,6 +23,7 @@ from objects.Placing import Triple, addVolume, placed
 from objects.Prey import Prey
 from objects.Sounds import sounds
 from perLevel import PerLevel
+from saves.Kept import keepPart
 
 SIZE = (0.44, 1.74, 0.44)  # metres
 NECK = 1.50                # height of the peg that the head turns on, metres
@@ -34,6 +35,9 @@ PATIENCE, PAUSE = 0.9, (1.3, 3.6)
 NEAREST, GRASP, NOTICE = 0.86, 1.05, 13.0
 #: Life, and percent of the mind, that it costs to be laid hold of, and the seconds that they take to do it.
 BLOW, FRIGHT, WINDUP = 24.0, 14.0, 1.5
+
+#: Metres from the player within which none stands when a save is loaded.
+CLEAR = 3.0
 
 _companies: PerLevel[_Company] = PerLevel()
 
@@ -245,6 +249,19 @@ class _Company:
         # After perception has taken over what the picture before showed, and before anything moves.
         company = kaVel.make('Entity', parent=self.map, name='company of fittings')
         kaVel.addComponent(company, 'dummy', 'ScriptComponent', frameCallback=self.doFrame)
+        keepPart(figure, 'fittings', self.told, self.become)
+
+    def told(self) -> dict[str, list[float]]:
+        """Where each stands."""
+        places = {member.figure.name: member.transform.position for member in self.members if member.figure}
+        return {name: [at.x, at.y, at.z] for name, at in places.items()}
+
+    def become(self, told: dict[str, list[float]]):
+        """Has them stand where they have stood; those at home that would stand beside the player."""
+        for member in self.members:
+            at = kaVel.Vec4(*told.get(member.figure.name, ()), 1) if member.figure.name in told else member.home
+            if self.prey.distance(at) > CLEAR and _apart(at, member.home) <= member.roams:
+                member.transform.position = at
 
     def doFrame(self):
         self.members = [member for member in self.members if member.figure]

@@ -23,6 +23,7 @@ from objects.Placing import Triple, addVolume, onFrame, placed
 from objects.Prey import Prey
 from objects.Prints import Prints
 from objects.Sounds import sounds
+from saves.Moments import hunts
 
 HEIGHT = 0.25     # metres: of the ball's middle that he goes on
 TOUCH = 0.85      # metres from his middle to the player's
@@ -59,6 +60,7 @@ def Guest(parent: kaVel.MapRootEntity, name: str = '', points: Sequence[Triple] 
     driver = _Guest(guest, senses, dummy, _part(guest, 'coat', start, _coat))
     onFrame(guest, driver.doFrame)
     dummy.stepFunc = driver.leavePrint
+    hunts(parent, lambda: bool(guest) and driver.senses.knows)
     return guest
 
 

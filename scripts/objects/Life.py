@@ -13,6 +13,7 @@ from typing import Callable
 import kaVel
 from objects.Placing import LevelClock, onFrame
 from perLevel import PerLevel
+from saves.Kept import keepPart
 
 WHOLE = 100.0
 #: Life comes back by itself up to this, that much a second, once nothing has hurt for so many seconds.
@@ -36,6 +37,7 @@ class Life:
         self._clock = LevelClock(entity)
         self._hurtAt, self._criedAt = -math.inf, -math.inf
         onFrame(entity, self._recover)
+        keepPart(coordinator, 'life', lambda: self.value, self._become, travels=True)
 
     def hurt(self, amount: float, cause: str):
         """Takes so much life; `cause` says in words what did it, as a sentence about the player begins."""
@@ -57,6 +59,9 @@ class Life:
         """Makes the player whole, as after a death."""
         self.value, self.cause, self.isDead = WHOLE, '', False
         self._hurtAt = -math.inf
+
+    def _become(self, value: float):
+        self.value = min(max(float(value), 1.0), WHOLE)
 
     def _cry(self):
         player = self.coordinator.getChild('Player')

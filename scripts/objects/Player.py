@@ -9,6 +9,7 @@ reticle opens over, F switches the flashlight, R changes its battery. F7 leaves 
 """
 
 import math
+from typing import Any
 
 import kaVel
 import settings
@@ -25,6 +26,8 @@ from objects.Pockets import pockets
 from objects.Sounds import STEPS as FLOOR_SOUNDS
 from objects.Sounds import sounds
 from objects.Visitor import Visitor
+from saves.Game import attend
+from saves.Kept import keepPart
 
 SIZE = (0.5, 1.75, 0.5)  # metres
 EYE = 1.62               # above the feet, metres
@@ -78,7 +81,29 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
     nerves(player)
     pockets(player)
     hands(player, throwBolt)
+    attend(player)
+    keepPart(player, 'player', lambda: _told(component), lambda told: _become(component, told), travels=True)
     return player
+
+
+def _told(mind: kaVel.PlayerComponent) -> dict[str, Any]:
+    """What a player is besides where he stands and what his pockets hold."""
+    return {'sanity': mind.sanity, 'audioSanity': mind.audioSanity, 'fatigue': mind.fatigue,
+            'hasFlashlight': mind.getHasFlashlight(), 'flashlightOn': mind.isFlashlightOn(),
+            'batteries': mind.batteries, 'batteryLeft': mind.currBatteryTimeLeft}
+
+
+def _become(mind: kaVel.PlayerComponent, told: dict[str, Any]):
+    """Makes a player what one has been."""
+    kaVel.configure(mind, sanity=told['sanity'], audioSanity=told['audioSanity'], fatigue=told['fatigue'])
+    if told['hasFlashlight'] and not mind.getHasFlashlight():
+        player: Any = mind.parent
+        at = player.getComponent('transform').position
+        torch = Flashlight(player, 'torch', at=(at.x, at.y, at.z))
+        kaVel.finishLoad(torch)
+        mind.pickupFlashlight(torch.getComponent('physics'))
+    mind.setFlashlightOn(told['flashlightOn'])
+    kaVel.configure(mind, batteries=told['batteries'], currBatteryTimeLeft=told['batteryLeft'])
 
 
 @kaVel.pattern
@@ -121,7 +146,7 @@ def _cell() -> kaVel.MeshBuilder:
 
 
 @kaVel.pattern
-def Flashlight(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
+def Flashlight(parent: kaVel.Entity, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0):
     """A flashlight that lies at `at`, burning, until the player takes it."""
     torch = placed(parent, name or 'flashlight', at=at, turn=turn)
     volume = addVolume(torch, (0.2, 0.2, 0.2), 'BV_NONE')

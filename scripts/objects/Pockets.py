@@ -4,9 +4,9 @@
     if pockets.has('cellarKey'):
         ...
 
-Everything in them is an entity below the player's child 'pockets', named as what it is, so that the tree shows it. What
-is put in as things of a map are taken comes back when that map is loaded again: the taking itself is repeated, see
-`taken`.
+Everything in them is an entity below the player's child 'pockets', named as what it is, so that the tree shows it. They
+go with the player from level to level, and into saves. The taking itself is repeated when the thing's map is loaded
+again, see `taken`.
 """
 
 from __future__ import annotations
@@ -17,6 +17,7 @@ import kaVel
 from objects.Notice import Notice
 from objects.Sounds import sounds
 from perLevel import PerLevel
+from saves.Kept import keepPart
 
 TELLS = 2.0  # seconds that a line stays before it fades
 
@@ -38,6 +39,23 @@ class Pockets:
         self.pages: dict[str, Page] = {}
         self.entity: kaVel.Entity | None = None
         self.notice: Notice | None = None
+        keepPart(level, 'pockets', self.told, self.become, travels=True)
+
+    def told(self) -> dict[str, Any]:
+        """What there is, for `become`."""
+        return {'things': self.things, 'labels': self.labels,
+                'pages': {name: list(page) for name, page in self.pages.items()}}
+
+    def become(self, told: dict[str, Any]):
+        """Has in them what other ones have told, and nothing else."""
+        for name in self.names():
+            while self.take(name):
+                pass
+        for name, count in told['things'].items():
+            for _ in range(int(count)):
+                self.add(name)
+        self.labels = dict(told['labels'])
+        self.pages = {name: Page(*page) for name, page in told['pages'].items()}
 
     def has(self, name: str) -> bool:
         return name in self.things

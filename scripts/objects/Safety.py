@@ -9,9 +9,10 @@ Who dies is told why and stands again where he was last safe; what he opened and
 
 from __future__ import annotations
 
-from typing import Callable, Sequence
+from typing import Any, Callable, Sequence
 
 import kaVel
+import saves
 from objects import Sequences
 from objects.Drawn import Text
 from objects.Hands import handsOf
@@ -22,6 +23,8 @@ from objects.Placing import Triple
 from objects.Sequences import Until
 from objects.Triggers import Trigger
 from objects.Visitor import visitorOf
+from saves import Moments
+from saves.Kept import keepPart
 
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
@@ -44,14 +47,27 @@ class Safety:
         self.isOver = False
         self._returns: list[Callable[[], object]] = []
         lifeOf(level).onDeath(self.die)
+        keepPart(level, 'safety', lambda: [list(self.stand[0]), self.stand[1], self.deaths], self._become)
+        Moments.shelter(level, lambda: (self.stand[0], self.stand[1], 0.0))
+
+    def _become(self, told: list[Any]):
+        (x, y, z), turn, self.deaths = told
+        self.stand = (x, y, z), turn
 
     def place(self, map: kaVel.MapRootEntity, name: str, at: Triple, size: tuple[float, float] = (1.5, 1.5),
               turn: float = 0.0, stand: Triple | None = None):
-        """An area that the player comes back to once he has been there; he stands on `stand`, or on its middle."""
-        def reach():
+        """An area that the player comes back to once he has been there; he stands on `stand`, or on its middle.
+
+        The game is saved when he is there for the first time.
+        """
+        def arrive():
             self.stand = stand or at, turn
 
-        return Trigger(map, name, at=at, size=size, enter=reach, again=reach)
+        def reach():
+            arrive()
+            saves.atSafePlace()
+
+        return Trigger(map, name, at=at, size=size, enter=reach, again=arrive)
 
     def onReturn(self, function: Callable[[], object]):
         """Has a function called each time the player comes back, before he sees anything."""
@@ -63,6 +79,7 @@ class Safety:
             return
         self.isOver = True
         self.deaths += 1
+        Moments.forbid(self.level, 'saves.no.dead')
         told = cause[:1].upper() + cause[1:].rstrip('.') + '.' if cause else ''
         hands = handsOf(self.player)
         if hands:
@@ -89,12 +106,14 @@ class Safety:
         self.body.opening = True
         self.mind.useInput = True
         self.isOver = False
+        Moments.allow(self.level)
 
     def end(self, lines: Sequence[str], again: str):
         """Ends the level well: the picture goes, some sentences come one after another, and how to begin again."""
         if self.isOver:
             return
         self.isOver = True
+        Moments.forbid(self.level, 'saves.no.over')
         self.mind.useInput = False
         kaVel.log('The level is won: %s' % lines[0])
         self.music.play('EndMusic')
@@ -109,8 +128,7 @@ class Safety:
     def offerAnother(self):
         """From now on the key for it begins a new game in this level."""
         def begin():
-            kaVel.forgetPersistentState()
-            kaVel.getSystem('GameLoopSystem').queueLoadLevel(self.level.levelName)
+            saves.begin(self.level.levelName)
 
         kaVel.onKey(self.level, 'use', begin)
 

@@ -13,6 +13,7 @@ from objects.Drawn import Text
 from objects.Placing import LevelClock
 from objects.Sequences import levelOf
 from perLevel import PerLevel
+from saves.Kept import keepPart
 
 COLOR = (0.86, 0.80, 0.66)
 STAYS, FADES = 6.0, 0.8  # seconds; one that is learnt meanwhile goes at once
@@ -37,7 +38,17 @@ class _Board:
         self.shown: _Lesson | None = None
         self.until = self.alpha = 0.0
         kaVel.addComponent(line, 'tutorial', 'ScriptComponent', frameCallback=self.doFrame)
+        keepPart(level, 'lessons', self.done, self.leaveOut, travels=True)
         kaVel.finishLoad(line)
+
+    def done(self) -> list[str]:
+        """The lines that were shown, or learnt without them."""
+        return sorted(self.told - {lesson.line for lesson in self.lessons})
+
+    def leaveOut(self, lines: list[str]):
+        """Takes lines for shown."""
+        self.told.update(lines)
+        self.lessons = [lesson for lesson in self.lessons if lesson.line not in lines]
 
     def add(self, lesson: _Lesson):
         if lesson.line not in self.told:

@@ -137,14 +137,13 @@ def travelFrom(level: Any):
         component.setNote(TRAVELS, json.dumps(Kept.tellParts(level, onlyTravelling=True)))
 
 
-def travelTo(level: kaVel.Coordinator):
-    """Gives a level that has just been built what the player brings along."""
-    if level not in _clocks:
-        return
+def travelTo(level: kaVel.Coordinator) -> bool:
+    """Gives a level that has just been built what the player brings along; whether the game before it goes on."""
     note = stateOf(level).getNote(TRAVELS)
-    _markAsGoingOn(level)
-    if note:
-        Kept.takeParts(level, json.loads(note), onlyTravelling=True)
+    if level in _clocks:
+        _markAsGoingOn(level)
+        Kept.takeParts(level, json.loads(note or '{}'), onlyTravelling=True)
+    return bool(note)
 
 
 def _markAsGoingOn(level: kaVel.Coordinator):

@@ -168,6 +168,9 @@ def load(name: str) -> Outcome:
         return Outcome(False, entry.fault, before=entry.before)
     if _isBuilding():
         return Outcome(False, words.text('saves.no.loading'))
+    if not _hasLevel(entry.level):
+        return Outcome(False, words.text('saves.fault', name=entry.name,
+                                         cause=words.text('saves.fault.level', where=entry.level)))
     _wanted = _read(entry.name)
     _wanted['slot'] = entry.slot
     kaVel.getSystem('GameLoopSystem').queueLoadLevel(entry.level)
@@ -207,6 +210,11 @@ def find(name: str) -> Entry | None:
     exact = next((each for each in entries if each.name == name), None)
     inSlot = [each for each in entries if each.slot == name]
     return exact or next((each for each in inSlot if not each.fault), inSlot[0] if inSlot else None)
+
+
+def placeOf(entry: Entry) -> str:
+    """What the place of a save is called; its level where that has no names for places."""
+    return words.text(entry.place) if words.has(entry.place) else entry.level
 
 
 def _entry(where: Folder, name: Name) -> Entry:
@@ -264,9 +272,14 @@ def arrive(level: kaVel.Coordinator) -> None:
         _game().arrive(level, wanted)
         _slot, _saved = wanted['slot'], _game().progress(level)
         kaVel.log('The save of %s in slot %s goes on.' % (wanted['made'], _slot))
-    else:
-        if not _game().travelTo(level):
-            _slot, _saved = '', None
+    elif not _game().travelTo(level):
+        _slot, _saved = '', None
+
+
+def giveUp() -> None:
+    """Forgets the save that was being loaded, whose level could not be built."""
+    global _wanted
+    _wanted = None
 
 
 def depart(level: Any) -> None:
@@ -282,6 +295,11 @@ def _level() -> Any:
 def _isBuilding() -> bool:
     import loader
     return loader.isBuilding()
+
+
+def _hasLevel(name: str) -> bool:
+    import loader
+    return loader.hasLevel(name)
 
 
 def _verdict(level: Any) -> Moments.Verdict:

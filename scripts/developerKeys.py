@@ -20,7 +20,7 @@ def listen(coordinator: kaVel.Coordinator):
     """Has a level follow the keys for as long as it lives."""
     for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines),
                              ('reload', functools.partial(standing.reload, coordinator))):
-        kaVel.onKey(coordinator, action, function)
+        kaVel.onKey(coordinator, action, function, inScreens=True)
 
 
 def _switchBars():

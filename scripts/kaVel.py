@@ -244,20 +244,21 @@ def officeOf(handle: Object) -> BranchPostOffice:
     return level.getDescendantByPath('BranchPostOffice/postOffice')
 
 
-def onKey(level: Object, action: str, function: Callable[[], Any]):
+def onKey(level: Object, action: str, function: Callable[[], Any], inScreens: bool = False):
     """Calls a function without arguments whenever a key or button of an action goes down, as long as a level lives.
 
     The level is told by its coordinator or any object in it. The actions and their keys stand in `bindings.ACTIONS`; a
     name that is not there raises KeyError. A function that raises is shown with its traceback and not called again.
+    While a screen is open, which takes all keys for itself, nothing is called unless `inScreens` asks for it.
     """
     office, keys, buttons = officeOf(level), bindings.keysOf(action), bindings.buttonsOf(action)
 
     def keyDown(message: IReflectedThing, key: int):
-        if key in keys:
+        if key in keys and (inScreens or not getSystem('InputSystem').screenTakesInput):
             function()
 
     def buttonDown(message: IReflectedThing, button: int, x: float, y: float):
-        if button in buttons:
+        if button in buttons and (inScreens or not getSystem('InputSystem').screenTakesInput):
             function()
 
     if keys:

@@ -21,6 +21,7 @@ import saves
 import standing
 import troubleScreen
 from perLevel import PerLevel
+from screens import Screens
 
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
 if not GameConfig.headless:
@@ -96,6 +97,7 @@ def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.C
             saves.prepare(coordinator)
         developerKeys.listen(coordinator)
         fill(coordinator)
+        Screens.attend(coordinator)
         if levelName != LOADING_SCREEN:
             _giveConsole(coordinator)
     except BaseException:

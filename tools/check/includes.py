@@ -16,6 +16,7 @@ ROOMS = {
     "platform": ["window", "input", "sound"],
     "rendering": ["device", "frame", "drawn", "debug"],
     "ai": ["nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
+    "ui": ["widgets", "screens"],
     "gameplay": ["player", "light", "mind", "creatures"],
     "tools": ["console", "profiler", "bars", "digest"],
 }

@@ -6,6 +6,7 @@
 #include "physics/volumes/BoundingVolume.h"
 #include "platform/input/EngineMessage.h"
 #include "platform/input/InputMessages.h"
+#include "platform/input/InputSystem.h"
 
 #include "foundation/Logger.h"
 #include "port/win32/VirtualKeys.h"
@@ -37,11 +38,17 @@ PlayerComponent::MovementType movementOf(int key)
     }
 }
 
+/// Whether a screen is before the player, which takes what he presses.
+bool screenTakesInput()
+{
+    return getSystemDeref<InputSystem>().getScreenTakesInput();
+}
+
 } // namespace
 
 void PlayerComponent::handleMouseMessage(const ReflectorPtr &, float x, float y)
 {
-    if (!std::isfinite(mouseMoveX + x) || !std::isfinite(mouseMoveY + y))
+    if (screenTakesInput() || !std::isfinite(mouseMoveX + x) || !std::isfinite(mouseMoveY + y))
         return;
     mouseMoveX += x;
     mouseMoveY += y;
@@ -50,7 +57,7 @@ void PlayerComponent::handleMouseMessage(const ReflectorPtr &, float x, float y)
 void PlayerComponent::handleMouseClick(const ReflectorPtr &, unsigned click, float, float)
 {
     constexpr unsigned buttons = 32;
-    if (click < buttons && (useButtons >> click & 1u))
+    if (click < buttons && !screenTakesInput() && (useButtons >> click & 1u))
         useInteractor();
 }
 
@@ -89,6 +96,8 @@ void PlayerComponent::handleKeyMessage(const ReflectorPtr &messageType, int key)
         return;
     if (messageType == KeyDownMessage)
     {
+        if (screenTakesInput())
+            return;
         heldKeys.set(static_cast<std::size_t>(key));
         handleKeyDown(meaning);
     }

@@ -2,6 +2,7 @@
 #include "gameplay/player/PlayerComponent.h"
 
 #include "platform/input/InputMessages.h"
+#include "platform/input/InputSystem.h"
 
 #include "port/xinput/XInput.h"
 
@@ -31,7 +32,7 @@ Vec4 answered(float x, float y, float deadZone, float curve)
 
 void PlayerComponent::handleStickMessage(const ReflectorPtr &messageType, float x, float y, unsigned pad)
 {
-    if (pad != 0)
+    if (pad != 0 || getSystemDeref<InputSystem>().getScreenTakesInput())
         return;
     if (messageType == LeftJoyPos)
         walkStick = answered(x, y, XINPUT_GAMEPAD_LEFT_THUMB_DEADZONE / REACH, 0.f);

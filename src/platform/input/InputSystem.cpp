@@ -303,6 +303,15 @@ void InputSystem::setNoOp(bool drop)
         releaseWhatWasLetGo();
 }
 
+void InputSystem::setScreenTakesInput(bool val)
+{
+    if (screenTakesInput == val)
+        return;
+    screenTakesInput = val;
+    if (val)
+        letGo();
+}
+
 void InputSystem::releaseWhatWasLetGo()
 {
     for (unsigned key = 0; key < heldKeys.size(); ++key)

@@ -70,6 +70,11 @@ public:
     ///
     /// What is released during that time is released for the game when it ends.
     void setNoOp(bool drop);
+    /// Says whether a screen is before the player, who takes no input then: whoever plays asks for it.
+    ///
+    /// Messages are sent as ever, since screens live by them. What is down when it begins is let go.
+    void setScreenTakesInput(bool val);
+    bool getScreenTakesInput() const { return screenTakesInput; }
     /// Plays a recording back from the next frame on in the place of all devices, up to its end; see InputReplay. An
     /// empty name stops it.
     void setReplayFile(const String &file);
@@ -108,6 +113,7 @@ private:
     BYTE keyState[KEYS] = {};      ///< 1: down, as the game was told
     BYTE mouseState[BUTTONS] = {}; ///< 1: down, as the game was told
     bool noOp = false;
+    bool screenTakesInput = false;
     bool cursorWasHeld = false; ///< when noOp was set
     InputDevices inDev;
 

@@ -286,6 +286,13 @@ void WindowSystem2::setCursorMode(CursorMode val)
     showCursor(true);
 }
 
+void WindowSystem2::setPointerShown(bool val)
+{
+    pointerShown = val;
+    if (currentCursorMode == CURSOR_ABSOLUTE && hWnd)
+        showCursor(val);
+}
+
 void WindowSystem2::showCursor(bool show)
 {
     if (show == cursorShown)

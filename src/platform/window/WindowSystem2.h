@@ -59,6 +59,10 @@ public:
     /// Holds the cursor at the window's centre, or puts it back where it was and lets it go.
     void setCursorMode(CursorMode val);
 
+    bool getPointerShown() const { return pointerShown; }
+    /// Whether the cursor is seen while it is free; at first it is not.
+    void setPointerShown(bool val);
+
     /// The coordinate in the target systems for the window as it is now; see WindowCoordinate::convert.
     WindowCoordinate convertWindowCoordinate(const WindowCoordinate &in, WindowCoordinateSystem xTarget,
                                              WindowCoordinateSystem yTarget) const;
@@ -120,6 +124,7 @@ private:
     int windowedWidth = 0;  ///< pixels; 0: the mode's
     int windowedHeight = 0; ///< pixels; 0: the mode's
     bool cursorShown = true;
+    bool pointerShown = false;          ///< wanted while the cursor is free
     bool centreReported = false;        ///< the cursor could not be held lately, and the log says so
     bool placeReported = false;         ///< the window's place could not be had lately, and the log says so
     std::function<void()> sizeListener; ///< may be empty

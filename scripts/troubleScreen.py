@@ -11,6 +11,7 @@ import bindings
 import kaVel
 import levelScripts
 import standing
+import words
 from perLevel import PerLevel
 
 #: Frames between two looks at the scripts' files.
@@ -49,9 +50,10 @@ def build(coordinator: kaVel.Coordinator, trouble: Trouble):
 
     _troubles[coordinator] = trouble
     text = functools.partial(place.Text, coordinator, wrapWidth=0.86)
-    text('title', text="The level '%s' cannot be loaded." % trouble.levelName, at=(0.07, 0.88), size=0.030, color=PAPER)
+    text('title', text=words.text('trouble.title', level=trouble.levelName), at=(0.07, 0.88), size=0.030, color=PAPER)
     if trouble.place:
-        text('place', text='%s, line %d' % trouble.place, at=(0.07, 0.77), color=CANDLE)
+        text('place', text=words.text('trouble.place', file=trouble.place[0], line=trouble.place[1]), at=(0.07, 0.77),
+             color=CANDLE)
         text('line', text=trouble.line, at=(0.10, 0.71), color=FADED)
     text('message', text=trouble.message, at=(0.07, 0.61), color=PAPER)
     text('ways', text='\n'.join(_waysOn(trouble)), at=(0.07, 0.07), size=0.018, color=FADED,
@@ -60,11 +62,11 @@ def build(coordinator: kaVel.Coordinator, trouble: Trouble):
 
 
 def _waysOn(trouble: Trouble):
-    keys = {action: bindings.ACTIONS[action][0] for action in ('reload', 'levelBefore', 'quit')}
-    yield '%s: try again, as happens by itself when a script is saved' % keys['reload']
+    keys = {action: words.keyName(bindings.ACTIONS[action][0]) for action in ('reload', 'levelBefore', 'quit')}
+    yield words.text('trouble.again', key=keys['reload'])
     if trouble.before:
-        yield '%s: back to the level %s' % (keys['levelBefore'], trouble.before)
-    yield '%s: leave the game' % keys['quit']
+        yield words.text('trouble.before', key=keys['levelBefore'], level=trouble.before)
+    yield words.text('trouble.quit', key=keys['quit'])
 
 
 def _listen(coordinator: kaVel.Coordinator, trouble: Trouble):

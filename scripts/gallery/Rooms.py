@@ -222,15 +222,16 @@ def mind(room: Room):
 #: Rooms whose doorways have wooden frames and are narrower.
 FRAMED = (doorway, decals, screen, mind)
 
-#: Name, title, builder, and where the visitor's feet stand and how he looks: place, turn, pitch.
+#: Name, whose text stands below "gallery", builder, and where the visitor's feet stand and how he looks: place, turn,
+#: pitch.
 ROOMS = (
-    ('spot', 'A lamp and its shadows', spot, (0.9, 0, -3.7), -10, -1),
-    ('spheres', 'Many small lights', candles, (-0.4, 0, -3.6), 3, 2),
-    ('doorway', 'A bad contact', doorway, (-1.7, 0, -3.4), 19, 7),
-    ('decals', 'What the walls keep', decals, (0.9, 0, -2.6), -8, 7),
-    ('dust', 'Dust', dust, (-2.6, 0, -2.2), 46, 0),
-    ('boxes', 'Of one stuff', boxes, (0.3, 0, -3.5), -1, 7),
-    ('terrain', 'The churchyard', graveyard, (1.2, 0, -3.4), -12, 2),
-    ('screen', 'On the screen', screen, (-0.6, 0, -2.6), 8, 5),
-    ('mind', 'A mind fails', mind, (0.0, 0, -3.4), 1, 3),
+    ('spot', spot, (0.9, 0, -3.7), -10, -1),
+    ('spheres', candles, (-0.4, 0, -3.6), 3, 2),
+    ('doorway', doorway, (-1.7, 0, -3.4), 19, 7),
+    ('decals', decals, (0.9, 0, -2.6), -8, 7),
+    ('dust', dust, (-2.6, 0, -2.2), 46, 0),
+    ('boxes', boxes, (0.3, 0, -3.5), -1, 7),
+    ('terrain', graveyard, (1.2, 0, -3.4), -12, 2),
+    ('screen', screen, (-0.6, 0, -2.6), 8, 5),
+    ('mind', mind, (0.0, 0, -3.4), 1, 3),
 )

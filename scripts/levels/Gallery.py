@@ -7,6 +7,7 @@ from __future__ import annotations
 
 import kaVel
 import objects.GameObjects as place
+import words
 from gallery.Rooms import FRAMED, ROOMS
 from gallery.Shell import MASONRY, PITCH, VILLA, Room, passage, solids
 from gallery.Sight import Sight
@@ -34,12 +35,12 @@ def row(root: MapRootEntity):
     place.PartitioningGrid(root, at=(width / 2 - PITCH / 2, 0, 2), size=(width + 8, 0, 24))
     place.sounding(place.Entity(root, 'air'), 'AmbienceCellar', volume=0.5)
     _guests.clear()
-    for number, (name, _, build, *_) in enumerate(ROOMS, 1):
+    for number, (name, build, *_) in enumerate(ROOMS, 1):
         room = Room(place.Entity(root, name), number, len(ROOMS))
         _guests[number] = build(room)
         if room.hasEastDoor:
             passage(Room(place.Entity(root, 'passage%d' % number), number, len(ROOMS)))
-    narrow = [room[2] in FRAMED for room in ROOMS]
+    narrow = [room[1] in FRAMED for room in ROOMS]
     solids(root, [VILLA if west or east else MASONRY for west, east in zip(narrow, narrow[1:])])
     place.makeSolid(root)
 
@@ -68,7 +69,7 @@ class Tour:
 
     def goTo(self, number: int):
         """Stands the visitor in a room, looking at what it shows."""
-        _, _, _, (x, y, z), turn, pitch = ROOMS[number - 1]
+        _, _, (x, y, z), turn, pitch = ROOMS[number - 1]
         self.visitor.goTo((PITCH * (number - 1) + x, y, z), turn, pitch)
         self.notice(number)
         self.sight.update()
@@ -92,4 +93,4 @@ class Tour:
             if _guests.get(room):
                 getattr(_guests[room], event)()
         self.number = number
-        self.label.getComponent('graphics2').text = '%d   %s' % (number, ROOMS[number - 1][1])
+        self.label.getComponent('graphics2').text = '%d   %s' % (number, words.text('gallery.' + ROOMS[number - 1][0]))

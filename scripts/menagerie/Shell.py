@@ -20,6 +20,7 @@ from __future__ import annotations
 from typing import NamedTuple
 
 import objects.GameObjects as place
+import words
 from kaVel import Entity, MapRootEntity
 
 NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90
@@ -176,8 +177,8 @@ def doors(map: MapRootEntity, pointer: place.Pointer):
     place.DoorRail(map, 'rail', at=(3 - 0.85, 2.445, -2.9), turn=NORTH)
     for name, leaf in leaves.items():
         door = leaf.getComponent('physics')
-        pointer.name(leaf, 'a sliding door' if name == 'galleryDoor' else 'an iron door',
-                     lambda door=door: 'close the door' if door.open else 'open the door')
+        pointer.name(leaf, words.said('workshop.slidingDoor' if name == 'galleryDoor' else 'workshop.ironDoor'),
+                     lambda door=door: words.said('workshop.closeDoor' if door.open else 'workshop.openDoor'))
     return leaves
 
 

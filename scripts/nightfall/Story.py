@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Callable
 
 import kaVel
 import objects.GameObjects as place
-from nightfall import Words
+import words
 from nightfall.Exits import Chute, Lift
 from nightfall.Plan import DOORS, STAIRS_X, UP, roomAt
 from nightfall.Sounds import CLOCK, PIPES
@@ -15,6 +15,7 @@ from objects import Sequences, Tutorials
 from objects.Hands import handsOf
 from objects.Placing import Triple, onFrame, placed
 from objects.Sequences import Until
+from objects.Tutorials import Prompt
 from saves import Moments
 from saves.Kept import keepPart
 
@@ -23,6 +24,11 @@ if TYPE_CHECKING:
 
 #: What of `nightfall.Sounds` ends with the chase.
 FALL_SILENT = ('settling', 'boards', 'knocks', 'groans', 'thuds')
+
+#: Lessons: the ends of their texts' keys, and the actions that they are about.
+LOOK, WALK, USE, LIGHT = ('look', ''), ('walk', 'forward'), ('use', 'use'), ('light', 'flashlight')
+BATTERY, CROUCH, RUN, LEAN = ('battery', 'battery'), ('crouch', 'crouch'), ('run', 'run'), ('lean', 'leanLeft')
+THROW, SHUT = ('throw', 'throw'), ('shut', 'use')
 
 WAKING: tuple[Triple, float] = (1.75, UP, -3.2), 20.0
 
@@ -114,20 +120,23 @@ class Story:
             now = self.player.getComponent('transform').orientation
             return abs(now.r * turned.r + now.i * turned.i + now.j * turned.j + now.k * turned.k) < 0.995
 
-        self.teach(Words.LOOK, hasLooked)
-        self.teach(Words.WALK, lambda: math.dist(self.feet(), start) > 0.6, after=9)
-        self.teach(Words.USE, lambda: mind.getHasFlashlight() or self.isOpen('doorSeven'), after=25,
+        self.teach(LOOK, hasLooked)
+        self.teach(WALK, lambda: math.dist(self.feet(), start) > 0.6, after=9)
+        self.teach(USE, lambda: mind.getHasFlashlight() or self.isOpen('doorSeven'), after=25,
                    needed=lambda: mind.interactor)
-        self.teach(Words.BATTERY, mind.isCharging, after=20,
+        self.teach(BATTERY, mind.isCharging, after=20,
                    needed=lambda: mind.getHasFlashlight() and mind.batteries and mind.currBatteryTimeLeft < 20)
         place.Trigger(self.map, 'lessonCrouch', at=(19.6, UP, 6.6), size=(1.4, 1.6), enter=lambda: self.teach(
-            Words.CROUCH, lambda: mind.isCrouched() or self.room() == 'linen', after=6))
+            CROUCH, lambda: mind.isCrouched() or self.room() == 'linen', after=6))
         place.Trigger(self.map, 'lessonLean', at=(15.15, UP, 11.2), size=(1.7, 1.0), enter=lambda: self.teach(
-            Words.LEAN, lambda: not self.isNear('landingDoor', 6), after=8))
+            LEAN, lambda: not self.isNear('landingDoor', 6), after=8))
 
-    def teach(self, words: tuple[str, str], learnt: Callable[[], object], after: float = 8.0,
+    def teach(self, lesson: tuple[str, str], learnt: Callable[[], object], after: float = 8.0,
               needed: Callable[[], object] = lambda: True):
-        Tutorials.teach(self.level, words[1], words[0], learnt, after, needed)
+        name, action = lesson
+        told = words.said('teach.' + name, left=Prompt('left'), right=Prompt('right'), back=Prompt('back'),
+                          leanRight=Prompt('leanRight'))
+        Tutorials.teach(self.level, told, action, learnt, after, needed)
 
     def isNear(self, door: str, metres: float):
         x, _, z = self.feet()
@@ -145,7 +154,7 @@ class Story:
                 return  # before the game was saved
             self.lampIsTaken = True
             self.music.sting('StingDiscovery')
-            self.teach(Words.LIGHT, lambda: not self.mind.isFlashlightOn(), after=14)
+            self.teach(LIGHT, lambda: not self.mind.isFlashlightOn(), after=14)
 
         Sequences.play(self.level, Until(lambda: self.mind.getHasFlashlight()), taken)
 
@@ -159,7 +168,7 @@ class Story:
             door.locked = False
             kaVel.persist(door, 'setLocked', False)
             latch.playSoundEffect('DoorLatch')
-            self.night.notice.show(Words.BOLT)
+            self.night.notice.show(words.said('nightfall.bolt'))
 
         place.Trigger(self.map, 'linenBolt', at=(16.75, UP, 9.6), size=(0.8, 1.2), enter=drawBolt,
                       again=lambda: kaVel.configure(door, locked=False))
@@ -192,7 +201,7 @@ class Story:
         for _ in range(3):
             steps += [2.3, lambda: clock('ClockStrike')]
         Sequences.play(self.level, *steps)
-        self.teach(Words.THROW, lambda: False, after=5.0, needed=self.carries)
+        self.teach(THROW, lambda: False, after=5.0, needed=self.carries)
 
     def carries(self):
         """Whether the player holds something that he could throw."""
@@ -209,8 +218,8 @@ class Story:
         Sequences.play(self.level, lambda: self.pipes.playSoundEffect('PipeGroan'), 0.7, self.openBath,
                        lambda: self.music.play('Chase'), 0.4, lambda: self.night.creatures.rouse(feet),
                        Until(lambda: not self.chased or self.isShutOut()), self.quiet)
-        self.teach(Words.RUN, self.mind.isSprinting, after=0.8)
-        self.teach(Words.SHUT, self.isShutOut, after=4.0, needed=lambda: self.room() == 'service')
+        self.teach(RUN, self.mind.isSprinting, after=0.8)
+        self.teach(SHUT, self.isShutOut, after=4.0, needed=lambda: self.room() == 'service')
 
     def stillHouse(self):
         """The timber and the pipes keep silent from now on: nothing is louder than the player."""
@@ -251,13 +260,14 @@ class Story:
     # The two ways out
 
     def ways(self):
-        self.lift = Lift(self.map, self.night.rooms, lambda: self.win(Words.BY_LIFT),
-                         lambda: self.night.notice.show(Words.LIFT_COMES))
-        self.chute = Chute(self.map, lambda: self.win(Words.BY_CHUTE),
-                           lambda: self.night.notice.show(Words.CHUTE_STUCK))
+        self.lift = Lift(self.map, self.night.rooms, lambda: self.win('lift'),
+                         lambda: self.night.notice.show(words.said('nightfall.liftComes')))
+        self.chute = Chute(self.map, lambda: self.win('chute'),
+                           lambda: self.night.notice.show(words.said('nightfall.chuteStuck')))
 
-    def win(self, lines: tuple[str, str, str]):
+    def win(self, way: str):
         self.music.play('')
-        if lines is Words.BY_CHUTE:
+        if way == 'chute':
             self.mind.setFlashlightOn(False)
-        self.safety.end(lines, Words.AGAIN % Tutorials.keyOf('use'))
+        lines = [words.said('nightfall.end.%s.%d' % (way, number)) for number in (1, 2, 3)]
+        self.safety.end(lines, words.said('nightfall.end.again', key=Prompt('use')))

@@ -3,18 +3,18 @@
 from __future__ import annotations
 
 import objects.GameObjects as place
+import words
 from kaVel import MapRootEntity
-from nightfall import Words
 from nightfall.Plan import UP, WEST
 
-#: Note -> its place, turn, and what it says.
+#: Note -> its place and turn, and the keys of its texts below "nightfall.note".
 NOTES = {
-    'porterNote': ((4.55, UP + 0.66, -1.55), 20, Words.PORTER),
-    'lodgerNote': ((11.7, UP + 0.66, 5.2), -30, Words.LODGER),
-    'housekeeperNote': ((15.66, UP + 0.66, 12.0), 100, Words.HOUSEKEEPER),
-    'seamstressNote': ((17.0, UP + 0.66, 2.3), 40, Words.SEAMSTRESS),
-    'plumberNote': ((16.7, UP + 0.66, 14.6), 10, Words.PLUMBER),
-    'carrierNote': ((9.8, 0.91, 18.1), 10, Words.CARRIER),
+    'porterNote': ((4.55, UP + 0.66, -1.55), 20, 'porter'),
+    'lodgerNote': ((11.7, UP + 0.66, 5.2), -30, 'lodger'),
+    'housekeeperNote': ((15.66, UP + 0.66, 12.0), 100, 'housekeeper'),
+    'seamstressNote': ((17.0, UP + 0.66, 2.3), 40, 'seamstress'),
+    'plumberNote': ((16.7, UP + 0.66, 14.6), 10, 'plumber'),
+    'carrierNote': ((9.8, 0.91, 18.1), 10, 'carrier'),
 }
 
 
@@ -23,12 +23,14 @@ def build(map: MapRootEntity):
     for number, at in enumerate(((14.4, UP + 0.785, -2.62), (11.8, UP + 0.67, 5.3), (16.45, UP + 0.555, 8.1),
                                  (17.05, UP + 0.67, 14.4))):
         place.SpareBattery(map, 'battery%d' % number, at=at, turn=35 * number)
-    for name, (at, turn, (title, text)) in NOTES.items():
-        place.Note(map, name, at=at, turn=turn, title=title, text=text)
+    for name, (at, turn, writer) in NOTES.items():
+        key = 'nightfall.note.' + writer
+        place.Note(map, name, at=at, turn=turn, title=words.said(key + '.title'), text=words.said(key + '.text'))
     chest = place.Chest(map, 'chest', at=(11.56, UP, -2.4), turn=WEST)
     drawer = chest.getChild('drawer1')
-    place.Key(drawer, 'passageKey', at=place.inDrawer(drawer, 0.08, -0.02), turn=40, label='the key to the passage')
-    place.Key(map, 'stairKey', at=(16.66, UP + 0.54, 8.3), turn=80, label='the stair key')
+    place.Key(drawer, 'passageKey', at=place.inDrawer(drawer, 0.08, -0.02), turn=40,
+              label=words.said('nightfall.passageKey'))
+    place.Key(map, 'stairKey', at=(16.66, UP + 0.54, 8.3), turn=80, label=words.said('nightfall.stairKey'))
     place.LooseBottle(map, 'bottle', at=(17.08, UP + 0.65, 14.62))
     place.LooseBottle(map, 'otherBottle', at=(12.9, UP, 14.5))
     place.Bolt(map, 'bolt', at=(9.1, 0, 18.7))

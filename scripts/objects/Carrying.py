@@ -15,6 +15,7 @@ import math
 from typing import Callable, NamedTuple, Sequence
 
 import kaVel
+import words
 from objects.Bodies import addBody
 from objects.Creatures import shaped
 from objects.Hands import Hands, along, handsOf
@@ -355,12 +356,12 @@ def _lyingBolt(parent: kaVel.Object, name: str, at: Triple, turn: float, isKept:
 
     def told():
         pockets = pocketsOf(bolt)
-        pockets.tell('Iron bolts: %d.' % pockets.count(BOLT))
+        pockets.tell(words.said('carrying.bolts', count=pockets.count(BOLT)))
 
     around = placed(bolt, 'around', at=at)  # larger than the bolt, which is hard to point at
     volume = addVolume(around, cube(0.16), 'BV_NONE')
     kaVel.addComponent(around, 'parentFollower', 'ParentFollowerComponent')
-    taken(bolt, volume, lambda pockets: pockets.add(BOLT, 'an iron bolt'), told, 'PickUp', isKept)
+    taken(bolt, volume, lambda pockets: pockets.add(BOLT, words.said('carrying.bolt')), told, 'PickUp', isKept)
     marked(around, 'take')
     return thing
 

@@ -16,6 +16,7 @@ from typing import Sequence
 
 import GameConfig
 import kaVel
+import words
 from objects.Models import mapsOf
 from objects.Nerves import dreaded
 from objects.Placing import Triple, addVolume, layerFor, onFrame, placed
@@ -155,7 +156,7 @@ class _Damp:
         if now > self.bitAt + 1.3:
             self.bitAt = now
             self.sound.playSoundEffect('BlobTouch')
-        self.prey.touched(BITE * self.prey.clock.frameSeconds(), 'the Damp heard you and had hold of you')
+        self.prey.touched(BITE * self.prey.clock.frameSeconds(), words.said('death.damp'))
 
     def rear(self, near: float):
         """Lies flat while it listens, and stands up where it hunts."""

@@ -16,6 +16,7 @@ from typing import Callable
 
 import GameConfig
 import kaVel
+import words
 from objects.Creatures import shaped
 from objects.Lathe import bone, drape, spindle
 from objects.Nerves import dreaded
@@ -298,7 +299,7 @@ class _Company:
             member.windup, member.nextMove = math.inf, now + 4.0
             member.sound.playSoundEffect('MannequinJump')
             self.prey.frighten(FRIGHT, 'a Fitting laid hold of you')
-            self.prey.touched(BLOW, 'you turned your back on a Fitting, and it laid hold of you')
+            self.prey.touched(BLOW, words.said('death.fittings'))
 
     def jump(self, member: _Member, distance: float, now: float) -> bool:
         """Now and then one of them is behind the player all at once."""

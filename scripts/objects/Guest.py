@@ -15,6 +15,7 @@ from typing import Any, Callable, NamedTuple, Sequence
 
 import GameConfig
 import kaVel
+import words
 from objects.Creatures import shaped
 from objects.Lathe import drape, lathe, spindle
 from objects.Lights import dim
@@ -147,7 +148,7 @@ class _Guest:
             seconds = self.prey.clock.frameSeconds()
             self.prey.wear(CHILL * seconds)
             if self.isLit:
-                self.prey.touched(TOLL * seconds, 'the Guest found you by your light')
+                self.prey.touched(TOLL * seconds, words.said('death.guest'))
         if now > self.breathAt:
             self.breathAt = now + self.dice.uniform(3.5, 7.5)
             if near < 14:

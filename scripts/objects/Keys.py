@@ -13,12 +13,11 @@ import math
 from typing import Callable
 
 import kaVel
+import words
 from objects.Creatures import shaped
 from objects.Marks import marked
 from objects.Placing import Triple, addVolume, around, placed, turned
 from objects.Pockets import Pockets, pocketsOf, taken
-
-LOCKED = 'Locked.'
 
 
 class Lock:
@@ -39,10 +38,10 @@ class Lock:
         pockets = pocketsOf(self.thing)
         if self.key and pockets.has(self.key):
             self.unlock()
-            pockets.tell('Unlocked with %s.' % pockets.label(self.key))
+            pockets.tell(words.said('keys.unlocked', key=pockets.label(self.key)))
         else:
             self.rattle()
-            pockets.tell(LOCKED)
+            pockets.tell(words.said('keys.locked'))
         return True
 
 
@@ -65,16 +64,16 @@ def _key() -> kaVel.MeshBuilder:
 
 @kaVel.pattern
 def Key(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, opens: str = '',
-        label: str = ''):
+        label: words.Told = ''):
     """A key that lies on `at` until the player takes it. It `opens` what takes a key of that name, else of its own."""
     key = placed(parent, name, at=(at[0], at[1] + 0.004, at[2]), turn=turn)
     volume = addVolume(key, (0.16, 0.10, 0.16), 'BV_NONE')
     shaped(key, _key, 'brass')
-    opened = opens or name
+    opened, called = opens or name, label or words.said('keys.key')
 
     def put(pockets: Pockets):
-        pockets.add(opened, label or 'the key')
+        pockets.add(opened, called)
 
-    taken(key, volume, put, lambda: pocketsOf(key).tell('Taken: %s.' % (label or 'a key')), 'PickUp')
+    taken(key, volume, put, lambda: pocketsOf(key).tell(words.said('keys.taken', what=called)), 'PickUp')
     marked(key, 'take')
     return key

@@ -1,7 +1,7 @@
 """How much life the player has left, who took it, and what happens when there is none.
 
     life = lifeOf(coordinator)
-    life.hurt(20, 'the Damp had hold of you')
+    life.hurt(20, words.said('death.damp'))
     life.onDeath(lambda cause: show(cause))
 """
 
@@ -11,6 +11,7 @@ import math
 from typing import Callable
 
 import kaVel
+import words
 from objects.Placing import LevelClock, onFrame
 from perLevel import PerLevel
 from saves.Kept import keepPart
@@ -30,7 +31,7 @@ class Life:
     def __init__(self, coordinator: kaVel.Coordinator):
         self.coordinator = coordinator
         self.value = WHOLE
-        self.cause = ''  # of the last hurt: after death what the player died of
+        self.cause: words.Told = ''  # of the last hurt: after death what the player died of
         self.isDead = False
         self._onDeath: list[Callable[[str], object]] = []
         entity = kaVel.make('Entity', parent=coordinator, name='life')
@@ -39,8 +40,8 @@ class Life:
         onFrame(entity, self._recover)
         keepPart(coordinator, 'life', lambda: self.value, self._become, travels=True)
 
-    def hurt(self, amount: float, cause: str):
-        """Takes so much life; `cause` says in words what did it, as a sentence about the player begins."""
+    def hurt(self, amount: float, cause: words.Told):
+        """Takes so much life; `cause` is a sentence that tells the player what did it."""
         if self.isDead or not amount > 0:
             return
         now = self._clock.seconds()
@@ -73,7 +74,7 @@ class Life:
 
     def _die(self):
         self.isDead = True
-        kaVel.log('The player dies: %s.' % self.cause)
+        kaVel.log('The player dies: %s.' % str(self.cause).rstrip('.'))
         player = self.coordinator.getChild('Player')
         component = player.getComponent('player') if player else None
         if component and component.deathFunc:

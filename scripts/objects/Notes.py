@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import kaVel
+import words
 from objects import Furniture
 from objects.Hands import handsOf
 from objects.Marks import marked
@@ -11,8 +12,8 @@ from objects.Pockets import Page, taken
 
 
 @kaVel.pattern
-def Note(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, title: str = '',
-         text: str = ''):
+def Note(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0, title: words.Told = '',
+         text: words.Told = ''):
     """A written sheet that lies on `at`; who uses it reads it and keeps it, in the pockets, by the note's name."""
     note = Furniture.Paper(parent, name, at=(at[0], at[1] + 0.002, at[2]), turn=turn)
     volume = note.getComponent('boundingVolume')

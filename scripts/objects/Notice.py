@@ -1,6 +1,7 @@
 """A line of text that tells what has just happened, and fades."""
 
 import kaVel
+import words
 from objects.Drawn import Text
 from objects.Placing import LevelClock
 
@@ -20,16 +21,25 @@ class Notice:
         self.clock = LevelClock(line)
         self.stays = stays
         self.since = None
+        self.told: words.Told = ''
+        self.wording = words.changes
         kaVel.addComponent(line, 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
-    def show(self, text: str):
+    def show(self, text: words.Told):
         """Shows a text in place of the last one; it fades by itself."""
-        self.graphics.text = self.shade.text = text
+        self.told = text
+        self._write()
         self.since = self.clock.seconds()
+
+    def _write(self):
+        self.wording = words.changes
+        self.graphics.text = self.shade.text = str(self.told)
 
     def doFrame(self):
         if self.since is None:
             return
+        if self.wording != words.changes:
+            self._write()
         past = self.clock.seconds() - self.since
         alpha = min(1.0, max(0.0, 1.0 - (past - self.stays) / FADES))
         self.graphics.color = kaVel.Vec4(*COLOR, alpha)

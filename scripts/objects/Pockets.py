@@ -14,6 +14,7 @@ from __future__ import annotations
 from typing import Any, Callable, NamedTuple
 
 import kaVel
+import words
 from objects.Notice import Notice
 from objects.Sounds import sounds
 from perLevel import PerLevel
@@ -25,8 +26,8 @@ TELLS = 2.0  # seconds that a line stays before it fades
 class Page(NamedTuple):
     """What a note says."""
 
-    title: str
-    text: str
+    title: words.Told
+    text: words.Told
 
 
 class Pockets:
@@ -35,7 +36,7 @@ class Pockets:
     def __init__(self, level: kaVel.Coordinator):
         self.level = level
         self.things: dict[str, int] = {}  # how many of each
-        self.labels: dict[str, str] = {}
+        self.labels: dict[str, words.Told] = {}
         self.pages: dict[str, Page] = {}
         self.entity: kaVel.Entity | None = None
         self.notice: Notice | None = None
@@ -43,8 +44,8 @@ class Pockets:
 
     def told(self) -> dict[str, Any]:
         """What there is, for `become`."""
-        return {'things': self.things, 'labels': self.labels,
-                'pages': {name: list(page) for name, page in self.pages.items()}}
+        return {'things': self.things, 'labels': {name: words.kept(label) for name, label in self.labels.items()},
+                'pages': {name: [words.kept(part) for part in page] for name, page in self.pages.items()}}
 
     def become(self, told: dict[str, Any]):
         """Has in them what other ones have told, and nothing else."""
@@ -54,8 +55,8 @@ class Pockets:
         for name, count in told['things'].items():
             for _ in range(int(count)):
                 self.add(name)
-        self.labels = dict(told['labels'])
-        self.pages = {name: Page(*page) for name, page in told['pages'].items()}
+        self.labels = {name: words.ofKept(label) for name, label in told['labels'].items()}
+        self.pages = {name: Page(*map(words.ofKept, page)) for name, page in told['pages'].items()}
 
     def has(self, name: str) -> bool:
         return name in self.things
@@ -68,11 +69,11 @@ class Pockets:
         """What there is, in the order in which it came."""
         return list(self.things)
 
-    def label(self, name: str) -> str:
+    def label(self, name: str) -> words.Told:
         """What a thing is called, as the player reads it."""
         return self.labels.get(name) or name
 
-    def add(self, name: str, label: str = '', page: Page | None = None):
+    def add(self, name: str, label: words.Told = '', page: Page | None = None):
         """Puts a thing in; a second one of a name is counted."""
         self.things[name] = self.count(name) + 1
         if label:
@@ -99,7 +100,7 @@ class Pockets:
             for number in range(1, count + 1):
                 self._show(name, number)
 
-    def tell(self, text: str):
+    def tell(self, text: words.Told):
         """Shows the player a short line."""
         if self.notice:
             self.notice.show(text)

@@ -5,14 +5,16 @@ from __future__ import annotations
 from typing import Callable, Union
 
 import kaVel
+import words
 import objects.Drawn as drawn
+from objects.Tutorials import keyOf
 from objects.Visitor import Visitor
 
 NAME_COLOR = (0.80, 0.74, 0.60, 1)
 HINT_COLOR = (0.62, 0.55, 0.42, 1)
 
 #: What E does with a thing: a text, a function that says it, or nothing.
-Hint = Union[str, Callable[[], Union[str, None]], None]
+Hint = Union[words.Told, Callable[[], Union[words.Told, None]], None]
 
 
 class Pointer:
@@ -20,7 +22,7 @@ class Pointer:
 
     def __init__(self, visitor: Visitor):
         self.player = visitor.component
-        self.names: dict[kaVel.Object, tuple[str, Hint]] = {}
+        self.names: dict[kaVel.Object, tuple[words.Told, Hint]] = {}
         coordinator = visitor.player.getAncestorOfType(kaVel.Reflection.Coordinator)
         self.lines = [drawn.Text(coordinator, name, at=(0.5, height), size=size, color=color,
                                  anchor=('H_CENTER', 'V_CENTER'))
@@ -29,12 +31,12 @@ class Pointer:
         self.shown = ['', '']
         kaVel.addComponent(self.lines[0], 'hud', 'ScriptComponent', frameCallback=self.doFrame)
 
-    def name(self, entity: kaVel.Entity, name: str, use: Hint = None):
+    def name(self, entity: kaVel.Entity, name: words.Told, use: Hint = None):
         """Tells what an entity with a volume is called, and what E does with it: a text, or a function that says it."""
         entity.getComponent('boundingVolume').interact = True
         self.names[entity] = (name, use)
 
-    def use(self, entity: kaVel.Entity, name: str, use: Hint, function: Callable[..., object]):
+    def use(self, entity: kaVel.Entity, name: words.Told, use: Hint, function: Callable[..., object]):
         """As `name`; E calls a function with the player's component."""
         self.name(entity, name, use)
         entity.getComponent('boundingVolume').setInteractFunc(function)
@@ -43,7 +45,7 @@ class Pointer:
         target = self.player.interactor
         name, use = self.names.get(target.parent, ('', None)) if target else ('', None)
         use = use() if callable(use) else use
-        for number, text in enumerate((name, 'E   ' + use if use else '')):
+        for number, text in enumerate((str(name), '%s   %s' % (keyOf('use'), use) if use else '')):
             if text != self.shown[number]:
                 self.shown[number] = text
                 self.lines[number].getComponent('graphics2').text = text

@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import kaVel
+import words
 from objects.Life import Life, lifeOf
 from objects.Nerves import nervesOf
 from objects.Placing import LevelClock
@@ -91,6 +92,6 @@ class Prey:
         if component:
             component.audioSanity = max(component.audioSanity - amount, 0.0)
 
-    def touched(self, amount: float, cause: str):
+    def touched(self, amount: float, cause: words.Told):
         """Takes so much of his life."""
         self.life.hurt(amount, cause)

@@ -5,6 +5,7 @@ from __future__ import annotations
 import math
 
 import kaVel
+import words
 from objects.Drawn import Picture, Text
 from objects.Pockets import Page
 
@@ -28,22 +29,30 @@ class Sheet:
         self.text = Text(self.picture, 'text', size=TEXT_SIZE, color=INK, anchor=('H_LEFT', 'V_TOP'), depth=ABOVE)
         self.isOpen = False
         self.since = 0.0
+        self.page: Page | None = None
+        self.wording = words.changes
         self._setVisible(False)
 
     def open(self, page: Page):
-        window = kaVel.getSystem('WindowSystem2')
-        size = min(1.0, TALLEST * window.height / max(window.width, window.height) / HEIGHT)
-        small = size * min(1.0, math.sqrt(ROOM_FOR / max(len(page.text), 1)))
-        self.picture.getComponent('transform').scale = kaVel.Vec4(WIDTH * size, HEIGHT * size, 1, 0)
-        top = HEIGHT / 2 - MARGIN
-        kaVel.configure(self.title.getComponent('graphics2'), text=page.title, fontSize=TITLE_SIZE * size)
-        kaVel.configure(self.text.getComponent('graphics2'), text=page.text, fontSize=TEXT_SIZE * small,
-                        wrapWidth=(WIDTH - 2 * MARGIN) * size)
-        self._put(self.title, 0.0, top * size, ABOVE)
-        self._put(self.text, (MARGIN - WIDTH / 2) * size, (top - 2.4 * TITLE_SIZE) * size, ABOVE)
+        self.page = page
+        self._write(page)
         self.isOpen, self.since = True, 0.0
         self.move(0.0)
         self._setVisible(True)
+
+    def _write(self, page: Page):
+        self.wording = words.changes
+        title, text = str(page.title), str(page.text)
+        window = kaVel.getSystem('WindowSystem2')
+        size = min(1.0, TALLEST * window.height / max(window.width, window.height) / HEIGHT)
+        small = size * min(1.0, math.sqrt(ROOM_FOR / max(len(text), 1)))
+        self.picture.getComponent('transform').scale = kaVel.Vec4(WIDTH * size, HEIGHT * size, 1, 0)
+        top = HEIGHT / 2 - MARGIN
+        kaVel.configure(self.title.getComponent('graphics2'), text=title, fontSize=TITLE_SIZE * size)
+        kaVel.configure(self.text.getComponent('graphics2'), text=text, fontSize=TEXT_SIZE * small,
+                        wrapWidth=(WIDTH - 2 * MARGIN) * size)
+        self._put(self.title, 0.0, top * size, ABOVE)
+        self._put(self.text, (MARGIN - WIDTH / 2) * size, (top - 2.4 * TITLE_SIZE) * size, ABOVE)
 
     def close(self):
         if self.isOpen:
@@ -52,6 +61,8 @@ class Sheet:
 
     def move(self, seconds: float):
         """Has the sheet come in from below."""
+        if self.isOpen and self.page and self.wording != words.changes:
+            self._write(self.page)
         if self.isOpen and self.picture and self.since <= COMES_IN:
             self.since += seconds
             left = max(0.0, 1.0 - self.since / COMES_IN)

@@ -2,7 +2,7 @@
 
     safety = Safety(coordinator, player, Music(coordinator))
     safety.place(map, 'landing', at=(12, 3, 15), size=(2, 2), turn=90)
-    lifeOf(coordinator).hurt(100, 'you were the loudest thing in the house')
+    lifeOf(coordinator).hurt(100, words.said('death.damp'))
 
 Who dies is told why and stands again where he was last safe; what he opened and took stays so.
 """
@@ -13,6 +13,7 @@ from typing import Any, Callable, Sequence
 
 import kaVel
 import saves
+import words
 from objects import Sequences
 from objects.Drawn import Text
 from objects.Hands import handsOf
@@ -73,14 +74,13 @@ class Safety:
         """Has a function called each time the player comes back, before he sees anything."""
         self._returns.append(function)
 
-    def die(self, cause: str = ''):
+    def die(self, cause: words.Told = ''):
         """Lets the player die, with a line that tells why; nothing happens to one who is dead."""
         if self.isOver:
             return
         self.isOver = True
         self.deaths += 1
         Moments.forbid(self.level, 'saves.no.dead')
-        told = cause[:1].upper() + cause[1:].rstrip('.') + '.' if cause else ''
         hands = handsOf(self.player)
         if hands:
             hands.letGo()
@@ -89,7 +89,7 @@ class Safety:
         self.music.sting('StingDeath')
         self.picture.dissolveAmount = max(FIRST_OF_FADE, self.picture.dissolveAmount)
         self.body.dead = True
-        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(told),
+        Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(cause),
                        READ, self.line.hide, 1.0, self.comeBack)
 
     def comeBack(self):
@@ -108,7 +108,7 @@ class Safety:
         self.isOver = False
         Moments.allow(self.level)
 
-    def end(self, lines: Sequence[str], again: str):
+    def end(self, lines: Sequence[words.Told], again: words.Told):
         """Ends the level well: the picture goes, some sentences come one after another, and how to begin again."""
         if self.isOver:
             return
@@ -140,11 +140,23 @@ class Line:
         text = Text(level, name, at=(0.5, height), size=0.022, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
                     wrapWidth=0.6, align='TA_CENTER', depth=0.2)
         self.graphics = text.getComponent('graphics2')
+        self.told: words.Told = ''
+        self.wording = words.changes
+        kaVel.addComponent(text, 'hud', 'ScriptComponent', frameCallback=self.doFrame)
         kaVel.finishLoad(text)
 
-    def show(self, text: str):
-        self.graphics.text = text
+    def show(self, text: words.Told):
+        self.told = text
+        self._write()
         kaVel.interpolate(self.graphics, 'color', kaVel.Vec4(*COLOR, 1), 1.0)
+
+    def _write(self):
+        self.wording = words.changes
+        self.graphics.text = str(self.told)
+
+    def doFrame(self):
+        if self.wording != words.changes:
+            self._write()
 
     def hide(self):
         kaVel.interpolate(self.graphics, 'color', kaVel.Vec4(*COLOR, 0), 0.8)

@@ -1,6 +1,7 @@
 """What a hand sets: the lever that switches a lamp, the button on a post."""
 
 import kaVel
+import words
 from objects import Furniture
 from objects.Bodies import solid
 from objects.Lights import BULB_BELOW_HOOK, LAMPLIGHT, ShadowSpot
@@ -27,7 +28,7 @@ class LightSwitch:
         self.light = light.getComponent('graphics2')
         self.sounds = sounds(self.lever, 'LampSwitch')
         self.volume = volume
-        pointer.use(handle, 'a light switch', self.hint, self.switch)
+        pointer.use(handle, words.said('workshop.lightSwitch'), self.hint, self.switch)
         onFrame(self.lever, self.doFrame)
 
     def switch(self, player: kaVel.Object):
@@ -35,7 +36,7 @@ class LightSwitch:
         self.volume.lightSwitchInteract()
 
     def hint(self):
-        return 'switch the lamp off' if self.light.visible else 'switch the lamp on'
+        return words.said('workshop.lampOff' if self.light.visible else 'workshop.lampOn')
 
     def doFrame(self):
         pitch = 38 if self.light.visible else -38

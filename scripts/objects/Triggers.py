@@ -6,6 +6,7 @@ import math
 from typing import Callable
 
 import kaVel
+import words
 from objects import Tutorials
 from objects.Placing import LevelClock, Triple, addVolume, placed
 
@@ -51,4 +52,4 @@ def Trigger(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), size: 
 
 def tutorialFourCreate(player: kaVel.AnyObject):
     """Tells how a battery is changed, once a level; the engine calls this with the player at each battery."""
-    Tutorials.show(player, 'put a fresh battery in', action='battery')
+    Tutorials.show(player, words.said('teach.battery'), action='battery')

@@ -1,6 +1,6 @@
 """Lines that tell which key does what: each once, and only who has not found it out by himself.
 
-    Tutorials.teach(map, 'walk', action='forward', learnt=hasWalked, after=8)
+    Tutorials.teach(map, words.said('teach.walk'), action='forward', learnt=hasWalked, after=8)
 """
 
 from __future__ import annotations
@@ -9,6 +9,7 @@ from typing import Callable, NamedTuple
 
 import bindings
 import kaVel
+import words
 from objects.Drawn import Text
 from objects.Placing import LevelClock
 from objects.Sequences import levelOf
@@ -20,7 +21,8 @@ STAYS, FADES = 6.0, 0.8  # seconds; one that is learnt meanwhile goes at once
 
 
 class _Lesson(NamedTuple):
-    line: str
+    text: words.Told
+    action: str
     isLearnt: Callable[[], object]
     due: float  # seconds of the level
     isNeeded: Callable[[], object]
@@ -34,6 +36,7 @@ class _Board:
         self.graphics = line.getComponent('graphics2')
         self.clock = LevelClock(line)
         self.told: set[str] = set()
+        self.line = ''
         self.lessons: list[_Lesson] = []
         self.shown: _Lesson | None = None
         self.until = self.alpha = 0.0
@@ -51,12 +54,14 @@ class _Board:
         self.lessons = [lesson for lesson in self.lessons if lesson.line not in lines]
 
     def add(self, lesson: _Lesson):
-        if lesson.line not in self.told:
-            self.told.add(lesson.line)
+        name = '%s %s' % (lesson.action, lesson.text.key if isinstance(lesson.text, words.Said) else lesson.text)
+        if name not in self.told:
+            self.told.add(name)
             self.lessons.append(lesson)
 
     def doFrame(self):
         now = self.clock.seconds()
+        self.write()
         if not self.shown:
             self.choose(now)
         elif now >= self.until or self.shown.isLearnt():
@@ -73,7 +78,13 @@ class _Board:
             return
         self.lessons.remove(due)
         self.shown, self.until = due, now + STAYS
-        self.graphics.text = due.line
+        self.write()
+
+    def write(self):
+        """Brings the line into the language, the keys and the device of the moment."""
+        line = _line(self.shown) if self.shown else self.line
+        if line != self.line:
+            self.line = self.graphics.text = line
 
     def fade(self, direction: int):
         alpha = min(1.0, max(0.0, self.alpha + direction * self.clock.frameSeconds() / FADES))
@@ -85,17 +96,17 @@ class _Board:
 _boards: PerLevel[_Board] = PerLevel()
 
 
-def teach(anything: kaVel.Object, text: str, action: str = '', learnt: Callable[[], object] = lambda: False,
+def teach(anything: kaVel.Object, text: words.Told, action: str = '', learnt: Callable[[], object] = lambda: False,
           after: float = 8.0, needed: Callable[[], object] = lambda: True):
     """Has the level of an object show a line in `after` seconds, when it is needed, unless it has been learnt by then.
 
     It stays for some seconds, or until it is learnt. The same line is shown once a level.
     """
     board = _boardOf(levelOf(anything))
-    board.add(_Lesson(_line(text, action), learnt, board.clock.seconds() + after, needed))
+    board.add(_Lesson(text, action, learnt, board.clock.seconds() + after, needed))
 
 
-def show(anything: kaVel.Object, text: str, action: str = ''):
+def show(anything: kaVel.Object, text: words.Told, action: str = ''):
     """As `teach`, at once."""
     teach(anything, text, action, after=0.0)
 
@@ -103,12 +114,24 @@ def show(anything: kaVel.Object, text: str, action: str = ''):
 def keyOf(action: str) -> str:
     """What the player presses for an action, as it is told to him; empty for none."""
     inputs = bindings.ACTIONS.get(action, ())
-    return str(inputs[0]) if inputs else ''
+    return words.keyName(str(inputs[0])) if inputs else ''
 
 
-def _line(text: str, action: str):
-    key = keyOf(action)
-    return '%s   %s' % (key, text) if key else text
+class Prompt(NamedTuple):
+    """The key for an action as a value of a text: what it is by the time at which it is read."""
+
+    action: str
+
+    def __str__(self):
+        return keyOf(self.action)
+
+    def __format__(self, form: str):
+        return str(self)
+
+
+def _line(lesson: _Lesson):
+    key = keyOf(lesson.action)
+    return '%s   %s' % (key, lesson.text) if key else str(lesson.text)
 
 
 def _boardOf(level: kaVel.Coordinator):

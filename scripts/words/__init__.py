@@ -6,6 +6,7 @@
     words.text('saves.at', place='the landing')  # "At {place}" with its value
     words.count('notebook.bolts', 3)             # the form for this number: '3 iron bolts'
     words.keyName('Shift')                       # 'Umschalt', where one reads German
+    words.said('keys.taken', what=label)         # a text that is asked for when it is shown, and anew when it changes
 
 The texts stand in the tables beside this file, one a language: `english.py` is the first one, and stands in wherever
 another one has a hole or a fault. A new language is a new file. `tools/words/check.py` tells what a table lacks.
@@ -17,6 +18,7 @@ from __future__ import annotations
 
 import locale
 import os
+from typing import Union
 
 import GameConfig
 import kaVel
@@ -46,7 +48,45 @@ _told: set[str] = set()
 _chosen = AUTOMATIC
 
 
-def text(key: str, **values: object) -> str:
+class Said:
+    """A text by its key and values, which reads in the language of the moment: `str(said)`.
+
+    Values may be such texts themselves, or anything else that says what it is by then.
+    """
+
+    def __init__(self, key: str, values: dict[str, object]):
+        self.key, self.values = key, values
+
+    def __str__(self):
+        return text(self.key, **self.values)
+
+    def __repr__(self):
+        return 'words.said(%r)' % self.key
+
+
+#: What the key of a text begins with, where it stands in a file in the text's place.
+_BY_KEY = '@'
+
+#: What is shown to a player: a text of the tables, or one that stands as it is, as of a level that is only tried.
+Told = Union[str, Said]
+
+
+def said(key: str, /, **values: object) -> Said:
+    """The text of a key for whoever shows it: in the language of that moment, whenever it is."""
+    return Said(key, values)
+
+
+def kept(told: Told) -> str:
+    """A text for a file that outlives the language of the moment, see `ofKept`; one with values as it reads now."""
+    return _BY_KEY + told.key if isinstance(told, Said) and not told.values else str(told)
+
+
+def ofKept(text: str) -> Told:
+    """What `kept` has made a text of."""
+    return Said(text[len(_BY_KEY):], {}) if text.startswith(_BY_KEY) else text
+
+
+def text(key: str, /, **values: object) -> str:
     """The text of a key in the player's language, with its values; the key itself where no table has it."""
     _begin()
     template = _template(key)
@@ -67,7 +107,7 @@ def has(key: str) -> bool:
     return _template(key) is not None
 
 
-def count(key: str, amount: float, **values: object) -> str:
+def count(key: str, amount: float, /, **values: object) -> str:
     """The text of a key in the form for a number, which is its value {count}: of `key.one`, `key.other`, ..."""
     _begin()
     rule = _RULES.get(_template('language.plural') or '', _RULES['one'])

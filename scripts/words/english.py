@@ -64,6 +64,7 @@ TEXTS: dict[str, str] = {
     'menu.credits': 'Credits',
     'menu.delete': 'Delete',
     'menu.load': 'Load',
+    'menu.loading': 'Loading',
     'menu.main': 'Main menu',
     'menu.newGame': 'New game',
     'menu.no': 'No',
@@ -132,4 +133,115 @@ TEXTS: dict[str, str] = {
     'nightfall.room.six': 'Number six',
     'nightfall.room.three': 'Number three',
     'nightfall.room.two': 'Number two',
+
+    # The screen that stands for a level whose scripts are wrong
+    'trouble.again': '{key}: try again, as happens by itself when a script is saved',
+    'trouble.before': '{key}: back to the level {level}',
+    'trouble.place': '{file}, line {line}',
+    'trouble.quit': '{key}: leave the game',
+    'trouble.title': "The level '{level}' cannot be loaded.",
+
+    # What one takes and opens
+    'carrying.bolt': 'an iron bolt',
+    'carrying.bolts': 'Iron bolts: {count}.',
+    'keys.key': 'a key',
+    'keys.locked': 'Locked.',
+    'keys.taken': 'Taken: {what}.',
+    'keys.unlocked': 'Unlocked with {key}.',
+
+    # What one died of: a sentence
+    'death.damp': 'The Damp heard you and had hold of you.',
+    'death.fittings': 'You turned your back on a Fitting, and it laid hold of you.',
+    'death.guest': 'The Guest found you by your light.',
+
+    # Lessons; most stand behind the key that they are about
+    'teach.battery': 'put a fresh battery in',
+    'teach.crouch': 'stoop',
+    'teach.lean': 'lean to the left; {leanRight} to the right',
+    'teach.light': 'switch the lamp',
+    'teach.look': 'Mouse   look about',
+    'teach.run': 'run, as long as the breath lasts',
+    'teach.shut': 'shut the door behind you',
+    'teach.throw': 'throw what you hold',
+    'teach.use': 'open, take, read',
+    'teach.walk': 'go; {left} and {right} to the side, {back} back',
+
+    # Nightfall
+    'nightfall.bolt': 'The bolt was on this side.',
+    'nightfall.chuteStuck': 'Hands and knees, and no room for a lamp.',
+    'nightfall.end.again': '{key}   begin again',
+    'nightfall.end.chute.1': 'The coal was warm, as if somebody had just lain there.',
+    'nightfall.end.chute.2': 'Your lamp stayed above, and its light went on moving about the passage without you.',
+    'nightfall.end.chute.3': 'Nothing had heard you come.',
+    'nightfall.end.lift.1': 'The lift went down past three doors that were not on the list.',
+    'nightfall.end.lift.2': 'Something kept level with it, in the pipes.',
+    'nightfall.end.lift.3': 'You still had your light, and now the whole house knew it.',
+    'nightfall.liftComes': 'Somewhere below, the lift begins to climb.',
+    'nightfall.note.carrier.text': 'Lift: goes, takes its time, and is heard down to the cellar.\nCoal chute: quiet, '
+                                   'if you fit. A man went down it in October. His lamp is still up here.',
+    'nightfall.note.carrier.title': '24 January 1911',
+    'nightfall.note.housekeeper.text': 'Stair key: on the trunk in the linen room.\nThe linen room is bolted from '
+                                       'within, as nobody will own to. One can still get in from the sewing room, '
+                                       'through the hatch, on hands and knees.',
+    'nightfall.note.housekeeper.title': '20 January 1911',
+    'nightfall.note.lodger.text': 'Heard him again in the passage after one.\nHe goes where it is bright. We put ours '
+                                  'out, stood against the wall and did not move until he had gone by.\nThe prints dry '
+                                  'in a minute.',
+    'nightfall.note.lodger.title': '14 January 1911',
+    'nightfall.note.plumber.text': 'There is no fault in the pipes. It is in the pipes.\nIt has no eyes and it has '
+                                   'very good ears. Throw something far off and go the other way, and shut doors '
+                                   'behind you: it minds doors.',
+    'nightfall.note.plumber.title': '23 January 1911',
+    'nightfall.note.porter.text': 'The passage door is locked from nine on, whoever asks.\nIts key lies in the top '
+                                  'drawer in number six, where it has always been.\n\nTake a lamp. The wall lamps do '
+                                  'as they please.',
+    'nightfall.note.porter.title': 'Monday, 9 January 1911',
+    'nightfall.note.seamstress.text': 'I have counted them again and I do not turn my back on them any more.\nAs long '
+                                      'as I look they are only wood.',
+    'nightfall.note.seamstress.title': '21 January 1911',
+    'nightfall.passageKey': 'the key to the passage',
+    'nightfall.stairKey': 'the stair key',
+
+    # The cellar and the hall of creatures: what is pointed at, and what can be done with it
+    'workshop.barrel': 'a barrel',
+    'workshop.basin': 'a basin of floats',
+    'workshop.bell': 'Far above, a bell strikes once.',
+    'workshop.bench': 'a bench',
+    'workshop.boiler': 'the boiler',
+    'workshop.box': 'a box, {mass} kg',
+    'workshop.chuteEmpty': 'The chute is empty.',
+    'workshop.closeDoor': 'close the door',
+    'workshop.crate': 'a crate, {mass} kg',
+    'workshop.drillPress': 'a drill press',
+    'workshop.fuse': 'a fuse',
+    'workshop.fuseBox': 'a fuse box',
+    'workshop.fuseMissing': 'One fuse is missing.',
+    'workshop.fuseTaken': 'You take the fuse.',
+    'workshop.ironDoor': 'an iron door',
+    'workshop.lampOff': 'switch the lamp off',
+    'workshop.lampOn': 'switch the lamp on',
+    'workshop.lightSwitch': 'a light switch',
+    'workshop.lockedDoor': 'an iron door, locked',
+    'workshop.lookForFuse': 'look for the missing fuse',
+    'workshop.oilBarrel': 'a barrel of oil',
+    'workshop.openDoor': 'open the door',
+    'workshop.pressButton': 'press the button',
+    'workshop.putFuseIn': 'put the fuse in',
+    'workshop.redButton': 'a red button',
+    'workshop.shelves': 'shelves',
+    'workshop.slidingDoor': 'a sliding door',
+    'workshop.takeFuse': 'take the fuse',
+    'workshop.tryDoor': 'try the door',
+    'workshop.workbench': 'a workbench',
+
+    # The gallery's rooms
+    'gallery.boxes': 'Of one stuff',
+    'gallery.decals': 'What the walls keep',
+    'gallery.doorway': 'A bad contact',
+    'gallery.dust': 'Dust',
+    'gallery.mind': 'A mind fails',
+    'gallery.screen': 'On the screen',
+    'gallery.spheres': 'Many small lights',
+    'gallery.spot': 'A lamp and its shadows',
+    'gallery.terrain': 'The churchyard',
 }

@@ -64,6 +64,7 @@ TEXTS: dict[str, str] = {
     'menu.credits': 'Mitwirkende',
     'menu.delete': 'Löschen',
     'menu.load': 'Laden',
+    'menu.loading': 'Wird geladen',
     'menu.main': 'Hauptmenü',
     'menu.newGame': 'Neues Spiel',
     'menu.no': 'Nein',
@@ -133,4 +134,116 @@ TEXTS: dict[str, str] = {
     'nightfall.room.six': 'Nummer sechs',
     'nightfall.room.three': 'Nummer drei',
     'nightfall.room.two': 'Nummer zwei',
+
+    # The screen that stands for a level whose scripts are wrong
+    'trouble.again': '{key}: noch einmal, wie auch von selbst, sobald ein Skript gesichert wird',
+    'trouble.before': '{key}: zurück zur Ebene {level}',
+    'trouble.place': '{file}, Zeile {line}',
+    'trouble.quit': '{key}: das Spiel verlassen',
+    'trouble.title': 'Die Ebene »{level}« lässt sich nicht laden.',
+
+    # What one takes and opens
+    'carrying.bolt': 'eiserner Bolzen',
+    'carrying.bolts': 'Eiserne Bolzen: {count}.',
+    'keys.key': 'Schlüssel',
+    'keys.locked': 'Verschlossen.',
+    'keys.taken': 'Eingesteckt: {what}.',
+    'keys.unlocked': 'Aufgesperrt: {key}.',
+
+    # What one died of: a sentence
+    'death.damp': 'Die Nässe hat dich gehört und gepackt.',
+    'death.fittings': 'Du hast einer Puppe den Rücken gekehrt, und sie hat dich gepackt.',
+    'death.guest': 'Der Gast hat dich an deinem Licht gefunden.',
+
+    # Lessons; most stand behind the key that they are about
+    'teach.battery': 'eine frische Batterie einlegen',
+    'teach.crouch': 'sich bücken',
+    'teach.lean': 'sich nach links lehnen; {leanRight} nach rechts',
+    'teach.light': 'die Lampe ein- und ausschalten',
+    'teach.look': 'Maus   sich umsehen',
+    'teach.run': 'laufen, solange der Atem reicht',
+    'teach.shut': 'die Tür hinter dir schließen',
+    'teach.throw': 'werfen, was du in der Hand hältst',
+    'teach.use': 'öffnen, nehmen, lesen',
+    'teach.walk': 'gehen; {left} und {right} zur Seite, {back} zurück',
+
+    # Nightfall
+    'nightfall.bolt': 'Der Riegel war auf dieser Seite.',
+    'nightfall.chuteStuck': 'Nur auf Händen und Knien, und für eine Lampe ist kein Platz.',
+    'nightfall.end.again': '{key}   von vorn beginnen',
+    'nightfall.end.chute.1': 'Die Kohle war warm, als hätte eben noch jemand darin gelegen.',
+    'nightfall.end.chute.2': 'Deine Lampe blieb oben, und ihr Licht ging ohne dich weiter durch den Gang.',
+    'nightfall.end.chute.3': 'Nichts hatte dich kommen hören.',
+    'nightfall.end.lift.1': 'Der Aufzug fuhr an drei Türen vorbei, die nicht auf der Liste standen.',
+    'nightfall.end.lift.2': 'Etwas hielt mit ihm Schritt, in den Rohren.',
+    'nightfall.end.lift.3': 'Du hattest dein Licht noch, und nun wusste es das ganze Haus.',
+    'nightfall.liftComes': 'Irgendwo unten setzt sich der Aufzug in Bewegung.',
+    'nightfall.note.carrier.text': 'Aufzug: fährt, lässt sich Zeit und ist bis in den Keller zu hören.\n'
+                                   'Kohlenschacht: still, wenn man hindurchpasst. Im Oktober ist einer hinunter. '
+                                   'Seine Lampe steht noch hier oben.',
+    'nightfall.note.carrier.title': '24. Januar 1911',
+    'nightfall.note.housekeeper.text': 'Treppenschlüssel: auf der Truhe in der Wäschekammer.\nDie Wäschekammer ist '
+                                       'von innen verriegelt, und keiner will es gewesen sein. Vom Nähzimmer kommt '
+                                       'man noch hinein, durch die Klappe, auf Händen und Knien.',
+    'nightfall.note.housekeeper.title': '20. Januar 1911',
+    'nightfall.note.lodger.text': 'Ihn nach eins wieder im Gang gehört.\nEr geht dorthin, wo es hell ist. Wir '
+                                  'löschten unser Licht, stellten uns an die Wand und rührten uns nicht, bis er '
+                                  'vorüber war.\nDie Spuren trocknen in einer Minute.',
+    'nightfall.note.lodger.title': '14. Januar 1911',
+    'nightfall.note.plumber.text': 'An den Rohren fehlt nichts. Es ist in den Rohren.\nEs hat keine Augen und sehr '
+                                   'gute Ohren. Wirf etwas weit fort und geh in die andere Richtung, und schließ die '
+                                   'Türen hinter dir: Türen mag es nicht.',
+    'nightfall.note.plumber.title': '23. Januar 1911',
+    'nightfall.note.porter.text': 'Die Gangtür ist ab neun verschlossen, wer auch fragt.\nDer Schlüssel liegt in '
+                                  'Nummer sechs in der oberen Schublade, wo er immer gelegen hat.\n\nNehmt eine Lampe '
+                                  'mit. Die Wandlampen tun, was sie wollen.',
+    'nightfall.note.porter.title': 'Montag, den 9. Januar 1911',
+    'nightfall.note.seamstress.text': 'Ich habe sie noch einmal gezählt, und den Rücken kehre ich ihnen nicht mehr '
+                                      'zu.\nSolange ich hinsehe, sind sie nur Holz.',
+    'nightfall.note.seamstress.title': '21. Januar 1911',
+    'nightfall.passageKey': 'Schlüssel zum Gang',
+    'nightfall.stairKey': 'Treppenschlüssel',
+
+    # The cellar and the hall of creatures: what is pointed at, and what can be done with it
+    'workshop.barrel': 'ein Fass',
+    'workshop.basin': 'ein Becken mit Schwimmern',
+    'workshop.bell': 'Weit oben schlägt einmal eine Glocke.',
+    'workshop.bench': 'eine Bank',
+    'workshop.boiler': 'der Kessel',
+    'workshop.box': 'eine Kiste, {mass} kg',
+    'workshop.chuteEmpty': 'Die Rutsche ist leer.',
+    'workshop.closeDoor': 'die Tür schließen',
+    'workshop.crate': 'eine Holzkiste, {mass} kg',
+    'workshop.drillPress': 'eine Ständerbohrmaschine',
+    'workshop.fuse': 'eine Sicherung',
+    'workshop.fuseBox': 'ein Sicherungskasten',
+    'workshop.fuseMissing': 'Eine Sicherung fehlt.',
+    'workshop.fuseTaken': 'Du nimmst die Sicherung.',
+    'workshop.ironDoor': 'eine Eisentür',
+    'workshop.lampOff': 'die Lampe ausschalten',
+    'workshop.lampOn': 'die Lampe einschalten',
+    'workshop.lightSwitch': 'ein Lichtschalter',
+    'workshop.lockedDoor': 'eine Eisentür, verschlossen',
+    'workshop.lookForFuse': 'die fehlende Sicherung suchen',
+    'workshop.oilBarrel': 'ein Ölfass',
+    'workshop.openDoor': 'die Tür öffnen',
+    'workshop.pressButton': 'den Knopf drücken',
+    'workshop.putFuseIn': 'die Sicherung einsetzen',
+    'workshop.redButton': 'ein roter Knopf',
+    'workshop.shelves': 'ein Regal',
+    'workshop.slidingDoor': 'eine Schiebetür',
+    'workshop.takeFuse': 'die Sicherung nehmen',
+    'workshop.tryDoor': 'an der Tür rütteln',
+    'workshop.workbench': 'eine Werkbank',
+
+    # The gallery's rooms
+    'gallery.boxes': 'Aus einem Stoff',
+    'gallery.decals': 'Was die Wände behalten',
+    'gallery.doorway': 'Ein Wackelkontakt',
+    'gallery.dust': 'Staub',
+    'gallery.mind': 'Ein Geist versagt',
+    'gallery.screen': 'Auf dem Schirm',
+    'gallery.spheres': 'Viele kleine Lichter',
+    'gallery.spot': 'Eine Lampe und ihre Schatten',
+    'gallery.terrain': 'Der Kirchhof',
 }

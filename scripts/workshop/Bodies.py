@@ -5,6 +5,7 @@ from typing import Sequence
 
 import kaVel
 import objects.GameObjects as place
+import words
 from kaVel import MapRootEntity
 from objects.Placing import Triple
 
@@ -31,7 +32,7 @@ SKINS = ('leather', 'leather', 'rust', 'ceramic', 'ceramic', 'brass')
 def crates(map: MapRootEntity, pointer: place.Pointer):
     for name, at, turn, edge, mass in CRATES:
         crate = place.CargoCrate(map, name, at=at, turn=turn, edge=edge, mass=mass)
-        pointer.name(crate, 'a crate, %d kg' % mass)
+        pointer.name(crate, words.said('workshop.crate', mass='%d' % mass))
 
 
 class Piles:
@@ -50,7 +51,7 @@ class Piles:
                 z = at[2] + edge * 0.08 * ((pile + 2 * row) % 3 - 1)
                 mass = PILE[row]
                 box = place.CargoCrate(map, '%s%d%d' % (name, pile, row), at=(x, y, z), edge=edge, mass=mass)
-                pointer.name(box, 'a box, %d kg' % mass)
+                pointer.name(box, words.said('workshop.box', mass='%d' % mass))
                 self.boxes.append((box, box.getComponent('transform').position))
 
     def lift(self):
@@ -71,7 +72,7 @@ def basin(map: MapRootEntity, pointer: place.Pointer):
             ('rimSouth', ((x0 + x1) / 2, 0, z0 - THICK / 2), (x1 - x0, RIM, THICK)))
     for name, at, size in rims:
         place.Box(map, name, at=at, size=size)
-        pointer.name(place.Block(map, name + 'Block', at=at, size=size), 'a basin of floats')
+        pointer.name(place.Block(map, name + 'Block', at=at, size=size), words.said('workshop.basin'))
     place.Block(map, 'bed', at=((x0 + x1) / 2, 0, (z0 + z1) / 2), size=(x1 - x0, BED, z1 - z0))
     columns, rows = round(x1 - x0), round(z1 - z0)
     for column in range(columns):

@@ -1,6 +1,7 @@
 """The cellar's doors: one of iron that swings, one of planks that slides, and one that stays locked."""
 
 import objects.GameObjects as place
+import words
 from kaVel import Entity, MapRootEntity
 from workshop.Shell import ARCH_X, DOOR_Z, EAST, NORTH, SOUTH, WEST
 
@@ -18,9 +19,9 @@ def build(map: MapRootEntity, pointer: place.Pointer):
 
     def use(leaf: Entity):
         door = leaf.getComponent('physics')
-        return lambda: 'close the door' if door.open else 'open the door'
+        return lambda: words.said('workshop.closeDoor' if door.open else 'workshop.openDoor')
 
-    pointer.name(leaves['storeDoor'], 'an iron door', use(leaves['storeDoor']))
-    pointer.name(leaves['cisternDoor'], 'a sliding door', use(leaves['cisternDoor']))
-    pointer.name(leaves['lockedDoor'], 'an iron door, locked', 'try the door')
+    pointer.name(leaves['storeDoor'], words.said('workshop.ironDoor'), use(leaves['storeDoor']))
+    pointer.name(leaves['cisternDoor'], words.said('workshop.slidingDoor'), use(leaves['cisternDoor']))
+    pointer.name(leaves['lockedDoor'], words.said('workshop.lockedDoor'), words.said('workshop.tryDoor'))
     return leaves

@@ -6,6 +6,7 @@ from typing import Mapping
 
 import kaVel
 import objects.GameObjects as place
+import words
 from kaVel import Entity, MapRootEntity, Object
 from objects.Placing import LevelClock, addVolume, axisTurn, onFrame, placed
 from workshop.Furnishing import COLD
@@ -33,17 +34,18 @@ class Chute:
         self.left = self.CRATES
         self.button = place.sounds(post, 'Button')
         self.slide = place.sounds(spawner, 'CoalChute')
-        pointer.use(post.getChild('block'), 'a red button', 'press the button', self.press)
+        pointer.use(post.getChild('block'), words.said('workshop.redButton'), words.said('workshop.pressButton'),
+                    self.press)
 
     def press(self, player: Object | None):
         self.button.playSoundEffect('Button')
         if not self.left:
-            self.notice.show('The chute is empty.')
+            self.notice.show(words.said('workshop.chuteEmpty'))
             return
         self.left -= 1
         self.slide.playSoundEffect('CoalChute')
         self.spawner.active = True
-        self.pointer.name(self.spawner.spawnObject(kaVel.Handle()), 'a crate, 30 kg')
+        self.pointer.name(self.spawner.spawnObject(kaVel.Handle()), words.said('workshop.crate', mass='30'))
 
 
 class Updraught:
@@ -92,7 +94,7 @@ class Bell:
         _light(lamp, True)
         if self.clock.seconds() > 0:  # at the level's beginning it is what has come back from an earlier visit
             self.sounds.playSoundEffect('BellStruck')
-            self.notice.show('Far above, a bell strikes once.')
+            self.notice.show(words.said('workshop.bell'))
             kaVel.log('The bell strikes.')
 
 
@@ -120,29 +122,30 @@ class FuseBox:
             drawn.visible = False
         handle = placed(room, 'fuseHandle', at=place.around(at, SOUTH, 0, 0, 0.1))
         addVolume(handle, (0.5, 0.7, 0.3), 'BV_NONE')
-        pointer.use(handle, 'a fuse box', self.hint, self.putIn)
+        pointer.use(handle, words.said('workshop.fuseBox'), self.hint, self.putIn)
         self.fuse = place.Fuse(rooms['store'], 'fuse', at=(9.4, 0.86, 1.62), turn=30, roll=90)
         self.fuse.getComponent('boundingVolume').hitBox = kaVel.Vec4(0.3, 0.3, 0.6, 0)  # out of the shelves' block
-        pointer.use(self.fuse, 'a fuse', 'take the fuse', self.take)
+        pointer.use(self.fuse, words.said('workshop.fuse'), words.said('workshop.takeFuse'), self.take)
 
     def isTaken(self):
         return not self.fuse or self.fuse.isDying()
 
     def hint(self):
-        return None if self.lit[0].visible else 'put the fuse in' if self.isTaken() else 'look for the missing fuse'
+        return None if self.lit[0].visible else words.said(
+            'workshop.putFuseIn' if self.isTaken() else 'workshop.lookForFuse')
 
     def take(self, player: Object):
         kaVel.persist(self.fuse, 'murder')
         self.fuse.murder()
         self.sounds.placeEvent('PickUp', self.fuse.getComponent('transform').position)
         self.sounds.playSoundEffect('PickUp')
-        self.notice.show('You take the fuse.')
+        self.notice.show(words.said('workshop.fuseTaken'))
 
     def putIn(self, player: Object):
         if self.lit[0].visible:
             return
         if not self.isTaken():
-            self.notice.show('One fuse is missing.')
+            self.notice.show(words.said('workshop.fuseMissing'))
             return
         self.light()
         self.sounds.playSoundEffect('BatteryIn')

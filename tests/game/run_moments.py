@@ -104,7 +104,7 @@ def begin(map, level, player):
     picture, mind = level.getManager('graphics2'), player.getComponent('player')
     Sequences.play(level, 0.2, lambda: stand(player, 4, -4), 0.2, lambda: stand(player, -4, 4), 0.2,
                    lambda: lifeOf(level).hurt(60, 'it was cold'),
-                   lambda: lifeOf(level).hurt(60, 'it was dark'), lambda: lifeOf(level).hurt(60, 'it was dark'),
+                   lambda: lifeOf(level).hurt(60, 'It was dark.'), lambda: lifeOf(level).hurt(60, 'It was dark.'),
                    Sequences.Until(lambda: picture.dissolveAmount >= 0.99), lambda: note('dark', mind.useInput),
                    1.8, lambda: note(level.getChild('fate').getComponent('graphics2').text),
                    Sequences.Until(lambda: not safety.isOver), lambda: note(where(player), mind.useInput), 3.0,

@@ -155,7 +155,7 @@ def act(coordinator, map, player, frame):
     stand(player, 0, -4)
     light(map, player, False)  # who has a flashlight has a mind to lose
     if frame == 1:
-        lifeOf(coordinator).onDeath(dead.append)
+        lifeOf(coordinator).onDeath(lambda cause: dead.append(str(cause)))
         player.getComponent('player').deathFunc = lambda: dead.append('told')
         map.getChild('damp').getComponent('transform').position = kaVel.Vec4(0, 0.25, -2.8, 1)
     noise(coordinator, map, player, 0, -4)
@@ -167,7 +167,7 @@ def act(coordinator, map, player, frame):
     lives = [each["life"] for each in told]
     assert lives == sorted(lives, reverse=True) and lives[-1] == 0, lives
     assert min(each["mind"] for each in told) < 90, told[-1]
-    assert told[-1]["dead"] == ["told", "the Damp heard you and had hold of you"]
+    assert told[-1]["dead"] == ["told", "The Damp heard you and had hold of you."]
     assert not told[-1]["touches"], "it lets go of the dead"
 
 
@@ -294,7 +294,7 @@ def act(coordinator, map, player, frame):
     stand(player, 0, 5.9, 180 if frame < 1200 else 0)
     if frame % 60 == 0:
         near = min(math.dist(spot(map.getChild('fitting%d' % number)), (0, 5.9)) for number in range(3))
-        note(near=near, life=lifeOf(coordinator).value, cause=lifeOf(coordinator).cause, frame=frame)
+        note(near=near, life=lifeOf(coordinator).value, cause=str(lifeOf(coordinator).cause), frame=frame)
 """, 34)
     steps = [each for each in told if "figure" in each]
     sights = [each for each in told if "near" in each]
@@ -338,12 +338,12 @@ def act(coordinator, map, player, frame):
     light(map, player, frame > 60)
     if frame % 10 == 0:
         guest = map.getChild('guest')
-        note(at=spot(guest), life=lifeOf(coordinator).value, cause=lifeOf(coordinator).cause, why=kaVel.why(guest),
+        note(at=spot(guest), life=lifeOf(coordinator).value, cause=str(lifeOf(coordinator).cause), why=kaVel.why(guest),
              coat=guest.getDescendantByPath('coat/graphics2').visible)
 """, 22)
     assert any("goes to the light" in each["why"] for each in told), told[20]
     assert not all(each["coat"] for each in told), "light shows no more of him than the hem"
-    assert told[-1]["life"] < 100 and told[-1]["cause"] == "the Guest found you by your light", told[-1]
+    assert told[-1]["life"] < 100 and told[-1]["cause"] == "The Guest found you by your light.", told[-1]
 
 
 def test_rats_leave_before_the_damp_comes_and_moths_come_to_the_players_lamp(world):

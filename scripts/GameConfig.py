@@ -10,6 +10,8 @@ import re
 import time
 
 import kaVel
+from reports import Keeping
+from reports.Playing import Played
 
 #: Largest window and longest run that a word may ask for.
 LARGEST_SIDE = 16384
@@ -78,6 +80,9 @@ def _refuseUnknown() -> None:
                              % (variable, '; did you mean %s' % near[0] if near else '', ', '.join(sorted(_known))))
 
 
+#: Report that this run plays again, which answers most of the words below; None for an ordinary run.
+played = Played(_file('KAVEL_REPORT')) if _text('KAVEL_REPORT') else None
+
 #: Level that the game loads first.
 initialLevel = _text('KAVEL_LEVEL') or 'Nightfall'
 
@@ -142,3 +147,4 @@ fixedFrameRate = 60
 headlessSize = _size('KAVEL_SIZE', (1280, 720))
 
 _refuseUnknown()
+Keeping.begin()

@@ -45,6 +45,7 @@ ACTIONS = {
     'levelBefore': ('F6',),
     'fly': ('F7',),
     'console': ('Left of 1',),
+    'report': ('F12',),
 }
 
 #: Action -> the button of a pad that presses its first key. The sticks walk and look by themselves.

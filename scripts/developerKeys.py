@@ -1,12 +1,14 @@
 """Keys for those who make the game.
 
-F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there, F5 the level anew from its scripts.
+F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there, F5 the level anew from its scripts, F12
+a report of what happens.
 """
 
 import functools
 
 import kaVel
 import standing
+from reports import Keeping
 
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, what force
 #: volumes push, the ways by which sounds are heard, what creatures, flocks and flows steer by, what creatures perceive,
@@ -19,7 +21,7 @@ OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', '
 def listen(coordinator: kaVel.Coordinator):
     """Has a level follow the keys for as long as it lives."""
     for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines),
-                             ('reload', functools.partial(standing.reload, coordinator))):
+                             ('report', Keeping.ask), ('reload', functools.partial(standing.reload, coordinator))):
         kaVel.onKey(coordinator, action, function, inScreens=True)
 
 

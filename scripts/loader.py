@@ -26,6 +26,8 @@ from screens import Screens
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
 if not GameConfig.headless:
     playersWindow.attend()
+if GameConfig.played:
+    GameConfig.played.attend()
 levelScripts.begin()
 
 #: What the engine shows for a moment while another level loads.

@@ -6,10 +6,14 @@ over it; a headless run has no player, and what it needs wins over the table.
 
 from __future__ import annotations
 
+from typing import Any
+
 import GameConfig
 import kaVel
 import settings
 import userState
+from reports import Keeping
+from reports.Playing import Played, configured
 
 #: Class of the system -> its properties, set in this order.
 SETTINGS = {
@@ -25,7 +29,8 @@ SETTINGS = {
         'historyFile': '' if GameConfig.headless else userState.path('consoleHistory'),
     },
     'InputSystem': {
-        'replayFile': GameConfig.replay,
+        'replayFile': GameConfig.played.input if GameConfig.played else GameConfig.replay,
+        'runFile': Keeping.inputFile(),
         'recordFile': GameConfig.record,
     },
     'FrameMeter': {
@@ -46,6 +51,17 @@ def configureSystem(system: kaVel.System):
         settings.giveTo(system, className)
     elif className in HEADLESS:
         HEADLESS[className](system)
+    if GameConfig.played:
+        _configurePlayed(system, className, GameConfig.played)
+
+
+def _configurePlayed(system: Any, className: str, played: Played):
+    """Sets what is otherwise while a report is played: time and window are those of its run."""
+    kaVel.configure(system, **configured(className))
+    if className == 'TimeSystem':
+        system.setSource(kaVel.make('PlayedTimeSource', parent=system, name='playedTime', tickRate=played.clock))
+    elif className == 'WindowSystem2':
+        system.setPlayedSize(*played.size)
 
 
 def _fixedTime(timeSystem: kaVel.TimeSystem):

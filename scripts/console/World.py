@@ -10,6 +10,7 @@ import kaVel
 import standing
 from console import Values
 from console.Session import Session, Wrong, command
+from reports import Keeping
 
 
 @command('timescale', 'factor', 'text')
@@ -104,6 +105,13 @@ def screenshot(session: Session, line: str) -> str:
         raise Wrong('there is no folder %s' % os.path.dirname(file))
     kaVel.getSystem('GraphicsSystem2').captureScreen(file)
     return 'The picture of this frame goes to %s' % file
+
+
+@command('report', 'words', 'text')
+def report(session: Session, line: str) -> str:
+    """Writes a report of this moment, which can be played again; what is said goes into it."""
+    Keeping.ask(line)
+    return 'A report of this moment is written'
 
 
 @command('quit')

@@ -244,4 +244,11 @@ TEXTS: dict[str, str] = {
     'gallery.spheres': 'Many small lights',
     'gallery.spot': 'A lamp and its shadows',
     'gallery.terrain': 'The churchyard',
+
+    # Reports of what happened, for those who make the game
+    'report.different': 'The report ends here, and this run is another one: the log tells where.',
+    'report.failed': 'No report could be written: {reason}',
+    'report.kept': 'A report of this moment is kept: mornal/reports/{name}',
+    'report.noPlace': 'there is no folder for it',
+    'report.same': 'The report ends here, and all is as it was.',
 }

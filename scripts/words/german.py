@@ -246,4 +246,11 @@ TEXTS: dict[str, str] = {
     'gallery.spheres': 'Viele kleine Lichter',
     'gallery.spot': 'Eine Lampe und ihre Schatten',
     'gallery.terrain': 'Der Kirchhof',
+
+    # Reports of what happened, for those who make the game
+    'report.different': 'Hier endet der Bericht, und dieser Lauf ist ein anderer: Das Protokoll sagt, wo.',
+    'report.failed': 'Es konnte kein Bericht geschrieben werden: {reason}',
+    'report.kept': 'Ein Bericht dieses Augenblicks ist abgelegt: mornal/reports/{name}',
+    'report.noPlace': 'es gibt keinen Ordner dafür',
+    'report.same': 'Hier endet der Bericht, und alles ist, wie es war.',
 }

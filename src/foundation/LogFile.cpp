@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <system_error>
 #include <vector>
@@ -44,16 +45,31 @@ std::string fileName()
     return text + std::to_string(GetCurrentProcessId()) + EXTENSION;
 }
 
+bool isOfRun(const fs::path &file)
+{
+    const fs::path kind = file.extension();
+    return kind == EXTENSION || kind == ".input" || kind == ".begin";
+}
+
+/// Deletes the oldest runs beyond those that are kept: logs, and what lies beside them under their names.
 void deleteOldest(const fs::path &folder)
 {
     std::vector<fs::path> files;
+    std::set<fs::path> runs;
     std::error_code ignored;
     for (fs::directory_iterator entry(folder, ignored), end; entry != end; entry.increment(ignored))
+    {
+        files.push_back(entry->path());
         if (entry->path().extension() == EXTENSION)
-            files.push_back(entry->path());
-    std::sort(files.begin(), files.end());
-    for (std::size_t i = 0; i + KEPT_FILES < files.size(); ++i)
-        fs::remove(files[i], ignored);
+            runs.insert(entry->path().stem());
+    }
+    while (runs.size() > KEPT_FILES)
+    {
+        for (const fs::path &each : files)
+            if (each.stem() == *runs.begin() && isOfRun(each))
+                fs::remove(each, ignored);
+        runs.erase(runs.begin());
+    }
 }
 
 /// Why there is no log file; empty once there is one.
@@ -112,3 +128,8 @@ void tell()
 }
 
 } // namespace LogFile
+
+String getLogFile()
+{
+    return String::copyFrom(LogFile::path());
+}

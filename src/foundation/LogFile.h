@@ -25,3 +25,7 @@ String placeForBox();
 void tell();
 
 } // namespace LogFile
+
+/// Path of the file that keeps this run's log; empty without one. What else is kept of a run lies beside it, under the
+/// same name but for the extension, and goes when the log goes.
+String getLogFile();

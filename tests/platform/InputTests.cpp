@@ -366,7 +366,7 @@ TEST_F(Recording, ThatIsNotWholeIsNamedWithItsLineAndNotPlayed)
         {"", 0, "it is empty"},
         {std::string(100000, '\0'), 1, "stands where \"input\" is wanted"},
         {"1 key 87 down\n1 end\n", 1, "\"1\" stands where \"input\" is wanted"},
-        {"input 2\n" + head, 1, "it is of version 2, and only 1 is known"},
+        {"input 3\n" + head, 1, "it is of version 3, and only 1 to 2 are known"},
         {"input 1\nlevel Hall\nseed\n", 3, "the seed is missing"},
         {head, 5, "it is cut off: its last line has to be \"FRAME end\""},
         {head + "2 key W down\n2 end", 6, "the virtual-key code is \"W\", not a number from 0 to 65535"},

@@ -39,11 +39,12 @@ void InputDevices::registerDevices()
 void InputDevices::update(bool atRest)
 {
     recorder.advance();
+    runRecorder.advance();
     replay.advance();
     for (unsigned player = 0; player < Rawx::PLAYERS; ++player)
     {
         const PadState pad = readPad(player);
-        recorder.record(player, pad);
+        record(player, pad);
         states[player].Gamepad = atRest ? XINPUT_GAMEPAD() : pad.gamepad;
         if (!pad.connected)
             continue;
@@ -103,4 +104,5 @@ void InputDevices::shutdown()
         if (vibration[player].wLeftMotorSpeed || vibration[player].wRightMotorSpeed)
             setVibration(player, 0);
     recorder.stop();
+    runRecorder.stop();
 }

@@ -61,7 +61,17 @@ public:
 
     InputReplay &getReplay() { return replay; }
     const InputReplay &getReplay() const { return replay; }
+    /// The recording that was asked for.
     InputRecorder &getRecorder() { return recorder; }
+    /// The recording that is kept of every run, for a report.
+    InputRecorder &getRunRecorder() { return runRecorder; }
+    /// Notes something in both recordings.
+    template <class... Values>
+    void record(const Values &...values)
+    {
+        recorder.record(values...);
+        runRecorder.record(values...);
+    }
 
 private:
     PadState readPad(unsigned player);
@@ -72,5 +82,6 @@ private:
     RAWINPUTDEVICE deviceList[Rawx::INPUT_SIZE]; ///< what is registered
     XINPUT_STATE states[Rawx::PLAYERS];          ///< of this frame
     InputReplay replay;
-    InputRecorder recorder;
+    InputRecorder recorder{InputRecorder::ASKED_FOR};
+    InputRecorder runRecorder{InputRecorder::KEPT_BY_THE_WAY};
 };

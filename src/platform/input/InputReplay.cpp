@@ -2,8 +2,21 @@
 
 #include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
+#include "engine/time/PlayedTimeSource.h"
+#include "engine/time/TimeSystem.h"
+#include "platform/window/PlayedWindow.h"
+#include "platform/window/WindowSystem2.h"
 
 #include "foundation/Logger.h"
+#include "port/win32/Messages.h"
+
+namespace
+{
+WindowSystem2 &window()
+{
+    return getSystemDeref<WindowSystem2>();
+}
+} // namespace
 
 void InputReplay::start(const String &file)
 {
@@ -28,6 +41,8 @@ void InputReplay::advance()
         getSystemDeref<GameLoopSystem>().quitIfUnattended();
     }
     playing = next < recording.events.size();
+    if (playing)
+        window().catchUpWithPlayedSize();
     ++frame;
     while (next < recording.events.size() && recording.events[next].frame <= frame)
         play(recording.events[next++]);
@@ -60,17 +75,37 @@ void InputReplay::complain(InputRecording::HeadLine line, const String &problem)
 
 void InputReplay::play(const RecordedInput &event)
 {
-    if (event.kind == RecordedInput::PAD)
+    switch (event.kind)
     {
+    case RecordedInput::PAD:
         pads[event.player] = event.pad;
         return;
-    }
-    if (event.kind == RecordedInput::END)
+    case RecordedInput::TIME:
+        if (const auto source = handle_cast<PlayedTimeSource>(getSystemDeref<TimeSystem>().getSource()).lookup())
+            source->setFrameTicks(event.value);
         return;
+    case RecordedInput::SIZE:
+    case RecordedInput::DRAG:
+        return window().playSize(event.size.x, event.size.y, event.kind == RecordedInput::DRAG);
+    case RecordedInput::FOCUS:
+        return post(WM_PLAYED_FOCUS, event.value);
+    case RecordedInput::TEXT:
+        return post(WM_PLAYED_TEXT, event.value);
+    case RecordedInput::END:
+        return;
+    default:
+        break;
+    }
     RAWINPUT raw = event.raw;
     if (event.kind == RecordedInput::MOUSE)
         raw.data.mouse.ulExtraInformation = static_cast<ULONG>(MAKELPARAM(event.cursor.x, event.cursor.y));
     port::postRawInput(raw);
+}
+
+/// Behind the keys that were posted so far.
+void InputReplay::post(UINT message, std::int64_t value)
+{
+    PostMessageA(window().getWindowHandle(), message, static_cast<WPARAM>(value), 0);
 }
 
 POINT InputReplay::cursorOf(const RAWINPUT &posted)

@@ -3,10 +3,14 @@
 
 #include "platform/input/RecordedInput.h"
 
+#include <cstddef>
+
 /// Plays recorded input back in the place of the devices.
 ///
-/// A recording that cannot be played, or belongs to another run than this one, is logged as an error and not played;
-/// that ends a game which nobody watches with exit code 1.
+/// Where the run's time comes from a PlayedTimeSource, frames last as long as they were recorded; where the window plays
+/// a size, see WindowSystem2, what became of it and its focus is played, too. A recording that cannot be played, or
+/// belongs to another run than this one, is logged as an error and not played; that ends a game which nobody watches
+/// with exit code 1.
 class InputReplay
 {
 public:
@@ -14,6 +18,8 @@ public:
     void start(const String &file);
     /// Whether recorded input stands in for the devices: up to and including the frame of the last event.
     bool isPlaying() const { return playing; }
+    /// Whether the recording tells itself what its keys have typed.
+    bool tellsText() const { return recording.version > 1; }
     /// Goes on to the next frame: posts its keyboard and mouse input, and takes over its pads.
     void advance();
     /// A player's pad as recorded for this frame.
@@ -26,6 +32,7 @@ private:
     bool belongsToThisRun() const;
     void complain(InputRecording::HeadLine line, const String &problem) const;
     void play(const RecordedInput &event);
+    static void post(UINT message, std::int64_t value);
 
     String source; ///< the file
     InputRecording recording;

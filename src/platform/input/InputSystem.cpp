@@ -14,6 +14,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace
 {
@@ -48,18 +49,20 @@ void InputSystem::systemStartup()
 {
     clear();
     inDev.registerDevices();
+    window().setWitness(this);
     const POINT cursor = readCursor();
     takeCursor(static_cast<float>(cursor.x), static_cast<float>(cursor.y));
 }
 
 void InputSystem::systemShutdown()
 {
+    window().setWitness(nullptr);
     inDev.shutdown();
 }
 
 System::DependencyList InputSystem::systemDependencies()
 {
-    return {SystemSystem::staticType};
+    return {SystemSystem::staticType, WindowSystem2::staticType};
 }
 
 void InputSystem::clear()
@@ -107,7 +110,7 @@ void InputSystem::processMouse(const RAWINPUT &input)
     const RAWMOUSE &mouse = input.data.mouse;
     if (inDev.getReplay().isPlaying())
         replayedCursor = InputReplay::cursorOf(input);
-    inDev.getRecorder().record(input, readCursor());
+    inDev.record(input, readCursor());
 
     if (window().getCursorMode() == WindowSystem2::CURSOR_RELATIVE)
         mouseMove(static_cast<float>(mouse.lLastX), static_cast<float>(mouse.lLastY));
@@ -138,7 +141,7 @@ void InputSystem::processKey(const RAWINPUT &input)
     const unsigned key = keyboard.VKey;
     if (key >= heldKeys.size())
         return;
-    inDev.getRecorder().record(input, POINT{0, 0});
+    inDev.record(input, POINT{0, 0});
     if (keyboard.Flags & RI_KEY_BREAK)
     {
         heldKeys.reset(key);
@@ -156,21 +159,67 @@ void InputSystem::processKey(const RAWINPUT &input)
     // The key that opens or closes a text entry types nothing into it.
     const TextCapture *capture = TextCapture::current();
     const bool typing = capture && capture->wantsText();
+    keyTypes = false;
     if (!repeated)
         keyDown(key);
     if (typing)
-        captureText(key, repeated);
+        captureText(key, repeated, input.header.hDevice == nullptr);
 }
 
-void InputSystem::captureText(unsigned key, bool repeated) const
+/// What a device's keys type is told by WM_CHAR; for one that no device pressed the US layout stands in.
+void InputSystem::captureText(unsigned key, bool repeated, bool typesByTable)
 {
     TextCapture *capture = TextCapture::current();
     if (!capture || !capture->wantsText() || capture->takesKey(key, repeated))
         return;
-    if (heldKeys[VK_CONTROL] || heldKeys[VK_MENU])
+    keyTypes = true;
+    const unsigned code = convertToAscii(key);
+    if (code == 0 || (isTypedCharacter(code) && (heldKeys[VK_CONTROL] || heldKeys[VK_MENU])))
         return;
-    if (const unsigned code = convertToAscii(key))
+    if (!isTypedCharacter(code))
         capture->add(code);
+    else if (typesByTable && !(inDev.getReplay().isPlaying() && inDev.getReplay().tellsText()))
+        type(code);
+}
+
+void InputSystem::processWM_CHAR(WPARAM wParam)
+{
+    constexpr WPARAM firstSurrogate = 0xD800, secondSurrogate = 0xDC00, behindSurrogates = 0xE000;
+    const bool isFirst = wParam >= firstSurrogate && wParam < secondSurrogate;
+    const bool isSecond = wParam >= secondSurrogate && wParam < behindSurrogates;
+    const char16_t first = std::exchange(firstHalf, isFirst ? static_cast<char16_t>(wParam) : char16_t(0));
+    const bool isControl = wParam < 32 || wParam == 127;
+    if (isFirst || isControl || !keyTypes || inDev.getReplay().isPlaying() || wParam > 0xFFFF)
+        return;
+    if (isSecond && first)
+        type(static_cast<char32_t>(0x10000 + ((first - firstSurrogate) << 10) + (wParam - secondSurrogate)));
+    else if (!isSecond)
+        type(static_cast<char32_t>(wParam));
+}
+
+void InputSystem::typePlayed(unsigned character)
+{
+    if (inDev.getReplay().isPlaying() && character >= 32 && character != 127 && character <= 0x10FFFF)
+        type(character);
+}
+
+void InputSystem::type(char32_t character)
+{
+    TextCapture *const capture = TextCapture::current();
+    if (!capture || !capture->wantsText())
+        return;
+    inDev.record(RecordedInput::TEXT, static_cast<std::int64_t>(character));
+    capture->addCharacter(character);
+}
+
+void InputSystem::focusChanged(bool active)
+{
+    inDev.record(RecordedInput::FOCUS, std::int64_t(active));
+}
+
+void InputSystem::sizeTaken(int width, int height, bool byUser)
+{
+    inDev.record(byUser ? RecordedInput::DRAG : RecordedInput::SIZE, width, height);
 }
 
 unsigned InputSystem::convertToAscii(unsigned key) const
@@ -332,4 +381,10 @@ void InputSystem::setRecordFile(const String &file)
 {
     recordFile = file;
     inDev.getRecorder().start(file);
+}
+
+void InputSystem::setRunFile(const String &file)
+{
+    runFile = file;
+    inDev.getRunRecorder().start(file);
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/input/InputDevices.h"
+#include "platform/window/PlayedWindow.h"
 
 #include "engine/systems/System.h"
 
@@ -11,7 +12,7 @@
 ///
 /// Sends the messages of InputMessages.h through the post office as the input arrives, and remembers what is down.
 /// Positions are normalised window coordinates. Text that is typed goes to the TextCapture as well.
-class InputSystem : public System
+class InputSystem : public System, private WindowWitness
 {
     KV_REFLECTED(InputSystem)
 public:
@@ -24,6 +25,11 @@ public:
     /// Takes the record behind a WM_INPUT message: key and button transitions, wheel and motion. Anything that is no
     /// full record is dropped, and so are the devices' records while recorded input is played back.
     void processWM_INPUT(WPARAM wParam, LPARAM lParam);
+    /// Takes the text behind a WM_CHAR message, a unit of UTF-16, to whoever captures text; control characters come as
+    /// keys. The text of a key that opened or closed the capture is dropped.
+    void processWM_CHAR(WPARAM wParam);
+    /// Takes a character of a recording to whoever captures text.
+    void typePlayed(unsigned character);
     /// Begins a frame of the pads, which rest while text is entered, and of recorded input; see InputDevices::update.
     void update();
     /// Forgets every key and button that is down, without a message.
@@ -80,6 +86,9 @@ public:
     void setReplayFile(const String &file);
     /// Records all input from the next frame on, in a file that setReplayFile takes. An empty name stops it.
     void setRecordFile(const String &file);
+    /// Records all input beside that, as is kept of every run; what cannot be kept costs a warning. An empty name stops
+    /// it.
+    void setRunFile(const String &file);
 
     bool isKeyDown(unsigned key) const { return key < KEYS && keyState[key]; }
     bool isMouseDown(unsigned click) const { return click < BUTTONS && mouseState[click]; }
@@ -87,7 +96,10 @@ public:
     float getMouseY() const { return mouseY; }
     bool getNoOp() const { return noOp; }
     String getReplayFile() const { return replayFile; }
+    /// Whether recorded input stands in for the devices.
+    bool getReplaying() const { return inDev.getReplay().isPlaying(); }
     String getRecordFile() const { return recordFile; }
+    String getRunFile() const { return runFile; }
     /// The code that a key types, for TextCapture::add, with shift and caps lock as they are; 0 for none.
     unsigned convertToAscii(unsigned key) const;
     /// The devices themselves, for the process's main loop.
@@ -102,7 +114,10 @@ private:
     void processMouse(const RAWINPUT &input);
     void processButtons(const RAWMOUSE &mouse);
     void processKey(const RAWINPUT &input);
-    void captureText(unsigned key, bool repeated) const;
+    void captureText(unsigned key, bool repeated, bool typesByTable);
+    void type(char32_t character);
+    void focusChanged(bool active) override;
+    void sizeTaken(int width, int height, bool byUser) override;
     void releaseWhatWasLetGo();
     POINT readCursor() const;
     void takeCursor(float x, float y);
@@ -123,4 +138,7 @@ private:
     POINT replayedCursor{0, 0}; ///< of the last mouse record of a recording, client pixels
     String replayFile;
     String recordFile;
+    String runFile;
+    bool keyTypes = false;  ///< whether the text of the key that was pressed last is to be taken
+    char16_t firstHalf = 0; ///< of a character of two units; 0: none
 };

@@ -5,15 +5,17 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <limits>
 #include <string>
 #include <string_view>
 
 namespace
 {
-constexpr unsigned VERSION_WRITTEN = 1;
-constexpr std::size_t LARGEST_FILE = 16 << 20; ///< bytes; hours of play
-constexpr std::size_t LONGEST_SHOWN = 40;      ///< characters of a word in an error text
+constexpr unsigned VERSION_WRITTEN = 2;
+constexpr unsigned VERSION_WITHOUT_CLOCK = 1;
+constexpr std::size_t LARGEST_FILE = 256 << 20; ///< bytes; hours of play
+constexpr std::size_t LONGEST_SHOWN = 40;       ///< characters of a word in an error text
 
 String shown(std::string_view word)
 {
@@ -149,23 +151,37 @@ void readPad(Words &words, RecordedInput &event)
     words.read("the right stick's y", pad.sThumbRY);
 }
 
+void readSize(Words &words, RecordedInput &event, RecordedInput::Kind kind)
+{
+    event.kind = kind;
+    words.read("the width", event.size.x);
+    words.read("the height", event.size.y);
+}
+
+void readValue(Words &words, RecordedInput &event, RecordedInput::Kind kind, const char *what)
+{
+    event.kind = kind;
+    words.read(what, event.value);
+}
+
 bool isBlankOrComment(std::string_view line)
 {
     const std::size_t first = line.find_first_not_of(" \t\r");
     return first == std::string_view::npos || line[first] == '#';
 }
 
-String parseHeadLine(std::string_view line, int which, RecordedRun &run)
+String parseHeadLine(std::string_view line, int which, InputRecording &recording)
 {
     Words words(line);
-    unsigned version = VERSION_WRITTEN;
+    RecordedRun &run = recording.run;
     switch (which)
     {
     case InputRecording::VERSION:
         words.expect("input");
-        words.read("the version", version);
-        if (words.problem.empty() && version != VERSION_WRITTEN)
-            return String::format("it is of version %u, and only %u is known", version, VERSION_WRITTEN);
+        words.read("the version", recording.version);
+        if (words.problem.empty() && (recording.version < 1 || recording.version > VERSION_WRITTEN))
+            return String::format("it is of version %u, and only 1 to %u are known", recording.version,
+                                  VERSION_WRITTEN);
         break;
     case InputRecording::LEVEL:
         words.expect("level");
@@ -174,6 +190,12 @@ String parseHeadLine(std::string_view line, int which, RecordedRun &run)
     case InputRecording::SEED:
         words.expect("seed");
         words.read("the seed", run.seed);
+        break;
+    case InputRecording::CLOCK:
+        words.expect("clock");
+        words.read("the clock's rate", run.clock);
+        if (words.problem.empty() && run.clock < 1)
+            return SCS("a clock of less than a tick a second is none");
         break;
     default:
         words.expect("window");
@@ -194,10 +216,10 @@ public:
         ++number;
         if (isBlankOrComment(line))
             return String();
-        if (head < InputRecording::HEAD_LINES)
+        if (head < headLines())
         {
             recording.headLines[head] = number;
-            return parseHeadLine(line, head++, recording.run);
+            return parseHeadLine(line, head++, recording);
         }
         RecordedInput event;
         String problem;
@@ -222,39 +244,58 @@ public:
     long number = 0; ///< of the line that was taken last
 
 private:
+    int headLines() const
+    {
+        return recording.version == VERSION_WITHOUT_CLOCK ? InputRecording::CLOCK : InputRecording::HEAD_LINES;
+    }
+
     int head = 0; ///< line of the head that comes next
 };
 } // namespace
 
 String formatRecordedRun(const RecordedRun &run)
 {
-    return String::format("input %u\nlevel %s\nseed %u\nwindow %d %d\n", VERSION_WRITTEN, run.level.toCString(),
-                          run.seed, run.width, run.height);
+    return String::format("input %u\nlevel %s\nseed %u\nwindow %d %d\nclock %lld\n", VERSION_WRITTEN,
+                          run.level.toCString(), run.seed, run.width, run.height, static_cast<long long>(run.clock));
 }
 
-String formatRecordedInput(const RecordedInput &event)
+RecordedLine::RecordedLine(const RecordedInput &event)
 {
     const RAWKEYBOARD &key = event.raw.data.keyboard;
     const RAWMOUSE &mouse = event.raw.data.mouse;
     const XINPUT_GAMEPAD &pad = event.pad.gamepad;
-    switch (event.kind)
+    const auto write = [this]<class... Values>(const char *format, Values... values)
+    { return std::snprintf(text.data(), text.size(), format, values...); };
+    const auto writeAll = [&]
     {
-    case RecordedInput::KEYBOARD:
-        return String::format("%u key %u %s", event.frame, key.VKey, key.Flags & RI_KEY_BREAK ? "up" : "down");
-    case RecordedInput::MOUSE:
-        return String::format("%u mouse %d %d %u %d %d %d", event.frame, mouse.lLastX, mouse.lLastY,
-                              mouse.usButtonFlags, static_cast<SHORT>(mouse.usButtonData), event.cursor.x,
-                              event.cursor.y);
-    case RecordedInput::PAD:
-        if (!event.pad.connected)
-            return String::format("%u unplug %u", event.frame, event.player);
-        return String::format("%u pad %u %u %u %u %d %d %d %d", event.frame, event.player, pad.wButtons,
-                              pad.bLeftTrigger, pad.bRightTrigger, pad.sThumbLX, pad.sThumbLY, pad.sThumbRX,
-                              pad.sThumbRY);
-    case RecordedInput::END:
-        break;
-    }
-    return String::format("%u end", event.frame);
+        switch (event.kind)
+        {
+        case RecordedInput::KEYBOARD:
+            return write("%u key %u %s\n", event.frame, key.VKey, key.Flags & RI_KEY_BREAK ? "up" : "down");
+        case RecordedInput::MOUSE:
+            return write("%u mouse %d %d %u %d %d %d\n", event.frame, mouse.lLastX, mouse.lLastY, mouse.usButtonFlags,
+                         static_cast<SHORT>(mouse.usButtonData), event.cursor.x, event.cursor.y);
+        case RecordedInput::PAD:
+            if (!event.pad.connected)
+                return write("%u unplug %u\n", event.frame, event.player);
+            return write("%u pad %u %u %u %u %d %d %d %d\n", event.frame, event.player, pad.wButtons, pad.bLeftTrigger,
+                         pad.bRightTrigger, pad.sThumbLX, pad.sThumbLY, pad.sThumbRX, pad.sThumbRY);
+        case RecordedInput::TEXT:
+            return write("%u text %lld\n", event.frame, static_cast<long long>(event.value));
+        case RecordedInput::TIME:
+            return write("%u time %lld\n", event.frame, static_cast<long long>(event.value));
+        case RecordedInput::FOCUS:
+            return write("%u focus %d\n", event.frame, event.value ? 1 : 0);
+        case RecordedInput::SIZE:
+            return write("%u size %d %d\n", event.frame, event.size.x, event.size.y);
+        case RecordedInput::DRAG:
+            return write("%u drag %d %d\n", event.frame, event.size.x, event.size.y);
+        case RecordedInput::END:
+            break;
+        }
+        return write("%u end\n", event.frame);
+    };
+    length = static_cast<std::size_t>(writeAll());
 }
 
 bool parseRecordedInput(const String &line, RecordedInput &event, String &problem)
@@ -271,8 +312,19 @@ bool parseRecordedInput(const String &line, RecordedInput &event, String &proble
         readPad(words, event);
     else if (kind == "unplug")
         readPlayer(words, event);
+    else if (kind == "text")
+        readValue(words, event, RecordedInput::TEXT, "the character");
+    else if (kind == "time")
+        readValue(words, event, RecordedInput::TIME, "the ticks");
+    else if (kind == "focus")
+        readValue(words, event, RecordedInput::FOCUS, "whether the window has the focus");
+    else if (kind == "size")
+        readSize(words, event, RecordedInput::SIZE);
+    else if (kind == "drag")
+        readSize(words, event, RecordedInput::DRAG);
     else if (kind != "end" && words.problem.empty())
-        words.problem = String::format("\"%s\" is no kind of event; there are key, mouse, pad, unplug and end",
+        words.problem = String::format("\"%s\" is no kind of event; there are key, text, mouse, pad, unplug, time, "
+                                       "focus, size, drag and end",
                                        shown(kind).toCString());
     words.expectEnd();
     problem = words.problem;

@@ -3,18 +3,28 @@
 // First the run that it belongs to, then one event a line, in the order of its frames, and the end. Blank lines and
 // lines that begin with # count for nothing:
 //
-//     input 1
+//     input 2
 //     level NAME
 //     seed NUMBER
 //     window WIDTH HEIGHT
+//     clock TICKSPERSECOND
 //     FRAME key VIRTUALKEY down|up
+//     FRAME text CHARACTER
 //     FRAME mouse DX DY BUTTONFLAGS WHEEL CURSORX CURSORY
 //     FRAME pad PLAYER BUTTONS LEFTTRIGGER RIGHTTRIGGER LEFTX LEFTY RIGHTX RIGHTY
 //     FRAME unplug PLAYER
+//     FRAME time TICKS
+//     FRAME focus 0|1
+//     FRAME size WIDTH HEIGHT
+//     FRAME drag WIDTH HEIGHT
 //     FRAME end
 //
 // Frames count from 1, the first frame after the recording was started. Numbers are decimal, or hexadecimal after 0x.
-// Button flags are the RI_MOUSE_ bits, the cursor is in client pixels, the pad's values are those of XINPUT_GAMEPAD.
+// Button flags are the RI_MOUSE_ bits, the cursor is in client pixels, the pad's values are those of XINPUT_GAMEPAD. A
+// character is a number of Unicode. A frame lasts as long as the last line of time up to it says. A size is what the
+// game gave its window, a drag what the user did.
+//
+// Version 1 has no clock and no lines of text, time, focus, size and drag; its keys type what they do on a US keyboard.
 #pragma once
 
 #include "platform/input/RecordedRun.h"
@@ -24,6 +34,9 @@
 #include "foundation/KVString.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
 #include <vector>
 
 /// What one player's pad tells.
@@ -41,15 +54,22 @@ struct RecordedInput
         KEYBOARD,
         MOUSE,
         PAD,
+        TEXT,
+        TIME,
+        FOCUS,
+        SIZE,
+        DRAG,
         END
     };
 
     unsigned frame = 0;
     Kind kind = END;
-    RAWINPUT raw;        ///< of keyboard and mouse
-    POINT cursor{0, 0};  ///< of the mouse: where it was, client pixels
-    unsigned player = 0; ///< of a pad
-    PadState pad;        ///< of a pad
+    RAWINPUT raw;           ///< of keyboard and mouse
+    POINT cursor{0, 0};     ///< of the mouse: where it was, client pixels
+    unsigned player = 0;    ///< of a pad
+    PadState pad;           ///< of a pad
+    std::int64_t value = 0; ///< of text the character, of time the ticks, of the focus whether the window has it
+    POINT size{0, 0};       ///< of a size and a drag, pixels
 };
 
 /// A recording as it was read.
@@ -62,9 +82,11 @@ struct InputRecording
         LEVEL,
         SEED,
         WINDOW,
+        CLOCK,
         HEAD_LINES
     };
 
+    unsigned version = 0;
     RecordedRun run;
     std::array<long, HEAD_LINES> headLines{}; ///< their numbers in the file
     std::vector<RecordedInput> events;        ///< in the order of their frames; empty where there is nothing to play
@@ -73,8 +95,18 @@ struct InputRecording
 /// The lines of the head, with their line ends.
 String formatRecordedRun(const RecordedRun &run);
 
-/// The line of one event, without a line end.
-String formatRecordedInput(const RecordedInput &event);
+/// The line of one event, with its line end.
+class RecordedLine
+{
+public:
+    explicit RecordedLine(const RecordedInput &event);
+
+    std::string_view get() const { return {text.data(), length}; }
+
+private:
+    std::array<char, 160> text;
+    std::size_t length;
+};
 
 /// The event of one line; false where it is none, with what is wrong in `problem`.
 bool parseRecordedInput(const String &line, RecordedInput &event, String &problem);

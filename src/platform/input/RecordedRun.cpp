@@ -3,6 +3,7 @@
 #include "engine/levels/GameLoop.h"
 #include "engine/screen/ScreenMetrics.h"
 #include "engine/systems/SystemSystem.h"
+#include "engine/time/TimeSystem.h"
 
 #include "foundation/Random.h"
 
@@ -14,5 +15,6 @@ RecordedRun presentRun()
     run.seed = engineSeed();
     run.width = getScreenMetrics().width;
     run.height = getScreenMetrics().height;
+    run.clock = getSystemDeref<TimeSystem>().getTicksPerSecond();
     return run;
 }

@@ -16,6 +16,13 @@ public:
     /// Takes one key: a printable character (32 to 126), 8 backspace, 9 tab, 13 enter, 27 escape, 127 delete, or 500 to
     /// 503 for the arrows left, up, right, down.
     virtual void add(unsigned key) = 0;
+    /// Takes one character of a text as the keyboard's layout gives it; what `add` does not know falls away by default.
+    /// @param character  number of Unicode, 32 or above
+    virtual void addCharacter(char32_t character)
+    {
+        if (character < 127)
+            add(character);
+    }
 
     /// The installed capture; null while there is none.
     static TextCapture *current();
@@ -26,3 +33,9 @@ public:
 /// The code that TextCapture::add takes for a key of a US keyboard; 0 for one that types nothing.
 /// @param key  virtual-key code
 unsigned typedCode(unsigned key, bool shift, bool capsLock);
+
+/// Whether a code of TextCapture::add is a character rather than a key that edits.
+constexpr bool isTypedCharacter(unsigned code)
+{
+    return code >= 32 && code < 127;
+}

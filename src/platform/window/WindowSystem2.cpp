@@ -234,6 +234,66 @@ void WindowSystem2::updateWindow(int width, int height)
 
 void WindowSystem2::takeClientSize(int width, int height)
 {
+    if (!playedSizes)
+    {
+        putInForce(width, height);
+        if (witness)
+            witness->sizeTaken(width, height, false);
+    }
+    else if (!playedSizes->ofGame.empty())
+    {
+        const POINT size = playedSizes->ofGame.front();
+        playedSizes->ofGame.pop_front();
+        putInForce(size.x, size.y);
+    }
+}
+
+void WindowSystem2::setPlayedSize(int width, int height)
+{
+    const bool valid = width > 0 && height > 0 && width <= LARGEST_WIDTH && height <= LARGEST_HEIGHT;
+    RECT client;
+    if (valid)
+    {
+        playedSizes.emplace();
+        putInForce(width, height);
+    }
+    else
+    {
+        playedSizes.reset();
+        if (hWnd && GetClientRect(hWnd, &client))
+            putInForce(client.right, client.bottom);
+    }
+    if (hWnd && sizeListener)
+        sizeListener();
+}
+
+void WindowSystem2::playSize(int width, int height, bool byUser)
+{
+    if (playedSizes)
+        (byUser ? playedSizes->ofUser : playedSizes->ofGame).push_back({width, height});
+}
+
+void WindowSystem2::catchUpWithPlayedSize()
+{
+    if (!playedSizes || playedSizes->ofGame.empty())
+        return;
+    playedSizes->ofUser.push_back(playedSizes->ofGame.back());
+    playedSizes->ofGame.clear();
+}
+
+void WindowSystem2::followPlayedSize()
+{
+    if (playedSizes->ofUser.empty())
+        return;
+    const POINT size = playedSizes->ofUser.back();
+    playedSizes->ofUser.clear();
+    putInForce(std::clamp<int>(size.x, 1, LARGEST_WIDTH), std::clamp<int>(size.y, 1, LARGEST_HEIGHT));
+    if (sizeListener)
+        sizeListener();
+}
+
+void WindowSystem2::putInForce(int width, int height)
+{
     curWidth = width;
     curHeight = height;
     normalizationFactor = static_cast<float>(std::max({width, height, 1}));
@@ -331,6 +391,8 @@ void WindowSystem2::noteSize(WPARAM kind)
 
 void WindowSystem2::followSize()
 {
+    if (playedSizes)
+        return followPlayedSize();
     TimeSystem &time = getSystemDeref<TimeSystem>();
     if (sizeIsUntold && time.toSeconds(time.now() - lastSizeChange) >= REST)
         tellSizeAtRest();
@@ -339,7 +401,9 @@ void WindowSystem2::followSize()
     RECT client;
     if (!GetClientRect(hWnd, &client) || (client.right == curWidth && client.bottom == curHeight))
         return;
-    takeClientSize(client.right, client.bottom);
+    putInForce(client.right, client.bottom);
+    if (witness)
+        witness->sizeTaken(curWidth, curHeight, true);
     if (!fullScreen && !maximised)
     {
         windowedWidth = curWidth;
@@ -362,6 +426,14 @@ void WindowSystem2::setActive(bool active)
     if (active == windowActive)
         return;
     windowActive = active;
+    if (!playedSizes)
+        tellFocus(active);
+}
+
+void WindowSystem2::tellFocus(bool active)
+{
+    if (witness)
+        witness->focusChanged(active);
     sendEngineMessage(WindowFocusMessage, active);
 }
 
@@ -401,6 +473,16 @@ LRESULT WindowSystem2::wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam)
     case WM_ERASEBKGND:
         return 1;
     case WM_SETCURSOR:
+        return 0;
+    case WM_PLAYED_FOCUS:
+        if (playedSizes)
+            tellFocus(wParam != 0);
+        return 0;
+    case WM_CHAR:
+        getSystemDeref<InputSystem>().processWM_CHAR(wParam);
+        return 0;
+    case WM_PLAYED_TEXT:
+        getSystemDeref<InputSystem>().typePlayed(static_cast<unsigned>(wParam));
         return 0;
     case WM_INPUT:
         getSystemDeref<InputSystem>().processWM_INPUT(wParam, lParam);

@@ -1,6 +1,8 @@
 // WindowSystem2: the game's one window, its mode, its coordinates, and the hold on the mouse cursor.
 #pragma once
 
+#include "platform/window/PlayedWindow.h"
+
 #include "engine/systems/System.h"
 #include "engine/screen/WindowCoordinate.h"
 
@@ -9,6 +11,7 @@
 #include "port/win32/WinTypes.h"
 
 #include <functional>
+#include <optional>
 
 /// Owns the game's window from the start of the system to its shutdown.
 ///
@@ -72,6 +75,21 @@ public:
     /// One listener, for the device whose picture has to follow; it takes itself out before it goes.
     void setSizeListener(std::function<void()> listener) { sizeListener = std::move(listener); }
 
+    /// Has the window count as one of this size, whatever size it has on the screen, and hear nothing of its user; 0 and
+    /// 0 take that back.
+    ///
+    /// For a run that is played again: what becomes of the size and the focus comes from the recording.
+    void setPlayedSize(int width, int height);
+    /// Whether the window counts as one of another size.
+    bool getPlaysSize() const { return playedSizes.has_value(); }
+    /// Notes what becomes of the size in this frame: at the game's next change of it, or in the frame step where the
+    /// user made it.
+    void playSize(int width, int height, bool byUser);
+    /// Puts a size in force that the last frame had and this run's game did not ask for.
+    void catchUpWithPlayedSize();
+    /// Has somebody told of what a recording needs of the window; null for nobody. Borrowed.
+    void setWitness(WindowWitness *val) { witness = val; }
+
     /// Puts a held cursor back to the window's centre while the window is in front. Frame step.
     void constrainCursorIfNeeded();
     /// Takes over the size that the user gave the window since the last frame. Frame step.
@@ -95,9 +113,12 @@ private:
     void startWithUsualSize();
     DWORD windowedStyle() const;
     void setActive(bool active);
+    void tellFocus(bool active);
+    void followPlayedSize();
     void noteSize(WPARAM kind);
     void tellSizeAtRest();
     void takeClientSize(int width, int height);
+    void putInForce(int width, int height);
     void publishMetrics() const;
     void showCursor(bool show);
     void reportOnce(bool &reported, bool succeeded, const char *text);
@@ -128,6 +149,11 @@ private:
     bool centreReported = false;        ///< the cursor could not be held lately, and the log says so
     bool placeReported = false;         ///< the window's place could not be had lately, and the log says so
     std::function<void()> sizeListener; ///< may be empty
+    bool centreReported = false;            ///< the cursor could not be held lately, and the log says so
+    bool placeReported = false;             ///< the window's place could not be had lately, and the log says so
+    std::function<void()> sizeListener;     ///< may be empty
+    WindowWitness *witness = nullptr;       ///< may be null
+    std::optional<PlayedSizes> playedSizes; ///< while the window counts as one of another size
     static Handle<WindowSystem2>
         instance; ///< from the beginning of its start on, which is before others can ask for it
 };

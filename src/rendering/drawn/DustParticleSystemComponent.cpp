@@ -13,7 +13,6 @@
 #include "engine/time/TimerNames.h"
 #include "engine/transforms/TransformComponent.h"
 
-#include "foundation/Random.h"
 #include "foundation/precompile.h"
 
 #include <algorithm>
@@ -59,6 +58,12 @@ Vec4 eyeOf(const Handle<AbstractManager> &hManager, Vec4 &ahead)
     return transform->getPosition();
 }
 
+/// From 0 to below 1.
+float thrown(std::minstd_rand &dice)
+{
+    return static_cast<float>(dice() & 0xFFFF) / 65536.0f;
+}
+
 } // namespace
 
 /// The box of the entity's transform, with places in it as shares of its extents around its centre: -0.5 to 0.5.
@@ -85,19 +90,19 @@ public:
         const Vec4 offset = place - centre;
         return Vec4(inverses[0].dot(offset), inverses[1].dot(offset), inverses[2].dot(offset), 0);
     }
-    Vec4 somewhere() const
+    Vec4 somewhere(std::minstd_rand &dice) const
     {
-        const float x = frand(), y = frand(), z = frand();
+        const float x = thrown(dice), y = thrown(dice), z = thrown(dice);
         return toWorld(Vec4(x - 0.5f, y - 0.5f, z - 0.5f, 0));
     }
     /// A place inside as it is; the one that a place outside comes in again at.
-    Vec4 wrapped(const Vec4 &place) const
+    Vec4 wrapped(const Vec4 &place, std::minstd_rand &dice) const
     {
         const Vec4 share = toShare(place);
         const Vec4 turns(std::floor(share.x + 0.5f), std::floor(share.y + 0.5f), std::floor(share.z + 0.5f), 0);
         if (turns.x == 0 && turns.y == 0 && turns.z == 0)
             return place;
-        return std::isfinite(share.x + share.y + share.z) ? toWorld(share - turns) : somewhere();
+        return std::isfinite(share.x + share.y + share.z) ? toWorld(share - turns) : somewhere(dice);
     }
     /// 1 inside, falling to 0 at the sides.
     float presence(const Vec4 &place) const
@@ -204,11 +209,11 @@ void DustParticleSystemComponent::fitCount(const Box &box)
     vertices.reserve(wanted);
     while (particles.size() < wanted)
     {
-        const Vec4 place = box.somewhere();
-        const float chance = frand();
+        const Vec4 place = box.somewhere(dice);
+        const float chance = thrown(dice);
         // Few large ones among many small.
-        const float shine = randomFloat(0.25f, 1.0f);
-        particles.push_back({place, 0.6f + 1.2f * chance * chance * chance, shine, randomFloat(0.02f, 0.2f)});
+        const float shine = 0.25f + 0.75f * thrown(dice);
+        particles.push_back({place, 0.6f + 1.2f * chance * chance * chance, shine, 0.02f + 0.18f * thrown(dice)});
     }
 }
 
@@ -234,7 +239,7 @@ void DustParticleSystemComponent::drift(const Box &box, float seconds)
     {
         Vec4 carried = swirl(particle.position, swirlTime);
         carried.y -= particle.weight;
-        particle.position = box.wrapped(particle.position + carried * way);
+        particle.position = box.wrapped(particle.position + carried * way, dice);
     }
 }
 

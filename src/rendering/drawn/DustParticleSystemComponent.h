@@ -9,6 +9,7 @@
 #include "foundation/Matrix4.h"
 #include "foundation/TimeTypes.h"
 
+#include <random>
 #include <vector>
 
 class DynamicMeshAsset;
@@ -80,6 +81,7 @@ private:
     std::vector<LightInAir> lights;  ///< those that reach the box in this frame
     TimerTicks lastTicks = 0;        ///< of the "master" timer at the last step
     float swirlTime = 0;             ///< seconds that the air has moved
+    std::minstd_rand dice;           ///< of its own: what is drawn must not change the game's chance
 
     int count = 1000;
     float size = 0.005f;                          ///< metres

@@ -21,6 +21,7 @@ constexpr const char *classes[] = {
     "GraphicsSystem2",
     "InputSystem",
     "SoundSystem",
+    "TimeSource",
     "WindowSystem2",
     // What draws the game; what is drawn is state, and what was made for drawing it is not.
     "GraphicsManager2",
@@ -55,6 +56,7 @@ constexpr const char *fields[] = {
     "GameLoopSystem::frameLimit",
     "GameLoopSystem::profilerNewFrame",
     "GameLoopSystem::quitAsked",
+    "TimeSystem::sourceType",
     // Marks of who asked last; drawing asks, too.
     "BoundingVolume::lastRequest",
     "GraphicsComponent2::lastRequest",
@@ -62,6 +64,11 @@ constexpr const char *fields[] = {
     "PartitioningGrid::probeNumber",
     // Made for drawing, when something is drawn.
     "DecalComponent::mesh",
+    "DustParticleSystemComponent::lastTicks",
+    "DustParticleSystemComponent::lights",
+    "DustParticleSystemComponent::particles",
+    "DustParticleSystemComponent::swirlTime",
+    "DustParticleSystemComponent::vertices",
     "TextComponent2::lastTextInBlock",
     "TextComponent2::meshIsStale",
     "TextComponent2::pixelSize",

@@ -50,7 +50,8 @@ void StateDigest::endFrame()
     const std::int64_t frame = gameLoop.getFrameNumber();
     if (frame != latestFrame)
         flush();
-    const bool isDumped = !dumpFile.empty() && frame == gameLoop.getFrameLimit();
+    const std::int64_t frameOfDump = dumpFrame > 0 ? dumpFrame : gameLoop.getFrameLimit();
+    const bool isDumped = !dumpFile.empty() && frame == frameOfDump;
     if (!out.is_open() && !isDumped)
         return;
 
@@ -76,9 +77,11 @@ void StateDigest::flush()
 
 void StateDigest::dump()
 {
-    const std::string problem = port::writeWholeFile(dumpFile.toCString(), walk.asText());
-    if (!problem.empty())
-        fail(dumpFile, problem.c_str());
+    std::string problem = port::writeWholeFile(dumpFile.toCString(), walk.asText());
+    if (problem.empty())
+        return;
+    problem.pop_back(); // its full stop
+    fail(dumpFile, problem.c_str());
 }
 
 void StateDigest::fail(const String &file, const char *reason)

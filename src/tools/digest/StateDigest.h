@@ -24,8 +24,11 @@ public:
     /// logged as an error and ends a game that nobody watches with exit code 1.
     void setRecordFile(const String &file);
     String getDumpFile() const { return dumpFile; }
-    /// Sets the file that the fields of the run's last frame, the one of its frame limit, are written to.
+    /// Sets the file that the fields are written to after the dump's frame.
     void setDumpFile(const String &file) { dumpFile = file; }
+    std::int64_t getDumpFrame() const { return dumpFrame; }
+    /// Sets the number of the dump's frame; 0, the default, for the run's last one, that of its frame limit.
+    void setDumpFrame(std::int64_t val) { dumpFrame = val; }
 
     /// Takes the state down. Frame step, behind all others; where a frame has several levels, as while one loads, the
     /// last counts.
@@ -48,4 +51,5 @@ private:
     std::int64_t latestFrame = 0;                           ///< 0: there is none
     String recordFile;
     String dumpFile;
+    std::int64_t dumpFrame = 0; ///< 0: that of the frame limit
 };

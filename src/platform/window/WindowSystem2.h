@@ -145,10 +145,7 @@ private:
     int windowedWidth = 0;  ///< pixels; 0: the mode's
     int windowedHeight = 0; ///< pixels; 0: the mode's
     bool cursorShown = true;
-    bool pointerShown = false;          ///< wanted while the cursor is free
-    bool centreReported = false;        ///< the cursor could not be held lately, and the log says so
-    bool placeReported = false;         ///< the window's place could not be had lately, and the log says so
-    std::function<void()> sizeListener; ///< may be empty
+    bool pointerShown = false;              ///< wanted while the cursor is free
     bool centreReported = false;            ///< the cursor could not be held lately, and the log says so
     bool placeReported = false;             ///< the window's place could not be had lately, and the log says so
     std::function<void()> sizeListener;     ///< may be empty

@@ -16,6 +16,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <string_view>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -54,8 +55,14 @@ struct Typewriter : TextCapture
 
     bool wantsText() const override { return on; }
     void add(unsigned key) override { typed.push_back(key); }
+    void addCharacter(char32_t character) override
+    {
+        text.push_back(character);
+        TextCapture::addCharacter(character);
+    }
 
     bool on = true;
+    std::vector<char32_t> text;
     std::vector<unsigned> typed;
 };
 
@@ -94,6 +101,17 @@ protected:
     }
     void key(USHORT virtualKey, bool down = true) { send(port::keyInput(virtualKey, down)); }
 
+    /// A key that no device pressed, which types as on a US keyboard.
+    void strike(USHORT virtualKey, bool down = true) { send(port::keyInput(virtualKey, down), false); }
+    /// A key of the keyboard with the text that its layout gives it, in UTF-16.
+    void press(USHORT virtualKey, std::u16string_view text)
+    {
+        key(virtualKey);
+        for (const char16_t unit : text)
+            system().processWM_CHAR(unit);
+        key(virtualKey, false);
+    }
+
     /// Runs a frame: what a replay posts arrives in it.
     void frame()
     {
@@ -126,11 +144,11 @@ TEST_F(Input, StartReadsTheCursorAndRegistersTheDevices)
 TEST_F(Input, HeldKeyIsToldOnceAndTypesAgainAndAgain)
 {
     Typewriter typewriter;
-    key('W');
-    key('W');
-    key('W');
+    strike('W');
+    strike('W');
+    strike('W');
     EXPECT_TRUE(system().isKeyDown('W'));
-    key('W', false);
+    strike('W', false);
 
     EXPECT_THAT(heard(), ElementsAre("KeyDownMessage 87", "KeyUpMessage 87"));
     EXPECT_THAT(typewriter.typed, ElementsAre('w', 'w', 'w'));
@@ -160,19 +178,19 @@ TEST_F(Input, AltAndF4EndTheGameAlsoWhileInputIsDropped)
 TEST_F(Input, TypingFollowsShiftAndCapsLockAndSkipsCommands)
 {
     Typewriter typewriter;
-    key(VK_SHIFT);
-    key('A');
-    key('1');
-    key(VK_SHIFT, false);
-    key(VK_CAPITAL);
-    key(VK_CAPITAL, false);
-    key('A');
-    key('1');
-    key(VK_CONTROL);
-    key('C');
-    key(VK_CONTROL, false);
+    strike(VK_SHIFT);
+    strike('A');
+    strike('1');
+    strike(VK_SHIFT, false);
+    strike(VK_CAPITAL);
+    strike(VK_CAPITAL, false);
+    strike('A');
+    strike('1');
+    strike(VK_CONTROL);
+    strike('C');
+    strike(VK_CONTROL, false);
     for (const USHORT special : {VK_UP, VK_DOWN, VK_RETURN, VK_BACK, VK_TAB, VK_F1})
-        key(special);
+        strike(special);
     EXPECT_THAT(typewriter.typed, ElementsAre('A', '!', 'A', '1', 501, 503, 13, 8, 9));
 }
 
@@ -180,10 +198,26 @@ TEST_F(Input, KeyThatOpensATextEntryTypesNothingIntoIt)
 {
     Typewriter typewriter;
     typewriter.on = false;
+    strike(VK_OEM_3);
+    typewriter.on = true;
+    strike('X');
+    EXPECT_THAT(typewriter.typed, ElementsAre('x'));
+}
+
+TEST_F(Input, TextComesAsTheLayoutGivesIt)
+{
+    Typewriter typewriter;
+    typewriter.on = false;
     key(VK_OEM_3);
     typewriter.on = true;
-    key('X');
-    EXPECT_THAT(typewriter.typed, ElementsAre('x'));
+    system().processWM_CHAR(u'`');
+    EXPECT_THAT(typewriter.text, IsEmpty()) << "its key opened the entry";
+    press('Q', u"a");
+    press(VK_OEM_7, u"\u00E4");
+    press('G', u"\U0001F56F");
+    press(VK_BACK, u"\b");
+    EXPECT_THAT(typewriter.text, ElementsAre(U'a', U'\u00E4', U'\U0001F56F'));
+    EXPECT_THAT(typewriter.typed, ElementsAre('a', 8));
 }
 
 TEST_F(Input, HeldCursorTellsMotionAndAFreeOneItsPlaceFromBelow)

@@ -1,8 +1,8 @@
 """What is kept of every run so that a report of it can be written, and the writing.
 
 Beside the run's log, under its name, lie the input of all frames (.input, which the engine writes frame by frame) and
-the user's files as the run found them (.begin). Both are there however a run ends: the next start makes a report of what
-a crash has left behind. They go when their log goes.
+the user's files as the run found them (.begin). Both are there however a run ends: the next start makes a report of
+what a crash has left behind. They go when their log goes.
 """
 
 from __future__ import annotations

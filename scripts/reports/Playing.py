@@ -1,8 +1,9 @@
 """A report that is played again: from the run's first frame on, unseen and as fast as it goes, then its last minute as
 it was; at its end the state is held against the report's, field by field.
 
-The run is the same to the last bit where the game is the same: it begins with the user's files as they were, in a folder
-of its own, and has the recorded input, lengths of frames and sizes of the window. What it keeps is gone afterwards.
+The run is the same to the last bit where the game is the same: it begins with the user's files as they were, in a
+folder of its own, and has the recorded input, lengths of frames and sizes of the window. What it keeps is gone
+afterwards.
 """
 
 from __future__ import annotations
@@ -151,7 +152,8 @@ def _sweep(mine: str) -> None:
         file.write(str(os.getpid()))
     for name in os.listdir(tempfile.gettempdir()):
         folder = os.path.join(tempfile.gettempdir(), name)
-        if name.startswith(PREFIX) and folder != mine and os.path.isdir(folder) and not Keeping.goesOn(_process(folder)):
+        isOurs = name.startswith(PREFIX) and folder != mine and os.path.isdir(folder)
+        if isOurs and not Keeping.goesOn(_process(folder)):
             shutil.rmtree(folder, True)
 
 

@@ -21,7 +21,7 @@ def build(menu: kaVel.Entity, question: str = '', yes: Callable[[], object] | No
         if function:
             function()
 
-    paper = kit.Column(menu, 'box', anchor='center', most=900, gap=18, look='ink', padding=36)
+    paper = kit.Column(menu, 'box', anchor='center', width=760, gap=18, look='ink', padding=36)
     kit.Label(paper, 'question', words=question, values=values, size='large', align='center')
     kit.Space(paper, 'space', size=8)
     answers = kit.Row(paper, 'answers', gap=24)

@@ -48,18 +48,18 @@ class Layout(TypedDict, total=False):
     """What every pattern takes about its place.
 
     `anchor` says where it stands in the room that it is given: 'fill' in a container, the middle of the window below a
-    screen. `width` and `height` fix a size (a height is the least one), `most` is the most width, `grow` the share of a
-    row's or column's spare room, `margin` what is kept free around it (all sides, or left, top, right, bottom), `shown`
-    whether it is there, `opacity` how much is seen of it.
+    screen. `width` and `height` fix a size (a height is the least one), `mostWidth` is the most width, `grow` the share
+    of a row's or column's spare room, `margin` what is kept free around it (all sides, or left, top, right, bottom),
+    `visible` whether it is there, `opacity` how much is seen of it.
     """
 
     anchor: Anchor
     width: float
     height: float
-    most: float
+    mostWidth: float
     grow: float
     margin: float | tuple[float, float, float, float]
-    shown: bool
+    visible: bool
     opacity: float
 
 
@@ -294,6 +294,32 @@ def capture(part: kaVel.Object, taken: Callable[[str, int], object] | None):
     menuOf(part).setInputTaken(taken)
 
 
+def animate(widget: kaVel.Entity, name: str, final: Any, seconds: float, start: Any = None):
+    """Takes a property of a widget to another value in some seconds, also while the level stands still.
+
+    For numbers and Vec4, as 'opacity' and 'shift'.
+    """
+    target = component(widget)
+    begin = getattr(target, name) if start is None else start
+    time = kaVel.getSystem('GameLoopSystem').time
+    passed = 0.0
+    old = widget.getChild('animated ' + name)
+    if old:
+        old.murder()
+    motion = kaVel.make('Entity', parent=widget, name='animated ' + name)
+
+    def step():
+        nonlocal passed
+        passed += time.frameTimeSeconds
+        part = min(passed / seconds, 1.0) if seconds > 0 else 1.0
+        setattr(target, name, begin + (final - begin) * part)
+        if part >= 1.0:
+            motion.murder()
+
+    kaVel.addComponent(motion, 'cursor', 'ScriptComponent', frameCallback=step)
+    step()
+
+
 def clear(container: kaVel.Entity):
     """Takes everything out of a container."""
     for child in list(container.children):
@@ -320,23 +346,23 @@ def _sides(value: float | tuple[float, float, float, float]) -> kaVel.Vec4:
     return kaVel.Vec4(*value) if isinstance(value, tuple) else kaVel.Vec4(value, value, value, value)
 
 
-def _widget(parent: kaVel.Object, name: str, key: str, className: str, layout: Layout) -> tuple[kaVel.Entity, Any]:
+def _widget(parent: kaVel.Object, name: str, key: str, className: Any, layout: Layout) -> tuple[kaVel.Entity, Any]:
     entity = kaVel.make('Entity', parent=parent, name=name)
     component: Any = kaVel.addComponent(entity, key, className)
     below = 'center' if parent.getChild('menu') else 'fill'
     component.alignX, component.alignY = _ANCHORS[layout.get('anchor', below)]
     if 'width' in layout:
         component.leastWidth = component.mostWidth = float(layout['width'])
-    if 'most' in layout:
-        component.mostWidth = float(layout['most'])
+    if 'mostWidth' in layout:
+        component.mostWidth = float(layout['mostWidth'])
     if 'height' in layout:
         component.leastHeight = float(layout['height'])
     if 'grow' in layout:
         component.growX = component.growY = float(layout['grow'])
     if 'margin' in layout:
         component.margin = _sides(layout['margin'])
-    if 'shown' in layout:
-        component.shown = layout['shown']
+    if 'visible' in layout:
+        component.shown = layout['visible']
     if 'opacity' in layout:
         component.opacity = float(layout['opacity'])
     return entity, component

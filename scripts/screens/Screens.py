@@ -25,6 +25,7 @@ import traceback
 from typing import Any, Callable
 
 import kaVel
+import settings
 import words
 from perLevel import PerLevel
 from screens import Kit as kit
@@ -35,6 +36,7 @@ SOUNDS = ('InterfaceHover', 'InterfaceClick', 'InterfaceHover', 'InterfaceBack')
 PAUSE = 'Pause'
 PAUSE_ENTITY = 'PauseMenu'
 DEFAULT_VEIL = 0.8
+FONT, READABLE_FONT = 'LindenHill.otf', 'Andika-Regular.ttf'
 
 
 class Screen:
@@ -52,13 +54,12 @@ class Screen:
 
 
 class Stack:
-    """The open screens of a level, the topmost one at the end, and what was before the first one."""
+    """The open screens of a level, the topmost one at the end."""
 
     def __init__(self, level: kaVel.Coordinator):
         self.level = level
         self.screens: list[Screen] = []
         self.running: Any = None    # loopState before the level was stopped; None while it is not
-        self.pointer: Any = None    # cursor mode and visibility before the first screen
         self.cursor = _makeCursor(level, self.followWords)
         self.wordsSeen = words.changes
 
@@ -67,27 +68,18 @@ class Stack:
             rebuild(self.level)
 
     def settle(self):
-        """Brings level, pointer and screens to what the stack has become."""
+        """Brings level and screens to what the stack has become."""
         self.wordsSeen = words.changes
         seen = True
         for number, screen in reversed(list(enumerate(self.screens))):
             screen.component.order = number
             screen.component.visible = seen
             seen = seen and not screen.has('COVERS', True)
-        top = self.screens[-1].component if self.screens else None
-        self.cursor.setTop(top)
-        self._settlePointer(bool(self.screens))
+        if self.screens:
+            self.cursor.setTop(self.screens[-1].component)
+        else:
+            self.cursor.clearTop()
         self._settleLevel(any(screen.has('PAUSES', True) for screen in self.screens))
-
-    def _settlePointer(self, wanted: bool):
-        window = kaVel.getSystem('WindowSystem2')
-        if wanted and self.pointer is None:
-            self.pointer = window.cursorMode, window.pointerShown
-            window.cursorMode = 'CURSOR_ABSOLUTE'
-            window.pointerShown = True
-        elif not wanted and self.pointer is not None:
-            window.cursorMode, window.pointerShown = self.pointer
-            self.pointer = None
 
     def _settleLevel(self, stopped: bool):
         states = kaVel.Coordinator.LoopControlState
@@ -247,7 +239,7 @@ def _menuEntity(level: kaVel.Coordinator, name: str) -> kaVel.Entity:
 
 def _build(stack: Stack, screen: Screen):
     menu, component = screen.menu, screen.component
-    kaVel.configure(component, veil=float(screen.has('VEIL', DEFAULT_VEIL)))
+    kaVel.configure(component, veil=float(screen.has('VEIL', DEFAULT_VEIL)), fontName=_font())
     component.setBackCalled(lambda: _goBack(stack.level, screen))
     component.setEventHeard(lambda event: _sound(screen, SOUNDS[event]))
     component.setPageTurned(None)
@@ -257,6 +249,12 @@ def _build(stack: Stack, screen: Screen):
     except Exception:
         _remove(screen)
         raise
+
+
+def _font() -> str:
+    """The font file of all screens: the player may want the plainer one."""
+    plain = any(each.name == 'readableFont' for each in settings.SETTINGS) and settings.get('readableFont')
+    return READABLE_FONT if plain else FONT
 
 
 def _goBack(level: kaVel.Coordinator, screen: Screen):

@@ -187,15 +187,22 @@ void CursorComponent::followState()
     const bool wanted = menu && menu->getVisible();
     if (wanted || listening)
         input().setScreenTakesInput(wanted);
+    WindowSystem2 &window = getSystemDeref<WindowSystem2>();
+    const bool dropped = input().getNoOp();
+    if (wanted && !dropped)
+        window.setCursorMode(WindowSystem2::CURSOR_ABSOLUTE);
+    else if (listening && !wanted && !dropped)
+        window.setCursorMode(WindowSystem2::CURSOR_RELATIVE);
     if (wanted && !listening)
     {
+        window.setPointerShown(true);
         padBefore = ~0; // what is held already has been pressed for the game
         pointerX = -1.f;
     }
     listening = wanted;
     if (!wanted)
         repeating = false;
-    capture(wanted && menu->wantsText() && !input().getNoOp());
+    capture(wanted && menu->wantsText() && !dropped);
 }
 
 void CursorComponent::capture(bool val)

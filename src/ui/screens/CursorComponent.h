@@ -17,14 +17,14 @@ enum MenuDevice
     MD_PAD = 2
 };
 
-/// The pointer of a level, under the component key "cursor" of its entity "Cursor".
+/// The pointer of a level, on its entity "Cursor".
 ///
 /// Hears keyboard, mouse and the first pad in the level's post office, and once a frame gives what came to the topmost
 /// screen: arrows, W A S D, the cross and the left stick move, and repeat while they are held; Tab steps; Enter, Space
 /// and A press; Escape, B and Start go back; Q, E, page keys and shoulders turn pages. What comes in the frame in which a
-/// first screen is opened belongs to the game and is left out. The system's pointer is shown while the mouse is used,
-/// and hidden by keys and pad. While a screen is before him, the player takes nothing: see
-/// `InputSystem::setScreenTakesInput`.
+/// first screen is opened belongs to the game and is left out. While there is a screen the window's cursor is free, and
+/// afterwards it is held again; it is seen until keys or a pad are used, and again when the mouse moves. The player
+/// takes nothing meanwhile: see `InputSystem::setScreenTakesInput`.
 class CursorComponent : public SimpleComponent, private TextCapture
 {
     KV_REFLECTED(CursorComponent)
@@ -39,8 +39,10 @@ public:
     void doFrame() override;
 
     Handle<MenuComponent> getTop() const { return top; }
-    /// The screen that takes input; none with an invalid handle.
+    /// The screen that takes input.
     void setTop(Handle<MenuComponent> val);
+    /// Has no screen take input any more.
+    void clearTop() { setTop(Handle<MenuComponent>()); }
     /// What the player used last.
     MenuDevice getDevice() const { return device; }
 

@@ -104,7 +104,8 @@ float ButtonComponent::measureHeight(const WidgetStyle &style, float width)
         return 0.f;
     const int pixels = textPixels(style, textSize);
     const float room = std::max(width - (2.f * PAD_X + valueWidth()) * style.unit, LEAST_TEXT * style.unit);
-    const float lines = std::max(text.heightFor(*style.font, pixels, room), static_cast<float>(pixels) * 1.2f);
+    const float lines =
+        std::max({text.heightFor(*style.font, pixels, room), valueHeight(style), static_cast<float>(pixels) * 1.2f});
     return lines + 2.f * PAD_Y * style.unit;
 }
 

@@ -85,6 +85,8 @@ protected:
 
     /// Width that the value at the right takes, in 1/1080; 0 for none.
     virtual float valueWidth() const { return 0.f; }
+    /// Height that the value needs, pixels.
+    virtual float valueHeight(const WidgetStyle &style) { return 0.f; }
     /// Draws the value.
     virtual void paintValue(WidgetPainter &painter, const WidgetRect &room) {}
     /// The colour of its texts, by focus and whether it can be pressed.

@@ -8,8 +8,9 @@
 
 namespace
 {
-constexpr float ARROW = 34.f; ///< room for each arrow
-}
+constexpr float ARROW = 34.f;       ///< room for each arrow
+constexpr float TEXT_SHARE = 0.92f; ///< size of a choice, of the text's
+} // namespace
 
 void ChoiceComponent::addChoice(const String &words)
 {
@@ -76,12 +77,26 @@ void ChoiceComponent::paintArrow(WidgetPainter &painter, const WidgetRect &room,
     }
 }
 
+float ChoiceComponent::valueHeight(const WidgetStyle &style)
+{
+    const float room = (valueWidth() - 2.f * ARROW) * style.unit;
+    const int pixels = textPixels(style, getTextSize() * TEXT_SHARE);
+    float highest = 0.f;
+    for (const String &choice : choices)
+    {
+        WidgetText words;
+        words.set(choice);
+        highest = std::max(highest, words.heightFor(*style.font, pixels, room));
+    }
+    return highest;
+}
+
 void ChoiceComponent::paintValue(WidgetPainter &painter, const WidgetRect &room)
 {
     lastUnit = painter.unit();
     const float arrow = ARROW * lastUnit;
     paintArrow(painter, {room.left, room.top, arrow, room.height}, false);
     paintArrow(painter, {room.right() - arrow, room.top, arrow, room.height}, true);
-    painter.text(shownChoice, room.inset(arrow, 0.f, arrow, 0.f), textPixels(painter.getStyle(), getTextSize() * 0.92f),
-                 textColor(), TA_CENTER);
+    painter.text(shownChoice, room.inset(arrow, 0.f, arrow, 0.f),
+                 textPixels(painter.getStyle(), getTextSize() * TEXT_SHARE), textColor(), TA_CENTER);
 }

@@ -33,6 +33,8 @@ public:
 
 protected:
     float valueWidth() const override { return 420.f; }
+    /// That of the longest choice, so that stepping moves nothing.
+    float valueHeight(const WidgetStyle &style) override;
     void paintValue(WidgetPainter &painter, const WidgetRect &room) override;
 
 private:

@@ -26,19 +26,22 @@ protected:
     void glowingModel(Vec4 position) { square(position, 0.5f, SCS("lampShadeEmissive.dds")); }
 
     /// A square that faces the camera, 2 m times its size, turned clockwise by so many radians.
-    void square(Vec4 position, float size, const String &emissive, float roll = 0)
+    Handle<TransformComponent> square(Vec4 position, float size, const String &emissive, float roll = 0,
+                                      const String &diffuse = SCS("black.dds"))
     {
         const Handle<Entity> entity = level.entity("model");
-        const auto transform = level.transform(entity, position).lookup();
+        const Handle<TransformComponent> place = level.transform(entity, position);
+        const auto transform = place.lookup();
         transform->setScale(Vec4(size, size, 1, 0));
         transform->setOrientation(Quaternion::fromAxisAngle(Vec4(0, 0, 1, 0), roll));
         ModelGraphicsComponent2 &model = *level.component<ModelGraphicsComponent2>(entity, "graphics2").lookup();
         model.setMesh(graphics().getFullScreenQuad());
-        model.setTextureName(SCS("black.dds"));
+        model.setTextureName(diffuse);
         model.setEmissiveTextureName(emissive);
         model.setLayer(SceneGraph::WORLD_UNCONDITIONAL);
         const OnRealDevice real(*this);
         model.onLoadComplete();
+        return place;
     }
 
     /// What a frame's passes bind as their first target and clear, in order, without repetitions of a binding.
@@ -289,6 +292,62 @@ TEST_F(Frame, AntialiasingChangesOutlinesOnlyAndLeavesNothingBehind)
         }
     EXPECT_GT(between, HEIGHT / 3);
     EXPECT_LT(between, HEIGHT * 2);
+}
+
+/// How far the rows of a picture are off a straight edge, on average, pixels: each row's share of what lies left of the
+/// edge is held against the line that fits them all.
+double offStraight(const ScreenPicture &picture, const ScreenPicture &uncovered)
+{
+    std::vector<double> widths;
+    for (int y = picture.height / 4; y < picture.height * 3 / 4; ++y)
+    {
+        double width = 0;
+        for (int x = 0; x < picture.width; ++x)
+            width += 1.0 - static_cast<double>(picture.red(x, y)) / std::max(uncovered.red(x, y), 1);
+        widths.push_back(width);
+    }
+    const double middle = 0.5 * static_cast<double>(widths.size() - 1);
+    double mean = 0, rise = 0, squares = 0, off = 0;
+    for (std::size_t i = 0; i < widths.size(); ++i)
+    {
+        const double along = static_cast<double>(i) - middle;
+        mean += widths[i] / static_cast<double>(widths.size());
+        rise += along * widths[i];
+        squares += along * along;
+    }
+    for (std::size_t i = 0; i < widths.size(); ++i)
+        off += std::abs(widths[i] - mean - (static_cast<double>(i) - middle) * rise / squares);
+    return off / static_cast<double>(widths.size());
+}
+
+TEST_F(Frame, SmoothedEdgesLieWhereTheEdgesLie)
+{
+    square(Vec4(0, 0, 6, 1), 20, SCS("lampShadeEmissive.dds"));
+    const ScreenPicture uncovered = drawPicture(*this);
+    const auto edge = square(Vec4(-3, 0, 4, 1), 3, SCS("black.dds")).lookup();
+    for (const float roll : {-0.4f, -0.2f, -0.1f, 0.1f, 0.2f, 0.4f})
+    {
+        edge->setOrientation(Quaternion::fromAxisAngle(Vec4(0, 0, 1, 0), roll));
+        graphics().setAntialiasing(false);
+        const double steps = offStraight(drawPicture(*this), uncovered);
+        graphics().setAntialiasing(true);
+        const double smooth = offStraight(drawPicture(*this), uncovered);
+        EXPECT_GT(steps, 0.2) << roll;
+        EXPECT_LT(smooth, 0.35 * steps) << roll;
+    }
+}
+
+TEST_F(Frame, LightFromEverywhereComesMoreFromAbove)
+{
+    manager->setSceneAmbient(1);
+    const auto place = square(Vec4(0, 0, 4, 1), 3, SCS("black.dds"), 0, SCS("lampShadeEmissive.dds")).lookup();
+    const auto drawn = [&](float pitch)
+    {
+        place->setOrientation(Quaternion::fromAxisAngle(Vec4(1, 0, 0, 0), pitch));
+        return drawPicture(*this).green(WIDTH / 2, HEIGHT / 2);
+    };
+    const int upwards = drawn(1.0f), downwards = drawn(-1.0f);
+    EXPECT_GT(upwards, downwards + 20);
 }
 
 TEST_F(Frame, SteadyFrameAllocatesNothing)

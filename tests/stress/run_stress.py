@@ -28,6 +28,7 @@ SKIPPED = {
     r"GraphicsSystem2::(onCreateOrReset|rememberScreenTargets|tryToRecoverDevice)": "likewise",
     r"GraphicsManager2::onMurder": "takes the running level's scene graph away, which the next frame cannot be without",
     r"GraphicsManager2::drawScreenLayer": "private step; a layer that is none is a critical assertion",
+    r"SoundSystem::openEventSystem": "private step of the start; a second one loses the first",
     r"WindowSystem2::(createWindow|registerWindowClass)": "private steps of the start; there is one window only",
     r"PlayerPhysics::setWon": "a body that steps on after the game was won ends the process, as it must",
     r"SceneGraph::fillInstanceBuffer": "private step that writes as many instances as its caller has counted",

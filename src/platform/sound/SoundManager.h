@@ -47,8 +47,8 @@ public:
     void SetGlobalSoundVolume(float vol);
     /// Sets the loudness of all music of the level, 0..1; nothing while it is silenced.
     void SetGlobalMusicVolume(float vol);
-    /// Loudness of all events of a kind.
-    float getGlobalVolume(SoundType type) const { return globalVolumes[type]; }
+    /// Loudness of all events of a kind; 0 for what is none.
+    float getGlobalVolume(SoundType type) const { return type < NUM_SOUND_TYPES ? globalVolumes[type] : 0.f; }
     /// Pauses all sound effects of the level, or lets them go on.
     void PauseSoundEffects(bool val);
     /// Pauses all music of the level, or lets it go on.

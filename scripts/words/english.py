@@ -82,7 +82,9 @@ TEXTS: dict[str, str] = {
     # Saves
     'saves.ask.before': '{fault} The one before it, {before}, is whole. Go on from there?',
     'saves.ask.delete': 'Delete this save of {place}?',
+    'saves.ask.load': 'What has happened since the last save will be lost. Load this one?',
     'saves.at': '{date}, {time}',
+    'saves.before': 'Load {before}, the one before',
     'saves.damaged': 'Damaged',
     'saves.done': 'It is written down.',
     'saves.fail.denied': 'The game is not saved: nothing may be written into {folder}.',

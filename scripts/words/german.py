@@ -82,7 +82,9 @@ TEXTS: dict[str, str] = {
     # Spielstände
     'saves.ask.before': '{fault} Der davor, {before}, ist ganz. Dort weitermachen?',
     'saves.ask.delete': 'Diesen Spielstand löschen ({place})?',
+    'saves.ask.load': 'Was seit dem letzten Speichern geschah, geht verloren. Diesen laden?',
     'saves.at': '{date}, {time}',
+    'saves.before': '{before} laden, den davor',
     'saves.damaged': 'Beschädigt',
     'saves.done': 'Es ist aufgeschrieben.',
     'saves.fail.denied': 'Nicht gespeichert: in {folder} darf nichts geschrieben werden.',

@@ -48,12 +48,15 @@ class Safety:
         self.isOver = False
         self._returns: list[Callable[[], object]] = []
         lifeOf(level).onDeath(self.die)
-        keepPart(level, 'safety', lambda: [list(self.stand[0]), self.stand[1], self.deaths], self._become)
+        keepPart(level, 'safety', self._told, self._become)
         Moments.shelter(level, lambda: (self.stand[0], self.stand[1], 0.0))
 
-    def _become(self, told: list[Any]):
-        (x, y, z), turn, self.deaths = told
-        self.stand = (x, y, z), turn
+    def _told(self) -> dict[str, Any]:
+        return {'at': list(self.stand[0]), 'turn': self.stand[1], 'deaths': self.deaths}
+
+    def _become(self, told: dict[str, Any]):
+        x, y, z = told['at']
+        self.stand, self.deaths = ((x, y, z), told['turn']), told['deaths']
 
     def place(self, map: kaVel.MapRootEntity, name: str, at: Triple, size: tuple[float, float] = (1.5, 1.5),
               turn: float = 0.0, stand: Triple | None = None):

@@ -6,8 +6,8 @@
     { ... }
 
 The checksum is that of all that follows its line. What follows is JSON: `level`, `place` (a key of the tables of
-words), `made` (UTC), `played` (seconds), `why`, `stand` (feet, turn and pitch), `calls` (what has become of the objects of
-all levels), `objects` (properties by path) and `parts` (what is no property, by name).
+words), `made` (UTC), `played` (seconds), `why`, `stand` (feet, turn and pitch), `calls` (what has become of the objects
+of all levels), `objects` (properties by path) and `parts` (what is no property, by name).
 """
 
 from __future__ import annotations

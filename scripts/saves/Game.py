@@ -69,7 +69,8 @@ def document(level: kaVel.Coordinator, why: str, isAwkward: bool = False) -> Doc
     stand = Moments.placeToStand(level, isAwkward)
     now = datetime.datetime.now(datetime.timezone.utc)
     return {
-        'level': level.levelName, 'place': Moments.placeName(level), 'why': why,
+        'level': level.levelName, 'place': Moments.placeName(level, stand, why == 'safe'),
+        'why': why,
         'made': now.strftime('%Y-%m-%dT%H:%M:%S.%fZ'), 'played': clock.played if clock else 0.0,
         'stand': {'at': list(stand[0]), 'turn': stand[1], 'pitch': stand[2]} if stand else None,
         'calls': calls(level), 'objects': Kept.tellObjects(level), 'parts': Kept.tellParts(level)}

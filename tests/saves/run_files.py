@@ -1,4 +1,4 @@
-"""The files of saves, without the game: what the writing module survives, and what the reading one says of bad files."""
+"""The files of saves, without the game: what writing them survives, and what is said of bad ones."""
 import argparse
 import os
 import pathlib
@@ -6,56 +6,60 @@ import random
 import signal
 import subprocess
 import sys
-import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-SCRIPTS = ROOT / "scripts"
-sys.path[:0] = [str(ROOT / "tests" / "support"), str(SCRIPTS / "saves")]
+TOOLS = ROOT / "tools" / "saves"
+sys.path[:0] = [str(ROOT / "tests" / "support"), str(TOOLS)]
 import cases
+from rooms import Document
+from rooms import Folder as Files
 
 KILLS = 100
 
-# `saves` itself needs the engine; its rooms of files do not.
 PROGRAM = """
-import sys, types
-package = types.ModuleType('saves')
-package.__path__ = [sys.argv[1] + '/saves']
-sys.modules['saves'] = package
-from saves import Document
-from saves.Folder import Folder, Name, nameOf
+import sys
+sys.path.insert(0, sys.argv[1])
+from rooms import Document, Folder
 
-def document(number, size=400):
-    return {'level': 'Nightfall', 'place': 'here', 'made': '%09d' % number, 'why': 'safe', 'played': 1.0,
+def document(number, size):
+    return {'level': 'Nightfall', 'place': '', 'made': '%09d' % number, 'why': 'safe', 'played': 1.0,
             'stand': None, 'calls': {}, 'objects': {}, 'parts': {'filling': 'x' * size}}
-folder = Folder(sys.argv[2])
-"""
-exec(PROGRAM.replace("sys.argv[1]", repr(str(SCRIPTS))).replace("sys.argv[2]", "'/nowhere'"))  # pylint: disable=exec-used
-
-WRITES = PROGRAM + """
+folder = Folder.Folder(sys.argv[2])
 number = int(sys.argv[3])
+"""
+WRITES = PROGRAM + """
 while True:
     number += 1
     folder.write('game1', Document.write(document(number, 60000)))
     print(number, flush=True)
 """
+WRITES_SIXTY = PROGRAM + """
+for each in range(number, number + 60):
+    print(folder.write('game1', Document.write(document(each, 20000))))
+"""
+
+
+def document(number, size=400):
+    return {"level": "Nightfall", "place": "", "made": "%09d" % number, "why": "safe", "played": 1.0,
+            "stand": None, "calls": {}, "objects": {}, "parts": {"filling": "x" * size}}
 
 
 def begin(path, program, *words):
-    return subprocess.Popen([sys.executable, "-c", program, str(SCRIPTS), str(path), *map(str, words)],
+    return subprocess.Popen([sys.executable, "-c", program, str(TOOLS), str(path), *map(str, words)],
                             stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
 
 
 def whole(path):
     """Name -> number of each save that can be read; all must be."""
-    there = Folder(str(path))
+    there = Files.Folder(str(path))
     return {name: int(Document.read(there.read(name))["made"]) for name in there.names()}
 
 
 def fault(path, name="game1.1"):
     """What is said of a save that cannot be read."""
     try:
-        Document.read(Folder(str(path)).read(nameOf(name)))
+        Document.read(Files.Folder(str(path)).read(Files.nameOf(name)))
     except Document.Fault as wrong:
         return wrong.key
     except OSError as wrong:
@@ -79,16 +83,12 @@ def test_a_writer_that_is_killed_a_hundred_times_loses_nothing_that_it_has_told(
         assert len(saves) in (1, 2, 3, 4) and sorted(saves.values())[-3:] == list(saves.values())[:3][::-1], saves
         told = newest
     assert cut > KILLS // 10, f"only {cut} of {KILLS} were killed within a save"
-    Folder(str(folder)).write("game1", Document.write(document(told + 1)))
+    Files.Folder(str(folder)).write("game1", Document.write(document(told + 1)))
     assert len(whole(folder)) == 3 and not list(folder.glob("*.new")), list(folder.iterdir())
 
 
 def test_two_games_that_save_into_one_slot_at_once_never_write_the_same_file(folder):
-    program = PROGRAM + """
-for number in range(60):
-    print(folder.write('game1', Document.write(document(int(sys.argv[3]) + number, 20000))))
-"""
-    both = [begin(folder, program, start) for start in (1000, 2000)]
+    both = [begin(folder, WRITES_SIXTY, start) for start in (1000, 2000)]
     told = [writer.communicate() for writer in both]
     assert not any(errors for _, errors in told), told
     names = [name for lines, _ in told for name in lines.split()]
@@ -123,7 +123,7 @@ def test_what_is_no_save_is_named_and_nothing_waits_or_ends(folder):
     os.mkfifo(file)
     assert fault(folder) == "OSError"
     assert fault(folder, "game1.2") == "FileNotFoundError"
-    assert str(Folder(str(folder)).write("game1", b"x")) == "game1.2", "what is no file has a number, too"
+    assert str(Files.Folder(str(folder)).write("game1", b"x")) == "game1.2", "what is no file has a number, too"
 
 
 def test_a_disk_that_is_full_keeps_all_saves_and_gets_no_new_file(folder):
@@ -132,7 +132,7 @@ def test_a_disk_that_is_full_keeps_all_saves_and_gets_no_new_file(folder):
         return
     subprocess.run(["mount", "-t", "tmpfs", "-o", "size=256k", "tmpfs", str(folder)], check=True)
     try:
-        there = Folder(str(folder))
+        there = Files.Folder(str(folder))
         there.write("game1", Document.write(document(1, 90000)))
         there.write("game1", Document.write(document(2, 90000)))
         try:
@@ -148,12 +148,21 @@ def test_a_disk_that_is_full_keeps_all_saves_and_gets_no_new_file(folder):
 
 
 def test_an_older_save_becomes_one_of_today_by_named_steps(folder):
-    for version in range(1, Document.VERSION):
-        sample = (pathlib.Path(__file__).parent / f"v{version}.save").read_bytes()
+    samples = pathlib.Path(__file__).parent
+    for version in range(1, Document.VERSION + 1):
+        sample = (samples / f"v{version}.save").read_bytes()
         assert Document.opened(sample)[0] == version
         now = Document.read(sample)
-        assert now["level"] == "Nightfall" and now["parts"]["pockets"]["things"]["passageKey"] == 1
-    assert (pathlib.Path(__file__).parent / "v1.save").exists() and folder.is_dir()
+        assert now["stand"] == {"at": [15.149999618530273, 3.0, 14.899999618530273], "turn": 60.0000008905841,
+                                "pitch": 4.99999985454646}, now["stand"]
+        assert now["parts"]["safety"] == {"at": [15.15, 3.0, 14.9], "turn": 60.0, "deaths": 0}, now["parts"]["safety"]
+        assert set(now["parts"]["pockets"]["things"]) == {"porterNote", "stairKey", "passageKey"}
+    told = subprocess.run([str(TOOLS / "diff.py"), str(samples / "v1.save"), str(samples / "v2.save")], text=True,
+                          stdout=subprocess.PIPE, check=False)
+    assert told.returncode == 1 and "parts/player/batteries" not in told.stdout, told.stdout
+    assert "  made: " in told.stdout, told.stdout
+    assert folder.is_dir()
+
 
 
 if __name__ == "__main__":
@@ -161,5 +170,4 @@ if __name__ == "__main__":
     parser.add_argument("--build")
     parser.add_argument("names", nargs="*")
     options = parser.parse_args()
-    with tempfile.TemporaryDirectory() as ground:
-        sys.exit(cases.run(dict(globals()), options.names))
+    sys.exit(cases.run(dict(globals()), options.names))

@@ -14,7 +14,8 @@ _house = house
 def house(map):
     _house(map)
     import steps
-    place.onFrame(kaVel.make('Entity', parent=map, name='steps'), lambda: steps.doFrame(_night))
+    clock = kaVel.make('Entity', parent=map, name='steps')  # in a stopped level, too
+    kaVel.addComponent(clock, 'cursor', 'ScriptComponent', frameCallback=lambda: steps.doFrame(_night))
 """
 
 STEPS = """

@@ -9,19 +9,8 @@ no save.
 import pathlib
 import runpy
 import sys
-import types
 
-SCRIPTS = pathlib.Path(__file__).resolve().parents[2] / "scripts"
-
-
-def rooms():
-    """The rooms of the scripts' `saves` that need no engine."""
-    package = types.ModuleType("saves")
-    package.__path__ = [str(SCRIPTS / "saves")]
-    sys.modules["saves"] = package
-    from saves import Document
-    return Document
-
+from rooms import SCRIPTS, Document
 
 def leaves(value, path=""):
     """Path and value of all that a value is made of."""
@@ -44,13 +33,13 @@ def differences(old, new):
     return lines
 
 
-def read(document, file):
+def read(file):
     try:
-        return document.read(pathlib.Path(file).read_bytes())
+        return Document.read(pathlib.Path(file).read_bytes())
     except OSError as error:
         print(f"{file}: {error.strerror}", file=sys.stderr)
         sys.exit(2)
-    except document.Fault as fault:
+    except Document.Fault as fault:
         texts = runpy.run_path(str(SCRIPTS / "words" / "english.py"))["TEXTS"]
         print(f"{file}: {texts[fault.key].format(**fault.values)}", file=sys.stderr)
         sys.exit(2)
@@ -60,8 +49,7 @@ def main():
     if len(sys.argv) != 3:
         print(__doc__, file=sys.stderr)
         sys.exit(2)
-    document = rooms()
-    lines = differences(*(read(document, file) for file in sys.argv[1:]))
+    lines = differences(*(read(file) for file in sys.argv[1:]))
     print("\n".join(lines) if lines else "no difference")
     sys.exit(bool(lines))
 

@@ -164,7 +164,6 @@ def test_an_older_save_becomes_one_of_today_by_named_steps(folder):
     assert folder.is_dir()
 
 
-
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
     parser.add_argument("--build")

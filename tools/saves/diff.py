@@ -12,6 +12,7 @@ import sys
 
 from rooms import SCRIPTS, Document
 
+
 def leaves(value, path=""):
     """Path and value of all that a value is made of."""
     inner = value.items() if isinstance(value, dict) else enumerate(value) if isinstance(value, list) else ()

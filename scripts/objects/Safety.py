@@ -15,7 +15,7 @@ import kaVel
 import saves
 import words
 from objects import Sequences
-from objects.Drawn import Text
+from objects.Drawn import Text, write
 from objects.Hands import handsOf
 from objects.Life import lifeOf
 from objects.Music import Music
@@ -29,6 +29,7 @@ from saves.Kept import keepPart
 
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
+SIZE = 0.022
 READ = 3.5  # seconds that the cause is shown
 COLOR = (0.80, 0.74, 0.62)
 
@@ -140,7 +141,7 @@ class Line:
     """A line of quiet text over everything, which comes and goes slowly."""
 
     def __init__(self, level: kaVel.Coordinator, name: str, height: float = 0.5):
-        text = Text(level, name, at=(0.5, height), size=0.022, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
+        text = Text(level, name, at=(0.5, height), size=SIZE, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
                     wrapWidth=0.6, align='TA_CENTER', depth=0.2)
         self.graphics = text.getComponent('graphics2')
         self.told: words.Told = ''
@@ -155,7 +156,7 @@ class Line:
 
     def _write(self):
         self.wording = words.changes
-        self.graphics.text = str(self.told)
+        write(self.graphics, self.told, SIZE)
 
     def doFrame(self):
         if self.wording != words.changes:

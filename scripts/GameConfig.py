@@ -83,8 +83,8 @@ def _refuseUnknown() -> None:
 #: Report that this run plays again, which answers most of the words below; None for an ordinary run.
 played = Played(_file('KAVEL_REPORT')) if _text('KAVEL_REPORT') else None
 
-#: Level that the game loads first.
-initialLevel = _text('KAVEL_LEVEL') or 'Nightfall'
+#: Level that the game loads first: the title, unless a run is asked for a level. Headless runs begin there, too.
+initialLevel = _text('KAVEL_LEVEL') or 'Title'
 
 #: Fixed time a frame and a fixed window, so that two runs give the same log and the same picture.
 headless = _switch('KAVEL_HEADLESS')

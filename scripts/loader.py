@@ -18,6 +18,7 @@ import kaVel
 import levelScripts
 import playersWindow
 import saves
+import session  # noqa: F401 (as a script of the game, not of a level: what it keeps lasts)
 import standing
 import troubleScreen
 from perLevel import PerLevel

@@ -1,5 +1,6 @@
 """The window in its player's hands: F11 and Alt+Enter switch to the whole display and back, a size that the window was
-given is kept, and the game stands still and is silent while another window is in front, if the player wants it so."""
+given is kept, and the game stands still and is silent while another window is in front, if the player wants it so: a
+level that he plays waits behind its pause screen until he resumes it."""
 
 from __future__ import annotations
 
@@ -38,9 +39,17 @@ def _onFocus(message: Any, active: bool) -> None:
         _stopped = None
         return
     level = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
-    if level and level.loopState == states.LOOP_RUN and settings.get('pauseWithoutFocus'):
+    if not level or level.loopState != states.LOOP_RUN or not settings.get('pauseWithoutFocus'):
+        return
+    if not _pause(level):
         level.loopState = states.LOOP_STOP
         _stopped = level
+
+
+def _pause(level: Any) -> bool:
+    """Opens the pause screen over a level that is played, unless a screen is open already."""
+    from screens import Screens  # of the scripts of the level, which are read anew with it
+    return bool(level.getChild('Player') and not Screens.isOpen(level) and Screens.open(level, 'Pause'))
 
 
 def _onSize(message: Any, width: int, height: int) -> None:

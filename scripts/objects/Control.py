@@ -12,7 +12,10 @@ STEEPEST_PITCH = math.radians(85)
 
 
 class Control:
-    """What is held, and where the mouse has turned the view; the key for it ends the game. Lives as its level does."""
+    """What is held, and where the mouse has turned the view; where nobody plays, the key for it ends the game.
+
+    Lives as its level does.
+    """
 
     def __init__(self, coordinator: kaVel.Coordinator, turn: float = 0.0, pitch: float = 0.0):
         self.heldKeys = set()
@@ -21,7 +24,8 @@ class Control:
         kaVel.subscribe('KeyDownMessage', self.handleKeyDown, office)
         kaVel.subscribe('KeyUpMessage', self.handleKeyUp, office)
         kaVel.subscribe('MouseMove', self.handleMouseMove, office)
-        kaVel.onKey(coordinator, 'quit', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
+        if not coordinator.getChild('Player'):  # whose key for it opens the pause screen
+            kaVel.onKey(coordinator, 'quit', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
 
     def looking(self) -> tuple[float, float]:
         """Turn and pitch of the view, as `look` takes them."""

@@ -1,8 +1,9 @@
 """Patterns of everything that stands in a level: `Desk(map, 'desk', at=(1, 0, 2), turn=90)`.
 
 `at` is the place in metres, x to the right, y up, z forward; `turn` is in degrees about the y axis, and 90 takes an
-object's front from +z to +x. `Visitor`, `Pointer`, `Notice` and `LightSwitch` are no patterns but what a level has
-besides: who walks in it, what he points at, what he is told, what he switches; `Sight` says which rooms are drawn.
+object's front from +z to +x. `Visitor`, `Pointer`, `Notice`, `Counter` and `LightSwitch` are no patterns but what a
+level has besides: who walks in it, what he points at, what he is told, what is counted, what he switches; `Sight` says
+which rooms are drawn.
 
 The patterns stand in modules by kind; here is all of it under one name, which is also where the engine looks for the
 patterns that it needs itself: `ScreenViewer`, `LightPartitioningDummy`, the `Floor` and `Ceiling` of a map, the `Boid`
@@ -15,6 +16,7 @@ from objects.Bodies import *
 from objects.Building import *
 from objects.Cameras import *
 from objects.Carrying import Bolt, LooseBottle, LooseCrate
+from objects.Counters import Counter
 from objects.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
 from objects.Damp import Damp
 from objects.Doors import DoorFrame, HingedDoor, IronDoor, SlidingDoor

@@ -6,7 +6,7 @@ import kaVel
 from objects.Placing import placed
 
 STINGS = ('StingDeath', 'StingDiscovery', 'StingDread', 'StingNearMiss', 'StingVictory')
-PIECES = ('Tension', 'Chase', 'EndMusic')
+PIECES = ('Tension', 'Chase', 'EndMusic', 'TitleMusic')
 
 
 class Music:

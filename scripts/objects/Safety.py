@@ -15,22 +15,24 @@ import kaVel
 import saves
 import words
 from objects import Sequences
-from objects.Drawn import Text, write
+from objects.Drawn import Text
 from objects.Hands import handsOf
 from objects.Life import lifeOf
 from objects.Music import Music
 from objects.Nerves import nervesOf
-from objects.Placing import Triple
+from objects.Placing import LevelClock, Triple
 from objects.Sequences import Until
 from objects.Triggers import Trigger
 from objects.Visitor import visitorOf
+from screens import Screens
 from saves import Moments
 from saves.Kept import keepPart
 
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
-SIZE = 0.022
 READ = 3.5  # seconds that the cause is shown
+LINGER = 12.0  # seconds after which one who presses nothing is led on from the end
+BEHIND_THE_END = 'Dawn'
 COLOR = (0.80, 0.74, 0.62)
 
 
@@ -49,15 +51,12 @@ class Safety:
         self.isOver = False
         self._returns: list[Callable[[], object]] = []
         lifeOf(level).onDeath(self.die)
-        keepPart(level, 'safety', self._told, self._become)
+        keepPart(level, 'safety', lambda: [list(self.stand[0]), self.stand[1], self.deaths], self._become)
         Moments.shelter(level, lambda: (self.stand[0], self.stand[1], 0.0))
 
-    def _told(self) -> dict[str, Any]:
-        return {'at': list(self.stand[0]), 'turn': self.stand[1], 'deaths': self.deaths}
-
-    def _become(self, told: dict[str, Any]):
-        x, y, z = told['at']
-        self.stand, self.deaths = ((x, y, z), told['turn']), told['deaths']
+    def _become(self, told: list[Any]):
+        (x, y, z), turn, self.deaths = told
+        self.stand = (x, y, z), turn
 
     def place(self, map: kaVel.MapRootEntity, name: str, at: Triple, size: tuple[float, float] = (1.5, 1.5),
               turn: float = 0.0, stand: Triple | None = None):
@@ -93,8 +92,9 @@ class Safety:
         self.music.sting('StingDeath')
         self.picture.dissolveAmount = max(FIRST_OF_FADE, self.picture.dissolveAmount)
         self.body.dead = True
+        choice = Choice(self.level)
         Sequences.play(self.level, Until(lambda: not self.body.dead, atMost=6), 0.6, lambda: self.line.show(cause),
-                       READ, self.line.hide, 1.0, self.comeBack)
+                       choice.offer, Until(choice.isMade), self.line.hide, choice.end, 1.0, self.comeBack)
 
     def comeBack(self):
         """Stands the player where he was last safe."""
@@ -113,7 +113,7 @@ class Safety:
         Moments.allow(self.level)
 
     def end(self, lines: Sequence[words.Told], again: words.Told):
-        """Ends the level well: the picture goes, some sentences come one after another, and how to begin again."""
+        """Ends the level well: the picture goes, some sentences come one after another, and how to go on."""
         if self.isOver:
             return
         self.isOver = True
@@ -126,22 +126,55 @@ class Safety:
         steps: list[Sequences.Step] = [3.5]
         for text, sentence in zip(texts, lines):
             steps += [lambda text=text, sentence=sentence: text.show(sentence), 3.5]
-        restart = Line(self.level, 'again', height=0.2)
-        Sequences.play(self.level, *steps, lambda: restart.show(again), self.offerAnother)
+        onward = Line(self.level, 'again', height=0.2)
+        Sequences.play(self.level, *steps, lambda: onward.show(again), self.offerTheWayOn, LINGER, self.goOn)
 
-    def offerAnother(self):
-        """From now on the key for it begins a new game in this level."""
-        def begin():
-            saves.begin(self.level.levelName)
+    def offerTheWayOn(self):
+        """From now on a key leads on at once."""
+        for action in ('use', 'quit'):
+            kaVel.onKey(self.level, action, self.goOn)
 
-        kaVel.onKey(self.level, 'use', begin)
+    def goOn(self):
+        """Goes on to what comes behind the end."""
+        kaVel.getSystem('GameLoopSystem').queueLoadLevel(BEHIND_THE_END)
+
+
+class Choice:
+    """What one may do who has died; he comes back by himself where he does nothing for as long as the cause is read."""
+
+    #: Input that tells that somebody is there who chooses.
+    TOUCHED_BY = ('KeyDownMessage', 'MouseDownMessage', 'MouseMove', 'ButtonPressed')
+
+    def __init__(self, level: kaVel.Coordinator):
+        self.level, self.clock = level, LevelClock(level.getChild('Player'))
+        self.since, self.isTouched, self.comesBack = 0.0, False, False
+
+    def offer(self):
+        Screens.open(self.level, 'Death', comeBack=self.comeBack)
+        self.since = self.clock.seconds()
+        for message in self.TOUCHED_BY:
+            kaVel.subscribe(message, self.touch, kaVel.officeOf(self.level))
+
+    def touch(self, *_: object):
+        self.isTouched = True
+
+    def comeBack(self):
+        self.comesBack = True
+
+    def isMade(self) -> bool:
+        isLate = self.clock.seconds() >= self.since + READ
+        return self.comesBack or isLate and not (self.isTouched and Screens.isOpen(self.level, 'Death'))
+
+    def end(self):
+        while Screens.isOpen(self.level, 'Death'):
+            Screens.close(self.level)
 
 
 class Line:
     """A line of quiet text over everything, which comes and goes slowly."""
 
     def __init__(self, level: kaVel.Coordinator, name: str, height: float = 0.5):
-        text = Text(level, name, at=(0.5, height), size=SIZE, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
+        text = Text(level, name, at=(0.5, height), size=0.022, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
                     wrapWidth=0.6, align='TA_CENTER', depth=0.2)
         self.graphics = text.getComponent('graphics2')
         self.told: words.Told = ''
@@ -156,7 +189,7 @@ class Line:
 
     def _write(self):
         self.wording = words.changes
-        write(self.graphics, self.told, SIZE)
+        self.graphics.text = str(self.told)
 
     def doFrame(self):
         if self.wording != words.changes:

@@ -9,7 +9,7 @@ import math
 from typing import Any, Callable, NamedTuple, Union
 
 import kaVel
-from objects.Placing import LevelClock, onFrame, placed
+from objects.Placing import LevelClock, placed
 from perLevel import PerLevel
 
 
@@ -62,7 +62,7 @@ class _Stage:
         entity = placed(level, 'sequences')
         self.clock = LevelClock(entity)
         self.sequences: list[Sequence] = []
-        onFrame(entity, self.doFrame)
+        kaVel.addComponent(entity, 'scriptedSequence', 'ScriptComponent', frameCallback=self.doFrame)
         kaVel.finishLoad(entity)
 
     def doFrame(self):

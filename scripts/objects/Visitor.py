@@ -11,6 +11,7 @@ from objects.FreeCamera import FreeCameraControl
 from objects.Hands import handsOf
 from objects.Placing import Triple, placed, turned
 from perLevel import PerLevel
+from screens import Screens
 
 #: Actions of a player, and the key that the engine knows each of them by.
 KEYS = {'forward': 'W', 'back': 'S', 'left': 'A', 'right': 'D', 'run': 'Shift', 'crouch': 'Ctrl', 'use': 'E',
@@ -25,7 +26,7 @@ def visitorOf(coordinator: kaVel.Coordinator) -> Visitor:
 
 
 class Visitor:
-    """Who walks about in a level, with the keys that are no business of his body: leaning, flying, the game's end."""
+    """Who walks about in a level, with the keys that are no business of his body: leaning, flying, the pause."""
 
     def __init__(self, player: kaVel.Entity):
         self.player = player
@@ -41,7 +42,7 @@ class Visitor:
         standing.follow(coordinator, self)
         _bindKeys(self.component)
         _listenToLeaning(coordinator)
-        kaVel.onKey(coordinator, 'quit', self.quit)
+        kaVel.onKey(coordinator, 'quit', self.pause)
         kaVel.onKey(coordinator, 'fly', self.fly)
 
     def goTo(self, at: Triple, turn: float = 0.0, pitch: float = 0.0):
@@ -83,11 +84,12 @@ class Visitor:
         yaw, pitch = self.yaw, self.pitch
         return math.sin(yaw) * math.cos(pitch), -math.sin(pitch), math.cos(yaw) * math.cos(pitch)
 
-    def quit(self):
-        """Ends the game, unless the key for it closes what is being read."""
+    def pause(self):
+        """Opens the pause screen, unless the key for it closes what is being read, or another screen has it."""
         hands = handsOf(self.player)
-        if not (hands and hands.isReading()):
-            kaVel.getSystem('GameLoopSystem').quit(0)
+        level = self.player.getAncestorOfType(kaVel.Reflection.Coordinator)
+        if not (hands and hands.isReading() or Screens.isOpen(level)):
+            Screens.open(level, 'Pause')
 
     def fly(self):
         """Leaves the body for a camera that flies, or comes back into it."""

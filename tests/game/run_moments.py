@@ -115,7 +115,8 @@ def begin(map, level, player):
     assert run.log.count("The player dies") == 1
 
 
-def test_the_end_has_its_sentences_and_begins_anew_with_a_key(world):
+def test_the_end_has_its_sentences_and_leads_on_with_a_key(world):
+    world.write_level("Dawn", "kaVel.log('it is dawn')")
     noted, run = play(world, """
 import bindings
 
@@ -127,9 +128,39 @@ def begin(map, level, player):
                    lambda: note([level.getChild('ending%d' % n).getComponent('graphics2').text for n in range(3)]), 0.5,
                    lambda: kaVel.send('KeyDownMessage', key))
 """, 1150)
-    assert noted[0][1] == "['One.', 'Two.', 'Three.']", noted
-    assert "The player dies" not in run.log and run.log.count("The level is won: One.") >= 1
-    assert len(noted) == 1 or float(noted[1][0]) > 10, noted
+    assert [what for _, what in noted] == ["['One.', 'Two.', 'Three.']"], noted
+    assert "The player dies" not in run.log and run.log.count("The level is won: One.") == 1
+    run.expect("it is dawn")
+
+
+def test_a_counter_is_shown_when_it_changes_and_calls_once_when_it_is_full(world):
+    noted, _ = play(world, """
+def begin(map, level, player):
+    plates = place.Counter(level, 'plates', 'Plates', most=2, full=lambda: note('full'))
+    line = level.getDescendantByPath('plates/graphics2')
+    look = lambda: note(line.text, round(line.color.w, 1))
+    Sequences.play(level, 0.2, look, plates.add, 0.1, look, lambda: plates.add(5), plates.add, 0.1, look, 4.5, look)
+""", 360)
+    assert [what for _, what in noted] == [" 0.0", "Plates   1 of 2 1.0", "full", "Plates   2 of 2 1.0",
+                                           "Plates   2 of 2 0.0"], noted
+
+
+def test_who_is_dead_may_choose_and_comes_back_by_himself_where_he_does_not(world):
+    noted, _ = play(world, """
+from screens import Screens
+
+def begin(map, level, player):
+    safety = Safety(level, player, Music(level))
+    mind = player.getComponent('player')
+    offered, back = Sequences.Until(lambda: Screens.isOpen(level, 'Death')), Sequences.Until(lambda: not safety.isOver)
+    Sequences.play(level, 0.2, lambda: safety.die('one'), offered, lambda: note('offered'), back, lambda: note('alone'),
+                   0.5, lambda: safety.die('two'), offered, lambda: kaVel.send('MouseMove', 0.01, 0.0), 6.0,
+                   lambda: note('waits', safety.isOver),
+                   lambda: Screens.top(level).getComponent('menu').press(), back, lambda: note('asked'))
+""", 1500)
+    told = [(float(at), what) for at, what in noted]
+    assert [what for _, what in told] == ["offered", "alone", "waits True", "asked"], noted
+    assert 4.0 < told[1][0] - told[0][0] < 5.5 and told[3][0] - told[2][0] < 1.5, noted
 
 
 if __name__ == "__main__":

@@ -37,7 +37,7 @@ def build(coordinator):
 def test_a_missing_level_names_the_levels_that_there_are(world):
     run = world.run(level="FirstRom")
     run.expect_code(1)
-    run.expect("there is no level 'FirstRom'; scripts/levels has: Bestiary, FirstRoom, Gallery")
+    run.expect("there is no level 'FirstRom'; scripts/levels has: Bestiary, Dawn, FirstRoom")
 
 
 def test_the_level_of_the_readme_works_as_it_stands(world):

@@ -145,6 +145,8 @@ def look(coordinator, player):
     if frameNumber() == 180:
         graphics.dissolveAmount = 0.1
         body.dead = True
+    if frameNumber() in (190, 204):
+        kaVel.log('menu %s' % (kaVel.pathOf(body.pauseMenu) if body.pauseMenu else 'none'))
 """
 
 
@@ -161,6 +163,7 @@ def test_the_picture_fades_in_by_three_percent_a_frame_and_out_over_the_dead(wor
     dying = [fade for fade in fades if fade[2] == "True"]
     assert len(dying) == 17 and abs(dying[2][0] / dying[1][0] - 1.15) < 1e-3, dying
     assert fades[-1] == (1.0, "False", "False"), fades[-1]
+    assert re.findall(r"menu (.*)", run.log) == ["none", "Room/PauseMenu/menu"], "it is looked up as the fade ends"
 
 
 def test_each_part_of_the_player_may_be_missing(world):

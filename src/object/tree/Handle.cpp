@@ -1,6 +1,5 @@
 #include "object/tree/Handle.h"
 
-#include "object/reflection/AutoReflector.h"
 #include "object/tree/Object.h"
 
 String handleToString(const String &className, const Handle<Object> &h)
@@ -18,5 +17,6 @@ String Handle<Object>::toString() const
 
 bool isHandleOfType(const Handle<Object> &h, const ReflectorPtr &type)
 {
-    return h.isValid() && isNumberOfClass(ObjectMap_::findClassNumber(h.getNumber()), type);
+    auto object = h.lookup();
+    return object && object->getType()->isSubclassOf(type);
 }

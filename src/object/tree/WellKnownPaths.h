@@ -14,6 +14,7 @@ inline const String systems = SCS("s:/");
 
 // Below the coordinator.
 inline const String branchPostOffice = SCS("BranchPostOffice/postOffice");
+inline const String pauseMenu = SCS("PauseMenu/menu");
 inline const String persistentState = SCS("PersistentState");
 inline const String persistentStateComponent = SCS("PersistentState/persist");
 inline const String player = SCS("Player");

@@ -14,6 +14,7 @@
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
 #include "engine/transforms/TransformComponent.h"
+#include "object/reflection/Reflection.h"
 #include "object/reflection/Variant.h"
 #include "object/tree/WellKnownPaths.h"
 
@@ -151,6 +152,18 @@ void PlayerPhysics::fadeOut()
         return;
     dead = !(amount > NOTHING_SEEN);
     writeDissolve(dead ? amount * FADE_OUT : 1.f);
+    if (!dead)
+        findPauseMenu();
+}
+
+/// Menus stand in a higher folder, so theirs is known here by its class's name only.
+void PlayerPhysics::findPauseMenu()
+{
+    static const String menuClass = SCS("MenuComponent");
+    const ReflectorPtr type = Reflection().getType(menuClass);
+    const auto found = inLevel(*this, WellKnownPaths::pauseMenu).lookup();
+    const bool isMenu = found && type && found->getType()->isSubclassOf(type);
+    pauseMenu = isMenu ? found->getHandle() : Handle<Object>();
 }
 
 /// How far the picture is dissolved; false in a level that is not drawn.

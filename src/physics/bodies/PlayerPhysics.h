@@ -121,6 +121,9 @@ public:
     bool getDead() const { return dead; }
     /// Begins the fade; it grows from what the picture is dissolved already, so that must be more than 0.
     void setDead(bool dead_) { dead = dead_; }
+    /// The menu of the level, a `MenuComponent` at "PauseMenu/menu", as it stood when the last fade over a dead player had
+    /// come to its end; invalid before, and in a level without one.
+    Handle<Object> getPauseMenu() const { return pauseMenu; }
     /// Whether the game is won; the body's next step then ends the process.
     bool getWon() const { return won; }
     void setWon(bool w) { won = w; }
@@ -161,6 +164,7 @@ private:
     void runOutTimes(Seconds frameTime);
     void fadeIn();
     void fadeOut();
+    void findPauseMenu();
     bool readDissolve(float &amount);
     void writeDissolve(float amount);
     void workOffDoors();
@@ -185,6 +189,7 @@ private:
     double hudDisplayed = 0.0;              ///< seconds left
     bool opening = false;
     bool dead = false;
+    Handle<Object> pauseMenu; ///< invalid until somebody has died
     bool won = false;
     float longestStep = 0.f; ///< seconds; 0: a frame
     bool surefooted = false;

@@ -1,0 +1,46 @@
+"""Where screens lead: into the night, back to the title, out of the game. Who leaves a game has it saved."""
+
+from __future__ import annotations
+
+from typing import Any, Callable
+
+import kaVel
+import saves
+from screens import Screens
+
+#: The levels that a new game begins in, that a game comes back to, and that it ends with.
+FIRST, TITLE, DAWN = 'Nightfall', 'Title', 'Dawn'
+
+
+def levelOf(menu: kaVel.Entity) -> Any:
+    """The level that a screen stands in."""
+    return menu.getAncestorOfType(kaVel.Reflection.Coordinator)
+
+
+def begin():
+    """Begins a new game."""
+    saves.begin(FIRST)
+
+
+def toTitle(level: kaVel.Coordinator):
+    """Leaves a game for the title."""
+    _leave(level, 'leave.title', lambda: goTo(TITLE))
+
+
+def toDesktop(level: kaVel.Coordinator):
+    """Leaves the game."""
+    _leave(level, 'leave.desktop', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
+
+
+def goTo(levelName: str):
+    """Goes to a level in the next frame."""
+    kaVel.getSystem('GameLoopSystem').queueLoadLevel(levelName)
+
+
+def _leave(level: kaVel.Coordinator, question: str, go: Callable[[], object]):
+    """Saves, and asks only where that has failed and something would be lost."""
+    outcome = saves.leave() if saves.isUnsaved() else None
+    if outcome and not outcome.done:
+        Screens.ask(level, words=question, yes=go, cause=outcome.said)
+    else:
+        go()

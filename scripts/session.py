@@ -1,0 +1,14 @@
+"""What lasts from the start of the game to its end, while levels come and go."""
+
+import os
+import time
+
+#: Whether the splash has been shown.
+splashShown = False
+
+
+def secondsSinceStart() -> float:
+    """Seconds of wall time since the process was started, to a hundredth."""
+    with open('/proc/self/stat', encoding='ascii', errors='replace') as file:
+        started = int(file.read().rpartition(')')[2].split()[19]) / os.sysconf('SC_CLK_TCK')
+    return time.clock_gettime(time.CLOCK_BOOTTIME) - started

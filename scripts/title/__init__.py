@@ -1,0 +1,1 @@
+"""The level Title: a room by night under the main menu."""

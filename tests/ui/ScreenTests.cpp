@@ -255,11 +255,11 @@ TEST_F(Screen, WhatIsTypedKeepsItsCharactersWhole)
     EXPECT_STREQ(entry.getValue().toCString(), "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F");
     frames(2);
     screen().press();
-    screen().type(8);
-    screen().type('x');
-    screen().type('y');
-    EXPECT_STREQ(entry.getValue().toCString(), "\xC3\xA4\xC3\xB6\xC3\xBCx");
-    screen().type(27);
+    screen().type(8, false);
+    screen().type(0x20AC, true);
+    screen().type('y', true);
+    EXPECT_STREQ(entry.getValue().toCString(), "\xC3\xA4\xC3\xB6\xC3\xBC\xE2\x82\xAC");
+    screen().type(27, false);
     EXPECT_STREQ(entry.getValue().toCString(), "\xC3\xA4\xC3\xB6\xC3\xBC\xC3\x9F");
     EXPECT_FALSE(screen().wantsText());
 }

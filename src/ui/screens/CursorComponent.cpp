@@ -161,7 +161,12 @@ void CursorComponent::handleStick(const ReflectorPtr &, float x, float y, unsign
 
 void CursorComponent::add(unsigned key)
 {
-    note(TYPED, static_cast<int>(key), 0.f, 0.f);
+    note(TYPED_KEY, static_cast<int>(key), 0.f, 0.f);
+}
+
+void CursorComponent::addCharacter(char32_t character)
+{
+    note(TYPED_CHARACTER, static_cast<int>(character), 0.f, 0.f);
 }
 
 void CursorComponent::doFrame()
@@ -238,8 +243,10 @@ void CursorComponent::give(MenuComponent &menu, const Event &event)
     case KEY_UP:
         repeating &= held.key != event.code;
         return;
-    case TYPED:
-        return menu.type(static_cast<unsigned>(event.code));
+    case TYPED_KEY:
+        return menu.type(static_cast<unsigned>(event.code), false);
+    case TYPED_CHARACTER:
+        return menu.type(static_cast<unsigned>(event.code), true);
     case WHEEL:
         return menu.wheel(event.x, event.y, static_cast<float>(event.code) / NOTCH);
     case BUTTON_DOWN:

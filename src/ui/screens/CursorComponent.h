@@ -62,7 +62,8 @@ private:
         BUTTON_UP,
         POINT,
         WHEEL,
-        TYPED
+        TYPED_KEY,
+        TYPED_CHARACTER
     };
     struct Event
     {
@@ -81,6 +82,7 @@ private:
 
     bool wantsText() const override { return capturing; }
     void add(unsigned key) override;
+    void addCharacter(char32_t character) override;
     void note(Kind kind, int code, float x, float y);
     void give(MenuComponent &menu, const Event &event);
     void movePointer(MenuComponent &menu, float x, float y);

@@ -106,8 +106,8 @@ public:
     Handle<ButtonComponent> widgetAt(float x, float y);
     /// Whether keys are typed into a widget now.
     bool wantsText();
-    /// Takes a typed key, as `TextCapture` has them.
-    void type(unsigned key);
+    /// Takes a typed key, as `TextCapture::add` has them, or a character by its number in Unicode.
+    void type(unsigned code, bool isCharacter);
 
     /// What is wrong with the screen as it stands, one thing a line; empty where nothing is.
     ///

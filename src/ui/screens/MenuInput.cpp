@@ -256,10 +256,10 @@ bool MenuComponent::wantsText()
     return visible && widget && widget->wantsText();
 }
 
-void MenuComponent::type(unsigned key)
+void MenuComponent::type(unsigned code, bool isCharacter)
 {
     if (const auto widget = focus.lookup())
-        widget->type(key);
+        widget->type(code, isCharacter);
 }
 
 int MenuComponent::getStopCount()

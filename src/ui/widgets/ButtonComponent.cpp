@@ -5,6 +5,8 @@
 #include "object/python/ScriptCall.h"
 #include "object/reflection/SavedArguments.h"
 
+#include <cmath>
+
 namespace
 {
 constexpr float PAD_X = 22.f, PAD_Y = 9.f; ///< between its edges and its text
@@ -133,7 +135,10 @@ void ButtonComponent::paintMark(WidgetPainter &painter) const
     if (focus)
     {
         painter.shade(place, withAlpha(candle, 0.26f), withAlpha(candle, 0.02f));
-        painter.rect({place.left, place.top, thick, place.height}, candle);
+        if (look == BL_LINE)
+            paintFlame(painter);
+        else
+            painter.rect({place.left, place.top, thick, place.height}, candle);
     }
     if (look == BL_ROW)
         painter.rect({place.left, place.bottom() - line, place.width, line}, withAlpha(brass, 0.25f));
@@ -141,6 +146,25 @@ void ButtonComponent::paintMark(WidgetPainter &painter) const
         painter.rect({place.left, place.bottom() - thick, place.width, thick}, focus ? candle : brass);
     if (look == BL_ROW && selected && !focus)
         painter.rect({place.left, place.top, thick, place.height}, brass);
+}
+
+/// The flame of a candle, in lines of pixels: a drop that ends in a point, lighter within.
+void ButtonComponent::paintFlame(WidgetPainter &painter) const
+{
+    using namespace WidgetColors;
+    const float unit = painter.unit(), high = std::round(24.f * unit), half = 4.5f * unit;
+    const WidgetRect &place = getPlace();
+    const float middle = place.left + PAD_X * 0.5f * unit, top = std::round(place.middleY() - high * 0.55f);
+    for (float row = 0.f; row < high; row += 1.f)
+    {
+        const float part = (row + 0.5f) / high; // from the point down
+        const float wide = half * std::sqrt(part) * std::sin(part * 2.6f + 0.5f) * 1.05f;
+        if (wide <= 0.f)
+            continue;
+        painter.rect({middle - wide, top + row, wide * 2.f, 1.f}, withAlpha(candle, 0.55f + 0.45f * part));
+        if (part > 0.45f)
+            painter.rect({middle - wide * 0.5f, top + row, wide, 1.f}, withAlpha(paper, 0.6f));
+    }
 }
 
 void ButtonComponent::paint(WidgetPainter &painter)

@@ -75,8 +75,8 @@ public:
     virtual void leave() {}
     /// Whether keys are typed into it now.
     virtual bool wantsText() const { return false; }
-    /// Takes a typed key, as `TextCapture` has them.
-    virtual void type(unsigned key) {}
+    /// Takes a typed key, as `TextCapture::add` has them, or a character by its number in Unicode.
+    virtual void type(unsigned code, bool isCharacter) {}
 
 protected:
     float measureWidth(const WidgetStyle &style) override;
@@ -99,6 +99,7 @@ protected:
 private:
     WidgetRect textPlace(float unit) const;
     void paintMark(WidgetPainter &painter) const;
+    void paintFlame(WidgetPainter &painter) const;
 
     WidgetText text;
     float textSize = 30.f;

@@ -9,11 +9,29 @@
 namespace
 {
 // Codes of keys as `TextCapture` has them.
-constexpr unsigned BACKSPACE = 8, ENTER = 13, ESCAPE = 27, FIRST_PRINTABLE = 32, LAST_PRINTABLE = 126;
+constexpr unsigned BACKSPACE = 8, ENTER = 13, ESCAPE = 27, FIRST_PRINTABLE = 32, LAST_PRINTABLE = 126, DELETED = 127;
+constexpr unsigned LAST_UNICODE = 0x10FFFF;
 
 bool continuesCharacter(char byte)
 {
     return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
+}
+
+/// A character in UTF-8.
+String encoded(unsigned code)
+{
+    constexpr unsigned sixBits = 0x3F;
+    const auto byte = [](unsigned value) { return static_cast<char>(value); };
+    const char tail[] = {byte(0x80 | (code >> 12 & sixBits)), byte(0x80 | (code >> 6 & sixBits)),
+                         byte(0x80 | (code & sixBits))};
+    const std::string rest(tail, 3);
+    if (code < 0x80)
+        return String::copyFrom(std::string(1, byte(code)));
+    if (code < 0x800)
+        return String::copyFrom(byte(0xC0 | code >> 6) + rest.substr(2));
+    if (code < 0x10000)
+        return String::copyFrom(byte(0xE0 | code >> 12) + rest.substr(1));
+    return String::copyFrom(byte(0xF0 | code >> 18) + rest);
 }
 } // namespace
 
@@ -77,23 +95,28 @@ void TextEntryComponent::end(bool keep)
     call(entered, arguments, "entered");
 }
 
-void TextEntryComponent::type(unsigned key)
+void TextEntryComponent::type(unsigned code, bool isCharacter)
 {
     if (!typing)
         return;
-    if (key == ENTER || key == ESCAPE)
-        return end(key == ENTER);
-    std::string text = value.toCString();
-    if (key == BACKSPACE && !text.empty())
-    {
-        while (text.size() > 1 && continuesCharacter(text.back()))
-            text.pop_back();
-        text.pop_back();
-    }
-    else if (key >= FIRST_PRINTABLE && key <= LAST_PRINTABLE)
-        text += static_cast<char>(key);
-    else
+    const bool printable = code >= FIRST_PRINTABLE && (isCharacter ? code <= LAST_UNICODE : code <= LAST_PRINTABLE);
+    if (printable && code != DELETED)
+        return setValue(value + encoded(code));
+    if (isCharacter)
         return;
+    if (code == ENTER || code == ESCAPE)
+        end(code == ENTER);
+    else if (code == BACKSPACE)
+        takeOffLast();
+}
+
+void TextEntryComponent::takeOffLast()
+{
+    std::string text = value.toCString();
+    while (!text.empty() && continuesCharacter(text.back()))
+        text.pop_back();
+    if (!text.empty())
+        text.pop_back();
     setValue(String::copyFrom(text));
 }
 

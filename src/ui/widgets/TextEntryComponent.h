@@ -27,7 +27,7 @@ public:
     void press() override;
     void leave() override;
     bool wantsText() const override { return typing; }
-    void type(unsigned key) override;
+    void type(unsigned code, bool isCharacter) override;
 
 protected:
     float valueWidth() const override { return 420.f; }
@@ -35,6 +35,7 @@ protected:
 
 private:
     void end(bool keep);
+    void takeOffLast();
     void show();
     int countCharacters() const;
 

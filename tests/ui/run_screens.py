@@ -1,0 +1,69 @@
+"""Every screen in every language and shape of window: no text is cut, overlaps another or is a key, and the focus comes
+everywhere."""
+import pathlib
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import game
+
+LOOKS = '''
+import importlib
+
+import kaVel
+import words
+from screens import Screens
+
+SIZES = ((960, 720), (1280, 720), (2560, 720), (3840, 2160))
+
+
+def play(driver):
+    window = kaVel.getSystem('WindowSystem2')
+    for name in Screens.known():
+        level = driver.coordinator
+        module = importlib.import_module('screens.' + name)
+        arguments = module.sample(level) if hasattr(module, 'sample') else {}
+        if not Screens.open(level, name, **arguments):
+            kaVel.log('FINDING %s: is not opened' % name)
+            continue
+        for code in words.languages():
+            words.setLanguage(code)
+            Screens.rebuild(level)
+            for size in SIZES:
+                window.setWindowedSize(*size)
+                for _ in range(4):
+                    yield
+                yield from look(level, '%s at %dx%d' % (code, *size))
+        words.setLanguage('en')
+        Screens.closeAll(level)
+        yield
+    kaVel.log('All screens were looked at: %d' % len(Screens.known()))
+
+
+def look(level, where):
+    menu = Screens.top(level)
+    if not menu:
+        return kaVel.log('FINDING a screen has closed itself, %s' % where)
+    for page in range(max(pages(menu), 1)):
+        for line in Screens.findings(level):
+            kaVel.log('FINDING %s, %s, page %d' % (line, where, page))
+        menu.getComponent('menu').turnPage(1)
+        yield
+
+
+def pages(menu):
+    forms = [each for each in kaVel.descendants(menu) if each._getType().name == 'FormComponent']
+    return max((each.widgetCount for each in forms if each.kind == kaVel.FormKind.FK_PAGES), default=0)
+'''
+
+
+def test_no_text_of_any_screen_is_cut_or_overlaps_and_the_focus_comes_everywhere(world):
+    world.write("scripts/courses/looks.py", LOOKS)
+    run = world.run(level="FirstRoom", frames=6000, KAVEL_COURSE="looks", KAVEL_UNDRAWN="1")
+    found = sorted({line.split("FINDING ", 1)[1] for line in run.log.splitlines() if "FINDING " in line})
+    assert not found, "\n".join(found)
+    run.expect("All screens were looked at")
+    assert "Traceback" not in run.log, run.log[-3000:]
+
+
+if __name__ == "__main__":
+    game.main(globals())

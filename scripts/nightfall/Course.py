@@ -59,7 +59,7 @@ def takeLamp(driver: Driver) -> Steps:
     yield from driver.wait(1.0)
     yield from driver.walk((5.3, 0.7))
     yield from openDoor(driver, 'doorSeven')
-    yield from driver.walk((5.4, -0.8), (5.3, -1.3))
+    yield from driver.walk((5.4, -0.8), (5.35, -1.5))
     yield from driver.use(5.7, UP + 0.03, -2.2)
     yield from driver.waitUntil(lambda: player(driver).hasFlashlight, 'the lamp is taken', 2)
     yield from driver.wait(1.0)

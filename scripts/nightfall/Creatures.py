@@ -8,6 +8,7 @@ import kaVel
 import objects.GameObjects as place
 from kaVel import MapRootEntity
 from nightfall.Plan import UP
+from objects import Guest
 from objects.Damp import sendHome
 from objects.Fittings import wake
 from objects.Placing import Triple
@@ -29,7 +30,8 @@ class Creatures:
     def __init__(self, map: MapRootEntity):
         self.map = map
         self.level = map.getAncestorOfType(kaVel.Reflection.Coordinator)
-        self.guest: kaVel.Entity | None = None
+        self.guest = place.Guest(map, 'guest', points=ROUND, speed=0.85, abroad=False)
+        self.isGuestAbroad = False
         # What groans for it does so behind the bath's outer wall, where it does not hear itself.
         self.damp = place.Damp(map, 'damp', at=(18.0, UP, 12.0), territory=1.2, pipes=((21.6, UP + 1.0, 12.4),))
         for number, (at, turn, pose, roams) in enumerate(FITTINGS):
@@ -44,9 +46,9 @@ class Creatures:
 
     def bringGuest(self):
         """Has the Guest begin his round, where nobody looks."""
-        if not self.guest:
-            self.guest = place.Guest(self.map, 'guest', points=ROUND, at=self.farEnd(), speed=0.85)
-            kaVel.finishLoad(self.guest)
+        if not self.isGuestAbroad:
+            Guest.bring(self.guest, self.farEnd())
+        self.isGuestAbroad = True
 
     def farEnd(self) -> Triple:
         """The end of the Guest's way that is farther from the player."""
@@ -55,18 +57,18 @@ class Creatures:
 
     def guestHasPassed(self, z: float) -> bool:
         """Whether the Guest has gone by somebody in the passage, to the north."""
-        return bool(self.guest) and self.guest.getComponent('transform').position.z > z
+        return self.isGuestAbroad and self.guest.getComponent('transform').position.z > z
 
     def dismissGuest(self):
         """Has the Guest gone."""
-        if self.guest:
-            self.guest.murder()
-        self.guest = None
+        if self.isGuestAbroad:
+            Guest.dismiss(self.guest)
+        self.isGuestAbroad = False
 
     def calm(self):
         """Sends everyone home who hunts."""
         sendHome(self.damp)
-        if self.guest:
+        if self.isGuestAbroad:
             x, y, z = self.farEnd()
             self.guest.getComponent('transform').position = kaVel.Vec4(x, y + 0.25, z, 1)
             self.guest.getComponent('perception').forget()

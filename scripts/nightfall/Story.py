@@ -57,7 +57,7 @@ class Story:
         onFrame(placed(self.map, 'story'), self.watch)
         Sequences.play(self.level, self.layGrid)
         keepPart(self.level, 'nightfall', self.told, self.become)
-        Moments.namePlaces(self.level, lambda: 'nightfall.room.' + self.room())
+        Moments.namePlaces(self.level, lambda at: 'nightfall.room.' + roomAt(at[0], at[2]))
         Moments.hunts(self.level, lambda: self.chased and not self.chaseIsOver)
 
     def told(self) -> dict[str, bool]:

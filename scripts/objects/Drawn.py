@@ -5,6 +5,7 @@ from __future__ import annotations
 from typing import Any
 
 import kaVel
+import words
 from objects.Models import mapsOf
 from objects.Placing import Pair, Triple, addVolume, isInMap, layerFor, placed
 
@@ -125,9 +126,18 @@ def ScreenFrame(parent: kaVel.Object, name: str = '', picture: str = 'vignetteFr
 def Text(parent: kaVel.Object, name: str = '', *, text: str = '', at: Pair = (0.05, 0.95), size: float = 0.022,
          color: tuple[float, float, float, float] = (1, 1, 1, 1), wrapWidth: float = 0.0,
          align: kaVel.TextAlignmentName = 'TA_LEFT', anchor: Anchor = ('H_LEFT', 'V_TOP'), depth: float = 0.5,
-         font: str = 'LindenHill.otf'):
-    """Text on the screen; `at` in shares of the window, `size` and `wrapWidth` in shares of its longer side."""
+         font: str = ''):
+    """Text on the screen; `at` in shares of the window, `size` and `wrapWidth` in shares of its longer side.
+
+    Without a font of its own it stands in the one that the player reads in.
+    """
     block, anchors = _onScreen(parent, name, at, (1, 1, 1), anchor, depth)
-    kaVel.addComponent(block, 'graphics2', 'TextComponent2', layer='SCREEN', text=text, fontName=font, fontSize=size,
+    kaVel.addComponent(block, 'graphics2', 'TextComponent2', layer='SCREEN', text=text,
+                       fontName=font or words.font(), fontSize=size if font else words.fontSize(size),
                        wrapWidth=wrapWidth, color=kaVel.Vec4(*color), alignment=align, **anchors)
     return block
+
+
+def write(graphics: kaVel.TextComponent2, text: words.Told, size: float):
+    """Gives a text of the screen what it says now, in the language and the font of the moment."""
+    kaVel.configure(graphics, text=str(text), fontName=words.font(), fontSize=words.fontSize(size))

@@ -24,6 +24,7 @@ from objects.Placing import Triple, addVolume, onFrame, placed
 from objects.Prey import Prey
 from objects.Prints import Prints
 from objects.Sounds import sounds
+from perLevel import PerLevel
 from saves.Moments import hunts
 
 HEIGHT = 0.25     # metres: of the ball's middle that he goes on
@@ -34,35 +35,61 @@ CHILL = 3.0       # percent of the mind a second, light or dark
 FAINT, BRIGHT = 0.03, 0.35
 #: Metres within which lamps dim, and the share of their light that is left at his side.
 DIMS, DIMMED = 3.6, 0.16
+#: Metres that he sees light from, and the dread of him, percent of the mind a second.
+SEES, DREAD = 14.0, 3.0
+
+_guests: PerLevel[list[_Guest]] = PerLevel()
 
 
 @kaVel.pattern
 def Guest(parent: kaVel.MapRootEntity, name: str = '', points: Sequence[Triple] = ((0, 0, 0),),
-          at: Triple | None = None, speed: float = 0.8):
-    """The one in the wet coat, who walks from point to point over and over; he begins at `at`, or at the first one."""
+          at: Triple | None = None, speed: float = 0.8, abroad: bool = True):
+    """The one in the wet coat, who walks from point to point over and over; he begins at `at`, or at the first one.
+
+    Who is not `abroad` is nowhere to be met until `bring` is called: what he is made of takes time, which a level has
+    while it loads.
+    """
     start = at or points[0]
     guest = placed(parent, name or 'guest', at=(start[0], start[1] + HEIGHT, start[2]))
     addVolume(guest, (0.5, 0.5, 0.5), 'BV_NONE')
     kaVel.addComponent(guest, 'physics', 'RigidBody', inverseMass=0.0)
     senses = kaVel.addComponent(guest, 'perception', 'PerceptionComponent', hasEars=False, seesLightOnly=True,
-                                sightRange=14.0, nearRange=0.0, sightGain=0.75, noticeLevel=0.35, memoryTime=7.0,
+                                sightRange=SEES, nearRange=0.0, sightGain=0.75, noticeLevel=0.35, memoryTime=7.0,
                                 drainRate=0.12, eyeOffset=kaVel.Vec4(0, 1.2, 0, 0))
     kaVel.addComponent(guest, 'pathFollower', 'PathFollower', opensDoors=True, closesDoors=True, speed=speed,
                        arriveRadius=0.35)
-    dummy = kaVel.addComponent(guest, 'dummy', 'DummyObjectComponent', followPoints=True, walkSpeed=speed,
+    dummy = kaVel.addComponent(guest, 'dummy', 'DummyObjectComponent', followPoints=abroad, walkSpeed=speed,
                                footstepLength=0.62, footstepFadeTime=24.0)
     dummy.setSavedPoints([(x, y + HEIGHT, z) for x, y, z in points])
-    kaVel.addComponent(guest, 'behaviors', 'BTComponent', behaviors=['Guest'], defaultBehavior='Guest')
+    kaVel.addComponent(guest, 'behaviors', 'BTComponent', behaviors=['Guest'],
+                       defaultBehavior='Guest' if abroad else '')
     voice = sounds(guest, 'GuestBreath', 'GuestHem')
     voice.addSoundEffectAs('Footstep', 'GuestPrint')
-    dreaded(guest, dread=3.0, range=10.0)
+    dreaded(guest, dread=DREAD, range=10.0)
     kaVel.addComponent(guest, 'form', 'OnGround', groundBelow=HEIGHT)
-    _part(guest, 'hem', start, _hem)
-    driver = _Guest(guest, senses, dummy, _part(guest, 'coat', start, _coat))
+    driver = _Guest(guest, senses, dummy, _part(guest, 'coat', start, _coat), _part(guest, 'hem', start, _hem))
+    driver.setAbroad(abroad)
+    level = parent.getAncestorOfType(kaVel.Reflection.Coordinator)
+    _guests.setdefault(level, []).append(driver)
     onFrame(guest, driver.doFrame)
     dummy.stepFunc = driver.leavePrint
     hunts(parent, lambda: bool(guest) and driver.senses.knows)
     return guest
+
+
+def bring(guest: kaVel.Entity, at: Triple):
+    """Has a Guest begin his round at a place, of all that he knew before nothing."""
+    _driverOf(guest).begin(at)
+
+
+def dismiss(guest: kaVel.Entity):
+    """Has a Guest gone until he is brought again; the lamps beside him burn as before."""
+    _driverOf(guest).leave()
+
+
+def _driverOf(guest: kaVel.Entity) -> _Guest:
+    level = guest.getAncestorOfType(kaVel.Reflection.Coordinator)
+    return next(each for each in _guests[level] if each.guest == guest)
 
 
 def _part(guest: kaVel.Entity, name: str, at: Triple, build: Callable[[], kaVel.MeshBuilder]):
@@ -122,8 +149,8 @@ class _Guest:
     """His prints, his sounds, the lamps that dim beside him, and whom he touches."""
 
     def __init__(self, guest: kaVel.Entity, senses: kaVel.PerceptionComponent, dummy: kaVel.DummyObjectComponent,
-                 coat: Any):
-        self.guest, self.senses, self.dummy, self.coat = guest, senses, dummy, coat
+                 coat: Any, hem: Any):
+        self.guest, self.senses, self.dummy, self.coat, self.hem = guest, senses, dummy, coat, hem
         self.transform, self.sound = guest.getComponent('transform'), guest.getComponent('sound')
         self.prey = Prey(guest)
         self.prints = Prints(self.prey.map, guest.name + ' print', 'wetPrint', (0.30, 0.30), 24, 24.0)
@@ -132,9 +159,43 @@ class _Guest:
         self.dice = random.Random('%s %d' % (guest.name, GameConfig.seed))
         self.adapt()
         self.frame, self.breathAt, self.isLit = 0, self.dice.uniform(1, 4), False
+        self.isAbroad = True
+
+    def setAbroad(self, isAbroad: bool):
+        """Has him there to be seen, heard and met, or nowhere."""
+        self.isAbroad = self.hem.visible = isAbroad
+        self.coat.visible = False
+        self.senses.sightRange = SEES if isAbroad else 0.0
+        self.guest.getComponent('dread').dread = DREAD if isAbroad else 0.0
+
+    def begin(self, at: Triple):
+        """Begins his round at a place."""
+        self.setAbroad(True)
+        self.transform.position = kaVel.Vec4(at[0], at[1] + HEIGHT, at[2], 1)
+        self.senses.forget()
+        self.breathAt = self.prey.clock.seconds() + self.dice.uniform(1, 4)
+        self.guest.getComponent('behaviors').activeBehavior = 'Guest'
+
+    def leave(self):
+        """Ends his round, and is gone."""
+        self.setAbroad(False)
+        self.senses.forget()
+        self.dummy.stopWalking()
+        self.guest.getComponent('pathFollower').stop()
+        self.guest.getComponent('behaviors').activeBehavior = ''
+        for lamp in self.lamps or ():
+            if lamp.light in self.dimmed:
+                dim(lamp.light, 1.0, lamp.color, lamp.glint)
+        self.dimmed.clear()
 
     def doFrame(self):
         self.frame += 1
+        if self.lamps is None:
+            self.lamps = self.findLamps()
+        if not self.isAbroad:
+            if self.frame % 8 == 0:
+                self.prints.fade()
+            return
         now, place = self.prey.clock.seconds(), self.transform.position
         near = self.prey.distance(place)
         if self.frame % 3 == 0:
@@ -183,14 +244,14 @@ class _Guest:
         if self.dice.random() < 0.4:
             self.sound.playSoundEffect('GuestHem')
 
+    def findLamps(self) -> list[_Lamp]:
+        """All lamps of the map as they burn while he is not near."""
+        return [_Lamp(each, each.diffuseColor, each.specularColor) for each in kaVel.descendants(self.prey.map)
+                if each._getType().isSubclassOf(kaVel.Reflection.LightComponent) and each.parent.name != 'flashlight']
+
     def dimLamps(self, place: kaVel.Vec4):
         """Takes the light of the lamps beside him, and gives it back when he has gone by."""
-        if self.lamps is None:
-            self.lamps = [_Lamp(each, each.diffuseColor, each.specularColor)
-                          for each in kaVel.descendants(self.prey.map)
-                          if each._getType().isSubclassOf(kaVel.Reflection.LightComponent) and
-                          each.parent.name != 'flashlight']
-        for lamp in self.lamps:
+        for lamp in self.lamps or ():
             if not lamp.light:
                 continue
             away = (lamp.light.place - place).magnitude()

@@ -2,10 +2,11 @@
 
 import kaVel
 import words
-from objects.Drawn import Text
+from objects.Drawn import Text, write
 from objects.Placing import LevelClock
 
 COLOR = (0.86, 0.80, 0.66)
+SIZE = 0.021
 SHADE = (0.03, 0.025, 0.02)  # behind the letters, for a line that lies on something light
 STAYS, FADES = 3.0, 1.5  # seconds
 
@@ -14,7 +15,7 @@ class Notice:
     """The line of one level, in the middle of the screen's upper part; it stays for some seconds."""
 
     def __init__(self, coordinator: kaVel.Coordinator, name: str = 'notice', stays: float = STAYS):
-        line, shade = (Text(coordinator, name + end, at=(0.5 + off, 0.80 - 1.8 * off), size=0.021, color=(*color, 0),
+        line, shade = (Text(coordinator, name + end, at=(0.5 + off, 0.80 - 1.8 * off), size=SIZE, color=(*color, 0),
                             anchor=('H_CENTER', 'V_CENTER'), depth=depth)
                        for end, off, color, depth in (('', 0.0, COLOR, 0.5), ('Shade', 0.0009, SHADE, 0.6)))
         self.graphics, self.shade = line.getComponent('graphics2'), shade.getComponent('graphics2')
@@ -33,7 +34,8 @@ class Notice:
 
     def _write(self):
         self.wording = words.changes
-        self.graphics.text = self.shade.text = str(self.told)
+        for graphics in (self.graphics, self.shade):
+            write(graphics, self.told, SIZE)
 
     def doFrame(self):
         if self.since is None:

@@ -48,8 +48,10 @@ class Sheet:
         small = size * min(1.0, math.sqrt(ROOM_FOR / max(len(text), 1)))
         self.picture.getComponent('transform').scale = kaVel.Vec4(WIDTH * size, HEIGHT * size, 1, 0)
         top = HEIGHT / 2 - MARGIN
-        kaVel.configure(self.title.getComponent('graphics2'), text=title, fontSize=TITLE_SIZE * size)
-        kaVel.configure(self.text.getComponent('graphics2'), text=text, fontSize=TEXT_SIZE * small,
+        kaVel.configure(self.title.getComponent('graphics2'), text=title, fontName=words.font(),
+                        fontSize=words.fontSize(TITLE_SIZE * size))
+        kaVel.configure(self.text.getComponent('graphics2'), text=text, fontName=words.font(),
+                        fontSize=words.fontSize(TEXT_SIZE * small),
                         wrapWidth=(WIDTH - 2 * MARGIN) * size)
         self._put(self.title, 0.0, top * size, ABOVE)
         self._put(self.text, (MARGIN - WIDTH / 2) * size, (top - 2.4 * TITLE_SIZE) * size, ABOVE)

@@ -15,7 +15,7 @@ import kaVel
 import saves
 import words
 from objects import Sequences
-from objects.Drawn import Text
+from objects.Drawn import Text, write
 from objects.Hands import handsOf
 from objects.Life import lifeOf
 from objects.Music import Music
@@ -30,6 +30,7 @@ from saves.Kept import keepPart
 
 #: What the picture's fade grows from: it goes by a factor.
 FIRST_OF_FADE = 0.004
+SIZE = 0.022
 READ = 3.5  # seconds that the cause is shown
 LINGER = 12.0  # seconds after which one who presses nothing is led on from the end
 BEHIND_THE_END = 'Dawn'
@@ -51,12 +52,15 @@ class Safety:
         self.isOver = False
         self._returns: list[Callable[[], object]] = []
         lifeOf(level).onDeath(self.die)
-        keepPart(level, 'safety', lambda: [list(self.stand[0]), self.stand[1], self.deaths], self._become)
+        keepPart(level, 'safety', self._told, self._become)
         Moments.shelter(level, lambda: (self.stand[0], self.stand[1], 0.0))
 
-    def _become(self, told: list[Any]):
-        (x, y, z), turn, self.deaths = told
-        self.stand = (x, y, z), turn
+    def _told(self) -> dict[str, Any]:
+        return {'at': list(self.stand[0]), 'turn': self.stand[1], 'deaths': self.deaths}
+
+    def _become(self, told: dict[str, Any]):
+        x, y, z = told['at']
+        self.stand, self.deaths = ((x, y, z), told['turn']), told['deaths']
 
     def place(self, map: kaVel.MapRootEntity, name: str, at: Triple, size: tuple[float, float] = (1.5, 1.5),
               turn: float = 0.0, stand: Triple | None = None):
@@ -174,7 +178,7 @@ class Line:
     """A line of quiet text over everything, which comes and goes slowly."""
 
     def __init__(self, level: kaVel.Coordinator, name: str, height: float = 0.5):
-        text = Text(level, name, at=(0.5, height), size=0.022, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
+        text = Text(level, name, at=(0.5, height), size=SIZE, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'),
                     wrapWidth=0.6, align='TA_CENTER', depth=0.2)
         self.graphics = text.getComponent('graphics2')
         self.told: words.Told = ''
@@ -189,7 +193,7 @@ class Line:
 
     def _write(self):
         self.wording = words.changes
-        self.graphics.text = str(self.told)
+        write(self.graphics, self.told, SIZE)
 
     def doFrame(self):
         if self.wording != words.changes:

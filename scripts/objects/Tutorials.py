@@ -10,13 +10,14 @@ from typing import Callable, NamedTuple
 import bindings
 import kaVel
 import words
-from objects.Drawn import Text
+from objects.Drawn import Text, write
 from objects.Placing import LevelClock
 from objects.Sequences import levelOf
 from perLevel import PerLevel
 from saves.Kept import keepPart
 
 COLOR = (0.86, 0.80, 0.66)
+SIZE = 0.019
 STAYS, FADES = 6.0, 0.8  # seconds; one that is learnt meanwhile goes at once
 
 
@@ -32,11 +33,11 @@ class _Board:
     """The line of a level, low in the middle of the screen, and the lessons that wait for it."""
 
     def __init__(self, level: kaVel.Coordinator):
-        line = Text(level, 'tutorial', at=(0.5, 0.17), size=0.019, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'))
+        line = Text(level, 'tutorial', at=(0.5, 0.25), size=SIZE, color=(*COLOR, 0), anchor=('H_CENTER', 'V_CENTER'))
         self.graphics = line.getComponent('graphics2')
         self.clock = LevelClock(line)
         self.told: set[str] = set()
-        self.line = ''
+        self.line, self.wording = '', words.changes
         self.lessons: list[_Lesson] = []
         self.shown: _Lesson | None = None
         self.until = self.alpha = 0.0
@@ -83,8 +84,9 @@ class _Board:
     def write(self):
         """Brings the line into the language, the keys and the device of the moment."""
         line = _line(self.shown) if self.shown else self.line
-        if line != self.line:
-            self.line = self.graphics.text = line
+        if line != self.line or self.wording != words.changes:
+            self.line, self.wording = line, words.changes
+            write(self.graphics, line, SIZE)
 
     def fade(self, direction: int):
         alpha = min(1.0, max(0.0, self.alpha + direction * self.clock.frameSeconds() / FADES))

@@ -1,13 +1,13 @@
 """What stands in a save: readable text with a version and a checksum, and what is wrong with one that is not so.
 
-    Mornal save, version 1
+    Mornal save, version 2
     sha256 6f1e...
 
     { ... }
 
 The checksum is that of all that follows its line. What follows is JSON: `level`, `place` (a key of the tables of
-words), `made` (UTC), `played` (seconds), `why`, `stand` (feet, turn, pitch), `calls` (what has become of the objects of
-all levels), `objects` (properties by path) and `parts` (what is no property, by name).
+words), `made` (UTC), `played` (seconds), `why`, `stand` (feet, turn and pitch), `calls` (what has become of the objects
+of all levels), `objects` (properties by path) and `parts` (what is no property, by name).
 """
 
 from __future__ import annotations
@@ -22,9 +22,12 @@ from saves import Migrations
 
 Document = dict[str, Any]
 
-VERSION = 1
+VERSION = 2
 
 _HEAD = re.compile(rb'Mornal save, version ([0-9]{1,9})\nsha256 ([0-9a-f]{64})\n')
+
+#: Numbers of a list, a line each.
+_NUMBERS = re.compile(r'\[\n([-+0-9.eE,\s]*)\n *\]')
 
 
 class Fault(Exception):
@@ -38,7 +41,8 @@ class Fault(Exception):
 def write(document: Document) -> bytes:
     """The text of a document; Fault where something in it is no finite number."""
     _checkNumbers(document, '')
-    return sealed(VERSION, json.dumps(document, ensure_ascii=False, indent=1, allow_nan=False) + '\n')
+    text = json.dumps(document, ensure_ascii=False, indent=1, allow_nan=False)
+    return sealed(VERSION, _NUMBERS.sub(lambda rows: '[%s]' % ' '.join(rows[1].split()), text) + '\n')
 
 
 def sealed(version: int, body: str) -> bytes:
@@ -106,8 +110,11 @@ def isNumber(value: Any) -> bool:
 
 
 def _isStanding(value: Any) -> bool:
-    return value is None or (isinstance(value, list) and len(value) == 3 and isinstance(value[0], list)
-                             and len(value[0]) == 3 and all(map(isNumber, [*value[0], *value[1:]])))
+    if value is None:
+        return True
+    at = value.get('at') if isinstance(value, dict) else None
+    return (isinstance(at, list) and len(at) == 3
+            and all(map(isNumber, [*at, value.get('turn'), value.get('pitch')])))
 
 
 def _areCalls(value: Any) -> bool:

@@ -69,9 +69,10 @@ def document(level: kaVel.Coordinator, why: str, isAwkward: bool = False) -> Doc
     stand = Moments.placeToStand(level, isAwkward)
     now = datetime.datetime.now(datetime.timezone.utc)
     return {
-        'level': level.levelName, 'place': Moments.placeName(level), 'why': why,
+        'level': level.levelName, 'place': Moments.placeName(level, stand, why == 'safe'),
+        'why': why,
         'made': now.strftime('%Y-%m-%dT%H:%M:%S.%fZ'), 'played': clock.played if clock else 0.0,
-        'stand': [list(stand[0]), stand[1], stand[2]] if stand else None,
+        'stand': {'at': list(stand[0]), 'turn': stand[1], 'pitch': stand[2]} if stand else None,
         'calls': calls(level), 'objects': Kept.tellObjects(level), 'parts': Kept.tellParts(level)}
 
 
@@ -122,9 +123,10 @@ def arrive(level: kaVel.Coordinator, told: Document):
     """Makes a level that has just been built what a save says."""
     _markAsGoingOn(level)
     viewer = standing.viewerIn(level)
-    if viewer and told['stand']:
-        at, turn, pitch = told['stand']
-        viewer.goTo((at[0], at[1], at[2]), turn, pitch)
+    stand = told['stand']
+    if viewer and stand:
+        x, y, z = stand['at']
+        viewer.goTo((x, y, z), stand['turn'], stand['pitch'])
     Kept.takeObjects(level, told['objects'])
     Kept.takeParts(level, told['parts'])
 

@@ -1,9 +1,7 @@
 """How a save of an older version becomes one of the present version: a function for each step, by what it changes.
 
-    @migration(1)
-    def lookIsKeptInDegrees(document): ...
-
-takes the content of a save of version 1 and makes it one of version 2. It changes the document in place.
+The function for version 1 changes the content of a save of that version, in place, into one of version 2. `tests/saves`
+keeps a save of each version.
 """
 
 from __future__ import annotations
@@ -30,3 +28,13 @@ def migrate(document: Document, version: int, wanted: int) -> Document:
     for each in range(version, wanted):
         _STEPS[each](document)
     return document
+
+
+@migration(1)
+def placesNameTheirNumbers(document: Document):
+    """Where the player stands, and where he was last safe, were bare lists."""
+    at, turn, pitch = document['stand'] or (None, 0.0, 0.0)
+    document['stand'] = at and {'at': at, 'turn': turn, 'pitch': pitch}
+    safety = document['parts'].get('safety')
+    if safety is not None:
+        document['parts']['safety'] = {'at': safety[0], 'turn': safety[1], 'deaths': safety[2]}

@@ -33,12 +33,15 @@ class Verdict(NamedTuple):
     why: str = ''
 
 
+#: Where feet stand, metres.
+Feet = tuple[float, float, float]
+
 NOW = Verdict('now')
 
 _forbidden: PerLevel[str] = PerLevel()
 _shelters: PerLevel[Callable[[], standing.Standing]] = PerLevel()
 _hunters: PerLevel[list[Callable[[], object]]] = PerLevel()
-_places: PerLevel[Callable[[], str]] = PerLevel()
+_places: PerLevel[Callable[[Feet], str]] = PerLevel()
 
 
 # What a level says of itself
@@ -63,8 +66,8 @@ def hunts(inLevel: kaVel.Object, isHunting: Callable[[], object]):
     _hunters[level] = [*_hunters.get(level, []), isHunting]
 
 
-def namePlaces(inLevel: kaVel.Object, name: Callable[[], str]):
-    """Says what the place is called that the player of a level is in: the key of its name."""
+def namePlaces(inLevel: kaVel.Object, name: Callable[[Feet], str]):
+    """Says what the places of a level are called: the key of the name of where feet stand."""
     _places[levelOf(inLevel)] = name
 
 
@@ -110,10 +113,11 @@ def placeToStand(level: kaVel.Coordinator, isAwkward: bool = False) -> standing.
     return standing.of(level)
 
 
-def placeName(level: kaVel.Coordinator) -> str:
-    """The key of the name of where the player is; that of the level where nobody names places."""
-    name = _places.get(level)
-    return name() if name else 'level.' + level.levelName
+def placeName(level: kaVel.Coordinator, stand: standing.Standing | None, isSafePlace: bool) -> str:
+    """The key of the name of a place, or of the safe place that the player has just come to; empty without a name."""
+    name, safe = _places.get(level), _shelters.get(level)
+    where = safe() if isSafePlace and safe else stand
+    return name(where[0]) if name and where else ''
 
 
 def _isBelowSomething(level: kaVel.Coordinator) -> bool:

@@ -214,7 +214,7 @@ def find(name: str) -> Entry | None:
 
 def placeOf(entry: Entry) -> str:
     """What the place of a save is called; its level where that has no names for places."""
-    return words.text(entry.place) if words.has(entry.place) else entry.level
+    return words.text(entry.place) if entry.place and words.has(entry.place) else entry.level
 
 
 def _entry(where: Folder, name: Name) -> Entry:

@@ -28,6 +28,9 @@ from words.Tables import CODE, FIRST, NAME, Table
 #: What stands for the language of the player's system.
 AUTOMATIC = 'automatic'
 
+#: The game's own font, and the plain one, whose letters are so much larger at the same size.
+FONT, READABLE, READABLE_SIZE = 'LindenHill.otf', 'Andika-Regular.ttf', 0.78
+
 #: Name of the table that is read just now, as 'german'.
 language = FIRST
 
@@ -46,6 +49,7 @@ _RULES = {
 _tables: dict[str, Table] = {}
 _told: set[str] = set()
 _chosen = AUTOMATIC
+_plain = False
 
 
 class Said:
@@ -184,6 +188,24 @@ def duration(seconds: float) -> str:
     if minutes < 60:
         return count('language.minutes', minutes)
     return text('language.hours', hours=number(minutes // 60), minutes='%02d' % (minutes % 60))
+
+
+def font() -> str:
+    """The font that texts are read in: the game's own, or the plain letters that the player asked for."""
+    return READABLE if _plain else FONT
+
+
+def fontSize(size: float) -> float:
+    """A size of letters that reads as large in the font of the moment as this one in the game's own."""
+    return size * READABLE_SIZE if _plain else size
+
+
+def setReadable(plain: bool):
+    """Has all texts be in plain letters, or in the game's own."""
+    global _plain, changes
+    if plain != _plain:
+        _plain = plain
+        changes += 1
 
 
 def keyName(name: str) -> str:

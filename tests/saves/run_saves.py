@@ -14,7 +14,8 @@ _house = house
 def house(map):
     _house(map)
     import steps
-    place.onFrame(kaVel.make('Entity', parent=map, name='steps'), lambda: steps.doFrame(_night))
+    clock = kaVel.make('Entity', parent=map, name='steps')  # in a stopped level, too
+    kaVel.addComponent(clock, 'cursor', 'ScriptComponent', frameCallback=lambda: steps.doFrame(_night))
 """
 
 STEPS = """
@@ -93,6 +94,49 @@ STEPS = {100: play, 260: lambda night: (tell(night), said(saves.save())), 262: l
     assert ("pockets", {"things": {"stairKey": 1}, "labels": {"stairKey": "the stair key"}, "pages": {}}) in after
     assert ("mind", [60, True, True, 2, 30.0]) in after and ("things", ["battery2"]) in after, after
     assert facts[here + 1] == ("said", (True, False, "game1.2", "")), facts[here + 1]
+
+
+def test_nightfall_is_won_by_one_who_loads_at_every_safe_place(world):
+    world.write("scripts/courses/loading.py", """
+from courses import nightfallWins
+
+LEVEL, SEED = 'Nightfall', 1
+
+
+def play(driver):
+    import saves
+    known = set()
+    for _ in nightfallWins.play(driver):
+        new = set(saves.folder().names()) - known
+        known |= new
+        if new:
+            yield from loadAndGoOn(driver, str(max(new, key=lambda name: name.serial)))
+        yield
+
+
+def loadAndGoOn(driver, name):
+    import kaVel
+    import saves
+    held, before = sorted(driver.held), driver.coordinator
+    crouched = before.getChild('Player').getComponent('player').isCrouched()
+    for action in held:
+        yield from driver.release(action)
+    kaVel.log('FACT loaded %r' % [saves.find(name).place, saves.load(name).done])
+    while driver.coordinator == before:
+        yield
+    yield from driver.wait(1.0)
+    if crouched:
+        yield from driver.tap('crouch')
+        yield from driver.wait(0.6)
+    for action in held:
+        yield from driver.press(action)
+""")
+    outcome = world.run(level="Nightfall", frames=60000, KAVEL_SAVES=str(world.folder / "saves"), KAVEL_UNDRAWN="1",
+                        KAVEL_COURSE="loading", KAVEL_SIZE="640x360")
+    outcome.expect("The level is won")
+    loaded = [line.split("'")[1] for line in outcome.log.splitlines() if "FACT loaded" in line and "True]" in line]
+    assert [place.rpartition(".")[2] for place in loaded] == [
+        "corridor", "seven", "six", "passage", "sewing", "linen", "landing", "service"], loaded
 
 
 if __name__ == "__main__":

@@ -48,5 +48,52 @@ def test_a_broken_table_costs_nothing_but_what_is_broken_in_it(world):
         assert run.log.count(told) == 1, f"{told!r} is told {run.log.count(told)} times:\n{run.log[-2000:]}"
 
 
+HEARD = """
+import kaVel
+import objects.GameObjects as place
+import settings
+import words
+from objects.Placing import onFrame, placed
+from objects.Sounds import sounds
+
+def build(coordinator):
+    settings.set('captions', True)
+    coordinator.loadMap('room')
+
+def room(map):
+    level = map.getAncestorOfType(kaVel.Reflection.Coordinator)
+    place.Box(map, 'floor', at=(0, -1, 0), size=(20, 1, 20), surface='boards')
+    place.Player(level, at=(0, 0, 0), turn=0)
+    voices = [sounds(placed(map, event, at=at), event) for event, at in
+              (('DoorSlam', (-4, 1, 0.5)), ('BreakGlass', (4, 1, 0.5)), ('MannequinStep', (0, 1, -2)),
+               ('StepWoodRun', (0.2, 0, 0)))]
+    frame = 0
+
+    def tick():
+        nonlocal frame
+        frame += 1
+        if frame == 10:
+            for voice in voices:
+                voice.playSoundEffect(voice.parent.name)
+        if frame == 40:
+            words.setLanguage('de')
+        if frame in (30, 45, 300):
+            lines = [level.getChild('caption%d' % number).getComponent('graphics2').text for number in range(3)]
+            kaVel.log('captions: %s' % ' | '.join(sorted(line for line in lines if line)))
+
+    onFrame(placed(map, 'ticker'), tick)
+"""
+
+
+def test_what_is_heard_is_written_with_its_side_in_the_language_of_the_moment_and_ones_own_steps_are_not(world):
+    world.write("scripts/levels/Heard.py", HEARD)
+    run = world.run(level="Heard", frames=310)
+    run.expect_code(0)
+    told = [line.split("captions: ")[1] for line in run.log.splitlines() if "captions: " in line]
+    assert told == ["Glass breaks → | ← A door slams | ↓ A wooden foot is set down, behind",
+                    "Glas zerbricht → | ← Eine Tür schlägt zu | ↓ Ein hölzerner Fuß wird aufgesetzt, hinter dir",
+                    ""], told
+
+
 if __name__ == "__main__":
     game.main(globals())

@@ -195,17 +195,27 @@ Seconds Coordinator::getInstantFPS() const
     return getLastFrameTime();
 }
 
+const std::vector<Handle<MapRootEntity>> &Coordinator::findMaps()
+{
+    const auto childCount = static_cast<std::size_t>(children_end() - children_begin());
+    const std::uint64_t objectChanges = ObjectMap().getChangeCount();
+    if (knownMaps.objectChanges == objectChanges && knownMaps.childCount == childCount)
+        return knownMaps.maps;
+    knownMaps.objectChanges = objectChanges;
+    knownMaps.childCount = childCount;
+    knownMaps.maps.clear();
+    for (auto child = children_begin(); child != children_end(); ++child)
+        if (const auto map = handle_cast<MapRootEntity>(*child); map.isValid())
+            knownMaps.maps.push_back(map);
+    return knownMaps.maps;
+}
+
 Handle<MapRootEntity> Coordinator::findMap(Vec4 worldPosition)
 {
     Handle<MapRootEntity> nearest;
     float nearestDistance = std::numeric_limits<float>::infinity();
-    bool anyMap = false;
-    for (auto child = children_begin(); child != children_end(); ++child)
+    for (const Handle<MapRootEntity> &map : findMaps())
     {
-        const Handle<MapRootEntity> map = handle_cast<MapRootEntity>(*child);
-        if (!map.isValid())
-            continue;
-        anyMap = true;
         auto transform = handle_cast<TransformComponent>(map.lookup()->getComponent(ComponentKeys::transform)).lookup();
         if (!transform)
             continue;
@@ -218,7 +228,7 @@ Handle<MapRootEntity> Coordinator::findMap(Vec4 worldPosition)
             nearest = map;
         }
     }
-    if (!anyMap)
+    if (knownMaps.maps.empty())
         KV_ERROR("Traveled to the fires of Mount Doom to find MapRootEntity. Nobody was home.");
     return nearest;
 }

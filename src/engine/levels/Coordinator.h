@@ -11,6 +11,8 @@
 #include "foundation/TimeTypes.h"
 #include "foundation/Vector.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <map>
 #include <vector>
 
@@ -85,7 +87,7 @@ public:
     /// The map that holds a point, or else the nearest one by its centre.
     ///
     /// World space, metres. The first map whose box holds the point wins; without a map at all this is an assertion
-    /// and an invalid handle. Cost: linear in the coordinator's children.
+    /// and an invalid handle. Cost: linear in the level's maps.
     Handle<MapRootEntity> findMap(Vec4 worldPosition);
 
     /// Name under which the level was loaded.
@@ -114,6 +116,17 @@ private:
         bool running = false;
     };
 
+    /// The maps among the children, kept while nothing is born, dies or comes and goes, since every volume in world
+    /// space asks for its map in each frame.
+    struct KnownMaps
+    {
+        std::vector<Handle<MapRootEntity>> maps;
+        std::uint64_t objectChanges = 0; ///< births and deaths that these take account of
+        std::size_t childCount = 0;      ///< likewise
+    };
+
+    const std::vector<Handle<MapRootEntity>> &findMaps();
+
     void addManagerClass(String key, ReflectorPtr type, ManagerDesc::UpdaterList updaters);
     void addManagerClass(String key, ReflectorPtr type, String fn, int priority, bool runOnStop = false);
     void addManagerClass(String key, ReflectorPtr type, int priority, bool runOnStop = false);
@@ -134,4 +147,5 @@ private:
     LoopControlState loopState = LOOP_RUN;
     Handle<Coordinator> subCoordinator; ///< next in the chain
     FrameWalk frameWalk;
+    KnownMaps knownMaps;
 };

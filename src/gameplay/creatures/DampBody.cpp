@@ -144,17 +144,25 @@ float DampBody::reachTo(const Flow &flow, const Vec4 &direction) const
     return reach + flow.radius * 0.45f * flow.hurry * std::max(-ahead, 0.f);
 }
 
-Vec4 DampBody::pointOf(const Flow &flow, int side, int ring) const
+DampBody::Band DampBody::bandOf(int ring) const
 {
-    const float height = static_cast<float>(ring) / RINGS;
-    const Vec4 direction = aroundAxis(side);
+    Band band;
+    band.ring = ring;
+    band.height = static_cast<float>(ring) / RINGS;
+    band.body = std::pow(std::max(0.f, std::cos(0.5f * PI * band.height)), 0.8f);
+    band.up = tallness * std::pow(std::sin(0.5f * PI * band.height), ring <= 1 ? 2.f : 1.2f);
+    band.sway = 0.10f * band.up * std::sin(1.1f * static_cast<float>(time) + 2.f * band.height);
+    return band;
+}
+
+Vec4 DampBody::pointOf(const Flow &flow, const Spoke &spoke, const Band &band) const
+{
+    const auto &[ring, height, body, up, sway] = band;
+    const Vec4 &direction = spoke.direction;
     const float now = static_cast<float>(time);
     // A thin foot runs out over the ground; above it the heap closes to its crown.
-    const float body = std::pow(std::max(0.f, std::cos(0.5f * PI * height)), 0.8f);
     const float foot = ring == 0 ? 1.22f : ring == 1 ? 1.06f : 0.94f;
-    float out = reachTo(flow, direction) * foot * body;
-    out = std::min(out, std::max(room[static_cast<std::size_t>(side)] - SKIN, 0.04f));
-    const float up = tallness * std::pow(std::sin(0.5f * PI * height), ring <= 1 ? 2.f : 1.2f);
+    const float out = std::min(spoke.reach * foot * body, std::max(spoke.room - SKIN, 0.04f));
     Vec4 point = direction * out + Vec4(0.f, up, 0.f, 0.f);
     // It runs down its own sides, faster as it boils.
     const Vec4 skin = (flow.place + point) * (LUMP * 1.7f);
@@ -165,7 +173,6 @@ Vec4 DampBody::pointOf(const Flow &flow, int side, int ring) const
     point.y += 0.45f * swell * std::min(1.f, 1.5f * height) * std::min(1.f, tallness);
     // It leans where it goes, and sways where it stands.
     const float lean = up * (0.25f * reared + 0.35f * flow.hurry) * height;
-    const float sway = 0.10f * up * std::sin(1.1f * now + 2.f * height);
     point = point + flow.heading * lean + Vec4(flow.heading.z, 0.f, -flow.heading.x, 0.f) * sway;
     point.y = std::max(point.y, ring == 0 ? 0.004f : 0.012f);
     return point;
@@ -180,13 +187,24 @@ void DampBody::shape(const Flow &flow, const TransformComponent &transform)
     const float squeezed = std::clamp(1.f / std::max(free, 0.1f), 1.f, MOST_SQUEEZE);
     const float breath = 1.f + 0.04f * std::sin(1.7f * static_cast<float>(time));
     tallness = (LYING + (STANDING - LYING) * smooth(reared)) * squeezed * breath * (1.f - 0.25f * boiled);
+    std::array<Spoke, SIDES> spokes;
+    for (int side = 0; side < SIDES; ++side)
+    {
+        Spoke &spoke = spokes[static_cast<std::size_t>(side)];
+        spoke.direction = aroundAxis(side);
+        spoke.reach = reachTo(flow, spoke.direction);
+        spoke.room = room[static_cast<std::size_t>(side)];
+    }
     const Matrix4 toOwn = transform.getOrientation().inverse().generateRotation();
     const Vec4 ground(0.f, -getGroundBelow(), 0.f, 0.f);
     auto *vertex = vertices.data();
     for (int ring = 0; ring < RINGS; ++ring)
-        for (int side = 0; side < SIDES; ++side, ++vertex)
-            vertex->position = toMesh(toOwn * (pointOf(flow, side, ring) + ground));
-    vertex->position = toMesh(toOwn * (pointOf(flow, 0, RINGS) + ground));
+    {
+        const Band band = bandOf(ring);
+        for (const Spoke &spoke : spokes)
+            vertex++->position = toMesh(toOwn * (pointOf(flow, spoke, band) + ground));
+    }
+    vertex->position = toMesh(toOwn * (pointOf(flow, spokes[0], bandOf(RINGS)) + ground));
 }
 
 /// Normals from the neighbours around and above.

@@ -56,11 +56,30 @@ private:
         float radius = 0.f; ///< metres
     };
 
+    /// What the points in one direction have in common.
+    struct Spoke
+    {
+        Vec4 direction;    ///< over the ground, length 1
+        float reach = 0.f; ///< metres, whatever stands there
+        float room = 0.f;  ///< metres up to what stands there
+    };
+
+    /// What the points of one ring have in common.
+    struct Band
+    {
+        int ring = 0;
+        float height = 0.f; ///< 0 at the rim, 1 at the crown
+        float body = 0.f;   ///< share of its girth that is left there
+        float up = 0.f;     ///< metres above the ground
+        float sway = 0.f;   ///< metres aside
+    };
+
     void feelAround(const TransformComponent &transform);
     Flow flowOn(const TransformComponent &transform, float seconds);
     void shape(const Flow &flow, const TransformComponent &transform);
-    Vec4 pointOf(const Flow &flow, int side, int ring) const;
+    Vec4 pointOf(const Flow &flow, const Spoke &spoke, const Band &band) const;
     float reachTo(const Flow &flow, const Vec4 &direction) const;
+    Band bandOf(int ring) const;
     void findNormals();
     void prepareMesh();
     static std::size_t vertexAt(int ring, int side)

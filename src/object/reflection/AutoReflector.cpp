@@ -112,10 +112,24 @@ void initAutoReflector()
     numbering.number();
 }
 
-ClassNumber classNumberOf(const ReflectorPtr &type)
+namespace
+{
+/// What the table says of a thing; null where it is none of the table's.
+const DoxyElement *recordOf(const ReflectorPtr &type)
 {
     const IReflectedThing *const thing = type.get();
-    if (!thing || typeid(*thing) != typeid(DoxyElement))
-        return 0;
-    return static_cast<const DoxyElement *>(thing)->getClassNumber();
+    return thing && typeid(*thing) == typeid(DoxyElement) ? static_cast<const DoxyElement *>(thing) : nullptr;
+}
+} // namespace
+
+ClassNumber classNumberOf(const ReflectorPtr &type)
+{
+    const DoxyElement *const record = recordOf(type);
+    return record ? record->getClassNumber() : 0;
+}
+
+bool isNumberOfClass(ClassNumber number, const ReflectorPtr &type)
+{
+    const DoxyElement *const record = recordOf(type);
+    return record && record->containsClass(number);
 }

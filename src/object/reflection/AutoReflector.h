@@ -86,3 +86,5 @@ void initAutoReflector();
 
 /// The depth-first number of an object's class; 0 for a thing that is no class of the table.
 ClassNumber classNumberOf(const ReflectorPtr &type);
+/// Whether an object of the class with that number is one of a class; false for a thing that is no class of the table.
+bool isNumberOfClass(ClassNumber number, const ReflectorPtr &type);

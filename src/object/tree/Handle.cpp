@@ -1,5 +1,6 @@
 #include "object/tree/Handle.h"
 
+#include "object/reflection/AutoReflector.h"
 #include "object/tree/Object.h"
 
 String handleToString(const String &className, const Handle<Object> &h)
@@ -17,6 +18,5 @@ String Handle<Object>::toString() const
 
 bool isHandleOfType(const Handle<Object> &h, const ReflectorPtr &type)
 {
-    auto object = h.lookup();
-    return object && object->getType()->isSubclassOf(type);
+    return h.isValid() && isNumberOfClass(ObjectMap_::findClassNumber(h.getNumber()), type);
 }

@@ -159,7 +159,7 @@ Handle<Object> Object::getAncestorOfType(const ReflectorPtr &type)
         return Handle<Object>();
     for (Object *o = this; o; o = o->parent.lookup().ptr)
     {
-        if (o->getType()->isSubclassOf(type))
+        if (isHandleOfType(o->this_, type))
             return o->this_;
     }
     return Handle<Object>();

@@ -23,7 +23,7 @@
 namespace
 {
 
-constexpr std::uint32_t STOCK_EVERY = 32;   ///< calls: half a second until a wall that came up is one
+constexpr std::uint32_t STOCK_EVERY = 32;   ///< calls: half a second until a wall that moved stands elsewhere
 constexpr std::uint32_t STOCK_AT_FIRST = 4; ///< calls that look at once: a map's volumes come into its grid by and by
 constexpr float UPRIGHT = 0.999f;           ///< share of an axis along y
 
@@ -221,8 +221,11 @@ void MapSurvey::read(const Handle<MapRootEntity> &map, WallPlan &walls, DoorPlan
     readFloor(cells);
     walls.clear();
     doors.clear();
+    const std::size_t countBefore = moving.volumes.size() + standing.volumes.size();
     moving = standing = Stock();
     stock = grid ? takeStock(*grid) : 0;
+    // What slides along would have all read anew in each frame.
+    const bool onlyMoved = moving.volumes.size() + standing.volumes.size() == countBefore;
     std::vector<Handle<BoundingVolume>> volumes = moving.volumes;
     volumes.insert(volumes.end(), standing.volumes.begin(), standing.volumes.end());
     std::sort(volumes.begin(), volumes.end());
@@ -239,7 +242,7 @@ void MapSurvey::read(const Handle<MapRootEntity> &map, WallPlan &walls, DoorPlan
             addDoor(*leaf, walls, doors);
     doors.readLeaves();
     isRead = true;
-    calls = 1;
+    calls = onlyMoved ? STOCK_AT_FIRST : 1;
 }
 
 /// The map's own floor is where its path grid lies.

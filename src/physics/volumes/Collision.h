@@ -4,6 +4,7 @@
 #include "foundation/Allocators.h"
 #include "object/tree/Handle.h"
 
+#include <cstddef>
 #include <vector>
 
 class BoundingVolume;
@@ -29,13 +30,17 @@ public:
     template <class T>
     static T *make()
     {
-        return allocate_and_construct<T>(DefaultAllocator(), physicsAllocationCategory);
+        void *const block = takeBlock(sizeof(T));
+        return block ? constructObject<T>(block) : nullptr;
     }
-    /// Frees a contact that `make` made.
+    /// Ends a contact that `make` made. Its block is kept for those of the frames to come.
     static void release(Collision *collision);
     /// Frees the last contact of a list and takes it out.
     static void dropLast(std::vector<Collision *> &list);
 
     Handle<BoundingVolume> volumes[2];
     bool comesLast = false; ///< resolved after those of the frame that do not: nothing moves one of the two
+
+private:
+    static void *takeBlock(std::size_t size);
 };

@@ -79,6 +79,7 @@ constexpr const char *fields[] = {
     // Counts of births and deaths among all objects, of which those that are no state are part.
     "BTComponent::activeRoot",
     "BoundingVolume::siblings",
+    "Coordinator::knownMaps",
     "GraphicsComponent2::objectChanges",
     "MapDataComponent::searched",
     "PerceptionManager::bodyChanges",

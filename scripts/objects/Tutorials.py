@@ -28,6 +28,11 @@ class _Lesson(NamedTuple):
     due: float  # seconds of the level
     isNeeded: Callable[[], object]
 
+    @property
+    def name(self) -> str:
+        """What it is told apart by, in whatever language."""
+        return '%s %s' % (self.action, self.text.key if isinstance(self.text, words.Said) else self.text)
+
 
 class _Board:
     """The line of a level, low in the middle of the screen, and the lessons that wait for it."""
@@ -46,18 +51,17 @@ class _Board:
         kaVel.finishLoad(line)
 
     def done(self) -> list[str]:
-        """The lines that were shown, or learnt without them."""
-        return sorted(self.told - {lesson.line for lesson in self.lessons})
+        """The names of the lessons that were shown, or learnt without that."""
+        return sorted(self.told - {lesson.name for lesson in self.lessons})
 
-    def leaveOut(self, lines: list[str]):
-        """Takes lines for shown."""
-        self.told.update(lines)
-        self.lessons = [lesson for lesson in self.lessons if lesson.line not in lines]
+    def leaveOut(self, names: list[str]):
+        """Takes lessons for shown."""
+        self.told.update(names)
+        self.lessons = [lesson for lesson in self.lessons if lesson.name not in names]
 
     def add(self, lesson: _Lesson):
-        name = '%s %s' % (lesson.action, lesson.text.key if isinstance(lesson.text, words.Said) else lesson.text)
-        if name not in self.told:
-            self.told.add(name)
+        if lesson.name not in self.told:
+            self.told.add(lesson.name)
             self.lessons.append(lesson)
 
     def doFrame(self):

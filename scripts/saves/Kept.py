@@ -126,8 +126,15 @@ def pathBelow(level: kaVel.Coordinator, handle: Any) -> str:
 
 
 def tellParts(level: kaVel.Coordinator, onlyTravelling: bool = False) -> dict[str, Any]:
-    """Name -> what a part tells."""
-    return {name: part.tell() for name, part in _wishesOf(level).parts.items() if part.travels or not onlyTravelling}
+    """Name -> what a part tells; one that fails is told in the log and left out."""
+    told: dict[str, Any] = {}
+    for name, part in list(_wishesOf(level).parts.items()):
+        if part.travels or not onlyTravelling:
+            try:
+                told[name] = part.tell()
+            except Exception:
+                kaVel.log('The part %r of the game is not kept:\n%s' % (name, traceback.format_exc()))
+    return told
 
 
 # Taking

@@ -32,7 +32,8 @@ def migrate(document: Document, version: int, wanted: int) -> Document:
 
 @migration(1)
 def placesNameTheirNumbers(document: Document):
-    """Where the player stands, and where he was last safe, were bare lists."""
+    """Where the player stands, and where he was last safe, were bare lists; lessons had the names of their lines."""
+    document['parts'].pop('lessons', None)
     at, turn, pitch = document['stand'] or (None, 0.0, 0.0)
     document['stand'] = at and {'at': at, 'turn': turn, 'pitch': pitch}
     safety = document['parts'].get('safety')

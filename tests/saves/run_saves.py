@@ -1,10 +1,13 @@
 """Saves in the game: what comes back, what is refused, and what no accident takes."""
+import os
 import pathlib
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "tests" / "support")]
 import game
+
+SAMPLES = pathlib.Path(__file__).parent
 
 HOOK = """
 
@@ -91,9 +94,159 @@ STEPS = {100: play, 260: lambda night: (tell(night), said(saves.save())), 262: l
     here = facts.index(("said", (True, False, "game1.2", "It is written down.")))
     before, after = facts[:here], facts[here + 2:]
     assert before == after and len(before) == 6, (before, after)
-    assert ("pockets", {"things": {"stairKey": 1}, "labels": {"stairKey": "the stair key"}, "pages": {}}) in after
+    assert dict(after)["pockets"]["things"] == {"stairKey": 1}, after
     assert ("mind", [60, True, True, 2, 30.0]) in after and ("things", ["battery2"]) in after, after
     assert facts[here + 1] == ("said", (True, False, "game1.2", "")), facts[here + 1]
+
+
+def test_awkward_moments_are_refused_or_waited_for_and_leaving_finds_a_way(world):
+    facts, _ = nightfall(world, """
+def body(night):
+    return night.player.getComponent('physics')
+
+
+def goTo(*at):
+    return lambda night: night.visitor.goTo(at, 90.0, 0.0)
+
+
+def crouch(night):
+    kaVel.getSystem('InputSystem').postKey(0x11, True)
+    kaVel.getSystem('InputSystem').postKey(0x11, False)
+
+
+def stand():
+    document = saves._read(saves.listed()[0].name)
+    return [round(each) for each in document['stand']['at']], document['place']
+
+
+def leave(night):
+    said(saves.leave())
+    fact('stand', stand())
+
+
+STEPS = {
+    5: lambda night: said(saves.save()),                     # the picture is not there yet
+    330: lambda night: fact('saved', [each.why for each in saves.listed()]),
+    340: lambda night: (said(saves.save('a/b')), goTo(9.2, 3.9, 0.8)(night)),
+    344: lambda night: said(saves.save()),                   # falling
+    400: lambda night: fact('saved', [each.why for each in saves.listed()]),
+    401: goTo(9.2, 3.0, -0.9),                               # a safe place
+    430: lambda night: (fact('saved', [each.why for each in saves.listed()]), crouch(night)),
+    480: goTo(19.6, 3.0, 7.7),                               # below the hatch, at a safe place
+    500: leave,
+    510: lambda night: crouch(night),
+    511: goTo(9.2, 3.0, 0.8),
+    570: lambda night: (setattr(night.story, 'chased', True), leave(night), setattr(night.story, 'chased', False)),
+    575: lambda night: (said(saves.load('game1')), said(saves.save()), said(saves.load('game1'))),
+    900: lambda night: (lifeOf(night.level).hurt(200, 'a test'), said(saves.save()), said(saves.leave()),
+                        fact('unsaved', saves.isUnsaved())),
+    1700: lambda night: (said(saves.save()), fact('unsaved', saves.isUnsaved())),
+    1710: lambda night: (night.story.pockets.add('aKey'), fact('unsaved', saves.isUnsaved())),
+    1720: lambda night: (night.safety.end(['It ends.'], ''), said(saves.save()), said(saves.leave())),
+}
+""", 1730)
+    told = [value for _, value in facts]
+    hands, ground, loading = ("As soon as you have your hands again.", "As soon as there is ground underfoot.",
+                              "The way leads elsewhere just now.")
+    assert told == [
+        (False, True, "", hands), ["asked"],
+        (False, False, "", '"a/b" is no name for a save: up to forty letters, digits, blanks, "-" and "_".'),
+        (False, True, "", ground), ["asked", "asked"], ["safe", "asked", "asked"],
+        (True, False, "game1.5", "It is written down."), ([20, 3, 9], "nightfall.room.linen"),
+        (True, False, "game1.6", "It is written down."), ([20, 3, 9], "nightfall.room.linen"),
+        (True, False, "game1.6", ""), (False, False, "", loading), (True, False, "game1.6", ""),
+        (False, False, "", "The dead write nothing down."), (False, False, "", "The dead write nothing down."), False,
+        (True, False, "game1.7", "It is written down."), False, True,
+        (False, False, "", "This night is over."), (False, False, "", "This night is over.")], told
+
+
+def test_a_damaged_save_is_named_with_the_one_before_and_what_cannot_be_written_is_told(world):
+    folder = world.folder / "saves"
+    folder.mkdir()
+    good = (SAMPLES / "v2.save").read_bytes()
+    for number, content in ((1, good), (2, good), (3, good[:-30])):
+        (folder / f"game1.{number}.save").write_bytes(content)
+    (folder / "game2.1.save").write_bytes(good.replace(b"version 2", b"version 9"))
+    (folder / "game3.1.save").mkdir()
+    os.mkfifo(folder / "game4.1.save")
+    facts, log = nightfall(world, """
+def tell(night):
+    fact('newest', saves.newest().name)
+    fact('before', {each.name: each.before for each in saves.listed() if each.fault})
+    for name in ('game1.3', 'game2', 'game3', 'game4', 'nobody'):
+        fact(name, (saves.load(name).said, saves.load(name).before))
+    console = night.level.getChild('Console').getComponent('console')
+    for line in ('load game1.3', 'save', 'save mine', 'load mine', 'saves'):
+        console.executeCommand(line)
+    fact('deleted', (saves.delete('game1.3'), saves.delete('game1.3'), saves.delete('../x')))
+
+STEPS = {350: tell}
+""", 380)
+    facts = dict(facts)
+    assert facts["newest"] in ("game1.1", "game1.2") and facts["deleted"] == (True, False, False)
+    assert facts["before"] == {"game1.3": "game1.2", "game2.1": "", "game3.1": "", "game4.1": ""}, facts["before"]
+    assert facts["game1.3"] == ("The save game1.3 cannot be read: its checksum does not fit; it was cut off or "
+                                "altered.", "game1.2"), facts["game1.3"]
+    assert "from a later game; this one reads up to 2" in facts["game2"][0] and not facts["game2"][1]
+    assert "Is a directory" in facts["game3"][0] or "Invalid" in facts["game3"][0], facts["game3"]
+    assert "cannot be read" in facts["game4"][0] and facts["nobody"][0] == 'There is no save "nobody".'
+    for told in ("The one before it, game1.2, is whole.", "It is written down. mine.1", "goes on"):
+        log.expect(told)
+
+
+def test_saves_that_have_no_room_or_no_home_cost_nothing_but_a_sentence(world):
+    steps = "STEPS = {350: lambda night: (said(saves.save()), fact('list', saves.listed()))}"
+    (world.folder / "inTheWay").write_bytes(b"")
+    for where, sentence in ((str(world.folder / "inTheWay" / "saves"), "The game is not saved: Not a directory"),
+                            ("/proc/saves", "The game is not saved: "), ("", "There is no folder to keep saves in")):
+        facts, _ = nightfall(world, steps, 355, KAVEL_SAVES=where)
+        assert facts[0][1][:3] == (False, False, "") and facts[0][1][3].startswith(sentence), facts
+        assert facts[1][1] == []
+    assert not (world.folder / ".local").exists(), "a headless run keeps nothing of its own accord"
+
+
+def test_what_the_player_carries_goes_with_him_to_other_levels_and_not_into_a_new_game(world):
+    world.write("scripts/levels/Cellar.py", (ROOT / "scripts" / "levels" / "Nightfall.py").read_text("utf-8") + HOOK)
+    facts, _ = nightfall(world, """
+def take(night):
+    mind = night.player.getComponent('player')
+    mind.pickupFlashlight(night.map.getChild('lamp').getComponent('physics'))
+    night.map.getChild('stairKey').getComponent('boundingVolume').interactWithPlayer(mind)
+    kaVel.configure(mind, batteries=3, sanity=44.0)
+    go('Cellar')
+
+
+def go(level):
+    kaVel.getSystem('GameLoopSystem').queueLoadLevel(level)
+
+
+def tell(night):
+    mind = night.player.getComponent('player')
+    fact(night.level.levelName, (night.story.pockets.things, mind.getHasFlashlight(), mind.batteries,
+                                 round(mind.sanity), bool(night.map.getChild('lamp'))))
+
+STEPS = {100: take, 103: lambda night: (tell(night), night.story.pockets.add('coin'), go('Nightfall')),
+         106: lambda night: (tell(night), saves.begin('Nightfall')), 109: tell}
+""", 112)
+    assert facts == [("Cellar", ({"stairKey": 1}, True, 3, 44, True)),
+                     ("Nightfall", ({"stairKey": 1, "coin": 1}, True, 3, 44, False)),
+                     ("Nightfall", ({}, False, 0, 100, True))], facts
+
+
+def test_saving_leaves_the_game_as_it_would_be_without(world):
+    steps = """
+STEPS = {350: lambda night: night.visitor.goTo((9.2, 3.0, -0.9), 90.0, 0.0), 380: lambda night: saves.save('a'),
+         390: lambda night: night.visitor.goTo((9.2, 4.0, 0.8), 90.0, 0.0), 393: lambda night: saves.save('b'),
+         440: lambda night: fact('saved', sorted(each.slot for each in saves.listed()))}
+"""
+    digests, saved = [], []
+    for number, where in enumerate(("", str(world.folder / "saves"))):
+        file = world.folder / f"digest{number}"
+        facts, _ = nightfall(world, steps, 450, KAVEL_SAVES=where, KAVEL_DIGEST=str(file))
+        digests.append(file.read_bytes())
+        saved.append(facts[0][1])
+    assert saved == [[], ["a", "b", "game1"]], saved
+    assert digests[0] == digests[1] and len(digests[0]) > 450 * 8
 
 
 def test_nightfall_is_won_by_one_who_loads_at_every_safe_place(world):

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import kaVel
 import saves
+import standing
 import words
 from saves import Moments
 from screens import Kit as kit
@@ -16,7 +17,7 @@ def build(menu: kaVel.Entity):
     level = Ways.levelOf(menu)
     column = kit.Column(menu, 'column', anchor='left', width=520, gap=2)
     kit.Label(column, 'title', words='pause.title', size='title')
-    place = Moments.placeName(level)
+    place = Moments.placeName(level, standing.of(level), False)
     if words.has(place):
         kit.Label(column, 'place', words=place, size='small', color='faded')
     kit.Space(column, 'space', size=26)

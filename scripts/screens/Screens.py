@@ -25,7 +25,6 @@ import traceback
 from typing import Any, Callable
 
 import kaVel
-import settings
 import words
 from perLevel import PerLevel
 from screens import Kit as kit
@@ -36,7 +35,6 @@ SOUNDS = ('InterfaceHover', 'InterfaceClick', 'InterfaceHover', 'InterfaceBack')
 PAUSE = 'Pause'
 PAUSE_ENTITY = 'PauseMenu'
 DEFAULT_VEIL = 0.8
-FONT, READABLE_FONT = 'LindenHill.otf', 'Andika-Regular.ttf'
 
 
 class Screen:
@@ -239,7 +237,8 @@ def _menuEntity(level: kaVel.Coordinator, name: str) -> kaVel.Entity:
 
 def _build(stack: Stack, screen: Screen):
     menu, component = screen.menu, screen.component
-    kaVel.configure(component, veil=float(screen.has('VEIL', DEFAULT_VEIL)), fontName=_font())
+    kaVel.configure(component, veil=float(screen.has('VEIL', DEFAULT_VEIL)), fontName=words.font(),
+                    textScale=words.fontSize(1.0))
     component.setBackCalled(lambda: _goBack(stack.level, screen))
     component.setEventHeard(lambda event: _sound(screen, SOUNDS[event]))
     component.setPageTurned(None)
@@ -249,12 +248,6 @@ def _build(stack: Stack, screen: Screen):
     except Exception:
         _remove(screen)
         raise
-
-
-def _font() -> str:
-    """The font file of all screens: the player may want the plainer one."""
-    plain = any(each.name == 'readableFont' for each in settings.SETTINGS) and settings.get('readableFont')
-    return READABLE_FONT if plain else FONT
 
 
 def _goBack(level: kaVel.Coordinator, screen: Screen):

@@ -244,7 +244,7 @@ void MenuComponent::wheel(float x, float y, float notches)
         if (!form)
             continue;
         if (form->getKind() == FK_SCROLL && form->getPlace().contains(x, y) && form->scrollBy(-notches * NOTCH))
-            return;
+            return pointAt(x, y); // what has come under the pointer, so that the focus stays in sight
         const std::vector<WidgetComponent *> &below = form->widgets();
         open.insert(open.end(), below.begin(), below.end());
     }

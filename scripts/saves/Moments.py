@@ -113,10 +113,10 @@ def placeToStand(level: kaVel.Coordinator, isAwkward: bool = False) -> standing.
     return standing.of(level)
 
 
-def placeName(level: kaVel.Coordinator, stand: standing.Standing | None, isSafePlace: bool) -> str:
-    """The key of the name of a place, or of the safe place that the player has just come to; empty without a name."""
+def placeName(level: kaVel.Coordinator, stand: standing.Standing | None = None, isSafePlace: bool = False) -> str:
+    """The key of the name of a place: where the player is, or the safe one that he has just come to; empty for none."""
     name, safe = _places.get(level), _shelters.get(level)
-    where = safe() if isSafePlace and safe else stand
+    where = safe() if isSafePlace and safe else stand or standing.of(level)
     return name(where[0]) if name and where else ''
 
 

@@ -93,7 +93,7 @@ class Driver:
 
     def _send(self, action: str, down: bool):
         system = kaVel.getSystem('InputSystem')
-        name = bindings.ACTIONS[action][0]
+        name = bindings.inputsOf(action)[0]
         if name in bindings.BUTTONS:
             system.postMouse(0, 0, 1 << (2 * bindings.BUTTONS[name] + (not down)), 0)
         else:

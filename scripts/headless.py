@@ -14,6 +14,7 @@ from typing import Callable, Sequence
 import courseDriver
 import GameConfig
 import kaVel
+import settings
 import troubleScreen
 from perLevel import PerLevel
 
@@ -99,6 +100,7 @@ def _plan(views: Sequence[View], first: int, last: int):
 
 
 def _doFrame():
+    settings.doFrame()
     if GameConfig.course:
         courseDriver.doFrame(GameConfig.course)
     gameLoop = kaVel.getSystem('GameLoopSystem')

@@ -247,24 +247,23 @@ def officeOf(handle: Object) -> BranchPostOffice:
 def onKey(level: Object, action: str, function: Callable[[], Any], inScreens: bool = False):
     """Calls a function without arguments whenever a key or button of an action goes down, as long as a level lives.
 
-    The level is told by its coordinator or any object in it. The actions and their keys stand in `bindings.ACTIONS`; a
-    name that is not there raises KeyError. A function that raises is shown with its traceback and not called again.
+    The level is told by its coordinator or any object in it. The actions and their keys stand in `bindings`; a name
+    that is not there raises KeyError. A function that raises is shown with its traceback and not called again.
     While a screen is open, which takes all keys for itself, nothing is called unless `inScreens` asks for it.
     """
-    office, keys, buttons = officeOf(level), bindings.keysOf(action), bindings.buttonsOf(action)
+    office = officeOf(level)
+    bindings.keysOf(action)  # raises for a wrong one
 
     def keyDown(message: IReflectedThing, key: int):
-        if key in keys and (inScreens or not getSystem('InputSystem').screenTakesInput):
+        if key in bindings.keysOf(action) and (inScreens or not getSystem('InputSystem').screenTakesInput):
             function()
 
     def buttonDown(message: IReflectedThing, button: int, x: float, y: float):
-        if button in buttons and (inScreens or not getSystem('InputSystem').screenTakesInput):
+        if button in bindings.buttonsOf(action) and (inScreens or not getSystem('InputSystem').screenTakesInput):
             function()
 
-    if keys:
-        subscribe('KeyDownMessage', keyDown, office)
-    if buttons:
-        subscribe('MouseDownMessage', buttonDown, office)
+    subscribe('KeyDownMessage', keyDown, office)
+    subscribe('MouseDownMessage', buttonDown, office)
 
 
 def send(messageName: str, *payload: Any):

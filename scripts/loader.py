@@ -12,6 +12,7 @@ import types
 from typing import Callable
 
 import GameConfig
+import bindings
 import developerKeys
 import headless
 import kaVel
@@ -29,6 +30,7 @@ if not GameConfig.headless:
     playersWindow.attend()
 if GameConfig.played:
     GameConfig.played.attend()
+bindings.attend()
 levelScripts.begin()
 
 #: What the engine shows for a moment while another level loads.

@@ -17,6 +17,7 @@ _stopped: Any = None
 def attend() -> None:
     """Begins with all of it, and with the pacing of frames; for games that somebody watches."""
     kaVel.getSystem('FramePacingSystem')
+    kaVel.getSystem('GameLoopSystem').frameCallback = settings.doFrame
     kaVel.subscribe('KeyDownMessage', _onKey)
     kaVel.subscribe('WindowFocusMessage', _onFocus)
     kaVel.subscribe('WindowSizeMessage', _onSize)
@@ -53,6 +54,9 @@ def _pause(level: Any) -> bool:
 
 
 def _onSize(message: Any, width: int, height: int) -> None:
+    trial = settings.trial()
+    if trial and 'windowSize' in trial.before:
+        return
     try:
         settings.keep('windowSize', (width, height))
     except ValueError:

@@ -62,7 +62,7 @@ def build(coordinator: kaVel.Coordinator, trouble: Trouble):
 
 
 def _waysOn(trouble: Trouble):
-    keys = {action: words.keyName(bindings.ACTIONS[action][0]) for action in ('reload', 'levelBefore', 'quit')}
+    keys = {action: bindings.promptName(action) for action in ('reload', 'levelBefore', 'quit')}
     yield words.text('trouble.again', key=keys['reload'])
     if trouble.before:
         yield words.text('trouble.before', key=keys['levelBefore'], level=trouble.before)

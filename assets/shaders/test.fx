@@ -12,6 +12,8 @@ float time = 0;                                    // seconds of the level
 float insanityAmount = 0;                          // 0 sane; taken as 0 to 1
 float4 unsettling = { 1, 1, 1, 1 };                // shares of drained colour, grain, closing and bent edges
 float4 starts = { 0, 0, 0, 0 };                    // the heart's beat, the picture's start
+float brightness = 1.0;                            // factor of the light that reaches the eye
+float occlusionShare = 1.0;                        // how far corners are darker: 0 for not at all
 float gamma = 2.2;                                 // of the screen; more shows more in the dark
 
 // Projected pictures: a cube of side 1, projected along its z axis
@@ -102,7 +104,7 @@ glsl PixelShader
             float offPlane = dot(normal, positionAt(at * 2.0, stored.g) - position);
             sum += vec2(stored.r, 1.0) * (share.x * share.y * (onPlane(offPlane, position.z) + 0.01));
         }
-        return sum.x / sum.y;
+        return mix(1.0, sum.x / sum.y, occlusionShare);
     }
 
     /// Light from everywhere with some shape: more from above, more where the surface faces the eye, less in corners.
@@ -162,7 +164,7 @@ glsl PixelShader
     vec3 shown(Surface surface, vec2 pixel, float open, vec2 fromCentre)
     {
         vec3 color = sceneLight(surface, pixel, open);
-        color *= exposure * (1.0 - 0.16 * dot(fromCentre, fromCentre));
+        color *= brightness * exposure * (1.0 - 0.16 * dot(fromCentre, fromCentre));
         return pow(filmic(color), vec3(1.0 / gamma));
     }
 

@@ -68,7 +68,8 @@ class Pad:
 
     def shake(self, strength: float, seconds: float):
         """Shakes the pad, 0 to 1, for some seconds of the level's time, if the player wants it so."""
-        if settings.get('rumble'):
+        strength *= settings.get('rumble')
+        if strength > 0:
             self.shaking = seconds
             self.input.shakePad(PLAYER, strength)
 

@@ -119,8 +119,7 @@ def show(anything: kaVel.Object, text: words.Told, action: str = ''):
 
 def keyOf(action: str) -> str:
     """What the player presses for an action, as it is told to him; empty for none."""
-    inputs = bindings.ACTIONS.get(action, ())
-    return words.keyName(str(inputs[0])) if inputs else ''
+    return bindings.promptName(action) if action else ''
 
 
 class Prompt(NamedTuple):

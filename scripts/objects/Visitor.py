@@ -4,18 +4,15 @@ from __future__ import annotations
 
 import math
 
-import bindings
 import kaVel
+import settings
 import standing
 from objects.FreeCamera import FreeCameraControl
 from objects.Hands import handsOf
+from objects.Holding import Holding, codesOf
 from objects.Placing import Triple, placed, turned
 from perLevel import PerLevel
 from screens import Screens
-
-#: Actions of a player, and the key that the engine knows each of them by.
-KEYS = {'forward': 'W', 'back': 'S', 'left': 'A', 'right': 'D', 'run': 'Shift', 'crouch': 'Ctrl', 'use': 'E',
-        'flashlight': 'F', 'battery': 'R'}
 
 _visitors: PerLevel[Visitor] = PerLevel()
 
@@ -40,7 +37,7 @@ class Visitor:
         coordinator = player.getAncestorOfType(kaVel.Reflection.Coordinator)
         _visitors[coordinator] = self
         standing.follow(coordinator, self)
-        _bindKeys(self.component)
+        Holding(coordinator, self.component)
         _listenToLeaning(coordinator)
         kaVel.onKey(coordinator, 'quit', self.pause)
         kaVel.onKey(coordinator, 'fly', self.fly)
@@ -126,17 +123,8 @@ class _Flight:
         self.graphics.pushCamera(self.camera)
 
 
-def _bindKeys(player: kaVel.PlayerComponent):
-    """Gives a player the keys and buttons that his actions have."""
-    player.freeKeys()
-    for action, key in KEYS.items():
-        for code in bindings.keysOf(action):
-            player.bindKey(code, bindings.keyCode(key))
-    player.useButtons = sum(1 << button for button in bindings.buttonsOf('use'))
-
-
 def _listenToLeaning(coordinator: kaVel.Coordinator):
-    """Has a level's player lean to a side for as long as a key of that side is held."""
+    """Has a level's player lean to a side for as long as a key of that side is held, or until it is pressed again."""
     sides = {'leanLeft': 'LeanLeftMessage', 'leanRight': 'LeanRightMessage'}
     held: list[str] = []  # the last one counts
 
@@ -145,13 +133,18 @@ def _listenToLeaning(coordinator: kaVel.Coordinator):
 
     def down(message: kaVel.IReflectedThing, key: int):
         for side in sides:
-            if key in bindings.keysOf(side) and side not in held:
+            if key not in codesOf(side):
+                continue
+            if side not in held:
                 held.append(side)
+                tell()
+            elif settings.get('leanMode') == 'toggle':
+                held.remove(side)
                 tell()
 
     def up(message: kaVel.IReflectedThing, key: int):
         for side in sides:
-            if key in bindings.keysOf(side) and side in held:
+            if key in codesOf(side) and side in held and settings.get('leanMode') == 'hold':
                 held.remove(side)
                 tell()
 

@@ -161,7 +161,7 @@ def look(coordinator, player):
 
 
 def test_other_keys_and_directions_of_the_mouse_are_a_matter_of_two_tables(world):
-    bindings = world.folder / "scripts" / "bindings.py"
+    bindings = world.folder / "scripts" / "bindings" / "Table.py"
     bindings.write_text(bindings.read_text().replace("'forward': ('W',)", "'forward': ('I', 'Up')"))
     world.write("scripts/levels/Room.py", ROOM + """
 import settings

@@ -20,6 +20,7 @@
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 
 namespace
 {
@@ -289,6 +290,18 @@ TEST_F(Input, StickInsideItsDeadZoneReadsZero)
     frame();
     EXPECT_THAT(heard(), ElementsAre("LeftJoyPos 0.244 0.000 1", "RightJoyPos 0.000 0.000 1", "LeftTriggerPos 0.000 1",
                                      "RightTriggerPos 0.000 1"));
+}
+
+TEST_F(Input, DeadZonesAreThePlayersOwn)
+{
+    pads.plugged[1] = true;
+    pads.pads[1].sThumbRX = 8000;
+    pads.pads[1].sThumbLX = 8000;
+    InputSystem &system = getSystemDeref<InputSystem>();
+    system.setWalkDeadZone(0.3f);
+    system.setLookDeadZone(0.1f);
+    frame();
+    EXPECT_THAT(heard(), IsSupersetOf({"LeftJoyPos 0.000 0.000 1", "RightJoyPos 0.244 0.000 1"}));
 }
 
 TEST_F(Input, PadTellsItsButtonsEachFrameUntilItIsPulledOut)

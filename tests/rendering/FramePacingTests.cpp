@@ -73,8 +73,14 @@ TEST(RenderScaleRule, FallsAtOnceAsFarAsThePixelsSuggestAndNoLowerThanTheLastSte
     EXPECT_EQ(slow.draw(rule, 8), 1);
     EXPECT_FLOAT_EQ(rule.getScale(), 0.4f);
     const Machine hopeless{3, 1};
+    EXPECT_EQ(rule.getSparing(), 0);
     hopeless.draw(rule, 200);
     EXPECT_FLOAT_EQ(rule.getScale(), 0.25f);
+    EXPECT_EQ(rule.getSparing(), 2) << "and leaves out details";
+    const Machine fast{0.001, 0.005};
+    fast.draw(rule, 400);
+    EXPECT_EQ(rule.getSparing(), 0);
+    EXPECT_GE(rule.getScale(), 0.9f);
 }
 
 TEST(RenderScaleRule, HitchCountsForNothing)

@@ -55,7 +55,21 @@ struct FailingPlatform : port::SdlPlatform
         return desktop.right > 0;
     }
 
+    BOOL EnumDisplayMonitors(HDC, LPCRECT, MONITORENUMPROC told, LPARAM data) override
+    {
+        for (std::uintptr_t number = 1; number <= monitors.size(); ++number)
+            if (!told(reinterpret_cast<HMONITOR>(number), nullptr, &monitors[number - 1], data))
+                break;
+        return TRUE;
+    }
+    BOOL GetMonitorInfoA(HMONITOR monitor, MONITORINFO *info) override
+    {
+        info->rcMonitor = info->rcWork = monitors[reinterpret_cast<std::uintptr_t>(monitor) - 1];
+        return TRUE;
+    }
+
     std::string title;
+    std::vector<RECT> monitors; ///< made-up ones; none while it is empty
     int cursorCount = 0;
     int cursorMoves = 0;
     bool noWindow = false;
@@ -75,6 +89,12 @@ protected:
 
     WindowSystem2 &window() { return getSystemDeref<WindowSystem2>(); }
     GraphicsAdapterSystem &adapter() { return getSystemDeref<GraphicsAdapterSystem>(); }
+    POINT place()
+    {
+        POINT corner{0, 0};
+        ClientToScreen(window().getWindowHandle(), &corner);
+        return corner;
+    }
     POINT cursor()
     {
         POINT place{0, 0};
@@ -220,6 +240,24 @@ TEST_F(Window, SizeOfItsOwnIsTakenOnlyWhileWindowed)
     EXPECT_EQ(window().getWidth(), 1280);
     window().setWindowedSize(640, -1);
     EXPECT_EQ(window().getWidth(), 1280);
+}
+
+TEST_F(Window, WithoutAFrameItCoversTheMonitorOfChoiceAndComesBack)
+{
+    platform.desktop = {0, 0, 1000, 700};
+    platform.monitors = {{0, 0, 1000, 700}, {1000, 0, 1800, 600}};
+    window().setWindowedSize(360, 640);
+    window().setMonitor(1);
+    EXPECT_EQ(place().x, 1000 + (800 - 360) / 2) << "in the middle of the other monitor's room";
+    window().setBorderless(true);
+    EXPECT_EQ(window().getWidth(), 800);
+    EXPECT_EQ(window().getHeight(), 600);
+    EXPECT_EQ(place().x, 1000);
+    EXPECT_EQ(GetWindowLongA(window().getWindowHandle(), GWL_STYLE) & WS_CAPTION, 0u);
+    window().setMonitor(7);
+    EXPECT_EQ(window().getWidth(), 1000) << "the first one in the place of one that is not there";
+    window().setBorderless(false);
+    EXPECT_EQ(window().getWidth(), 360);
 }
 
 TEST_F(Window, ModeThatIsNotInTheListChangesNothing)

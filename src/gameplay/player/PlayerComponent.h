@@ -191,7 +191,8 @@ public:
     void setLookSideways(float val);
     float getLookUpright() const { return lookUpright; }
     void setLookUpright(float val);
-    /// Radians a second that the view turns by while the right stick of the pad stands at its end.
+    /// Radians a second that the view turns by while the right stick of the pad stands at its end; below 0 the other way
+    /// round.
     float getStickTurnRate() const { return stickTurnRate; }
     void setStickTurnRate(float val);
     /// Factor of that up and down; a negative one turns it round.

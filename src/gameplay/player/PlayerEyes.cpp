@@ -10,6 +10,8 @@
 #include "physics/bodies/PlayerPhysics.h"
 #include "physics/volumes/BoundingVolume.h"
 
+#include "foundation/Logger.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -43,6 +45,15 @@ void PlayerEyes::doFrame()
     follow(place->getPosition().y - 0.5f * volume->getHitBox().y, body->isOnGround(), seconds);
     sink(*body, seconds);
     eyes->setPosition(eyes->getPosition() + Vec4(0.f, getOffset(), 0.f, 0.f));
+}
+
+void PlayerEyes::setShakeAmount(float val)
+{
+    if (val >= 0.f && val <= 1.f)
+        shakeAmount = val;
+    else
+        KV_LOGF(Logger_::I_ERROR, "shakeAmount of %s cannot be %g; give it a part from 0 to 1.",
+                getParent().toString().toCString(), static_cast<double>(val));
 }
 
 /// Keeps the view back by what a step has lifted or lowered the feet, and lets it come after them.

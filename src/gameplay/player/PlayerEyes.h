@@ -23,7 +23,11 @@ public:
     void doFrame() override;
 
     /// What the view lies above where the feet would have it, metres.
-    float getOffset() const { return lag + dip; }
+    float getOffset() const { return lag + dip * shakeAmount; }
+
+    float getShakeAmount() const { return shakeAmount; }
+    /// Part of a landing's dip that the view shows, 0..1.
+    void setShakeAmount(float val);
 
 private:
     void follow(float feet, bool onGround, float seconds);
@@ -34,5 +38,6 @@ private:
     float lag = 0.f;        ///< metres that steps have still to lift or lower the view
     float dip = 0.f;        ///< metres of the landing, downwards is negative
     float dipSpeed = 0.f;   ///< metres a second
-    int landings = 0;       ///< of the body, so far
+    float shakeAmount = 1.f;
+    int landings = 0; ///< of the body, so far
 };

@@ -4,15 +4,12 @@
 #include "platform/input/InputMessages.h"
 #include "platform/input/InputSystem.h"
 
-#include "port/xinput/XInput.h"
-
 #include <algorithm>
 #include <cmath>
 
 namespace
 {
 
-constexpr float REACH = 32767.f;          ///< of a stick, as the pad counts
 constexpr float ASKS = 0.15f;             ///< part of a stick's way from which it counts as a held key
 constexpr float USUAL_SENSITIVITY = 12.f; ///< of the mouse, radians for the window's longer side
 
@@ -32,12 +29,13 @@ Vec4 answered(float x, float y, float deadZone, float curve)
 
 void PlayerComponent::handleStickMessage(const ReflectorPtr &messageType, float x, float y, unsigned pad)
 {
-    if (pad != 0 || getSystemDeref<InputSystem>().getScreenTakesInput())
+    const InputSystem &input = getSystemDeref<InputSystem>();
+    if (pad != 0 || input.getScreenTakesInput())
         return;
     if (messageType == LeftJoyPos)
-        walkStick = answered(x, y, XINPUT_GAMEPAD_LEFT_THUMB_DEADZONE / REACH, 0.f);
+        walkStick = answered(x, y, input.getWalkDeadZone(), 0.f);
     else if (messageType == RightJoyPos)
-        lookStick = answered(x, y, XINPUT_GAMEPAD_RIGHT_THUMB_DEADZONE / REACH, 0.65f);
+        lookStick = answered(x, y, input.getLookDeadZone(), 0.65f);
     sticksAreNew = true;
 }
 
@@ -74,7 +72,7 @@ bool PlayerComponent::doesStickAsk(MovementType type) const
 
 void PlayerComponent::setStickTurnRate(float val)
 {
-    take("stickTurnRate", stickTurnRate, val, 0.f, 100.f);
+    take("stickTurnRate", stickTurnRate, val, -100.f, 100.f);
 }
 
 void PlayerComponent::setStickUpright(float val)

@@ -14,6 +14,7 @@ namespace
 constexpr float STICK_REACH = 32767.0f;
 constexpr float TRIGGER_REACH = 255.0f;
 constexpr unsigned BUTTON_BITS = 16;
+constexpr float LARGEST_DEAD_ZONE = 0.9f;
 
 /// -1 to 1; the one value beyond, at the low end, counts as the end.
 float normalized(SHORT value)
@@ -23,6 +24,7 @@ float normalized(SHORT value)
 } // namespace
 
 InputDevices::InputDevices()
+    : deadZones{XINPUT_GAMEPAD_RIGHT_THUMB_DEADZONE / STICK_REACH, XINPUT_GAMEPAD_LEFT_THUMB_DEADZONE / STICK_REACH}
 {
     constexpr USHORT usages[Rawx::INPUT_SIZE] = {HID_USAGE_GENERIC_KEYBOARD, HID_USAGE_GENERIC_MOUSE,
                                                  HID_USAGE_GENERIC_JOYSTICK};
@@ -48,8 +50,8 @@ void InputDevices::update(bool atRest)
         states[player].Gamepad = atRest ? XINPUT_GAMEPAD() : pad.gamepad;
         if (!pad.connected)
             continue;
-        deadZone(player, Rawx::RIGHT);
-        deadZone(player, Rawx::LEFT);
+        applyDeadZone(player, Rawx::RIGHT);
+        applyDeadZone(player, Rawx::LEFT);
         checkButtonPress(player);
     }
 }
@@ -63,13 +65,21 @@ PadState InputDevices::readPad(unsigned player)
     return {connected, connected ? states[player].Gamepad : XINPUT_GAMEPAD()};
 }
 
-void InputDevices::deadZone(unsigned player, Rawx::STICK stick)
+void InputDevices::setDeadZone(Rawx::STICK stick, float part)
+{
+    if (part >= 0.0f && part <= LARGEST_DEAD_ZONE)
+        deadZones[stick] = part;
+    else
+        KV_ERROR("A dead zone cannot be %g; give it a part of the way from 0 to %g", static_cast<double>(part),
+                 static_cast<double>(LARGEST_DEAD_ZONE));
+}
+
+void InputDevices::applyDeadZone(unsigned player, Rawx::STICK stick)
 {
     XINPUT_GAMEPAD &pad = states[player].Gamepad;
     SHORT &x = stick == Rawx::RIGHT ? pad.sThumbRX : pad.sThumbLX;
     SHORT &y = stick == Rawx::RIGHT ? pad.sThumbRY : pad.sThumbLY;
-    const float radius =
-        stick == Rawx::RIGHT ? XINPUT_GAMEPAD_RIGHT_THUMB_DEADZONE : XINPUT_GAMEPAD_LEFT_THUMB_DEADZONE;
+    const float radius = deadZones[stick] * STICK_REACH;
     if (std::hypot(static_cast<float>(x), static_cast<float>(y)) >= radius)
         return;
     x = 0;

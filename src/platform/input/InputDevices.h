@@ -59,6 +59,10 @@ public:
     /// The player's pad as of this frame, dead zones applied; all zero without one.
     const XINPUT_STATE &getState(unsigned player) const { return states[player]; }
 
+    /// Sets how far a stick has to be moved before it counts, as a part of its way, 0 to 0.9.
+    void setDeadZone(Rawx::STICK stick, float part);
+    float getDeadZone(Rawx::STICK stick) const { return deadZones[stick]; }
+
     InputReplay &getReplay() { return replay; }
     const InputReplay &getReplay() const { return replay; }
     /// The recording that was asked for.
@@ -75,12 +79,13 @@ public:
 
 private:
     PadState readPad(unsigned player);
-    void deadZone(unsigned player, Rawx::STICK stick);
+    void applyDeadZone(unsigned player, Rawx::STICK stick);
     void checkButtonPress(unsigned player);
 
     XINPUT_VIBRATION vibration[Rawx::PLAYERS];   ///< as set last
     RAWINPUTDEVICE deviceList[Rawx::INPUT_SIZE]; ///< what is registered
     XINPUT_STATE states[Rawx::PLAYERS];          ///< of this frame
+    float deadZones[Rawx::STICKS];               ///< parts of a stick's way, by STICK
     InputReplay replay;
     InputRecorder recorder{InputRecorder::ASKED_FOR};
     InputRecorder runRecorder{InputRecorder::KEPT_BY_THE_WAY};

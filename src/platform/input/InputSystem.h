@@ -90,6 +90,13 @@ public:
     /// it.
     void setRunFile(const String &file);
 
+    /// Sets how far the left stick of a pad has to be moved before it counts, as a part of its way, 0 to 0.9.
+    void setWalkDeadZone(float part) { inDev.setDeadZone(Rawx::LEFT, part); }
+    float getWalkDeadZone() const { return inDev.getDeadZone(Rawx::LEFT); }
+    /// Sets how far the right stick of a pad has to be moved before it counts, as a part of its way, 0 to 0.9.
+    void setLookDeadZone(float part) { inDev.setDeadZone(Rawx::RIGHT, part); }
+    float getLookDeadZone() const { return inDev.getDeadZone(Rawx::RIGHT); }
+
     bool isKeyDown(unsigned key) const { return key < KEYS && keyState[key]; }
     bool isMouseDown(unsigned click) const { return click < BUTTONS && mouseState[click]; }
     float getMouseX() const { return mouseX; }

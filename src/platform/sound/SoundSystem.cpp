@@ -57,12 +57,14 @@ void SoundSystem::systemStartup()
     isStarted = true;
     port::setAudioNotice(logNotice);
     port::setAudioSeed(engineSeed());
-    if (offline || headphones)
+    if (offline || headphones || mono || !device.empty())
     {
         port::AudioOutput output;
         output.kind = offline ? port::AudioOutput::MEMORY : port::AudioOutput::DEVICE;
         output.sampleRate = SoundRecording::SAMPLE_RATE;
         output.headRelated = headphones;
+        output.mono = mono;
+        output.device = device.toCString();
         port::setAudioOutput(output);
     }
     InitFMOD();
@@ -114,6 +116,8 @@ void SoundSystem::loadProject()
     pFMODProject_->getGroup(SOUND_EFFECT_GROUP, false, &pSoundEffects_);
     pFMODProject_->getGroup(MUSIC_GROUP, false, &pMusic_);
     listEvents();
+    for (const auto &[category, part] : playersVolumes)
+        applyPlayersVolume(category, part);
 }
 
 void SoundSystem::listEvents()
@@ -225,6 +229,34 @@ void SoundSystem::setHeadphones(bool val)
         KV_LOG(Logger_::I_INFO, "This sound device has no directions for headphones.");
 }
 
+void SoundSystem::setMono(bool val)
+{
+    mono = val;
+    if (pEventSystem_)
+        port::setMono(*pEventSystem_, val);
+}
+
+void SoundSystem::setDevice(const String &name)
+{
+    if (name == device)
+        return;
+    device = name;
+    if (pEventSystem_)
+        port::setAudioDevice(*pEventSystem_, name.toCString());
+}
+
+int SoundSystem::getNumDevices() const
+{
+    return static_cast<int>(port::audioDevices().size());
+}
+
+String SoundSystem::getDeviceName(int index) const
+{
+    const std::vector<std::string> names = port::audioDevices();
+    const bool isThere = index >= 0 && index < static_cast<int>(names.size());
+    return isThere ? String::copyFrom(names[static_cast<std::size_t>(index)]) : String();
+}
+
 void SoundSystem::setLowpass(bool on, float cutoff)
 {
     if (!pGlobalLowpass)
@@ -243,6 +275,22 @@ void SoundSystem::setCategoryVolume(const String &name, float volume)
     else if (pFMODProject_)
         KV_LOGF(Logger_::I_ERROR, "setCategoryVolume: %s%s has no category \"%s\".", MEDIA_PATH, PROJECT_FILE,
                 name.toCString());
+}
+
+void SoundSystem::setPlayersVolume(const String &category, float part)
+{
+    float &wanted = playersVolumes[category];
+    wanted = volumeFrom(part, wanted, category);
+    applyPlayersVolume(category, wanted);
+}
+
+void SoundSystem::applyPlayersVolume(const String &category, float part)
+{
+    if (!pFMODProject_)
+        return;
+    if (!authoredVolumes.find(category))
+        authoredVolumes.insert(category, getCategoryVolume(category));
+    setCategoryVolume(category, *authoredVolumes.find(category) * part);
 }
 
 float SoundSystem::getCategoryVolume(const String &name)

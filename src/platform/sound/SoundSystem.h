@@ -56,6 +56,16 @@ public:
     /// Gives directions by the shape of a head, which is right for headphones and wrong for loudspeakers.
     void setHeadphones(bool val);
     bool getHeadphones() const { return headphones; }
+    /// Gives both ears the same, for who hears with one.
+    void setMono(bool val);
+    bool getMono() const { return mono; }
+    /// Has the sound come from a device by its name, see `getDeviceName`; empty for the computer's usual one.
+    void setDevice(const String &name);
+    String getDevice() const { return device; }
+    /// Devices that sound can come from now.
+    int getNumDevices() const;
+    /// Name of one of them, from 0; empty for a number that is none's.
+    String getDeviceName(int index) const;
     /// Has the sound rendered in the time of the frames, unheard, in place of a device; for before the start.
     void setOffline(bool val) { offline = val; }
     bool getOffline() const { return offline; }
@@ -70,6 +80,11 @@ public:
     void setCategoryVolume(const String &name, float volume);
     /// Loudness of a category of the project; 1 for one that there is not.
     float getCategoryVolume(const String &name);
+
+    /// Sets how loud the player wants a category of the project, as "sfx/steps", as a part of what was authored, 0..1.
+    ///
+    /// Holds for the whole run; may be set before the start.
+    void setPlayersVolume(const String &category, float part);
 
     /// Told of a level's manager when it is made: what a level that has been murdered before it has changed ends now.
     void followManager(Handle<SoundManager> manager);
@@ -109,6 +124,7 @@ private:
     void listEvents();
     SoundManager *managerInCharge() const;
     void applyVolumes();
+    void applyPlayersVolume(const String &category, float part);
     void releaseFaded();
     void render();
 
@@ -124,6 +140,8 @@ private:
     bool isStarted = false;
     bool silent = false;
     bool headphones = false;
+    bool mono = false;
+    String device; ///< empty for the usual one
     bool offline = false;
     String recordFile;
     SoundRecording recording;
@@ -131,6 +149,8 @@ private:
     EventList soundEffects;
     EventList music;
     NameMap<String> captions;
+    NameMap<float> playersVolumes;     ///< category -> part of what was authored
+    NameMap<float> authoredVolumes;    ///< of the categories that the player has set, linear
     std::vector<FMOD::Event *> fading; ///< to be given back when they have come to their end
     bool updated = false;              ///< the audio library has made its step of this frame
     std::int64_t renderedFrame = 0;    ///< number of the last frame that was rendered

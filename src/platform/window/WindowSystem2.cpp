@@ -56,11 +56,49 @@ constexpr int USUAL_HEIGHT = 720;
 /// How long a size has to stay the same before the user is taken to be done, seconds.
 constexpr Seconds REST = 0.5;
 
+/// The monitors as they are told one by one.
+struct MonitorSearch
+{
+    int wanted;
+    int seen = 0;
+    MONITORINFO found{};
+    bool isFound = false;
+};
+
+BOOL CALLBACK lookAtMonitor(HMONITOR handle, HDC, LPRECT, LPARAM data)
+{
+    MonitorSearch &search = *reinterpret_cast<MonitorSearch *>(data);
+    if (search.seen++ != search.wanted)
+        return TRUE;
+    search.isFound = GetMonitorInfoA(handle, &search.found);
+    return FALSE;
+}
+
+/// The whole of a monitor; the first screen where there is none of the number.
+RECT boundsOfMonitor(int number)
+{
+    MonitorSearch search{number};
+    EnumDisplayMonitors(nullptr, nullptr, lookAtMonitor, reinterpret_cast<LPARAM>(&search));
+    return search.isFound ? search.found.rcMonitor
+                          : RECT{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+}
+
+/// What the panels of a monitor leave.
+/// @return false where there is no desktop
+bool workAreaOf(int number, RECT &room)
+{
+    MonitorSearch search{number};
+    if (number > 0)
+        EnumDisplayMonitors(nullptr, nullptr, lookAtMonitor, reinterpret_cast<LPARAM>(&search));
+    room = search.found.rcWork;
+    return search.isFound || SystemParametersInfoA(SPI_GETWORKAREA, 0, &room, 0);
+}
+
 /// What the desktop leaves for a window inside its frame; the screen where there is no desktop.
-RECT roomOnDesktop()
+RECT roomOnDesktop(int monitor)
 {
     RECT room;
-    if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &room, 0))
+    if (!workAreaOf(monitor, room))
         return {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
     const int side = GetSystemMetrics(SM_CXSIZEFRAME);
     const int edge = GetSystemMetrics(SM_CYSIZEFRAME);
@@ -68,20 +106,20 @@ RECT roomOnDesktop()
 }
 
 /// The size as far as the desktop has room for it; off-screen nothing is too large.
-SIZE fitted(int width, int height)
+SIZE fitted(int width, int height, int monitor)
 {
     RECT room;
-    if (!SystemParametersInfoA(SPI_GETWORKAREA, 0, &room, 0))
+    if (!workAreaOf(monitor, room))
         return {width, height};
-    room = roomOnDesktop();
+    room = roomOnDesktop(monitor);
     return {std::clamp(width, 1, std::max(room.right - room.left, 1)),
             std::clamp(height, 1, std::max(room.bottom - room.top, 1))};
 }
 
 /// Where a window of this size stands in the middle of the desktop.
-POINT centred(const RECT &rect)
+POINT centred(const RECT &rect, int monitor)
 {
-    const RECT room = roomOnDesktop();
+    const RECT room = roomOnDesktop(monitor);
     return {(room.left + room.right - (rect.right - rect.left)) / 2,
             (room.top + room.bottom - (rect.bottom - rect.top)) / 2};
 }
@@ -143,11 +181,11 @@ ErrorCode WindowSystem2::createWindow()
     if (!registered.succeeded())
         return registered;
 
-    const DWORD style = fullScreen ? WS_POPUP : windowedStyle();
+    const DWORD style = isBare() ? WS_POPUP : windowedStyle();
     RECT rect{0, 0, curWidth, curHeight};
     if (!AdjustWindowRect(&rect, style, FALSE))
         return failWindow("Could not calculate the required window size");
-    const POINT place = fullScreen ? POINT{0, 0} : centred(rect);
+    const POINT place = placeOf(rect);
     hWnd = CreateWindowExA(0, CLASS_NAME, TITLE, style, place.x, place.y, rect.right - rect.left,
                            rect.bottom - rect.top, nullptr, nullptr, nullptr, nullptr);
     if (!hWnd)
@@ -175,7 +213,12 @@ void WindowSystem2::setDisplayMode(int val)
     const bool ownSize = !fullScreen && windowedWidth > 0;
     const int width = ownSize ? windowedWidth : adapter.getDisplayModeWidth(val);
     const int height = ownSize ? windowedHeight : adapter.getDisplayModeHeight(val);
-    const SIZE size = fullScreen ? SIZE{width, height} : fitted(width, height);
+    SIZE size = fullScreen ? SIZE{width, height} : fitted(width, height, monitor);
+    if (borderless && !fullScreen)
+    {
+        const RECT whole = boundsOfMonitor(monitor);
+        size = {whole.right - whole.left, whole.bottom - whole.top};
+    }
     takeClientSize(size.cx, size.cy);
     if (hWnd)
         updateWindow(size.cx, size.cy);
@@ -202,7 +245,7 @@ void WindowSystem2::setResizable(bool val)
     if (val == resizable)
         return;
     resizable = val;
-    if (!hWnd || fullScreen)
+    if (!hWnd || isBare())
         return;
     const DWORD style = static_cast<DWORD>(GetWindowLongA(hWnd, GWL_STYLE)) & ~RESIZE_STYLE;
     SetWindowLongA(hWnd, GWL_STYLE, static_cast<LONG>(resizable ? style | RESIZE_STYLE : style));
@@ -211,14 +254,14 @@ void WindowSystem2::setResizable(bool val)
 void WindowSystem2::updateWindow(int width, int height)
 {
     const DWORD kept = static_cast<DWORD>(GetWindowLongA(hWnd, GWL_STYLE)) & KEPT_STYLE;
-    const DWORD style = fullScreen ? kept & ~FRAME_STYLE : kept | FRAME_STYLE | windowedStyle();
+    const DWORD style = isBare() ? kept & ~FRAME_STYLE : kept | FRAME_STYLE | windowedStyle();
     SetLastError(ERROR_SUCCESS);
     if (!SetWindowLongA(hWnd, GWL_STYLE, static_cast<LONG>(style)) && GetLastError() != ERROR_SUCCESS)
         warnOfWindow("Could not update the window flags");
 
     RECT rect{0, 0, std::clamp(width, 1, LARGEST_WIDTH), std::clamp(height, 1, LARGEST_HEIGHT)};
     AdjustWindowRect(&rect, style, FALSE);
-    const POINT place = fullScreen ? POINT{0, 0} : centred(rect);
+    const POINT place = placeOf(rect);
     if (!SetWindowPos(hWnd, nullptr, place.x, place.y, rect.right - rect.left, rect.bottom - rect.top,
                       SWP_NOZORDER | SWP_FRAMECHANGED | SWP_SHOWWINDOW))
         warnOfWindow("Could not set the new window size");
@@ -309,6 +352,36 @@ void WindowSystem2::setFullScreen(bool val)
 {
     fullScreen = val;
     setDisplayMode(displayMode);
+}
+
+void WindowSystem2::setBorderless(bool val)
+{
+    if (val == borderless)
+        return;
+    borderless = val;
+    setDisplayMode(displayMode);
+}
+
+void WindowSystem2::setMonitor(int val)
+{
+    if (val == monitor || val < 0)
+        return;
+    monitor = val;
+    setDisplayMode(displayMode);
+}
+
+int WindowSystem2::getNumMonitors() const
+{
+    return GetSystemMetrics(SM_CMONITORS);
+}
+
+/// Where a window of this size stands: a bare one in its monitor's corner, a framed one in the middle of the desktop.
+POINT WindowSystem2::placeOf(const RECT &rect) const
+{
+    if (!isBare())
+        return centred(rect, monitor);
+    const RECT whole = boundsOfMonitor(monitor);
+    return {whole.left, whole.top};
 }
 
 void WindowSystem2::setWindowedSize(int width, int height)
@@ -404,7 +477,7 @@ void WindowSystem2::followSize()
     putInForce(client.right, client.bottom);
     if (witness)
         witness->sizeTaken(curWidth, curHeight, true);
-    if (!fullScreen && !maximised)
+    if (!isBare() && !maximised)
     {
         windowedWidth = curWidth;
         windowedHeight = curHeight;

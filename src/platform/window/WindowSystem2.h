@@ -37,6 +37,14 @@ public:
     bool getFullScreen() const { return fullScreen; }
     /// Takes the whole display, or gives it back.
     void setFullScreen(bool val);
+    bool getBorderless() const { return borderless; }
+    /// Covers a monitor without a frame and in the desktop's own mode, or not any more; full screen goes before it.
+    void setBorderless(bool val);
+    int getMonitor() const { return monitor; }
+    /// Which monitor the window stands on, from 0; where there are not as many, the first one.
+    void setMonitor(int val);
+    /// Monitors that there are now, 1 off-screen.
+    int getNumMonitors() const;
     /// Refresh rate of the selected mode, hertz.
     int getSelectedRefreshRate() const { return refreshRate; }
 
@@ -111,6 +119,8 @@ private:
     ErrorCode registerWindowClass();
     void updateWindow(int width, int height);
     void startWithUsualSize();
+    bool isBare() const { return fullScreen || borderless; }
+    POINT placeOf(const RECT &rect) const;
     DWORD windowedStyle() const;
     void setActive(bool active);
     void tellFocus(bool active);
@@ -130,6 +140,8 @@ private:
     float normalizationFactor = 1.f; ///< pixels of one normalised unit: the larger of width and height
     int refreshRate = 0;             ///< hertz
     bool fullScreen = false;
+    bool borderless = false;
+    int monitor = 0;     ///< by number, as the player chose it; there may be fewer
     int displayMode = 0; ///< index into the mode list
     CursorMode currentCursorMode = CURSOR_ABSOLUTE;
     POINT lastUnconstrainedCursorPos{0, 0}; ///< screen pixels

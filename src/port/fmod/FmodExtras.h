@@ -23,6 +23,10 @@ struct AudioOutput
     int sampleRate = 44100; ///< of MEMORY
     /// Directions by the shape of a head, for headphones.
     bool headRelated = false;
+    /// The same to both ears.
+    bool mono = false;
+    /// Name of the device to open, as `audioDevices` has it; empty for the host's usual one.
+    std::string device = {};
 };
 void setAudioOutput(const AudioOutput &output);
 
@@ -100,6 +104,14 @@ AudioCounters audioCounters(FMOD::EventSystem &system);
 
 /// Head-related directions on or off for a running system; false where the device cannot.
 bool setHeadRelated(FMOD::EventSystem &system, bool on);
+
+/// All that is heard the same to both ears, or not any more; directions are lost, what plays goes on.
+void setMono(FMOD::EventSystem &system, bool on);
+
+/// Names of the devices that sound can come from now; none without any.
+std::vector<std::string> audioDevices();
+/// Goes on at another device; an empty name is the host's usual one, and so is one that cannot be opened.
+void setAudioDevice(FMOD::EventSystem &system, const std::string &name);
 
 /// Has FMOD_EventSystem_Create give out what a test made, as a recording or failing system; null ends that.
 ///

@@ -12,6 +12,7 @@ constexpr int SM_CYSCREEN = 1;
 constexpr int SM_CYCAPTION = 4;
 constexpr int SM_CXSIZEFRAME = 32;
 constexpr int SM_CYSIZEFRAME = 33;
+constexpr int SM_CMONITORS = 80;
 
 constexpr UINT SPI_GETWORKAREA = 0x0030;
 
@@ -34,6 +35,25 @@ struct DEVMODEA
 /// @param deviceName  null for the first display; no other is known
 /// @return false where there is no such mode
 BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode);
+
+/// A monitor as the desktop has it, screen pixels; only what the engine reads of the published record.
+struct MONITORINFO
+{
+    DWORD cbSize = sizeof(MONITORINFO);
+    RECT rcMonitor{}; ///< all of it
+    RECT rcWork{};    ///< without panels
+    DWORD dwFlags = 0;
+};
+
+constexpr DWORD MONITORINFOF_PRIMARY = 1;
+
+typedef BOOL(CALLBACK *MONITORENUMPROC)(HMONITOR monitor, HDC context, LPRECT rect, LPARAM data);
+
+/// Tells of every monitor, the first one first, until `told` returns FALSE; off-screen there is none.
+/// @param context  null, as the rectangle: all monitors, on the screen
+BOOL EnumDisplayMonitors(HDC context, LPCRECT clip, MONITORENUMPROC told, LPARAM data);
+/// @return false for a handle that is no monitor's, or not any more
+BOOL GetMonitorInfoA(HMONITOR monitor, MONITORINFO *info);
 
 /// A measure of the system, of those named SM_ above; 0 for any other.
 ///

@@ -109,6 +109,20 @@ constexpr void putMediaKeys(KeyTable &table)
     table[SDL_SCANCODE_AC_HOME] = {VK_BROWSER_HOME, true};
 }
 
+/// Keys that only keyboards of some countries have.
+constexpr void putCountries(KeyTable &table)
+{
+    table[SDL_SCANCODE_INTERNATIONAL1] = {VK_ABNT_C1};
+    table[SDL_SCANCODE_INTERNATIONAL2] = {VK_KANA};
+    table[SDL_SCANCODE_INTERNATIONAL3] = {VK_OEM_8};
+    table[SDL_SCANCODE_INTERNATIONAL4] = {VK_CONVERT};
+    table[SDL_SCANCODE_INTERNATIONAL5] = {VK_NONCONVERT};
+    table[SDL_SCANCODE_LANG1] = {VK_KANA};
+    table[SDL_SCANCODE_LANG2] = {VK_HANJA};
+    table[SDL_SCANCODE_KP_COMMA] = {VK_ABNT_C2};
+    table[SDL_SCANCODE_KP_EQUALS] = {VK_OEM_NEC_EQUAL};
+}
+
 constexpr KeyTable makeTable()
 {
     KeyTable table{};
@@ -117,6 +131,7 @@ constexpr KeyTable makeTable()
     putNavigation(table);
     putNumberPad(table);
     putMediaKeys(table);
+    putCountries(table);
     return table;
 }
 

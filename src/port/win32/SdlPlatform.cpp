@@ -313,9 +313,16 @@ void SdlPlatform::fitFrameToStyle(Window &window)
     int width = 0;
     int height = 0;
     SDL_GetWindowSize(window.native, &width, &height);
-    const DisplayMode &desktop = SdlVideo::get().desktop();
-    const bool covers = !framed && width == desktop.width && height == desktop.height;
+    SDL_Rect desktop{};
+    const bool covers =
+        !framed && SDL_GetDisplayBounds(displayOf(window), &desktop) == 0 && width == desktop.w && height == desktop.h;
     SDL_SetWindowFullscreen(window.native, covers ? SDL_WINDOW_FULLSCREEN_DESKTOP : 0);
+}
+
+/// The display that a window stands on; the first one where the host does not know.
+int SdlPlatform::displayOf(const Window &window)
+{
+    return std::max(SDL_GetWindowDisplayIndex(window.native), 0);
 }
 
 HWND SdlPlatform::GetForegroundWindow()
@@ -402,11 +409,12 @@ bool SdlPlatform::enterFullScreen(HWND hWnd, int width, int height, int refreshR
 
     SDL_DisplayMode wanted{SDL_PIXELFORMAT_UNKNOWN, width, height, refreshRate, nullptr};
     SDL_DisplayMode nearest;
-    if (!SDL_GetClosestDisplayMode(0, &wanted, &nearest) || nearest.w != width || nearest.h != height)
+    const int display = displayOf(*window);
+    if (!SDL_GetClosestDisplayMode(display, &wanted, &nearest) || nearest.w != width || nearest.h != height)
         return false;
     // The desktop's own mode needs no switch, and other programs come to the front sooner without one.
-    const DisplayMode &desktop = SdlVideo::get().desktop();
-    const bool isDesktop = width == desktop.width && height == desktop.height;
+    SDL_Rect desktop{};
+    const bool isDesktop = SDL_GetDisplayBounds(display, &desktop) == 0 && width == desktop.w && height == desktop.h;
     SDL_SetWindowDisplayMode(window->native, &nearest);
     const Uint32 kind = isDesktop ? SDL_WINDOW_FULLSCREEN_DESKTOP : SDL_WINDOW_FULLSCREEN;
     window->ownsDisplay = SDL_SetWindowFullscreen(window->native, kind) == 0;
@@ -453,6 +461,8 @@ int SdlPlatform::GetSystemMetrics(int index)
         return desktop.width;
     case SM_CYSCREEN:
         return desktop.height;
+    case SM_CMONITORS:
+        return isOffscreen() ? 1 : std::max(SDL_GetNumVideoDisplays(), 1);
     case SM_CYCAPTION:
         return isOffscreen() ? 0 : captionHeight;
     case SM_CXSIZEFRAME:
@@ -486,6 +496,37 @@ BOOL SdlPlatform::SystemParametersInfoA(UINT action, UINT, PVOID data, UINT)
         return FALSE;
     }
     *static_cast<RECT *>(data) = {area.x, area.y, area.x + area.w, area.y + area.h};
+    return TRUE;
+}
+
+BOOL SdlPlatform::EnumDisplayMonitors(HDC, LPCRECT, MONITORENUMPROC told, LPARAM data)
+{
+    const int count = isOffscreen() ? 0 : SDL_GetNumVideoDisplays();
+    for (std::uintptr_t number = 1; told && number <= static_cast<std::uintptr_t>(std::max(count, 0)); ++number)
+    {
+        MONITORINFO info;
+        const auto monitor = reinterpret_cast<HMONITOR>(number);
+        if (GetMonitorInfoA(monitor, &info) && !told(monitor, nullptr, &info.rcMonitor, data))
+            return TRUE;
+    }
+    return TRUE;
+}
+
+/// A monitor's handle is the number of its display, from 1.
+BOOL SdlPlatform::GetMonitorInfoA(HMONITOR monitor, MONITORINFO *info)
+{
+    const int display = static_cast<int>(reinterpret_cast<std::uintptr_t>(monitor)) - 1;
+    SDL_Rect all, work;
+    if (!info || isOffscreen() || display < 0 || display >= SDL_GetNumVideoDisplays() ||
+        SDL_GetDisplayBounds(display, &all) != 0 || SDL_GetDisplayUsableBounds(display, &work) != 0)
+    {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    *info = MONITORINFO();
+    info->rcMonitor = {all.x, all.y, all.x + all.w, all.y + all.h};
+    info->rcWork = {work.x, work.y, work.x + work.w, work.y + work.h};
+    info->dwFlags = display == 0 ? MONITORINFOF_PRIMARY : 0;
     return TRUE;
 }
 

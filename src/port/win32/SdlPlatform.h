@@ -70,6 +70,8 @@ public:
     BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode) override;
     int GetSystemMetrics(int index) override;
     BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change) override;
+    BOOL EnumDisplayMonitors(HDC context, LPCRECT clip, MONITORENUMPROC told, LPARAM data) override;
+    BOOL GetMonitorInfoA(HMONITOR monitor, MONITORINFO *info) override;
     const std::vector<DisplayMode> &displayModes() override;
 
     BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size) override;
@@ -113,6 +115,7 @@ private:
     Window *find(HWND hWnd);
     Window *findNative(unsigned sdlWindowId);
     SDL_Window *createNative(const char *title, DWORD style, int x, int y, int width, int height);
+    static int displayOf(const Window &window);
     void fitFrameToStyle(Window &window);
     /// Width of the frame at the sides and height of the title above it, as the host last drew them.
     void measureFrame();

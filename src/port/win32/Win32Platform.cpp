@@ -229,6 +229,16 @@ BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change)
     return port::win32Platform().SystemParametersInfoA(action, parameter, data, change);
 }
 
+BOOL EnumDisplayMonitors(HDC context, LPCRECT clip, MONITORENUMPROC told, LPARAM data)
+{
+    return port::win32Platform().EnumDisplayMonitors(context, clip, told, data);
+}
+
+BOOL GetMonitorInfoA(HMONITOR monitor, MONITORINFO *info)
+{
+    return port::win32Platform().GetMonitorInfoA(monitor, info);
+}
+
 BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size)
 {
     return port::win32Platform().RegisterRawInputDevices(devices, count, size);

@@ -59,6 +59,8 @@ public:
     virtual BOOL EnumDisplaySettingsA(LPCSTR deviceName, DWORD modeNum, DEVMODEA *mode) = 0;
     virtual int GetSystemMetrics(int index) = 0;
     virtual BOOL SystemParametersInfoA(UINT action, UINT parameter, PVOID data, UINT change) = 0;
+    virtual BOOL EnumDisplayMonitors(HDC context, LPCRECT clip, MONITORENUMPROC told, LPARAM data) = 0;
+    virtual BOOL GetMonitorInfoA(HMONITOR monitor, MONITORINFO *info) = 0;
     virtual const std::vector<DisplayMode> &displayModes() = 0;
 
     virtual BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size) = 0;

@@ -22,6 +22,8 @@
 namespace
 {
 
+constexpr float LEAST_BRIGHTNESS = 0.25f;
+constexpr float MOST_BRIGHTNESS = 4;
 constexpr float LEAST_GAMMA = 1;
 constexpr float MOST_GAMMA = 4;
 constexpr int LEAST_SHADOW_MAP = 64;                                 // texels a side
@@ -227,6 +229,16 @@ void GraphicsSystem2::setVsync(bool val)
     lostDevice(); // as above
 }
 
+void GraphicsSystem2::setBrightness(float val)
+{
+    if (val >= LEAST_BRIGHTNESS && val <= MOST_BRIGHTNESS)
+        brightness = val;
+    else
+        KV_LOGF(Logger_::I_ERROR, "brightness cannot be %g and stays %g; give it a number from %g to %g.",
+                static_cast<double>(val), static_cast<double>(brightness), static_cast<double>(LEAST_BRIGHTNESS),
+                static_cast<double>(MOST_BRIGHTNESS));
+}
+
 void GraphicsSystem2::setGamma(float val)
 {
     if (val >= LEAST_GAMMA && val <= MOST_GAMMA)
@@ -240,6 +252,16 @@ void GraphicsSystem2::setGamma(float val)
 void GraphicsSystem2::setShadowMapSize(int val)
 {
     shadowMapSize = std::clamp(val, LEAST_SHADOW_MAP, MOST_SHADOW_MAP);
+    if (deviceIsReady())
+        createShadowMap();
+}
+
+void GraphicsSystem2::setSparing(int val)
+{
+    const int wanted = std::clamp(val, 0, 2);
+    if (wanted == sparing)
+        return;
+    sparing = wanted;
     if (deviceIsReady())
         createShadowMap();
 }

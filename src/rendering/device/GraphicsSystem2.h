@@ -177,6 +177,20 @@ public:
     /// How the screen's brightness follows its values, as an exponent kept within 1 to 4; more shows more in the dark.
     void setGamma(float val);
 
+    float getBrightness() const { return brightness; }
+    /// Factor of the world's light on its way to the screen, kept within 0.25 to 4; texts and pictures stay as they are.
+    void setBrightness(float val);
+
+    bool getOcclusion() const { return occlusion; }
+    /// Whether corners are darker than open surfaces, by default so; without, two passes at half the size are saved.
+    void setOcclusion(bool val) { occlusion = val; }
+
+    bool getLampShadows() const { return lampShadows; }
+    /// Whether all lights draw shadows, by default so, or only those that are carried.
+    ///
+    /// Only the picture hangs on it: what creatures and nerves know of the light is the same.
+    void setLampShadows(bool val) { lampShadows = val; }
+
     int getShadowMapSize() const { return shadowMapSize; }
     /// Side of the square shadow map in texels, kept within 64 to 4096; more draws finer edges and takes longer.
     void setShadowMapSize(int val);
@@ -186,6 +200,17 @@ public:
     ///
     /// Where software draws, a frame without takes a good deal less time.
     void setAntialiasing(bool val) { antialiasing = val; }
+
+    int getSparing() const { return sparing; }
+    /// What is left out for the time being, whatever is wanted, so that frames come sooner: 0, by default, for nothing;
+    /// 1 for smoothed outlines and dark corners; 2 for shadows of what nobody carries and fine ones, too.
+    void setSparing(int val);
+    /// Whether outlines are smoothed now.
+    bool drawsAntialiased() const { return antialiasing && sparing < 1; }
+    /// Whether corners are darkened now.
+    bool drawsOcclusion() const { return occlusion && sparing < 1; }
+    /// Whether lights that nobody carries draw shadows now.
+    bool drawsLampShadows() const { return lampShadows && sparing < 2; }
 
     /// Size of the back buffer in pixels: the window's.
     int getBackBufferWidth() const { return backBufferWidth; }
@@ -272,6 +297,10 @@ private:
 
     float renderScale = 1.0f;
     float gamma = 2.2f;      ///< exponent, as most screens have it
+    float brightness = 1.0f; ///< factor of the light
+    bool occlusion = true;
+    bool lampShadows = true;
+    int sparing = 0;         ///< what is left out for the time being, see setSparing
     int shadowMapSize = 768; ///< texels a side: a cone as fine as in a window of that height
     bool antialiasing = true;
     bool vsync = false;

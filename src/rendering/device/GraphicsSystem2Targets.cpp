@@ -9,6 +9,8 @@
 namespace
 {
 
+constexpr int SPARE_SHADOW_MAP = 256; ///< texels a side, where time is short
+
 const String &screenName()
 {
     static const String name = SCS("screen");
@@ -60,8 +62,9 @@ ErrorCode GraphicsSystem2::showWorld()
 void GraphicsSystem2::createShadowMap()
 {
     static const String name = SCS("ShadowMap");
-    registerRenderTarget(name, -shadowMapSize, D3DFMT_R32F).ignoreError(); // told by an assertion
-    registerDepthTarget(name, -shadowMapSize, D3DFMT_D24S8).ignoreError();
+    const int side = sparing < 2 ? shadowMapSize : std::min(shadowMapSize, SPARE_SHADOW_MAP);
+    registerRenderTarget(name, -side, D3DFMT_R32F).ignoreError(); // told by an assertion
+    registerDepthTarget(name, -side, D3DFMT_D24S8).ignoreError();
 }
 
 void GraphicsSystem2::destroyRenderTargets()

@@ -219,7 +219,7 @@ ViewerComponent *LightComponent::findViewer() const
 
 ViewerComponent *LightComponent::findShadowViewer()
 {
-    if (!getCastShadows())
+    if (!getCastShadows() || !(steadyShadows || getSystemDeref<GraphicsSystem2>().drawsLampShadows()))
         return nullptr;
     ViewerComponent *const viewer = findViewer();
     // Told once: a frame later nothing has changed.

@@ -44,7 +44,10 @@ void FramePacingSystem::setAutomaticScale(bool val)
     if (val)
         startScaling();
     else
+    {
         scale.reset();
+        getSystemDeref<GraphicsSystem2>().setSparing(0);
+    }
 }
 
 void FramePacingSystem::setTargetFrameRate(float framesPerSecond)
@@ -78,7 +81,10 @@ void FramePacingSystem::endFrame()
         return;
     }
     if (frameStart > 0)
-        fitScale(end - frameStart);
+    {
+        frameSeconds = end - frameStart;
+        fitScale(frameSeconds);
+    }
     if (const double wait = limiter.waitAfter(end); wait > 0)
     {
         static const String waiting = SCS("waiting for the frame limit");
@@ -91,6 +97,8 @@ void FramePacingSystem::endFrame()
 void FramePacingSystem::fitScale(double seconds)
 {
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
-    if (scale && graphics.isDrawing())
-        graphics.setRenderScale(scale->afterFrame(seconds));
+    if (!scale || !graphics.isDrawing())
+        return;
+    graphics.setRenderScale(scale->afterFrame(seconds));
+    graphics.setSparing(scale->getSparing());
 }

@@ -27,12 +27,16 @@ public:
     bool getAutomaticScale() const { return scale.has_value(); }
     /// Whether the render scale follows the time that frames take, by default not.
     ///
-    /// It begins at the full size, and lower where software draws. Taken back, the scale stays as it is.
+    /// It begins at the full size, and lower where software draws. Where the smallest one is still too slow, details are
+    /// left out, see GraphicsSystem2::setSparing. Taken back, the scale stays as it is and details come back.
     void setAutomaticScale(bool val);
 
     float getTargetFrameRate() const { return targetFrameRate; }
     /// Frames a second that the automatic scale aims at, 30 by default and no less than 1.
     void setTargetFrameRate(float framesPerSecond);
+
+    /// How long the last frame took without its wait for the limit, seconds; 0 before the first.
+    double getFrameSeconds() const { return frameSeconds; }
 
     /// Ends a frame: judges its time, then waits for the next one to be due. Frame step, the last of all.
     void endFrame();
@@ -51,5 +55,6 @@ private:
     FrameLimiter limiter;
     std::optional<RenderScaleRule> scale; ///< while the scale is automatic
     float targetFrameRate = 30.0f;        ///< frames a second
+    double frameSeconds = 0;              ///< of the last frame
     double frameStart = 0;                ///< seconds of the time source; 0: the frame is not to be judged
 };

@@ -58,6 +58,8 @@ struct Names
     const String unsettling = SCS("unsettling");
     const String starts = SCS("starts");
     const String gamma = SCS("gamma");
+    const String brightness = SCS("brightness");
+    const String occlusionShare = SCS("occlusionShare");
 };
 
 const Names &names()
@@ -268,7 +270,7 @@ ErrorCode GraphicsManager2::drawLights()
 /// Two steps at half the size; see occlusion.fxh.
 ErrorCode GraphicsManager2::findOcclusion()
 {
-    if (!hasUsableCamera())
+    if (!hasUsableCamera() || !getSystemDeref<GraphicsSystem2>().drawsOcclusion())
         return ErrorCode::SUCCESS;
     static const String passName = SCS("Occlusion");
     const D3DPerfScopedEvent passEvent(passName);
@@ -319,12 +321,14 @@ ErrorCode GraphicsManager2::postProcessWorld()
     GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
     params.bindTarget(getPictureTarget());
     params.shaderConstants.emplace_back(names().gamma, graphics.getGamma());
+    params.shaderConstants.emplace_back(names().brightness, graphics.getBrightness());
+    params.shaderConstants.emplace_back(names().occlusionShare, graphics.drawsOcclusion() ? 1.0f : 0.0f);
 
     GraphicsSystem2::BatchRenderParams batch;
     batch.mesh = graphics.getFullScreenQuad();
     // Two techniques: where software draws, both sides of a shader's branch are paid for.
     batch.shaders.insert(names().defaultSet,
-                         graphics.getAntialiasing() ? names().combineShader : names().plainCombineShader);
+                         graphics.drawsAntialiased() ? names().combineShader : names().plainCombineShader);
     batch.shaderConstants.emplace_back(names().sceneAmbient, getAmbientLight());
     batch.shaderConstants.emplace_back(names().dissolveAmount, dissolveAmount);
     batch.shaderConstants.emplace_back(names().dissolveColor, dissolveColor);

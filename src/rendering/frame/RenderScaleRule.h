@@ -6,7 +6,8 @@
 
 /// Finds a scale of the world's picture from the times that frames took.
 ///
-/// The scale moves in steps, from a quarter to the full size. A few frames are judged together by the middle one of
+/// The scale moves in steps, from a quarter to the full size; where a quarter is still too slow, details are left out
+/// in two more steps. A few frames are judged together by the middle one of
 /// their times, so that a hitch counts for nothing. Too slow, it goes down by as many steps as the pixels suggest; up
 /// it goes only where the larger picture would still be in time if all of the time went into pixels. Between the two
 /// lies room in which nothing moves, and each rise that had to be taken back makes the next one wait twice as long.
@@ -19,6 +20,8 @@ public:
     RenderScaleRule(double targetSeconds, float startScale);
 
     float getScale() const;
+    /// What is left out, as `GraphicsSystem2::setSparing` counts.
+    int getSparing() const;
     /// Takes the seconds that a frame took, without waits; returns the scale for the next one.
     float afterFrame(double seconds);
 

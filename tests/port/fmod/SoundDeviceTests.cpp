@@ -18,6 +18,7 @@ struct Computer
     double time = 0;
     ALCdevice *device = nullptr;
     int asked = 0;
+    std::string wanted; ///< name of a device
 };
 
 class FakeDevices : public port::AudioHost
@@ -26,6 +27,7 @@ public:
     explicit FakeDevices(Computer &computer) : computer(computer) {}
 
     bool isWanted() const override { return true; }
+    void choose(const std::string &name) override { computer.wanted = name; }
     ALCdevice *open() override
     {
         ++computer.asked;
@@ -163,6 +165,19 @@ TEST_F(SoundDevices, AHitchOfTheGameDoesNotEndTheMusic)
     listen(4);
     run(0.2);
     EXPECT_GT(run(0.5).at(1764), 0.3F) << "longer than what was read ahead: it goes on after the gap";
+}
+
+TEST_F(SoundDevices, WhatPlaysGoesOnAtTheDeviceThatIsChosenMeanwhile)
+{
+    load();
+    world.play("Round");
+    run(0.9);
+    port::setAudioDevice(*world.system, "the other one");
+    const Heard after = run(0.9).part(0.4, 0.4);
+    EXPECT_EQ(computer.wanted, "the other one");
+    EXPECT_GT(after.at(882), 10 * after.at(441));
+    EXPECT_EQ(world.counters().devices, 2);
+    EXPECT_EQ(world.told("is gone"), 0) << "nothing was lost";
 }
 
 TEST_F(SoundDevices, DirectionsByTheShapeOfAHeadAreSwitchedWhileItPlays)

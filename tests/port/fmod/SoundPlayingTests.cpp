@@ -53,6 +53,29 @@ TEST_F(SoundPlaying, WhatStandsToTheRightIsHeardOnTheRightWhereverOneLooks)
     EXPECT_NEAR(ahead.left(), ahead.right(), 0.05F * ahead.left());
 }
 
+TEST_F(SoundPlaying, MonoGivesBothEarsTheSameOfPlacesMusicAndRoomsAndIsTakenBack)
+{
+    FMOD_REVERB_PROPERTIES hall;
+    hall.Room = hall.Reverb = 0;
+    hall.DecayTime = 3;
+    port::setReverbZones(*world.system, hall, hall, 0);
+    FMOD::Event &hum = world.play("Hum");
+    SoundWorld::place(hum, 3, 0, 0);
+    world.render(0.2);
+    port::setMono(*world.system, true);
+    world.render(1); // until what the hall had of both sides is gone
+    port::setReverbZones(*world.system, hall, hall, 0);
+    world.render(6);
+    const Heard mono = world.render(0.5);
+    EXPECT_GT(mono.level(), 0.02F);
+    for (std::size_t i = 0; i < mono.stereo.size(); i += 2)
+        ASSERT_NEAR(mono.stereo[i], mono.stereo[i + 1], 2e-3F) << "value " << i;
+    port::setMono(*world.system, false);
+    world.render(0.2);
+    const Heard again = world.render(0.3);
+    EXPECT_GT(again.right(), 1.2F * again.left());
+}
+
 TEST_F(SoundPlaying, TheCurvesOfDistanceSetLoudnessAndHighEnd)
 {
     FMOD::Event &hum = world.play("Hum");

@@ -38,6 +38,8 @@ AudioEventSystem::AudioEventSystem(const AudioOutput &wanted, AudioSystem &lowLe
     : lowLevel(lowLevel), output(makeHost(wanted), wanted.headRelated), chance(seed)
 {
     memory = dynamic_cast<MemoryHost *>(&output.getHost());
+    mono = wanted.mono;
+    output.getHost().choose(wanted.device);
 }
 
 AudioEventSystem::~AudioEventSystem()
@@ -63,6 +65,7 @@ FMOD_RESULT AudioEventSystem::init(int maxChannels, FMOD_INITFLAGS, void *, FMOD
     const int channels = std::min(maxChannels, MOST_CHANNELS);
     pool.emplace(channels, output.getHost().getLatency());
     mixer.emplace(*pool, channels);
+    setMono(mono);
     lowLevel.noteInit();
     lastTime = output.getHost().getTime();
     followDevice();
@@ -137,6 +140,14 @@ AudioEvent &AudioEventSystem::addEvent(EventPlan &plan)
             if (!layer.streams)
                 plan.bank->want(entry.sample, plan.useOf(entry));
     return *events.back();
+}
+
+void AudioEventSystem::setMono(bool on)
+{
+    mono = on;
+    if (pool)
+        pool->setMono(on);
+    lowLevel.getRooms().setMono(on);
 }
 
 void AudioEventSystem::openSources()

@@ -49,6 +49,8 @@ public:
     void listHeard(std::vector<HeardEvent> &heard) const;
     AudioCounters getCounters() const;
     bool setHeadRelated(bool on) { return output.setHeadRelated(on); }
+    void setMono(bool on);
+    void chooseDevice(const std::string &name) { output.chooseDevice(name); }
     AudioSystem &getLowLevel() { return lowLevel; }
 
 private:
@@ -70,6 +72,7 @@ private:
     std::optional<VoiceMixer> mixer;
     Chance chance;
     std::string folder;
+    bool mono = false;   ///< the same to both ears
     double lastTime = 0; ///< s, host time of the last step
     struct Listener
     {

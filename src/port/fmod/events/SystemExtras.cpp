@@ -4,6 +4,9 @@
 #include "port/fmod/events/AudioEventSystem.h"
 #include "port/fmod/output/MemoryHost.h"
 
+#include <AL/alc.h>
+#include <AL/alext.h>
+
 #include <algorithm>
 #include <cmath>
 
@@ -187,6 +190,31 @@ AudioCounters audioCounters(FMOD::EventSystem &system)
 bool setHeadRelated(FMOD::EventSystem &system, bool on)
 {
     return !areForeign() && ours(system).setHeadRelated(on);
+}
+
+void setMono(FMOD::EventSystem &system, bool on)
+{
+    if (!areForeign())
+        ours(system).setMono(on);
+}
+
+std::vector<std::string> audioDevices()
+{
+    std::vector<std::string> names;
+    if (areForeign())
+        return names;
+    const ALCenum all =
+        alcIsExtensionPresent(nullptr, "ALC_ENUMERATE_ALL_EXT") ? ALC_ALL_DEVICES_SPECIFIER : ALC_DEVICE_SPECIFIER;
+    // One text behind the other, an empty one behind the last.
+    for (const ALCchar *name = alcGetString(nullptr, all); name && *name; name += names.back().size() + 1)
+        names.emplace_back(name);
+    return names;
+}
+
+void setAudioDevice(FMOD::EventSystem &system, const std::string &name)
+{
+    if (!areForeign())
+        ours(system).chooseDevice(name);
 }
 
 } // namespace port

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace port
@@ -18,7 +19,9 @@ public:
 
     /// False as long as nobody listens: no device is asked for, and its lack is not told.
     virtual bool isWanted() const = 0;
-    /// Opens the device of choice; null where there is none.
+    /// Says which device to open next by its name, empty for the usual one; a host with but one pays no heed.
+    virtual void choose(const std::string &) {}
+    /// Opens the device of choice, or the usual one where that is not there; null where there is none.
     virtual ALCdevice *open() = 0;
     /// False once an open device went away.
     virtual bool isConnected(ALCdevice *device) = 0;

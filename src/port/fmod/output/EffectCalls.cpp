@@ -32,6 +32,7 @@ EffectCalls EffectCalls::load(ALCdevice *device)
     take(calls.deleteEffects, "alDeleteEffects");
     take(calls.effecti, "alEffecti");
     take(calls.effectf, "alEffectf");
+    take(calls.effectfv, "alEffectfv");
     take(calls.genSlots, "alGenAuxiliaryEffectSlots");
     take(calls.deleteSlots, "alDeleteAuxiliaryEffectSlots");
     take(calls.sloti, "alAuxiliaryEffectSloti");

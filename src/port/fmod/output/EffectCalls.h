@@ -24,6 +24,7 @@ struct EffectCalls
     LPALDELETEEFFECTS deleteEffects = nullptr;
     LPALEFFECTI effecti = nullptr;
     LPALEFFECTF effectf = nullptr;
+    LPALEFFECTFV effectfv = nullptr;
     LPALGENAUXILIARYEFFECTSLOTS genSlots = nullptr;
     LPALDELETEAUXILIARYEFFECTSLOTS deleteSlots = nullptr;
     LPALAUXILIARYEFFECTSLOTI sloti = nullptr;

@@ -1,5 +1,7 @@
 #include "port/fmod/output/AudioHost.h"
 
+#include "port/fmod/Notices.h"
+
 #include <AL/alext.h>
 
 #include <chrono>
@@ -34,9 +36,13 @@ public:
     HostDevices() { quietLibraries(); }
 
     bool isWanted() const override { return true; }
+    void choose(const std::string &name) override { wanted = name; }
     ALCdevice *open() override
     {
-        ALCdevice *device = alcOpenDevice(nullptr);
+        ALCdevice *device = wanted.empty() ? nullptr : alcOpenDevice(wanted.c_str());
+        if (!device && !wanted.empty())
+            tellAudio("The sound device \"" + wanted + "\" cannot be opened; the usual one is taken.", false);
+        device = device ? device : alcOpenDevice(nullptr);
         tellsLoss = device && alcIsExtensionPresent(device, "ALC_EXT_disconnect");
         return device;
     }
@@ -55,6 +61,7 @@ public:
     double getLatency() const override { return LATENCY_SECONDS; }
 
 private:
+    std::string wanted;     ///< name of a device; empty for the usual one
     bool tellsLoss = false; ///< of the open device
 };
 

@@ -56,6 +56,13 @@ Output::Change Output::watch()
     if (isOpen())
     {
         alcMakeContextCurrent(context);
+        if (changesOver)
+        {
+            changesOver = false;
+            close();
+            nextLook = now;
+            return LOST;
+        }
         if (!looks)
             return SAME;
         nextLook = now + LOOK_SECONDS;
@@ -78,6 +85,13 @@ Output::Change Output::watch()
     if (opened > 1)
         tellAudio("Sound goes on at a new device.", false);
     return OPENED;
+}
+
+void Output::chooseDevice(const std::string &name)
+{
+    host->choose(name);
+    changesOver = isOpen();
+    nextLook = 0;
 }
 
 void Output::close()

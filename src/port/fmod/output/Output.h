@@ -5,6 +5,7 @@
 #include "port/fmod/output/EffectCalls.h"
 
 #include <memory>
+#include <string>
 
 namespace port
 {
@@ -29,6 +30,8 @@ public:
     Change watch();
     /// Directions by the shape of a head; false where the device cannot.
     bool setHeadRelated(bool on);
+    /// Changes over to another device, by its name or to the usual one with an empty one: told as LOST, then OPENED.
+    void chooseDevice(const std::string &name);
     void close();
 
     bool isOpen() const { return context != nullptr; }
@@ -49,6 +52,7 @@ private:
     ALCcontext *context = nullptr;
     EffectCalls effects;
     bool headRelated;
+    bool changesOver = false; ///< the open device is to be given up for another one
     int opened = 0;
     double nextLook = 0; ///< s, host time
 };

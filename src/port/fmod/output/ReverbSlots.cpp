@@ -16,7 +16,8 @@ bool isSame(const FMOD_REVERB_PROPERTIES &a, const FMOD_REVERB_PROPERTIES &b)
            a.ReverbDelay == b.ReverbDelay && a.Diffusion == b.Diffusion && a.Density == b.Density;
 }
 
-constexpr int SILENT_ROOM = -10000; ///< hundredths of a decibel
+constexpr ALfloat AHEAD[] = {0, 0, 1}; ///< as long as this, nothing comes from elsewhere
+constexpr int SILENT_ROOM = -10000;    ///< hundredths of a decibel
 
 /// Hundredths of a decibel as a linear gain.
 float gainOf(int hundredths, float most)
@@ -36,6 +37,13 @@ void ReverbSlots::setRoom(Slot &slot, const FMOD_REVERB_PROPERTIES &room)
 {
     slot.roomChanged = slot.roomChanged || !isSame(slot.room, room);
     slot.room = room;
+}
+
+void ReverbSlots::setMono(bool on)
+{
+    for (Slot &slot : slots)
+        slot.roomChanged = slot.roomChanged || mono != on;
+    mono = on;
 }
 
 void ReverbSlots::setShare(Slot &slot, float share)
@@ -69,7 +77,6 @@ void ReverbSlots::open(const EffectCalls &calls)
         return;
     effects = &calls;
     calls.genEffects(1, &effect);
-    calls.effecti(effect, AL_EFFECT_TYPE, AL_EFFECT_REVERB);
     for (Slot &slot : slots)
         calls.genSlots(1, &slot.name);
 }
@@ -91,20 +98,29 @@ void ReverbSlots::apply()
 void ReverbSlots::applyRoom(const Slot &slot)
 {
     const FMOD_REVERB_PROPERTIES &room = slot.room;
-    const std::pair<ALenum, float> values[] = {
-        {AL_REVERB_DENSITY, within(room.Density / 100, 0, 1)},
-        {AL_REVERB_DIFFUSION, within(room.Diffusion / 100, 0, 1)},
-        {AL_REVERB_GAIN, gainOf(room.Room, 1)},
-        {AL_REVERB_GAINHF, gainOf(room.RoomHF, 1)},
-        {AL_REVERB_DECAY_TIME, within(room.DecayTime, 0.1F, 20)},
-        {AL_REVERB_DECAY_HFRATIO, within(room.DecayHFRatio, 0.1F, 2)},
-        {AL_REVERB_REFLECTIONS_GAIN, gainOf(room.Reflections, 3.16F)},
-        {AL_REVERB_REFLECTIONS_DELAY, within(room.ReflectionsDelay, 0, 0.3F)},
-        {AL_REVERB_LATE_REVERB_GAIN, gainOf(room.Reverb, 10)},
-        {AL_REVERB_LATE_REVERB_DELAY, within(room.ReverbDelay, 0, 0.1F)},
+    struct Value
+    {
+        ALenum plain, directed; // names of the same, in the effect without directions and in that with them
+        float value;
     };
-    for (const auto &[name, value] : values)
-        effects->effectf(effect, name, value);
+    const Value values[] = {
+        {AL_REVERB_DENSITY, AL_EAXREVERB_DENSITY, within(room.Density / 100, 0, 1)},
+        {AL_REVERB_DIFFUSION, AL_EAXREVERB_DIFFUSION, within(room.Diffusion / 100, 0, 1)},
+        {AL_REVERB_GAIN, AL_EAXREVERB_GAIN, gainOf(room.Room, 1)},
+        {AL_REVERB_GAINHF, AL_EAXREVERB_GAINHF, gainOf(room.RoomHF, 1)},
+        {AL_REVERB_DECAY_TIME, AL_EAXREVERB_DECAY_TIME, within(room.DecayTime, 0.1F, 20)},
+        {AL_REVERB_DECAY_HFRATIO, AL_EAXREVERB_DECAY_HFRATIO, within(room.DecayHFRatio, 0.1F, 2)},
+        {AL_REVERB_REFLECTIONS_GAIN, AL_EAXREVERB_REFLECTIONS_GAIN, gainOf(room.Reflections, 3.16F)},
+        {AL_REVERB_REFLECTIONS_DELAY, AL_EAXREVERB_REFLECTIONS_DELAY, within(room.ReflectionsDelay, 0, 0.3F)},
+        {AL_REVERB_LATE_REVERB_GAIN, AL_EAXREVERB_LATE_REVERB_GAIN, gainOf(room.Reverb, 10)},
+        {AL_REVERB_LATE_REVERB_DELAY, AL_EAXREVERB_LATE_REVERB_DELAY, within(room.ReverbDelay, 0, 0.1F)},
+    };
+    effects->effecti(effect, AL_EFFECT_TYPE, mono ? AL_EFFECT_EAXREVERB : AL_EFFECT_REVERB);
+    for (const Value &each : values)
+        effects->effectf(effect, mono ? each.directed : each.plain, each.value);
+    if (mono)
+        for (const ALenum pan : {AL_EAXREVERB_REFLECTIONS_PAN, AL_EAXREVERB_LATE_REVERB_PAN})
+            effects->effectfv(effect, pan, AHEAD);
     effects->sloti(slot.name, AL_EFFECTSLOT_EFFECT, static_cast<ALint>(effect));
 }
 

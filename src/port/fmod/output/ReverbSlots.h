@@ -23,6 +23,8 @@ public:
     void apply();
     /// Lets go of the slots, which went with their device.
     void forget();
+    /// Has what rooms return come from straight ahead, the same to both ears, or from around again.
+    void setMono(bool on);
     /// Slot of the library to send to; 0 without effects and where nothing would come back.
     ALuint getTarget(std::size_t index) const;
 
@@ -41,6 +43,7 @@ private:
     std::array<Slot, COUNT> slots;
     const EffectCalls *effects = nullptr;
     ALuint effect = 0;
+    bool mono = false;
 };
 
 } // namespace port

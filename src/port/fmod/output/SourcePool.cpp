@@ -1,6 +1,9 @@
 #include "port/fmod/output/SourcePool.h"
 
+#include <AL/alext.h>
+
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace port
@@ -14,6 +17,8 @@ constexpr double FINISH_SECONDS = 1; ///< within which the last moments of a sou
 constexpr float MOST_GAIN = 4;
 constexpr float HEAD_RADIUS = 0.3F; ///< m; what is nearer comes from all around instead of jumping from ear to ear
 constexpr FMOD_VECTOR AHEAD = {0, 0, 1};
+constexpr std::array<ALfloat, 2> SIDES = {0.5235988F, -0.5235988F}; ///< radians, what the library begins with
+constexpr std::array<ALfloat, 2> MIDDLE = {0, 0};
 constexpr double NOT_RISING = -1; ///< s; every host time lies behind it
 /// What no settings equal, so that the first ones are told whatever they are.
 constexpr SourceSettings NOTHING_TOLD = {-1, -1, {1e30F, 0, 0}, -1, -1, -1, -1};
@@ -40,8 +45,6 @@ void makeSource(ALuint name)
     alSourcef(name, AL_GAIN, 0);
     if (alIsExtensionPresent("AL_SOFT_gain_clamp_ex"))
         alSourcef(name, AL_MAX_GAIN, MOST_GAIN);
-    if (alIsExtensionPresent("AL_SOFT_direct_channels"))
-        alSourcei(name, AL_DIRECT_CHANNELS_SOFT, AL_TRUE);
 }
 
 } // namespace
@@ -138,10 +141,35 @@ void SourcePool::play(Source &source, bool placed, bool rises, double now)
     source.raised = rises ? now + latency : NOT_RISING;
     source.told = NOTHING_TOLD;
     alSourcef(source.name, AL_GAIN, 0);
+    setPlace(source);
+    played.push_back(source.name);
+}
+
+/// Puts a source where it is heard from: ahead of the listener at first. The channels of music are its sides, unless
+/// both are to be the same.
+void SourcePool::setPlace(const Source &source) const
+{
+    const bool placed = source.placed && !mono;
     alSourcei(source.name, AL_SOURCE_RELATIVE, placed ? AL_FALSE : AL_TRUE);
     alSource3f(source.name, AL_POSITION, AHEAD.x, AHEAD.y, -AHEAD.z);
     alSourcef(source.name, AL_SOURCE_RADIUS, placed ? HEAD_RADIUS : 0);
-    played.push_back(source.name);
+    if (alIsExtensionPresent("AL_SOFT_direct_channels"))
+        alSourcei(source.name, AL_DIRECT_CHANNELS_SOFT, mono ? AL_FALSE : AL_TRUE);
+    if (alIsExtensionPresent("AL_EXT_STEREO_ANGLES"))
+        alSourcefv(source.name, AL_STEREO_ANGLES, (mono ? MIDDLE : SIDES).data());
+}
+
+void SourcePool::setMono(bool on)
+{
+    mono = on;
+    if (!isOpen)
+        return;
+    for (Source &source : sources)
+        if (source.state != Source::FREE)
+        {
+            setPlace(source);
+            source.told.position = NOTHING_TOLD.position;
+        }
 }
 
 void SourcePool::startPlayed()
@@ -194,7 +222,7 @@ void SourcePool::set(Source &source, const SourceSettings &settings, double now)
         told.pitch = settings.pitch;
         alSourcef(source.name, AL_PITCH, settings.pitch);
     }
-    if (source.placed && !isSame(settings.position, told.position))
+    if (source.placed && !mono && !isSame(settings.position, told.position))
     {
         told.position = settings.position;
         alSource3f(source.name, AL_POSITION, told.position.x, told.position.y, -told.position.z);

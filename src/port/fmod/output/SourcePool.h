@@ -39,6 +39,8 @@ public:
     /// Begins all at once, so that they stay in step.
     void startPlayed();
     void set(Source &source, const SourceSettings &settings, double now);
+    /// Has all be heard from straight ahead, the same to both ears, or each from its place again.
+    void setMono(bool on);
     /// Where a whole sample is, in seconds.
     static double positionOf(const Source &source);
     /// False for a stream that ran dry before its end.
@@ -56,6 +58,7 @@ public:
 private:
     void tendGoing(Source &source, double now);
     static void stop(Source &source);
+    void setPlace(const Source &source) const;
     void setFilters(Source &source, const SourceSettings &settings);
     ALuint lowpass(float gain, float highGain);
 
@@ -66,6 +69,7 @@ private:
     const ReverbSlots *slots = nullptr;
     ALuint filter = 0; ///< scratch: sources copy what it says
     bool isOpen = false;
+    bool mono = false;
 };
 
 } // namespace port

@@ -78,7 +78,7 @@ class _Pages:
         kit.clear(self.side)
         side = self.side
         if entry.picture and not entry.fault:
-            kit.Picture(side, 'picture', picture=entry.picture, size=PICTURE)
+            kit.Picture(side, 'picture', picture=entry.picture, size=PICTURE, margin=(0, 0, 0, 12))
         kit.Label(side, 'place', literal=_title(entry), size='large')
         if entry.fault:
             kit.Label(side, 'fault', literal=entry.fault, color='warning')

@@ -194,6 +194,52 @@ STEPS = {350: tell}
         log.expect(told)
 
 
+def test_the_list_of_saves_loads_and_deletes_by_keys_alone(world):
+    folder = world.folder / "saves"
+    folder.mkdir()
+    good = (SAMPLES / "v2.save").read_bytes()
+    for number, content in ((1, good), (2, good), (3, b"")):
+        (folder / f"game1.{number}.save").write_bytes(content)
+    facts, log = nightfall(world, """
+RETURN, LEFT, DOWN = 0x0D, 0x25, 0x28
+
+
+def press(*keys):
+    def step(night):
+        for key in keys:
+            kaVel.getSystem('InputSystem').postKey(key, True)
+            kaVel.getSystem('InputSystem').postKey(key, False)
+    return step
+
+
+def open(night):
+    from screens import Saves, Screens
+    Screens.open(night.level, 'Saves')
+
+
+def goOn(night):
+    from screens import Saves
+    fact('pockets', sorted(night.story.pockets.things))
+    Saves.goOn(night.level)
+
+
+def tell(night):
+    from screens import Screens
+    fact('screens', Screens.names(night.level))
+    fact('saves', [each.name for each in saves.listed()])
+
+
+STEPS = {350: open, 355: press(RETURN), 360: press(RETURN), 365: tell, 366: press(LEFT), 370: press(RETURN), 380: tell,
+         385: goOn, 390: tell, 391: press(LEFT), 394: press(RETURN), 404: open, 408: press(RETURN), 412: press(DOWN),
+         416: press(RETURN), 420: press(LEFT), 424: press(RETURN), 430: tell}
+""", 440)
+    everything = ["game1.3", "game1.2", "game1.1"]
+    assert facts == [("screens", ["Saves", "Ask"]), ("saves", everything), ("screens", []), ("saves", everything),
+                     ("pockets", ["passageKey", "porterNote", "stairKey"]), ("screens", ["Ask"]), ("saves", everything),
+                     ("screens", ["Saves"]), ("saves", everything[1:])], facts
+    assert log.log.count("in slot game1 goes on") == 2
+
+
 def test_saves_that_have_no_room_or_no_home_cost_nothing_but_a_sentence(world):
     steps = "STEPS = {350: lambda night: (said(saves.save()), fact('list', saves.listed()))}"
     (world.folder / "inTheWay").write_bytes(b"")

@@ -65,6 +65,14 @@ def _size(variable: str, default: tuple[int, int]) -> tuple[int, int]:
     return int(sides[1]), int(sides[2])
 
 
+def _numbers(variable: str) -> list[int]:
+    """The whole numbers in an environment variable, with commas between them."""
+    text = _text(variable)
+    if text and not re.fullmatch('[0-9]{1,9}(,[0-9]{1,9})*', text):
+        raise _refusal(variable, text, 'whole numbers with commas between them, like 60,120,')
+    return [int(number) for number in text.split(',') if number]
+
+
 def _file(variable: str) -> str:
     """The file that an environment variable names; a relative path counts from the folder the game was started in."""
     text = _text(variable)
@@ -95,6 +103,9 @@ verbose = _switch('KAVEL_VERBOSE')
 #: File that the last frame is written to; empty for none. A level with views writes one file a view, out-NAME.png.
 screenshot = _file('KAVEL_SCREENSHOT')
 
+#: Frames that are written in place of the last one, out-FRAME.png each; empty for that one.
+shots = _numbers('KAVEL_SHOTS')
+
 #: WAV that the sound of a headless run is written to; empty for none.
 sound = _file('KAVEL_SOUND')
 if sound and not headless:
@@ -119,11 +130,11 @@ replay = _file('KAVEL_REPLAY')
 #: File that the run's input is recorded in; empty for none.
 record = _file('KAVEL_RECORD')
 
-#: Whether frames are run and not drawn, for a run of which only the play counts.
+#: Whether frames are run and not drawn, for a run of which only the play counts, or none but the `shots`.
 undrawn = _switch('KAVEL_UNDRAWN')
-if undrawn and (screenshot or not headless):
+if undrawn and (screenshot and not shots or not headless):
     raise ValueError("KAVEL_UNDRAWN is '1', where nothing may stand: only a run with KAVEL_HEADLESS=1 and without "
-                     "KAVEL_SCREENSHOT can do without pictures")
+                     "KAVEL_SCREENSHOT, unless that is of KAVEL_SHOTS, can do without pictures")
 
 #: File that a hash of the whole state goes to after every frame; empty for none.
 digest = _file('KAVEL_DIGEST')

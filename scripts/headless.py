@@ -1,7 +1,9 @@
 """Runs of a set length: pictures on the way, and in the last frame the picture and the state, which is logged.
 
 A level may have views, pairs of a name and a function that turns the camera to something. They share the frames, and
-each is written to a file of its own: with the screenshot out.png and a view '1-spot' that is out-1-spot.png.
+each is written to a file of its own: with the screenshot out.png and a view '1-spot' that is out-1-spot.png. In place
+of views there may be frames whose pictures are wanted, the shots: those of a playthrough, in which nobody turns the
+camera. A run that is not drawn draws them, and a few frames before each.
 
 What is to be done hangs on the game loop and on no object of a level, so that a level cannot lose it. A step that
 raises ends the run with exit code 1.
@@ -20,6 +22,8 @@ from perLevel import PerLevel
 
 #: A view needs a frame to arrive in and one whose picture is written.
 LEAST_FRAMES = 2
+#: Frames drawn up to a shot in a run that is not drawn: what follows the picture before, as the eye does, has come up.
+SETTLING = 8
 
 #: Name, and the function that turns the camera.
 View = tuple[str, Callable[[], object]]
@@ -34,7 +38,7 @@ def watch(coordinator: kaVel.Coordinator, views: Sequence[View] = ()):
     A run whose pictures or sound have nowhere to go ends at once, with exit code 1: better than when all its frames
     have run.
     """
-    views = _wanted(views)
+    views = [] if GameConfig.shots else _wanted(views)
     results = [('screenshot', _pictureFile(suffix)) for suffix in _suffixes(views)] + [('sound', GameConfig.sound)]
     closed = [result for result in results if result[1] and not _isWritable(result[1])]
     if closed:
@@ -71,7 +75,7 @@ def _wanted(views: Sequence[View]) -> list[View]:
 
 def _suffixes(views: Sequence[View]):
     """What the files of the run's pictures have behind the stem of their name."""
-    return ['-' + name for name, _ in views] or ['']
+    return ['-' + name for name, _ in views] or ['-%d' % shot for shot in GameConfig.shots] or ['']
 
 
 def _pictureFile(suffix: str):
@@ -94,9 +98,27 @@ def _plan(views: Sequence[View], first: int, last: int):
         arrival, picture = first + number * frames // len(views), first - 1 + (number + 1) * frames // len(views)
         steps.setdefault(arrival, []).append(show)
         steps.setdefault(picture, []).append(lambda name=name: _capture('-' + name))
-    if not views:
+    if GameConfig.shots:
+        _planShots(steps, first)
+    elif not views:
         steps[last] = [_capture]
     return steps
+
+
+def _planShots(steps: dict[int, list[Callable[[], object]]], first: int):
+    """Adds the pictures of single frames, and what has them drawn where no others are."""
+    drawn = {frame for shot in GameConfig.shots for frame in range(max(first, shot - SETTLING), shot + 1)}
+    for frame in sorted(drawn) if GameConfig.undrawn else ():
+        if frame - 1 not in drawn:
+            steps.setdefault(frame, []).append(lambda: _draw(True))
+        if frame + 1 not in drawn:
+            steps.setdefault(frame + 1, []).append(lambda: _draw(False))
+    for shot in GameConfig.shots:
+        steps.setdefault(shot, []).append(lambda shot=shot: _capture('-%d' % shot))
+
+
+def _draw(isDrawn: bool):
+    kaVel.getSystem('GraphicsSystem2').withoutDrawing = not isDrawn
 
 
 def _doFrame():

@@ -57,6 +57,8 @@ def shakeLight(level: kaVel.Object, amount: float):
 FIGURES_BELOW, SELDOM, OFTEN = 60.0, (25.0, 60.0), (6.0, 14.0)
 #: How far away he stands, metres; how long at most, seconds.
 NEAREST, FARTHEST, LONGEST = 3.0, 8.0, 4.0
+#: Where a passage leaves him no such place he is close by, thin against its wall. Metres, nearest last.
+CLOSE_BY = (2.4, 1.9, 1.55, 1.3, 1.1)
 #: Where he comes, as shares of the half view, and from which share inwards he is gone.
 EDGE, LOOKED_AT = (0.66, 0.95), 0.5
 #: Luminance that he does not come into, and from which on he is gone.
@@ -84,7 +86,7 @@ class _Figure:
         self.clock = LevelClock(self.figure)
         # Dice of their own: what is not there has no part in the chance of what happens.
         self.dice = random.Random('figure %d' % GameConfig.seed)
-        self.due, self.gone = 0.0, 0.0
+        self.due, self.gone, self.least = 0.0, 0.0, 0.0
         onFrame(self.figure, self.doFrame)
 
     def doFrame(self):
@@ -108,23 +110,38 @@ class _Figure:
         """Tries one place; where it will not do, the next one is tried soon."""
         self.due = self.clock.seconds() + 0.4
         side, share = self.dice.choice((-1, 1)), self.dice.uniform(*EDGE)
-        distance = self.dice.uniform(NEAREST, FARTHEST)
         eye, heading = self.eye()
         turn = heading + math.degrees(side * share * self.halfView())
+        map = self.map()
+        if not map:
+            return
+        for distance in (self.dice.uniform(NEAREST, FARTHEST), *CLOSE_BY):
+            feet = self.placeAt(map, eye, turn, distance)
+            if feet:
+                self.stand(feet, turn, distance)
+                return
+
+    def placeAt(self, map: kaVel.MapRootEntity, eye: kaVel.Vec4, turn: float, distance: float) -> kaVel.Vec4 | None:
+        """The place of his feet in a direction, if he can be there: not in a wall, in light, or behind something."""
         feet = self.player.getComponent('transform').position.y - HEIGHT / 2
         x, _, z = around((eye.x, 0, eye.z), turn, 0, 0, distance)
-        map = self.map()
         breast = kaVel.Vec4(x, feet + 1.3, z, 1)
+        wide = 0.5 if distance >= NEAREST else 0.25
         aside = [kaVel.Vec4(*around((x, feet + 0.5, z), turn, across, 0, ahead), 1)
-                 for across, ahead in ((-0.5, 0), (0.5, 0), (0, 0.5))]
-        before = kaVel.Vec4(*around((eye.x, eye.y, eye.z), turn, 0, 0, 0.5), 1)  # the eye itself is within the body
-        # Nobody stands in a wall, in light, or where something hides him.
-        if not map or kaVel.Reflection.lightAt(map, breast) > DARK or \
-                not all(kaVel.Reflection.isLineFree(map, end, place) for place in aside for end in (before, breast)):
-            return
-        kaVel.configure(self.figure.getComponent('transform'), position=kaVel.Vec4(x, feet, z, 1),
+                 for across, ahead in ((-wide, 0), (wide, 0), (0, wide))]
+        # The eye itself is within the body.
+        before = kaVel.Vec4(*around((eye.x, eye.y, eye.z), turn, 0, 0, min(0.5, distance / 3)), 1)
+        isFree = kaVel.Reflection.isLineFree
+        if kaVel.Reflection.lightAt(map, breast) > DARK or \
+                not all(isFree(map, end, place) for place in aside for end in (before, breast)):
+            return None
+        return kaVel.Vec4(x, feet, z, 1)
+
+    def stand(self, feet: kaVel.Vec4, turn: float, distance: float):
+        kaVel.configure(self.figure.getComponent('transform'), position=feet,
                         orientation=kaVel.Quaternion.fromAxisAngle(kaVel.Vec4(0, 1, 0, 0), math.radians(turn + 180)))
         self.look.visible = True
+        self.least = 0.6 * distance
         self.gone = self.clock.seconds() + self.dice.uniform(0.4, 1.0) * LONGEST
 
     def isFoundOut(self):
@@ -135,7 +152,7 @@ class _Figure:
         off = abs((math.degrees(math.atan2(right, ahead)) - heading + 180) % 360 - 180)
         map = self.map()
         return not map or off < math.degrees(LOOKED_AT * self.halfView()) or \
-            math.hypot(right, ahead) < 0.6 * NEAREST or \
+            math.hypot(right, ahead) < self.least or \
             kaVel.Reflection.lightAt(map, kaVel.Vec4(place.x, place.y + 1.3, place.z, 1)) > LIT
 
     def map(self) -> kaVel.MapRootEntity | None:

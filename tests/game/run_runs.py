@@ -18,6 +18,24 @@ def test_no_level_keeps_a_run_from_its_last_frame_and_picture(world):
         assert png.read(world.folder / f"{name}.png").width > 0
 
 
+def difference(one, other):
+    """Of two pictures of one size, in levels of 255 on the average."""
+    return sum(abs(a - b) for row, like in zip(one.rows, other.rows)
+               for a, b in zip(row, like)) / sum(map(len, one.rows))
+
+
+def test_shots_show_their_frames_in_a_run_that_draws_no_others(world):
+    run = world.run(frames=40, screenshot="room.png", KAVEL_SHOTS="12,30", KAVEL_UNDRAWN="1", KAVEL_SIZE="160x90")
+    run.expect_code(0)
+    assert not (world.folder / "room.png").exists(), "the last frame is none of them"
+    world.run(frames=30, screenshot="drawn.png", KAVEL_SIZE="160x90").expect_code(0)
+    drawn = png.read(world.folder / "drawn.png")
+    first, second = (difference(png.read(world.folder / f"room-{frame}.png"), drawn) for frame in (12, 30))
+    # What is remembered of pictures before is not the same to the bit.
+    assert second < 0.05 < first, f"{second}, {first}: each as its own frame is where all are drawn"
+    world.run(KAVEL_SHOTS="12,,30", KAVEL_VERBOSE="1").expect("like 60,120")
+
+
 def test_a_view_that_fails_ends_the_run_with_1(world):
     for shown in ("lambda: nowhere", "None", "lambda: kaVel.send('NoSuchMessage')"):
         world.write("scripts/levels/Viewed.py",

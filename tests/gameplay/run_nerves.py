@@ -240,6 +240,18 @@ def test_somebody_stands_at_the_edge_of_sight_and_is_gone_when_looked_at(world):
     assert not notes(play(world, 1200, FIGURES % (1, 80, 0), rate=20), "figure"), "a sound mind sees nobody"
 
 
+def test_somebody_stands_close_by_in_a_passage_of_two_metres(world):
+    walls = """
+
+def furnish(map):
+    for x in (-1.2, 1.2):
+        place.Block(map, 'side', at=(x, 0, 0), size=(0.3, 3, 16))
+"""
+    seen = [float(angle) for angle in notes(play(world, 2400, FIGURES % (1, 20, 0) + walls, rate=20), "figure")]
+    assert len(seen) > 40, len(seen)
+    assert min(seen) > 17, "never in the middle"
+
+
 BEAM = """
 def begin(coordinator, player, map):
     player.getComponent('player').batteryLifetime = %g

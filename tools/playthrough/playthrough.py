@@ -4,6 +4,7 @@
   playthrough.py check [NAME...]              replay the recordings, all without a name, and tell the first difference
   playthrough.py compare OLD NEW NAME         replay one with two builds and tell the first difference, value by value
   playthrough.py meter [NAME...]              replay without hashing and tell what frames cost
+  playthrough.py pictures NAME FOLDER         replay one and write pictures of it: twelve, or those of --frames a,b,c
   playthrough.py bisect GOOD BAD NAME         find the commit behind GOOD, up to BAD, that changed what is played
 
 What is recorded lies in tests/playthrough: the input, and a hash of every field of every object after every frame.
@@ -34,6 +35,10 @@ def arguments():
     commands.add_parser("record").add_argument("names", nargs="+", metavar="NAME")
     commands.add_parser("check").add_argument("names", nargs="*", metavar="NAME")
     commands.add_parser("meter").add_argument("names", nargs="*", metavar="NAME")
+    pictures = commands.add_parser("pictures")
+    pictures.add_argument("name")
+    pictures.add_argument("folder", type=pathlib.Path)
+    pictures.add_argument("--frames", metavar="A,B,C", help="instead of twelve over the whole of it")
     compare = commands.add_parser("compare")
     compare.add_argument("old", type=pathlib.Path)
     compare.add_argument("new", type=pathlib.Path)
@@ -109,6 +114,19 @@ def meter(options):
     return False
 
 
+def pictures(options):
+    recording = named(options.name)
+    count = sketches.frames(recording.digest)
+    asked = options.frames.split(",") if options.frames else [str(count * part // 13) for part in range(1, 13)]
+    if not all(frame.isdigit() and 0 < int(frame) < count for frame in asked):
+        sys.exit(f"--frames {options.frames}: frames from 1 to {count - 1} of {options.name}, with commas between them")
+    options.folder.mkdir(parents=True, exist_ok=True)
+    frames = [int(frame) for frame in asked]
+    for file in Player.of_build(options.build).pictures(recording, frames, options.folder):
+        print(file)
+    return False
+
+
 def bisect(options):
     recording = named(options.name)
     commits = git("rev-list", "--first-parent", "--reverse", f"{options.good}..{options.bad}").split()
@@ -150,7 +168,8 @@ def main():
             for name in options.names:
                 record(options, name)
             return 0
-        return {"check": check, "compare": compare, "bisect": bisect, "meter": meter}[options.command](options)
+        done = {"check": check, "compare": compare, "bisect": bisect, "meter": meter, "pictures": pictures}
+        return done[options.command](options)
     except RunFailed as failure:
         return str(failure)
 

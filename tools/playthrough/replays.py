@@ -56,6 +56,13 @@ class Player:
             peak = self._replay(folder, recording, sketches.frames(recording.digest), KAVEL_METER=f"{folder}/meter")
             return Costs.read(read_text(f"{folder}/meter"), peak / 1024)
 
+    def pictures(self, recording, frames, target):
+        """Writes the pictures of some frames of a replay into a folder; their files."""
+        with tempfile.TemporaryDirectory() as folder:
+            self._replay(folder, recording, max(frames) + 1, KAVEL_SHOTS=",".join(map(str, frames)),
+                         KAVEL_SCREENSHOT=str(pathlib.Path(target).resolve() / f"{recording.course}.png"))
+        return [pathlib.Path(target) / f"{recording.course}-{frame}.png" for frame in frames]
+
     def _replay(self, folder, recording, frames, **words):
         pathlib.Path(folder, "input").write_text(recording.input, encoding="utf-8")
         words.update(KAVEL_REPLAY=f"{folder}/input", KAVEL_FRAMES=str(frames), KAVEL_LEVEL=recording.level,

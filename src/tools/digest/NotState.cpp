@@ -80,11 +80,13 @@ constexpr const char *fields[] = {
     "BTComponent::activeRoot",
     "BoundingVolume::siblings",
     "Coordinator::knownMaps",
+    "CreatureAction::known",
     "GraphicsComponent2::objectChanges",
     "MapDataComponent::searched",
     "PerceptionManager::bodyChanges",
     "PerceptionManager::playerChanges",
     "PhysicsComponent::objectChanges",
+    "SteeringComponent::moved",
 };
 } // namespace
 

@@ -161,6 +161,35 @@ TEST_F(Console, WhatIsTypedWithinOneFrameArrivesWhole)
     EXPECT_EQ(line(), "ls");
 }
 
+TEST_F(Console, LineIsEditedWhereItsCursorStands)
+{
+    open();
+    type("one two");
+    const auto after = [this](std::initializer_list<int> keys)
+    {
+        for (const int each : keys)
+            tap(each);
+        frame();
+        return line();
+    };
+    EXPECT_EQ(after({VK_LEFT, VK_LEFT, 'X'}), "one txwo") << "in the order in which it was typed";
+    EXPECT_EQ(after({VK_HOME, VK_DELETE, 'S'}), "sne txwo");
+    EXPECT_EQ(after({VK_BACK, VK_BACK, 'O'}), "one txwo") << "nothing stands before the first one";
+    key(VK_CONTROL);
+    tap(VK_RIGHT);
+    key(VK_CONTROL, false);
+    EXPECT_EQ(after({'S', VK_END, VK_BACK}), "ones txw");
+    EXPECT_EQ(after({VK_LEFT, VK_ESCAPE, 'A', 'B'}), "ab");
+
+    system().setCurrentEntryLine(SCS("\xC3\xA4\xE2\x82\xAC"));
+    EXPECT_EQ(after({VK_LEFT, VK_BACK, VK_DELETE, VK_DELETE, 'C'}), "c") << "whole characters go";
+    const std::string shown = text("EntText2");
+    frame();
+    EXPECT_EQ(std::set<std::string>({shown, text("EntText2")}), std::set<std::string>({"c", "c|"}));
+    after({VK_LEFT});
+    EXPECT_TRUE(text("EntText2") == "|c" || text("EntText2") == " c") << text("EntText2");
+}
+
 TEST_F(Console, UpGivesTheNewestLineFirstAndDownTheLiveLineLast)
 {
     for (const char *each : {"one", "two", "three"})

@@ -235,23 +235,38 @@ def test_a_script_of_commands_that_is_wrong_costs_its_commands_only(world):
     expect_answer(run, "> 1 + 1", "2")
 
 
-def test_the_key_left_of_1_opens_it_on_any_layout_and_the_history_outlives_the_game(world):
+#: The code of the key left of 1, whatever stands on it.
+LEFT_OF_1_HOST = "49"
+
+#: A layout -> a line, and the codes of the keys that it is typed by.
+LAYOUTS = {
+    "us": ("help", ("43", "26", "46", "33")),
+    "de": ("h\u00e4lp", ("43", "48", "46", "33")),
+    "fr": ("aide", ("24", "31", "40", "26")),  # its a stands where q does elsewhere
+}
+
+
+def test_the_key_left_of_1_opens_it_on_any_layout_and_types_what_stands_on_the_keys(world):
     world.write("scripts/levels/Room.py", ROOM)
     state = {"XDG_STATE_HOME": str(world.folder / "state")}
+    lines = []
     with Display() as display:
-        for layout, typed in (("us", "help"), ("de", "Up")):
+        for layout, (line, keys) in LAYOUTS.items():
             os.system(f"DISPLAY={display.name} setxkbmap {layout}")
             with Game(world, display, "Room", **state) as running:
                 running.focus()
-                running.press("49")  # the code of the key, whatever stands on it
+                running.press(LEFT_OF_1_HOST)  # whatever stands on it: a dead accent waits for no letter
                 running.until_logged("down 192")
-                for key in typed if layout == "us" else (typed,):
+                for key in (*keys, "36"):
                     running.press(key)
-                running.press("Return")
-                running.until_logged("== COMMAND LIST ==")
+                running.until_logged(f"Information: {line}")
+                running.press(LEFT_OF_1_HOST)
+                running.press("43")
+                running.until_logged("down 72")
                 assert running.quit() == 0
+            lines.append(line)
     history = world.folder / "state" / "mornal" / "consoleHistory"
-    assert history.read_text(encoding="utf-8") == "help\nhelp\n"
+    assert history.read_text(encoding="utf-8") == "".join(line + "\n" for line in lines)
 
 
 if __name__ == "__main__":

@@ -38,6 +38,12 @@ WindowSystem2 &window()
     return getSystemDeref<WindowSystem2>();
 }
 
+bool textIsWanted()
+{
+    const TextCapture *const capture = TextCapture::current();
+    return capture && capture->wantsText();
+}
+
 WindowCoordinate toNormalized(float x, float y)
 {
     return window().convertWindowCoordinate(WindowCoordinate(x, y, WCS_PIXEL, WCS_PIXEL), WCS_NORMALIZED,
@@ -83,8 +89,7 @@ void InputSystem::letGo()
 
 void InputSystem::update()
 {
-    const TextCapture *const capture = TextCapture::current();
-    inDev.update(capture && capture->wantsText());
+    inDev.update(textIsWanted());
 }
 
 void InputSystem::processWM_INPUT(WPARAM, LPARAM lParam)
@@ -157,11 +162,12 @@ void InputSystem::processKey(const RAWINPUT &input)
         PostQuitMessage(0);
 
     // The key that opens or closes a text entry types nothing into it.
-    const TextCapture *capture = TextCapture::current();
-    const bool typing = capture && capture->wantsText();
+    const bool typing = textIsWanted();
     keyTypes = false;
     if (!repeated)
         keyDown(key);
+    if (textIsWanted() != typing)
+        port::forgetComposition();
     if (typing)
         captureText(key, repeated, input.header.hDevice == nullptr);
 }
@@ -173,8 +179,10 @@ void InputSystem::captureText(unsigned key, bool repeated, bool typesByTable)
     if (!capture || !capture->wantsText() || capture->takesKey(key, repeated))
         return;
     keyTypes = true;
-    const unsigned code = convertToAscii(key);
-    if (code == 0 || (isTypedCharacter(code) && (heldKeys[VK_CONTROL] || heldKeys[VK_MENU])))
+    unsigned code = heldKeys[VK_MENU] ? 0 : convertToAscii(key);
+    if (heldKeys[VK_CONTROL])
+        code = withControl(code);
+    if (code == 0)
         return;
     if (!isTypedCharacter(code))
         capture->add(code);

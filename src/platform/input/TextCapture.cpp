@@ -7,6 +7,7 @@ namespace
 TextCapture *currentCapture = nullptr;
 
 constexpr unsigned FIRST_ARROW = 500; ///< beyond every character; the four arrows follow the order of their key codes
+constexpr unsigned HOME = 504, END = 505;
 
 struct TypedKey
 {
@@ -54,8 +55,18 @@ unsigned typedCode(unsigned key, bool shift, bool capsLock)
         return key - VK_NUMPAD0 + '0';
     if (key >= VK_LEFT && key <= VK_DOWN)
         return key - VK_LEFT + FIRST_ARROW;
+    if (key == VK_HOME || key == VK_END)
+        return key == VK_HOME ? HOME : END;
     if (key == VK_BACK || key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE)
         return key;
     constexpr unsigned deleteCharacter = 127;
     return key == VK_DELETE ? deleteCharacter : punctuationCode(key, shift);
+}
+
+unsigned withControl(unsigned code)
+{
+    constexpr unsigned left = 500, right = 502, wordLeft = 506, wordRight = 507;
+    if (code == left || code == right)
+        return code == left ? wordLeft : wordRight;
+    return 0;
 }

@@ -73,6 +73,14 @@ BOOL PeekMessageA(LPMSG msg, HWND hWnd, UINT first, UINT last, UINT removeMsg);
 /// @return whether it was a key message
 BOOL TranslateMessage(const MSG *msg);
 
+namespace port
+{
+
+/// Forgets an accent or the like that waits for the letter below it: what is typed next begins anew.
+void forgetComposition();
+
+} // namespace port
+
 /// Calls the window's procedure; 0 where the window is gone.
 LRESULT DispatchMessageA(const MSG *msg);
 

@@ -357,6 +357,14 @@ void SdlPlatform::handleText(const SDL_TextInputEvent &event)
         postTo(target, WM_CHAR, units[i], 1);
 }
 
+void SdlPlatform::forgetComposition()
+{
+    if (!SDL_IsTextInputActive())
+        return;
+    SDL_StopTextInput();
+    SDL_StartTextInput();
+}
+
 bool SdlPlatform::hearsMouse(HWND target) const
 {
     return mouse.registered && target == activeWindow;

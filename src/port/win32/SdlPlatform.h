@@ -76,6 +76,7 @@ public:
 
     BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size) override;
     UINT GetRawInputData(HRAWINPUT rawInput, UINT command, LPVOID data, PUINT size, UINT headerSize) override;
+    void forgetComposition() override;
     bool postRawInput(const RAWINPUT &input) override;
 
     SDL_Window *sdlWindow(HWND hWnd) override;

@@ -35,6 +35,11 @@ const std::vector<DisplayMode> &displayModes()
     return win32Platform().displayModes();
 }
 
+void forgetComposition()
+{
+    win32Platform().forgetComposition();
+}
+
 bool postRawInput(const RAWINPUT &input)
 {
     return win32Platform().postRawInput(input);

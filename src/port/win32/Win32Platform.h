@@ -65,6 +65,7 @@ public:
 
     virtual BOOL RegisterRawInputDevices(const RAWINPUTDEVICE *devices, UINT count, UINT size) = 0;
     virtual UINT GetRawInputData(HRAWINPUT rawInput, UINT command, LPVOID data, PUINT size, UINT headerSize) = 0;
+    virtual void forgetComposition() = 0;
     virtual bool postRawInput(const RAWINPUT &input) = 0;
 
     virtual SDL_Window *sdlWindow(HWND hWnd) = 0;

@@ -275,10 +275,8 @@ bool ConsoleComponent::takesKey(int key, bool repeated)
     case VK_NEXT:
         scroll(-rows / 2);
         return true;
-    case VK_END:
-        scroll(-static_cast<int>(back));
-        return true;
     case VK_ESCAPE:
+        caret.toEnd();
         getSystemDeref<ConsoleSystem>().setCurrentEntryLine(String());
         return true;
     default:

@@ -4,6 +4,7 @@
 #include "tools/console/ConsoleCommand.h"
 #include "tools/console/ConsoleRows.h"
 #include "tools/console/ConsoleScreen.h"
+#include "tools/console/LineCaret.h"
 
 #include "engine/entities/SimpleComponent.h"
 
@@ -126,6 +127,7 @@ private:
     Handle<Object> construct(const String &module, const String &pattern, const Handle<Object> &map, Vec4 place);
 
     void takeToken(const String &token, ConsoleSystem &console);
+    bool moveCaret(const String &token, const String &line);
     void takeLine(ConsoleSystem &console);
     void complete(ConsoleSystem &console);
     void findWays(const String &line);
@@ -148,6 +150,7 @@ private:
     int complaintCount = 0;
     int spawned = 0; ///< objects, for their names
     bool cursorShown = false;
+    LineCaret caret;        ///< of the input row
     bool logIsStale = true; ///< another part of the log is to be shown
     std::size_t back = 0;   ///< rows that the text on screen ends above the log's end
     ConsoleRows::Choice choice;

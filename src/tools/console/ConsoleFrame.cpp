@@ -2,6 +2,7 @@
 #include "tools/console/ConsoleComponent.h"
 
 #include "object/reflection/SavedArguments.h"
+#include "tools/console/Characters.h"
 #include "tools/console/ConsoleSystem.h"
 #include "tools/console/TextBuffSystem.h"
 
@@ -12,11 +13,6 @@ namespace
 {
 constexpr int MOST_WAYS_SHOWN = 8;
 constexpr char BACKSPACE = '\b';
-
-String withoutLast(const String &text)
-{
-    return text.empty() ? text : text.slice(0, static_cast<ssize_t>(text.size()) - 1);
-}
 
 /// What stands before the next of a mark; both are taken off the text.
 std::string_view takeUntil(std::string_view &text, char mark)
@@ -54,7 +50,8 @@ void ConsoleComponent::doFrame()
     showLog(console);
     findWays(console.getCurrentHistoryEntry());
     cursorShown = !cursorShown;
-    screen.setLine(*entity, console.getCurrentHistoryEntry() + (cursorShown ? SCS("|") : String()));
+    screen.setLine(*entity, console.getCurrentHistoryEntry(), caret.place(console.getCurrentHistoryEntry()),
+                   cursorShown);
     screen.setWatch(*entity, watchText);
     screen.setWays(*entity, describeWays());
 }
@@ -64,18 +61,45 @@ void ConsoleComponent::takeToken(const String &token, ConsoleSystem &console)
     if (token.empty())
         return;
     const String line = console.getCurrentHistoryEntry();
+    if (moveCaret(token, line))
+        return;
+    const bool isLook = token == SCS("UP") || token == SCS("DOWN");
+    if (isLook || token == SCS("\n") || token == SCS("TAB"))
+        caret.toEnd();
     if (token == SCS("UP"))
         console.prevHistoryEntry();
     else if (token == SCS("DOWN"))
         console.nextHistoryEntry();
+    else if (token == SCS("DELETE"))
+        console.setCurrentEntryLine(caret.erasedBehind(line));
     else if (token == SCS("\n"))
         takeLine(console);
     else if (token == SCS("TAB"))
         complete(console);
     else if (token.size() == 1 && token[0] == BACKSPACE)
-        console.setCurrentEntryLine(withoutLast(line));
+        console.setCurrentEntryLine(caret.erasedBefore(line));
     else
-        console.setCurrentEntryLine(line + token);
+        console.setCurrentEntryLine(caret.typed(line, token));
+}
+
+/// Moves in the line, which stays; false for a token that means something else.
+bool ConsoleComponent::moveCaret(const String &token, const String &line)
+{
+    if (token == SCS("LEFT"))
+        caret.left(line);
+    else if (token == SCS("RIGHT"))
+        caret.right(line);
+    else if (token == SCS("WORDLEFT"))
+        caret.wordLeft(line);
+    else if (token == SCS("WORDRIGHT"))
+        caret.wordRight(line);
+    else if (token == SCS("HOME"))
+        caret.toBegin(line);
+    else if (token == SCS("END"))
+        caret.toEnd();
+    else
+        return false;
+    return true;
 }
 
 void ConsoleComponent::takeLine(ConsoleSystem &console)
@@ -142,15 +166,15 @@ String ConsoleComponent::describeWays() const
     const int end = std::min(first + MOST_WAYS_SHOWN, count);
     std::size_t width = 0;
     for (int i = first; i < end; ++i)
-        width = std::max(width, ways[static_cast<std::size_t>(i)].shown.size());
+        width = std::max(width, charactersOf(ways[static_cast<std::size_t>(i)].shown));
     std::string text;
     for (int i = first; i < end; ++i)
     {
         const Way &way = ways[static_cast<std::size_t>(i)];
         std::string row = (i == chosenWay ? "> " : "  ") + way.shown;
-        row.resize(width + 4, ' ');
+        row.resize(row.size() + width + 2 - charactersOf(way.shown), ' ');
         row += way.sentence;
-        row.resize(std::min<std::size_t>(row.size(), static_cast<std::size_t>(screen.charsAcross())));
+        row.resize(bytesOf(row, static_cast<std::size_t>(screen.charsAcross())));
         text += row + '\n';
     }
     if (end < count)

@@ -1,5 +1,7 @@
 #include "tools/console/ConsoleRows.h"
 
+#include "tools/console/Characters.h"
+
 #include <algorithm>
 #include <cctype>
 #include <string_view>
@@ -9,21 +11,6 @@ namespace
 constexpr std::size_t USUAL_INDENT = 4;
 /// Narrower than this nothing can be read.
 constexpr std::size_t FEWEST_CHARACTERS = 8;
-
-bool beginsCharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
-}
-
-/// Bytes of the longest beginning of a text that has no more than so many characters.
-std::size_t bytesOf(std::string_view text, std::size_t characters)
-{
-    std::size_t at = 0;
-    for (std::size_t count = 0; at < text.size(); ++at)
-        if (beginsCharacter(text[at]) && ++count > characters)
-            break;
-    return at;
-}
 
 /// Where a text that is too long for its row is to be broken: behind its last blank, if that leaves half a row.
 std::size_t breakOf(std::string_view text, std::size_t characters)

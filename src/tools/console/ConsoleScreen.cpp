@@ -1,5 +1,7 @@
 #include "tools/console/ConsoleScreen.h"
 
+#include "tools/console/Characters.h"
+
 #include "assets/cache/AssetUploader.h"
 #include "assets/cache/DynamicTextureAsset.h"
 #include "engine/entities/ComponentKeys.h"
@@ -10,6 +12,8 @@
 #include "rendering/drawn/TextComponent2.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
 
 namespace
 {
@@ -176,11 +180,21 @@ void ConsoleScreen::setLog(Object &console, const Content &content)
     setText(console, "Warnings", content.warnings);
 }
 
-void ConsoleScreen::setLine(Object &console, const String &line)
+void ConsoleScreen::setLine(Object &console, const String &line, std::size_t caret, bool cursorShown)
 {
-    const int room = charsAcross() - 2;
-    const int length = static_cast<int>(line.size());
-    setText(console, "EntText2", length > room ? line.slice(length - room) : line);
+    std::string text = line.toCString();
+    const std::size_t cursorAt = charactersOf(std::string_view(text).substr(0, caret));
+    // Within the line a blank holds the cursor's place while it is not shown, so that nothing jumps.
+    if (cursorShown)
+        text.insert(caret, 1, '|');
+    else if (caret < text.size())
+        text.insert(caret, 1, ' ');
+    const auto room = static_cast<std::size_t>(charsAcross() - 2);
+    const std::size_t length = charactersOf(text);
+    const std::size_t first = std::min(length > room ? length - room : 0, cursorAt);
+    text.erase(0, bytesOf(text, first));
+    text.resize(bytesOf(text, room));
+    setText(console, "EntText2", String::copyFrom(text));
 }
 
 void ConsoleScreen::setWatch(Object &console, const String &text)

@@ -33,8 +33,9 @@ public:
     void layOut(Object &console, int rows, int charsPerRow, int alpha);
     /// Shows what the log has.
     static void setLog(Object &console, const Content &content);
-    /// Shows the line, or its end where it is too long.
-    void setLine(Object &console, const String &line);
+    /// Shows the line with its cursor, or where it is too long the part around it.
+    /// @param caret  bytes of the line before the cursor
+    void setLine(Object &console, const String &line, std::size_t caret, bool cursorShown);
     static void setWatch(Object &console, const String &text);
     /// Shows the ways to go on; an empty text hides their place.
     void setWays(Object &console, const String &text);

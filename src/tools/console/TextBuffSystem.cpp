@@ -1,5 +1,6 @@
 #include "tools/console/TextBuffSystem.h"
 
+#include "tools/console/Characters.h"
 #include "tools/console/ConsoleComponent.h"
 
 #include "engine/debug/GlobalConfigSystem.h"
@@ -7,26 +8,52 @@
 #include "platform/input/InputSystem.h"
 #include "platform/input/TextCapture.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace
 {
 // Codes of keys as `TextCapture::add` has them.
 constexpr unsigned BACKSPACE = 8, TAB = 9, ENTER = 13, FIRST_PRINTABLE = 32, LAST_PRINTABLE = 126, UP = 501, DOWN = 503;
 
+/// Marks a character among the codes of keys.
+constexpr unsigned CHARACTER = 0x80000000u;
+
 bool isPrintable(unsigned key)
 {
-    return key >= FIRST_PRINTABLE && key <= LAST_PRINTABLE;
+    return (key >= FIRST_PRINTABLE && key <= LAST_PRINTABLE) || (key & CHARACTER);
 }
 
 String textOf(unsigned key)
 {
-    const char letter = static_cast<char>(key);
-    return String::copyFrom(&letter, 1);
+    return String::copyFrom(utf8Of(key & ~CHARACTER));
+}
+
+/// A key that moves in the line or takes from it, and its token.
+struct EditKey
+{
+    unsigned key;
+    String token;
+};
+
+const EditKey editKeys[] = {
+    {127, SCS("DELETE")}, {500, SCS("LEFT")},     {502, SCS("RIGHT")},     {504, SCS("HOME")},
+    {505, SCS("END")},    {506, SCS("WORDLEFT")}, {507, SCS("WORDRIGHT")},
+};
+
+const EditKey *editKeyOf(unsigned key)
+{
+    const auto found =
+        std::find_if(std::begin(editKeys), std::end(editKeys), [key](const EditKey &each) { return each.key == key; });
+    return found != std::end(editKeys) ? found : nullptr;
 }
 
 /// Whether a buffer means something else than its letters.
 bool isToken(const String &text)
 {
-    return text == SCS("UP") || text == SCS("DOWN") || text == SCS("TAB");
+    return text == SCS("UP") || text == SCS("DOWN") || text == SCS("TAB") ||
+           std::any_of(std::begin(editKeys), std::end(editKeys),
+                       [&text](const EditKey &each) { return each.token == text; });
 }
 } // namespace
 
@@ -39,6 +66,7 @@ public:
 
     bool wantsText() const override { return system.isCapturing(); }
     void add(unsigned key) override { system.type(key); }
+    void addCharacter(char32_t character) override { system.type(static_cast<unsigned>(character) | CHARACTER); }
     bool takesKey(unsigned key, bool repeated) override
     {
         const auto console = ConsoleComponent::ofCurrentLevel().lookup();
@@ -85,9 +113,19 @@ void TextBuffSystem::add(unsigned key)
 void TextBuffSystem::type(unsigned key)
 {
     if (waiting.empty() && isTakenWhole(key))
-        add(key);
+        take(key);
     else
         waiting.push_back(key);
+}
+
+void TextBuffSystem::take(unsigned key)
+{
+    if (const EditKey *const edit = editKeyOf(key))
+        buffer = edit->token;
+    else if (key & CHARACTER)
+        buffer = buffer + textOf(key);
+    else
+        add(key);
 }
 
 bool TextBuffSystem::isTakenWhole(unsigned key) const
@@ -103,7 +141,7 @@ bool TextBuffSystem::refill()
     const bool any = !waiting.empty();
     while (!waiting.empty() && isTakenWhole(waiting.front()))
     {
-        add(waiting.front());
+        take(waiting.front());
         waiting.pop_front();
     }
     return any;

@@ -10,8 +10,8 @@
 
 /// Text typed since it was last cleared, while the console is open.
 ///
-/// The buffer holds either one token ("UP", "DOWN", "TAB", a newline, a backspace) or plain text, as long as its reader
-/// keeps up. What was typed faster than that waits behind it, in order, and comes with `refill`. While it captures, keys
+/// The buffer holds either one token ("UP", "DOWN", "TAB", a newline, a backspace, and "LEFT", "RIGHT", "HOME", "END",
+/// "WORDLEFT", "WORDRIGHT", "DELETE", which only a keyboard makes) or plain text in UTF-8, as long as its reader keeps up. What was typed faster than that waits behind it, in order, and comes with `refill`. While it captures, keys
 /// and buttons are dropped for the game, and pads rest: see `InputSystem::setNoOp`.
 class TextBuffSystem : public System
 {
@@ -46,6 +46,7 @@ private:
     class Keys;
 
     void type(unsigned key);
+    void take(unsigned key);
     bool isTakenWhole(unsigned key) const;
 
     String buffer;

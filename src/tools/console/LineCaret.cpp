@@ -1,0 +1,108 @@
+#include "tools/console/LineCaret.h"
+
+#include "tools/console/Characters.h"
+
+#include <algorithm>
+#include <cctype>
+#include <string>
+
+namespace
+{
+std::size_t before(const std::string &line, std::size_t place)
+{
+    while (place > 0 && !beginsCharacter(line[--place]))
+        ;
+    return place;
+}
+
+std::size_t after(const std::string &line, std::size_t place)
+{
+    while (place < line.size() && ++place < line.size() && !beginsCharacter(line[place]))
+        ;
+    return place;
+}
+
+/// Whether a byte belongs to a word; those of characters beyond ASCII do.
+bool isOfWord(char byte)
+{
+    const auto letter = static_cast<unsigned char>(byte);
+    return letter >= 0x80u || std::isalnum(letter) || letter == '_';
+}
+
+std::string without(const std::string &line, std::size_t begin, std::size_t end)
+{
+    return line.substr(0, begin) + line.substr(end);
+}
+} // namespace
+
+std::string utf8Of(char32_t character)
+{
+    if (character < 0x80)
+        return std::string(1, static_cast<char>(character));
+    if (character > 0x10FFFF || (character >= 0xD800 && character < 0xE000))
+        return std::string();
+    const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
+    constexpr unsigned leads[] = {0x00, 0xC0, 0xE0, 0xF0};
+    std::string text(1, static_cast<char>(leads[more] | character >> (6 * more)));
+    for (int shift = 6 * (more - 1); shift >= 0; shift -= 6)
+        text += static_cast<char>(0x80u | (character >> shift & 0x3Fu));
+    return text;
+}
+
+std::size_t LineCaret::place(const String &line) const
+{
+    return line.size() - std::min<std::size_t>(behind, line.size());
+}
+
+void LineCaret::left(const String &line)
+{
+    put(line, before(line.toCString(), place(line)));
+}
+
+void LineCaret::right(const String &line)
+{
+    put(line, after(line.toCString(), place(line)));
+}
+
+void LineCaret::wordLeft(const String &line)
+{
+    const std::string text = line.toCString();
+    std::size_t at = place(line);
+    while (at > 0 && !isOfWord(text[at - 1]))
+        --at;
+    while (at > 0 && isOfWord(text[at - 1]))
+        --at;
+    put(line, at);
+}
+
+void LineCaret::wordRight(const String &line)
+{
+    const std::string text = line.toCString();
+    std::size_t at = place(line);
+    while (at < text.size() && !isOfWord(text[at]))
+        ++at;
+    while (at < text.size() && isOfWord(text[at]))
+        ++at;
+    put(line, at);
+}
+
+String LineCaret::typed(const String &line, const String &text) const
+{
+    std::string all = line.toCString();
+    return String::copyFrom(all.insert(place(line), text.toCString()));
+}
+
+String LineCaret::erasedBefore(const String &line) const
+{
+    const std::string text = line.toCString();
+    return String::copyFrom(without(text, before(text, place(line)), place(line)));
+}
+
+String LineCaret::erasedBehind(const String &line)
+{
+    const std::string text = line.toCString();
+    const std::size_t at = place(line);
+    String rest = String::copyFrom(without(text, at, after(text, at)));
+    put(rest, at);
+    return rest;
+}

@@ -12,6 +12,10 @@ COVERS = False
 VEIL = 0.7
 
 
+def sample(level: kaVel.Coordinator) -> dict[str, object]:
+    return {'question': 'menu.delete'}
+
+
 def build(menu: kaVel.Entity, question: str = '', yes: Callable[[], object] | None = None,
           no: Callable[[], object] | None = None, values: Mapping[str, object] | None = None):
     level: Any = menu.getAncestorOfType(kaVel.Reflection.Coordinator)

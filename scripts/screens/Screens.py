@@ -96,7 +96,8 @@ def open(level: kaVel.Coordinator, name: str, **arguments: Any) -> kaVel.Entity 
     """Puts a screen on top of those of a level; None, with the reason in the log, if it cannot be built."""
     stack = _stackOf(level)
     try:
-        screen = Screen(name, importlib.import_module('screens.' + name), _makeMenu(level, name), arguments)
+        module = importlib.import_module('screens.' + name)
+        screen = Screen(name, module, _makeMenu(level, name), arguments)
         _build(stack, screen)
     except Exception:
         kaVel.log('The screen %r cannot be opened:\n%s' % (name, traceback.format_exc()))

@@ -27,6 +27,7 @@ constexpr const char *classes[] = {
     "GraphicsManager2",
     "MindPictureSystem",
     "SceneGraph",
+    "SheetGraphics",
     "ViewerComponent",
     // What shows and measures the game.
     "ConsoleSystem",
@@ -69,6 +70,8 @@ constexpr const char *fields[] = {
     "DustParticleSystemComponent::particles",
     "DustParticleSystemComponent::swirlTime",
     "DustParticleSystemComponent::vertices",
+    "MenuComponent::paintCount",
+    "MenuComponent::paintIsStale",
     "TextComponent2::lastTextInBlock",
     "TextComponent2::meshIsStale",
     "TextComponent2::pixelSize",

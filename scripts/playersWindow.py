@@ -8,6 +8,7 @@ from typing import Any
 
 import bindings
 import kaVel
+import saves
 import settings
 
 #: The level that was stopped when its window went behind another; None while there is none.
@@ -21,6 +22,7 @@ def attend() -> None:
     kaVel.subscribe('KeyDownMessage', _onKey)
     kaVel.subscribe('WindowFocusMessage', _onFocus)
     kaVel.subscribe('WindowSizeMessage', _onSize)
+    kaVel.subscribe('WindowCloseMessage', _onClose)
 
 
 def _onKey(message: Any, key: int) -> None:
@@ -51,6 +53,12 @@ def _pause(level: Any) -> bool:
     """Opens the pause screen over a level that is played, unless a screen is open already."""
     from screens import Screens  # of the scripts of the level, which are read anew with it
     return bool(level.getChild('Player') and not Screens.isOpen(level) and Screens.open(level, 'Pause'))
+
+
+def _onClose(message: Any) -> None:
+    """Saves the game of one who closes the window on it."""
+    if saves.isUnsaved():
+        saves.leave()
 
 
 def _onSize(message: Any, width: int, height: int) -> None:

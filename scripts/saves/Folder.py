@@ -57,12 +57,24 @@ class Folder:
         self.path = path
         self._given: dict[str, int] = {}  # highest number by slot: what is deleted leaves its number to nobody
 
+    def isOpen(self) -> bool:
+        """Whether something can be written into it, once it is made where it is not there yet."""
+        try:
+            os.makedirs(self.path, exist_ok=True)
+        except OSError:
+            return False
+        return os.access(self.path, os.W_OK)
+
     def file(self, name: Name) -> str:
         return os.path.join(self.path, '%s.save' % (name,))
 
     def picture(self, name: Name) -> str:
         """Where the picture of a save lies, if there is one."""
         return os.path.join(self.path, '%s.png' % (name,))
+
+    def moment(self) -> str:
+        """Where a picture lies that no save has yet."""
+        return os.path.join(self.path, 'moment.png')
 
     def names(self, slot: str | None = None) -> list[Name]:
         """The saves that there are, of all slots or one, the highest number first."""

@@ -9,6 +9,7 @@
     saves.delete('game1.7')
     saves.isUnsaved()            # whether something would be lost by leaving now
     saves.leave()                # saves, for one who leaves
+    saves.keepPicture()          # of the present moment, for one who may leave from behind a screen
     saves.begin('Nightfall')     # a new game
 
 They lie in `mornal/saves` in $XDG_DATA_HOME or ~/.local/share, or where KAVEL_SAVES says; headless runs have none
@@ -40,6 +41,7 @@ _folders: dict[str, Folder] = {}
 _slot = ''  # of the game that is played; empty until it is saved
 _wanted: Document.Document | None = None  # what the level that is loaded next is to become
 _saved: Any = None  # the progress that the last save of this game has
+_pictured: Any = None  # the level that `keepPicture` has last kept a picture of
 
 
 class Outcome(NamedTuple):
@@ -114,7 +116,10 @@ def atSafePlace() -> None:
 
 
 def leave() -> Outcome:
-    """Saves the game for one who leaves it; in a moment that passes he comes back to where he was last safe."""
+    """Saves the game for one who leaves it; in a moment that passes he comes back to where he was last safe.
+
+    The world is not drawn again: its picture is that of `keepPicture`, if the level has stood still since.
+    """
     level = _level()
     verdict = _verdict(level)
     if not folder():
@@ -122,6 +127,15 @@ def leave() -> Outcome:
     if verdict.when == 'never':
         return Outcome(False, words.text(verdict.why))
     return _write(level, '', 'leaving', isAwkward=verdict.when == 'later')
+
+
+def keepPicture() -> None:
+    """Keeps a picture of the world as the next frame shows it, for a save that is made on leaving."""
+    global _pictured
+    where, level = folder(), _level()
+    if where and where.isOpen() and not GameConfig.undrawn and Moments.verdict(level).when != 'never':
+        _pictured = level
+        kaVel.getSystem('GraphicsSystem2').captureWorld(where.moment())
 
 
 def isUnsaved() -> bool:
@@ -145,9 +159,19 @@ def _write(level: Any, slot: str, why: str, isAwkward: bool = False) -> Outcome:
         return Outcome(False, words.text(_SENTENCES.get(error.errno or 0, 'saves.fail.other'), cause=error.strerror,
                                          folder=into.path))
     _slot, _saved = name.slot, _game().progress(level)
-    if not GameConfig.undrawn:
+    if why == 'leaving':
+        _usePicture(level, into, name)
+    elif not GameConfig.undrawn:
         kaVel.getSystem('GraphicsSystem2').captureWorld(into.picture(name))
     return Outcome(True, words.text('saves.done'), str(name))
+
+
+def _usePicture(level: Any, into: Folder, name: Name):
+    if level == _pictured and level.loopState == kaVel.Coordinator.LoopControlState.LOOP_STOP:
+        try:
+            os.replace(into.moment(), into.picture(name))
+        except OSError as error:
+            kaVel.log('The save %s has no picture: %s' % (name, error))
 
 
 def _tell(outcome: Outcome):

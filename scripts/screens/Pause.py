@@ -15,6 +15,7 @@ VEIL = 0.72
 
 def build(menu: kaVel.Entity):
     level = Ways.levelOf(menu)
+    saves.keepPicture()
     column = kit.Column(menu, 'column', anchor='left', width=520, gap=2)
     kit.Label(column, 'title', words='pause.title', size='title')
     place = Moments.placeName(level, standing.of(level), False)

@@ -4,8 +4,10 @@ import pathlib
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-sys.path[:0] = [str(ROOT / "tests" / "support")]
+sys.path[:0] = [str(ROOT / "tests" / "support"), str(ROOT / "tools" / "saves")]
 import game
+from display import Display, Game
+from rooms import Document
 
 SAMPLES = pathlib.Path(__file__).parent
 
@@ -293,6 +295,40 @@ STEPS = {350: lambda night: night.visitor.goTo((9.2, 3.0, -0.9), 90.0, 0.0), 380
         saved.append(facts[0][1])
     assert saved == [[], ["a", "b", "game1"]], saved
     assert digests[0] == digests[1] and len(digests[0]) > 450 * 8
+
+
+def test_who_closes_the_window_continues_from_the_title_where_he_was(world):
+    world.write("config/mornal/settings.txt", "windowSize = 320x180\n")
+    saved = world.folder / "data" / "mornal" / "saves"
+    level = (ROOT / "scripts" / "levels" / "Nightfall.py").read_text(encoding="utf-8")
+    world.write("scripts/levels/Nightfall.py", level + HOOK)
+    world.write("scripts/steps.py", """
+import kaVel
+from saves import Moments
+
+told = []
+
+
+def doFrame(night):
+    if not told and Moments.verdict(night.level).when == 'now':
+        told.append(night.story.pockets.add('aCoin'))
+        kaVel.log('FACT awake')
+""")
+    with Display("640x400") as display:
+        with Game(world, display, "Nightfall", XDG_DATA_HOME=str(world.folder / "data")) as played:
+            played.until_logged("FACT awake")
+            played.focus()
+            played.press("Escape")
+            played.until(lambda: (saved / "moment.png").exists(), "a picture for whoever leaves")
+            assert played.quit() == 0, played.log()[-2000:]
+        assert sorted(file.name for file in saved.iterdir()) == ["game1.1.png", "game1.1.save"]
+        document = Document.read((saved / "game1.1.save").read_bytes())
+        assert document["why"] == "leaving" and document["parts"]["pockets"]["things"] == {"aCoin": 1}
+        assert (saved / "game1.1.png").read_bytes().startswith(b"\x89PNG")
+        with Game(world, display, "Title", XDG_DATA_HOME=str(world.folder / "data")) as played:
+            played.focus()
+            played.until(lambda: played.press("Return") or "in slot game1 goes on" in played.log(), "the game goes on")
+            assert played.quit() == 0, played.log()[-2000:]
 
 
 def test_nightfall_is_won_by_one_who_loads_at_every_safe_place(world):

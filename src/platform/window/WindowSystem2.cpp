@@ -528,6 +528,9 @@ LRESULT WindowSystem2::wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam)
         return 0;
     switch (uMsg)
     {
+    case WM_CLOSE:
+        sendEngineMessage(WindowCloseMessage);
+        return DefWindowProcA(window, uMsg, wParam, lParam);
     case WM_DESTROY:
         PostQuitMessage(0);
         hWnd = nullptr;

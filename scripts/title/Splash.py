@@ -37,11 +37,12 @@ class Splash:
             self.transform.scale = kaVel.Vec4(SIZE, SIZE * (1.0 - past / CLOSES), 1, 0)
 
     def skip(self, *_: Any):
-        if not self.over:
-            self.end()
+        self.end()
 
     def end(self):
-        """Has the room come up, and what waited for that begin."""
+        """Has the room come up, and what waited for that begin; once, though a murdered logo has one more frame."""
+        if self.over:
+            return
         self.over = session.splashShown = True
         self.logo.murder()
         kaVel.interpolate(self.picture, 'dissolveAmount', 0.0, ROOM)

@@ -29,7 +29,7 @@ import GameConfig
 import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
-from nightfall import Doors, Furnishing, Lights, Portals, Shell, Sounds, Stairs, Things, Views
+from nightfall import Chart, Doors, Furnishing, Lights, Portals, Shell, Sounds, Stairs, Things, Views
 from nightfall.Creatures import Creatures
 from nightfall.Story import WAKING, Story
 from objects.Music import Music
@@ -82,6 +82,7 @@ class Night:
         self.sight = Portals.build(self.rooms, self.leaves, self.visitor)
         self.creatures = Creatures(map)
         self.story = Story(self)
+        Chart.build(self.level, self.story.room)
 
     def beAwake(self):
         """Has nothing of the waking left, for a picture."""

@@ -20,6 +20,7 @@ from objects.Pockets import Page, Pockets, pocketsOf
 from objects.Reading import Sheet
 from objects.Sounds import sounds
 from perLevel import PerLevel
+from screens import Screens
 
 TAP = 0.2           # seconds; use that lasts longer grips
 TAP_MOTION = 0.02   # way of the mouse, parts of the window, that makes a grip of it at once
@@ -91,7 +92,6 @@ class Hands:
         self.palm = self._buildPalm()
         self.grip: Grip | None = None
         self.load: Load | None = None
-        self.leaf = 0  # of the notebook that is read, counted from the newest
         self.flying: list[Flyer] = []
         self.thrownBolts = 0
         self.throwFromPockets: Callable[[Hands], object] = lambda hands: None
@@ -153,7 +153,6 @@ class Hands:
         if self.isFree() and component:
             self.sheet.open(page)
             component.setUseInput(False)
-            self.leaf = 0
             self.play('Paper')
 
     def letGo(self):
@@ -217,16 +216,14 @@ class Hands:
             self._closeSheet(False)
             self.letGo()
         elif self.sheet.isOpen:
-            if self.used or self.quitPressed:
+            if self.used or self.quitPressed or self.leafed:
                 self._closeSheet(True)
-            elif self.leafed:
-                self._leafOn()
         elif self.load:
             self._carry(self.load, seconds)
         elif self.grip:
             self._hold(self.grip, seconds)
-        elif self.leafed and self.pockets.pages:
-            self.read(list(self.pockets.pages.values())[-1])
+        elif self.leafed:
+            Screens.open(self.level, 'Notebook')
         elif self.thrown:
             self.throwFromPockets(self)
         self._letGoOfPresses()
@@ -303,16 +300,6 @@ class Hands:
             self.play('PageTurn')
         self.sheet.close()
 
-    def _leafOn(self):
-        """Turns to the note that was found before; behind the first one the notebook closes."""
-        self.leaf += 1
-        pages = list(self.pockets.pages.values())
-        if self.leaf < len(pages):
-            self.sheet.open(pages[-1 - self.leaf])
-            self.play('PageTurn')
-        else:
-            self._closeSheet(True)
-
     def _mark(self) -> Mark | None:
         if self.sheet.isOpen:
             return None
@@ -344,7 +331,7 @@ class Hands:
         self.thrown = bool(self.load) or not (component and markOf(component.interactor))
 
     def _pressNotebook(self):
-        self.leafed = True
+        self.leafed = not Screens.isOpen(self.level)
 
     def _pressQuit(self):
         self.quitPressed = True

@@ -118,6 +118,15 @@ def Picture(parent: kaVel.Object, name: str, *, picture: str, size: tuple[float,
     return entity
 
 
+def Sketch(parent: kaVel.Object, name: str, *, size: tuple[float, float], pen: float = 3,
+           paper: tuple[float, float, float, float] = (0, 0, 0, 0), **layout: Unpack[Layout]) -> kaVel.Entity:
+    """What is drawn by hand on a paper: `kit.component(entity).addStroke(...)`."""
+    entity, component = _widget(parent, name, 'form', 'SketchComponent', layout)
+    kaVel.configure(component, sketchWidth=float(size[0]), sketchHeight=float(size[1]), pen=float(pen),
+                    color=kaVel.Vec4(*COLORS['ink']), paper=kaVel.Vec4(*paper))
+    return entity
+
+
 def Progress(parent: kaVel.Object, name: str, *, value: float = 0, **layout: Unpack[Layout]) -> kaVel.Entity:
     """A line that is filled from 0 to 1: `kit.component(entity).value`."""
     entity, component = _widget(parent, name, 'form', 'ProgressComponent', layout)

@@ -145,9 +145,11 @@ def furnish(map):
 
 
 def told(coordinator, player):
+    from screens import Screens
     pockets, page = place.pocketsOf(coordinator), player.getDescendantByPath('sheet/text/graphics2')
     return dict(mark=mark(player), names=' '.join(pockets.names()), carried=len(player.getChild('pockets').children),
-                page=page.text if page.visible else '', input=player.getComponent('player').useInput,
+                page=page.text if page.visible else '', screens=' '.join(Screens.names(coordinator)),
+                input=player.getComponent('player').useInput,
                 there=sum(bool(coordinator.getDescendantByPath('room/' + name)) for name in ('brassKey', 'letter')),
                 walked=player.getComponent('transform').position.z > 0.1)
 
@@ -159,13 +161,13 @@ def look(coordinator, player, before=look):
 """
     notes, run = play(world, level, [*turn(4, pitch=17), *press(10, E), *turn(14, pitch=11), *press(30, E),
                                      (45, f"key {W} down"), *press(60, ESCAPE), (75, f"key {W} up"),
-                                     *press(84, N), *press(94, N)], 140, (8, 20, 50, 80, 90, 104, 135))
+                                     *press(84, N), *press(94, ESCAPE)], 140, (8, 20, 50, 80, 90, 104, 135))
     assert notes[8]["mark"] == "Take"
     assert notes[20]["mark"] == "Read" and notes[20]["names"] == "roomKey"
     assert notes[50]["page"] == "Nineteen chairs." and notes[50]["input"] == "False" and notes[50]["mark"] == ""
     assert notes[50]["walked"] == "False", "who reads stands still"
     assert notes[80]["page"] == "" and notes[80]["input"] == "True" and notes[80]["walked"] == "True", notes[80]
-    assert notes[90]["page"] == "Nineteen chairs." and notes[104]["page"] == "", "the notebook has it"
+    assert notes[90]["screens"] == "Notebook" and notes[104]["screens"] == "", "the notebook opens and closes"
     assert notes[135]["names"] == "roomKey letter" and notes[135]["carried"] == "2", notes[135]
     assert notes[135]["there"] == "0" and notes[135]["page"] == "", "they are gone, and nothing is read again"
 

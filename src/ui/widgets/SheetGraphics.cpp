@@ -10,6 +10,7 @@
 #include "rendering/frame/RenderParams.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace
@@ -150,6 +151,23 @@ void SheetGraphics::addText(const TextBlock &block, FontAsset &from, int pixelSi
     }
 }
 
+void SheetGraphics::addStroke(const Vec4 &fromTo, float width, const Vec4 &color, const WidgetRect &clip)
+{
+    const float x = fromTo.z - fromTo.x, y = fromTo.w - fromTo.y, length = std::hypot(x, y);
+    const bool inside = clip.contains(fromTo.x, fromTo.y) && clip.contains(fromTo.z, fromTo.w);
+    if (!inside || !(length > 0.f) || !(width > 0.f) || !(color.w > 0.f))
+        return;
+    const float half = 0.5f * width / length, acrossX = -y * half, acrossY = x * half;
+    const auto point = [&](float px, float py, float side, float u)
+    {
+        return corner(px + side * acrossX - HALF_PIXEL, height - (py + side * acrossY) + HALF_PIXEL, u,
+                      0.5f + 0.5f * side, color);
+    };
+    const DefaultMeshVertex corners[] = {point(fromTo.x, fromTo.y, -1.f, 0.f), point(fromTo.z, fromTo.w, -1.f, 1.f),
+                                         point(fromTo.z, fromTo.w, 1.f, 1.f), point(fromTo.x, fromTo.y, 1.f, 0.f)};
+    addQuad(corners);
+}
+
 /// Adds what lies within a rectangle of an upright quad: upper left, upper right, lower right, lower left.
 void SheetGraphics::addClipped(const DefaultMeshVertex *corners, const WidgetRect &clip)
 {
@@ -160,9 +178,10 @@ void SheetGraphics::addClipped(const DefaultMeshVertex *corners, const WidgetRec
     const float t = std::min(top, height - clip.top), b = std::max(bottom, height - clip.bottom());
     if (!(l < r && b < t))
         return;
-    const auto first = static_cast<std::uint32_t>(vertices.size());
     const float perX = (lowerRight.texCoord0.x - upperLeft.texCoord0.x) / (right - left);
     const float perY = (lowerRight.texCoord0.y - upperLeft.texCoord0.y) / (top - bottom);
+    DefaultMeshVertex inner[4];
+    std::size_t next = 0;
     for (const auto &[x, y] : {std::pair(l, t), std::pair(r, t), std::pair(r, b), std::pair(l, b)})
     {
         DefaultMeshVertex vertex = upperLeft;
@@ -171,8 +190,15 @@ void SheetGraphics::addClipped(const DefaultMeshVertex *corners, const WidgetRec
         vertex.tangent += (lowerRight.tangent - upperLeft.tangent) * part;
         vertex.position = {x - HALF_PIXEL, y + HALF_PIXEL, 0.f};
         vertex.texCoord0 = {upperLeft.texCoord0.x + (x - left) * perX, upperLeft.texCoord0.y + (top - y) * perY};
-        vertices.push_back(vertex);
+        inner[next++] = vertex;
     }
+    addQuad(inner);
+}
+
+void SheetGraphics::addQuad(const DefaultMeshVertex *corners)
+{
+    const auto first = static_cast<std::uint32_t>(vertices.size());
+    vertices.insert(vertices.end(), corners, corners + 4);
     for (const std::uint32_t offset : {0u, 1u, 2u, 0u, 2u, 3u})
         indices.push_back(first + offset);
 }

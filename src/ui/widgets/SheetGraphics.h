@@ -47,6 +47,9 @@ public:
     void addRect(const WidgetRect &place, const WidgetRect &image, const Vec4 &color, const WidgetRect &clip);
     /// Adds a rectangle whose colour goes from one at its left to another at its right.
     void addShade(const WidgetRect &place, const Vec4 &leftColor, const Vec4 &rightColor, const WidgetRect &clip);
+    /// Adds a line of a width from a place (x, y) to another one (z, w), on which the whole texture lies; nothing where
+    /// it is not wholly within the clip.
+    void addStroke(const Vec4 &fromTo, float width, const Vec4 &color, const WidgetRect &clip);
     /// Adds a text whose block's upper left corner is given.
     void addText(const TextBlock &block, FontAsset &from, int pixelSize, float left, float top, const Vec4 &color,
                  const WidgetRect &clip);
@@ -56,6 +59,7 @@ public:
     int getQuadCount() const { return static_cast<int>(vertices.size() / 4); }
 
 private:
+    void addQuad(const DefaultMeshVertex *corners);
     void addClipped(const DefaultMeshVertex *corners, const WidgetRect &clip);
 
     Handle<DynamicMeshAsset> mesh;

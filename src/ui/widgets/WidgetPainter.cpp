@@ -58,6 +58,13 @@ void WidgetPainter::picture(const WidgetRect &place, const WidgetRect &image, co
         sheet->addRect(onPixels(place), image, withAlpha(color, opacity), clip);
 }
 
+void WidgetPainter::stroke(const Vec4 &fromTo, float width, const Handle<TextureAsset> &texture, const Vec4 &color)
+{
+    SheetGraphics *const sheet = texture.isValid() ? sheets.pictureSheet(texture) : nullptr;
+    if (sheet)
+        sheet->addStroke(fromTo, width, withAlpha(color, opacity), clip);
+}
+
 void WidgetPainter::text(WidgetText &text, const WidgetRect &box, int pixelSize, const Vec4 &color,
                          TextAlignment alignment)
 {

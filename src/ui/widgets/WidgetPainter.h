@@ -64,6 +64,10 @@ public:
     void frame(const WidgetRect &place, float line, const Vec4 &color);
     void picture(const WidgetRect &place, const WidgetRect &image, const Handle<TextureAsset> &texture,
                  const Vec4 &color);
+    /// A line of a width from a place (x, y) to another one (z, w), with a picture that lies along it.
+    ///
+    /// One that is not wholly within what is shown is left out.
+    void stroke(const Vec4 &fromTo, float width, const Handle<TextureAsset> &texture, const Vec4 &color);
     /// A text within a box: its lines stand between the box's sides as asked for, and in the middle of its height.
     void text(WidgetText &text, const WidgetRect &box, int pixelSize, const Vec4 &color,
               TextAlignment alignment = TA_LEFT);

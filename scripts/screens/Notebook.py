@@ -1,0 +1,67 @@
+"""What the player has on him: the notes that he found, what is in his pockets, and the plan that he draws."""
+
+from __future__ import annotations
+
+from typing import Any
+
+import kaVel
+import words
+from objects.Charts import chartOf
+from objects.Pockets import pocketsOf
+from screens import Kit as kit
+from screens import Screens
+
+UNIT = 30.0     # of the plan: a metre, 1/1080 of the height
+LETTERS = 21.0
+PEN = 3.4
+PAPER = (0.80, 0.72, 0.56, 1)
+
+
+def build(menu: kaVel.Entity):
+    level: Any = menu.getAncestorOfType(kaVel.Reflection.Coordinator)
+    page = kit.Column(menu, 'page', anchor='centerFill', width=1340, gap=14)
+    kit.Tabs(page, 'tabs', grow=1, pages=[('notebook.notes', lambda sheet: _notes(level, sheet)),
+                                          ('notebook.pockets', lambda sheet: _pockets(level, sheet)),
+                                          ('notebook.chart', lambda sheet: _chart(level, sheet))])
+    kit.Button(page, 'back', words='menu.back', pressed=lambda: Screens.close(level))
+
+
+def _notes(level: kaVel.Coordinator, sheet: kaVel.Entity):
+    pages = pocketsOf(level).pages
+    if not pages:
+        kit.Label(sheet, 'none', words='notebook.noNotes', color='faded')
+    for number, page in enumerate(reversed(list(pages.values()))):
+        kit.Button(sheet, 'note%d' % number, literal=_headline(str(page.title), str(page.text)), row=True,
+                   pressed=lambda page=page: Screens.open(level, 'NoteReader', page=page))
+
+
+def _headline(title: str, text: str) -> str:
+    first = text.split('\n')[0]
+    if len(first) > 60:
+        first = first[:56].rsplit(' ', 1)[0] + ' …'
+    return words.text('notebook.note', title=title, text=first)
+
+
+def _pockets(level: kaVel.Coordinator, sheet: kaVel.Entity):
+    pockets = pocketsOf(level)
+    player = level.getChild('Player')
+    mind = player.getComponent('player') if player else None
+    lines = [str(pockets.label(name)) if pockets.count(name) == 1
+             else words.text('notebook.several', count=words.number(pockets.count(name)), what=pockets.label(name))
+             for name in pockets.names() if name not in pockets.pages]
+    if mind and mind.getHasFlashlight():
+        lines.insert(0, words.count('notebook.batteries', mind.batteries))
+        lines.insert(0, words.text('notebook.lamp'))
+    for number, line in enumerate(lines or [words.text('notebook.nothing')]):
+        kit.Label(sheet, 'thing%d' % number, literal=line[:1].upper() + line[1:], color='paper' if lines else 'faded',
+                  margin=(12, 6, 0, 6))
+
+
+def _chart(level: kaVel.Coordinator, sheet: kaVel.Entity):
+    chart = chartOf(level)
+    if not chart or not chart.seen:
+        kit.Label(sheet, 'none', words='notebook.noChart', color='faded')
+        return
+    width, height = chart.size
+    sketch = kit.Sketch(sheet, 'chart', size=(width * UNIT, height * UNIT), pen=PEN, paper=PAPER, anchor='center')
+    chart.drawOn(kit.component(sketch), UNIT, LETTERS)

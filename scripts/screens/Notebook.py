@@ -6,15 +6,9 @@ from typing import Any
 
 import kaVel
 import words
-from objects.Charts import chartOf
 from objects.Pockets import pocketsOf
 from screens import Kit as kit
-from screens import Screens
-
-UNIT = 30.0     # of the plan: a metre, 1/1080 of the height
-LETTERS = 21.0
-PEN = 3.4
-PAPER = (0.80, 0.72, 0.56, 1)
+from screens import Map, Screens
 
 
 def build(menu: kaVel.Entity):
@@ -22,7 +16,7 @@ def build(menu: kaVel.Entity):
     page = kit.Column(menu, 'page', anchor='centerFill', width=1340, gap=14)
     kit.Tabs(page, 'tabs', grow=1, pages=[('notebook.notes', lambda sheet: _notes(level, sheet)),
                                           ('notebook.pockets', lambda sheet: _pockets(level, sheet)),
-                                          ('notebook.chart', lambda sheet: _chart(level, sheet))])
+                                          ('notebook.chart', lambda sheet: Map.draw(level, sheet))])
     kit.Button(page, 'back', words='menu.back', pressed=lambda: Screens.close(level))
 
 
@@ -55,13 +49,3 @@ def _pockets(level: kaVel.Coordinator, sheet: kaVel.Entity):
     for number, line in enumerate(lines or [words.text('notebook.nothing')]):
         kit.Label(sheet, 'thing%d' % number, literal=line[:1].upper() + line[1:], color='paper' if lines else 'faded',
                   margin=(12, 6, 0, 6))
-
-
-def _chart(level: kaVel.Coordinator, sheet: kaVel.Entity):
-    chart = chartOf(level)
-    if not chart or not chart.seen:
-        kit.Label(sheet, 'none', words='notebook.noChart', color='faded')
-        return
-    width, height = chart.size
-    sketch = kit.Sketch(sheet, 'chart', size=(width * UNIT, height * UNIT), pen=PEN, paper=PAPER, anchor='center')
-    chart.drawOn(kit.component(sketch), UNIT, LETTERS)

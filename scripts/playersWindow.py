@@ -10,6 +10,7 @@ import bindings
 import kaVel
 import saves
 import settings
+import stillness
 
 #: The level that was stopped when its window went behind another; None while there is none.
 _stopped: Any = None
@@ -38,14 +39,14 @@ def _onFocus(message: Any, active: bool) -> None:
     kaVel.getSystem('SoundSystem').silent = not active and not settings.get('soundWithoutFocus')
     if active:
         if _stopped and _stopped.loopState == states.LOOP_STOP:
-            _stopped.loopState = states.LOOP_RUN
+            stillness.goOn(_stopped)
         _stopped = None
         return
     level = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
     if not level or level.loopState != states.LOOP_RUN or not settings.get('pauseWithoutFocus'):
         return
     if not _pause(level):
-        level.loopState = states.LOOP_STOP
+        stillness.stop(level)
         _stopped = level
 
 

@@ -8,6 +8,7 @@ from typing import Any
 
 import kaVel
 import standing
+import stillness
 from console import Values
 from console.Session import Session, Wrong, command
 from reports import Keeping
@@ -17,7 +18,7 @@ from reports import Keeping
 def timescale(session: Session, line: str) -> str:
     """Has the level's time run faster or slower: 1 is as usual, 0.25 a quarter, 0 stands still."""
     factor = _number(line, 0.0, 100.0)
-    session.level.getTimerHandle('master').setScaling(round(factor * 256), 8)
+    stillness.scale(session.level, factor)
     return 'Time runs at %g' % factor
 
 

@@ -25,6 +25,7 @@ import traceback
 from typing import Any, Callable
 
 import kaVel
+import stillness
 import words
 from perLevel import PerLevel
 from screens import Kit as kit
@@ -80,12 +81,11 @@ class Stack:
         self._settleLevel(any(screen.has('PAUSES', True) for screen in self.screens))
 
     def _settleLevel(self, stopped: bool):
-        states = kaVel.Coordinator.LoopControlState
         if stopped and self.running is None:
             self.running = self.level.loopState
-            self.level.loopState = states.LOOP_STOP
+            stillness.stop(self.level)
         elif not stopped and self.running is not None:
-            self.level.loopState = states.LOOP_RUN
+            stillness.goOn(self.level)
             self.running = None
 
 

@@ -138,7 +138,7 @@ def _finish(loop: kaVel.GameLoopSystem, before: Any, frame: int) -> None:
         told = _kept(GameConfig.played.about.get('run', ''), frame)
     else:
         told = _write(frame, note)
-    _tell(loop.currentlyActiveCoordinator, told)
+    tell(loop.currentlyActiveCoordinator, told)
     if before:
         before()
 
@@ -252,11 +252,14 @@ def goesOn(process: str) -> bool:
     return True
 
 
-def _tell(level: kaVel.Coordinator, text: str) -> None:
-    """Shows a text in a level for some seconds."""
+def tell(level: kaVel.Coordinator, text: str) -> None:
+    """Shows a text in a level for some seconds; in one that stands still, for as long as it does."""
     from objects.Notice import Notice
     if not level:
         return
     if level not in _notices:
         _notices[level] = Notice(level, 'reportNotice')
+        for end in ('', 'Shade'):
+            kaVel.finishLoad(level.getChild('reportNotice' + end))
     _notices[level].show(text)
+    _notices[level].doFrame()

@@ -105,8 +105,7 @@ class Played:
         level.loopState = kaVel.Coordinator.LoopControlState.LOOP_STOP
         _handOver()
         import words
-        from objects.Notice import Notice
-        Notice(level, 'playedNotice').show(words.text('report.same' if same else 'report.different'))
+        Keeping.tell(level, words.text('report.same' if same else 'report.different'))
 
     def _judgement(self) -> tuple[str, bool]:
         """What is to be said of the end, and whether it is as reported."""

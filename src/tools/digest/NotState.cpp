@@ -72,6 +72,7 @@ constexpr const char *fields[] = {
     "DustParticleSystemComponent::vertices",
     "MenuComponent::paintCount",
     "MenuComponent::paintIsStale",
+    "TextComponent2::atlasGeneration",
     "TextComponent2::lastTextInBlock",
     "TextComponent2::meshIsStale",
     "TextComponent2::pixelSize",

@@ -18,6 +18,9 @@ GROUPS = {
     'makers': ('tweakBars', 'profiler', 'outlines', 'reload', 'levelBefore', 'fly'),
 }
 
+#: Columns of inputs, and how wide they are.
+SLOTS = {'first': 215, 'second': 215, 'pad': 190}
+
 #: What ends the wait for an input and changes nothing, and what leaves an action without one.
 ESCAPE, DELETE = 0x1B, 0x2E
 
@@ -43,13 +46,13 @@ class _Page:
 
     def _row(self, action: str):
         row = kit.Row(self.parent, action, gap=8)
-        self.labels[action] = kit.Label(row, 'name', words='action.' + action, width=330)
-        for slot in ('first', 'second', 'pad'):
-            button = kit.Button(row, slot, literal=' ', size='small', align='center', grow=1, row=True,
+        self.labels[action] = kit.Label(row, 'name', words='action.' + action, width=300)
+        for slot, width in SLOTS.items():
+            button = kit.Button(row, slot, literal=' ', size='small', align='center', width=width, row=True,
                                 pressed=lambda slot=slot: self.wait(action, slot),
                                 focused=lambda: self.tell('bindings.help'))
             self.buttons[action, slot] = button
-        kit.Button(row, 'usual', words='bindings.reset', size='small', width=120, row=True,
+        kit.Button(row, 'usual', words='bindings.reset', size='small', width=110, row=True,
                    pressed=lambda: bindings.reset(action), focused=lambda: self.tell('bindings.reset.help'))
 
     def refresh(self):
@@ -60,7 +63,8 @@ class _Page:
             shared = bindings.conflicts(action)
             inputs = (*bindings.inputsOf(action), '', '')[:2]
             for slot, name in zip(('first', 'second', 'pad'), (*inputs, bindings.padOf(action))):
-                called = (words.padName if slot == 'pad' else words.keyName)(name) if name else words.text('menu.none')
+                nameOf = words.padName if slot == 'pad' else words.keyName
+                called = nameOf(name) if name else words.text('bindings.none')
                 kit.say(self.buttons[action, slot], literal=('! ' if name in shared else '') + called)
             color = 'warning' if shared else 'paper'
             kit.component(label).color = kaVel.Vec4(*kit.COLORS[color])

@@ -48,6 +48,7 @@ class _Options:
             ('options.controls', self.page('controls')), ('options.bindings', self.bindings),
             ('options.reading', self.page('reading')), ('options.language', self.page('language'))])
         self.help = kit.Label(sheet, 'help', words='options.help', size='small', color='faded', height=66)
+        kit.focus(self.preset if 'picture' in self.pages else sheet.getDescendantByPath('pages/names/tab0'))
 
     def page(self, name: str):
         def build(parent: kaVel.Entity):

@@ -23,6 +23,11 @@ USUAL_VIEW = 45.0
 #: What a level's maker gave its player's view, radians.
 _authoredView: PerLevel[float] = PerLevel()
 
+#: Colours of texts on screens for those who do not tell hues apart, by their names in `screens.Kit`.
+SAFE_COLORS = {'paper': (0.8, 0.8, 0.8, 1), 'faded': (0.55, 0.55, 0.55, 1), 'candle': (1, 1, 1, 1),
+               'brass': (0.65, 0.65, 0.65, 1), 'warning': (1, 1, 1, 1)}
+_usualColors: dict[str, tuple[float, float, float, float]] = {}
+
 #: Texels of a shadow map's side, and whether lamps that nobody carries draw shadows, by the quality of shadows.
 SHADOWS = {'low': (256, False), 'medium': (512, True), 'high': (768, True), 'veryHigh': (1536, True)}
 
@@ -67,6 +72,19 @@ def category(*names: str) -> Give:
         for name in names:
             sound.setPlayersVolume(name, value)
     return give
+
+
+def colourSafe(loop: Any, value: bool) -> None:
+    """Has texts on screens differ by how bright they are alone; what they mean is told by words and marks anyway."""
+    global _usualColors
+    if not value and not _usualColors:
+        return
+    import words
+    from screens import Kit  # which needs the settings
+    _usualColors = _usualColors or dict(Kit.COLORS)
+    Kit.COLORS.update(SAFE_COLORS if value else _usualColors)
+    if loop.currentlyActiveCoordinator:
+        words.readAgain()  # so that what stands there is built anew
 
 
 class ForPlayer:

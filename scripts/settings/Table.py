@@ -136,7 +136,8 @@ SETTINGS = (
     Setting('captionDirection', True, switch(), 'Whether captions tell where it is heard'),
     Setting('readableFont', False, switch(), 'Whether all texts are in plain letters', 'GameLoopSystem',
             lambda loop, value: words.setReadable(value)),
-    Setting('colourSafe', False, switch(), 'Whether nothing on the screen hangs on telling colours apart'),
+    Setting('colourSafe', False, switch(), 'Whether nothing on the screen hangs on telling colours apart',
+            'GameLoopSystem', Given.colourSafe),
     Setting('language', words.AUTOMATIC, _language(), 'The language of all texts', 'GameLoopSystem',
             lambda loop, value: words.setLanguage(value)),
 )

@@ -75,7 +75,7 @@ TEST(RenderScaleRule, FallsAtOnceAsFarAsThePixelsSuggestAndNoLowerThanTheLastSte
     const Machine hopeless{3, 1};
     EXPECT_EQ(rule.getSparing(), 0);
     hopeless.draw(rule, 200);
-    EXPECT_FLOAT_EQ(rule.getScale(), 0.25f);
+    EXPECT_FLOAT_EQ(rule.getScale(), 0.15f);
     EXPECT_EQ(rule.getSparing(), 2) << "and leaves out details";
     const Machine fast{0.001, 0.005};
     fast.draw(rule, 400);

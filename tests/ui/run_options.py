@@ -431,7 +431,7 @@ def look(level, player):
     if frame > 5 and seen[-1:] != [now]:
         seen.append(now)
         kaVel.log('now %s #' % now)
-        if len(seen) == 2:
+        if now == "window ['Options']":
             Screens.open(level, 'Measure')
 
 def page(level):

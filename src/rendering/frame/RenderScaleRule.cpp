@@ -15,9 +15,10 @@ struct Step
 };
 
 /// What the details take was measured in a room of lamps that software draws.
-constexpr std::array STEPS{Step{0.25f, 2, 0.5}, Step{0.25f, 1, 0.75}, Step{0.25f, 0, 1}, Step{0.3f, 0, 1},
-                           Step{0.35f, 0, 1},   Step{0.4f, 0, 1},     Step{0.5f, 0, 1},  Step{0.6f, 0, 1},
-                           Step{0.7f, 0, 1},    Step{0.8f, 0, 1},     Step{0.9f, 0, 1},  Step{1.0f, 0, 1}};
+constexpr std::array STEPS{Step{0.15f, 2, 1.4}, Step{0.25f, 2, 0.67}, Step{0.25f, 1, 0.8}, Step{0.25f, 0, 1},
+                           Step{0.3f, 0, 1},    Step{0.35f, 0, 1},    Step{0.4f, 0, 1},    Step{0.5f, 0, 1},
+                           Step{0.6f, 0, 1},    Step{0.7f, 0, 1},     Step{0.8f, 0, 1},    Step{0.9f, 0, 1},
+                           Step{1.0f, 0, 1}};
 
 constexpr double TOO_SLOW = 1.15;       ///< times the target: above, the scale goes down
 constexpr double SURELY_IN_TIME = 0.85; ///< times the target: what a larger picture may be expected to take

@@ -7,7 +7,7 @@
 /// Finds a scale of the world's picture from the times that frames took.
 ///
 /// The scale moves in steps, from a quarter to the full size; where a quarter is still too slow, details are left out
-/// in two more steps. A few frames are judged together by the middle one of
+/// in two more steps, and a last one takes the smallest size of all. A few frames are judged together by the middle one of
 /// their times, so that a hitch counts for nothing. Too slow, it goes down by as many steps as the pixels suggest; up
 /// it goes only where the larger picture would still be in time if all of the time went into pixels. Between the two
 /// lies room in which nothing moves, and each rise that had to be taken back makes the next one wait twice as long.

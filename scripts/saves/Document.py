@@ -23,6 +23,8 @@ from saves import Migrations
 Document = dict[str, Any]
 
 VERSION = 2
+#: Metres and degrees beyond which nobody stands and looks.
+FARTHEST = 1e5
 
 _HEAD = re.compile(rb'Mornal save, version ([0-9]{1,9})\nsha256 ([0-9a-f]{64})\n')
 
@@ -114,7 +116,7 @@ def _isStanding(value: Any) -> bool:
         return True
     at = value.get('at') if isinstance(value, dict) else None
     return (isinstance(at, list) and len(at) == 3
-            and all(map(isNumber, [*at, value.get('turn'), value.get('pitch')])))
+            and all(isNumber(each) and abs(each) < FARTHEST for each in [*at, value.get('turn'), value.get('pitch')]))
 
 
 def _areCalls(value: Any) -> bool:

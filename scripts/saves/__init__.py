@@ -176,8 +176,11 @@ def _usePicture(level: Any, into: Folder, name: Name):
 
 def _tell(outcome: Outcome):
     """Tells a player of a save that he did not ask for just now, if it has failed."""
-    if not outcome.done and not outcome.waits:
-        kaVel.log('The game is not saved: %s' % outcome.said)
+    if outcome.done or outcome.waits:
+        return
+    from objects.Pockets import pocketsOf
+    kaVel.log(outcome.said)
+    pocketsOf(_level()).tell(outcome.said)
 
 
 # Loading

@@ -16,6 +16,7 @@ from rooms import Document
 from rooms import Folder as Files
 
 KILLS = 100
+FAR_AWAY = '{"at": [0, 1e30, 0], "turn": 0, "pitch": 0}'
 
 PROGRAM = """
 import sys
@@ -108,13 +109,14 @@ def test_what_is_no_save_is_named_and_nothing_waits_or_ends(folder):
             "number beyond all": Document.sealed(Document.VERSION, body.replace("1.0", "1e999")),
             "nested": Document.sealed(Document.VERSION, "[" * 100000),
             "saves.fault.text": Document.sealed(Document.VERSION, "[1, 2]"),
+            "far away": Document.sealed(Document.VERSION, body.replace('"stand": null', '"stand": ' + FAR_AWAY)),
             "saves.fault.field": Document.sealed(Document.VERSION, body.replace('"calls"', '"cells"')),
             "two megabytes": b"Mornal save, version 1\n" + b"j" * (1 << 21)}.items():
         file.write_bytes(content)
         seen[name] = fault(folder)
     for name, told in seen.items():
         wanted = {"number beyond all": "saves.fault.number", "nested": "saves.fault.text",
-                  "two megabytes": "OSError"}.get(name, name)
+                  "far away": "saves.fault.field", "two megabytes": "OSError"}.get(name, name)
         assert told == wanted, (name, told)
     file.unlink()
     file.mkdir()

@@ -215,8 +215,10 @@ void CursorComponent::capture(bool val)
     if (capturing == val)
         return;
     capturing = val;
+    // That of the console, not of another level's cursor, which may go before this one.
+    const auto *const other = dynamic_cast<const CursorComponent *>(current());
     if (val)
-        captureBefore = current();
+        captureBefore = other ? other->captureBefore : current();
     if (val || current() == this)
         setCurrent(val ? this : captureBefore);
 }

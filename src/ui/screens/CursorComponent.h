@@ -25,7 +25,7 @@ enum MenuDevice
 /// first screen is opened belongs to the game and is left out. While there is a screen the window's cursor is free, and
 /// afterwards it is held again; it is seen until keys or a pad are used, and again when the mouse moves. The player
 /// takes nothing meanwhile: see `InputSystem::setScreenTakesInput`.
-class CursorComponent : public SimpleComponent, private TextCapture
+class CursorComponent : public SimpleComponent, public TextCapture
 {
     KV_REFLECTED(CursorComponent)
 public:

@@ -7,7 +7,7 @@ sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
 import game
 from run_player import ROOM, notes, play, press
 
-W, A, S, D, SHIFT, CTRL = 87, 65, 83, 68, 16, 17
+W, A, S, D, Q, C, SHIFT, CTRL = 87, 65, 83, 68, 81, 67, 16, 17
 SMALL = (64, 36)
 
 WATCH = """
@@ -120,6 +120,52 @@ def begin(coordinator, player):
     assert all(max(frame[axis] for frame in rest) - min(frame[axis] for frame in rest) < 5e-4 for axis in range(4)), \
         rest[:4]
     assert max(max(frame[0], frame[2]) for frame in frames) < 5.85, "within the walls"
+
+
+HEAD = """
+def furnish(map):
+    place.Block(map, 'ledge', at=(0, 0, -4), size=(2, 0.9, 2))
+    place.Block(map, 'beside', at=(3.6, 0, 3), size=(0.4, 3, 2))
+
+
+def begin(coordinator, player):
+    place.visitorOf(coordinator).goTo((0, 0.9, -3.3), turn=0)
+
+
+def look(coordinator, player):
+    visitor, t = place.visitorOf(coordinator), RATE // 10
+    if frameNumber() in (30 * t, 50 * t):
+        visitor.goTo((0, 0, 3) if frameNumber() == 30 * t else (3.1, 0, 3), turn=0)
+    feet = player.getComponent('transform').position.y - player.getComponent('boundingVolume').hitBox.y / 2
+    eye = player.getDescendantByPath('camera/transform').position
+    kaVel.log('head %.5f %.5f %.5f %.5f' % (eye.x - player.getComponent('transform').position.x, eye.y - feet, feet,
+                                            player.getComponent('player').fatigue))
+"""
+
+
+def test_a_landing_dips_a_lean_stops_at_a_wall_and_breath_goes_and_comes_alike_at_every_frame_rate(world):
+    told = []
+    for rate in (30, 60, 120, 240):
+        at_rate(world, rate)
+        world.write("scripts/levels/Room.py", ROOM + HEAD.replace("RATE", str(rate)))
+        t = rate // 10
+        events = [(3 * t, f"key {W} down"), (13 * t, f"key {W} up"),  # off the ledge
+                  *press(35 * t, Q, 10 * t), *press(55 * t, Q, 10 * t), *press(55 * t + 10 * t, C, 10 * t),
+                  (80 * t, f"key {S} down"), (80 * t, f"key {SHIFT} down"), (100 * t, f"key {SHIFT} up"),
+                  (100 * t, f"key {S} up")]
+        run = play(world, events, 160 * t, window=SMALL)
+        frames = [tuple(map(float, line.split())) for line in re.findall(r"head (.*)", run.log)]
+        fell = next(number for number, frame in enumerate(frames) if frame[2] < 0.05)
+        rest = frames[29 * t][1]
+        dip = rest - min(frame[1] for frame in frames[fell:28 * t])
+        lean = [frames[number * t][0] for number in (44, 64, 74)]
+        told.append((dip, *lean, frames[100 * t][3], frames[158 * t][3]))
+        assert 0.03 < dip < 0.3 and abs(frames[fell + 12 * t][1] - rest) < 0.005, f"{dip}: it dips and comes back"
+        assert lean[0] < -0.2 and lean[1] < -0.2, lean
+        assert 0.02 < lean[2] < 0.16, f"{lean[2]}: towards the wall no farther than there is room"
+        assert told[-1][4] > 1.0 and told[-1][5] < told[-1][4] - 0.3, "breath is spent in a sprint and comes again"
+    for other in told[1:]:
+        assert max(abs(a - b) for a, b in zip(told[0], other)) < 0.05, told
 
 
 def test_who_crouches_under_something_stands_up_where_there_is_room_again(world):

@@ -192,7 +192,8 @@ class Story:
 
     def landing(self):
         place.Trigger(self.map, 'onLanding', at=(15.15, UP, 15.0), size=(2.0, 1.2), enter=self.strike)
-        place.Trigger(self.map, 'onStairs', at=(STAIRS_X, 1.75, 18.9), size=(1.3, 0.8), enter=self.chase, once=False)
+        # So high that what follows him down the steps goes under it.
+        place.Trigger(self.map, 'onStairs', at=(STAIRS_X, 1.95, 18.9), size=(1.3, 0.8), enter=self.chase, once=False)
 
     def strike(self):
         """Three o'clock."""

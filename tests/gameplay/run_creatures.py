@@ -388,5 +388,47 @@ def act(coordinator, map, player, frame):
     assert told[0]["guest"].startswith("guest: ") and told[0]["damp"].startswith("damp: "), told
 
 
+STAIRS = """
+import kaVel
+from levels import Nightfall
+from objects.Placing import onFrame
+
+house = Nightfall.house
+
+
+def build(coordinator):
+    Nightfall.build(coordinator)
+    onFrame(kaVel.make('Entity', parent=coordinator, name='clock'), lambda: act(coordinator))
+
+
+def act(coordinator):
+    night, frame = Nightfall._night, kaVel.getSystem('GameLoopSystem').frameNumber
+    at = kaVel.Vec4(19.9, 0.875, 23.6, 1)
+    night.player.getComponent('transform').position = at
+    if frame == 5:
+        night.story.stillHouse()
+        night.story.openBath()
+        kaVel.configure(night.leaves['landingDoor'].getComponent('physics'), locked=False, open=True)
+    if frame % 60 == 10:
+        night.creatures.rouse(at)
+    damp = night.creatures.damp.getComponent('transform').position
+    kaVel.log('damp %.3f %.3f %.3f' % (damp.x, damp.y, damp.z))
+"""
+
+
+def test_the_damp_comes_down_the_stairs_of_nightfall_step_by_step(world):
+    world.write("scripts/levels/Chased.py", STAIRS)
+    outcome = world.run("Chased", frames=18 * SECOND, KAVEL_SIZE="64x36", KAVEL_UNDRAWN="1")
+    outcome.expect_code(0)
+    assert not outcome.has("Traceback"), outcome.log[-3000:]
+    ways = [tuple(map(float, line.split())) for line in re.findall(r"damp ([\d.-]+ .*)", outcome.log)]
+    below = next((number for number, way in enumerate(ways) if way[1] < 0.5), 0)
+    assert ways[0][1] > 3 and below, f"from {ways[0]} to {ways[-1]}"
+    del ways[below + 1:]  # behind it lies what it does to him
+    between = [way for way in ways if 0.6 < way[1] < 2.6]
+    assert all(19.2 < way[0] < 20.6 for way in between), "on the stairs and nowhere beside them"
+    assert max(abs(after[1] - before[1]) for before, after in zip(ways, ways[1:])) < 0.2, "it neither falls nor leaps"
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

@@ -18,8 +18,11 @@
 
 namespace
 {
-constexpr float ABOVE = 0.5f, BELOW = 3.f; ///< metres within which it looks for the ground
+constexpr float ABOVE = 0.4f, BELOW = 3.f; ///< metres within which it looks for the ground
 constexpr float FASTEST = 4.f;             ///< metres a second: down a stair at a run
+/// Metres by which it looks aside on its way down: a segment that passes over no ground at all meets no cell, so that
+/// it hits nothing.
+constexpr float ASLANT = 2e-3f;
 } // namespace
 
 void OnGround::doFrame()
@@ -31,7 +34,7 @@ void OnGround::doFrame()
         return;
     Vec4 place = own->getPosition();
     const SightFilter filter(getParent(), level->getChild(WellKnownPaths::player));
-    const Vec4 down(0.f, -(ABOVE + BELOW + groundBelow), 0.f, 0.f);
+    const Vec4 down(ASLANT, -(ABOVE + BELOW + groundBelow), 0.f, 0.f);
     const SegmentHit hit = grid->checkSegmentFor(filter, place + Vec4(0.f, ABOVE, 0.f, 0.f), down);
     const float left = hit.volume.isValid() ? hit.collision.point.y + groundBelow - place.y : 0.f;
     if (std::fabs(left) < 1e-3f)

@@ -8,7 +8,7 @@ class TransformComponent;
 /// Keeps its entity at a height above the ground below it, under the component key "form".
 ///
 /// For bodies that are moved over the ground plan alone, as followers move them. The ground is what would stop a body,
-/// from half a metre above the place to three below it, but for the entity itself and the player; where there is none
+/// from 40 cm above the place to three below it, but for the entity itself and the player; where there is none
 /// the height stays. Metres, space of the entity's transform.
 /// @cost a segment a frame
 class OnGround : public SimpleComponent

@@ -8,6 +8,7 @@ from typing import Callable, Iterable
 
 from bindings.Table import ACTIONS, BUTTONS, CONTEXTS, KEYS, PAD, PAD_BUTTONS, PAD_KEYS, TOGETHER
 from keptLines import KeptLines
+from listeners import Listeners
 
 #: What a line of the file begins with that binds a pad's button, and what stands for an action without input.
 _PAD_LINE, _NONE = 'pad.', 'none'
@@ -15,7 +16,7 @@ _PAD_LINE, _NONE = 'pad.', 'none'
 _inputs: dict[str, tuple[str, ...]] = {}
 _pads: dict[str, str] = {}
 _wasRead = False
-_listeners: list[Callable[[], object]] = []
+_listeners: Listeners[[]] = Listeners('bindings')
 
 
 def _header() -> list[str]:
@@ -130,8 +131,8 @@ def conflicts(action: str) -> dict[str, list[str]]:
 
 
 def onChange(function: Callable[[], object]) -> None:
-    """Calls a function whenever something was bound otherwise, until it raises."""
-    _listeners.append(function)
+    """Calls a function whenever something was bound otherwise; what `Listeners` says holds for it."""
+    _listeners.add(function)
 
 
 def trouble() -> str:
@@ -172,13 +173,7 @@ def _keep(name: str, text: str | None) -> None:
     buttonsOf.cache_clear()
     if not GameConfig.headless:
         FILE.write(name, text)
-    for listener in list(_listeners):
-        try:
-            listener()
-        except Exception as problem:
-            _listeners.remove(listener)
-            import kaVel
-            kaVel.log('What listens to bindings fails and is not called again: %r' % problem)
+    _listeners.call()
 
 
 def _readOnce() -> None:

@@ -6,6 +6,7 @@ from typing import Any, Callable
 
 from bindings.Bound import inputsOf, padOf
 from bindings.Table import PAD_KEYS
+from listeners import Listeners
 
 KEYS_AND_MOUSE, PAD = 'keys', 'pad'
 
@@ -16,7 +17,7 @@ _USED = 0.5
 _MOVED = 0.004
 
 _device = KEYS_AND_MOUSE
-_listeners: list[Callable[[str], object]] = []
+_listeners: Listeners[[str]] = Listeners('devices')
 
 
 def device() -> str:
@@ -25,8 +26,8 @@ def device() -> str:
 
 
 def onDeviceChange(function: Callable[[str], object]) -> None:
-    """Calls a function with 'keys' or 'pad' whenever the player takes up the other one, until it raises."""
-    _listeners.append(function)
+    """Calls a function with 'keys' or 'pad' whenever the player takes up the other one, as `Listeners` says."""
+    _listeners.add(function)
 
 
 def promptOf(action: str) -> str:
@@ -74,10 +75,4 @@ def _use(what: str) -> None:
     if what == _device:
         return
     _device = what
-    for listener in list(_listeners):
-        try:
-            listener(what)
-        except Exception as problem:
-            import kaVel
-            _listeners.remove(listener)
-            kaVel.log('What listens to devices fails and is not called again: %r' % problem)
+    _listeners.call(what)

@@ -25,10 +25,13 @@ SLOTS = {'first': 215, 'second': 215, 'pad': 190}
 ESCAPE, DELETE = 0x1B, 0x2E
 
 
+_page: _Page | None = None
+
+
 def fill(parent: kaVel.Entity, tell: Callable[[str], object]):
     """Builds the page; `tell` shows the sentence of a key."""
-    page = _Page(parent, tell)
-    bindings.onChange(page.refresh)
+    global _page
+    _page = _Page(parent, tell)
 
 
 class _Page:
@@ -57,8 +60,6 @@ class _Page:
 
     def refresh(self):
         """Shows what is bound to what, and marks what several actions share."""
-        if not self.parent or self.parent.isDying():
-            raise LookupError('the page is gone')  # and is told of no more changes
         for action, label in self.labels.items():
             shared = bindings.conflicts(action)
             inputs = (*bindings.inputsOf(action), '', '')[:2]
@@ -108,6 +109,14 @@ def _named(kind: str, code: int) -> str | None:
     if kind == 'button':
         return next((name for name, number in bindings.BUTTONS.items() if number == code), None)
     return '' if code == DELETE else bindings.keyNamed(code) or None
+
+
+def _onChange():
+    if _page and _page.parent and not _page.parent.isDying():
+        _page.refresh()
+
+
+bindings.onChange(_onChange)
 
 
 def _bind(action: str, slot: str, name: str):

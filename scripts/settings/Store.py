@@ -8,6 +8,7 @@ from typing import Any, Callable
 import GameConfig
 import kaVel
 from keptLines import KeptLines
+from listeners import Listeners
 from settings.Given import ForPlayer
 from settings.Kinds import textOf
 from settings.Table import BY_NAME, SETTINGS, Setting
@@ -26,7 +27,7 @@ FILE = KeptLines('settings.txt', _header)
 
 _values: dict[str, Any] = {}
 _wasRead = False
-_listeners: list[Callable[[str], object]] = []
+_listeners: Listeners[[str]] = Listeners('settings')
 
 
 def find(name: str) -> Setting:
@@ -92,9 +93,9 @@ def resetAll() -> None:
 def onChange(function: Callable[[str], object]) -> None:
     """Calls a function with the name of every setting that changes, when its new value is in force.
 
-    It is called until it raises, which is logged.
+    What `Listeners` says holds for it.
     """
-    _listeners.append(function)
+    _listeners.add(function)
 
 
 def giveTo(system: Any, className: str) -> None:
@@ -125,12 +126,7 @@ def _putInForce(name: str) -> None:
     setting = find(name)
     if setting.system:
         setting.give(kaVel.Reflection.getSystemN(setting.system), get(name))
-    for listener in list(_listeners):
-        try:
-            listener(name)
-        except Exception as problem:
-            _listeners.remove(listener)
-            kaVel.log('What listens to settings fails at %s and is not called again: %r' % (name, problem))
+    _listeners.call(name)
 
 
 def _checked(setting: Setting, text: str) -> Any:

@@ -129,9 +129,9 @@ def _isPlural(key: str) -> bool:
 
 
 def _singular(key: str, first: Table) -> str:
-    """The key of the first language that a key is held against: its form for any number, where it has not this one."""
-    stem = key.rpartition('.')[0]
-    return stem + '.other' if key not in first.texts and key.endswith(PLURALS) else key
+    """The key of the first language that a key is held against: of a text for numbers, its form for any of them."""
+    other = key.rpartition('.')[0] + '.other'
+    return other if key.endswith(PLURALS) and other in first.texts else key
 
 
 def _odd(found: set[str], wanted: set[str], key: str) -> bool:

@@ -226,6 +226,7 @@ def _begin():
     language = FIRST
     _tableOf(FIRST)
     language = _wanted()
+    _tellFaults(language)
 
 
 def _wanted() -> str:
@@ -249,9 +250,15 @@ def _tableOf(name: str) -> Table:
     if name not in _tables:
         table = Tables.read(name)
         _tables[name] = table if name == FIRST else Tables.compared(table, _tableOf(FIRST))
-        for fault in _tables[name].faults:
-            _tell('%s. English stands in.' % fault)
     return _tables[name]
+
+
+def _tellFaults(name: str):
+    """Tells what is wrong with a language, and with one that cannot be read at all, where nobody would see it."""
+    for each in Tables.names():
+        if each in (FIRST, name) or not _tableOf(each).texts:
+            for fault in _tableOf(each).faults:
+                _tell('%s. English stands in.' % fault)
 
 
 def _template(key: str) -> str | None:

@@ -1,5 +1,6 @@
 """What a player reads: the tables of texts, good and broken, and what stands on the screen in each language."""
 import pathlib
+import subprocess
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
@@ -87,12 +88,27 @@ def room(map):
 
 def test_what_is_heard_is_written_with_its_side_in_the_language_of_the_moment_and_ones_own_steps_are_not(world):
     world.write("scripts/levels/Heard.py", HEARD)
-    run = world.run(level="Heard", frames=310)
+    run = world.run(level="Heard", frames=310, KAVEL_UNDRAWN="1")
     run.expect_code(0)
     told = [line.split("captions: ")[1] for line in run.log.splitlines() if "captions: " in line]
     assert told == ["Glass breaks → | ← A door slams | ↓ A wooden foot is set down, behind",
                     "Glas zerbricht → | ← Eine Tür schlägt zu | ↓ Ein hölzerner Fuß wird aufgesetzt, hinter dir",
                     ""], told
+
+
+def test_the_tables_have_what_scripts_ask_for_and_the_tool_names_what_they_lack(world):
+    tool = [sys.executable, str(game.ROOT / "tools" / "words" / "check.py")]
+    whole = subprocess.run(tool, capture_output=True, text=True, check=False)
+    assert whole.returncode == 0, whole.stdout
+    english, german = (world.folder / "scripts" / "words" / name for name in ("english.py", "german.py"))
+    english.write_text(english.read_text(encoding="utf-8").replace("'keys.locked'", "'keys.lockd'"), encoding="utf-8")
+    german.write_text(german.read_text(encoding="utf-8").replace("{count}.'", "{number}.'"), encoding="utf-8")
+    broken = subprocess.run([*tool, "--root", str(world.folder)], capture_output=True, text=True, check=False)
+    assert broken.returncode == 1
+    for told in ("'keys.locked' has no text in scripts/words/english.py", "'keys.lockd' is asked for by no script",
+                 "'carrying.bolts' has the placeholders {number} where english has {count}",
+                 "german.py lacks 1 texts: keys.lockd"):
+        assert told in broken.stdout, (told, broken.stdout)
 
 
 if __name__ == "__main__":

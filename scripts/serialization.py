@@ -22,6 +22,7 @@ SETTINGS = {
         'consoleEnabled': True,
     },
     'GameLoopSystem': {
+        'longestFrame': 0.1,
         'frameLimit': GameConfig.frames,
         'unattended': GameConfig.headless or GameConfig.frames > 0,
     },

@@ -1,6 +1,9 @@
 """The game in a window that somebody uses: its size and mode, what is kept for the next game, when it stands still."""
 import pathlib
+import re
+import signal
 import sys
+import time
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
 import game
@@ -21,6 +24,30 @@ entity = kaVel.make('Entity', parent=coordinator, name='watcher')
 kaVel.addComponent(entity, 'cursor', 'ScriptComponent', frameCallback=look)
 kaVel.subscribe('WindowFocusMessage', lambda message, active: kaVel.log(
     'active %s, loop %d' % (active, coordinator.loopState)))
+"""
+
+
+#: Two floors, a player on the upper one, and how high he stands every half a second.
+STOOD_ON = """
+import objects.GameObjects as place
+
+def build(coordinator):
+    coordinator.loadMap('floor')
+
+def floor(map):
+    kaVel.configure(map.getComponent('transform'), scale=kaVel.Vec4(12, 12, 12, 0))
+    for height in (-3.2, 0.0):
+        place.Block(map, at=(0, height, 0), size=(8, 0.2, 8))
+    player = place.Player(map.getAncestorOfType(kaVel.Reflection.Coordinator), at=(0, 0.2, 0))
+    frames = []
+
+    def tell():
+        frames.append(1)
+        if len(frames) % 10 == 0:
+            kaVel.log('stands at %.2f #' % player.getComponent('transform').position.y)
+
+    entity = kaVel.make('Entity', parent=map, name='watcher')
+    kaVel.addComponent(entity, 'cursor', 'ScriptComponent', frameCallback=tell)
 """
 
 
@@ -59,6 +86,20 @@ def test_size_and_mode_are_the_players_and_kept_for_the_next_game(world):
         assert "windowMode = fullScreen" in read(settings_of(world))
         with Game(world, display, "Watched") as played:
             played.until_logged("window 1600x900 #")
+
+
+def test_nobody_falls_through_the_floor_while_the_process_stands_still(world):
+    world.write("scripts/levels/Floor.py", "import kaVel\n" + STOOD_ON)
+    with Display("640x360") as display, Game(world, display, "Floor") as played:
+        heights = lambda: re.findall(r"stands at (\S+) #", played.log())
+        played.until(lambda: len(heights()) > 3, "the player to stand")
+        before = heights()[-1]
+        played.process.send_signal(signal.SIGSTOP)
+        time.sleep(2.5)
+        played.process.send_signal(signal.SIGCONT)
+        told = len(heights())
+        played.until(lambda: len(heights()) > told + 3, "the game to go on")
+        assert heights()[-1] == before, heights()
 
 
 def test_behind_another_window_the_game_stands_still_unless_the_player_wants_otherwise(world):

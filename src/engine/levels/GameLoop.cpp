@@ -12,6 +12,9 @@
 #include "foundation/Logger.h"
 #include "foundation/ProfilerScope.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace
 {
 /// Frames that the loading screen runs, enough to be on the screen while the level loads.
@@ -119,8 +122,17 @@ void GameLoopSystem::beginProfilerFrame()
 
 void GameLoopSystem::measureFrame()
 {
-    const TimerTicks ticks = getSystemDeref<TimeSystem>().newFrame();
-    getTime().lookup()->newFrame(ticks);
+    TimeSystem &clock = getSystemDeref<TimeSystem>();
+    const TimerTicks ticks = clock.newFrame();
+    getTime().lookup()->newFrame(longestFrame > 0.0 ? std::min(ticks, clock.toTicks(longestFrame)) : ticks);
+}
+
+void GameLoopSystem::setLongestFrame(Seconds val)
+{
+    if (std::isfinite(val) && val >= 0.0)
+        longestFrame = val;
+    else
+        KV_LOGF(Logger_::I_ERROR, "GameLoopSystem: longestFrame cannot be %g and stays %g", val, longestFrame);
 }
 
 void GameLoopSystem::callFrameCallback()

@@ -31,6 +31,11 @@ public:
 
     /// The clock of wall time that the coordinators' timers are fed from, made at first use.
     Handle<TimeKeeper> getTime();
+    /// Sets how long a frame counts at most, seconds: one that took longer, as while the process stood still, goes on as
+    /// if it had taken so long, and nobody falls through a floor meanwhile. 0 takes frames as they are; anything but a
+    /// number from 0 on is logged as an error and changes nothing.
+    void setLongestFrame(Seconds val);
+    Seconds getLongestFrame() const { return longestFrame; }
     /// Count of frames begun so far.
     std::int64_t getFrameNumber() const { return frameNumber; }
 
@@ -83,6 +88,7 @@ private:
     String queuedLevel; ///< empty while no switch is asked for
     std::int64_t frameNumber = 0;
     std::int64_t frameLimit = 0; ///< 0: none
+    Seconds longestFrame = 0.0;  ///< 0: as long as it takes
     bool frameRunning = false;
     bool quitAsked = false; ///< so that the frame limit leaves the exit code alone
     bool unattended = false;

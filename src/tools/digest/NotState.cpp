@@ -55,6 +55,7 @@ constexpr const char *fields[] = {
     // Asked of this run.
     "GameLoopSystem::frameCallback",
     "GameLoopSystem::frameLimit",
+    "GameLoopSystem::longestFrame",
     "GameLoopSystem::profilerNewFrame",
     "GameLoopSystem::quitAsked",
     "TimeSystem::sourceType",

@@ -24,7 +24,7 @@ from objects.Models import mapsOf
 from objects.Placing import Triple, addVolume, cube, layerFor, placed, turned
 from objects.Pockets import Pockets, pocketsOf, taken
 from objects.Sounds import BODIES, heardAs, sounds
-from saves.Kept import keep
+from saves.Kept import keep, keepPart
 
 HOLD = (0.13, -0.12, 0.52)  # where near side and top of a carried thing are, of the eyes: right, up, ahead; metres
 NEAREST = 0.34              # metres from the eyes over the floor to the near side of what is carried
@@ -43,6 +43,7 @@ TUMBLE = 7.0        # radians a second
 LEVELS = 9.0        # as `LAG`, of how a thing that has landed lies down
 
 BOLT = 'bolt'       # the bolts in the pockets
+THROWN = 'thrownBolt'  # and those that were thrown, with a number
 
 
 class Kind(NamedTuple):
@@ -366,6 +367,30 @@ def _lyingBolt(parent: kaVel.Object, name: str, at: Triple, turn: float, isKept:
     return thing
 
 
+def keepThrownBolts(player: kaVel.Entity):
+    """Has the bolts that a player has thrown lie in his saves where they lie."""
+    def map() -> kaVel.MapRootEntity | None:
+        level, transform = player.getAncestorOfType(kaVel.Reflection.Coordinator), player.getComponent('transform')
+        hasMap = any(each._getType().isSubclassOf(kaVel.Reflection.MapRootEntity) for each in level.children)
+        return transform.findMap() if hasMap and transform else None
+
+    def told() -> list[list[float]]:
+        here = map()
+        bolts = [each for each in here.children if each.name.startswith(THROWN)] if here else []
+        places = [bolt.getComponent('transform').position for bolt in bolts if not bolt.isDying()]
+        return [[at.x, at.y, at.z] for at in places]
+
+    def become(places: list[list[float]]):
+        here, hands = map(), handsOf(player)
+        if not here or not hands:
+            return
+        for x, y, z in places:
+            hands.thrownBolts += 1
+            kaVel.finishLoad(_lyingBolt(here, THROWN + str(hands.thrownBolts), (x, y, z), 0.0, False).entity)
+
+    keepPart(player, 'thrownBolts', told, become)
+
+
 def throwBolt(hands: Hands):
     """Throws a bolt out of the pocket, if there is one."""
     eye = hands.eye()
@@ -375,7 +400,7 @@ def throwBolt(hands: Hands):
         return
     hands.thrownBolts += 1
     hands.play('Throw')
-    thing = _lyingBolt(map, 'thrownBolt%d' % hands.thrownBolts, hands.place(0.08, -0.1, 0.3), _heading(hands), False,
+    thing = _lyingBolt(map, THROWN + str(hands.thrownBolts), hands.place(0.08, -0.1, 0.3), _heading(hands), False,
                        _throwing(hands, FASTEST))
     kaVel.finishLoad(thing.entity)
     thing.launch(hands, True)

@@ -15,7 +15,7 @@ import kaVel
 import settings
 from objects.Bodies import PULL
 from objects import Captions
-from objects.Carrying import throwBolt
+from objects.Carrying import keepThrownBolts, throwBolt
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
 from objects.Hands import hands
@@ -82,6 +82,7 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
     nerves(player)
     pockets(player)
     hands(player, throwBolt)
+    keepThrownBolts(player)
     Captions.attend(parent)
     attend(player)
     keepPart(player, 'player', lambda: _told(component), lambda told: _become(component, told), travels=True)

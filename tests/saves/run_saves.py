@@ -72,6 +72,10 @@ def play(night):
         volume.interactWithPlayer(night.mind)
     night.map.getChild('stairKey').getComponent('boundingVolume').interactWithPlayer(night.mind)
     kaVel.configure(night.mind, sanity=61.0, currBatteryTimeLeft=33.0)
+    from objects.Carrying import throwBolt
+    from objects.Hands import handsOf
+    night.story.pockets.add('bolt')
+    throwBolt(handsOf(night.player))
     lifeOf(night.level).hurt(25, 'a test')
     night.leaves['doorSix'].getComponent('physics').openDoor(night.player)
     night.visitor.goTo((9.2, 3.0, -0.9), 180.0, 10.0)
@@ -84,6 +88,8 @@ def tell(night):
     fact('mind', [round(mind.sanity), mind.getHasFlashlight(), mind.isFlashlightOn(), mind.batteries,
                   round(mind.currBatteryTimeLeft, 0)])
     fact('pockets', night.story.pockets.told())
+    bolt = night.map.getChild('thrownBolt1').getComponent('transform').position
+    fact('bolt', [round(bolt.x, 1), round(bolt.y, 1), round(bolt.z, 1)])
     fact('life', round(lifeOf(night.level).value))
     fact('door', round(abs(night.leaves['doorSix'].getComponent('physics').prevAngle), 2))
     fact('things', sorted(child.name for child in night.map.children
@@ -95,7 +101,7 @@ STEPS = {100: play, 260: lambda night: (tell(night), said(saves.save())), 262: l
 """, 290)
     here = facts.index(("said", (True, False, "game1.2", "It is written down.")))
     before, after = facts[:here], facts[here + 2:]
-    assert before == after and len(before) == 6, (before, after)
+    assert before == after and len(before) == 7, (before, after)
     assert dict(after)["pockets"]["things"] == {"stairKey": 1}, after
     assert ("mind", [60, True, True, 2, 30.0]) in after and ("things", ["battery2"]) in after, after
     assert facts[here + 1] == ("said", (True, False, "game1.2", "")), facts[here + 1]

@@ -33,7 +33,7 @@ class Life:
         self.value = WHOLE
         self.cause: words.Told = ''  # of the last hurt: after death what the player died of
         self.isDead = False
-        self._onDeath: list[Callable[[str], object]] = []
+        self._onDeath: list[Callable[[words.Told], object]] = []
         entity = kaVel.make('Entity', parent=coordinator, name='life')
         self._clock = LevelClock(entity)
         self._hurtAt, self._criedAt = -math.inf, -math.inf
@@ -52,7 +52,7 @@ class Life:
         if self.value <= 0:
             self._die()
 
-    def onDeath(self, function: Callable[[str], object]):
+    def onDeath(self, function: Callable[[words.Told], object]):
         """Has a function called with the cause when the player dies; in the order in which they were given."""
         self._onDeath.append(function)
 

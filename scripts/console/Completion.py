@@ -96,8 +96,11 @@ def _members(members: Callable[[Any], dict[str, str]]):
 
 
 def _values(session: Session, text: str, before: list[str]):
-    handle, name = Values.member(session, before[0])
-    present = getattr(handle, name)
+    try:
+        handle, name = Values.member(session, before[0])
+        present = getattr(handle, name)
+    except (Wrong, RuntimeError, AttributeError):
+        return
     if isinstance(present, bool):
         found = [('on', ''), ('off', '')]
     elif isinstance(present, kaVel.Handle):
@@ -112,7 +115,10 @@ def _values(session: Session, text: str, before: list[str]):
 def _patterns(session: Session, text: str, before: list[str]):
     import importlib
     home = before[0] if '.' in before[0] else 'levels.' + before[0]
-    module = importlib.import_module(home)
+    try:
+        module = importlib.import_module(home)
+    except Exception:  # no such module, or one that is wrong: the command tells what
+        return
     for name, each in sorted(vars(module).items()):
         if name.startswith(text) and callable(each) and hasattr(each, '__wrapped__'):
             yield name, firstSentence(each.__doc__)

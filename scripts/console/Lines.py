@@ -13,6 +13,8 @@ from console.Session import Session, Wrong, command
 def bind(session: Session, line: str) -> str:
     """Has a key run a line while the console is closed; without a line the key is free again."""
     key, _, bound = line.partition(' ')
+    if not key:
+        raise Wrong('name a key and the line that it runs, as in: bind F7 noclip')
     session.console.addBinding(keyCode(key), bound.strip())
     return '%s runs: %s' % (key, bound.strip()) if bound.strip() else '%s is free' % key
 

@@ -42,6 +42,10 @@ def set_(session: Session, line: str) -> str:
     try:
         setattr(handle, name, value)
     except Exception as error:
+        names = session.console.enumNames(handle, name).split('\n')
+        allowed = ' or '.join(row.split('\t')[0] for row in names if row)
+        if isinstance(present, (int, float)) and isinstance(value, str):
+            error = '%r is none of %s' % (value, allowed) if allowed else '%r is no number' % value
         raise Wrong('%s stays %s: %s' % (where, Values.show(present), error)) from None
     return '%s = %s' % (where, Values.show(getattr(handle, name)))
 
@@ -51,6 +55,8 @@ def call(session: Session, line: str) -> str | None:
     """Calls a method of an object; arguments are numbers, texts and paths that begin with c:/ or s:/."""
     where, _, rest = line.partition(' ')
     path, name = Values.split(where)
+    if not path:
+        raise Wrong('name an object and a method, as in Player/transform.getPosition')
     handle = Values.resolve(session, path)
     if not name or not callable(getattr(handle, name, None)):
         raise Wrong('%s (%s) has no method %r%s' % (path, Values.classOf(handle), name,

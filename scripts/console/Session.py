@@ -56,6 +56,7 @@ class Session:
         self.level: kaVel.Coordinator = entity.getAncestorOfType(kaVel.Reflection.Coordinator)
         self.selected: Any = None
         self.watches: list[str] = []
+        self.completing = ''  # what was wrong with the last line that could not be completed
         self.names: dict[str, Any] = {}  # what Python lines have set
 
     def switch(self):
@@ -107,6 +108,8 @@ class Session:
             from console.Completion import ways
             return '\n'.join('\t'.join(way) for way in ways(self, line))
         except Exception:
-            self.console.complain('Nothing completes lines any more:\n%s' % traceback.format_exc().rstrip())
-            self.console.completer = None
+            problem = traceback.format_exc().rstrip()
+            if problem != self.completing:  # once, and not with every letter
+                self.console.complain('This line cannot be completed:\n%s' % problem)
+            self.completing = problem
             return ''

@@ -17,6 +17,8 @@ from reports import Keeping
 @command('timescale', 'factor', 'text')
 def timescale(session: Session, line: str) -> str:
     """Has the level's time run faster or slower: 1 is as usual, 0.25 a quarter, 0 stands still."""
+    if not line:
+        raise Wrong('name a factor, as in: timescale 0.25')
     factor = _number(line, 0.0, 100.0)
     stillness.scale(session.level, factor)
     return 'Time runs at %g' % factor
@@ -49,6 +51,8 @@ def teleport(session: Session, line: str) -> str:
     words = line.replace(',', ' ').split()
     if len(words) == 3:
         at = [_number(word, -1e5, 1e5) for word in words]
+    elif not line:
+        raise Wrong('name a place or an object, as in: teleport 0 0 2')
     else:
         transform = Values.resolve(session, line).getChild('transform')
         if not transform:

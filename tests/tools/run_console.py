@@ -106,6 +106,10 @@ def test_lines_are_typed_run_and_answered(world):
         ("select hall", "Paths begin at Room/hall (MapRootEntity)"),
         ("get box/graphics2.visible", "box/graphics2.visible = False"),
         ("timescale 0.5", "Time runs at 0.5"),
+        ("set GraphicsSystem2.gamma far", "Error: set: GraphicsSystem2.gamma stays 2.2: 'far' is no number"),
+        ("set hall/box/graphics2.layer nowhere", "'nowhere' is none of WORLD or WORLD_UNCONDITIONAL or "),
+        ("call", "Error: call: name an object and a method"),
+        ("teleport", "Error: teleport: name a place or an object"),
         ("timescale fast", "Error: timescale: 'fast' is no number"),
         ("teleport 1 2 3", "At 1.00, 2.00, 3.00"),
         ("bind nokey help", "Error: bind: 'nokey' is no key"),
@@ -116,6 +120,7 @@ def test_lines_are_typed_run_and_answered(world):
         ("> 1 +", "Error: >: invalid syntax at column 4 of: 1 +"),
         ("changeLevel Rom", "Error: changeLevel: there is no level 'Rom'"),
         ("reload nowhere", "Error: reload: "),
+        ("spawn nowhere Chair", "Could not find the player."),
         ("reload objects.GameObjects", ""),
         ("exec no-such-file", "Error: exec: [Errno 2]"),
         ("alias where get camera/transform.position", ""),
@@ -125,6 +130,7 @@ def test_lines_are_typed_run_and_answered(world):
     for line, answer in table:
         expect_answer(run, line, answer)
     assert not run.has("assertion failed"), run.log[-3000:]
+    assert not run.has("cannot be completed"), run.log[-3000:]
 
 
 def test_the_open_console_is_seen_and_the_game_hears_no_key(world):

@@ -1,6 +1,6 @@
 """The folder of the saves: which there are, and how one is written so that none is ever lost.
 
-    folder = Folder('/home/clerk/.local/share/mornal/saves')
+    folder = Folder(path)
     name = folder.write('game1', b'...')     # Name('game1', 8): the file game1.8.save
     folder.read(name)
 

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
+#include <iterator>
 #include <set>
 #include <string>
 #include <system_error>
@@ -47,8 +48,8 @@ std::string fileName()
 
 bool isOfRun(const fs::path &file)
 {
-    const fs::path kind = file.extension();
-    return kind == EXTENSION || kind == ".input" || kind == ".begin";
+    constexpr const char *kinds[] = {EXTENSION, ".input", ".begin", ".state", ".png"};
+    return std::any_of(std::begin(kinds), std::end(kinds), [&](const char *kind) { return file.extension() == kind; });
 }
 
 /// Deletes the oldest runs beyond those that are kept: logs, and what lies beside them under their names.

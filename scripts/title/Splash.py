@@ -10,7 +10,7 @@ from objects.Drawn import Picture
 from objects.Placing import LevelClock
 
 SIZE = 0.15                         # share of the window's longer side
-OPEN, CLOSES, ROOM = 0.45, 0.12, 1.0  # seconds: the eye is open, it closes, the room comes up
+OPEN, CLOSES, ROOM = 0.26, 0.10, 1.0  # seconds: the eye is open, it closes, the room comes up
 SKIPPED_BY = ('KeyDownMessage', 'MouseDownMessage', 'ButtonPressed')
 
 

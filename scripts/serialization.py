@@ -58,7 +58,7 @@ def configureSystem(system: kaVel.System):
 
 def _configurePlayed(system: Any, className: str, played: Played):
     """Sets what is otherwise while a report is played: time and window are those of its run."""
-    kaVel.configure(system, **configured(className))
+    kaVel.configure(system, **configured(className, played))
     if className == 'TimeSystem':
         system.setSource(kaVel.make('PlayedTimeSource', parent=system, name='playedTime', tickRate=played.clock))
     elif className == 'WindowSystem2':

@@ -204,10 +204,8 @@ def _beginOfEnd(recorded: bytes, clock: int, last: int) -> int:
     return 1
 
 
-def configured(className: str) -> dict[str, Any]:
-    """What a system has otherwise while the report is played: its properties by name."""
-    import GameConfig
-    played = GameConfig.played
+def configured(className: str, played: Played) -> dict[str, Any]:
+    """What a system has otherwise while a report is played: its properties by name."""
     return {'SoundSystem': {'offline': True},
             'GraphicsSystem2': {'withoutDrawing': played.unseen or played.minute > 1},
             'GameLoopSystem': {'unattended': played.about['unattended']}}.get(className, {})

@@ -28,8 +28,9 @@ Look = Literal['bare', 'ink', 'ruled', 'veil']
 #: Sizes of texts by name.
 SIZES = {'small': 24.0, 'body': 30.0, 'large': 40.0, 'title': 64.0}
 #: Colours of texts by name.
-COLORS = {'paper': (0.86, 0.80, 0.66, 1), 'faded': (0.56, 0.51, 0.42, 1), 'candle': (0.99, 0.78, 0.42, 1),
-          'ink': (0.10, 0.08, 0.06, 1), 'brass': (0.60, 0.46, 0.25, 1), 'warning': (0.86, 0.36, 0.26, 1)}
+COLORS: dict[str, tuple[float, float, float, float]] = {
+    'paper': (0.86, 0.80, 0.66, 1), 'faded': (0.56, 0.51, 0.42, 1), 'candle': (0.99, 0.78, 0.42, 1),
+    'ink': (0.10, 0.08, 0.06, 1), 'brass': (0.60, 0.46, 0.25, 1), 'warning': (0.86, 0.36, 0.26, 1)}
 
 _ANCHORS: dict[str, tuple[kaVel.WidgetAlignName, kaVel.WidgetAlignName]] = {
     'fill': ('WA_FILL', 'WA_FILL'), 'left': ('WA_START', 'WA_CENTER'), 'right': ('WA_END', 'WA_CENTER'),

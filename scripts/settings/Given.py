@@ -24,8 +24,9 @@ USUAL_VIEW = 45.0
 _authoredView: PerLevel[float] = PerLevel()
 
 #: Colours of texts on screens for those who do not tell hues apart, by their names in `screens.Kit`.
-SAFE_COLORS = {'paper': (0.8, 0.8, 0.8, 1), 'faded': (0.55, 0.55, 0.55, 1), 'candle': (1, 1, 1, 1),
-               'brass': (0.65, 0.65, 0.65, 1), 'warning': (1, 1, 1, 1)}
+SAFE_COLORS: dict[str, tuple[float, float, float, float]] = {
+    'paper': (0.8, 0.8, 0.8, 1), 'faded': (0.55, 0.55, 0.55, 1), 'candle': (1, 1, 1, 1),
+    'brass': (0.65, 0.65, 0.65, 1), 'warning': (1, 1, 1, 1)}
 _usualColors: dict[str, tuple[float, float, float, float]] = {}
 
 #: Texels of a shadow map's side, and whether lamps that nobody carries draw shadows, by the quality of shadows.

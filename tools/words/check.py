@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """What the tables of texts in scripts/words lack and have too much of, and which texts are too long for their place.
 
-    tools/words/check.py [--whole german]
+    tools/words/check.py [--whole german hindi]
 
 Ends with 1 where a key that scripts ask for has no text, where placeholders differ, where a text is too long, or where
 a language that is to be whole (English and those of --whole) lacks one. Keys that no script asks for are only listed.
@@ -91,7 +91,7 @@ def findings(root, whole):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--whole", nargs="*", default=["german"])
+    parser.add_argument("--whole", nargs="*", default=["german", "hindi"])
     parser.add_argument("--root", type=pathlib.Path, default=ROOT)
     options = parser.parse_args()
     wrong, unused = findings(options.root, options.whole)

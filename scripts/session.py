@@ -6,6 +6,9 @@ import time
 #: Whether the splash has been shown.
 splashShown = False
 
+#: Whether the main menu has been shown.
+menuShown = False
+
 
 def secondsSinceStart() -> float:
     """Seconds of wall time since the process was started, to a hundredth."""

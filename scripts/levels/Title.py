@@ -30,5 +30,6 @@ def room(map: MapRootEntity):
 def begin(coordinator: Coordinator):
     Screens.open(coordinator, 'Main')
     Music(coordinator).play('TitleMusic')
-    if not GameConfig.headless:
+    if not GameConfig.headless and not session.menuShown:
+        session.menuShown = True
         kaVel.log('The main menu stands %.2f s after the start.' % session.secondsSinceStart())

@@ -220,10 +220,10 @@ def List(parent: kaVel.Object, name: str, *, rows: Sequence[str], chosen: Callab
 
 
 def Tabs(menu: kaVel.Object, name: str, *, pages: Sequence[tuple[str, Callable[[kaVel.Entity], object]]],
-         **layout: Unpack[Layout]) -> kaVel.Entity:
+         focused: Callable[[], object] | None = None, **layout: Unpack[Layout]) -> kaVel.Entity:
     """Pages with a row of their names above; each is built when it is first seen, into a column that scrolls.
 
-    Q and E, the page keys and the shoulders of a pad turn them.
+    Q and E, the page keys and the shoulders of a pad turn them. `focused` is called when the focus comes to a name.
     """
     layout.setdefault('anchor', 'fill')
     entity = Column(menu, name, gap=18, **layout)
@@ -231,7 +231,8 @@ def Tabs(menu: kaVel.Object, name: str, *, pages: Sequence[tuple[str, Callable[[
     sheets = _form(entity, 'pages', 'FK_PAGES', 0, 'bare', 0, {'grow': 1})
     tabs = _Tabs(menuOf(menu), name, names, sheets, pages)
     for number, (key, _) in enumerate(pages):
-        Button(names, 'tab%d' % number, words=key, pressed=lambda number=number: tabs.show(number), grow=1)
+        Button(names, 'tab%d' % number, words=key, pressed=lambda number=number: tabs.show(number), grow=1,
+               focused=focused)
         component(names.getChild('tab%d' % number)).look = 'BL_TAB'
         Scroll(sheets, 'page%d' % number)
     tabs.show(_pages.get(tabs.key, 0))

@@ -33,6 +33,7 @@ class _Options:
         self.level: Any = menu.getAncestorOfType(kaVel.Reflection.Coordinator)
         self.pages: dict[str, Page] = {}
         self.row = ''
+        self.help: kaVel.Entity | None = None
         sheet = kit.Column(menu, 'sheet', anchor='leftFill', width=1120, gap=10, look='ink', padding=30)
         above = kit.Row(sheet, 'above', gap=16)
         kit.Label(above, 'title', words='menu.options', size='large', width=200)
@@ -43,7 +44,7 @@ class _Options:
         for name, text in (('settings', settings.trouble()), ('bindings', bindings.trouble())):
             if text:
                 kit.Label(sheet, 'trouble' + name, literal=text, size='small', color='warning')
-        kit.Tabs(sheet, 'pages', grow=1, pages=[
+        kit.Tabs(sheet, 'pages', grow=1, focused=self.leave, pages=[
             ('options.picture', self.picture), ('options.sound', self.page('sound')),
             ('options.controls', self.page('controls')), ('options.bindings', self.bindings),
             ('options.reading', self.page('reading')), ('options.language', self.page('language'))])
@@ -82,8 +83,16 @@ class _Options:
         kit.say(self.one, words='options.resetOne', what=words.text('options.' + row))
         kit.component(self.one).enabled = settings.get(row) != settings.find(row).default
 
+    def leave(self):
+        """The player is at no row: there is nothing to tell of one, nor to reset."""
+        self.row = ''
+        self.tell('options.help')
+        kit.say(self.one, words='options.resetNone')
+        kit.component(self.one).enabled = False
+
     def tell(self, key: str):
-        kit.say(self.help, words=key)
+        if self.help:
+            kit.say(self.help, words=key)
 
     def resetOne(self):
         if self.row:

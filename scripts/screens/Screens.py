@@ -162,8 +162,8 @@ def rebuild(level: kaVel.Coordinator):
             _build(stack, screen)
         except Exception:
             kaVel.log('The screen %r cannot be built anew:\n%s' % (screen.name, traceback.format_exc()))
-        widget = screen.menu.getDescendantByPath(focus) if focus else None
-        if widget and not widget.isDying():
+        widget = _livingAt(screen.menu, focus)
+        if widget:
             kit.focus(widget)
     stack.settle()
 
@@ -275,6 +275,16 @@ def _focusPath(screen: Screen) -> str:
         names.append(above.name)
         above = above.parent
     return '/'.join(reversed(names))
+
+
+def _livingAt(menu: kaVel.Entity, path: str) -> kaVel.Entity | None:
+    """The widget of a path below a screen: what was just cleared away still stands beside it, by the same names."""
+    found: Any = menu
+    for name in path.split('/'):
+        found = next((each for each in found.children if each.name == name and not each.isDying()), None)
+        if not found:
+            return None
+    return found
 
 
 def _sound(screen: Screen, event: str):

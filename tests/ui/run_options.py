@@ -390,7 +390,13 @@ def on(page, path):
         kit.focus(widget(level, 'page%d/%s' % (page, path)))
     return go
 
-STEPS.update({2: on(0, 'vsync'), 20: on(1, 'ambienceVolume'), 40: on(3, 'forward/first'), 60: on(3, 'use/pad')})
+STEPS.update({2: on(0, 'vsync'), 20: on(1, 'ambienceVolume'), 40: on(3, 'forward/first'), 60: on(3, 'use/pad'),
+              84: on(5, 'language')})
+
+@at(100)
+def rebuilt(level, player):
+    focus = Screens.top(level).getComponent('menu').focus
+    kaVel.log('focus on %s, in %s' % (focus.parent.name, settings.get('language')))
 
 @at(80)
 def told(level, player):
@@ -399,12 +405,13 @@ def told(level, player):
                                      bindings.inputsOf('forward'), bindings.padOf('use')))
     kaVel.log('shared %s' % kit.component(widget(level, 'page3/use/name')).text)
 """)
-    enter, left, i = 13, 37, 73
+    enter, left, right, i = 13, 37, 39, 73
     events = []
-    for frame, key in ((6, enter), (24, left), (28, left), (44, enter), (48, i), (64, enter)):
+    for frame, key in ((6, enter), (24, left), (28, left), (44, enter), (48, i), (64, enter), (90, right)):
         events += [(frame, f"key {key} down"), (frame + 2, f"key {key} up")]
     events += [(68, "pad 0 0x4000 0 0 0 0 0 0"), (72, "pad 0 0 0 0 0 0 0 0")]
-    run = play(world, events, 84)
+    run = play(world, events, 104)
+    run.expect("focus on language, in en")
     run.expect("set True 0.90 ('I',) X")
     run.expect("shared Use (shared with: Change battery)")
 

@@ -78,7 +78,8 @@ def test_a_recording_that_cannot_be_written_ends_the_run_with_1(world):
 def test_a_recorded_run_is_played_back_in_the_run_that_it_belongs_to_and_in_no_other(world):
     recording = str(world.folder / "input.txt")
     world.run(frames=3, KAVEL_RECORD=recording).expect_code(0)
-    assert (world.folder / "input.txt").read_text() == "input 1\nlevel FirstRoom\nseed 1\nwindow 1280 720\n4 end\n"
+    assert (world.folder / "input.txt").read_text().splitlines() == [
+        "input 2", "level FirstRoom", "seed 1", "window 1280 720", "clock 4096", "1 time 68", "4 end"]
     world.run(frames=3, KAVEL_REPLAY=recording).expect_code(0)
     for line, problem, other in ((2, 'the level "FirstRoom", and this is "LoadingScreen"', {"level": "LoadingScreen"}),
                                  (3, "a run of seed 1, and this one has 7", {"KAVEL_SEED": "7"}),

@@ -22,6 +22,7 @@ import saves
 import session  # noqa: F401 (as a script of the game, not of a level: what it keeps lasts)
 import standing
 import troubleScreen
+import words
 from perLevel import PerLevel
 from screens import Screens
 
@@ -102,6 +103,7 @@ def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.C
             saves.prepare(coordinator)
         developerKeys.listen(coordinator)
         fill(coordinator)
+        words.prepare()
         Screens.attend(coordinator)
         if levelName != LOADING_SCREEN:
             _giveConsole(coordinator)

@@ -105,6 +105,11 @@ def text(key: str, /, **values: object) -> str:
         return template
 
 
+def prepare():
+    """Has the tables read, so that no frame of a level has to, in which the first text of it is shown."""
+    has('')
+
+
 def has(key: str) -> bool:
     """Whether there is a text of this key, if only in the first language."""
     _begin()

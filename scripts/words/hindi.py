@@ -634,7 +634,7 @@ TEXTS: dict[str, str] = {
     'calibration.barely': 'मुश्किल से दिखे',
     'calibration.clearly': 'साफ़ दिखे',
     'calibration.hidden': 'न दिखे',
-    'calibration.how': 'पहले गामा ठीक करें, जब तक बीच की मोमबत्ती मुश्किल से दिखे।',
+    'calibration.how': 'पहले गामा ठीक करें, इतना कि बीच की मोमबत्ती मुश्किल से दिखे।',
     'calibration.title': 'चमक',
     'calibration.usual': 'सामान्य मान',
 

@@ -144,14 +144,18 @@ TEST_F(Screen, WhatIsWrongWithItIsFound)
     narrow.setAlignX(WA_END);
     narrow.setAlignY(WA_START);
     add<LabelComponent>("broken", "form", entityOf(narrow)).setText(SCS("Incomprehensibilities"));
+    const std::string shown = "xäääääääääääääääääääääää"; // the next one lies across the 48th byte
+    add<LabelComponent>("long", "form", entityOf(narrow)).setText(String::copyFrom(shown + "äääää"));
     FormComponent &corner = form("corner", FK_COLUMN);
     corner.setAlignX(WA_START);
     corner.setAlignY(WA_END);
     add<LabelComponent>("key", "form", entityOf(corner)).setText(SCS("menu.nowhere"));
     frames();
     const std::string found = screen().findings().toCString();
-    for (const char *text : {"'One over' overlaps 'another'", "'Incomprehensibilities' has a word that is broken",
-                             "'menu.nowhere' is a key and no text"})
+    for (const std::string &text :
+         {std::string("'One over' overlaps 'another'"),
+          std::string("'Incomprehensibilities' has a word that is broken"),
+          "'" + shown + "...' has a word that is broken", std::string("'menu.nowhere' is a key and no text")})
         EXPECT_NE(found.find(text), std::string::npos) << text << "\n" << found;
 }
 

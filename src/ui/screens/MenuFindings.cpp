@@ -21,12 +21,22 @@ bool isSame(const WidgetRect &a, const WidgetRect &b)
     return a.left == b.left && a.top == b.top && a.width == b.width && a.height == b.height;
 }
 
+bool isContinuation(char byte) ///< of a character of UTF-8
+{
+    return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
+}
+
+/// The beginning of a text, in whole characters.
 std::string shortened(const String &text)
 {
     std::string words = text.toCString();
     std::replace(words.begin(), words.end(), '\n', ' ');
-    constexpr std::size_t most = 48;
-    return words.size() > most ? words.substr(0, most) + "..." : words;
+    std::size_t most = 48;
+    if (words.size() <= most)
+        return words;
+    while (isContinuation(words[most]))
+        --most;
+    return words.substr(0, most) + "...";
 }
 
 /// A word with dots in it and no blank, as "menu.continue".

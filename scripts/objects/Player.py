@@ -116,7 +116,10 @@ def Hud(parent: kaVel.Coordinator, name: str = ''):
     kaVel.addComponent(hud, 'hud', 'HudComponent')
     Picture(hud, 'EntQuad1', picture='panel', at=(0.115, 0.075), size=(0.20, 0.07), depth=3)
     Picture(hud, 'EntQuad2', picture='iconCandle', at=(0.045, 0.075), size=(0.035, 0.035), depth=2)
-    Text(hud, 'BatteryCount', text='x 0', at=(0.075, 0.095), size=0.018, color=PALE, anchor=('H_LEFT', 'V_CENTER'))
+    player = parent.getChild('Player')
+    mind = player.getComponent('player') if player else None
+    Text(hud, 'BatteryCount', text='x %d' % (mind.batteries if mind else 0), at=(0.075, 0.095), size=0.018, color=PALE,
+         anchor=('H_LEFT', 'V_CENTER'))
     kaVel.addComponent(hud, 'behaviors', 'BTComponent', behaviors=['HUD'], defaultBehavior='HUD')
     BatteryMeter(parent)
     return hud

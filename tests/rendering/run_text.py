@@ -56,7 +56,8 @@ def test_debug_drawing_switched_on_in_a_running_level_looks_as_it_did(world):
 
 def test_a_missing_font_is_named_and_the_game_goes_on(world):
     (world.folder / "assets" / "fonts" / "LindenHill.otf").unlink()
-    outcome = world.run(level="LoadingScreen", frames=3)
+    world.write_level("Line", "import objects.GameObjects as place\nplace.Text(coordinator, 'line', text='A line')\n")
+    outcome = world.run(level="Line", frames=3)
     outcome.expect_code(0)
     outcome.expect("LindenHill.otf did not load")
     assert outcome.log.count("] Font asset missing") == 1, outcome.log

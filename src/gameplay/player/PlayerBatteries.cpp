@@ -113,7 +113,9 @@ void PlayerComponent::addBattery()
 void PlayerComponent::setBatteries(unsigned count)
 {
     batteries = count;
-    showBatteries();
+    if (findPart(BATTERY_COUNT)
+            .isValid()) // a level that is being built may have none yet, and it then begins with them
+        showBatteries();
 }
 
 void PlayerComponent::setCurrBatteryTimeLeft(double seconds)

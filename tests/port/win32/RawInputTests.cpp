@@ -205,7 +205,7 @@ TEST(VirtualKeys, NoTwoKeysShareACodeExceptTwins)
         if (const USHORT key = port::keyCodeOf(scancode).virtualKey)
             keys[key].push_back(scancode);
 
-    for (const USHORT twin : {VK_SHIFT, VK_CONTROL, VK_MENU, VK_RETURN, VK_OEM_5, VK_VOLUME_MUTE})
+    for (const USHORT twin : {VK_SHIFT, VK_CONTROL, VK_MENU, VK_RETURN, VK_OEM_5, VK_VOLUME_MUTE, VK_KANA})
     {
         EXPECT_EQ(keys[twin].size(), 2u) << "key " << twin;
         keys.erase(twin);

@@ -79,11 +79,11 @@ void ButtonComponent::press()
     call(pressed, none, "pressed");
 }
 
-void ButtonComponent::call(const ReflectorPtr &function, SavedArguments &arguments, const char *role) const
+/// By value: what is called may set another in its place.
+void ButtonComponent::call(ReflectorPtr function, SavedArguments &arguments, const char *role) const
 {
-    const ReflectorPtr called = function; // what it calls may set another in its place
-    if (called)
-        callOrReport(called, arguments, *this, role);
+    if (function)
+        callOrReport(function, arguments, *this, role);
 }
 
 Vec4 ButtonComponent::textColor() const

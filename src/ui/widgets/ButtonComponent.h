@@ -94,7 +94,7 @@ protected:
     /// The part of its place that the value takes, pixels.
     WidgetRect valuePlace(float unit) const;
     /// Calls what a script gave it; a failure is told.
-    void call(const ReflectorPtr &function, SavedArguments &arguments, const char *role) const;
+    void call(ReflectorPtr function, SavedArguments &arguments, const char *role) const;
 
 private:
     WidgetRect textPlace(float unit) const;

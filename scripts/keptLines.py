@@ -15,6 +15,7 @@ import tempfile
 from typing import Callable, Iterator, NamedTuple
 
 import kaVel
+import userFolders
 
 #: A file larger than this is not ours.
 _MOST_BYTES = 1 << 16
@@ -28,14 +29,6 @@ class Line(NamedTuple):
     text: str
 
 
-def folder() -> str:
-    """Where the files of this kind lie: `mornal` in $XDG_CONFIG_HOME or ~/.config; empty where there is no home."""
-    base = os.environ.get('XDG_CONFIG_HOME', '')
-    if not os.path.isabs(base):  # by convention that counts as none
-        base = os.path.join(os.path.expanduser('~'), '.config')
-    return os.path.join(base, 'mornal') if os.path.isabs(base) else ''
-
-
 class KeptLines:
     """The file of one name in the player's folder; `header` is what a new one begins with."""
 
@@ -45,7 +38,7 @@ class KeptLines:
         self.trouble = ''
 
     def path(self) -> str:
-        return os.path.join(folder(), self.fileName)
+        return os.path.join(userFolders.of('config'), self.fileName)
 
     def read(self) -> list[Line]:
         """All lines that say something, from the first to the last."""
@@ -112,7 +105,7 @@ class KeptLines:
     def _alone(self) -> Iterator[None]:
         """Keeps other games out of the folder between `with` and its end; they wait while a file is written."""
         target = os.path.dirname(os.path.realpath(self.path()))
-        if not folder():
+        if not userFolders.of('config'):
             raise OSError(0, 'there is no home folder')
         os.makedirs(target, exist_ok=True)
         handle = os.open(target, os.O_RDONLY | os.O_DIRECTORY)

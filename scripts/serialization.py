@@ -11,7 +11,7 @@ from typing import Any
 import GameConfig
 import kaVel
 import settings
-import userState
+import userFolders
 from reports import Keeping
 from reports.Playing import Played, configured
 
@@ -27,7 +27,7 @@ SETTINGS = {
         'unattended': GameConfig.headless or GameConfig.frames > 0,
     },
     'ConsoleSystem': {
-        'historyFile': '' if GameConfig.headless else userState.path('consoleHistory'),
+        'historyFile': '' if GameConfig.headless else userFolders.file('state', 'consoleHistory'),
     },
     'InputSystem': {
         'replayFile': GameConfig.played.input if GameConfig.played else GameConfig.replay,

@@ -37,9 +37,8 @@ def _number(text: str, least: float, most: float) -> float:
 @command('pause')
 def pause(session: Session, line: str) -> str:
     """Stops the level, or has it go on."""
-    states = kaVel.Coordinator.LoopControlState
-    stopped = session.level.loopState == states.LOOP_STOP
-    session.level.loopState = states.LOOP_RUN if stopped else states.LOOP_STOP
+    stopped = session.level.loopState == kaVel.Coordinator.LoopControlState.LOOP_STOP
+    (stillness.goOn if stopped else stillness.stop)(session.level)
     return 'The level goes on' if stopped else 'The level stands still'
 
 

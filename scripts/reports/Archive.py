@@ -23,6 +23,8 @@ import tempfile
 import zipfile
 from typing import Any
 
+import userFolders
+
 #: Of the files that are written; a report of a later one cannot be played.
 VERSION = 1
 KEPT = 5
@@ -32,10 +34,6 @@ MOST_ABOUT = 1 << 16
 MOST_MEMBER = 256 << 20
 MOST_FILES = 1000
 
-#: Folders of the user: name in the archive -> variable of the platform's convention, and where it is without that.
-FOLDERS = {'config': ('XDG_CONFIG_HOME', '.config'), 'data': ('XDG_DATA_HOME', os.path.join('.local', 'share')),
-           'state': ('XDG_STATE_HOME', os.path.join('.local', 'state'))}
-
 #: What every report says of its run, and what that has to be.
 ABOUT: dict[str, type] = {'level': str, 'seed': int, 'frame': int, 'headless': bool, 'unattended': bool}
 
@@ -43,20 +41,9 @@ ABOUT: dict[str, type] = {'level': str, 'seed': int, 'frame': int, 'headless': b
 LANGUAGE = ('LANG', 'LANGUAGE', 'LC_ALL', 'LC_MESSAGES', 'KAVEL_LANGUAGE')
 
 
-def userFolder(name: str) -> str:
-    """The user's folder of a kind of FOLDERS; empty where there is no home."""
-    variable, usual = FOLDERS[name]
-    folder = os.environ.get(variable, '')
-    home = os.environ.get('HOME', '')
-    if os.path.isabs(folder):
-        return folder
-    return home and os.path.join(home, usual)
-
-
 def reportFolder() -> str:
     """Where reports are kept; empty where there is no place for them."""
-    state = userFolder('state')
-    return state and os.path.join(state, 'mornal', 'reports')
+    return userFolders.file('state', 'reports')
 
 
 def withoutHome(text: str) -> str:
@@ -127,7 +114,7 @@ class Report:
             raise self._wrong('it has more than %d files' % MOST_FILES, 'such a file the game has not written')
         for name in names:
             steps = name.split('/')[1:]
-            if steps[0] not in FOLDERS or '..' in steps or '' in steps or '\\' in name:
+            if steps[0] not in userFolders.KINDS or '..' in steps or '' in steps or '\\' in name:
                 raise self._wrong('it has the file %r' % name, 'such a file the game has not written')
             target = os.path.join(folder, *steps)
             os.makedirs(os.path.dirname(target), exist_ok=True)

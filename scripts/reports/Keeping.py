@@ -14,6 +14,7 @@ import zlib
 from typing import Any
 
 import kaVel
+import userFolders
 from perLevel import PerLevel
 from reports import Archive
 
@@ -87,9 +88,9 @@ def scriptsSum() -> str:
 def _usersFiles():
     """The user's files: the name in the archive, and the path."""
     room = MOST_OF_BEGIN
-    for kind in Archive.FOLDERS:
-        home = os.path.join(Archive.userFolder(kind), 'mornal')
-        for folder, folders, files in os.walk(home) if os.path.isabs(home) else ():
+    for kind in userFolders.KINDS:
+        home = userFolders.of(kind)
+        for folder, folders, files in os.walk(home) if home else ():
             if folder == home:
                 folders[:] = [name for name in folders if name not in LEFT_OUT]
             for name in files:
@@ -176,7 +177,7 @@ def _write(frame: int, note: str) -> str:
 def _runsMembers(begin: zipfile.ZipFile, about: dict[str, Any], log: str, recorded: bytes) -> dict[str, bytes | str]:
     """The members of a report that come of a run's own files."""
     members: dict[str, bytes | str] = {'about.json': json.dumps(about, indent=1), 'log.txt': _textOf(log, MOST_OF_LOG)}
-    config = os.path.join(Archive.userFolder('config'), 'mornal')
+    config = userFolders.of('config')
     for name in sorted(os.listdir(config)) if os.path.isdir(config) else ():
         if name.endswith('.txt'):
             members['settings/' + name] = _textOf(os.path.join(config, name))

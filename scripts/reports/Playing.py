@@ -14,6 +14,8 @@ import tempfile
 from typing import Any, Iterator
 
 import kaVel
+import stillness
+import userFolders
 from reports import Archive, Keeping
 
 #: What is shown at its own pace, seconds.
@@ -62,7 +64,7 @@ class Played:
         if isinstance(language, dict):
             os.environ.update({name: str(language[name]) for name in Archive.LANGUAGE if name in language})
         os.environ.update({variable: os.path.join(self.folder, kind)
-                           for kind, (variable, _) in Archive.FOLDERS.items()})
+                           for kind, (variable, _) in userFolders.KINDS.items()})
         os.environ.update(KAVEL_LEVEL=self.about['level'], KAVEL_SEED=str(self.about['seed']),
                           KAVEL_HEADLESS='1' if self.about['headless'] else '0')
         if self.unseen:
@@ -102,7 +104,7 @@ class Played:
             loop.quit(0 if same else 1)
             return
         level = loop.currentlyActiveCoordinator
-        level.loopState = kaVel.Coordinator.LoopControlState.LOOP_STOP
+        stillness.stop(level)
         _handOver()
         import words
         Keeping.tell(level, words.text('report.same' if same else 'report.different'))

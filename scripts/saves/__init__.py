@@ -27,6 +27,7 @@ from typing import Any, NamedTuple
 
 import GameConfig
 import kaVel
+import userFolders
 import words
 from saves import Document, Moments
 from saves.Folder import Folder, Name, isSlot, nameOf
@@ -73,11 +74,7 @@ def path() -> str:
     """The folder of the saves; empty where there is no place for them."""
     if GameConfig.saves or GameConfig.headless:
         return GameConfig.saves
-    data = os.environ.get('XDG_DATA_HOME', '')
-    home = os.environ.get('HOME', '')
-    if not os.path.isabs(data):  # by convention that counts as none
-        data = os.path.join(home, '.local', 'share') if os.path.isabs(home) else ''
-    return data and os.path.join(data, 'mornal', 'saves')
+    return userFolders.file('data', 'saves')
 
 
 def folder() -> Folder | None:

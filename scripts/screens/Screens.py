@@ -161,7 +161,9 @@ def rebuild(level: kaVel.Coordinator):
         try:
             _build(stack, screen)
         except Exception:
-            kaVel.log('The screen %r cannot be built anew:\n%s' % (screen.name, traceback.format_exc()))
+            kaVel.log('The screen %r cannot be built anew, and is closed:\n%s' % (screen.name, traceback.format_exc()))
+            stack.screens.remove(screen)
+            continue
         widget = _livingAt(screen.menu, focus)
         if widget:
             kit.focus(widget)

@@ -65,5 +65,43 @@ def test_no_text_of_any_screen_is_cut_or_overlaps_and_the_focus_comes_everywhere
     assert "Traceback" not in run.log, run.log[-3000:]
 
 
+BREAKS = '''
+import kaVel
+from screens import Screens
+
+
+def play(driver):
+    level = driver.coordinator
+    Screens.open(level, 'Credits')
+    Screens.open(level, 'Breaks')
+    yield
+    Screens.rebuild(level)
+    yield
+    Screens.rebuild(level)
+    kaVel.log('left: %s' % Screens.names(level))
+    Screens.closeAll(level)
+    kaVel.log('runs: %s' % (level.loopState == kaVel.Coordinator.LoopControlState.LOOP_RUN))
+'''
+
+ONCE = """
+built = []
+
+
+def build(menu):
+    built.append(1)
+    if len(built) > 1:
+        raise ValueError('a second time')
+"""
+
+
+def test_a_screen_that_cannot_be_built_anew_is_closed_and_the_others_go_on(world):
+    world.write("scripts/courses/breaks.py", BREAKS)
+    world.write("scripts/screens/Breaks.py", ONCE)
+    run = world.run(level="FirstRoom", frames=30, KAVEL_COURSE="breaks", KAVEL_UNDRAWN="1")
+    run.expect("left: ['Credits']")
+    run.expect("runs: True")
+    assert run.log.count("ValueError: a second time") == 1, run.log[-3000:]
+
+
 if __name__ == "__main__":
     game.main(globals())

@@ -1,14 +1,10 @@
 // Characters: texts counted and cut as UTF-8 has their characters.
 #pragma once
 
-#include <cstddef>
-#include <string>
-#include <string_view>
+#include "foundation/Utf8.h"
 
-inline bool beginsCharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u;
-}
+#include <cstddef>
+#include <string_view>
 
 /// Bytes of the longest beginning of a text that has no more than so many characters.
 inline std::size_t bytesOf(std::string_view text, std::size_t characters)
@@ -27,6 +23,3 @@ inline std::size_t charactersOf(std::string_view text)
         count += beginsCharacter(byte) ? 1u : 0u;
     return count;
 }
-
-/// A character in UTF-8; empty for what is none.
-std::string utf8Of(char32_t character);

@@ -35,20 +35,6 @@ std::string without(const std::string &line, std::size_t begin, std::size_t end)
 }
 } // namespace
 
-std::string utf8Of(char32_t character)
-{
-    if (character < 0x80)
-        return std::string(1, static_cast<char>(character));
-    if (character > 0x10FFFF || (character >= 0xD800 && character < 0xE000))
-        return std::string();
-    const int more = character < 0x800 ? 1 : character < 0x10000 ? 2 : 3;
-    constexpr unsigned leads[] = {0x00, 0xC0, 0xE0, 0xF0};
-    std::string text(1, static_cast<char>(leads[more] | character >> (6 * more)));
-    for (int shift = 6 * (more - 1); shift >= 0; shift -= 6)
-        text += static_cast<char>(0x80u | (character >> shift & 0x3Fu));
-    return text;
-}
-
 std::size_t LineCaret::place(const String &line) const
 {
     return line.size() - std::min<std::size_t>(behind, line.size());

@@ -151,6 +151,7 @@ private:
     std::vector<WidgetRect> stopPlaces() const;
     ButtonComponent *focused();
     void tell(MenuEvent event);
+    std::vector<PaintedText> paintedTexts();
     void addUnreachable(std::string &found);
     FontAsset *readyFont() const;
 

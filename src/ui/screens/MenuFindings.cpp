@@ -2,6 +2,8 @@
 #include "ui/screens/FocusSearch.h"
 #include "ui/screens/MenuComponent.h"
 
+#include "foundation/Utf8.h"
+
 #include <algorithm>
 #include <cctype>
 #include <string>
@@ -21,11 +23,6 @@ bool isSame(const WidgetRect &a, const WidgetRect &b)
     return a.left == b.left && a.top == b.top && a.width == b.width && a.height == b.height;
 }
 
-bool isContinuation(char byte) ///< of a character of UTF-8
-{
-    return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
-}
-
 /// The beginning of a text, in whole characters.
 std::string shortened(const String &text)
 {
@@ -34,7 +31,7 @@ std::string shortened(const String &text)
     std::size_t most = 48;
     if (words.size() <= most)
         return words;
-    while (isContinuation(words[most]))
+    while (!beginsCharacter(words[most]))
         --most;
     return words.substr(0, most) + "...";
 }
@@ -78,15 +75,24 @@ bool overlap(const PaintedText &a, const PaintedText &b)
 }
 } // namespace
 
-String MenuComponent::findings()
+/// The texts as they are painted, from the first to the last; none while the screen is not seen.
+std::vector<PaintedText> MenuComponent::paintedTexts()
 {
-    if (!visible || !bringUpToDate())
-        return String();
     std::vector<PaintedText> texts;
+    if (!visible || !bringUpToDate())
+        return texts;
     WidgetPainter painter(*this, style, window);
     painter.noteTexts(&texts);
     draw(painter);
     paintIsStale = true;
+    return texts;
+}
+
+String MenuComponent::findings()
+{
+    if (!visible)
+        return String();
+    const std::vector<PaintedText> texts = paintedTexts();
     std::string found;
     for (const PaintedText &text : texts)
         addOf(text, window, found);
@@ -100,15 +106,8 @@ String MenuComponent::findings()
 
 String MenuComponent::texts()
 {
-    if (!visible || !bringUpToDate())
-        return String();
-    std::vector<PaintedText> noted;
-    WidgetPainter painter(*this, style, window);
-    painter.noteTexts(&noted);
-    draw(painter);
-    paintIsStale = true;
     std::string lines;
-    for (const PaintedText &text : noted)
+    for (const PaintedText &text : paintedTexts())
         addLine(lines, text.text.toCString());
     return String::copyFrom(lines);
 }

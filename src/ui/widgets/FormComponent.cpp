@@ -43,10 +43,7 @@ void FormComponent::setGap(float val)
 
 void FormComponent::setPadding(const Vec4 &val)
 {
-    bool changed = false;
-    for (int side = 0; side < 4; ++side)
-        changed |= take(padding[side], val[side], 0.f, MOST);
-    if (changed)
+    if (take(padding, val, 0.f, MOST))
         touch();
 }
 

@@ -16,10 +16,7 @@ void LabelComponent::setTextSize(float val)
 
 void LabelComponent::setColor(const Vec4 &val)
 {
-    bool changed = false;
-    for (int part = 0; part < 4; ++part)
-        changed |= take(color[part], val[part], 0.f, 1.f);
-    if (changed)
+    if (take(color, val, 0.f, 1.f))
         touchPaint();
 }
 

@@ -45,10 +45,7 @@ void PictureComponent::setStretched(bool val)
 
 void PictureComponent::setColor(const Vec4 &val)
 {
-    bool changed = false;
-    for (int part = 0; part < 4; ++part)
-        changed |= take(color[part], val[part], 0.f, 4.f);
-    if (changed)
+    if (take(color, val, 0.f, 4.f))
         touchPaint();
 }
 
@@ -65,12 +62,6 @@ float PictureComponent::measureHeight(const WidgetStyle &style, float width)
 
 void PictureComponent::paint(WidgetPainter &painter)
 {
-    WidgetRect place = getPlace();
-    if (!stretched)
-    {
-        const float scale = std::min(place.width / pictureWidth, place.height / pictureHeight);
-        const float width = pictureWidth * scale, height = pictureHeight * scale;
-        place = {place.middleX() - width * 0.5f, place.middleY() - height * 0.5f, width, height};
-    }
-    painter.picture(place, WHOLE_IMAGE, texture, color);
+    painter.picture(stretched ? getPlace() : getPlace().fitted(pictureWidth, pictureHeight), WHOLE_IMAGE, texture,
+                    color);
 }

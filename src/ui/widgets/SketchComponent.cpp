@@ -65,22 +65,14 @@ void SketchComponent::setPen(float val)
 
 void SketchComponent::setColor(const Vec4 &val)
 {
-    if (takeColor(color, val))
+    if (take(color, val, 0.f, 1.f))
         touchPaint();
 }
 
 void SketchComponent::setPaper(const Vec4 &val)
 {
-    if (takeColor(paper, val))
+    if (take(paper, val, 0.f, 1.f))
         touchPaint();
-}
-
-bool SketchComponent::takeColor(Vec4 &field, const Vec4 &val)
-{
-    bool changed = false;
-    for (int part = 0; part < 4; ++part)
-        changed |= take(field[part], val[part], 0.f, 1.f);
-    return changed;
 }
 
 float SketchComponent::measureWidth(const WidgetStyle &style)
@@ -95,10 +87,8 @@ float SketchComponent::measureHeight(const WidgetStyle &style, float width)
 
 void SketchComponent::paint(WidgetPainter &painter)
 {
-    const WidgetRect &room = getPlace();
-    const float scale = std::min(room.width / sketchWidth, room.height / sketchHeight);
-    const WidgetRect sheet{room.middleX() - sketchWidth * scale * 0.5f, room.middleY() - sketchHeight * scale * 0.5f,
-                           sketchWidth * scale, sketchHeight * scale};
+    const WidgetRect sheet = getPlace().fitted(sketchWidth, sketchHeight);
+    const float scale = sheet.width / sketchWidth;
     painter.rect(sheet, paper);
     const auto x = [&](float val) { return sheet.left + val * scale; };
     const auto y = [&](float val) { return sheet.top + val * scale; };

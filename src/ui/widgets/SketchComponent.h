@@ -55,7 +55,6 @@ private:
         WidgetText text;
         Vec4 place; ///< x, y, width, size
     };
-    bool takeColor(Vec4 &field, const Vec4 &val);
 
     float sketchWidth = 400.f;
     float sketchHeight = 300.f;

@@ -4,41 +4,19 @@
 
 #include "object/reflection/SavedArguments.h"
 
+#include "foundation/Utf8.h"
+
 #include <string>
 
 namespace
 {
 // Codes of keys as `TextCapture` has them.
 constexpr unsigned BACKSPACE = 8, ENTER = 13, ESCAPE = 27, FIRST_PRINTABLE = 32, LAST_PRINTABLE = 126, DELETED = 127;
-constexpr unsigned LAST_UNICODE = 0x10FFFF;
-
-bool continuesCharacter(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0u) == 0x80u;
-}
-
-/// A character in UTF-8.
-String encoded(unsigned code)
-{
-    constexpr unsigned sixBits = 0x3F;
-    const auto byte = [](unsigned value) { return static_cast<char>(value); };
-    const char tail[] = {byte(0x80 | (code >> 12 & sixBits)), byte(0x80 | (code >> 6 & sixBits)),
-                         byte(0x80 | (code & sixBits))};
-    const std::string rest(tail, 3);
-    if (code < 0x80)
-        return String::copyFrom(std::string(1, byte(code)));
-    if (code < 0x800)
-        return String::copyFrom(byte(0xC0 | code >> 6) + rest.substr(2));
-    if (code < 0x10000)
-        return String::copyFrom(byte(0xE0 | code >> 12) + rest.substr(1));
-    return String::copyFrom(byte(0xF0 | code >> 18) + rest);
-}
 } // namespace
 
 int TextEntryComponent::countCharacters() const
 {
-    return static_cast<int>(
-        std::count_if(value.begin(), value.end(), [](char byte) { return !continuesCharacter(byte); }));
+    return static_cast<int>(std::count_if(value.begin(), value.end(), beginsCharacter));
 }
 
 void TextEntryComponent::setValue(const String &val)
@@ -47,7 +25,7 @@ void TextEntryComponent::setValue(const String &val)
     std::string kept = val.toCString();
     for (int over = countCharacters() - most; over > 0; --over)
     {
-        while (continuesCharacter(kept.back()))
+        while (!beginsCharacter(kept.back()))
             kept.pop_back();
         kept.pop_back();
     }
@@ -99,9 +77,8 @@ void TextEntryComponent::type(unsigned code, bool isCharacter)
 {
     if (!typing)
         return;
-    const bool printable = code >= FIRST_PRINTABLE && (isCharacter ? code <= LAST_UNICODE : code <= LAST_PRINTABLE);
-    if (printable && code != DELETED)
-        return setValue(value + encoded(code));
+    if (code >= FIRST_PRINTABLE && code != DELETED && (isCharacter || code <= LAST_PRINTABLE))
+        return setValue(value + String::copyFrom(utf8Of(code)));
     if (isCharacter)
         return;
     if (code == ENTER || code == ESCAPE)
@@ -113,7 +90,7 @@ void TextEntryComponent::type(unsigned code, bool isCharacter)
 void TextEntryComponent::takeOffLast()
 {
     std::string text = value.toCString();
-    while (!text.empty() && continuesCharacter(text.back()))
+    while (!text.empty() && !beginsCharacter(text.back()))
         text.pop_back();
     if (!text.empty())
         text.pop_back();

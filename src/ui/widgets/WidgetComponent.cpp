@@ -54,6 +54,14 @@ bool WidgetComponent::take(float &field, float val, float least, float most)
     return true;
 }
 
+bool WidgetComponent::take(Vec4 &field, const Vec4 &val, float least, float most)
+{
+    bool changed = false;
+    for (int part = 0; part < 4; ++part)
+        changed |= take(field[part], val[part], least, most);
+    return changed;
+}
+
 void WidgetComponent::tellMenu(bool places)
 {
     for (auto above = getParent().lookup(); above; above = above->getParent().lookup())
@@ -129,10 +137,7 @@ void WidgetComponent::setAlignY(WidgetAlign val)
 
 void WidgetComponent::setMargin(const Vec4 &val)
 {
-    bool changed = false;
-    for (int side = 0; side < 4; ++side)
-        changed |= take(margin[side], val[side], 0.f, MOST);
-    if (changed)
+    if (take(margin, val, 0.f, MOST))
         touch();
 }
 

@@ -104,6 +104,9 @@ protected:
     /// Takes a number over; what is no finite one counts as 0.
     /// @return whether it differs
     static bool take(float &field, float val, float least, float most);
+    /// Takes all four parts over.
+    /// @return whether one differs
+    static bool take(Vec4 &field, const Vec4 &val, float least, float most);
     static constexpr float MOST = 20000.f; ///< of a length
 
 private:

@@ -26,6 +26,13 @@ struct WidgetRect
     }
     WidgetRect inset(float by) const { return inset(by, by, by, by); }
     WidgetRect moved(float x, float y) const { return {left + x, top + y, width, height}; }
+    /// The largest place of this shape in its middle.
+    WidgetRect fitted(float shapeWidth, float shapeHeight) const
+    {
+        const float scale = std::min(width / shapeWidth, height / shapeHeight);
+        const float w = shapeWidth * scale, h = shapeHeight * scale;
+        return {middleX() - w * 0.5f, middleY() - h * 0.5f, w, h};
+    }
     /// What both have in common; empty where that is nothing.
     WidgetRect common(const WidgetRect &other) const
     {

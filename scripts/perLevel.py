@@ -1,6 +1,6 @@
-"""What modules that outlive levels remember of them."""
+"""Which level something belongs to, and what modules that outlive levels remember of them."""
 
-from typing import TypeVar
+from typing import Any, TypeVar
 
 import kaVel
 
@@ -14,3 +14,10 @@ class PerLevel(dict[kaVel.Coordinator, _T]):
         for gone in [each for each in self if not each]:
             del self[gone]
         super().__setitem__(level, value)
+
+
+def levelOf(anything: kaVel.Object) -> kaVel.Coordinator:
+    """The level that an object stands in, or that it is."""
+    above: Any = anything
+    isLevel = anything._getType().isSubclassOf(kaVel.Reflection.Coordinator)
+    return above if isLevel else above.getAncestorOfType(kaVel.Reflection.Coordinator)

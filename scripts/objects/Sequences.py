@@ -6,11 +6,11 @@
 from __future__ import annotations
 
 import math
-from typing import Any, Callable, NamedTuple, Union
+from typing import Callable, NamedTuple, Union
 
 import kaVel
 from objects.Placing import LevelClock, placed
-from perLevel import PerLevel
+from perLevel import PerLevel, levelOf
 
 
 class Until(NamedTuple):
@@ -85,10 +85,3 @@ def play(anything: kaVel.Object, *steps: Step) -> Sequence:
     sequence = Sequence(steps, stage.clock.seconds())
     stage.sequences.append(sequence)
     return sequence
-
-
-def levelOf(anything: kaVel.Object) -> kaVel.Coordinator:
-    """The level that an object stands in, or that it is."""
-    above: Any = anything
-    isLevel = anything._getType().isSubclassOf(kaVel.Reflection.Coordinator)
-    return above if isLevel else above.getAncestorOfType(kaVel.Reflection.Coordinator)

@@ -12,8 +12,7 @@ import kaVel
 import words
 from objects.Drawn import Text, write
 from objects.Placing import LevelClock
-from objects.Sequences import levelOf
-from perLevel import PerLevel
+from perLevel import PerLevel, levelOf
 from saves.Kept import keepPart
 
 COLOR = (0.86, 0.80, 0.66)

@@ -13,7 +13,7 @@ from typing import Any, Callable
 import kaVel
 import standing
 from objects.Placing import LevelClock, onFrame
-from perLevel import PerLevel
+from perLevel import PerLevel, levelOf
 from saves import Kept, Moments
 from saves.Document import Document
 
@@ -47,7 +47,7 @@ class Clock:
 
 def attend(player: kaVel.Entity):
     """Begins to count for the level of a player who has just been built."""
-    level = Kept.levelOf(player)
+    level = levelOf(player)
     if level not in _clocks:
         _clocks[level] = Clock(level)
 

@@ -18,7 +18,7 @@ import traceback
 from typing import Any, Callable, NamedTuple
 
 import kaVel
-from perLevel import PerLevel
+from perLevel import PerLevel, levelOf
 
 
 class Unkeepable(ValueError):
@@ -62,13 +62,6 @@ def keepPart(inLevel: kaVel.Object, name: str, tell: Callable[[], Any], take: Ca
              travels: bool = False):
     """Says that something is to be kept under a name, which is the only one of its level."""
     _wishesOf(levelOf(inLevel)).parts[name] = Part(tell, take, travels)
-
-
-def levelOf(anything: kaVel.Object) -> kaVel.Coordinator:
-    """The level that an object stands in, or that it is."""
-    above: Any = anything
-    isLevel = anything._getType().isSubclassOf(kaVel.Reflection.Coordinator)
-    return above if isLevel else above.getAncestorOfType(kaVel.Reflection.Coordinator)
 
 
 def _wishesOf(level: kaVel.Coordinator) -> _Wishes:

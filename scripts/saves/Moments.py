@@ -17,8 +17,7 @@ from typing import Any, Callable, NamedTuple
 
 import kaVel
 import standing
-from perLevel import PerLevel
-from saves.Kept import levelOf
+from perLevel import PerLevel, levelOf
 
 #: How much of the picture may be dissolved in a moment that counts as seen.
 FAINT = 0.05

@@ -5,8 +5,9 @@ from __future__ import annotations
 from typing import Any
 
 import kaVel
+from perLevel import levelOf
 from screens import Kit as kit
-from screens import Screens, Ways
+from screens import Screens
 
 PAUSES = False
 VEIL = 0.55
@@ -19,7 +20,7 @@ HEIGHT, LEAD = 1080.0, 760.0
 
 def build(menu: kaVel.Entity, leave: Any = None):
     """`leave` is called in place of closing the screen, when it ends by itself, too."""
-    level = Ways.levelOf(menu)
+    level = levelOf(menu)
     end = leave or (lambda: Screens.close(level))
     roll = kit.Scroll(menu, 'roll', anchor='centerFill', width=980, gap=6)
     kit.Space(roll, 'lead', size=LEAD)

@@ -6,6 +6,7 @@ from typing import Callable
 
 import kaVel
 import saves
+from perLevel import levelOf
 from screens import Kit as kit
 from screens import Screens, Ways
 
@@ -14,7 +15,7 @@ VEIL = 0.0
 
 
 def build(menu: kaVel.Entity, comeBack: Callable[[], object]):
-    level = Ways.levelOf(menu)
+    level = levelOf(menu)
     column = kit.Column(menu, 'column', anchor='bottom', width=620, gap=2, margin=(0, 0, 0, 60))
     kit.Button(column, 'safe', words='death.safe', size='large', align='center', pressed=comeBack)
     if saves.listed():

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import kaVel
 import saves
+from perLevel import levelOf
 from screens import Kit as kit
 from screens import Screens, Ways
 
@@ -12,7 +13,7 @@ VEIL = 0.0
 
 
 def build(menu: kaVel.Entity):
-    level = Ways.levelOf(menu)
+    level = levelOf(menu)
     column = kit.Column(menu, 'column', anchor='left', width=560, gap=2)
     kit.Label(column, 'name', literal='Mornal', size=132, color='candle')
     kit.Column(column, 'rule', anchor='left', look='ruled', width=500, height=2)

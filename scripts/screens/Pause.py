@@ -6,6 +6,7 @@ import kaVel
 import saves
 import standing
 import words
+from perLevel import levelOf
 from saves import Moments
 from screens import Kit as kit
 from screens import Screens, Ways
@@ -14,7 +15,7 @@ VEIL = 0.72
 
 
 def build(menu: kaVel.Entity):
-    level = Ways.levelOf(menu)
+    level = levelOf(menu)
     saves.keepPicture()
     column = kit.Column(menu, 'column', anchor='left', width=520, gap=2)
     kit.Label(column, 'title', words='pause.title', size='title')

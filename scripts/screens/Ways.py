@@ -2,7 +2,7 @@
 
 from __future__ import annotations
 
-from typing import Any, Callable
+from typing import Callable
 
 import kaVel
 import saves
@@ -10,11 +10,6 @@ from screens import Screens
 
 #: The levels that a new game begins in, that a game comes back to, and that it ends with.
 FIRST, TITLE, DAWN = 'Nightfall', 'Title', 'Dawn'
-
-
-def levelOf(menu: kaVel.Entity) -> Any:
-    """The level that a screen stands in."""
-    return menu.getAncestorOfType(kaVel.Reflection.Coordinator)
 
 
 def begin():

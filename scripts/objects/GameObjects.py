@@ -37,6 +37,7 @@ from objects.Placing import *
 from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
 from objects.Pockets import pocketsOf
 from objects.Pointing import Pointer
+from objects.Rooms import CeilingArea, FloorArea, Room
 from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
 from objects.Stairs import Slope, Stairs
@@ -44,6 +45,7 @@ from objects.Switches import *
 from objects.Throwing import Bolts
 from objects.Triggers import Place, Trigger
 from objects.Visitor import Visitor, visitorOf
+from objects.Walls import Walls, Window
 from objects.Warnings import Moths, Rats
 
 

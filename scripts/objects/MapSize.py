@@ -1,0 +1,63 @@
+"""How large a map is whose script does not say so: as large as what is built in it.
+
+A map's grids, floor and ceiling follow from its transform. One that a script has given a size keeps it.
+"""
+
+from __future__ import annotations
+
+from typing import Any, Sequence
+
+import kaVel
+from objects.Placing import Triple
+from perLevel import PerLevel, levelOf
+
+#: Metres around what is built: who leans out of a window is still on the map.
+MARGIN = 0.5
+#: Edge of a cell of the path grid, metres: a doorway is a cell or two.
+CELL = 0.5
+
+#: Least and greatest corner of what is built, by map and by its root.
+_built: PerLevel[dict[kaVel.MapRootEntity, dict[kaVel.Entity, tuple[Triple, Triple]]]] = PerLevel()
+
+
+def mapOf(anything: kaVel.Object) -> kaVel.MapRootEntity | None:
+    """The map that an object stands in, or that it is."""
+    above: Any = anything
+    isMap = anything._getType().isSubclassOf(kaVel.Reflection.MapRootEntity)
+    return above if isMap else above.getAncestorOfType(kaVel.Reflection.MapRootEntity) or None
+
+
+def holdIn(map: kaVel.MapRootEntity | None, root: kaVel.Entity, places: Sequence[Triple]):
+    """Has a map hold the box around some places, for as long as `root` lives."""
+    if not map:
+        return
+    level = levelOf(map)
+    if level not in _built:
+        _built[level] = {}
+    scale = map.getComponent('transform').scale
+    if map not in _built[level] and (scale.x != 1 or scale.z != 1):
+        return  # its script has said how large it is
+    low, high = ([pick(place[axis] for place in places) for axis in range(3)] for pick in (min, max))
+    _built[level].setdefault(map, {})[root] = (low[0], low[1], low[2]), (high[0], high[1], high[2])
+    _fit(map, _built[level][map])
+
+
+def settle(level: kaVel.Coordinator):
+    """Fits the maps of a level to what is left in them, after something was taken away."""
+    for map, boxes in _built.get(level, {}).items():
+        if map:
+            _fit(map, boxes)
+
+
+def _fit(map: kaVel.MapRootEntity, boxes: dict[kaVel.Entity, tuple[Triple, Triple]]):
+    for gone in [root for root in boxes if not root or root.isDying()]:
+        del boxes[gone]
+    transform = map.getComponent('transform')
+    if not boxes:
+        kaVel.configure(transform, position=kaVel.Vec4(0, 0, 0, 1), scale=kaVel.Vec4(1, 1, 1, 0))
+        return
+    low = [min(box[0][axis] for box in boxes.values()) - (0.0 if axis == 1 else MARGIN) for axis in range(3)]
+    high = [max(box[1][axis] for box in boxes.values()) + (0.0 if axis == 1 else MARGIN) for axis in range(3)]
+    kaVel.configure(transform, position=kaVel.Vec4(*((a + b) / 2 for a, b in zip(low, high)), 1),
+                    scale=kaVel.Vec4(*(b - a for a, b in zip(low, high)), 0))
+    map.getComponent('mapData').gridCellSize = CELL

@@ -4,6 +4,7 @@
 #include "port/win32/RawInput.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <imgui/imgui.h>
 
 namespace port
@@ -162,6 +163,8 @@ bool BarInput::wantsMouse() const
 {
     if (taken.any())
         return true; // what was begun on a bar is ended by it
+    if (!hearsMouse)
+        return false;
     const auto under = [this](const TweakPlace &bar)
     { return mouseX >= bar.left && mouseX < bar.right && mouseY >= bar.top && mouseY < bar.bottom; };
     // Where a list hangs out of its bar, only the library knows.
@@ -178,7 +181,9 @@ void BarInput::beginFrame()
     ImGuiIO &io = ImGui::GetIO();
     for (const auto &[key, virtualKey] : keyMap)
         io.KeyMap[key] = virtualKey;
-    io.MousePos = ImVec2(static_cast<float>(mouseX), static_cast<float>(mouseY));
+    const bool isSomewhere = hearsMouse || taken.any();
+    io.MousePos =
+        isSomewhere ? ImVec2(static_cast<float>(mouseX), static_cast<float>(mouseY)) : ImVec2(-FLT_MAX, -FLT_MAX);
     for (std::size_t i = 0; i < BUTTONS; ++i)
         io.MouseDown[i] = taken[i] || clicked[i];
     for (std::size_t i = 0; i < keysTaken.size(); ++i)

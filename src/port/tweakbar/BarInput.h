@@ -21,8 +21,14 @@ public:
     void beginFrame();
     /// Tells where bars stand, from the next message on.
     void setBars(std::vector<TweakPlace> places) { bars = std::move(places); }
+    /// Whether there is a cursor to hear: a mouse that turns the player's head is nowhere.
+    void setHearsMouse(bool val) { hearsMouse = val; }
     /// Lets go of everything.
     void clear();
+    /// Whether the mouse is on a bar, or drags something on one.
+    bool wantsMouse() const;
+    /// Whether a text is being typed.
+    bool wantsKeyboard() const;
 
 private:
     static constexpr std::size_t BUTTONS = 3;
@@ -31,10 +37,9 @@ private:
     bool key(std::size_t virtualKey, bool down);
     bool rawInput(LPARAM lParam);
     bool rawMouse(unsigned flags);
-    bool wantsMouse() const;
-    bool wantsKeyboard() const;
 
     std::vector<TweakPlace> bars;
+    bool hearsMouse = true;
     int mouseX = -1; ///< client pixels
     int mouseY = -1;
     std::bitset<BUTTONS> held;     ///< buttons that are down, wherever they were pressed

@@ -1,6 +1,7 @@
 #include "port/tweakbar/BarRenderer.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <epoxy/gl.h>
 #include <imgui/imgui.h>
 #include <initializer_list>
@@ -25,13 +26,13 @@ void main()
 })";
 
 constexpr const char *fragmentSource = R"(#version 450 core
-layout(binding = 0) uniform sampler2D font;
+layout(binding = 0) uniform sampler2D picture;
 in vec2 texturePlace;
 in vec4 tint;
 layout(location = 0) out vec4 result;
 void main()
 {
-    result = vec4(tint.rgb, tint.a * texture(font, texturePlace).r);
+    result = tint * texture(picture, texturePlace);
 })";
 
 GLuint compile(GLenum kind, const char *source)
@@ -89,6 +90,8 @@ void BarRenderer::makeFontTexture()
     glTextureSubImage2D(fontTexture, 0, 0, 0, width, height, GL_RED, GL_UNSIGNED_BYTE, pixels);
     glTextureParameteri(fontTexture, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTextureParameteri(fontTexture, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+    constexpr GLint coverage[] = {GL_ONE, GL_ONE, GL_ONE, GL_RED};
+    glTextureParameteriv(fontTexture, GL_TEXTURE_SWIZZLE_RGBA, coverage);
 }
 
 void BarRenderer::release()
@@ -129,7 +132,6 @@ void BarRenderer::setState(const ImDrawData &data, int drawableWidth, int drawab
     glUseProgram(program);
     // The window's pixels count from the top, clip space from the bottom.
     glUniform4f(0, 2.0f / data.DisplaySize.x, -2.0f / data.DisplaySize.y, -1.0f, 1.0f);
-    glBindTextureUnit(0, fontTexture);
     glBindSampler(0, 0);
     glBindVertexArray(vertexArray);
 }
@@ -150,6 +152,8 @@ void BarRenderer::drawList(const ImDrawList &list, const ImDrawData &data, int d
             continue;
         glScissor(static_cast<GLint>(clip.x * scale), drawableHeight - static_cast<GLint>(clip.w * scale),
                   static_cast<GLsizei>((clip.z - clip.x) * scale), static_cast<GLsizei>((clip.w - clip.y) * scale));
+        const auto picture = static_cast<GLuint>(reinterpret_cast<std::uintptr_t>(command.GetTexID()));
+        glBindTextureUnit(0, picture ? picture : fontTexture);
         glDrawElementsBaseVertex(GL_TRIANGLES, static_cast<GLsizei>(command.ElemCount), indexType,
                                  reinterpret_cast<const void *>(command.IdxOffset * sizeof(ImDrawIdx)),
                                  static_cast<GLint>(command.VtxOffset));

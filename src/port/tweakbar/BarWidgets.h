@@ -6,8 +6,10 @@
 namespace port
 {
 
-/// Lays a bar out in the present frame and reads its controls; returns where it stands.
-/// @param index  its number among those shown, which decides where it first comes up
-TweakPlace layOutBar(TwBar &bar, int index);
+class BarPictures;
+
+/// Lays a bar out in the present frame and reads its controls; returns where it stands, inside the window.
+/// @param others  where the bars stand that were laid out before, beside which a new one comes up
+TweakPlace layOutBar(TwBar &bar, const std::vector<TweakPlace> &others, BarPictures &pictures);
 
 } // namespace port

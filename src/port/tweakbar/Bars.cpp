@@ -3,6 +3,7 @@
 #include "port/d3d9/DebugText.h"
 
 #include <algorithm>
+#include <functional>
 #include <string_view>
 
 namespace
@@ -58,14 +59,44 @@ int setBarParam(TwBar &bar, const Param &param)
         bar.width = param.ints()[0];
         bar.height = param.ints()[1];
     }
+    else if (param.isInts("place", 4))
+        bar.wanted = {param.ints()[0], param.ints()[1], param.ints()[2], param.ints()[3]};
+    else if (param.isInts("always", 1))
+        bar.always = *param.ints() != 0;
     else
         return fail("a bar has no such parameter: " + std::string(param.name));
     return 1;
 }
 
+std::vector<std::string> linesOf(const std::string &text)
+{
+    std::vector<std::string> lines;
+    std::size_t begin = 0;
+    while (begin <= text.size())
+    {
+        const std::size_t end = std::min(text.find('\n', begin), text.size());
+        lines.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return lines;
+}
+
+/// A switch of a variable by its name; null where there is none.
+bool *findSwitch(port::TweakVar &var, std::string_view name)
+{
+    const std::pair<std::string_view, bool *> switches[] = {
+        {"enabled", &var.enabled}, {"marked", &var.marked}, {"sameline", &var.sameLine}, {"live", &var.live}};
+    for (const auto &[known, value] : switches)
+        if (known == name)
+            return value;
+    return nullptr;
+}
+
 int setVarParam(port::TweakVar &var, const Param &param)
 {
-    if (param.isText("label"))
+    if (bool *value = findSwitch(var, param.name); value && param.isInts(param.name.data(), 1))
+        *value = *param.ints() != 0;
+    else if (param.isText("label"))
         var.label = param.text();
     else if (param.isText("help"))
         var.help = param.text();
@@ -73,6 +104,8 @@ int setVarParam(port::TweakVar &var, const Param &param)
         var.group = param.text();
     else if (param.isText("error"))
         var.error = param.text();
+    else if (param.isText("choices"))
+        var.choices = linesOf(param.text());
     else if (param.isDouble("min"))
         var.min = param.number();
     else if (param.isDouble("max"))
@@ -91,6 +124,21 @@ port::TweakVar *TwBar::find(const char *varName)
         if (var->name == varName)
             return var.get();
     return nullptr;
+}
+
+bool TwBar::remove(const char *varName)
+{
+    const auto goes = [varName](const auto &var) { return !varName || var->name == varName; };
+    const auto first = std::stable_partition(vars.begin(), vars.end(), std::not_fn(goes));
+    const bool any = first != vars.end();
+    for (auto it = first; it != vars.end(); ++it)
+    {
+        (*it)->removed = true;
+        removed.push_back(std::move(*it));
+    }
+    vars.erase(first, vars.end());
+    version += any;
+    return any || !varName;
 }
 
 namespace port
@@ -124,8 +172,17 @@ void Bars::remove(TwBar *bar)
 
 void Bars::dropDeleted()
 {
-    if (!drawing)
-        std::erase_if(bars, [](const auto &bar) { return bar->deleted; });
+    if (drawing)
+        return;
+    std::erase_if(bars, [](const auto &bar) { return bar->deleted; });
+    for (const auto &bar : bars)
+        bar->removed.clear();
+}
+
+bool Bars::show(bool all)
+{
+    showsAll = all;
+    return std::any_of(bars.begin(), bars.end(), [this](const auto &bar) { return isShown(*bar); });
 }
 
 TwType Bars::defineEnum(const char *name, const TwEnumVal *values, unsigned count)
@@ -161,6 +218,23 @@ int TwDeleteBar(TwBar *bar)
     return 1;
 }
 
+int TwRemoveVar(TwBar *bar, const char *name)
+{
+    if (!bar || !name || !bar->remove(name))
+        return fail("there is no variable to remove");
+    port::Bars::get().dropDeleted();
+    return 1;
+}
+
+int TwRemoveAllVars(TwBar *bar)
+{
+    if (!bar)
+        return fail("no bar");
+    bar->remove(nullptr);
+    port::Bars::get().dropDeleted();
+    return 1;
+}
+
 TwType TwDefineEnum(const char *name, const TwEnumVal *enumValues, unsigned int nbValues)
 {
     return port::Bars::get().defineEnum(name, enumValues, nbValues);
@@ -178,6 +252,15 @@ int TwAddVarCB(TwBar *bar, const char *name, TwType type, TwSetVarCallback setCa
     return 1;
 }
 
+int TwSetEditedCB(TwBar *bar, const char *name, TwButtonCallback edited)
+{
+    port::TweakVar *var = bar ? bar->find(name) : nullptr;
+    if (!var)
+        return fail("there is no variable to tell of");
+    var->edited = edited;
+    return 1;
+}
+
 int TwAddLinkCB(TwBar *bar, const char *name, TwGetVarCallback getCallback, TwButtonCallback pressed, void *clientData)
 {
     port::TweakVar *var = addLine(bar, name, port::TweakVar::LINK, clientData);
@@ -185,6 +268,33 @@ int TwAddLinkCB(TwBar *bar, const char *name, TwGetVarCallback getCallback, TwBu
         return 0;
     var->get = getCallback;
     var->pressed = pressed;
+    return 1;
+}
+
+int TwAddButton(TwBar *bar, const char *name, TwButtonCallback callback, void *clientData)
+{
+    port::TweakVar *var = addLine(bar, name, port::TweakVar::BUTTON, clientData);
+    if (!var)
+        return 0;
+    var->pressed = callback;
+    return 1;
+}
+
+int TwAddPicturesCB(TwBar *bar, const char *name, const TwPictureCallbacks *callbacks, void *clientData)
+{
+    port::TweakVar *var = addLine(bar, name, port::TweakVar::PICTURES, clientData);
+    if (!var)
+        return 0;
+    var->pictures = *callbacks;
+    return 1;
+}
+
+int TwAddGraphCB(TwBar *bar, const char *name, TwGraphCallback getCallback, void *clientData)
+{
+    port::TweakVar *var = addLine(bar, name, port::TweakVar::GRAPH, clientData);
+    if (!var)
+        return 0;
+    var->graph = getCallback;
     return 1;
 }
 

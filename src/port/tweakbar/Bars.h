@@ -3,6 +3,7 @@
 
 #include "port/tweakbar/TweakBar.h"
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
@@ -24,8 +25,14 @@ struct TweakVar
     {
         VALUE,
         LINK,
-        LIST
+        BUTTON,
+        LIST,
+        PICTURES,
+        GRAPH
     };
+
+    /// Whether it takes the room that other lines leave.
+    bool isStretched() const { return kind == LIST || kind == PICTURES; }
 
     std::string name;
     std::string label; ///< shown; the name until it is set
@@ -37,15 +44,27 @@ struct TweakVar
     TwGetVarCallback get = nullptr;
     TwSetVarCallback set = nullptr; ///< null: read only
     TwButtonCallback pressed = nullptr;
+    TwButtonCallback edited = nullptr; ///< may be null
     TwListCallbacks list{};
+    TwPictureCallbacks pictures{};
+    TwGraphCallback graph = nullptr;
     void *clientData = nullptr;
+    std::vector<std::string> choices; ///< texts of a whole number from 0; empty: it is a number
     std::optional<double> min;
     std::optional<double> max;
     double step = 0.0; ///< 0: after the size of the value
+    bool enabled = true;
+    bool marked = false;   ///< a button that looks pressed
+    bool sameLine = false; ///< stands beside the one before
+    bool live = false;     ///< a text is set with each letter
 
-    std::string typed;     ///< a text while it is being typed
-    bool isTyping = false; ///< the text's control has the keyboard
-    TweakPlace place;      ///< of the control, as last drawn
+    std::string typed;             ///< a text while it is being typed; what is searched for among pictures
+    bool isTyping = false;         ///< the text's control has the keyboard
+    bool isEdited = false;         ///< set since its control was last at rest
+    std::array<float, 3> angles{}; ///< of a rotation while it is being edited, degrees about x, y, z
+    bool removed = false;          ///< its callbacks are no more; goes when nobody draws it
+    TweakPlace place;              ///< of the control, as last drawn
+    float height = 0.0f;           ///< of the whole line, as last drawn
 };
 
 /// An enum's values by their texts.
@@ -61,15 +80,21 @@ class TwBar
 {
 public:
     port::TweakVar *find(const char *varName);
+    /// Takes a line away, or with null all of them; kept aside until nobody draws.
+    bool remove(const char *varName);
 
     std::string name;
     std::string label; ///< the title; the name until it is set
     std::string help;
     std::vector<std::unique_ptr<port::TweakVar>> vars;
     bool visible = true;
+    bool always = false;  ///< drawn even where only such bars are
     bool deleted = false; ///< goes when nobody draws any more
     int width = 0;        ///< pixels; 0: the backend chooses
     int height = 0;
+    std::optional<std::array<int, 4>> wanted; ///< left, top, width, height, until it has been put there
+    std::vector<std::unique_ptr<port::TweakVar>> removed;
+    unsigned version = 0; ///< counts what was taken away
 };
 
 namespace port
@@ -87,24 +112,30 @@ public:
     /// The enum behind a type; null for the plain ones.
     const TweakEnum *findEnum(TwType type) const;
 
-    /// Calls `draw` with each bar; bars that it makes come up too, bars that it deletes go behind.
+    /// Chooses between all bars and those that are always shown; whether there is any.
+    bool show(bool all);
+    /// Calls `draw` with each shown bar; bars that it makes come up too, bars that it deletes go behind.
     template <class Draw>
     void drawAll(const Draw &draw)
     {
         drawing = true;
         for (std::size_t i = 0; i < bars.size(); ++i)
-            if (bars[i]->visible && !bars[i]->deleted)
+            if (isShown(*bars[i]))
                 draw(*bars[i]);
         drawing = false;
         dropDeleted();
     }
 
-private:
+    /// Lets go of what was deleted, unless it is being drawn.
     void dropDeleted();
+
+private:
+    bool isShown(const TwBar &bar) const { return bar.visible && !bar.deleted && (showsAll || bar.always); }
 
     std::vector<std::unique_ptr<TwBar>> bars;
     std::vector<TweakEnum> enums;
     bool drawing = false;
+    bool showsAll = true;
 };
 
 } // namespace port

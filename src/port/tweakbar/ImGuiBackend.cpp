@@ -36,12 +36,14 @@ void ImGuiBackend::windowSize(int newWidth, int newHeight)
     if (width > 0 && height > 0)
         return;
     hide();
+    pictures.release();
     renderer.release();
 }
 
 void ImGuiBackend::terminate()
 {
     hide();
+    pictures.release();
     renderer.release();
     device = nullptr;
     if (context)
@@ -70,8 +72,9 @@ bool ImGuiBackend::draw()
     if (!context)
         makeContext();
     beginFrame();
+    pictures.beginFrame(device);
     std::vector<TweakPlace> places;
-    Bars::get().drawAll([&places](TwBar &bar) { places.push_back(layOutBar(bar, static_cast<int>(places.size()))); });
+    Bars::get().drawAll([&](TwBar &bar) { places.push_back(layOutBar(bar, places, pictures)); });
     ImGui::Render();
     input.setBars(std::move(places));
     frameReady = true;
@@ -89,7 +92,7 @@ void ImGuiBackend::makeContext()
     io.ConfigFlags |= ImGuiConfigFlags_NoMouseCursorChange;
     ImGui::StyleColorsDark();
     ImGui::GetStyle().WindowRounding = 4.0f;
-    ImGui::GetStyle().Colors[ImGuiCol_WindowBg].w = 0.88f;
+    ImGui::GetStyle().Colors[ImGuiCol_WindowBg].w = 0.96f;
     unsigned char *pixels = nullptr;
     int fontWidth = 0, fontHeight = 0;
     io.Fonts->GetTexDataAsAlpha8(&pixels, &fontWidth, &fontHeight);

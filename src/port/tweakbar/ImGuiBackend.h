@@ -2,6 +2,7 @@
 #pragma once
 
 #include "port/tweakbar/BarInput.h"
+#include "port/tweakbar/BarPictures.h"
 #include "port/tweakbar/BarRenderer.h"
 #include "port/tweakbar/TweakBar.h"
 
@@ -30,6 +31,10 @@ public:
 
     /// Has the next Present with bars write what it shows.
     void capture(const char *pngFile) { captureFile = pngFile; }
+    /// What bars are shown the messages of.
+    BarInput &getInput() { return input; }
+    bool hasMouse() const { return shown && input.wantsMouse(); }
+    bool hasKeyboard() const { return shown && input.wantsKeyboard(); }
 
 private:
     ImGuiBackend() = default;
@@ -43,6 +48,7 @@ private:
     ImGuiContext *context = nullptr; ///< made with the first frame that shows bars
     BarRenderer renderer;
     BarInput input;
+    BarPictures pictures;
     int width = 0;  ///< pixels; 0 while the device is lost
     int height = 0; ///< pixels
     bool shown = false;

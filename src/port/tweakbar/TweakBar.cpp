@@ -16,6 +16,26 @@ void port::installTweakBarBackend(TweakBarBackend *other)
     backend() = other;
 }
 
+bool port::showTweakBars(bool all)
+{
+    return Bars::get().show(all);
+}
+
+void port::letTweakBarsHearTheMouse(bool hear)
+{
+    ImGuiBackend::get().getInput().setHearsMouse(hear);
+}
+
+bool port::tweakBarsHaveTheMouse()
+{
+    return ImGuiBackend::get().hasMouse();
+}
+
+bool port::tweakBarsHaveTheKeyboard()
+{
+    return ImGuiBackend::get().hasKeyboard();
+}
+
 void port::captureTweakBars(const char *pngFile)
 {
     ImGuiBackend::get().capture(pngFile);

@@ -71,6 +71,7 @@ struct TwListRow
     int depth;      ///< steps that the line is indented
     int opens;      ///< 1: has lines below it and a mark to open them
     int isOpen;     ///< 1: these lines stand below it
+    int marked;     ///< 1: shown as chosen
 };
 
 /// What a list asks of its owner. A click tells the line, and 1 where it hit the mark rather than the text.
@@ -81,26 +82,69 @@ struct TwListCallbacks
     void (*click)(unsigned index, int onMark, void *clientData);
 };
 
+/// One picture of several.
+struct TwPicture
+{
+    char file
+        [1024]; ///< designed path of an image file, zero-terminated; one that cannot be read shows as an empty frame
+    char label[160]; ///< stands below it, zero-terminated
+};
+
+/// What pictures ask of their owner.
+struct TwPictureCallbacks
+{
+    unsigned (*count)(void *clientData);
+    void (*picture)(unsigned index, TwPicture *picture, void *clientData);
+    void (*click)(unsigned index, void *clientData);
+};
+
+/// A curve, from the oldest to the newest: between which values each step of time lay.
+struct TwGraph
+{
+    const float *lows; ///< not a number where nothing was measured
+    const float *highs;
+    unsigned count;
+    float latest; ///< shown as a number
+};
+
+/// Points a graph at its values, which stand until the next call.
+typedef void (*TwGraphCallback)(TwGraph *graph, void *clientData);
+
 /// Makes a bar; null where the name is taken.
 TwBar *TwNewBar(const char *barName);
 /// Deletes a bar; one that is being drawn goes after it.
 int TwDeleteBar(TwBar *bar);
+/// Removes a variable, at once for its callbacks.
+int TwRemoveVar(TwBar *bar, const char *name);
+/// Removes all variables of a bar, at once for their callbacks.
+int TwRemoveAllVars(TwBar *bar);
 /// Defines the type of an enum, or finds it by its name.
 TwType TwDefineEnum(const char *name, const TwEnumVal *enumValues, unsigned int nbValues);
 
 /// Adds a variable. Without `setCallback` it can only be read.
 int TwAddVarCB(TwBar *bar, const char *name, TwType type, TwSetVarCallback setCallback, TwGetVarCallback getCallback,
                void *clientData);
+/// Has a variable tell when an edit is over: the mouse let go, Enter pressed.
+int TwSetEditedCB(TwBar *bar, const char *name, TwButtonCallback edited);
 /// Adds a text, got as std::string, with a button beside it unless it is empty.
 int TwAddLinkCB(TwBar *bar, const char *name, TwGetVarCallback getCallback, TwButtonCallback pressed, void *clientData);
-/// Adds a list that takes the room that is left.
+/// Adds a button with its label on it.
+int TwAddButton(TwBar *bar, const char *name, TwButtonCallback callback, void *clientData);
+/// Adds a list; lists and pictures share the room that the other lines leave. Only lines that are seen are asked for.
 int TwAddListCB(TwBar *bar, const char *name, const TwListCallbacks *callbacks, void *clientData);
+/// Adds pictures in rows, with a field to search their labels. Files are read as they come into view.
+int TwAddPicturesCB(TwBar *bar, const char *name, const TwPictureCallbacks *callbacks, void *clientData);
+/// Adds a curve over time, as wide as the bar.
+int TwAddGraphCB(TwBar *bar, const char *name, TwGraphCallback getCallback, void *clientData);
 
 /// Sets an option of a variable, or of the bar itself where `varName` is null.
 ///
 /// Of both: label; help, which a bar shows below its title and a variable beside the mouse. Of a bar: visible (int),
-/// size (2 ints, pixels). Of a variable: group (heading it stands under), error (shown below it; empty for none), min,
-/// max and step (doubles). A bar that the user closed is not visible.
+/// size (2 ints, pixels), place (4 ints: left, top, width, height; a negative left or top counts from the right or lower
+/// edge), always (int: drawn even where only such bars are, see showTweakBars). Of a variable: group (heading it stands
+/// under), error (shown below it; empty for none), min, max and step (doubles), enabled, marked, sameline (stands beside
+/// the one before), live (a text is set with each letter; ints), choices (texts for the whole numbers from 0, a line
+/// each). A bar that the user closed is not visible.
 int TwSetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int count,
                const void *values);
 /// Reads an option of a bar, that is visible.
@@ -127,6 +171,19 @@ public:
 
 /// Installs a backend in the place of our own, or with null none: then no bar shows, and none consumes a message.
 void installTweakBarBackend(TweakBarBackend *backend);
+
+/// Chooses which bars TwDraw lays out: all, or only those that are always shown.
+/// @return whether there is any to lay out
+bool showTweakBars(bool all);
+
+/// Tells whether the mouse has a cursor that bars can hear; at first it has.
+void letTweakBarsHearTheMouse(bool hear);
+
+/// Whether the mouse is on a bar, or drags something on one.
+bool tweakBarsHaveTheMouse();
+
+/// Whether a text on a bar is being typed.
+bool tweakBarsHaveTheKeyboard();
 
 /// Writes the window with its bars into a PNG file when they are next drawn. The path is a designed one.
 void captureTweakBars(const char *pngFile);

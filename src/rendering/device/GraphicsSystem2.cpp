@@ -131,8 +131,11 @@ ErrorCode GraphicsSystem2::endFrame()
         // The bars lie above this folder, and start with the first frame that shows them.
         static const String bars = SCS("TweakSystem");
         getSystem(bars);
-        TwDraw();
     }
+    if (port::showTweakBars(showAntTweakBar))
+        TwDraw();
+    else
+        TwHide();
     return dxCall(device->EndScene());
 }
 

@@ -1,5 +1,6 @@
 #include "tools/bars/ObjectBar.h"
 
+#include "tools/bars/BarValues.h"
 #include "tools/bars/ObjectPath.h"
 
 #include "object/reflection/DoxyElement.h"
@@ -28,73 +29,6 @@ bool isSafeToRead(const DoxyElement &type, const PropertyDesc &desc)
         if (member.obj == desc.getGetter().get())
             return member.isConst;
     return false;
-}
-
-/// The values of a variable on their way to and from its bar.
-/// @{
-template <class T>
-void toBar(const T &value, void *out)
-{
-    std::memcpy(out, &value, sizeof(value));
-}
-void toBar(const String &value, void *out)
-{
-    *static_cast<std::string *>(out) = value.toCString();
-}
-void toBar(const Vec4 &value, void *out)
-{
-    const float components[] = {value.x, value.y, value.z, value.w};
-    std::memcpy(out, components, sizeof(components));
-}
-void toBar(const Quaternion &value, void *out)
-{
-    const float components[] = {value.i, value.j, value.k, value.r};
-    std::memcpy(out, components, sizeof(components));
-}
-
-template <class T>
-T fromBar(const void *value)
-{
-    return *static_cast<const T *>(value);
-}
-template <>
-String fromBar<String>(const void *value)
-{
-    return String::copyFrom(*static_cast<const std::string *>(value));
-}
-template <>
-Vec4 fromBar<Vec4>(const void *value)
-{
-    const float *f = static_cast<const float *>(value);
-    return Vec4(f[0], f[1], f[2], f[3]);
-}
-template <>
-Quaternion fromBar<Quaternion>(const void *value)
-{
-    const float *f = static_cast<const float *>(value);
-    return Quaternion(f[3], f[0], f[1], f[2]);
-}
-/// @}
-
-/// What a value that has no control of its own reads as.
-String describeValue(const Variant &value)
-{
-    switch (value.getType())
-    {
-    case Variant::VT_HANDLE:
-        if (const auto target = value.as<Handle<Object>>().lookup())
-            return String::format("%s: %s", target->getName().toCString(), target->getType()->getName().toCString());
-        return String();
-    case Variant::VT_REFLECTOR:
-    {
-        const ReflectorPtr &thing = value.as<ReflectorPtr>();
-        return thing ? thing->toString() : SCS("none");
-    }
-    case Variant::VT_PYTHON:
-        return value.as<PythonObject>().isNone() ? SCS("none") : SCS("a script object");
-    default:
-        return SCS("none");
-    }
 }
 
 bool endsWith(const std::string &text, const char *end)
@@ -282,19 +216,19 @@ void ObjectBar::getValue(void *value, void *clientData)
         return; // the object died: the bar goes with the frame
     const ErrorReturn<T> typed = read.value.get<T>();
     if (typed.succeeded())
-        toBar(typed.value, value);
+        BarValues::toBar(typed.value, value);
 }
 
 template <class T>
 void ObjectBar::setValue(const void *value, void *clientData)
 {
-    static_cast<Property *>(clientData)->write(Variant(fromBar<T>(value)));
+    static_cast<Property *>(clientData)->write(Variant(BarValues::fromBar<T>(value)));
 }
 
 void ObjectBar::getDescription(void *value, void *clientData)
 {
     const ErrorReturn<Variant> read = static_cast<const Property *>(clientData)->read();
-    toBar(read.succeeded() ? describeValue(read.value) : read.code.toString(), value);
+    BarValues::toBar(read.succeeded() ? BarValues::describe(read.value) : read.code.toString(), value);
 }
 
 void ObjectBar::followLink(void *clientData)

@@ -3,7 +3,9 @@
 #include "tools/bars/ObjectBar.h"
 #include "tools/bars/ObjectBrowser.h"
 #include "tools/bars/ObjectPath.h"
+#include "tools/bars/ScriptBar.h"
 
+#include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
 #include "port/tweakbar/TweakBar.h"
 #include "rendering/device/GraphicsSystem2.h"
@@ -43,7 +45,10 @@ System::DependencyList TweakSystem::systemDependencies()
 UpdaterList TweakSystem::getUpdaters()
 {
     constexpr int beforeTheBarsAreDrawn = 89000000;
-    return {Updater(SCS("TweakSystem::refresh"), bind(SCS("refresh")), beforeTheBarsAreDrawn, true)};
+    // As if what was clicked were input, which comes in before the frame.
+    constexpr int beforeAllElse = 10;
+    return {Updater(SCS("TweakSystem::act"), bind(SCS("act")), beforeAllElse, true),
+            Updater(SCS("TweakSystem::refresh"), bind(SCS("refresh")), beforeTheBarsAreDrawn, true)};
 }
 
 ObjectBar *TweakSystem::findBar(const Handle<Object> &object) const
@@ -82,6 +87,47 @@ void TweakSystem::showObject(const String &path)
     }
     addBar(object);
     setShown(true);
+}
+
+Handle<ScriptBar> TweakSystem::makeBar(const String &name)
+{
+    for (const Handle<ScriptBar> &known : scriptBars)
+        if (const auto bar = known.lookup(); bar && !bar->isDying() && bar->getName() == name)
+            return known;
+    const Handle<ScriptBar> made = construct<ScriptBar>(defaultAllocationCategory);
+    made.lookup()->setName(name);
+    made.lookup()->setParent(getHandle());
+    made.lookup()->open();
+    scriptBars.push_back(made);
+    return made;
+}
+
+bool TweakSystem::getMouseOverBars() const
+{
+    return port::tweakBarsHaveTheMouse();
+}
+
+bool TweakSystem::getKeyboardInBars() const
+{
+    return port::tweakBarsHaveTheKeyboard();
+}
+
+void TweakSystem::act()
+{
+    const std::vector<Handle<ScriptBar>> now = scriptBars; // what is called may make bars
+    for (const Handle<ScriptBar> &bar : now)
+        if (const auto live = bar.lookup())
+            live->act();
+}
+
+void TweakSystem::refreshScriptBars(bool shown)
+{
+    std::erase_if(scriptBars, [](const Handle<ScriptBar> &bar) { return !bar.isValid(); });
+    const auto elapsed = static_cast<float>(getSystemDeref<GameLoopSystem>().getTime().lookup()->getFrameTimeSeconds());
+    const std::vector<Handle<ScriptBar>> now = scriptBars;
+    for (const Handle<ScriptBar> &bar : now)
+        if (const auto live = bar.lookup())
+            live->measure(elapsed, shown);
 }
 
 void TweakSystem::setRange(Handle<Object> object, const String &property, double min, double max)
@@ -144,8 +190,11 @@ void TweakSystem::refresh()
                       const auto object = bar->getObject().lookup();
                       return !object || object->isDying() || !bar->isOpen();
                   });
+    refreshScriptBars(shown);
     if (shown)
         browser->refresh();
+    const bool hasCursor = getSystemDeref<WindowSystem2>().getCursorMode() != WindowSystem2::CURSOR_RELATIVE;
+    port::letTweakBarsHearTheMouse(hasCursor);
 }
 
 void TweakSystem::freeCursor()

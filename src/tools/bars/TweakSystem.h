@@ -8,6 +8,7 @@
 
 class ObjectBar;
 class ObjectBrowser;
+class ScriptBar;
 
 /// The tweak bars of the whole run: one bar an object that was picked, and the bar "Objects" to pick from.
 ///
@@ -35,6 +36,15 @@ public:
     /// Lists, in the bar "Objects", what has this text in its name or class.
     void search(const String &text);
 
+    /// The bar of this name whose controls a script adds, made now if there is none; it lasts for the run.
+    ///
+    /// One that belongs to a level is given to it by `setParent`, and `murder` takes a bar away.
+    Handle<ScriptBar> makeBar(const String &name);
+    /// Whether the mouse is on a bar, so that what it does is none of the game's business.
+    bool getMouseOverBars() const;
+    /// Whether a text on a bar is being typed.
+    bool getKeyboardInBars() const;
+
     /// Whether the bars are shown: GraphicsSystem2's showAntTweakBar.
     bool getShown() const;
     void setShown(bool val);
@@ -43,6 +53,8 @@ public:
     /// Writes the window with its bars as a PNG file when they are next drawn.
     void captureScreen(const String &fileName);
 
+    /// Calls what scripts' bars were asked for since the last frame. Frame step.
+    void act();
     /// Drops bars that were closed or whose object died, and frees or holds the cursor. Frame step.
     void refresh();
 
@@ -58,10 +70,12 @@ protected:
     UpdaterList getUpdaters() override;
 
 private:
+    void refreshScriptBars(bool shown);
     void freeCursor();
     void holdCursorAgain();
 
     std::vector<std::unique_ptr<ObjectBar>> bars;
+    std::vector<Handle<ScriptBar>> scriptBars;
     std::unique_ptr<ObjectBrowser> browser; ///< from start to shutdown
     bool wereShown = false;                 ///< at the last frame step
     bool cursorWasHeld = false;             ///< before the bars came up

@@ -36,6 +36,7 @@ constexpr const char *classes[] = {
     "DebugTextGraphicsComponent",
     "FrameMeter",
     "ProfilerSystem",
+    "ScriptBar",
     "StateDigest",
     "TextBuffSystem",
     "TweakSystem",

@@ -1,0 +1,18 @@
+// BarPlacement: where bars come up, and that they stay inside the window.
+#pragma once
+
+#include "port/tweakbar/Bars.h"
+
+namespace port
+{
+
+/// Sets the place of the bar that is laid out next.
+///
+/// A bar comes up where it was wanted or last stood, and otherwise where it covers the least of the others. Wherever it
+/// is, it is moved back into the window, and made smaller where it is larger than that.
+void placeBar(TwBar &bar, const std::vector<TweakPlace> &others);
+
+/// Where a bar of a size would cover the least of the others: columns from the top left, then below each other.
+TweakPlace findRoom(int width, int height, int windowWidth, int windowHeight, const std::vector<TweakPlace> &others);
+
+} // namespace port

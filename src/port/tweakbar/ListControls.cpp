@@ -1,0 +1,214 @@
+#include "port/tweakbar/ListControls.h"
+
+#include "port/tweakbar/BarPictures.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <imgui/imgui.h>
+#include <imgui/imgui_stdlib.h>
+
+namespace port
+{
+
+namespace
+{
+void drawRow(TweakVar &var, unsigned index)
+{
+    TwListRow row{};
+    var.list.row(index, &row, var.clientData);
+    if (var.removed)
+        return;
+    ImGui::SetCursorPosX(ImGui::GetCursorPosX() + static_cast<float>(row.depth) * ImGui::GetFontSize());
+    const char *mark = !row.opens ? "  " : row.isOpen ? "- ##mark" : "+ ##mark";
+    if (ImGui::Selectable(mark, false, 0, ImVec2(ImGui::GetFontSize(), 0)) && row.opens)
+        return var.list.click(index, 1, var.clientData);
+    ImGui::SameLine();
+    const ImVec2 at = ImGui::GetCursorPos();
+    const bool pressed = ImGui::Selectable("##row", row.marked != 0);
+    // Beside the control: what stands in a text is no mark of the library's.
+    ImGui::SetCursorPos(at);
+    ImGui::TextUnformatted(row.text);
+    if (pressed)
+        var.list.click(index, 0, var.clientData);
+}
+
+void drawRows(TweakVar &var)
+{
+    ImGuiListClipper clipper;
+    clipper.Begin(static_cast<int>(var.list.count(var.clientData)), ImGui::GetTextLineHeightWithSpacing());
+    while (clipper.Step())
+    {
+        for (int i = clipper.DisplayStart; i < clipper.DisplayEnd && !var.removed; ++i)
+        {
+            ImGui::PushID(i);
+            drawRow(var, static_cast<unsigned>(i));
+            ImGui::PopID();
+        }
+    }
+}
+
+bool contains(const char *text, const std::string &part)
+{
+    const auto same = [](char a, char b)
+    { return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b)); };
+    const char *end = text + std::strlen(text);
+    return std::search(text, end, part.begin(), part.end(), same) != end;
+}
+
+/// The pictures whose label holds what is searched for.
+std::vector<unsigned> foundPictures(TweakVar &var)
+{
+    std::vector<unsigned> found;
+    const unsigned count = var.pictures.count(var.clientData);
+    TwPicture picture{};
+    for (unsigned i = 0; i < count && !var.removed; ++i)
+    {
+        if (!var.typed.empty())
+            var.pictures.picture(i, &picture, var.clientData);
+        if (var.typed.empty() || contains(picture.label, var.typed))
+            found.push_back(i);
+    }
+    return found;
+}
+
+void drawPicture(TweakVar &var, unsigned index, float edge, BarPictures &pictures)
+{
+    TwPicture picture{};
+    var.pictures.picture(index, &picture, var.clientData);
+    if (var.removed)
+        return;
+    const ImVec2 at = ImGui::GetCursorScreenPos();
+    const float words = ImGui::GetTextLineHeight();
+    const bool pressed = ImGui::InvisibleButton("##picture", ImVec2(edge, edge + words));
+    ImDrawList &list = *ImGui::GetWindowDrawList();
+    const ImVec2 corner(at.x + edge, at.y + edge);
+    if (const unsigned texture = pictures.find(picture.file))
+        list.AddImage(reinterpret_cast<ImTextureID>(static_cast<std::uintptr_t>(texture)), at, corner);
+    list.AddRect(at, corner, ImGui::GetColorU32(ImGui::IsItemHovered() ? ImGuiCol_ButtonHovered : ImGuiCol_Border));
+    const ImVec4 room(at.x, at.y, at.x + edge, at.y + edge + words);
+    list.AddText(ImGui::GetFont(), ImGui::GetFontSize(), ImVec2(at.x, corner.y), ImGui::GetColorU32(ImGuiCol_Text),
+                 picture.label, nullptr, 0.0f, &room);
+    if (ImGui::IsItemHovered() && picture.label[0])
+        ImGui::SetTooltip("%s", picture.label);
+    if (pressed)
+        var.pictures.click(index, var.clientData);
+}
+
+void drawPictures(TweakVar &var, BarPictures &pictures)
+{
+    const std::vector<unsigned> found = foundPictures(var);
+    const float edge = ImGui::GetFontSize() * 7.0f, gap = ImGui::GetStyle().ItemSpacing.x;
+    const auto columns = static_cast<int>(std::max(1.0f, (ImGui::GetContentRegionAvail().x + gap) / (edge + gap)));
+    const auto count = static_cast<int>(found.size());
+    ImGuiListClipper clipper;
+    clipper.Begin((count + columns - 1) / columns, edge + ImGui::GetTextLineHeight() + ImGui::GetStyle().ItemSpacing.y);
+    while (clipper.Step())
+    {
+        for (int i = clipper.DisplayStart * columns; i < std::min(clipper.DisplayEnd * columns, count); ++i)
+        {
+            if (var.removed)
+                continue;
+            if (i % columns > 0)
+                ImGui::SameLine();
+            ImGui::PushID(i);
+            drawPicture(var, found[static_cast<std::size_t>(i)], edge, pictures);
+            ImGui::PopID();
+        }
+    }
+}
+
+/// Lowest and highest value of a curve; both the same where there is none.
+std::pair<float, float> boundsOf(const TwGraph &graph)
+{
+    float low = INFINITY, high = -INFINITY;
+    for (unsigned i = 0; i < graph.count; ++i)
+    {
+        if (!std::isfinite(graph.lows[i]) || !std::isfinite(graph.highs[i]))
+            continue;
+        low = std::min(low, graph.lows[i]);
+        high = std::max(high, graph.highs[i]);
+    }
+    return low <= high ? std::pair(low, high) : std::pair(0.0f, 0.0f);
+}
+
+/// A line from step to step, as thick as the values of a step lie apart.
+void drawCurve(const TwGraph &graph, ImVec2 at, ImVec2 size, float low, float high)
+{
+    ImDrawList &list = *ImGui::GetWindowDrawList();
+    const ImU32 color = ImGui::GetColorU32(ImGuiCol_PlotLines);
+    const float span = high > low ? high - low : 1.0f;
+    const float base = high > low ? 0.0f : 0.5f;
+    const auto height = [&](float value)
+    { return at.y + size.y - 3.0f - (size.y - 6.0f) * ((value - low) / span + base); };
+    float lastLow = 0.0f, lastHigh = 0.0f;
+    bool hasLast = false;
+    for (unsigned i = 0; i < graph.count; ++i)
+    {
+        const bool is = std::isfinite(graph.lows[i]) && std::isfinite(graph.highs[i]);
+        if (is)
+        {
+            float top = height(graph.highs[i]), bottom = height(graph.lows[i]);
+            const float own[] = {top, bottom};
+            if (hasLast) // no gap between one step and the next
+            {
+                top = std::min(top, lastLow);
+                bottom = std::max(bottom, lastHigh);
+            }
+            const float x = at.x + size.x * static_cast<float>(i) / static_cast<float>(graph.count);
+            const float width = std::max(size.x / static_cast<float>(graph.count), 1.0f);
+            list.AddRectFilled(ImVec2(x, top - 0.5f), ImVec2(x + width, bottom + 1.0f), color);
+            lastHigh = own[0];
+            lastLow = own[1];
+        }
+        hasLast = is;
+    }
+}
+} // namespace
+
+void layOutList(TweakVar &var, float height)
+{
+    if (ImGui::BeginChild(var.name.c_str(), ImVec2(0, height), true))
+        drawRows(var);
+    ImGui::EndChild();
+}
+
+void layOutPictures(TweakVar &var, float height, BarPictures &pictures)
+{
+    ImGui::BeginGroup();
+    ImGui::PushID(var.name.c_str());
+    ImGui::SetNextItemWidth(-1.0f);
+    ImGui::InputTextWithHint("##search", "search", &var.typed);
+    const float used = ImGui::GetFrameHeightWithSpacing();
+    if (ImGui::BeginChild("pictures", ImVec2(0, std::max(height - used, used)), true))
+        drawPictures(var, pictures);
+    ImGui::EndChild();
+    ImGui::PopID();
+    ImGui::EndGroup();
+}
+
+void layOutGraph(TweakVar &var)
+{
+    TwGraph graph{};
+    var.graph(&graph, var.clientData);
+    const auto [low, high] = boundsOf(graph);
+    ImGui::Text("%s  %.5g", var.label.c_str(), static_cast<double>(graph.latest));
+    const ImVec2 size(std::max(ImGui::GetContentRegionAvail().x, 16.0f), ImGui::GetFontSize() * 4.0f);
+    const ImVec2 at = ImGui::GetCursorScreenPos();
+    ImGui::Dummy(size);
+    ImDrawList &list = *ImGui::GetWindowDrawList();
+    list.AddRectFilled(at, ImVec2(at.x + size.x, at.y + size.y), ImGui::GetColorU32(ImGuiCol_FrameBg), 2.0f);
+    drawCurve(graph, at, size, low, high);
+    const auto write = [&](float value, float y)
+    {
+        char text[32];
+        std::snprintf(text, sizeof(text), "%.5g", static_cast<double>(value));
+        list.AddText(ImVec2(at.x + 3.0f, y), ImGui::GetColorU32(ImGuiCol_TextDisabled), text);
+    };
+    write(high, at.y);
+    write(low, at.y + size.y - ImGui::GetTextLineHeight());
+}
+
+} // namespace port

@@ -19,11 +19,14 @@ from __future__ import annotations
 import functools
 import importlib
 import inspect
+import sys
 import traceback
+from types import FrameType
 from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, TypeVar
 
 import _kaVel
 import bindings
+import callSites
 from _kaVel import Handle_ as Handle
 from _kaVel import AvoidRay, ConsoleCommand, FlockTarget, GridCell, IReflectedThing, MeshBuilder, PathRequest
 from _kaVel import PostOffice, Quaternion, SteeringOutput, Vec4, messageTypes
@@ -272,14 +275,31 @@ def send(messageName: str, *payload: Any):
 
 
 class BuiltFrom:
-    """What an object remembers of the pattern that built it, and which of its properties a user changed since."""
+    """What an object remembers of the pattern that built it, and which of its properties a user changed since.
 
-    def __init__(self, pattern: Callable[..., Any]):
+    `arguments` and `options` are those of the call. `calls` are the places in scripts of levels that it came from, see
+    `callSites`; nothing for what another pattern made as a part of its own. `atStart` says whether it was called while
+    the level was built.
+    """
+
+    __slots__ = ('pattern', 'arguments', 'options', 'calls', 'atStart', '_editedProps')
+
+    def __init__(self, pattern: Callable[..., Any], arguments: tuple[Any, ...] = (),
+                 options: dict[str, Any] | None = None, caller: FrameType | None = None):
         self.pattern = pattern
+        self.arguments = arguments
+        self.options = options or {}
+        self.calls, self.atStart = callSites.above(caller)
         self._editedProps: set[str] = set()
 
     def __repr__(self):
         return '<built from %s.%s>' % (self.pattern.__module__, self.pattern.__qualname__)
+
+
+#: Changes the arguments of a pattern's call from a level's script: (pattern, arguments, options) -> both; mostly None.
+amend: Callable[[Callable[..., Any], tuple[Any, ...], dict[str, Any]], tuple[tuple[Any, ...], dict[str, Any]]] | None
+amend = None
+_patternsUnderWay = 0
 
 
 def pattern(build: Callable[P, O]) -> Callable[P, O]:
@@ -287,8 +307,17 @@ def pattern(build: Callable[P, O]) -> Callable[P, O]:
 
     @functools.wraps(build)
     def call(*arguments: P.args, **options: P.kwargs) -> O:
-        root = build(*arguments, **options)
-        root.setPattern(BuiltFrom(call))
+        global _patternsUnderWay
+        isPart = _patternsUnderWay > 0
+        if amend and not isPart:
+            arguments, options = amend(call, arguments, options)  # type: ignore
+        _patternsUnderWay += 1
+        try:
+            root = build(*arguments, **options)
+        finally:
+            _patternsUnderWay -= 1
+        root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe(1)))
         return root
 
+    call.isPattern = True  # type: ignore
     return call

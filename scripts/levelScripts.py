@@ -13,6 +13,9 @@ import types
 #: Folder of all scripts.
 FOLDER = os.path.dirname(__file__)
 
+#: Packages that outlive the levels which asked for them first: what they keep is not a level's.
+LASTING = ('editor',)
+
 _ofTheGame: set[str] = set()
 
 
@@ -39,7 +42,8 @@ def readAnew(only: str | None = None):
 
 def _takeOut(only: str | None):
     names = [name for name, module in sys.modules.items()
-             if name not in _ofTheGame and _isScript(module) and only in (None, name)]
+             if name not in _ofTheGame and name.partition('.')[0] not in LASTING and _isScript(module)
+             and only in (None, name)]
     return {name: sys.modules.pop(name) for name in names}
 
 

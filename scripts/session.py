@@ -2,12 +2,16 @@
 
 import os
 import time
+from typing import Any
 
 #: Whether the splash has been shown.
 splashShown = False
 
 #: Whether the main menu has been shown.
 menuShown = False
+
+#: What the editor knows of levels that it was opened in, by their names: pieces, and the edits that can be undone.
+editing: dict[str, Any] = {}
 
 
 def secondsSinceStart() -> float:

@@ -1,0 +1,295 @@
+"""Edits of a level, each with its way back.
+
+    edits = Edits.of(level)
+    with edits.step('Move 3 things'):
+        for piece in chosen:
+            edits.change(piece, at=(1.2, 0, 3.4))
+    edits.undo()
+
+Whatever changes a level while its editor is open goes through here. What cannot be is told by `Refused`, and then the
+whole step is taken back.
+"""
+
+from __future__ import annotations
+
+import contextlib
+from typing import Any, Callable, Iterable
+
+import kaVel
+from editor.source import Address, Changes, Literals, Parameters, Pieces
+from editor.source.Pieces import Piece
+from editor.source.Refused import Refused
+
+#: More pieces than this are not added in one step: nobody means that, and it would take minutes.
+MOST_ADDED = 20000
+
+
+class Step:
+    """What is undone at once."""
+
+    def __init__(self, label: str):
+        self.label = label
+        self.changes: list[Changes.Change] = []
+        self.added = 0
+
+
+class LevelEdits:
+    """The edits of one level, which can be undone and redone without end."""
+
+    def __init__(self, pieces: Pieces.LevelPieces):
+        self.pieces = pieces
+        #: What was set of objects: (address, property) -> value.
+        self.properties: dict[tuple[Address.Address, str], Any] = {}
+        self._steps: list[Step] = []
+        self._done = 0
+        self._open: Step | None = None
+        self._listeners: list[Callable[[], object]] = []
+        self._savedAt: Step | None = None
+
+    # What is done
+
+    def change(self, piece: Piece, **arguments: Any):
+        """Gives a piece other arguments; those that are not named stay."""
+        self._refuseLocked(piece)
+        known = {each.name: each for each in Parameters.parametersOf(piece.pattern)}
+        after = dict(piece.given)
+        for name, value in arguments.items():
+            if name not in known:
+                raise Refused('%s has no parameter %r%s' % (piece.patternName, name,
+                                                            kaVel.nearestHint(name, known)))
+            after[name] = self._clean(name, value)
+            if name not in self._givenBySource(piece) and Literals.alike(after[name], known[name].default):
+                del after[name]
+        if after != piece.given:
+            self._do('Change %s' % piece.name, Changes.Arguments(piece, after))
+
+    @staticmethod
+    def _givenBySource(piece: Piece) -> dict[str, Any]:
+        return piece.source.given if piece.source else {}
+
+    @staticmethod
+    def _clean(name: str, value: Any) -> Any:
+        try:
+            return Literals.rounded(name, value)
+        except Literals.NoLiteral as error:
+            raise Refused('%s: %s' % (name, error)) from None
+
+    def add(self, parent: Any, patternName: str, name: str = '', **arguments: Any) -> Piece:
+        """Adds a piece below an object or a piece, under a name of its own where none is given.
+
+        A pattern's name is that of the catalogue, or 'module.Name'.
+        """
+        above = parent.root if isinstance(parent, Piece) else parent
+        if not above:
+            raise Refused('what is to hold a new %s is gone' % patternName)
+        try:
+            pattern = Parameters.named(patternName)
+        except LookupError as error:
+            raise Refused(str(error.args[0])) from None
+        if self._open and self._open.added >= MOST_ADDED:
+            raise Refused('more than %d pieces in one step are too many' % MOST_ADDED)
+        given = {each: self._clean(each, value) for each, value in arguments.items()}
+        piece = self.pieces.make(pattern, name or self.freeName(above, patternName), given)
+        self._do('Add %s' % piece.name, Changes.Adding(self, piece, above))
+        return piece
+
+    def freeName(self, parent: Any, patternName: str) -> str:
+        """A name that no child of an object has: 'armchair', 'armchair2', ..."""
+        short = patternName.rpartition('.')[2]
+        base = short[:1].lower() + short[1:]
+        if not parent.getChild(base):
+            return base
+        number = max(2, self._lastNumber.get((parent, base), 1) + 1)
+        while parent.getChild('%s%d' % (base, number)):
+            number += 1
+        self._lastNumber[parent, base] = number
+        return '%s%d' % (base, number)
+
+    @property
+    def _lastNumber(self) -> dict[Any, int]:
+        """Numbers given to names in the step that is under way, so that a row of thousands is named in no time."""
+        return self.__dict__.setdefault('_numbersGiven', {})
+
+    def remove(self, pieces: Piece | Iterable[Piece]):
+        """Takes pieces out of the level, with all that hangs below them."""
+        chosen = [pieces] if isinstance(pieces, Piece) else list(pieces)
+        for piece in chosen:
+            self._refuseLocked(piece)
+        if chosen:
+            self._do('Remove %s' % _these(chosen), Changes.Removing(self, chosen))
+
+    def rename(self, piece: Piece, name: str):
+        """Gives a piece another name."""
+        self._refuseLocked(piece)
+        if not name or '/' in name or '#' in name or name != name.strip():
+            raise Refused('%r is no name: it needs letters, and neither / nor #' % name)
+        if name != piece.name:
+            self._do('Rename %s to %s' % (piece.name, name), Changes.Renaming(piece, name))
+
+    def reparent(self, piece: Piece, parent: Any):
+        """Hangs a piece below another object or piece; None for the map that it stands in."""
+        self._refuseLocked(piece)
+        above = parent.root if isinstance(parent, Piece) else parent
+        if above is None:
+            above = piece.root.getAncestorOfType(kaVel.Reflection.MapRootEntity)
+        if not above:
+            raise Refused('there is nothing to hang %r below' % piece.name)
+        entity = above
+        while entity:
+            if entity == piece.root:
+                raise Refused('%r cannot hang below itself' % piece.name)
+            entity = entity.parent
+        if above != piece.parent:
+            self._do('Hang %s below %s' % (piece.name, above.getName()), Changes.Reparenting(self, piece, above))
+
+    def setProperty(self, handle: Any, name: str, value: Any):
+        """Sets a reflected property of any object of the level: a bar's change."""
+        if not handle:
+            raise Refused('the object whose %s is to be set is gone' % name)
+        if not hasattr(handle, name):
+            raise Refused('%s has no property %r' % (handle.getName(), name))
+        self._do('Set %s of %s' % (name, handle.getName()), Changes.Property(self, handle, name, value))
+
+    def lock(self, pieces: Iterable[Piece], on: bool = True):
+        """Locks pieces against changes, or lets go of them."""
+        self._mark('Lock' if on else 'Unlock', pieces, 'locked', on)
+
+    def hide(self, pieces: Iterable[Piece], on: bool = True):
+        """Has pieces not be seen in the editor, which no script is told; or seen again."""
+        self._mark('Hide' if on else 'Show', pieces, 'hidden', on)
+
+    def group(self, pieces: Iterable[Piece], name: str = ''):
+        """Puts pieces into a group, or out of any."""
+        self._mark('Group' if name else 'Ungroup', pieces, 'group', name)
+
+    def _mark(self, verb: str, pieces: Iterable[Piece], name: str, value: Any):
+        chosen = [piece for piece in pieces if getattr(piece, name) != value]
+        if chosen:
+            with self.step('%s %s' % (verb, _these(chosen))):
+                for piece in chosen:
+                    self._do('', Changes.Mark(piece, name, value))
+
+    @staticmethod
+    def _refuseLocked(piece: Piece):
+        if piece.locked:
+            raise Refused('%r is locked' % piece.name)
+
+    # Steps
+
+    @contextlib.contextmanager
+    def step(self, label: str):
+        """Within it, all edits are one step; an exception takes back what was done of it."""
+        if self._open:
+            yield  # a step within a step is a part of it
+            return
+        self._open = step = Step(label)
+        self._lastNumber.clear()
+        try:
+            yield
+        except BaseException:
+            self._open = None
+            self._takeBack(step.changes)
+            self._tell()
+            raise
+        self._open = None
+        if step.changes:
+            self._steps[self._done:] = [step]
+            self._done += 1
+            self._tell()
+
+    def _do(self, label: str, change: Changes.Change):
+        with self.step(label):
+            assert self._open
+            change.do(self)
+            self._open.changes.append(change)
+            self._open.added += isinstance(change, Changes.Adding)
+
+    def _takeBack(self, changes: list[Changes.Change]):
+        for change in reversed(changes):
+            change.undo(self)
+
+    def undo(self) -> str:
+        """Takes the last step back and says what it was; '' where there is none. Refused changes nothing."""
+        if not self._done or self._open:
+            return ''
+        step = self._steps[self._done - 1]
+        self._through(list(reversed(step.changes)), 'undo', 'do')
+        self._done -= 1
+        self._tell()
+        return step.label
+
+    def redo(self) -> str:
+        """Does again what was undone last and says what it was; '' where there is nothing."""
+        if self._done == len(self._steps) or self._open:
+            return ''
+        step = self._steps[self._done]
+        self._through(step.changes, 'do', 'undo')
+        self._done += 1
+        self._tell()
+        return step.label
+
+    def _through(self, changes: list[Changes.Change], way: str, back: str):
+        """Does or undoes changes; where one is refused, those before it are turned back."""
+        done: list[Changes.Change] = []
+        try:
+            for change in changes:
+                getattr(change, way)(self)
+                done.append(change)
+        except Refused:
+            for change in reversed(done):
+                getattr(change, back)(self)
+            raise
+
+    def history(self) -> list[str]:
+        """What each step was, the oldest first; `position` of them are done."""
+        return [step.label for step in self._steps]
+
+    @property
+    def position(self) -> int:
+        return self._done
+
+    def goTo(self, position: int):
+        """Undoes or does again until so many steps are done."""
+        wanted = max(0, min(position, len(self._steps)))
+        while self._done > wanted:
+            self.undo()
+        while self._done < wanted:
+            self.redo()
+
+    @property
+    def isSaved(self) -> bool:
+        """Whether the scripts have all that was done."""
+        return self._lastDone() is self._savedAt
+
+    def noteSaved(self):
+        self._savedAt = self._lastDone()
+        self._tell()
+
+    def _lastDone(self) -> Step | None:
+        return self._steps[self._done - 1] if self._done else None
+
+    # Who wants to know
+
+    def onChange(self, listener: Callable[[], object]):
+        """Calls a function without arguments after every edit, undo and redo; one that raises is told and dropped."""
+        self._listeners.append(listener)
+
+    def _tell(self):
+        for listener in list(self._listeners):
+            try:
+                listener()
+            except Exception as error:
+                self._listeners.remove(listener)
+                kaVel.log('A listener to edits is dropped: %s' % error)
+
+
+def _these(pieces: list[Piece]) -> str:
+    return pieces[0].name if len(pieces) == 1 else '%d pieces' % len(pieces)
+
+
+def of(level: kaVel.Coordinator) -> LevelEdits:
+    """The edits of a level, those from before it was loaded anew among them."""
+    pieces = Pieces.of(level)
+    if pieces.edits is None:
+        pieces.edits = LevelEdits(pieces)
+    return pieces.edits

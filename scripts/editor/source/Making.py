@@ -1,0 +1,106 @@
+"""Has patterns build pieces in a level that stands: new ones, and those whose arguments have changed."""
+
+from __future__ import annotations
+
+import importlib
+import traceback
+from typing import TYPE_CHECKING, Any
+
+import kaVel
+from editor.source import Address, Parameters
+from editor.source.Refused import Refused
+
+if TYPE_CHECKING:
+    from editor.source.Pieces import LevelPieces, Piece
+
+#: Name of what was murdered and waits for the end of the frame, so that no path leads to it.
+GONE = '.gone'
+
+
+def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, Any], before: Any = None):
+    """Builds a piece below a parent, before one of its children, with the properties that were changed below it.
+
+    Refused if its pattern fails; what it had made by then is gone.
+    """
+    isFenced = piece.stand.isFenced
+    root = _called(piece, parent)
+    if before:
+        kaVel.Reflection.placeBefore(root, before)
+    if isFenced:
+        importlib.import_module('objects.Bodies').makeSolid(root)
+    pieces.enter(piece, root)
+    _giveProperties(pieces, piece, properties)
+    kaVel.finishLoad(root)
+    if piece.hidden:
+        show(piece, False)
+
+
+def _called(piece: Piece, parent: Any) -> Any:
+    there = {child for child in parent.children}
+    options = dict(piece.given)
+    if Parameters.nameParameter(piece.pattern):
+        options['name'] = piece.name
+    try:
+        root = piece.pattern(parent, **options)
+    except Exception as error:
+        for child in [each for each in parent.children if each not in there]:
+            bury(child)
+        kaVel.log('%s is not built:\n%s' % (piece, traceback.format_exc()))
+        raise Refused('%s %r is not built: %s' % (piece.patternName, piece.name, error)) from error
+    if not root:
+        raise Refused('the pattern %s has built nothing' % piece.patternName)
+    return root
+
+
+def _giveProperties(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any]):
+    for (address, name), value in properties.items():
+        if address[0] != piece.number:
+            continue
+        handle = Address.find(pieces, address)
+        if not handle:
+            kaVel.log('%s has no %s any more: %s is not set' % (piece, Address.show(address[1]), name))
+            continue
+        setattr(handle, name, value)
+
+
+def rebuild(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any], parent: Any = None):
+    """Has a piece built anew where it stands, and the pieces below it with it; the old one stays where that fails."""
+    old = piece.root
+    below = [(each, Address.below(each.above.root if each.above else old, each.root.parent))
+             for each in pieces.below(piece)]
+    before = old if parent is None else None
+    build(pieces, piece, old.parent if parent is None else parent, properties, before)
+    bury(old)
+    for each, steps in below:
+        assert each.above
+        place = Address.follow(each.above.root, steps) if each.above.root else None
+        if place:
+            build(pieces, each, place, properties)
+        else:
+            kaVel.log('%s stood below what is no more, and is gone with it' % each)
+            pieces.leave(each)
+
+
+def bury(root: Any):
+    """Murders an object, whose name is free at once."""
+    if root:
+        root.setName(GONE)
+        root.murder()
+
+
+def nextTo(root: Any) -> Any:
+    """The living sibling behind an object, or an invalid handle."""
+    passed = False
+    for each in root.parent.children:
+        if passed and not each.isDying():
+            return each
+        passed = passed or each == root
+    return kaVel.Handle()
+
+
+def show(piece: Piece, shown: bool):
+    """Has what is drawn below a piece's root be seen, or not."""
+    drawn = kaVel.Reflection.GraphicsComponent2
+    for each in kaVel.descendants(piece.root) if piece.root else ():
+        if each._getType().isSubclassOf(drawn):
+            each.visible = shown

@@ -1,0 +1,280 @@
+"""Pieces: the calls of patterns that a level is made of, which is what an editor edits.
+
+    pieces = Pieces.of(level)
+    piece = pieces.pieceOf(entityUnderTheMouse)
+    piece.patternName, piece.arguments, piece.origin     # 'Armchair', {'at': (-2.05, 0, 2.62), ...}, (file, 71, 4)
+
+A piece keeps its number when its pattern builds it anew, and over reloads of the level; its `root` does not. What
+another pattern built as a part of its own is no piece.
+"""
+
+from __future__ import annotations
+
+from typing import Any, Iterator
+
+import callSites
+import kaVel
+import session
+from editor.source import Parameters, Standing
+from editor.source.Parameters import Parameter, Pattern, parametersOf  # noqa: F401 (offered here)
+
+#: File, line and column of a call, both counted from 1.
+Origin = tuple[str, int, int]
+
+
+class Source:
+    """What a piece's call says where it stands in the scripts: the state that changes are told from."""
+
+    def __init__(self, built: kaVel.BuiltFrom, name: str, given: dict[str, Any], parentPath: str):
+        self.calls = built.calls
+        self.name = name
+        self.given = given
+        self.parentPath = parentPath
+
+
+class Piece:
+    """One call of a pattern by a level's own script, or one that an edit has added, whose `source` is None."""
+
+    def __init__(self, number: int, root: Any, pattern: Pattern):
+        self.number = number
+        self.root: Any = root
+        self.pattern = pattern
+        self.source: Source | None = None
+        self.above: Piece | None = None     # the piece whose subtree it hangs in
+        self.section: str | None = None     # function of the level that its call is to be written into
+        self.removed = False
+        self.locked = False
+        self.hidden = False
+        self.group = ''
+        self.stand = Standing.Standing()
+        self._built: kaVel.BuiltFrom | None = None
+        self._name = ''
+        self._given: dict[str, Any] | None = None
+        self._patternName = ''
+
+    def __repr__(self):
+        return '<piece %d: %s %s>' % (self.number, self.patternName, self.name)
+
+    @property
+    def name(self) -> str:
+        return self._name or (self.root.getName() if self.root else '')
+
+    @property
+    def path(self) -> str:
+        """Path of its root below the level."""
+        return _pathInLevel(self.root) if self.root else self.name
+
+    @property
+    def parent(self) -> Any:
+        """The object that its root hangs below."""
+        return self.root.parent if self.root else kaVel.Handle()
+
+    @property
+    def patternName(self) -> str:
+        """Name of the pattern in the catalogue, or 'module.Name' for one of a level's own."""
+        if not self._patternName:
+            self._patternName = Parameters.nameOf(self.pattern, self._moduleOfCall())
+        return self._patternName
+
+    def _moduleOfCall(self) -> str:
+        from editor.source import Files
+        return Files.moduleOf(self.source.calls[0][0].co_filename) if self.source and self.source.calls else ''
+
+    @property
+    def given(self) -> dict[str, Any]:
+        """The arguments that its call gives, without parent and name."""
+        if self._given is None:
+            built = self._built
+            assert built, 'a piece has arguments, or the call that they come from'
+            self._given = Parameters.given(self.pattern, built.arguments, built.options)
+        return self._given
+
+    @property
+    def arguments(self) -> dict[str, Any]:
+        """All parameters with their values, defaults included."""
+        every: dict[str, Any] = {each.name: each.default for each in parametersOf(self.pattern)
+                                 if each.default is not Parameters.Needed}
+        every.update(self.given)
+        return every
+
+    @property
+    def origin(self) -> Origin | None:
+        """File, line and column of the call; None for a piece that no script has yet."""
+        if not self.source or not self.source.calls:
+            return None
+        call = self.source.calls[0]
+        line, column, _, _ = callSites.positionOf(call)
+        return call[0].co_filename, line, column + 1
+
+    def asCall(self) -> str:
+        """The call as Python would have it: what "copy as Python" gives."""
+        from editor.source import Literals
+        arguments = ['map', repr(self.name)]
+        arguments += ['%s=%s' % (name, Literals.show(value)) for name, value in self.given.items()]
+        module, _, short = self.patternName.rpartition('.')
+        return '%s(%s)' % (short if module else 'place.' + short, ', '.join(arguments))
+
+    # How edits change it
+
+    def setGiven(self, given: dict[str, Any]):
+        self._given = given
+
+    def setName(self, name: str):
+        self._name = name
+
+    def isChanged(self) -> bool:
+        """Whether it differs from what the scripts say."""
+        source = self.source
+        if source is None:
+            return not self.removed
+        return (self.removed or self._name != source.name or self._given is not None and self._given != source.given
+                or bool(self.root) and _parentPath(self.root) != source.parentPath)
+
+
+class LevelPieces:
+    """All pieces of one level, in the order of its tree."""
+
+    def __init__(self, level: kaVel.Coordinator):
+        self.level = level
+        self.levelName = level.levelName
+        self._numbered: dict[int, Piece] = {}
+        self._byRoot: dict[Any, Piece] = {}
+        self._last = 0
+        self.edits: Any = None  # of this level, see `Edits`
+        self._collect(level)
+
+    def all(self) -> list[Piece]:
+        """The pieces that stand in the level."""
+        return [piece for piece in self._numbered.values() if not piece.removed]
+
+    def everyone(self) -> list[Piece]:
+        """Those that have been removed, too: what is written has to tell of them."""
+        return list(self._numbered.values())
+
+    def __iter__(self) -> Iterator[Piece]:
+        return iter(self.all())
+
+    def __len__(self):
+        return len(self._numbered)
+
+    def number(self, number: int) -> Piece | None:
+        return self._numbered.get(number)
+
+    def pieceOf(self, entity: Any) -> Piece | None:
+        """The piece that an object belongs to; None for what no level's script called for."""
+        while entity:
+            piece = self._byRoot.get(entity)
+            if piece:
+                return piece
+            entity = entity.parent
+        return None
+
+    def named(self, name: str) -> Piece | None:
+        """The first piece of a name, or of a path below the level."""
+        for piece in self.all():
+            if piece.name == name or '/' in name and piece.path == name:
+                return piece
+        return None
+
+    def below(self, piece: Piece) -> list[Piece]:
+        """The pieces whose roots hang below a piece, in the order of the tree."""
+        found: list[Piece] = []
+        waiting = [child for child in piece.root.children] if piece.root else []
+        while waiting:
+            entity = waiting.pop(0)
+            each = self._byRoot.get(entity)
+            if each:
+                found.append(each)
+            waiting[:0] = list(entity.children)
+        return found
+
+    def maps(self) -> list[kaVel.MapRootEntity]:
+        return [child for child in self.level.children
+                if child._getType().isSubclassOf(kaVel.Reflection.MapRootEntity)]
+
+    # How edits change them
+
+    def enter(self, piece: Piece, root: Any):
+        """Gives a piece the root that its pattern has just built."""
+        self._byRoot.pop(piece.root, None)
+        piece.root = root
+        piece.removed = False
+        self._numbered[piece.number] = piece
+        self._byRoot[root] = piece
+        piece.above = self.pieceOf(root.parent)
+        piece.stand = Standing.of(root, self._byRoot)
+
+    def leave(self, piece: Piece):
+        """Notes that a piece stands in the level no more."""
+        self._byRoot.pop(piece.root, None)
+        piece.root = kaVel.Handle()
+        piece.removed = True
+        if piece.source is None:
+            self._numbered.pop(piece.number, None)
+
+    def make(self, pattern: Pattern, name: str, given: dict[str, Any]) -> Piece:
+        """A piece that nothing stands for yet."""
+        self._last += 1
+        piece = Piece(self._last, kaVel.Handle(), pattern)
+        piece.setGiven(given)
+        piece.setName(name)
+        return piece
+
+    def _collect(self, level: kaVel.Coordinator):
+        standings = Standing.Gatherer()
+        for entity in kaVel.descendants(level):
+            built = entity.pattern
+            piece = self._found(entity, built) if isinstance(built, kaVel.BuiltFrom) and built.calls else None
+            standings.visit(entity, piece)
+        for piece, standing in standings.found.items():
+            piece.stand = standing
+
+    def _found(self, root: Any, built: kaVel.BuiltFrom) -> Piece | None:
+        if not built.atStart:
+            return None
+        self._last += 1
+        piece = Piece(self._last, root, built.pattern)
+        piece._built = built
+        piece._name = root.getName()
+        piece.source = _LateSource(piece, built, piece._name, _parentPath(root))
+        piece.above = self.pieceOf(root.parent)
+        self._numbered[piece.number] = piece
+        self._byRoot[root] = piece
+        return piece
+
+
+class _LateSource(Source):
+    """A source whose arguments are looked up when they are asked for: few of thousands ever are."""
+
+    def __init__(self, piece: Piece, built: kaVel.BuiltFrom, name: str, parentPath: str):
+        self.calls = built.calls
+        self.name = name
+        self.parentPath = parentPath
+        self._piece = piece
+        self._built = built
+        self._told: dict[str, Any] | None = None
+
+    @property
+    def given(self) -> dict[str, Any]:  # type: ignore
+        if self._told is None:
+            self._told = Parameters.given(self._piece.pattern, self._built.arguments, self._built.options)
+        return self._told
+
+
+def _parentPath(root: Any) -> str:
+    return _pathInLevel(root.parent)
+
+
+def _pathInLevel(entity: Any) -> str:
+    return kaVel.pathOf(entity).partition('/')[2]
+
+
+def of(level: kaVel.Coordinator) -> LevelPieces:
+    """The pieces of a level: of the one that stands there now, under the numbers that they have had before."""
+    from editor.source import Reload
+    known = session.editing.get(level.levelName)
+    if known is None:
+        known = session.editing[level.levelName] = LevelPieces(level)
+    elif known.level != level:
+        Reload.follow(known, level)
+    return known

@@ -1,0 +1,1 @@
+"""A level as its source has it: pieces, what is changed of them, and how that is written back."""

@@ -31,6 +31,11 @@ void DebugCollectorComponent::doFrame()
     }
     else
         collected.clear();
+    showCollected();
+}
+
+void DebugCollectorComponent::showCollected()
+{
     std::swap(collected, shown);
     collected.clear();
 }

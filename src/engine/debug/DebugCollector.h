@@ -64,6 +64,10 @@ public:
     /// What is shown on the screen in this frame.
     const Geometry &getScreenGeometry() const { return shown.screen; }
 
+protected:
+    /// Shows what has been collected in the place of what was.
+    void showCollected();
+
 private:
     struct Frame
     {

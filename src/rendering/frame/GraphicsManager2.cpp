@@ -182,6 +182,11 @@ void GraphicsManager2::popCamera()
         cameraStack.pop_back();
 }
 
+void GraphicsManager2::dropCamera(Handle<Entity> camera)
+{
+    std::erase(cameraStack, camera);
+}
+
 SceneGraph &GraphicsManager2::getLiveSceneGraph()
 {
     const auto graph = sceneGraph.lookup();

@@ -41,6 +41,8 @@ public:
     void pushCamera(Handle<Entity> camera);
     /// Takes the top camera off, unless it is the last one.
     void popCamera();
+    /// Takes a camera off, wherever it lies in the stack, the last one too; one that is not there changes nothing.
+    void dropCamera(Handle<Entity> camera);
 
     Handle<SceneGraph> getSceneGraph() const { return sceneGraph; }
 

@@ -1,0 +1,51 @@
+#include "tools/editor/EditorSystem.h"
+
+#include "tools/editor/EditorComponent.h"
+
+#include "engine/levels/Coordinator.h"
+#include "engine/levels/GameLoop.h"
+#include "engine/systems/SystemSystem.h"
+
+System::DependencyList EditorSystem::systemDependencies()
+{
+    return {SystemSystem::staticType};
+}
+
+UpdaterList EditorSystem::getUpdaters()
+{
+    constexpr int afterTheScreens = 130, beforeAllIsDrawn = 9999998;
+    return {Updater(SCS("EditorSystem::update"), bind(SCS("update")), afterTheScreens, true),
+            Updater(SCS("EditorSystem::draw"), bind(SCS("draw")), beforeAllIsDrawn, true)};
+}
+
+void EditorSystem::attend(Handle<EditorComponent> val)
+{
+    const auto before = editor.lookup();
+    if (before && editor != val)
+        before->close();
+    editor = val;
+}
+
+void EditorSystem::leave(Handle<EditorComponent> val)
+{
+    if (editor == val)
+        editor = Handle<EditorComponent>();
+}
+
+void EditorSystem::update()
+{
+    const auto open = editor.lookup();
+    if (!open)
+        return;
+    const Handle<Coordinator> inCharge = getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator();
+    if (open->isDying() || open->getAncestorOfType<Coordinator>() != inCharge)
+        open->close();
+    else
+        open->runFrame();
+}
+
+void EditorSystem::draw()
+{
+    if (const auto open = editor.lookup())
+        open->drawFrame();
+}

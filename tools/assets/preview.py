@@ -9,7 +9,7 @@ import dds
 
 
 def write_png(path, width, height, rows):
-    """`rows` are bytes objects of RGB triples."""
+    """`rows` are bytes objects, three a pixel or, with alpha, four."""
 
     def chunk(kind, data):
         return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
@@ -17,7 +17,7 @@ def write_png(path, width, height, rows):
     with open(path, "wb") as out:
         out.write(
             b"\x89PNG\r\n\x1a\n"
-            + chunk(b"IHDR", struct.pack(">2I5B", width, height, 8, 2, 0, 0, 0))
+            + chunk(b"IHDR", struct.pack(">2I5B", width, height, 8, 6 if len(rows[0]) == 4 * width else 2, 0, 0, 0))
             + chunk(b"IDAT", zlib.compress(b"".join(b"\0" + row for row in rows), 6))
             + chunk(b"IEND", b"")
         )

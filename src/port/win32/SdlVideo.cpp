@@ -15,6 +15,8 @@ namespace port
 namespace
 {
 SdlVideo *startedVideo = nullptr;
+/// By which a desktop knows the game's windows, as its .desktop file names them.
+constexpr const char *WINDOW_CLASS = "mornal";
 
 bool isSet(const char *variable)
 {
@@ -67,6 +69,9 @@ SdlVideo::SdlVideo()
     // The loop ends by WM_CLOSE of its window, and what asks the process to end is heard by EndRequests.
     SDL_SetHint(SDL_HINT_QUIT_ON_LAST_WINDOW_CLOSE, "0");
     SDL_SetHint(SDL_HINT_NO_SIGNAL_HANDLERS, "1");
+    SDL_SetHint(SDL_HINT_APP_NAME, "Mornal");
+    setenv("SDL_VIDEO_X11_WMCLASS", WINDOW_CLASS, 0);
+    setenv("SDL_VIDEO_WAYLAND_WMCLASS", WINDOW_CLASS, 0);
 
     running = displayIsExpected() && startDriver(nullptr);
     if (!running)

@@ -1,11 +1,6 @@
 # Where a copy of the game puts its files, and the packages made of it; packaging/README.md tells of the layout.
-include(GNUInstallDirs)
-
-set(KV_HOME "${CMAKE_INSTALL_LIBDIR}/mornal")
-if(CMAKE_INSTALL_LIBDIR MATCHES "/") # one folder for every machine's kind: nothing else looks in there
-    set(KV_HOME "lib/mornal")
-endif()
-set(KV_SHARE "${CMAKE_INSTALL_DATADIR}/mornal")
+set(KV_HOME "lib/mornal")
+set(KV_SHARE "share/mornal")
 
 # The day that the manual and the software centres name: that of the sources, not of the build.
 if(DEFINED ENV{SOURCE_DATE_EPOCH})
@@ -34,27 +29,27 @@ install(DIRECTORY "${CMAKE_SOURCE_DIR}/scripts" DESTINATION "${KV_SHARE}" COMPON
     PATTERN "__pycache__" EXCLUDE)
 foreach(size 16 24 32 48 64 128 256 512)
     install(FILES "${CMAKE_SOURCE_DIR}/assets/icons/mornal-${size}.png" RENAME mornal.png COMPONENT game
-        DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps")
+        DESTINATION "share/icons/hicolor/${size}x${size}/apps")
 endforeach()
 
 set(KV_PACKAGING "${CMAKE_SOURCE_DIR}/packaging")
 foreach(file mornal.6 net.mornal.Mornal.metainfo.xml)
     configure_file("${KV_PACKAGING}/${file}" "${CMAKE_BINARY_DIR}/packaging/${file}" @ONLY)
 endforeach()
-install(FILES "${KV_PACKAGING}/mornal.desktop" DESTINATION "${CMAKE_INSTALL_DATADIR}/applications" COMPONENT game)
+install(FILES "${KV_PACKAGING}/mornal.desktop" DESTINATION "share/applications" COMPONENT game)
 install(FILES "${CMAKE_BINARY_DIR}/packaging/net.mornal.Mornal.metainfo.xml"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo" COMPONENT game)
-install(FILES "${CMAKE_BINARY_DIR}/packaging/mornal.6" DESTINATION "${CMAKE_INSTALL_MANDIR}/man6" COMPONENT game)
-install(FILES README.md CHANGELOG.md LICENSE "${KV_PACKAGING}/copyright"
-    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/mornal" COMPONENT game)
+    DESTINATION "share/metainfo" COMPONENT game)
+install(FILES "${CMAKE_BINARY_DIR}/packaging/mornal.6" DESTINATION "share/man/man6" COMPONENT game)
+install(FILES CHANGELOG.md LICENSE "${KV_PACKAGING}/copyright"
+    DESTINATION "share/doc/mornal" COMPONENT game)
 
 # Links, the compiled scripts and the licences of the libraries, in the folder that is being filled.
 install(CODE "execute_process(COMMAND \"${KV_PYTHON_LIBRARY_HOST}\" -I \"${KV_PACKAGING}/finish.py\"
-        \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\" \"${KV_HOME}\" \"${KV_SHARE}\" \"${CMAKE_INSTALL_BINDIR}\"
+        \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\" \"${KV_HOME}\" \"${KV_SHARE}\" \"bin\"
         COMMAND_ERROR_IS_FATAL ANY)" COMPONENT game)
 install(CODE "execute_process(COMMAND \"${KV_PYTHON_LIBRARY_HOST}\" -I \"${KV_PACKAGING}/licences.py\"
         \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${KV_HOME}/lib\"
-        \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_DATADIR}/doc/mornal/libraries\"
+        \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/share/doc/mornal/libraries\"
         COMMAND_ERROR_IS_FATAL ANY)" COMPONENT libraries)
 
 set(CPACK_PACKAGE_NAME "mornal")
@@ -69,6 +64,7 @@ set(CPACK_GENERATOR "TXZ;DEB")
 set(CPACK_THREADS 0)
 set(CPACK_ARCHIVE_COMPONENT_INSTALL ON)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_COMPONENT_INCLUDE_TOPLEVEL_DIRECTORY ON)
 set(CPACK_COMPONENTS_GROUPING ALL_COMPONENTS_IN_ONE)
 set(CPACK_PROJECT_CONFIG_FILE "${KV_PACKAGING}/CPackProject.cmake")
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

@@ -142,6 +142,9 @@ digest = _file('KAVEL_DIGEST')
 #: File that every field of every object is written to after the last frame; empty for none.
 dump = _file('KAVEL_DUMP')
 
+#: File that what is wrong in the level is written to at the end of the run; empty for none.
+lint = _file('KAVEL_LINT')
+
 #: File that the cost of each frame is written to; empty for none.
 meter = _file('KAVEL_METER')
 

@@ -134,6 +134,13 @@ def _doFrame():
         kaVel.log('Object tree: %s' % treeDigest(level))
         if troubleScreen.of(level):
             gameLoop.quit(1)
+        elif GameConfig.lint:
+            _lint(level)
+
+
+def _lint(level: kaVel.Coordinator):
+    from editor.lint import Findings  # nothing of the editor is loaded by any other run
+    Findings.write(level, GameConfig.lint)
 
 
 def _capture(suffix: str = ''):

@@ -63,7 +63,7 @@ def shell(study: MapRootEntity):
     for x in (-2, 0):
         place.Wainscot(study, 'northPanels', at=(x, 0, 4), turn=SOUTH)
     for x in (1.2, 2.8):  # beside the door
-        place.WainscotNarrow(study, 'northPanels', at=(x, 0, 4), turn=SOUTH)
+        place.WainscotNarrow(study, 'doorPanels', at=(x, 0, 4), turn=SOUTH)
 
     for z in (-3, -1, 1, 3):
         west = place.WallWindow if z == 1 else place.WallPlain

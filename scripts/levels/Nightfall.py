@@ -35,6 +35,16 @@ from nightfall.Story import WAKING, Story
 from objects.Music import Music
 from objects.Safety import Safety
 
+#: What `tools/lint` finds here and is meant: kind -> object -> why.
+LINT = {
+    'locked': {'house/linenDoor': 'its bolt is drawn from inside, by the hatch: Story.linen',
+               'house/bathDoor': 'what hunts comes out of it: Story.openBath'},
+    'unreachable': {'house:17,3,11': 'the bath, into which one looks when it has been left'},
+    'trigger': {'house/inLift': 'the gate lets one in when the lift has come: Exits.Lift',
+                'house/inChute': 'the lid lets one in when it is pried open: Exits.Chute'},
+    'stairs': {'house/stairs/slope': 'one goes down by the lamp, into a hall whose windows are all the light'},
+}
+
 _night: Night
 
 

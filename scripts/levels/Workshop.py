@@ -15,6 +15,15 @@ from objects.Control import onPlaceKeys
 from workshop import Bodies, Doors, Furnishing, Mechanisms, Shell
 from workshop.Stations import STATIONS
 
+#: What `tools/lint` finds here and is meant: kind -> object -> why.
+LINT = {
+    'locked': {'cellar/lockedDoor': 'it shows what a lock does'},
+    'unreachable': {'cellar:0,0,7': 'the inside of the basin, which is full of floats'},
+    'twice': {'cellar/workshop/sill': 'nothing but stone to step over, and the playthroughs know them by that name'},
+    'leaks': {'cellar/workshop/fire': 'what is behind the boiler is lit by the glow of its door all the same',
+              'cellar/workshop/doorLantern/light': 'the leaf beside it stands open most of the time'},
+}
+
 _visit: Visit
 
 

@@ -18,6 +18,22 @@ from objects.Creatures import shaped
 from objects.Marks import marked
 from objects.Placing import Triple, addVolume, around, placed, turned
 from objects.Pockets import Pockets, pocketsOf, taken
+from perLevel import PerLevel, levelOf
+
+
+_locks: PerLevel[list[Lock]] = PerLevel()
+_keys: PerLevel[dict[str, list[kaVel.Entity]]] = PerLevel()
+
+
+def locksIn(level: kaVel.Coordinator) -> list[Lock]:
+    """The locks that were built in a level."""
+    return _locks.get(level, [])
+
+
+def keysIn(level: kaVel.Coordinator) -> dict[str, list[kaVel.Entity]]:
+    """The keys that lie in a level, by the name of what they open."""
+    there = {name: [key for key in keys if key] for name, keys in _keys.get(level, {}).items()}
+    return {name: keys for name, keys in there.items() if keys}
 
 
 class Lock:
@@ -30,6 +46,8 @@ class Lock:
                  unlock: Callable[[], object], rattle: Callable[[], object]):
         self.thing, self.key = thing, key
         self.isLocked, self.unlock, self.rattle = isLocked, unlock, rattle
+        level = levelOf(thing)
+        _locks[level] = [*locksIn(level), self]
 
     def holds(self) -> bool:
         """Tries the lock with what the player has: whether this use was spent on it."""
@@ -76,4 +94,6 @@ def Key(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: floa
 
     taken(key, volume, put, lambda: pocketsOf(key).tell(words.said('keys.taken', what=called)), 'PickUp')
     marked(key, 'take')
+    known = keysIn(levelOf(key))
+    _keys[levelOf(key)] = {**known, opened: [*known.get(opened, ()), key]}
     return key

@@ -224,8 +224,11 @@ bool FloorSolids::isDrawn(const Vec4 &place) const
                        [&](std::int32_t number)
                        {
                            Span span;
-                           return findSpan(drawn[static_cast<std::size_t>(number)], place.x, place.z, 0.f, span) &&
-                                  span.low < place.y + NEAR_FLOOR && span.high > place.y - NEAR_FLOOR;
+                           if (!findSpan(drawn[static_cast<std::size_t>(number)], place.x, place.z, 0.f, span))
+                               return false;
+                           const auto isHere = [&](float height) { return std::fabs(height - place.y) < NEAR_FLOOR; };
+                           // The box of a mesh has its origin in the middle: a floor may be there, or on its faces.
+                           return isHere(span.high) || isHere(span.low) || isHere((span.low + span.high) / 2);
                        });
 }
 

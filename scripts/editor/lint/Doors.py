@@ -33,7 +33,8 @@ def _told(scene: Scene, leaf: kaVel.Entity, key: str | None) -> Finding:
     at = tripleOf(leaf.getComponent('transform').position)
     path = scene.pathOf(leaf)
     if not key:
-        return Finding('locked', path, at, 'it is locked, and no key opens it', "give it a `key`, or have a script unlock it")
+        return Finding('locked', path, at, 'it is locked, and no key opens it',
+                       'give it a `key`, or have a script unlock it')
     if key not in keysIn(scene.level):
         return Finding('locked', path, at, 'its key %r lies nowhere' % key, "place a `Key` that `opens` %r" % key)
     return Finding('locked', path, at, 'its key %r lies where the player cannot come to' % key,

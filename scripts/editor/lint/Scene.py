@@ -27,7 +27,7 @@ class Scene:
         self.file = 'levels/%s.py' % level.levelName
         self.maps: list[kaVel.MapRootEntity] = [each for each in level.children if _is(each, 'MapRootEntity')]
         self.player: Any = level.getChild('Player')
-        self._handles: dict[str, kaVel.AnyObject] = {}
+        self._handles: dict[str, kaVel.Object] = {}
         self._grounds: dict[str, Ground] = {}
 
     def entities(self, root: kaVel.Object) -> Iterator[kaVel.Entity]:

@@ -173,8 +173,8 @@ def names(scene: Scene) -> Iterator[Finding]:
                     twins.setdefault(child.getName(), []).append(child)
             for found in twins.values():
                 if len(found) > 1 and _areApart(scene, found):
-                    yield Finding('twice', scene.pathOf(found[0]), None, '%d of this name below one parent' % len(found),
-                                  'give each a name of its own')
+                    yield Finding('twice', scene.pathOf(found[0]), None,
+                                  '%d of this name below one parent' % len(found), 'give each a name of its own')
 
 
 def _areApart(scene: Scene, twins: list[kaVel.Entity]) -> bool:

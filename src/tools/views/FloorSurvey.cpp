@@ -41,14 +41,9 @@ void FloorSurvey::begin(Handle<MapRootEntity> newMap, float wishedEdge)
         return;
     }
     solids.read(*grid);
-    layOut(wishedEdge);
     barred.assign(static_cast<std::size_t>(solids.getDoorCount()), false);
     for (int door = 0; door < solids.getDoorCount(); ++door)
         setBarred(door, solids.isLocked(door));
-}
-
-void FloorSurvey::layOut(float wishedEdge)
-{
     Vec4 least, greatest;
     if (!solids.findExtent(least, greatest))
         return;
@@ -64,13 +59,18 @@ void FloorSurvey::layOut(float wishedEdge)
 bool FloorSurvey::work(int squares)
 {
     const int last = looked + std::clamp(squares, 0, columns * rows - looked);
-    for (; looked < last; ++looked)
-        lookAtSquare(looked);
+    while (looked < last)
+        lookAtSquare();
     return looked < columns * rows;
 }
 
-void FloorSurvey::lookAtSquare(int square)
+/// Finds the spots of the next square.
+void FloorSurvey::lookAtSquare()
 {
+    const int square = looked;
+    if (square >= columns * rows)
+        return;
+    ++looked;
     const float x = west + static_cast<float>(square % columns) * edge;
     const float z = south + static_cast<float>(square / columns) * edge;
     standing.clear();

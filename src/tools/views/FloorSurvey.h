@@ -127,8 +127,7 @@ private:
     bool isArea(int area) const { return area >= 0 && area < static_cast<int>(areas.size()); }
     const Spot &at(int spot) const { return spots[static_cast<std::size_t>(spot)]; }
     Spot &at(int spot) { return spots[static_cast<std::size_t>(spot)]; }
-    void layOut(float wishedEdge);
-    void lookAtSquare(int square);
+    void lookAtSquare();
     template <class Function>
     void forEachBeside(int spot, Function function) const;
     template <class Allowed>

@@ -1,4 +1,5 @@
-"""Where the game keeps a user's files: the platform's folders for settings, for what was made, and for what nobody set.
+"""Where the game keeps a user's files: the platform's folders for settings, for what was made, for what nobody set, and
+for what can be made again.
 
     userFolders.of('config')    # ~/.config/mornal; empty where the user has no home
 
@@ -9,7 +10,7 @@ import os
 
 #: Kind -> variable of the platform's convention, and where below the home the folder is without it.
 KINDS = {'config': ('XDG_CONFIG_HOME', '.config'), 'data': ('XDG_DATA_HOME', os.path.join('.local', 'share')),
-         'state': ('XDG_STATE_HOME', os.path.join('.local', 'state'))}
+         'state': ('XDG_STATE_HOME', os.path.join('.local', 'state')), 'cache': ('XDG_CACHE_HOME', '.cache')}
 
 
 def of(kind: str) -> str:

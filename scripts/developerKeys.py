@@ -1,11 +1,12 @@
 """Keys for those who make the game.
 
-F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there, F5 the level anew from its scripts, F12
-a report of what happens.
+F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there, F5 the level anew from its scripts, F8
+the editor, F12 a report of what happens.
 """
 
 import functools
 
+import editing
 import kaVel
 import standing
 from reports import Keeping
@@ -21,7 +22,8 @@ OUTLINES = ('debugDrawHitBoxes', 'debugDrawContacts', 'debugDrawLightVolumes', '
 def listen(coordinator: kaVel.Coordinator):
     """Has a level follow the keys for as long as it lives."""
     for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines),
-                             ('report', Keeping.ask), ('reload', functools.partial(standing.reload, coordinator))):
+                             ('report', Keeping.ask), ('reload', functools.partial(standing.reload, coordinator)),
+                             ('editor', functools.partial(editing.switch, coordinator))):
         kaVel.onKey(coordinator, action, function, inScreens=True)
 
 

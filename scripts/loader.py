@@ -14,6 +14,7 @@ from typing import Callable
 import GameConfig
 import bindings
 import developerKeys
+import editing
 import headless
 import kaVel
 import levelScripts
@@ -51,6 +52,7 @@ def loadLevel(levelName: str) -> kaVel.Coordinator:
     files = levelScripts.stamp()
     left = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
     if levelName != LOADING_SCREEN:
+        editing.depart(left)
         saves.depart(left)
     try:
         with levelScripts.readAnew(_scriptToRead(levelName)):
@@ -64,6 +66,7 @@ def loadLevel(levelName: str) -> kaVel.Coordinator:
         _visited[:] = [name for name in _visited if name != levelName] + [levelName]
         standing.arrive(coordinator)
         saves.arrive(coordinator)
+        editing.arrive(coordinator)
     return coordinator
 
 

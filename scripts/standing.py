@@ -2,6 +2,7 @@
 
 from typing import Protocol
 
+import editing
 import kaVel
 from perLevel import PerLevel
 
@@ -42,10 +43,16 @@ def reload(level: kaVel.Coordinator):
 
 
 def returnTo(levelName: str, place: Standing | None):
-    """Goes to a level in the next frame, to stand at a place there that `of` has told."""
-    global _wanted
-    _wanted = levelName, place
-    kaVel.getSystem('GameLoopSystem').queueLoadLevel(levelName)
+    """Goes to a level in the next frame, to stand at a place there that `of` has told.
+
+    Where that leads away from unsaved edits, their designer is asked first.
+    """
+    def go():
+        global _wanted
+        _wanted = levelName, place
+        kaVel.getSystem('GameLoopSystem').queueLoadLevel(levelName)
+
+    editing.leave(kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator, go)
 
 
 def arrive(level: kaVel.Coordinator):

@@ -39,6 +39,7 @@ ACTIONS: dict[str, tuple[str, ...]] = {
     'reload': ('F5',),
     'levelBefore': ('F6',),
     'fly': ('F7',),
+    'editor': ('F8',),
     'console': ('Left of 1',),
     'report': ('F12',),
 }

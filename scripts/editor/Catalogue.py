@@ -63,6 +63,11 @@ def matching(text: str, kind: str = '') -> list[Entry]:
             and all(word in ' '.join(each[:3]).lower() for word in words)]
 
 
+def sourceOf(entry: Entry) -> str:
+    """The script that a pattern's kind stands in."""
+    return os.path.join(os.path.dirname(importlib.import_module(HOME).__file__ or ''), entry.kind + '.py')
+
+
 def readableName(pattern: str) -> str:
     """The name of a pattern as a name for what it builds: 'LitCandle' -> 'litCandle'."""
     return pattern[:1].lower() + pattern[1:]
@@ -79,9 +84,7 @@ def _all() -> dict[str, Entry]:
 
 def _isPattern(value: Any) -> bool:
     """Whether something is a function that `kaVel.pattern` has marked."""
-    if not callable(value) or not hasattr(value, '__wrapped__'):
-        return False
-    return list(inspect.signature(value).parameters)[:2] == ['parent', 'name']
+    return callable(value) and getattr(value, 'isPattern', False)
 
 
 def _stated(folder: str) -> dict[str, tuple[str, str]]:
@@ -99,8 +102,8 @@ def _statedIn(module: ast.Module, kind: str):
         if isinstance(statement, ast.FunctionDef) and statement.decorator_list:
             yield statement.name, (kind, _sentence(ast.get_docstring(statement)))
         elif isinstance(statement, ast.Assign) and isinstance(statement.targets[0], ast.Name):
-            isText = isinstance(following, ast.Expr) and isinstance(following.value, ast.Constant)
-            yield statement.targets[0].id, (kind, _sentence(following.value.value if isText else ''))
+            said = following.value if isinstance(following, ast.Expr) else None
+            yield statement.targets[0].id, (kind, _sentence(said.value if isinstance(said, ast.Constant) else ''))
 
 
 def _sentence(text: Any) -> str:

@@ -10,6 +10,7 @@ from typing import Generic, TypeVar
 import kaVel
 
 _C = TypeVar('_C', bound='Registered')
+_Cls = TypeVar('_Cls', bound='type[Registered]')
 
 
 class Registered:
@@ -26,7 +27,7 @@ class Registry(Generic[_C]):
         self.kind, self._packages = kind, packages
         self._classes: dict[str, type[_C]] = {}
 
-    def add(self, cls: type[_C]) -> type[_C]:
+    def add(self, cls: _Cls) -> _Cls:
         """Enters a class, for use as its decorator; ValueError for one without a name or with another one's."""
         other = self._classes.get(cls.name)
         if not cls.name:
@@ -34,7 +35,7 @@ class Registry(Generic[_C]):
         if other and (other.__module__, other.__qualname__) != (cls.__module__, cls.__qualname__):
             raise ValueError('two %ss are called %r: %s and %s' % (self.kind, cls.name, other.__module__,
                                                                    cls.__module__))
-        self._classes[cls.name] = cls
+        self._classes[cls.name] = cls  # type: ignore
         return cls
 
     def gather(self) -> list[str]:

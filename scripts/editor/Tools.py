@@ -71,6 +71,9 @@ class Tool(Registered):
     def released(self, key: str) -> None:
         """A key went up, by its bare name."""
 
+    def selectionChanged(self) -> None:
+        """Something else is selected, or what is selected was built anew."""
+
     def doFrame(self) -> None:
         """Once a frame while it is in hand."""
 

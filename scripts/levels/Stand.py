@@ -72,7 +72,7 @@ class _Shown:
 
     def frame(self, low: Triple, high: Triple):
         """Lights a box that stands there, puts the backdrop behind it and the camera where it fills the picture."""
-        middle: Triple = tuple((a + b) / 2 for a, b in zip(low, high))
+        middle = (low[0] + high[0]) / 2, (low[1] + high[1]) / 2, (low[2] + high[2]) / 2
         radius = max(math.dist(low, high) / 2, 0.02)
         away = radius / math.sin(HALF_VIEW) * 1.02
         self.camera.getComponent('transform').position = kaVel.Vec4(*_from(middle, TURN, PITCH, away), 1)

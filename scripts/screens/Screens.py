@@ -150,6 +150,24 @@ def ask(level: kaVel.Coordinator, words: str, yes: Callable[[], object], no: Cal
     open(level, 'Ask', question=words, yes=yes, no=no, values=values)
 
 
+def layAside(level: kaVel.Coordinator):
+    """Hides the open screens of a level and leaves them no input, until they are taken up again."""
+    stack = _stacks.get(level)
+    if stack:
+        for screen in stack.screens:
+            screen.component.visible = False
+        stack.cursor.clearTop()
+
+
+def takeUpAgain(level: kaVel.Coordinator):
+    """Shows the screens again that were laid aside; those that pause the level have it stand still."""
+    stack = _stacks.get(level)
+    if stack and stack.screens:
+        stack.settle()
+        if stack.running is not None:
+            stillness.stop(level)
+
+
 def rebuild(level: kaVel.Coordinator):
     """Puts all open screens of a level together anew, as after a change of language; the focus stays."""
     stack = _stacks.get(level)

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 from typing import Callable
 
+import editing
 import kaVel
 import saves
 from screens import Screens
@@ -28,8 +29,9 @@ def toDesktop(level: kaVel.Coordinator):
 
 
 def goTo(levelName: str):
-    """Goes to a level in the next frame."""
-    kaVel.getSystem('GameLoopSystem').queueLoadLevel(levelName)
+    """Goes to a level in the next frame; asks about unsaved edits of the present one first."""
+    gameLoop = kaVel.getSystem('GameLoopSystem')
+    editing.leave(gameLoop.currentlyActiveCoordinator, lambda: gameLoop.queueLoadLevel(levelName))
 
 
 def _leave(level: kaVel.Coordinator, question: str, go: Callable[[], object]):

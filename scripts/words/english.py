@@ -582,6 +582,7 @@ TEXTS: dict[str, str] = {
     'action.crouch': 'Crouch',
     'action.flashlight': 'Flashlight',
     'action.fly': 'Fly',
+    'action.editor': 'Editor',
     'action.forward': 'Forward',
     'action.fullScreen': 'Full screen',
     'action.fullScreenWithAlt': 'Full screen, with Alt',

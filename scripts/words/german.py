@@ -584,6 +584,7 @@ TEXTS: dict[str, str] = {
     'action.crouch': 'Ducken',
     'action.flashlight': 'Taschenlampe',
     'action.fly': 'Fliegen',
+    'action.editor': 'Editor',
     'action.forward': 'Vorwärts',
     'action.fullScreen': 'Vollbild',
     'action.fullScreenWithAlt': 'Vollbild, mit Alt',

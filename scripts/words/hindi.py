@@ -582,6 +582,7 @@ TEXTS: dict[str, str] = {
     'action.crouch': 'झुकें',
     'action.flashlight': 'टॉर्च',
     'action.fly': 'उड़ें',
+    'action.editor': 'संपादक',
     'action.forward': 'आगे',
     'action.fullScreen': 'पूरा परदा',
     'action.fullScreenWithAlt': 'पूरा परदा, Alt के साथ',

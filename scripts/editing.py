@@ -1,0 +1,72 @@
+"""The way into the editor, and what it remembers while levels come and go.
+
+The editor itself is loaded when it is first opened: `editor.Editor`.
+"""
+
+from __future__ import annotations
+
+import os
+import time
+import traceback
+from typing import Any, Callable
+
+import kaVel
+import userFolders
+
+#: What the editor keeps by name from level to level: whether it is open, how it snaps.
+remembered: dict[str, Any] = {}
+
+#: Where edits are kept that a level was left with, below the user's data.
+UNSAVED = 'unsaved'
+
+
+def switch(level: kaVel.Coordinator) -> None:
+    """Opens the editor in a level or closes it; where it cannot be, the log says why."""
+    try:
+        from editor.Editor import Editor
+        Editor.of(level).switch()
+    except Exception:
+        kaVel.log('The editor cannot be opened:\n%s' % traceback.format_exc())
+
+
+def arrive(level: kaVel.Coordinator) -> None:
+    """Opens the editor in a level that was just loaded, if it was open in the one before."""
+    if remembered.get('open'):
+        remembered['open'] = False
+        switch(level)
+
+
+def leave(level: kaVel.Coordinator | None, go: Callable[[], object]) -> None:
+    """Calls `go`, which leads away from a level; where that has unsaved edits, when its designer has agreed."""
+    editor = _editorOf(level)
+    if editor and not editor.isSaved:
+        editor.askBefore(go)
+    else:
+        go()
+
+
+def depart(level: kaVel.Coordinator | None) -> None:
+    """Keeps the edits of a level that is left for good without a question, as a patch among the user's files."""
+    editor = _editorOf(level)
+    if editor and not editor.isSaved and not editor.isForsaken:
+        try:
+            _keep(editor.level.levelName, editor.diff())
+        except Exception:
+            kaVel.log('The unsaved edits of the level could not be kept:\n%s' % traceback.format_exc())
+
+
+def _editorOf(level: kaVel.Coordinator | None) -> Any:
+    import sys
+    module: Any = sys.modules.get('editor.Editor')
+    return module.Editor.openedIn(level) if module and level else None
+
+
+def _keep(levelName: str, diff: str) -> None:
+    folder = userFolders.file('data', UNSAVED)
+    if not folder or not diff:
+        return
+    os.makedirs(folder, exist_ok=True)
+    file = os.path.join(folder, '%s-%s.diff' % (levelName, time.strftime('%Y%m%d-%H%M%S')))
+    with open(file, 'w', encoding='utf-8') as target:
+        target.write(diff)
+    kaVel.log('The level was left with unsaved edits; they lie in %s' % file)

@@ -1,0 +1,93 @@
+"""The keys of the editor, as they are usual among editors: what each does stands in one table.
+
+Tools have keys of their own besides, by which they are taken up. While the right button is held the camera flies by
+the keys that it flies by elsewhere, and none of these count.
+"""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Callable
+
+import bindings
+import kaVel
+from editor.Tools import tools
+
+if TYPE_CHECKING:
+    from editor.Editor import Editor
+
+#: Held keys that stand before another one's name, in this order.
+MODIFIERS = ('Ctrl', 'Shift', 'Alt')
+
+#: Key -> what it does in a few words, and how.
+TABLE: dict[str, tuple[str, Callable[[Editor], object]]] = {
+    'Ctrl+Z': ('undo', lambda editor: editor.commands.undo()),
+    'Ctrl+Y': ('redo', lambda editor: editor.commands.redo()),
+    'Ctrl+Shift+Z': ('redo', lambda editor: editor.commands.redo()),
+    'Ctrl+S': ('save', lambda editor: editor.panels.askToSave()),
+    'Ctrl+N': ('new level', lambda editor: editor.panels.askForLevel()),
+    'Ctrl+A': ('select all', lambda editor: editor.commands.selectAll()),
+    'Ctrl+D': ('duplicate', lambda editor: editor.commands.duplicate()),
+    'Ctrl+C': ('copy', lambda editor: editor.commands.copy()),
+    'Ctrl+X': ('cut', lambda editor: editor.commands.cut()),
+    'Ctrl+V': ('paste', lambda editor: editor.commands.paste()),
+    'Ctrl+G': ('group', lambda editor: editor.commands.group()),
+    'Ctrl+Shift+G': ('ungroup', lambda editor: editor.commands.ungroup()),
+    'Ctrl+P': ('hang below the last one', lambda editor: editor.commands.parent()),
+    'Ctrl+Shift+P': ('hang below the map', lambda editor: editor.commands.unparent()),
+    'Delete': ('delete', lambda editor: editor.commands.delete()),
+    'Backspace': ('delete', lambda editor: editor.commands.delete()),
+    'H': ('hide', lambda editor: editor.commands.hide()),
+    'Alt+H': ('show all', lambda editor: editor.commands.showAll()),
+    'L': ('lock', lambda editor: editor.commands.lock()),
+    'Alt+L': ('unlock all', lambda editor: editor.commands.unlockAll()),
+    'F': ('go to what is selected', lambda editor: editor.commands.frame()),
+    'End': ('drop to the floor', lambda editor: editor.commands.drop()),
+    'X': ('axes of the world or the thing', lambda editor: editor.snapping.switchSpace()),
+    'V': ('snap to the grid', lambda editor: editor.snapping.switchGrid()),
+    'Left': ('nudge', lambda editor: editor.commands.nudge(-1, 0, 0)),
+    'Right': ('nudge', lambda editor: editor.commands.nudge(1, 0, 0)),
+    'Up': ('nudge', lambda editor: editor.commands.nudge(0, 0, 1)),
+    'Down': ('nudge', lambda editor: editor.commands.nudge(0, 0, -1)),
+    'Page up': ('nudge up', lambda editor: editor.commands.nudge(0, 1, 0)),
+    'Page down': ('nudge down', lambda editor: editor.commands.nudge(0, -1, 0)),
+    'Space': ('stop or go on', lambda editor: editor.playing.switch()),
+    'Period': ('step a frame', lambda editor: editor.playing.step()),
+    'P': ('play from here', lambda editor: editor.playing.playFromHere()),
+    'Escape': ('leave the tool', lambda editor: editor.commands.leaveTool()),
+}
+
+#: What the line of help has room for.
+SHOWN = ('Ctrl+Z', 'Ctrl+Y', 'Ctrl+S', 'Ctrl+D', 'Delete', 'F', 'H', 'L', 'Ctrl+G', 'P', 'Escape')
+
+
+def named(code: int) -> str:
+    """The name of a key by its code; empty for one that only stands before others."""
+    name = bindings.keyNamed(code)
+    return '' if name in MODIFIERS else name
+
+
+def held(modifier: str) -> bool:
+    """Whether a key of MODIFIERS is down."""
+    return bool(kaVel.getSystem('InputSystem').isKeyDown(bindings.KEYS[modifier]))
+
+
+def withModifiers(name: str) -> str:
+    """The name of a key with those before it that are held."""
+    return '+'.join([*filter(held, MODIFIERS), name])
+
+
+def do(editor: Editor, pressed: str) -> bool:
+    """Does what a key stands for, or takes up the tool that it is of; whether it stands for anything."""
+    entry = TABLE.get(pressed)
+    if entry:
+        entry[1](editor)
+        return True
+    tool = next((each for each in tools.all() if each.key == pressed), None)
+    if tool:
+        editor.take(tool.name)
+    return bool(tool)
+
+
+def help() -> str:
+    """The line of help: what the most used keys do."""
+    return '   '.join('%s %s' % (key, TABLE[key][0]) for key in SHOWN)

@@ -1,0 +1,67 @@
+"""Saving, with what it would change shown first; and the question before a level with unsaved edits is left."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Callable
+
+from editor.panels.Panel import Panel
+
+if TYPE_CHECKING:
+    from editor.Editor import Editor
+
+
+class Saving(Panel):
+    """The diff, and whether to write it."""
+
+    name = 'Save'
+    isAlways = False
+
+    def placeIn(self, width: int, height: int):
+        return width // 8, 110, width * 3 // 4, max(height - 200, 160)
+
+    def fill(self) -> None:
+        self._lines = self.editor.diff().splitlines() or ['There is nothing to save.']
+        self.button('Write', self._write, 'Changes these lines in the files', beside=False)
+        self.button('Leave as it is', self.hide)
+        self.bar.addList('diff', lambda: len(self._lines), lambda number: self._lines[number], lambda number: None)
+
+    def edited(self) -> None:
+        self.refresh()
+
+    def _write(self) -> None:
+        if self.editor.save():
+            self.hide()
+
+
+class Leaving(Panel):
+    """What is to become of unsaved edits when something leads away from the level."""
+
+    name = 'Unsaved edits'
+    isAlways = False
+
+    def __init__(self, editor: Editor):
+        super().__init__(editor)
+        self._go: Callable[[], object] = lambda: None
+
+    def placeIn(self, width: int, height: int):
+        return width // 2 - 220, height // 2 - 60, 440, 120
+
+    def ask(self, go: Callable[[], object]) -> None:
+        """Comes up with the question; `go` leads away."""
+        self._go = go
+        self.show()
+
+    def fill(self) -> None:
+        self.bar.addText('question', '', lambda: 'This level has edits that are not saved.')
+        self.button('Save and go', self._saveAndGo, beside=False)
+        self.button('Go without', self._goWithout)
+        self.button('Stay', self.hide)
+
+    def _saveAndGo(self) -> None:
+        if self.editor.save():
+            self._goWithout()
+
+    def _goWithout(self) -> None:
+        self.hide()
+        self.editor.forsake()
+        self._go()

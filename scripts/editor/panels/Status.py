@@ -1,0 +1,27 @@
+"""The bar along the bottom: what was refused or done last, what the tool in hand does, and the keys."""
+
+from __future__ import annotations
+
+from editor import Keys
+from editor.panels.Panel import BOTTOM, Panel
+
+
+class Status(Panel):
+    """Three lines."""
+
+    name = 'Help'
+
+    def placeIn(self, width: int, height: int):
+        return 0, height - BOTTOM, width, BOTTOM
+
+    def fill(self) -> None:
+        self.bar.addText('message', '', self._message)
+        self.bar.addText('tool', '', lambda: self._tool())
+        self.bar.addText('keys', '', lambda: Keys.help())
+
+    def _message(self) -> str:
+        return self.editor.messages[-1] if self.editor.messages else 'Right button: look around, with W A S D: fly'
+
+    def _tool(self) -> str:
+        tool = self.editor.tool
+        return '%s: %s' % (tool.name, tool.help) if tool else ''

@@ -1,0 +1,40 @@
+"""What can be set of the tool in hand, and what moved things snap to."""
+
+from __future__ import annotations
+
+from editor import Snapping
+from editor.panels.Panel import RIGHT, TOP, Panel
+
+#: Of the bar, pixels.
+HEIGHT = 196
+
+
+class ToolControls(Panel):
+    """The controls of the tool, then those of snapping."""
+
+    name = 'Tool'
+
+    def placeIn(self, width: int, height: int):
+        return width - RIGHT, TOP, RIGHT, HEIGHT
+
+    def fill(self) -> None:
+        tool, snapping = self.editor.tool, self.editor.snapping
+        if tool:
+            self.bar.label = 'Tool: %s' % tool.name
+            tool.controls(self.bar)
+        self.bar.group('Snapping')
+        for name, words in (('snapToGrid', 'To the grid (V)'), ('snapToSurfaces', 'To surfaces'),
+                            ('snapToNeighbours', 'To neighbours')):
+            self.value(name, lambda name=name: bool(snapping.get(name)),
+                       lambda on, name=name: snapping.set(name, bool(on)), words=words)
+        self.value('snapStep', lambda: float(snapping.get('snapStep')), lambda step: snapping.set('snapStep', step),
+                   words='Step, m')
+        self.value('snapAngle', lambda: float(snapping.get('snapAngle')), lambda step: snapping.set('snapAngle', step),
+                   words='Angle, degrees')
+        self.value('space', lambda: snapping.get('space') == 'local', lambda on: snapping.switchSpace(),
+                   words="The thing's own axes (X)")
+        self.bar.setRange('snapStep', *Snapping.STEPS)
+        self.bar.group('')
+
+    def toolTaken(self) -> None:
+        self.refresh()

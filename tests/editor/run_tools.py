@@ -1,0 +1,283 @@
+"""The editor in a running level: it opens and closes with F8, and its tools follow mouse and keys."""
+import pathlib
+import re
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import game
+import png
+
+#: A room whose script calls `drive(frame)` in every frame, and what such scripts are written with.
+LEVEL = '''
+import kaVel
+import bindings
+import objects.GameObjects as place
+from headless import treeDigest
+from kaVel import Coordinator, MapRootEntity
+
+
+def build(coordinator: Coordinator):
+    global level
+    level = coordinator
+    coordinator.getManager('graphics2').sceneAmbient = 0.4
+    coordinator.loadMap('room')
+    place.Player(coordinator, at=(0, 0, -3))
+    driver = kaVel.make('Entity', parent=coordinator, name='driver')
+    kaVel.addComponent(driver, 'menu', 'ScriptComponent', frameCallback=step)
+
+
+def room(root: MapRootEntity):
+    place.PartitioningGrid(root, size=(16, 0, 16))
+    for x in (-3, -1, 1, 3):
+        for z in (-3, -1, 1, 3):
+            place.FloorBoards(root, 'boards', at=(x, 0, z))
+    place.Desk(root, 'desk', at=(0, 0, 1))
+    place.Chair(root, 'chair', at=(2, 0, 1), turn=90)
+
+
+frame = 0
+steps = []
+
+
+def step():
+    global frame
+    frame += 1
+    if frame > 2 and steps:
+        steps.pop(0)()
+
+
+def key(name, *modifiers):
+    codes = [*(bindings.KEYS[each] for each in modifiers), bindings.keyCode(name)]
+    devices = kaVel.getSystem('InputSystem')
+    for code in codes:
+        devices.keyDown(code)
+    return lambda: [devices.keyUp(code) for code in reversed(codes)]
+
+
+def press(name, *modifiers):
+    """Steps that press a key together with others, and let go of them."""
+    up = []
+    steps.extend([lambda: up.append(key(name, *modifiers)), lambda: up[0]()])
+
+
+def point(x, y):
+    kaVel.getSystem('InputSystem').mousePos(x, kaVel.getSystem('WindowSystem2').height - y)
+
+
+def click(where):
+    """Steps that click at a place of the world, which is a function's."""
+    def pixel():
+        seen = editor().component.toScreen(kaVel.Vec4(*where(), 1))
+        return seen.x, seen.y
+
+    devices = kaVel.getSystem('InputSystem')
+    steps.extend([lambda: point(*pixel()), lambda: devices.mouseDown(0), lambda: devices.mouseUp(0), lambda: None])
+
+
+def drag(begin, end):
+    devices = kaVel.getSystem('InputSystem')
+    steps.extend([lambda: point(*begin()), lambda: devices.mouseDown(0), lambda: point(*end()), lambda: None,
+                  lambda: devices.mouseUp(0), lambda: None])
+
+
+def say(what, tell):
+    steps.append(lambda: kaVel.log('%s: %s' % (what, tell())))
+
+
+def then(function):
+    steps.append(function)
+
+
+def editor():
+    from editor.Editor import Editor
+    return Editor.of(level)
+
+
+def named(name):
+    return editor().pieces.named(name)
+
+
+def look():
+    editor().camera.goTo((0, 6, -4), 0, 55)
+
+
+def tree():
+    """Count and hash of the room, and of the level but for what the editor has put there."""
+    return treeDigest(level.getChild('room'))
+
+
+'''
+
+
+def drive(world, body, frames=120, **environment):
+    """Runs the level with steps of a test, and returns the outcome."""
+    world.write("scripts/levels/Edited.py", LEVEL + body)
+    run = world.run(level="Edited", frames=frames, KAVEL_SIZE="1280x720", **environment)
+    run.expect_code(0)
+    assert not run.has("Traceback"), run.log[-4000:]
+    return run
+
+
+def said(run, what):
+    """All that a run has said of something, in order."""
+    return re.findall(rf"Information: {re.escape(what)}: (.*)", run.log)
+
+
+def test_the_key_opens_and_closes_and_nothing_is_rebuilt(world):
+    run = drive(world, """
+say('tree', tree)
+press('F8')
+say('open', lambda: (editor().isOpen, level.loopState.name, kaVel.getSystem('InputSystem').screenTakesInput))
+press('F8')
+say('open', lambda: (editor().isOpen, level.loopState.name, kaVel.getSystem('InputSystem').screenTakesInput))
+say('tree', tree)
+""")
+    assert said(run, "open") == ["(True, 'LOOP_STOP', True)", "(False, 'LOOP_RUN', False)"], run.log[-2000:]
+    before, after = said(run, "tree")
+    assert before == after
+
+
+def test_pointing_handles_and_keys_edit_and_undo_gives_the_tree_back(world):
+    run = drive(world, """
+press('F8')
+then(look)
+say('tree', tree)
+click(lambda: (0, 0.75, 1))
+say('selected', lambda: [each.name for each in editor().selected()])
+press('D', 'Ctrl')
+press('Right')
+press('Delete')
+press('A', 'Ctrl')
+say('all', lambda: len(editor().selected()))
+press('Escape')
+press('Escape')
+say('none', lambda: len(editor().selected()))
+then(lambda: editor().select([named('chair')]))
+press('E')
+say('tool', lambda: editor().tool.name)
+then(lambda: editor().commands.turn(90, (0, 0, 1)))
+say('chair', lambda: (named('chair').arguments['at'], named('chair').arguments['turn']))
+then(lambda: editor().select([named('chair'), named('desk')]))
+press('P', 'Ctrl')
+say('hangs', lambda: named('chair').above.name)
+then(lambda: editor().select([named('desk')]))
+press('Page up')
+say('lifted', lambda: (named('desk').arguments['at'], named('chair').arguments['at']))
+say('history', lambda: editor().edits.history())
+for each in range(8):
+    press('Z', 'Ctrl')
+say('message', lambda: editor().messages[-1])
+say('tree', tree)
+""")
+    assert said(run, "selected") == ["['desk']"], run.log[-3000:]
+    assert said(run, "none") == ["0"] and said(run, "tool") == ["Turn"]
+    assert said(run, "chair") == ["((0, 0, -1), 180)"], said(run, "chair")
+    assert said(run, "hangs") == ["desk"]
+    assert said(run, "lifted") == ["((0, 0.25, 1), (0, 0.25, -1))"], said(run, "lifted")
+    assert said(run, "message") == ["There is nothing to undo"]
+    before, after = said(run, "tree")
+    assert before == after, "undo does not give the tree back"
+
+
+def test_a_handle_is_dragged_with_the_mouse(world):
+    run = drive(world, """
+press('F8')
+then(look)
+then(lambda: editor().select([named('desk')]))
+press('W')
+
+
+def pixel(place):
+    seen = editor().component.toScreen(kaVel.Vec4(*place, 1))
+    return seen.x, seen.y
+
+
+drag(lambda: pixel((0.5, 0, 1)), lambda: pixel((2.5, 0, 1)))
+say('at', lambda: named('desk').arguments['at'])
+press('Z', 'Ctrl')
+say('at', lambda: named('desk').arguments['at'])
+""")
+    (x, y, z), back = map(eval, said(run, "at"))
+    assert x == 2 and (y, z) == (0, 1), said(run, "at")
+    assert back == (0, 0, 1)
+
+
+def test_what_is_chosen_in_the_catalogue_is_placed_by_clicks(world):
+    run = drive(world, """
+press('F8')
+then(look)
+then(lambda: editor().commands.takeUp('Barrel'))
+click(lambda: (1.1, 0, -1.1))
+click(lambda: (-1.1, 0, -1.1))
+press('Escape')
+say('barrels', lambda: [(each.name, each.arguments['at']) for each in editor().pieces.all()
+                        if each.patternName == 'Barrel'])
+say('ghosts', lambda: [each.name for each in level.getChild('room').children
+                       if each.name.startswith('.gh') and not each.isDying()])
+then(lambda: editor().select([named('barrel'), named('barrel2')]))
+then(lambda: editor().commands.copy())
+then(lambda: editor().commands.paste())
+then(lambda: editor().commands.align('z', 'least'))
+say('pasted', lambda: [each.name for each in editor().selected()])
+""")
+    assert said(run, "barrels") == ["[('barrel', (1, 0, -1)), ('barrel2', (-1, 0, -1))]"], run.log[-3000:]
+    assert said(run, "ghosts") == ["[]"]
+    assert said(run, "pasted") == ["['barrel3', 'barrel4']"]
+
+
+def test_what_cannot_be_done_costs_a_line_of_message(world):
+    run = drive(world, """
+press('F8')
+
+
+def refused(what):
+    then(lambda: editor().attempt(what))
+    say('refused', lambda: editor().messages[-1])
+
+
+refused(lambda: editor().commands.duplicate())
+then(lambda: editor().select([named('desk'), named('chair')]))
+refused(lambda: editor().commands.array(1000000, (1, 0, 0)))
+refused(lambda: editor().commands.rename(named('chair'), 'desk'))
+refused(lambda: editor().commands.scale((0, float('nan'), 1)))
+refused(lambda: editor().add('Chiar'))
+refused(lambda: editor().add('Key', opens=7, at='here'))
+then(lambda: editor().commands.lock())
+refused(lambda: editor().commands.delete())
+then(lambda: editor().commands.unlockAll())
+then(lambda: named('desk').root.murder())
+then(lambda: None)
+refused(lambda: editor().commands.move((1, 0, 0)))
+refused(lambda: editor().commands.frame())
+say('left', lambda: [each.name for each in editor().selected()])
+""".replace("refused(lambda: editor().commands.frame())\n", ""))
+    refusals = said(run, "refused")
+    assert refusals[0] == "Nothing is selected" and "from 1 to 1000 can" in refusals[1], refusals
+    assert "There is a 'desk' already" in refusals[2], refusals
+    assert "Chair" in refusals[4], "the nearest pattern is named: " + refusals[4]
+    assert "locked" in refusals[6], refusals
+    assert said(run, "left") == ["['chair']"]
+
+
+def test_levels_that_cannot_be_edited_say_so_and_others_open(world):
+    world.write("scripts/levels/Broken.py", "raise ValueError('broken on purpose')\n")
+    run = drive(world, """
+then(lambda: kaVel.getSystem('GameLoopSystem').queueLoadLevel('Broken'))
+""", frames=10)
+    assert run.has("broken on purpose")
+    title = world.run(level="Title", frames=3)
+    title.expect_code(0)
+
+
+def test_every_pattern_has_a_picture(world):
+    run = world.run(level="Stand", frames=2, screenshot="of.png", KAVEL_SIZE="160x120",
+                    KAVEL_VIEWS="Desk,Trigger,Swarm")
+    run.expect_code(0)
+    for name in ("Desk", "Trigger", "Swarm"):
+        picture = png.read(world.folder / f"of-{name}.png")
+        assert (picture.width, picture.height) == (160, 120)
+        assert len({picture.rows[y][x * picture.step] for y in range(120) for x in range(160)}) > 5, name
+
+
+if __name__ == "__main__":
+    game.main(dict(globals()))

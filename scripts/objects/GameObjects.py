@@ -25,6 +25,7 @@ from objects.Drawn import *
 from objects.Fittings import Fitting
 from objects.Furniture import *
 from objects.Guest import Guest
+from objects.Happenings import ButtonThatDoes, Exit, SafePlace, TriggerArea, UsePlace
 from objects.Keys import Key
 from objects.Lights import *
 from objects.MapShell import Ceiling, Floor
@@ -38,13 +39,16 @@ from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
 from objects.Pockets import pocketsOf
 from objects.Pointing import Pointer
 from objects.Rooms import CeilingArea, FloorArea, Room
+from objects.Routes import BlockedCells, PatrolRoute, Walker, Waypoint
 from objects.Sight import Opening, Sight
 from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
+from objects.Spawners import Spawner
 from objects.Stairs import Slope, Stairs
 from objects.Switches import *
 from objects.Throwing import Bolts
 from objects.Triggers import Place, Trigger
 from objects.Visitor import Visitor, visitorOf
+from objects.Volumes import ForceVolume
 from objects.Walls import Walls, Window
 from objects.Warnings import Moths, Rats
 

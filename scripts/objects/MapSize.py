@@ -5,6 +5,7 @@ A map's grids, floor and ceiling follow from its transform. One that a script ha
 
 from __future__ import annotations
 
+import math
 from typing import Any, Sequence
 
 import kaVel
@@ -15,6 +16,8 @@ from perLevel import PerLevel, levelOf
 MARGIN = 0.5
 #: Edge of a cell of the path grid, metres: a doorway is a cell or two.
 CELL = 0.5
+#: Edge of a cell of the grid of volumes, metres: it has none but whole ones.
+WHOLE = 2.0
 
 #: Least and greatest corner of what is built, by map and by its root.
 _built: PerLevel[dict[kaVel.MapRootEntity, dict[kaVel.Entity, tuple[Triple, Triple]]]] = PerLevel()
@@ -56,8 +59,11 @@ def _fit(map: kaVel.MapRootEntity, boxes: dict[kaVel.Entity, tuple[Triple, Tripl
     if not boxes:
         kaVel.configure(transform, position=kaVel.Vec4(0, 0, 0, 1), scale=kaVel.Vec4(1, 1, 1, 0))
         return
-    low = [min(box[0][axis] for box in boxes.values()) - (0.0 if axis == 1 else MARGIN) for axis in range(3)]
-    high = [max(box[1][axis] for box in boxes.values()) + (0.0 if axis == 1 else MARGIN) for axis in range(3)]
+    low = [min(box[0][axis] for box in boxes.values()) for axis in range(3)]
+    high = [max(box[1][axis] for box in boxes.values()) for axis in range(3)]
+    for axis in (0, 2):
+        low[axis] = math.floor((low[axis] - MARGIN) / WHOLE) * WHOLE
+        high[axis] = math.ceil((high[axis] + MARGIN) / WHOLE) * WHOLE
     kaVel.configure(transform, position=kaVel.Vec4(*((a + b) / 2 for a, b in zip(low, high)), 1),
                     scale=kaVel.Vec4(*(b - a for a, b in zip(low, high)), 0))
     map.getComponent('mapData').gridCellSize = CELL

@@ -342,8 +342,12 @@ class Plan:
         for hole in holes:
             yield from self._reveals(number, line, hole)
         (left, otherLeft), (right, otherRight) = self.ends(number)
-        around = [left, otherLeft, self.nodes[edge.last], otherRight, right, self.nodes[edge.first]]
+        around = [left, otherLeft, *self._knot(edge.last), otherRight, right, *self._knot(edge.first)]
         yield Face([up(corner, self.height) for corner in around], [], (0.0, 1.0, 0.0), -1, 'top')
+
+    def _knot(self, node: int) -> list[Point]:
+        """The middle of a node where edges meet, for those have their tops to it."""
+        return [self.nodes[node]] if len(self._stars[node]) > 1 else []
 
     def _onSide(self, line: Wall, side: int, along: float, height: float) -> Place:
         return up(line.at(along, side * self.half), height)

@@ -199,6 +199,7 @@ TEXTS: dict[str, str] = {
     'death.damp': 'Die Nässe hat dich gehört und gepackt.',
     'death.fittings': 'Du hast einer Puppe den Rücken gekehrt, und sie hat dich gepackt.',
     'death.guest': 'Der Gast hat dich an deinem Licht gefunden.',
+    'death.walker': 'Es hatte dich gesehen, lange bevor du es sahst.',
 
     # Lessons; most stand behind the key that they are about
     'teach.battery': 'eine frische Batterie einlegen',

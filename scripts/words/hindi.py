@@ -198,6 +198,7 @@ TEXTS: dict[str, str] = {
     'death.damp': 'सीलन ने तुम्हें सुना और जकड़ लिया।',
     'death.fittings': 'तुमने पुतले की ओर पीठ की, और उसने तुम्हें पकड़ लिया।',
     'death.guest': 'मेहमान ने तुम्हें तुम्हारे उजाले से ढूँढ लिया।',
+    'death.walker': 'तुम्हारे देखने से बहुत पहले उसने तुम्हें देख लिया था।',
 
     # Lessons; most stand behind the key that they are about
     'teach.battery': 'नई बैटरी लगाएँ',

@@ -28,10 +28,10 @@ if(main_sources)
     set_target_properties(kaVel PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${KV_GAME_DIR}/bin")
 endif()
 
-# The executable finds its content beside its own folder: ../scripts, ../assets, ../python.zip.
+# The executable finds its content beside its own folder: ../scripts, ../assets, ../python.zip, and ../mods if there is.
 file(MAKE_DIRECTORY "${KV_GAME_DIR}/bin")
-foreach(content scripts assets)
-    if(NOT EXISTS "${KV_GAME_DIR}/${content}")
+foreach(content scripts assets mods)
+    if(NOT EXISTS "${KV_GAME_DIR}/${content}" AND NOT IS_SYMLINK "${KV_GAME_DIR}/${content}")
         file(CREATE_LINK "${CMAKE_SOURCE_DIR}/${content}" "${KV_GAME_DIR}/${content}" SYMBOLIC)
     endif()
 endforeach()

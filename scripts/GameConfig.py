@@ -10,6 +10,7 @@ import re
 import time
 
 import kaVel
+import mods
 from reports import Keeping
 from reports.Playing import Played
 
@@ -154,11 +155,27 @@ saves = _file('KAVEL_SAVES')
 #: Course that plays the level in place of a player, a module of `courses`; empty for none.
 course = _text('KAVEL_COURSE')
 
+#: Mods that the run is asked for besides those that the player has turned on: names, or folders with a slash in them.
+askedMods = [os.path.join(kaVel.Reflection.getUserFolder(), name) if '/' in name else name
+             for name in _text('KAVEL_MOD').split(',') if name]
+
 #: Frames a second of the fixed time.
 fixedFrameRate = 60
 
 #: Window of a headless run, pixels.
 headlessSize = _size('KAVEL_SIZE', (1280, 720))
 
+
+
+def _written() -> list[str]:
+    """The files that the run is asked to write."""
+    stem, extension = os.path.splitext(screenshot)
+    suffixes = ['-%d' % shot for shot in shots] or ['-' + view for view in views] or ['']
+    pictures = [stem + suffix + extension for suffix in suffixes if screenshot]
+    return [file for file in (record, digest, dump, meter, sound, *pictures) if file]
+
+
 _refuseUnknown()
 Keeping.begin()
+mods.begin(askedMods, players=not headless, mayAsk=not (headless or frames or played),
+           folders=[saves, played.folder if played else ''], files=_written())

@@ -18,6 +18,7 @@ import GameConfig
 import kaVel
 import settings
 import troubleScreen
+from mods import Holding
 from perLevel import PerLevel
 
 #: A view needs a frame to arrive in and one whose picture is written.
@@ -42,8 +43,9 @@ def watch(coordinator: kaVel.Coordinator, views: Sequence[View] = ()):
     results = [('screenshot', _pictureFile(suffix)) for suffix in _suffixes(views)] + [('sound', GameConfig.sound)]
     closed = [result for result in results if result[1] and not _isWritable(result[1])]
     if closed:
-        kaVel.log('The game quits: the %s %s cannot be written; is there such a folder, and may it be written to?'
-                  % closed[0])
+        kaVel.log('The game quits: the %s %s cannot be written; is there such a folder, and may it be written to?%s'
+                  % (*closed[0], '' if Holding.mayWrite(closed[0][1]) else ' A run with mods writes pictures of those '
+                     'views alone that KAVEL_VIEWS names.'))
         kaVel.getSystem('GameLoopSystem').quit(1)
         return
     if GameConfig.sound:
@@ -87,7 +89,7 @@ def _pictureFile(suffix: str):
 def _isWritable(file: str):
     folder = os.path.dirname(file) or '.'
     return (os.path.isdir(folder) and os.access(folder, os.W_OK)
-            and (os.path.isfile(file) or not os.path.exists(file)))
+            and (os.path.isfile(file) or not os.path.exists(file)) and Holding.mayWrite(file))
 
 
 def _plan(views: Sequence[View], first: int, last: int):

@@ -10,6 +10,9 @@ import sys
 import traceback
 import types
 
+import mods
+from mods.Tomls import Fault
+
 #: Folder of all scripts.
 FOLDER = os.path.dirname(__file__)
 
@@ -66,6 +69,8 @@ def placeOf(error: BaseException) -> tuple[str, int] | None:
 
     None where no such script took part.
     """
+    if isinstance(error, Fault):
+        return error.file, error.line
     if isinstance(error, SyntaxError) and error.filename:
         return _shown(error.filename), error.lineno or 0
     for frame, line in reversed(list(traceback.walk_tb(error.__traceback__))):
@@ -75,8 +80,11 @@ def placeOf(error: BaseException) -> tuple[str, int] | None:
 
 
 def _isScriptFile(file: str):
-    return file.startswith(FOLDER + os.sep)
+    return file.startswith(FOLDER + os.sep) or mods.ownerOf(file) is not None
 
 
 def _shown(file: str) -> str:
+    owner = mods.ownerOf(file)
+    if owner:
+        return owner[1]
     return os.path.join('scripts', os.path.relpath(file, FOLDER)) if _isScriptFile(file) else file

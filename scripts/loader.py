@@ -18,6 +18,7 @@ import editing
 import headless
 import kaVel
 import levelScripts
+import mods
 import playersWindow
 import saves
 import session  # noqa: F401 (as a script of the game, not of a level: what it keeps lasts)
@@ -33,6 +34,7 @@ if not GameConfig.headless:
 if GameConfig.played:
     GameConfig.played.attend()
 bindings.attend()
+mods.furnish()
 levelScripts.begin()
 
 #: What the engine shows for a moment while another level loads.
@@ -180,7 +182,7 @@ def completeMap(root: kaVel.MapRootEntity):
 
 def levelNames():
     """The levels that there are, in alphabetical order."""
-    names = set()
+    names = set(mods.levelNames())
     for folder in importlib.import_module('levels').__path__:
         if os.path.isdir(folder):
             names.update(file[:-3] for file in os.listdir(folder) if file.endswith('.py') and file != '__init__.py')

@@ -10,6 +10,7 @@ from typing import Any
 
 import GameConfig
 import kaVel
+import mods
 import settings
 import userFolders
 from reports import Keeping
@@ -28,6 +29,9 @@ SETTINGS = {
     },
     'ConsoleSystem': {
         'historyFile': '' if GameConfig.headless else userFolders.file('state', 'consoleHistory'),
+    },
+    'SoundSystem': {
+        'overlays': mods.soundFolders(),
     },
     'InputSystem': {
         'replayFile': GameConfig.played.input if GameConfig.played else GameConfig.replay,

@@ -11,6 +11,7 @@ of a flock and the members of swarms.
 """
 
 import kaVel
+import mods
 from objects.Acoustics import *
 from objects.Bodies import *
 from objects.Building import *
@@ -67,3 +68,6 @@ def PartitioningGrid(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0
     kaVel.addComponent(grid, 'partitioning', 'PartitioningGrid', position=kaVel.Vec4(*at, 1),
                        size=kaVel.Vec4(*size, 0), cellSize=cellSize)
     return grid
+
+
+mods.addPatterns(globals())

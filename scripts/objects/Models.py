@@ -4,6 +4,7 @@ import os
 from typing import Any
 
 import kaVel
+import mods
 from objects.Placing import Triple, addVolume, isInMap, layerFor, placed
 
 #: What the names of a surface's maps end with, besides the diffuse one.
@@ -26,7 +27,8 @@ def mapsOf(surface: str) -> dict[str, Any]:
     diffuse map. KeyError that names the nearest surface if there is none.
     """
     if not _mapsThere(surface):
-        _textures.update(os.path.splitext(file)[0] for file in os.listdir(TEXTURES) if file.endswith(('.dds', '.png')))
+        files = os.listdir(TEXTURES) + mods.textures()
+        _textures.update(os.path.splitext(file)[0] for file in files if file.endswith(('.dds', '.png')))
     there = _mapsThere(surface)
     if not there:
         known = {name.removesuffix('Diffuse') for name in _textures if not name.endswith(MAPS)}

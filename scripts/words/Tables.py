@@ -9,7 +9,7 @@ from __future__ import annotations
 import ast
 import os
 import string
-from typing import Iterator, NamedTuple
+from typing import Callable, Iterator, Mapping, NamedTuple
 
 FOLDER = os.path.dirname(__file__)
 
@@ -18,6 +18,11 @@ FIRST = 'english'
 
 #: Keys that every language has for itself: its code, as 'de', and its own name for itself.
 CODE, NAME = 'language.code', 'language.name'
+
+
+#: Texts that others bring, in the order in which they are laid over the tables: the name of the table, the file as it
+#: is called in texts, the texts by their keys, and the line of a key.
+layers: list[tuple[str, str, Mapping[str, str], Callable[[str], int]]] = []
 
 
 class Table(NamedTuple):
@@ -31,12 +36,32 @@ class Table(NamedTuple):
 
 def names() -> list[str]:
     """The tables that there are, the first language before the others."""
-    modules = sorted(file[:-3] for file in os.listdir(FOLDER) if file.endswith('.py') and file[:1].islower())
+    modules = sorted({file[:-3] for file in os.listdir(FOLDER) if file.endswith('.py') and file[:1].islower()}
+                     | {layer[0] for layer in layers})
     return [FIRST] + [name for name in modules if name != FIRST]
 
 
 def read(name: str, folder: str = FOLDER) -> Table:
-    """The table of this name; without texts where the file cannot be read or is no Python."""
+    """The table of this name, with what is laid over it; without texts where the file cannot be read or is no Python."""
+    isBrought = any(layer[0] == name for layer in layers) and not os.path.exists(os.path.join(folder, name + '.py'))
+    table = Table(name, {}, {}, []) if isBrought else _readFile(name, folder)
+    for layer in layers:
+        if layer[0] == name:
+            _layOver(table, *layer[1:])
+    return table
+
+
+def _layOver(table: Table, shown: str, texts: Mapping[str, str], lineOf: Callable[[str], int]):
+    for key, text in texts.items():
+        try:
+            placeholders(text)
+        except ValueError as error:
+            table.faults.append('%s:%d: %r: %s; write {{ for a brace' % (shown, lineOf(key), key, error))
+            continue
+        table.texts[key], table.lines[key] = text, lineOf(key)
+
+
+def _readFile(name: str, folder: str) -> Table:
     table = Table(name, {}, {}, [])
     path = os.path.join(folder, name + '.py')
     shown = os.path.join('scripts', 'words', name + '.py')

@@ -13,7 +13,7 @@ constexpr const char *HELP =
     "Starts the game, from whatever folder it is called. Its scripts, assets and python.zip stand beside the folder "
     "of\n"
     "the executable. What a run is asked to do stands in the environment: KAVEL_LEVEL, KAVEL_HEADLESS, KAVEL_FRAMES,\n"
-    "KAVEL_SCREENSHOT, KAVEL_VIEWS, KAVEL_SIZE, KAVEL_REPLAY, KAVEL_RECORD, KAVEL_REPORT, KAVEL_SEED and\n"
+    "KAVEL_MOD, KAVEL_SCREENSHOT, KAVEL_VIEWS, KAVEL_SIZE, KAVEL_REPLAY, KAVEL_RECORD, KAVEL_REPORT, KAVEL_SEED and\n"
     "KAVEL_VERBOSE mean what the\n"
     "words of ./play mean; ./play --help tells of each. The log of a run is kept in mornal/logs below XDG_STATE_HOME,\n"
     "or ~/.local/state.\n";

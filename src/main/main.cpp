@@ -8,6 +8,7 @@
 #include "object/reflection/Variant.h"
 #include "platform/input/InputSystem.h"
 #include "platform/sound/SoundRecording.h"
+#include "port/process/Confinement.h"
 #include "port/process/EndRequests.h"
 #include "port/process/MessageBoxProcess.h"
 #include "port/win32/Messages.h"
@@ -114,6 +115,7 @@ int main(int argc, char **argv)
     SystemSystem::bootstrap();
     initPython();
     getSystem<ProfilerSystem>(); // before the first level, whose load is measured too
+    port::endConfinementTime();
     guarded(loadInitialLevel);
     primeClock();
     int exitCode = 0;

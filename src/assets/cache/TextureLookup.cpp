@@ -1,5 +1,7 @@
 #include "assets/cache/TextureLookup.h"
 
+#include "assets/files/ContentOverrides.h"
+
 #include "foundation/Logger.h"
 #include "object/reflection/NearestName.h"
 #include "port/win32/HostPath.h"
@@ -32,6 +34,9 @@ String findTextureFile(const String &name)
 {
     if (std::filesystem::path(name.toCString()).is_absolute())
         return name;
+    for (const char *extension : extensions)
+        if (String file = overridingFile(SCS("textures/") + name + String::fromStaticCString(extension)); !file.empty())
+            return file;
     String path = String::fromStaticCString(folder) + name;
     std::error_code ignored;
     for (const char *extension : extensions)

@@ -1,5 +1,6 @@
 #include "assets/models/MeshAssetLoader.h"
 
+#include "assets/files/ContentOverrides.h"
 #include "assets/models/MeshAsset.h"
 
 Handle<Asset> MeshAssetLoader::startLoad(String assetName, ReflectorPtr callback, RequestHandle h)
@@ -8,7 +9,7 @@ Handle<Asset> MeshAssetLoader::startLoad(String assetName, ReflectorPtr callback
     const auto asset = hAsset.lookup();
     asset->setName(assetName);
     asset->setParent(getHandle());
-    asset->setFileName(SCS("..\\assets\\models\\") + assetName + SCS(".kaVelModel"));
+    asset->setFileName(contentFile(SCS("models/") + assetName + SCS(".kaVelModel")));
     asset->addListener(callback, h);
     asset->startLoad();
     return hAsset;

@@ -13,6 +13,7 @@
 #include "foundation/Random.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace
 {
@@ -29,6 +30,15 @@ constexpr int BEHIND_SOUND_MANAGERS = 1001;
 void logNotice(const std::string &text, bool isProblem)
 {
     KV_LOG(isProblem ? Logger_::I_WARNING : Logger_::I_INFO, text.c_str());
+}
+
+std::vector<std::string> linesOf(const String &text)
+{
+    std::vector<std::string> lines;
+    std::istringstream source(text.toCString());
+    for (std::string line; std::getline(source, line);)
+        lines.push_back(line);
+    return lines;
 }
 
 bool isPlaying(FMOD::Event &event)
@@ -57,6 +67,7 @@ void SoundSystem::systemStartup()
     isStarted = true;
     port::setAudioNotice(logNotice);
     port::setAudioSeed(engineSeed());
+    port::setAudioOverlays(linesOf(overlays));
     if (offline || headphones || mono || !device.empty())
     {
         port::AudioOutput output;

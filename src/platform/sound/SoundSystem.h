@@ -66,6 +66,10 @@ public:
     int getNumDevices() const;
     /// Name of one of them, from 0; empty for a number that is none's.
     String getDeviceName(int index) const;
+    /// Folders whose project "kaVel.fev" and samples stand in for the game's, or beside them, one a line; for before the
+    /// start. Of several the last one counts.
+    void setOverlays(const String &folders) { overlays = folders; }
+    String getOverlays() const { return overlays; }
     /// Has the sound rendered in the time of the frames, unheard, in place of a device; for before the start.
     void setOffline(bool val) { offline = val; }
     bool getOffline() const { return offline; }
@@ -142,6 +146,7 @@ private:
     bool headphones = false;
     bool mono = false;
     String device; ///< empty for the usual one
+    String overlays;
     bool offline = false;
     String recordFile;
     SoundRecording recording;

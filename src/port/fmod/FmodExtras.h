@@ -33,6 +33,10 @@ void setAudioOutput(const AudioOutput &output);
 /// Beginning of the sequence by which the next event system varies what it starts; the same one repeats a run.
 void setAudioSeed(std::uint64_t seed);
 
+/// Folders whose project file, of the same name, and whose samples, of the same paths, stand in for what the next event
+/// system loads, or beside it; of several the last one counts.
+void setAudioOverlays(const std::vector<std::string> &folders);
+
 /// The next seconds of a MEMORY output as interleaved stereo, 16 bit values in floats of -1..1.
 ///
 /// Advances what plays by as much. Called once a frame after EventSystem::update, in the frame's own time.

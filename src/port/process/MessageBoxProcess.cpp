@@ -1,5 +1,6 @@
 #include "port/process/MessageBoxProcess.h"
 
+#include "port/process/MessageBoxServer.h"
 #include "port/win32/Diagnostics.h"
 #include "port/win32/SdlVideo.h"
 
@@ -72,12 +73,12 @@ void releaseDisplay()
 }
 
 /// Starts the process that shows a box; 0 where the host has none to give.
-pid_t startBox(const std::string &type, const char *caption, const char *text)
+pid_t startBox(const char *type, const char *caption, const char *text)
 {
     posix_spawnattr_t attributes;
     posix_spawnattr_init(&attributes);
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
-    const char *const words[] = {"kaVel", BOX_WORD, type.c_str(), caption, text, nullptr};
+    const char *const words[] = {"kaVel", BOX_WORD, type, caption, text, nullptr};
     pid_t process = 0;
     if (posix_spawn(&process, OWN_IMAGE, nullptr, &attributes, const_cast<char *const *>(words), environ) != 0)
         process = 0;
@@ -97,7 +98,13 @@ int waitForAnswer(pid_t process, UINT type)
 int presentMessageBox(HWND, const char *text, const char *caption, UINT type)
 {
     releaseDisplay();
-    const pid_t process = startBox(std::to_string(type), caption, cutToScreen(text).c_str());
+    const std::string shown = cutToScreen(text), kind = std::to_string(type);
+    if (serverIsKept())
+    {
+        const int answer = askServer({kind.c_str(), caption, shown.c_str()}, closeRequested);
+        return answer > 0 ? answer : answerOfNone(type);
+    }
+    const pid_t process = startBox(kind.c_str(), caption, shown.c_str());
     if (process == 0)
         return 0;
     openBox = process;
@@ -127,6 +134,8 @@ int showBox(UINT type, const char *caption, const char *text)
 
 std::optional<int> runAsMessageBox(int argc, char **argv)
 {
+    if (argc == 2 && std::strcmp(argv[1], SERVER_WORD) == 0)
+        return serveBoxes(startBox);
     if (argc != WORD_COUNT || std::strcmp(argv[1], BOX_WORD) != 0)
         return std::nullopt;
     return showBox(static_cast<UINT>(std::strtoul(argv[2], nullptr, 10)), argv[3], argv[4]);
@@ -139,15 +148,25 @@ void showMessageBoxes()
         setMessageBoxPresenter(presentMessageBox);
 }
 
+void keepMessageBoxProcess()
+{
+    if (boxesAreShown && !serverIsKept())
+        startServer();
+}
+
 void closeMessageBox()
 {
     closeRequested = 1;
+    if (serverIsKept())
+        tellServerToClose();
     if (openBox != 0)
         kill(-openBox, SIGTERM);
 }
 
 void leaveMessageBox(const char *text, const char *caption)
 {
+    if (boxesAreShown && serverIsKept())
+        return leaveWithServer({CRASH_BOX_TYPE, caption, text});
     if (!boxesAreShown || _Fork() != 0)
         return;
     // Nobody who waits for the end of this process's output is to wait for the box.

@@ -19,6 +19,10 @@ std::optional<int> runAsMessageBox(int argc, char **argv);
 /// begins with runAsMessageBox may call it.
 void showMessageBoxes();
 
+/// Starts a process of this image that shows the boxes from now on, for one that is about to give up starting programs.
+/// It ends with this one; nothing without a display.
+void keepMessageBoxProcess();
+
 /// Closes a box that is open, as if the user had; a signal handler may call it.
 void closeMessageBox();
 

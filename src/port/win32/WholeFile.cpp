@@ -36,6 +36,12 @@ bool writeAndClose(File file, std::string_view contents)
         errno = reason;
     return written && closed;
 }
+
+std::string writeOver(const std::string &path, std::string_view contents)
+{
+    File file(std::fopen(path.c_str(), "wb"), &std::fclose);
+    return file && writeAndClose(std::move(file), contents) ? std::string() : systemReason();
+}
 } // namespace
 
 std::string readWholeFile(const char *designed, std::size_t most, std::string &contents)
@@ -73,6 +79,8 @@ std::string writeWholeFile(const char *designed, std::string_view contents)
         return NOT_ORDINARY;
 
     File file(std::fopen(fresh.c_str(), "wb"), &std::fclose);
+    if (!file && errno == EACCES && fs::is_regular_file(status))
+        return writeOver(path, contents);
     if (!file)
         return systemReason();
     if (writeAndClose(std::move(file), contents) && std::rename(fresh.c_str(), path.c_str()) == 0)

@@ -17,7 +17,8 @@ std::string readWholeFile(const char *designed, std::size_t most, std::string &c
 
 /// Writes a file whole or not at all: a new one beside it, which then takes its name.
 ///
-/// What stood under the name before stays where anything fails. Only an ordinary file is replaced.
+/// What stood under the name before stays where anything fails. Only an ordinary file is replaced. In a folder that takes
+/// no new one, a file that is there is written over.
 /// @param designed  a designed path
 /// @return why it cannot be written, as a sentence; empty on success
 std::string writeWholeFile(const char *designed, std::string_view contents);

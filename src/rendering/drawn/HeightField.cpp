@@ -3,6 +3,7 @@
 #include "rendering/device/GraphicsSystem2.h"
 
 #include "assets/building/MeshBuilder.h"
+#include "assets/files/ContentOverrides.h"
 
 #include "foundation/precompile.h"
 #include "port/d3d9/d3d9.h"
@@ -167,7 +168,7 @@ void HeightField::buildMesh(MeshBuilder &builder, float repeat) const
 
 bool readHeightImage(const String &fileName, HeightField &field, String &cause)
 {
-    const String path = SCS("..\\assets\\textures\\") + fileName;
+    const String path = contentFile(SCS("textures/") + fileName);
     IDirect3DTexture9 *loaded = nullptr;
     if (FAILED(D3DXCreateTextureFromFileA(getSystemDeref<GraphicsSystem2>().getDevice(), path.toCString(), &loaded)))
     {

@@ -2,6 +2,7 @@
 
 #include "port/fmod/Notices.h"
 #include "port/fmod/output/MemoryHost.h"
+#include "port/fmod/project/ProjectOverlay.h"
 #include "port/fmod/project/ProjectParser.h"
 #include "port/win32/HostPath.h"
 #include "port/win32/WholeFile.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <filesystem>
 #include <thread>
 
 namespace port
@@ -86,6 +88,18 @@ FMOD_RESULT AudioEventSystem::load(const char *filename, FMOD_EVENT_LOADINFO *, 
         return FMOD_ERR_INVALID_PARAM;
     *project = nullptr;
     const std::string path = folder + hostPath(filename);
+    ProjectData data;
+    if (const FMOD_RESULT result = readProject(path, data); result != FMOD_OK)
+        return result;
+    layOver(data, hostPath(filename));
+    const std::string ownFolder = path.substr(0, path.rfind('/') + 1);
+    projects.push_back(std::make_unique<AudioProject>(*this, std::move(data), ownFolder, shownPath(path), categories));
+    *project = projects.back().get();
+    return FMOD_OK;
+}
+
+FMOD_RESULT AudioEventSystem::readProject(const std::string &path, ProjectData &data) const
+{
     std::string text;
     if (const std::string reason = readWholeFile(path.c_str(), MOST_BYTES, text); !reason.empty())
     {
@@ -97,14 +111,23 @@ FMOD_RESULT AudioEventSystem::load(const char *filename, FMOD_EVENT_LOADINFO *, 
         tellAudio("The sound project " + shownPath(path) + " is not text.", true);
         return FMOD_ERR_FORMAT;
     }
-    const std::string name = shownPath(path);
-    ProjectData data = parseProject(text, name);
+    data = parseProject(text, shownPath(path));
     for (const std::string &problem : data.problems)
         tellAudio(problem, true);
-    const std::string ownFolder = path.substr(0, path.rfind('/') + 1);
-    projects.push_back(std::make_unique<AudioProject>(*this, std::move(data), ownFolder, name, categories));
-    *project = projects.back().get();
     return FMOD_OK;
+}
+
+void AudioEventSystem::layOver(ProjectData &project, const std::string &file) const
+{
+    for (const std::string &overlay : overlays)
+    {
+        const std::string overlayFolder = overlay + "/", path = overlayFolder + file;
+        overlaySamples(project, overlayFolder);
+        ProjectData other;
+        std::error_code none;
+        if (std::filesystem::is_regular_file(path, none) && readProject(path, other) == FMOD_OK)
+            overlayProject(project, std::move(other), overlayFolder, shownPath(path));
+    }
 }
 
 FMOD_RESULT AudioEventSystem::getCategory(const char *name, FMOD::EventCategory **category)

@@ -44,6 +44,9 @@ public:
     /// Ends its events and frees it.
     void removeProject(AudioProject &project);
 
+    /// Has folders stand in for what projects bring that are loaded from now on, see `setAudioOverlays`.
+    void setOverlays(std::vector<std::string> folders) { overlays = std::move(folders); }
+
     void render(double seconds, std::vector<float> &stereo);
     void pass(double seconds);
     void listHeard(std::vector<HeardEvent> &heard) const;
@@ -54,6 +57,8 @@ public:
     AudioSystem &getLowLevel() { return lowLevel; }
 
 private:
+    FMOD_RESULT readProject(const std::string &path, ProjectData &data) const;
+    void layOver(ProjectData &project, const std::string &file) const;
     void step();
     void followDevice();
     void openSources();
@@ -72,8 +77,9 @@ private:
     std::optional<VoiceMixer> mixer;
     Chance chance;
     std::string folder;
-    bool mono = false;   ///< the same to both ears
-    double lastTime = 0; ///< s, host time of the last step
+    std::vector<std::string> overlays; ///< without a slash at their ends
+    bool mono = false;                 ///< the same to both ears
+    double lastTime = 0;               ///< s, host time of the last step
     struct Listener
     {
         FMOD_VECTOR position, forward{0, 0, 1}, up{0, 1, 0};

@@ -37,7 +37,8 @@ AudioProject::AudioProject(AudioEventSystem &system, ProjectData read, const std
         AudioGroup &made = groups.emplace_back(system, data.name + "/" + group.name);
         for (const EventData &event : group.events)
         {
-            EventPlan &plan = plans.emplace_back(makePlan(event, bank, folder, file));
+            EventPlan &plan = plans.emplace_back(makePlan(event, bank, event.folder.empty() ? folder : event.folder,
+                                                          event.file.empty() ? file : event.file));
             plan.group = group.name;
             plan.category = event.category.empty() ? nullptr : &categories.make(event.category);
             made.add(plan);

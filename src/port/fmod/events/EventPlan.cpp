@@ -17,6 +17,11 @@ std::string placeOf(const std::string &file, int line)
     return file + ":" + std::to_string(line);
 }
 
+std::string pathOf(const std::string &folder, const std::string &path)
+{
+    return path.starts_with('/') ? path : folder + path;
+}
+
 LayerPlan planLayer(const LayerData &data, bool loops, SampleBank &bank, const std::string &folder,
                     const std::string &file)
 {
@@ -30,7 +35,8 @@ LayerPlan planLayer(const LayerData &data, bool loops, SampleBank &bank, const s
     for (const SampleData &sample : data.samples)
     {
         const int index = static_cast<int>(plan.entries.size());
-        plan.entries.push_back({bank.add(folder + sample.path, placeOf(file, sample.line)), seamless ? index : -1});
+        plan.entries.push_back(
+            {bank.add(pathOf(folder, sample.path), placeOf(file, sample.line)), seamless ? index : -1});
         plan.weights.push_back(sample.weight);
     }
     return plan;
@@ -42,7 +48,7 @@ LayerPlan planTension(const SegmentData &segment, SampleBank &bank, const std::s
     plan.streams = true;
     plan.followsTension = true;
     plan.tension = segment.tension;
-    plan.entries.push_back({bank.add(folder + segment.path, placeOf(file, segment.line)), 0});
+    plan.entries.push_back({bank.add(pathOf(folder, segment.path), placeOf(file, segment.line)), 0});
     return plan;
 }
 
@@ -70,7 +76,7 @@ void planMusic(EventPlan &plan, const std::string &folder, const std::string &fi
     {
         const auto next = std::find_if(chain.begin(), chain.end(),
                                        [&](const SegmentData *each) { return each->name == segment->next; });
-        leading.entries.push_back({plan.bank->add(folder + segment->path, placeOf(file, segment->line)),
+        leading.entries.push_back({plan.bank->add(pathOf(folder, segment->path), placeOf(file, segment->line)),
                                    next == chain.end() ? -1 : static_cast<int>(next - chain.begin())});
     }
     if (leading.entries.empty())

@@ -24,6 +24,7 @@ struct Settings
 {
     AudioOutput output;
     std::uint64_t seed = 1;
+    std::vector<std::string> overlays;
     EventSystemMaker maker = nullptr;
 };
 
@@ -135,6 +136,11 @@ void setAudioSeed(std::uint64_t seed)
     settings().seed = seed;
 }
 
+void setAudioOverlays(const std::vector<std::string> &folders)
+{
+    settings().overlays = folders;
+}
+
 void renderAudio(FMOD::EventSystem &system, double seconds, std::vector<float> &stereo)
 {
     if (!areForeign())
@@ -229,6 +235,8 @@ FMOD_RESULT FMOD_EventSystem_Create(FMOD::EventSystem **eventSystem)
     auto &lowLevel = port::lowLevelSystems();
     std::erase_if(lowLevel, [](const auto &each) { return each->isClosed(); });
     lowLevel.push_back(std::make_unique<port::AudioSystem>());
-    *eventSystem = new port::AudioEventSystem(wanted.output, *lowLevel.back(), wanted.seed);
+    auto *const made = new port::AudioEventSystem(wanted.output, *lowLevel.back(), wanted.seed);
+    made->setOverlays(wanted.overlays);
+    *eventSystem = made;
     return FMOD_OK;
 }

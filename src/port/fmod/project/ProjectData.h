@@ -18,7 +18,7 @@ struct Varied
 
 struct SampleData
 {
-    std::string path; ///< below the project's folder, with slashes
+    std::string path; ///< below the project's folder, with slashes; an absolute one stands for itself
     float weight = 1;
     int line = 0;
 };
@@ -91,6 +91,8 @@ struct EventData
     std::vector<LayerData> layers;
     std::vector<ParameterData> parameters;
     MusicData music;
+    std::string folder; ///< where its samples lie; empty for the project's own
+    std::string file;   ///< that it stands in, for texts; empty for the project's own
     int line = 0;
 };
 

@@ -1,0 +1,358 @@
+"""Mods: folders that others have made, whose levels, patterns, models, textures, sounds and texts the game takes in.
+
+    import mods
+
+    mods.loaded()        # those that are on, in the order of loading
+    mods.installed()     # all that there are, with what is wrong with some
+    mods.conflicts()     # what several of them bring
+    mods.turn('lantern-cellar', on=True)     # from the next start on
+
+They lie in `mods` of the user's data folder, or beside the game. What is on is known before anything else of a run
+begins, since a run with mods gives up what no mod needs (`Holding`). A mod of the kind "data" runs nothing; one of the
+kind "script" is a program, which the player allows once, and again when anything in it has changed (`Consent`). Rooms:
+`Manifest`, `Tomls` and `Files` read a folder, `Contents` says what it brings, `Order` in which order, `Levels` builds
+levels and patterns that are data, `Modules` has the scripts. docs/mods.md is for those who make mods.
+"""
+
+from __future__ import annotations
+
+import os
+import sys
+from typing import Any
+
+import kaVel
+import userFolders
+from keptLines import KeptLines
+from mods import Consent, Files, Holding, Levels, Manifest, Order
+from mods.Contents import Conflict, Contents, conflictsOf
+from mods.Modules import Finder
+from mods.Tomls import Fault
+
+#: Beside the folder of the executable, for mods that come with the game.
+BESIDE = os.path.join('..', 'mods')
+#: Folders of mods that are looked into.
+MOST_MODS = 500
+
+_HEADER = ['# Mods of Mornal that are on: NAME = on. The screen "Mods" changes it; it counts from the next start on.', '']
+_kept = KeptLines('mods.txt', lambda: _HEADER)
+
+
+class Mod:
+    """A folder of the place for mods. One with a `fault` is left out; `total` is the sum over its files, if it is known.
+
+    `waits` is one that is wanted and has not been allowed to run.
+    """
+
+    def __init__(self, folder: str):
+        self.folder = os.path.realpath(folder)
+        self.name = os.path.basename(folder)
+        self.manifest: Manifest.Manifest | None = None
+        self.contents: Contents | None = None
+        self.files: list[Files.File] = []
+        self.fault, self.total = '', ''
+        self.isOn = self.waits = False
+
+    @property
+    def isScript(self) -> bool:
+        return bool(self.manifest and self.manifest.kind == 'script')
+
+    @property
+    def title(self) -> str:
+        return self.manifest.title if self.manifest else self.name
+
+    @property
+    def version(self) -> str:
+        return self.manifest.version if self.manifest else ''
+
+    @property
+    def isNeededBySaves(self) -> bool:
+        """Whether the game goes another way with it: one of pictures, sounds and texts alone changes none."""
+        return self.isScript or any(kind in ('level', 'pattern', 'model') for kind, _ in self.brings)
+
+    @property
+    def brings(self) -> dict[tuple[str, str], str]:
+        return self.contents.brings if self.contents else {}
+
+    def readManifest(self) -> None:
+        try:
+            self.manifest = Manifest.read(self.folder)
+            self.name = self.manifest.name
+        except Fault as fault:
+            self.fault = str(fault)
+
+    def readFiles(self) -> None:
+        """Reads what there is in the folder; of a script mod all of it, for the sum."""
+        sources: dict[str, bytes] = {}
+        try:
+            self.files = Files.listed(self.folder)
+            if self.isScript:
+                self.total, sources = Files.summed(self.files, os.path.basename(self.folder))
+            self.contents = Contents(self.name, self.folder, self.files, self.isScript, sources)
+            for name, toml in self.contents.levels.items():
+                Levels.Level(toml)
+            for name, toml in self.contents.patterns.items():
+                Levels.Pattern(name, toml)
+        except (Fault, OSError, ValueError) as fault:
+            self.fault = str(fault)
+
+
+_all: list[Mod] = []
+_order: list[Mod] = []
+_finder = Finder()
+_asking = False  # whether this run has no mods, since it asks about some
+
+
+def loaded() -> list[Mod]:
+    """The mods that are on in this run, in the order of loading."""
+    return list(_order)
+
+
+def installed() -> list[Mod]:
+    """All mods that there are by name, faulty ones too; those that are on are read, others by their manifests alone."""
+    return sorted(_all, key=lambda mod: mod.name)
+
+
+def find(name: str) -> Mod | None:
+    """The mod of a name."""
+    return next((mod for mod in _all if mod.name == name), None)
+
+
+def waiting() -> list[Mod]:
+    """Mods that are wanted and wait for the player to allow them."""
+    return [mod for mod in _all if mod.waits]
+
+
+def conflicts() -> list[Conflict]:
+    """What several of the mods bring that are on."""
+    return conflictsOf([(mod.name, mod.contents) for mod in _order if mod.contents])
+
+
+def isWanted(name: str) -> bool:
+    """Whether a mod is to be on from the next start on."""
+    return name in _wanted()
+
+
+def turn(name: str, on: bool) -> None:
+    """Has a mod be on or off from the next start on."""
+    _kept.write(name, 'on' if on else None)
+
+
+def mayAllow() -> bool:
+    """Whether mods can be allowed in this run: not in one in which others' programs run."""
+    return not any(mod.isScript for mod in _order)
+
+
+def _wanted() -> list[str]:
+    return [line.name for line in _kept.read() if line.text == 'on']
+
+
+# The start
+
+def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], files: list[str]) -> None:
+    """Finds out which mods are on in this run, and gives up what none of them needs; for the start of the game.
+
+    `asked` are names, or folders where there is a slash in one; `players` says whether those count that the player has
+    turned on, `mayAsk` whether he can be asked about one here. The run may write into the folders and files besides
+    its user's own. ValueError where one that is asked for cannot be on, and nobody can be asked.
+    """
+    global _asking
+    if not asked and not players:
+        return
+    _all[:] = _found(asked)
+    names = [os.path.basename(each.rstrip('/')) if '/' in each else each for each in asked]
+    wanted = list(dict.fromkeys([*names, *(_wanted() if players else ())]))
+    _arrange(wanted)
+    _settleConsent(mayAsk)
+    if waiting() and mayAsk and players:
+        _asking = True
+        _order.clear()
+    _tell()
+    for name in names:
+        _refuseWithout(name)
+    if _order:
+        more = [] if any(mod.isScript for mod in _order) else [Consent.FOLDER]
+        Holding.confine([*Holding.usersFolders(), *folders, *more], files)
+        Holding.watch(ownerOf)
+
+
+def _found(asked: list[str]) -> list[Mod]:
+    """The mods of all places, those of a name once: what is asked for by its folder first, then the user's own."""
+    folders = [each for each in asked if '/' in each]
+    for place in (userFolders.file('data', 'mods'), BESIDE):
+        if os.path.isdir(place):
+            with os.scandir(place) as entries:
+                named = [entry.path for entry, _ in zip(entries, range(MOST_MODS))
+                         if entry.is_dir() and not entry.name.startswith('.')]
+            folders += sorted(named)
+    mods: dict[str, Mod] = {}
+    found = []
+    for folder in folders:
+        mod = Mod(folder)
+        mod.readManifest()
+        if mod.manifest and mod.name in mods:
+            mod.fault = '%s/%s: there is another mod of the name %r, in %s' % (
+                os.path.basename(folder), Manifest.FILE, mod.name, mods[mod.name].folder)
+        elif mod.manifest:
+            mods[mod.name] = mod
+        found.append(mod)
+    return found
+
+
+def _arrange(wanted: list[str]) -> None:
+    """Reads what is wanted and what that needs, and puts it in order; what cannot be loaded has a fault afterwards."""
+    chosen: dict[str, Mod] = {}
+    while wanted:
+        name = wanted.pop()
+        mod = next((each for each in _all if each.name == name and not each.fault), None)
+        if mod and mod.manifest and name not in chosen:
+            mod.readFiles()
+            if not mod.fault:
+                chosen[name] = mod
+                wanted += mod.manifest.needs
+    while True:
+        manifests = {name: mod.manifest for name, mod in chosen.items() if mod.manifest}
+        order, wrong = Order.arrange(manifests)
+        for name, (need, why) in wrong.items():
+            chosen[name].fault = str(_faultOfNeed(chosen[name], need, why))
+        if not wrong:
+            break
+        chosen = {name: mod for name, mod in chosen.items() if name not in wrong}
+    _order[:] = [chosen[name] for name in order]
+    for mod in _order:
+        mod.isOn = True
+
+
+def _faultOfNeed(mod: Mod, need: str, why: str) -> Fault:
+    from mods.Tomls import Toml
+    shown = '%s/%s' % (os.path.basename(mod.folder), Manifest.FILE)
+    return Toml(os.path.join(mod.folder, Manifest.FILE), shown).fault(why, need, 'needs')
+
+
+def _settleConsent(mayAsk: bool) -> None:
+    """Takes those out that have not been allowed, with what needs them; a terminal is asked where nothing else can be."""
+    for mod in list(_order):
+        if mod.isScript and not Consent.isGiven(mod.name, mod.total):
+            if mayAsk or not _allowsAtTerminal(mod):
+                mod.waits = True
+    while True:
+        out = [mod for mod in _order if mod.waits or mod.manifest and any(
+            need not in [each.name for each in _order] for need in mod.manifest.needs)]
+        if not out:
+            break
+        for mod in out:
+            mod.isOn = False
+            _order.remove(mod)
+
+
+def _allowsAtTerminal(mod: Mod) -> bool:
+    """Asks whoever sits at the terminal whether a mod may run; nobody does in most runs that are not watched."""
+    if not sys.stdin or not sys.stdin.isatty():
+        return False
+    print('\n'.join(['', 'The mod %s %s is a program. It can read all that you can read.' % (mod.name, mod.version),
+                     *('  %9d  %s' % (file.size, file.name) for file in mod.files), 'Sum of its files: ' + mod.total,
+                     'Type yes to allow it as it is now: ']), end='', flush=True)
+    return sys.stdin.readline().strip() == 'yes' and Consent.give(mod.name, mod.total)
+
+
+def _refuseWithout(name: str) -> None:
+    """Ends the start where a mod that was asked for is not on, unless the player is about to be asked for it."""
+    if any(mod.name == name for mod in _order) or _asking and any(mod.name == name for mod in waiting()):
+        return
+    mod = find(name) or next((each for each in _all if os.path.basename(each.folder) == name), None)
+    if not mod:
+        raise ValueError('there is no mod %r%s; they lie in %s' % (name, kaVel.nearestHint(
+            name, [each.name for each in _all]), userFolders.file('data', 'mods')))
+    if mod.waits:
+        raise ValueError('the mod %s is a program that has not been allowed to run as it is now (sum %s): allow it on '
+                         'the screen "Mods", or in a terminal' % (name, mod.total))
+    raise ValueError('the mod %s cannot be loaded: %s' % (name, mod.fault or 'it needs one that waits to be allowed'))
+
+
+def _tell() -> None:
+    for mod in _all:
+        if mod.fault:
+            kaVel.log('Mods: %s is left out: %s' % (mod.name, mod.fault))
+        elif mod.waits:
+            kaVel.log('Mods: %s is left out: it is a program, and waits to be allowed.' % mod.name)
+    for number, mod in enumerate(_order, 1):
+        unread = mod.contents.unread if mod.contents else 0
+        kaVel.log('Mods: %d. %s %s, %s%s' % (number, mod.name, mod.version, 'a program' if mod.isScript else 'data only',
+                                             '; %d scripts in it are not run' % unread if unread else ''))
+    for conflict in conflicts():
+        kaVel.log('Mods: %s' % conflict)
+
+
+# What the game takes in
+
+def furnish() -> None:
+    """Has the game find what the mods bring; before the first level is built."""
+    from words import Tables
+    textures: dict[str, str] = {}
+    for mod in _order:
+        assert mod.contents
+        for (kind, name), file in mod.brings.items():
+            path = os.path.join(mod.folder, file)
+            if kind == 'texture':
+                if name in textures:  # of another extension, perhaps
+                    kaVel.Reflection.overrideContent(textures[name], '')
+                textures[name] = file
+            if kind in ('texture', 'model'):
+                kaVel.Reflection.overrideContent(file, path)
+        Tables.layers += [(language, table.toml.shown, table.texts, table.lineOf)
+                          for language, table in mod.contents.words.items()]
+        for name, toml in mod.contents.levels.items():
+            _finder.add('levels.' + name, os.path.join(os.path.dirname(mod.folder), toml.shown), Levels.Level(toml).fill)
+        for name, file in mod.contents.modules.items():
+            _finder.addScript(name, os.path.join(mod.folder, file), mod.contents.sources[file])
+    _finder.begin()
+
+
+def soundFolders() -> str:
+    """The folders of sounds of the mods, one a line."""
+    return '\n'.join(os.path.join(mod.folder, 'sounds') for mod in _order
+                     if any(kind in ('sound', 'sample') for kind, _ in mod.brings))
+
+
+def textures() -> list[str]:
+    """Names of the files of pictures that mods bring."""
+    return [os.path.basename(file) for mod in _order for (kind, _), file in mod.brings.items() if kind == 'texture']
+
+
+def levelNames() -> list[str]:
+    """Names of the levels that mods bring."""
+    return [name for mod in _order for kind, name in mod.brings if kind == 'level']
+
+
+def addPatterns(patterns: dict[str, Any]) -> None:
+    """Adds the patterns of the mods to those of the game, or puts them in their place."""
+    import importlib
+    for mod in _order:
+        assert mod.contents
+        for name, toml in mod.contents.patterns.items():
+            patterns[name] = Levels.Pattern(name, toml).made(patterns)
+        for module in mod.contents.modules:
+            if module.startswith(mod.contents.package + '.patterns.'):
+                found = vars(importlib.import_module(module))
+                patterns.update({name: thing for name, thing in found.items()
+                                 if ('pattern', name) in mod.brings and Levels.isPattern(thing)})
+
+
+def ownerOf(file: str) -> tuple[str, str] | None:
+    """The mod that a file belongs to, and its name in that; None for one of the game."""
+    for mod in _order:
+        if file.startswith(mod.folder + os.sep):
+            return mod.name, os.path.relpath(file, os.path.dirname(mod.folder))
+    return None
+
+
+# Saves
+
+def named() -> dict[str, str]:
+    """Names and versions of the mods that a save of this run needs."""
+    return {mod.name: mod.version for mod in _order if mod.isNeededBySaves}
+
+
+def lacking(needed: dict[str, str]) -> list[str]:
+    """Which of the mods that a save names are not on, with their versions."""
+    on = {mod.name for mod in _order}
+    return ['%s %s' % (name, version) for name, version in sorted(needed.items()) if name not in on]

@@ -1,0 +1,13 @@
+// FileConfinement: the part of the confinement that the kernel's Landlock holds.
+#pragma once
+
+#include "port/process/Confinement.h"
+
+namespace port
+{
+
+/// Takes the right to write anywhere but in some places from the calling thread and what it starts.
+/// @return why that is not so, as a sentence; empty where it holds
+std::string confineFiles(const WritablePlaces &places);
+
+} // namespace port

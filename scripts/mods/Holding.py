@@ -104,14 +104,14 @@ def _tell(attempt: Attempt) -> None:
     if len(attempts) >= MOST_TOLD or attempt in attempts:
         return
     attempts.append(attempt)
-    kaVel.log('Mods: %s' % attempt)
+    kaVel.log('Mods: ' + str(attempt))
 
 
 def _isOutside(path: Any) -> bool:
     if isinstance(path, int):
         return False
     real = os.path.realpath(os.fsdecode(path))
-    return not any(real == place or place.endswith(os.sep) and real.startswith(place) for place in _places)
+    return not any(real == place or place.endswith(os.sep) and (real + os.sep).startswith(place) for place in _places)
 
 
 def _write(path: Any, *_: Any) -> str:

@@ -279,7 +279,7 @@ def _tell() -> None:
         kaVel.log('Mods: %d. %s %s, %s%s' % (number, mod.name, mod.version, 'a program' if mod.isScript else 'data only',
                                              '; %d scripts in it are not run' % unread if unread else ''))
     for conflict in conflicts():
-        kaVel.log('Mods: %s' % conflict)
+        kaVel.log('Mods: ' + str(conflict))
 
 
 # What the game takes in

@@ -166,7 +166,6 @@ fixedFrameRate = 60
 headlessSize = _size('KAVEL_SIZE', (1280, 720))
 
 
-
 def _written() -> list[str]:
     """The files that the run is asked to write."""
     stem, extension = os.path.splitext(screenshot)
@@ -179,3 +178,5 @@ _refuseUnknown()
 Keeping.begin()
 mods.begin(askedMods, players=not headless, mayAsk=not (headless or frames or played),
            folders=[saves, played.folder if played else ''], files=_written())
+if mods.isAsking():
+    initialLevel = 'Title'  # where the screen is that asks

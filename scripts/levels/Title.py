@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import GameConfig
 import kaVel
+import mods
 import session
 from kaVel import Coordinator, MapRootEntity
 from objects.Music import Music
@@ -29,6 +30,8 @@ def room(map: MapRootEntity):
 
 def begin(coordinator: Coordinator):
     Screens.open(coordinator, 'Main')
+    if mods.isAsking():
+        Screens.open(coordinator, 'Mods')
     Music(coordinator).play('TitleMusic')
     if not GameConfig.headless and not session.menuShown:
         session.menuShown = True

@@ -176,8 +176,7 @@ class Conflict(NamedTuple):
     loser: str
 
     def __str__(self) -> str:
-        return '%s: the %s %r of %s is used in place of that of %s' % (self.winner, self.kind, self.name, self.winner,
-                                                                     self.loser)
+        return 'the %s %r of %s is used in place of that of %s' % (self.kind, self.name, self.winner, self.loser)
 
 
 def conflictsOf(order: list[tuple[str, Contents]]) -> list[Conflict]:

@@ -144,6 +144,6 @@ _JUDGES: dict[str, Callable[..., str]] = {
     'os.chmod': _write, 'os.chown': _write, 'os.utime': _write, 'os.setxattr': _write,
     'os.rename': _move, 'os.link': _move, 'os.symlink': lambda source, target, *_: _write(target),
     'socket.__new__': _socket, 'socket.connect': _connect, 'socket.getaddrinfo': lambda *_: 'use the network',
-    'subprocess.Popen': _start, 'os.exec': _start, 'os.posix_spawn': _start, 'os.spawn': lambda _, path, *__: _start(path),
-    'os.system': _start, 'os.forkpty': lambda: 'start a process of its own', 'os.fork': lambda: 'start a process of its own',
+    'subprocess.Popen': _start, 'os.exec': _start, 'os.posix_spawn': _start, 'os.system': _start,
+    'os.fork': lambda: 'start a process of its own', 'os.forkpty': lambda: 'start a process of its own',
 }

@@ -79,7 +79,7 @@ class Call:
 
         `stand` takes the arguments to where all of it is, for a pattern that can be turned or one that cannot.
         """
-        pattern = patterns.get(self.pattern)
+        pattern: Any = patterns.get(self.pattern)
         if not isPattern(pattern):
             known = [name for name, each in patterns.items() if isPattern(each)]
             raise self.fault('no pattern %r%s' % (self.pattern, kaVel.nearestHint(self.pattern, known)), 'pattern')
@@ -99,7 +99,7 @@ class Call:
         return made
 
     def _given(self, key: str, value: Any, parent: Any, parameters: Mapping[str, Any]) -> Any:
-        """An argument as the pattern takes it: a list as a tuple, a table of one of three names as what it stands for."""
+        """An argument as the pattern takes it: a list as a tuple, a table of one of three names as what it means."""
         if isinstance(value, list):
             return tuple(self._given(key, each, parent, parameters) for each in value)
         if not isinstance(value, dict):

@@ -33,12 +33,12 @@ BESIDE = os.path.join('..', 'mods')
 #: Folders of mods that are looked into.
 MOST_MODS = 500
 
-_HEADER = ['# Mods of Mornal that are on: NAME = on. The screen "Mods" changes it; it counts from the next start on.', '']
+_HEADER = ['# Mods of Mornal that are on: NAME = on. The screen "Mods" changes it, from the next start on.', '']
 _kept = KeptLines('mods.txt', lambda: _HEADER)
 
 
 class Mod:
-    """A folder of the place for mods. One with a `fault` is left out; `total` is the sum over its files, if it is known.
+    """A folder of the place for mods. One with a `fault` is left out; `total` is the sum over its files, if it is read.
 
     `waits` is one that is wanted and has not been allowed to run.
     """
@@ -112,6 +112,22 @@ def installed() -> list[Mod]:
     return sorted(_all, key=lambda mod: mod.name)
 
 
+def folder() -> str:
+    """Where the player puts mods."""
+    return userFolders.file('data', 'mods')
+
+
+def look(mod: Mod) -> None:
+    """Reads the files of a mod that is not on, so that it can be told what is in it."""
+    if mod.manifest and not mod.contents and not mod.fault:
+        mod.readFiles()
+
+
+def isAsking() -> bool:
+    """Whether this run has no mods since the player is asked about one."""
+    return _asking
+
+
 def find(name: str) -> Mod | None:
     """The mod of a name."""
     return next((mod for mod in _all if mod.name == name), None)
@@ -178,7 +194,7 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
 def _found(asked: list[str]) -> list[Mod]:
     """The mods of all places, those of a name once: what is asked for by its folder first, then the user's own."""
     folders = [each for each in asked if '/' in each]
-    for place in (userFolders.file('data', 'mods'), BESIDE):
+    for place in (folder(), BESIDE):
         if os.path.isdir(place):
             with os.scandir(place) as entries:
                 named = [entry.path for entry, _ in zip(entries, range(MOST_MODS))
@@ -186,12 +202,12 @@ def _found(asked: list[str]) -> list[Mod]:
             folders += sorted(named)
     mods: dict[str, Mod] = {}
     found = []
-    for folder in folders:
-        mod = Mod(folder)
+    for path in folders:
+        mod = Mod(path)
         mod.readManifest()
         if mod.manifest and mod.name in mods:
             mod.fault = '%s/%s: there is another mod of the name %r, in %s' % (
-                os.path.basename(folder), Manifest.FILE, mod.name, mods[mod.name].folder)
+                os.path.basename(path), Manifest.FILE, mod.name, mods[mod.name].folder)
         elif mod.manifest:
             mods[mod.name] = mod
         found.append(mod)
@@ -229,7 +245,7 @@ def _faultOfNeed(mod: Mod, need: str, why: str) -> Fault:
 
 
 def _settleConsent(mayAsk: bool) -> None:
-    """Takes those out that have not been allowed, with what needs them; a terminal is asked where nothing else can be."""
+    """Takes those out that have not been allowed, with what needs them; at a terminal its user is asked."""
     for mod in list(_order):
         if mod.isScript and not Consent.isGiven(mod.name, mod.total):
             if mayAsk or not _allowsAtTerminal(mod):
@@ -261,7 +277,7 @@ def _refuseWithout(name: str) -> None:
     mod = find(name) or next((each for each in _all if os.path.basename(each.folder) == name), None)
     if not mod:
         raise ValueError('there is no mod %r%s; they lie in %s' % (name, kaVel.nearestHint(
-            name, [each.name for each in _all]), userFolders.file('data', 'mods')))
+            name, [each.name for each in _all]), folder()))
     if mod.waits:
         raise ValueError('the mod %s is a program that has not been allowed to run as it is now (sum %s): allow it on '
                          'the screen "Mods", or in a terminal' % (name, mod.total))
@@ -276,7 +292,8 @@ def _tell() -> None:
             kaVel.log('Mods: %s is left out: it is a program, and waits to be allowed.' % mod.name)
     for number, mod in enumerate(_order, 1):
         unread = mod.contents.unread if mod.contents else 0
-        kaVel.log('Mods: %d. %s %s, %s%s' % (number, mod.name, mod.version, 'a program' if mod.isScript else 'data only',
+        kind = 'a program' if mod.isScript else 'data only'
+        kaVel.log('Mods: %d. %s %s, %s%s' % (number, mod.name, mod.version, kind,
                                              '; %d scripts in it are not run' % unread if unread else ''))
     for conflict in conflicts():
         kaVel.log('Mods: ' + str(conflict))
@@ -301,7 +318,8 @@ def furnish() -> None:
         Tables.layers += [(language, table.toml.shown, table.texts, table.lineOf)
                           for language, table in mod.contents.words.items()]
         for name, toml in mod.contents.levels.items():
-            _finder.add('levels.' + name, os.path.join(os.path.dirname(mod.folder), toml.shown), Levels.Level(toml).fill)
+            path = os.path.join(os.path.dirname(mod.folder), toml.shown)
+            _finder.add('levels.' + name, path, Levels.Level(toml).fill)
         for name, file in mod.contents.modules.items():
             _finder.addScript(name, os.path.join(mod.folder, file), mod.contents.sources[file])
     _finder.begin()

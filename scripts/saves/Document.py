@@ -7,7 +7,7 @@
 
 The checksum is that of all that follows its line. What follows is JSON: `level`, `place` (a key of the tables of
 words), `made` (UTC), `played` (seconds), `why`, `stand` (feet, turn and pitch), `calls` (what has become of the objects
-of all levels), `objects` (properties by path) and `parts` (what is no property, by name).
+of all levels), `objects` (properties by path), `parts` (what is no property, by name) and `mods` (versions by name).
 """
 
 from __future__ import annotations
@@ -22,7 +22,7 @@ from saves import Migrations
 
 Document = dict[str, Any]
 
-VERSION = 2
+VERSION = 3
 #: Metres and degrees beyond which nobody stands and looks.
 FARTHEST = 1e5
 
@@ -132,6 +132,7 @@ def _areObjects(value: Any) -> bool:
 _FIELDS: dict[str, Callable[[Any], bool]] = {
     'level': _isText, 'place': _isText, 'made': _isText, 'why': _isText,
     'played': lambda value: isNumber(value) and value >= 0,
+    'mods': lambda value: isinstance(value, dict) and all(map(_isText, value.values())),
     'stand': _isStanding, 'calls': _areCalls, 'objects': _areObjects,
     'parts': lambda value: isinstance(value, dict)}
 

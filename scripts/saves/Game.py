@@ -11,6 +11,7 @@ import json
 from typing import Any, Callable
 
 import kaVel
+import mods
 import standing
 from objects.Placing import LevelClock, onFrame
 from perLevel import PerLevel, levelOf
@@ -73,7 +74,7 @@ def document(level: kaVel.Coordinator, why: str, isAwkward: bool = False) -> Doc
         'why': why,
         'made': now.strftime('%Y-%m-%dT%H:%M:%S.%fZ'), 'played': clock.played if clock else 0.0,
         'stand': {'at': list(stand[0]), 'turn': stand[1], 'pitch': stand[2]} if stand else None,
-        'calls': calls(level), 'objects': Kept.tellObjects(level), 'parts': Kept.tellParts(level)}
+        'mods': mods.named(), 'calls': calls(level), 'objects': Kept.tellObjects(level), 'parts': Kept.tellParts(level)}
 
 
 def calls(level: kaVel.Coordinator) -> dict[str, list[Any]]:

@@ -30,6 +30,12 @@ def migrate(document: Document, version: int, wanted: int) -> Document:
     return document
 
 
+@migration(2)
+def modsAreNamed(document: Document):
+    """There were no mods."""
+    document['mods'] = {}
+
+
 @migration(1)
 def placesNameTheirNumbers(document: Document):
     """Where the player stands, and where he was last safe, were bare lists; lessons had the names of their lines."""

@@ -27,6 +27,7 @@ from typing import Any, NamedTuple
 
 import GameConfig
 import kaVel
+import mods
 import userFolders
 import words
 from saves import Document, Moments
@@ -68,6 +69,7 @@ class Entry(NamedTuple):
     picture: str = ''    # file; empty for none
     fault: str = ''
     before: str = ''
+    lacks: str = ''      # mods that it needs and that are not on
 
 
 def path() -> str:
@@ -190,6 +192,8 @@ def load(name: str) -> Outcome:
         return Outcome(False, words.text('saves.no.such', name=name))
     if entry.fault:
         return Outcome(False, entry.fault, before=entry.before)
+    if entry.lacks:
+        return Outcome(False, words.text('saves.no.mods', mods=entry.lacks))
     if _isBuilding():
         return Outcome(False, words.text('saves.no.loading'))
     if not _hasLevel(entry.level):
@@ -251,7 +255,7 @@ def _entry(where: Folder, name: Name) -> Entry:
         said = words.text('saves.fault.unreadable', cause=error.strerror)
     else:
         return Entry(str(name), name.slot, told['level'], told['place'], told['made'], told['played'], told['why'],
-                     picture)
+                     picture, lacks=', '.join(mods.lacking(told['mods'])))
     return Entry(str(name), name.slot, made=_timeOf(where.file(name)), picture=picture,
                  fault=words.text('saves.fault', name=name, cause=said))
 

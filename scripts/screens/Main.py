@@ -3,6 +3,7 @@
 from __future__ import annotations
 
 import kaVel
+import mods
 import saves
 from perLevel import levelOf
 from screens import Kit as kit
@@ -27,6 +28,8 @@ def build(menu: kaVel.Entity):
     if saves.listed():
         kit.Button(column, 'load', words='menu.load', size='large', pressed=lambda: Screens.open(level, 'Saves'))
     kit.Button(column, 'options', words='menu.options', size='large', pressed=lambda: Screens.open(level, 'Options'))
+    if mods.installed():
+        kit.Button(column, 'mods', words='menu.mods', size='large', pressed=lambda: Screens.open(level, 'Mods'))
     kit.Button(column, 'credits', words='menu.credits', size='large', pressed=lambda: Screens.open(level, 'Credits'))
     kit.Button(column, 'quit', words='menu.quit', size='large', pressed=lambda: Ways.toDesktop(level))
 

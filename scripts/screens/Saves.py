@@ -37,7 +37,9 @@ def goOn(level: kaVel.Coordinator):
         Screens.ask(level, 'saves.ask.before', lambda: _load(level, before), fault=entries[0].fault, before=before)
         return
     newest = saves.newest()
-    if newest:
+    if newest and newest.lacks:
+        Screens.ask(level, 'saves.ask.mods', lambda: Screens.open(level, 'Mods'), mods=newest.lacks)
+    elif newest:
         _load(level, newest.name)
 
 
@@ -86,6 +88,8 @@ class _Pages:
             kit.Label(side, 'played', words='saves.played', values={'time': words.duration(entry.played)},
                       color='faded')
             kit.Label(side, 'why', words='saves.why.' + entry.why, color='faded')
+        if entry.lacks:
+            kit.Label(side, 'lacks', words='saves.no.mods', values={'mods': entry.lacks}, color='warning')
         kit.Label(side, 'made', literal=timeOf(entry), color='faded')
         kit.Space(side, 'space', size=12)
         if not entry.fault:

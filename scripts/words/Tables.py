@@ -42,7 +42,7 @@ def names() -> list[str]:
 
 
 def read(name: str, folder: str = FOLDER) -> Table:
-    """The table of this name, with what is laid over it; without texts where the file cannot be read or is no Python."""
+    """The table of this name with what is laid over it; without texts where the file cannot be read or is no Python."""
     isBrought = any(layer[0] == name for layer in layers) and not os.path.exists(os.path.join(folder, name + '.py'))
     table = Table(name, {}, {}, []) if isBrought else _readFile(name, folder)
     for layer in layers:

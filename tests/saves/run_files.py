@@ -25,7 +25,7 @@ from rooms import Document, Folder
 
 def document(number, size):
     return {'level': 'Nightfall', 'place': '', 'made': '%09d' % number, 'why': 'safe', 'played': 1.0,
-            'stand': None, 'calls': {}, 'objects': {}, 'parts': {'filling': 'x' * size}}
+            'stand': None, 'mods': {}, 'calls': {}, 'objects': {}, 'parts': {'filling': 'x' * size}}
 folder = Folder.Folder(sys.argv[2])
 number = int(sys.argv[3])
 """
@@ -43,7 +43,7 @@ for each in range(number, number + 60):
 
 def document(number, size=400):
     return {"level": "Nightfall", "place": "", "made": "%09d" % number, "why": "safe", "played": 1.0,
-            "stand": None, "calls": {}, "objects": {}, "parts": {"filling": "x" * size}}
+            "stand": None, "mods": {}, "calls": {}, "objects": {}, "parts": {"filling": "x" * size}}
 
 
 def begin(path, program, *words):

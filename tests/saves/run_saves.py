@@ -171,10 +171,10 @@ STEPS = {
 def test_a_damaged_save_is_named_with_the_one_before_and_what_cannot_be_written_is_told(world):
     folder = world.folder / "saves"
     folder.mkdir()
-    good = (SAMPLES / "v2.save").read_bytes()
+    good = (SAMPLES / "v3.save").read_bytes()
     for number, content in ((1, good), (2, good), (3, good[:-30])):
         (folder / f"game1.{number}.save").write_bytes(content)
-    (folder / "game2.1.save").write_bytes(good.replace(b"version 2", b"version 9"))
+    (folder / "game2.1.save").write_bytes(good.replace(b"version 3", b"version 9"))
     (folder / "game3.1.save").mkdir()
     os.mkfifo(folder / "game4.1.save")
     facts, log = nightfall(world, """

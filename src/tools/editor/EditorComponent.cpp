@@ -89,11 +89,10 @@ void EditorComponent::begin(Coordinator &inLevel)
 {
     active = true;
     level = handle_cast<Coordinator>(inLevel.getHandle());
-    getSystemDeref<GraphicsSystem2>().getShaders().CreateShader(SCS("editor.fx"));
+    prepareDrawing();
     WindowSystem2 &window = getSystemDeref<WindowSystem2>();
     pointerWasHeld = window.getCursorMode() == WindowSystem2::CURSOR_RELATIVE;
     pointerWasShown = window.getPointerShown();
-    overlay.build(handle_cast<Entity>(getParent()));
     camera.begin(inLevel);
     events.clear();
     gesture = FREE;
@@ -102,13 +101,23 @@ void EditorComponent::begin(Coordinator &inLevel)
     window.setPointerShown(true);
 }
 
+/// Has it drawn from now on; the effect is compiled once for all levels.
+void EditorComponent::prepareDrawing()
+{
+    getSystemDeref<EditorSystem>().show(getTypedHandle());
+    if (prepared)
+        return;
+    prepared = true;
+    getSystemDeref<GraphicsSystem2>().getShaders().CreateShader(SCS("editor.fx"));
+    overlay.build(handle_cast<Entity>(getParent()));
+}
+
 void EditorComponent::end()
 {
     endDrag(false);
     active = false;
     gesture = FREE;
     events.clear();
-    overlay.clear();
     getSystemDeref<EditorSystem>().leave(getTypedHandle());
     if (const auto shown = level.lookup())
         camera.end(*shown);
@@ -437,8 +446,21 @@ void EditorComponent::endDrag(bool kept)
 
 // Shapes
 
+void EditorComponent::addShapeLine(const String &layer, Vec4 from, Vec4 to, Vec4 color)
+{
+    prepareDrawing();
+    shapes.line(layer, from, to, color);
+}
+
+void EditorComponent::addShapeText(const String &layer, Vec4 at, const String &text, Vec4 color)
+{
+    prepareDrawing();
+    shapes.text(layer, at, text, color);
+}
+
 void EditorComponent::addShapeBox(const String &layer, Vec4 low, Vec4 high, Vec4 color)
 {
+    prepareDrawing();
     const Vec4 size = high - low, middle = (low + high) * 0.5f;
     shapes.box(layer,
                frameOf(Vec4(size.x, 0, 0, 0), Vec4(0, size.y, 0, 0), Vec4(0, 0, size.z, 0),
@@ -448,6 +470,7 @@ void EditorComponent::addShapeBox(const String &layer, Vec4 low, Vec4 high, Vec4
 
 void EditorComponent::addShapeArea(const String &layer, Vec4 corner, Vec4 otherCorner, Vec4 color)
 {
+    prepareDrawing();
     const Vec4 across = otherCorner - corner;
     corner.w = 1.f;
     shapes.area(layer, corner, Vec4(across.x, 0, 0, 0), Vec4(0, 0, across.z, 0), color);
@@ -462,7 +485,7 @@ void EditorComponent::addShapeCircle(const String &layer, Vec4 middle, float rad
         return Vec4(middle.x + std::cos(angle) * radius, middle.y, middle.z + std::sin(angle) * radius, 1.f);
     };
     for (int part = 0; part < parts; ++part)
-        shapes.line(layer, rim(part), rim(part + 1), color);
+        addShapeLine(layer, rim(part), rim(part + 1), color);
 }
 
 // Camera
@@ -520,14 +543,23 @@ void EditorComponent::frameSelection()
 
 // The picture
 
-void EditorComponent::drawFrame()
+bool EditorComponent::drawFrame()
 {
-    if (!active)
-        return;
-    selection.dropDead();
     overlay.clear();
-    const EditorView seen = view();
+    Coordinator *const found = findLevel();
+    if (!found || (!active && shapes.isEmpty()))
+        return false;
+    const EditorView seen(*found);
     shapes.draw(overlay);
+    if (active)
+        drawEditing(seen);
+    overlay.show(seen);
+    return true;
+}
+
+void EditorComponent::drawEditing(const EditorView &seen)
+{
+    selection.dropDead();
     if (marksShown)
         drawMarks(seen);
     selection.draw(overlay);
@@ -537,7 +569,6 @@ void EditorComponent::drawFrame()
     else if (gizmo.getKind() == EditorGizmo::MOVE)
         gizmo.put(gizmoKind, motion.pivot + motion.by, gizmo.getTurn());
     gizmo.draw(overlay, seen, hoveredGrip);
-    overlay.show(seen);
 }
 
 /// A cross for what has no mesh, a small lamp for a light in its colour; as large wherever it is, paler far away.

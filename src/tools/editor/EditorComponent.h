@@ -29,7 +29,7 @@ class WindowSystem2;
 ///
 /// World space, metres, degrees; places on the screen are pixels of the window from its upper left. `EditorSystem` runs
 /// it, in a stopped level, too. It changes nothing of the level but what it is told to, and puts back what a drag moved
-/// unless that is kept. Closed, it costs nothing.
+/// unless that is kept. Closed, and without shapes, it costs nothing.
 class EditorComponent : public SimpleComponent
 {
     KV_REFLECTED(EditorComponent)
@@ -60,7 +60,8 @@ public:
     /// Takes what has come since the last frame: camera, handles, tools. `EditorSystem` calls it.
     void runFrame();
     /// Draws for this frame, once all has moved. `EditorSystem` calls it.
-    void drawFrame();
+    /// @return whether there is anything to draw
+    bool drawFrame();
 
     // What lies where
 
@@ -173,15 +174,12 @@ public:
 
     // Shapes
 
-    /// Draws a line in every frame until its layer is cleared; the same of the others.
-    void addShapeLine(const String &layer, Vec4 from, Vec4 to, Vec4 color) { shapes.line(layer, from, to, color); }
+    /// Draws a line in every frame until its layer is cleared; the same of the others. A closed editor draws them, too.
+    void addShapeLine(const String &layer, Vec4 from, Vec4 to, Vec4 color);
     /// The edges of a box along the world's axes between two corners.
     void addShapeBox(const String &layer, Vec4 low, Vec4 high, Vec4 color);
     /// A text whose middle is a place.
-    void addShapeText(const String &layer, Vec4 at, const String &text, Vec4 color)
-    {
-        shapes.text(layer, at, text, color);
-    }
+    void addShapeText(const String &layer, Vec4 at, const String &text, Vec4 color);
     /// A level rectangle between two corners, at the height of the first.
     void addShapeArea(const String &layer, Vec4 corner, Vec4 otherCorner, Vec4 color);
     /// A circle that lies level.
@@ -292,6 +290,7 @@ private:
     EditorView view() const;
     void begin(Coordinator &level);
     void end();
+    void prepareDrawing();
     void holdInput();
     void note(EventKind kind, int code, float x, float y);
     void take(const Event &event);
@@ -318,12 +317,14 @@ private:
     bool snapsNow() const;
     void snapMove(EditorGizmo::Way &way, float x, float y);
     void placeGizmo();
+    void drawEditing(const EditorView &seen);
     void drawMarks(const EditorView &seen);
     void selectionChanged();
     PickHit castPast(float x, float y, bool pastSelection);
 
     bool active = false;
-    bool hears = false; ///< the level's input
+    bool hears = false;    ///< the level's input
+    bool prepared = false; ///< to draw
     Handle<Coordinator> level;
     bool pointerWasHeld = false; ///< before the editor opened
     bool pointerWasShown = false;

@@ -5,6 +5,9 @@
 #include "foundation/Finite.h"
 #include "foundation/precompile.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace
 {
 bool areFinite(const Vec4 &a, const Vec4 &b, const Vec4 &c)
@@ -37,6 +40,16 @@ void EditorShapes::text(const String &layer, const Vec4 &place, const String &wo
 {
     if (areFinite(place, color, color) && !words.empty())
         layers[layer].labels.push_back({place, words, color});
+}
+
+bool EditorShapes::isEmpty() const
+{
+    const auto isBare = [](const auto &named)
+    {
+        const Layer &layer = named.second;
+        return layer.lines.empty() && layer.boxes.empty() && layer.areas.empty() && layer.labels.empty();
+    };
+    return std::all_of(layers.begin(), layers.end(), isBare);
 }
 
 void EditorShapes::setBehind(const String &layer, bool val)

@@ -21,7 +21,8 @@ public:
     void area(const String &layer, const Vec4 &corner, const Vec4 &edge, const Vec4 &otherEdge, const Vec4 &color);
     void text(const String &layer, const Vec4 &place, const String &words, const Vec4 &color);
     void clear(const String &layer) { layers.erase(layer); }
-    void clearAll() { layers.clear(); }
+    /// Whether nothing is to be drawn.
+    bool isEmpty() const;
 
     /// Whether the world hides a layer.
     void setBehind(const String &layer, bool val);

@@ -6,6 +6,8 @@
 #include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
 
+#include <algorithm>
+
 System::DependencyList EditorSystem::systemDependencies()
 {
     return {SystemSystem::staticType};
@@ -44,8 +46,18 @@ void EditorSystem::update()
         open->runFrame();
 }
 
+void EditorSystem::show(Handle<EditorComponent> drawn)
+{
+    if (std::find(drawing.begin(), drawing.end(), drawn) == drawing.end())
+        drawing.push_back(drawn);
+}
+
 void EditorSystem::draw()
 {
-    if (const auto open = editor.lookup())
-        open->drawFrame();
+    std::erase_if(drawing,
+                  [](const Handle<EditorComponent> &each)
+                  {
+                      const auto drawn = each.lookup();
+                      return !drawn || !drawn->drawFrame();
+                  });
 }

@@ -3,11 +3,14 @@
 
 #include "engine/systems/System.h"
 
+#include <vector>
+
 class EditorComponent;
 
-/// Runs at most one editor, that of the level in charge; one of another level is closed.
+/// Runs at most one editor, that of the level in charge; one of another level is closed. Has closed ones draw, too, as
+/// long as they have shapes.
 ///
-/// Started by the first editor that is opened, and costs next to nothing while none is.
+/// Started by the first editor that is opened or draws, and costs next to nothing while there is none.
 class EditorSystem : public System
 {
     KV_REFLECTED(EditorSystem)
@@ -18,6 +21,8 @@ public:
     void attend(Handle<EditorComponent> editor);
     /// Runs it no longer.
     void leave(Handle<EditorComponent> editor);
+    /// Has an editor draw from now on, until it has nothing to draw.
+    void show(Handle<EditorComponent> drawn);
     /// The open editor; invalid for none.
     Handle<EditorComponent> getEditor() const { return editor; }
 
@@ -34,4 +39,5 @@ protected:
 
 private:
     Handle<EditorComponent> editor;
+    std::vector<Handle<EditorComponent>> drawing; ///< the open one among them
 };

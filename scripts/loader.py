@@ -17,6 +17,7 @@ import developerKeys
 import editing
 import headless
 import kaVel
+import levelChanges
 import levelScripts
 import mods
 import playersWindow
@@ -107,7 +108,8 @@ def _build(levelName: str, fill: Callable[[kaVel.Coordinator], None]) -> kaVel.C
         if levelName != LOADING_SCREEN:
             saves.prepare(coordinator)
         developerKeys.listen(coordinator)
-        fill(coordinator)
+        with levelChanges.taken(coordinator):
+            fill(coordinator)
         words.prepare()
         Screens.attend(coordinator)
         if levelName != LOADING_SCREEN:
@@ -167,7 +169,8 @@ def loadMap(coordinator: kaVel.Coordinator, mapName: str):
     kaVel.addComponent(root, 'transform', 'TransformComponent')
     kaVel.addComponent(root, 'mapData', 'MapDataComponent')  # gives the map its grids when the load completes
     kaVel.addComponent(root, 'soundWays', 'SoundWays')
-    build(root)
+    with levelChanges.taken(coordinator, mapName):
+        build(root)
     return root
 
 

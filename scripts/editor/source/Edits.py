@@ -16,7 +16,7 @@ import contextlib
 from typing import Any, Callable, Iterable
 
 import kaVel
-from editor.source import Address, Changes, Literals, Parameters, Pieces
+from editor.source import Address, Changes, Files, Literals, Parameters, Pieces
 from editor.source.Pieces import Piece
 from editor.source.Refused import Refused
 
@@ -40,6 +40,8 @@ class LevelEdits:
         self.pieces = pieces
         #: What was set of objects: (address, property) -> value.
         self.properties: dict[tuple[Address.Address, str], Any] = {}
+        #: The scripts as the level was made from them.
+        self.texts = Files.Texts(pieces.levelName)
         self._steps: list[Step] = []
         self._done = 0
         self._open: Step | None = None

@@ -62,7 +62,7 @@ class Piece:
     @property
     def path(self) -> str:
         """Path of its root below the level."""
-        return _pathInLevel(self.root) if self.root else self.name
+        return pathInLevel(self.root) if self.root else self.name
 
     @property
     def parent(self) -> Any:
@@ -128,7 +128,7 @@ class Piece:
         if source is None:
             return not self.removed
         return (self.removed or self._name != source.name or self._given is not None and self._given != source.given
-                or bool(self.root) and _parentPath(self.root) != source.parentPath)
+                or bool(self.root) and parentPath(self.root) != source.parentPath)
 
 
 class LevelPieces:
@@ -236,7 +236,7 @@ class LevelPieces:
         piece = Piece(self._last, root, built.pattern)
         piece._built = built
         piece._name = root.getName()
-        piece.source = _LateSource(piece, built, piece._name, _parentPath(root))
+        piece.source = _LateSource(piece, built, piece._name, parentPath(root))
         piece.above = self.pieceOf(root.parent)
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
@@ -261,11 +261,12 @@ class _LateSource(Source):
         return self._told
 
 
-def _parentPath(root: Any) -> str:
-    return _pathInLevel(root.parent)
+def parentPath(root: Any) -> str:
+    """Path below the level of what a root hangs below."""
+    return pathInLevel(root.parent)
 
 
-def _pathInLevel(entity: Any) -> str:
+def pathInLevel(entity: Any) -> str:
     return kaVel.pathOf(entity).partition('/')[2]
 
 

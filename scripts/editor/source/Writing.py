@@ -2,24 +2,284 @@
 
     print(Writing.diff(level))          # what would change, as a unified diff
     files = Writing.save(level)         # the files that were written
+
+Only what an edit concerns is changed: comments, names and the rest of the layout stay. What cannot be traced to a line
+goes to the level's file of changes (see `levelChanges`). A file that was changed by somebody else meanwhile gets both
+changes, unless they touch the same lines.
 """
 
 from __future__ import annotations
 
+import ast
+import difflib
+import os
+import tempfile
+from typing import Any
+
 import kaVel
+import levelChanges
+from editor.source import Edits, Files, Literals, Merging, NewLevel, Pieces
+from editor.source.Adding import Adding, canConfigure, configureLine, configured
+from editor.source.Files import Function, Script, Texts
+from editor.source.Notes import Notes
+from editor.source.Patches import Patches
+from editor.source.Pieces import LevelPieces, Piece
 from editor.source.Refused import Refused
+from editor.source.Removing import Removing
+from editor.source.Sites import Sites
+from editor.source.Splices import Splices
+
+
+class Plan:
+    """The texts that the files of a level are to have."""
+
+    def __init__(self, pieces: LevelPieces, properties: dict[Any, Any], texts: Texts):
+        self._pieces, self._properties, self._texts = pieces, properties, texts
+        self._splices: dict[str, Splices] = {}
+        self._sites = Sites(pieces, texts)
+        self._notes = Notes(pieces, texts.changes)
+        self.before: dict[str, str] = {}
+        self.after: dict[str, str] = {}
+        self._make()
+
+    def _make(self):
+        everyone = self._pieces.everyone()
+        changed = [piece for piece in everyone if piece.source and not piece.removed and piece.isChanged()]
+        patches = self._patched(changed)
+        gone = [piece for piece in everyone if piece.source and piece.removed]
+        left = Removing(self._sites, self._splicesOf).write(gone)
+        self._notes.follow(set(gone) - {each for piece in left for each in (piece, *_belowIn(piece, gone))},
+                           patches.renamed())
+        for piece in left:
+            self._notes.removed(piece)
+        self._note(patches, changed)
+        for piece in everyone:
+            if piece.source and not piece.removed:
+                self._notes.stands(piece)
+        adding = Adding(self._pieces, self._sites, self._levelScript(), self._splicesOf)
+        added = [piece for piece in everyone if not piece.source and not piece.removed]
+        self._configure(adding, {piece.number for piece in added})
+        adding.write(added, self._properties)
+        for splices in self._splices.values():
+            self._put(splices.script.file, splices.script.text, splices.text())
+        changes = levelChanges.fileOf(self._pieces.levelName)
+        self._put(changes, self._texts.changes, self._notes.text(self._pieces.levelName))
+
+    def _put(self, file: str, before: str, after: str):
+        self.before[file], self.after[file] = before, after
+
+    def _levelScript(self) -> Script:
+        file = os.path.splitext(levelChanges.fileOf(self._pieces.levelName))[0] + '.py'
+        script = self._texts.of(file)
+        if script is None:
+            raise Refused('%s is gone or no script any more: it cannot be written to' % Files.shown(file))
+        return script
+
+    def _splicesOf(self, script: Script) -> Splices:
+        return self._splices.setdefault(script.file, Splices(script))
+
+    def _patched(self, changed: list[Piece]) -> Patches:
+        """Writes other arguments and names of pieces where their values stand."""
+        patches = Patches(self._sites)
+        patches.grant([each for piece in changed for each in _differences(piece)])
+        for key, edit in patches.edits.items():
+            splices = self._splicesOf(edit.script)
+            if isinstance(key, tuple):
+                splices.addArgument(key[0], key[1], edit.text)
+            else:
+                splices.replace(key, edit.text)
+        return patches
+
+    def _note(self, patches: Patches, changed: list[Piece]):
+        """Notes other arguments and names that stand nowhere."""
+        for piece, name, value in patches.refused:
+            self._notes.renamed(piece) if name == 'name' else self._notes.argument(piece, name, value)
+        for piece in changed:
+            assert piece.source
+            if piece.root and Pieces.parentPath(piece.root) != piece.source.parentPath and not _isCarried(piece):
+                self._notes.parent(piece)
+
+    def _configure(self, adding: Adding, added: set[int]):
+        """Writes what was set of objects behind the call that made them, or notes it."""
+        seen: set[int] = set()
+        for address, name in self._properties:
+            piece = self._pieces.number(address[0]) if address[0] else None
+            if address[0] in added or address[0] in seen:
+                continue
+            if piece is None:
+                self._notes.property(address, name, self._properties[address, name])
+                continue
+            seen.add(piece.number)
+            if not piece.removed:
+                self._configurePiece(adding, piece)
+
+    def _configurePiece(self, adding: Adding, piece: Piece):
+        statement, variable = self._kept(adding, piece)
+        for steps, values in configured(piece, self._properties).items():
+            scope = self._sites.scopeOf(piece)
+            if statement is not None and scope and variable and canConfigure(steps, values):
+                adding.imported(scope.script, 'kaVel')
+                line = configureLine(statement.col_offset, variable, steps, values)
+                self._splicesOf(scope.script).insertLines(statement, line)
+                continue
+            for name, value in values.items():
+                self._notes.property((piece.number, steps), name, value)
+
+    def _kept(self, adding: Adding, piece: Piece) -> tuple[ast.stmt | None, str]:
+        """The statement that makes a piece and nothing else, and the name that it keeps it under from now on."""
+        scope = self._sites.scopeOf(piece)
+        if scope is None or scope.function is None or len(self._sites.through.get(scope.call, ())) != 1:
+            return None, ''
+        statement = scope.script.parent(scope.call)
+        if isinstance(statement, ast.Assign) and len(statement.targets) == 1 \
+                and isinstance(statement.targets[0], ast.Name):
+            return statement, statement.targets[0].id
+        if isinstance(statement, ast.Expr) and isinstance(scope.script.parent(statement), (Function, ast.For)):
+            if any(not canConfigure(*each) for each in configured(piece, self._properties).items()):
+                return None, ''
+            name = adding.variableFor(piece, scope.function)
+            adding.assign(scope.script, scope.call, name)
+            return statement, name
+        return None, ''
+
+
+def _differences(piece: Piece) -> list[tuple[Piece, str, Any]]:
+    assert piece.source
+    before, after = piece.source.given, piece.arguments
+    found = [(piece, name, after[name]) for name in {**before, **piece.given}
+             if name in after and not Literals.alike(before.get(name, _NOTHING), after[name])]
+    return found + ([(piece, 'name', piece.name)] if piece.name != piece.source.name else [])
+
+
+_NOTHING = object()
+
+
+def _belowIn(piece: Piece, pieces: list[Piece]) -> list[Piece]:
+    """Those of some pieces that hang below one."""
+    found = {piece}
+    for each in pieces:
+        if each.above in found:
+            found.add(each)
+    return list(found - {piece})
+
+
+def _isCarried(piece: Piece) -> bool:
+    """Whether a piece hangs elsewhere only since what it hangs below has another name."""
+    above = piece.above
+    while above:
+        if above.source is None or above.name != above.source.name:
+            return True
+        above = above.above
+    return False
 
 
 def diff(level: kaVel.Coordinator) -> str:
     """What `save` would change in all files, as a unified diff; '' for nothing."""
-    raise Refused('nothing can be written yet')
+    rows: list[str] = []
+    for file, text in _wanted(level).items():
+        present = _read(file)
+        name = Files.shown(file)
+        rows += difflib.unified_diff(present.splitlines(keepends=True), text.splitlines(keepends=True), 'a/' + name,
+                                     'b/' + name)
+    return ''.join(row if row.endswith('\n') else row + '\n\\ No newline at end of file\n' for row in rows)
 
 
 def save(level: kaVel.Coordinator) -> list[str]:
     """Writes all edits into the files that they concern, which it returns; Refused writes nothing."""
-    raise Refused('nothing can be written yet')
+    edits = Edits.of(level)
+    wanted = {file: text for file, text in _wanted(level).items() if text != _read(file)}
+    prepared: list[tuple[str, str]] = []
+    try:
+        for file, text in wanted.items():
+            prepared.append((_prepare(file, text), file))
+        for temporary, file in prepared:
+            os.replace(temporary, file)
+    except OSError as error:
+        raise Refused('%s cannot be written, and nothing was: %s'
+                      % (Files.shown(error.filename2 or error.filename or ''), error.strerror)) from error
+    finally:
+        for temporary, _ in prepared:
+            if os.path.exists(temporary):
+                os.remove(temporary)
+    for file, text in wanted.items():
+        if not text:
+            os.remove(file)
+        _tellReloading(file)
+    _remember(edits.texts)
+    edits.noteSaved()
+    return list(wanted)
+
+
+def _prepare(file: str, text: str) -> str:
+    """A file beside another one with the text that this is to have, safely on the disk."""
+    if os.path.exists(file) and not os.access(file, os.W_OK):
+        raise PermissionError(13, 'it may not be written to', file)
+    handle, temporary = tempfile.mkstemp(prefix='.' + os.path.basename(file), dir=os.path.dirname(file))
+    with os.fdopen(handle, 'w', encoding='utf-8', newline='') as stream:
+        stream.write(text)
+        stream.flush()
+        os.fsync(stream.fileno())
+    os.chmod(temporary, os.stat(file).st_mode & 0o777 if os.path.exists(file) else 0o644)
+    return temporary
+
+
+def _wanted(level: kaVel.Coordinator) -> dict[str, str]:
+    """The text that each file is to have, with what others have written into it meanwhile."""
+    edits = Edits.of(level)
+    texts = edits.texts
+    plan = Plan(edits.pieces, edits.properties, texts)
+    wanted: dict[str, str] = {}
+    troubles: list[str] = []
+    texts.planned = plan.after
+    for file, text in plan.after.items():
+        known = texts.written.get(file, plan.before[file])
+        present = _read(file)
+        merged, conflicts = Merging.join(known, text, present)
+        troubles += ['%s:%d was changed by somebody else where your edits are' % (Files.shown(file), each.first)
+                     for each in conflicts]
+        wanted[file] = merged
+    for file, text in texts.written.items():
+        if file not in plan.after:  # what was saved of it has been undone since
+            wanted[file] = Merging.join(text, texts.begun[file], _read(file))[0]
+    if troubles:
+        raise Refused('; '.join(troubles))
+    return wanted
+
+
+def _remember(texts: Texts):
+    """Notes what the files were given, so that a later change of somebody else's is told from it."""
+    for file in set(texts.written) - set(texts.planned):
+        del texts.written[file]
+    for file, text in texts.planned.items():
+        script = texts.of(file) if file.endswith('.py') else None
+        texts.begun.setdefault(file, script.text if script else texts.changes)
+        texts.written[file] = text
+
+
+def _read(file: str) -> str:
+    try:
+        with open(file, encoding='utf-8', newline='') as stream:
+            return stream.read()
+    except FileNotFoundError:
+        return ''
+    except (OSError, UnicodeError) as error:
+        raise Refused('%s cannot be read: %s' % (Files.shown(file), error)) from error
+
+
+def _tellReloading(file: str):
+    """Has a file not be taken anew that the editor has written itself: the level is as it says already."""
+    try:
+        import reloading  # type: ignore
+        reloading.known(file)
+    except (ImportError, AttributeError):
+        pass
 
 
 def newLevel(name: str) -> str:
     """Writes the script of a new level, a lit map to begin with, and returns its file."""
-    raise Refused('nothing can be written yet')
+    file = NewLevel.file(name)
+    try:
+        os.replace(_prepare(file, NewLevel.text(name)), file)
+    except OSError as error:
+        raise Refused('%s cannot be written: %s' % (Files.shown(file), error.strerror)) from error
+    return file

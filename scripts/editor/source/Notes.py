@@ -1,0 +1,112 @@
+"""What no line of a script could be changed for, as the lines of the level's file of changes."""
+
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Any
+
+import levelChanges
+from editor.source import Address, Literals
+from editor.source.Refused import Refused
+from levelChanges import NAME, PARENT, REMOVED
+
+if TYPE_CHECKING:
+    from editor.source.Pieces import LevelPieces, Piece
+
+HEAD = ('# What the editor has changed in the level %s where no line of its scripts could be: see '
+        '`levelChanges`.\n')
+
+
+class Notes:
+    """The changes that a level's file is to have: those that it has had, and what was done since."""
+
+    def __init__(self, pieces: LevelPieces, before: str):
+        self._pieces = pieces
+        self._lines = {(line.path, line.key): line.value for line in levelChanges.read(before)}
+        self._old = self._counted(set(), {})
+        self._paths = self._old
+
+    def follow(self, gone: set[Piece], renamed: set[Piece]):
+        """Names things as the scripts will, which have lost some calls and have other names for some pieces."""
+        after = self._counted(gone, {piece: piece.name for piece in renamed})
+        moved = {self._old[number]: after.get(number) for number in self._old}
+        lines: dict[tuple[str, str], Any] = {}
+        for (path, key), value in self._lines.items():
+            begin, rest = _longest(path, moved)
+            now = moved.get(begin, begin)
+            if now is not None:
+                lines[now + rest, key] = value
+        self._lines, self._paths = lines, after
+
+    def _counted(self, gone: set[Piece], names: dict[Piece, str]) -> dict[int, str]:
+        """Paths of pieces as the scripts name them: which one it is of those that share a name."""
+        counts: dict[str, int] = {}
+        paths: dict[int, str] = {}
+        moved: dict[str, str | None] = {}
+        for piece in self._pieces.everyone():
+            if piece.source is None or piece in gone:
+                continue
+            begin, rest = _longest(piece.source.parentPath, moved)
+            above = (moved.get(begin) or begin) + rest
+            name = names.get(piece) or self._calledName(piece)
+            path = (above + '/' if above else '') + name
+            number = counts.get(path, 0)
+            counts[path] = number + 1
+            paths[piece.number] = path + ('#%d' % number if number else '')
+            if name != piece.source.name:
+                moved[piece.source.parentPath + '/' + piece.source.name] = paths[piece.number]
+        return paths
+
+    def _calledName(self, piece: Piece) -> str:
+        """The name that the scripts give a piece, where the file of changes has given it another one."""
+        assert piece.source
+        called = levelChanges.pathInScripts(self._pieces.levelName, piece.parent, piece.source.name)
+        return called.rpartition('/')[2].partition('#')[0] if called else piece.source.name
+
+    def path(self, piece: Piece) -> str:
+        """Where the scripts have a piece."""
+        return self._paths.get(piece.number) or piece.path
+
+    def argument(self, piece: Piece, name: str, value: Any):
+        self._note(piece, self.path(piece), name, value)
+
+    def removed(self, piece: Piece):
+        path = self.path(piece)
+        self._lines = {key: value for key, value in self._lines.items()
+                       if key[0] != path and not key[0].startswith(path + '/')}
+        self._lines[path, REMOVED] = None
+
+    def stands(self, piece: Piece):
+        """Notes that a piece is there, whatever the file said."""
+        self._lines.pop((self.path(piece), REMOVED), None)
+
+    def renamed(self, piece: Piece):
+        self._note(piece, self.path(piece), NAME, piece.name)
+
+    def parent(self, piece: Piece):
+        above = self._pieces.pieceOf(piece.parent)
+        path = Address.show(Address.below(above.root if above else self._pieces.level, piece.parent))
+        self._lines[self.path(piece), PARENT] = '/'.join(filter(None, [self.path(above) if above else '', path]))
+
+    def property(self, address: Address.Address, name: str, value: Any):
+        piece = self._pieces.number(address[0]) if address[0] else None
+        path = '/'.join(filter(None, [self.path(piece) if piece else '', Address.show(address[1])]))
+        self._note(piece, path, '.' + name, value)
+
+    def _note(self, piece: Piece | None, path: str, key: str, value: Any):
+        if not Literals.isWritable(value):
+            raise Refused('%s of %s is %r, which no text stands for' % (key.lstrip('.'), path, value))
+        self._lines[path, key] = value
+
+    def text(self, levelName: str) -> str:
+        """The whole file; '' where nothing is noted."""
+        rows = ['%s: %s' % (path, REMOVED if key == REMOVED else '%s = %s' % (key, Literals.show(value)))
+                for (path, key), value in sorted(self._lines.items(), key=lambda each: each[0])]
+        return HEAD % levelName + '\n'.join(rows) + '\n' if rows else ''
+
+
+def _longest(path: str, known: Any) -> tuple[str, str]:
+    """The longest beginning of a path that is known, and the rest; all of it where none is."""
+    begin = path
+    while begin and begin not in known:
+        begin = begin.rpartition('/')[0]
+    return (begin, path[len(begin):]) if begin else (path, '')

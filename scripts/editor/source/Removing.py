@@ -1,0 +1,92 @@
+"""Takes the calls of removed pieces out of the scripts."""
+
+from __future__ import annotations
+
+import ast
+from typing import Any
+
+from editor.source import Tracing
+from editor.source.Files import Script
+from editor.source.Pieces import Piece
+from editor.source.Sites import Sites
+
+
+class Removing:
+    """The statements and rows of tables that go with the pieces that they made."""
+
+    def __init__(self, sites: Sites, splicesOf: Any):
+        self._sites, self._splicesOf = sites, splicesOf
+        self._gone: set[Piece] = set()
+
+    def write(self, removed: list[Piece]) -> list[Piece]:
+        """Takes out what made these pieces and nothing else; gives those for which there is no such thing."""
+        self._gone = set(removed)
+        left = [piece for piece in removed if not self._takeStatement(piece)]
+        left = [piece for piece in left if not self._takeRow(piece)]
+        # What hangs below a piece that is noted goes with it.
+        return [piece for piece in left if not _isBelow(piece, set(left))]
+
+    def _takeStatement(self, piece: Piece) -> bool:
+        """Deletes the innermost statement that is a call of nothing but removed pieces."""
+        assert piece.source
+        for call in piece.source.calls:
+            script = self._sites.texts.of(call[0].co_filename)
+            node = script.callAt(call) if script else None
+            if script is None or node is None:
+                return False
+            statement = script.parent(node)
+            if isinstance(statement, ast.Expr) and self._isGone(self._sites.through.get(node, [])):
+                self._splicesOf(script).delete(statement)
+                return True
+        return False
+
+    def _isGone(self, pieces: list[Piece]) -> bool:
+        return bool(pieces) and all(piece in self._gone for piece in pieces)
+
+    def _takeRow(self, piece: Piece) -> bool:
+        """Deletes the row of a loop's table that a removed piece came from, if all of that row was removed."""
+        scope = self._sites.scopeOf(piece)
+        if scope is None:
+            return False
+        for loop in Tracing.loopsAround(scope.script, scope.call):
+            row = scope.rows.get(Tracing.rowOf(loop))
+            table = scope.script.parent(row.node) if row and row.node else None
+            if row and isinstance(loop, ast.For) and isinstance(table, (ast.Tuple, ast.List)) and len(table.elts) > 1 \
+                    and table is loop.iter and self._isRowGone(scope.script, loop, row.node):
+                self._splicesOf(scope.script).deleteRow(table, row.node)
+                return True
+        return False
+
+    def _isRowGone(self, script: Script, loop: ast.For, row: Any) -> bool:
+        """Whether a loop does nothing in a row but make pieces that were removed."""
+        calls = {node for node in ast.walk(loop) if isinstance(node, ast.Call) and node in self._sites.through}
+        if not all(isinstance(each, ast.For) or isinstance(each, ast.Expr) and each.value in calls
+                   for each in _statements(loop)):
+            return False
+        for site in self._sites.all():
+            for piece in site.pieces:
+                scope = site.scopeOf.get(piece)
+                if scope is None and any(each in calls for each in self._callsOf(piece)):
+                    return False
+                while scope:
+                    found = scope.rows.get(Tracing.rowOf(loop))
+                    if found and found.node is row and piece not in self._gone:
+                        return False
+                    scope = scope.caller
+        return True
+
+    def _callsOf(self, piece: Piece) -> list[Any]:
+        return [call for call, pieces in self._sites.through.items() if piece in pieces]
+
+
+def _statements(loop: ast.For) -> list[ast.stmt]:
+    return [node for each in loop.body for node in ast.walk(each) if isinstance(node, ast.stmt)]
+
+
+def _isBelow(piece: Piece, others: set[Piece]) -> bool:
+    above = piece.above
+    while above:
+        if above in others:
+            return True
+        above = above.above
+    return False

@@ -1,0 +1,127 @@
+"""Changes of a script's text: what is put in the place of which bytes."""
+
+from __future__ import annotations
+
+import ast
+from typing import Any, Iterator
+
+from editor.source.Files import Function, Script
+
+
+class Splices:
+    """The changes of one script, which are made all at once: every place is told in the text before."""
+
+    def __init__(self, script: Script):
+        self.script = script
+        self._splices: list[tuple[int, int, int, str]] = []
+        self._deleted: set[ast.stmt] = set()
+        self._grown: set[ast.AST] = set()
+        self.imports: set[str] = set()  # lines that have been added at the top
+
+    def replace(self, node: Any, text: str):
+        begin, end = self.script.span(node)
+        self._add(begin, end, text)
+
+    def addArgument(self, call: ast.Call, name: str, text: str):
+        """Gives a call one more argument, behind the others."""
+        _, end = self.script.span(call)
+        behind = max((self.script.span(each)[1] for each in _argumentsOf(call)), default=end - 1)
+        self._add(behind, behind, '%s%s=%s' % (', ' if _argumentsOf(call) else '', name, text))
+
+    def insertBefore(self, node: Any, text: str):
+        begin, _ = self.script.span(node)
+        self._add(begin, begin, text)
+
+    def insertLines(self, statement: ast.stmt, lines: str, before: bool = False):
+        """Puts whole lines behind the last line of a statement, or before its first."""
+        begin, end = self.script.linesOf(statement)
+        place = begin if before else end
+        if not before and not self.script.data[:end].endswith(b'\n'):
+            lines = '\n' + lines
+        self._add(place, place, lines)
+        above = self.script.parent(statement)
+        if above is not None:
+            self._grown.add(above)
+
+    def insertAt(self, line: int, lines: str):
+        """Puts whole lines before a line, counted from 1."""
+        self._add(self.script.lines[line - 1], self.script.lines[line - 1], lines)
+
+    def delete(self, statement: ast.stmt):
+        """Takes a statement out."""
+        self._deleted.add(statement)
+
+    def deleteRow(self, table: Any, row: ast.expr):
+        """Takes a row out of a tuple or list."""
+        script, number = self.script, table.elts.index(row)
+        if number + 1 < len(table.elts):
+            self._add(script.span(row)[0], script.span(table.elts[number + 1])[0], '')
+        else:
+            self._add(script.span(table.elts[number - 1])[1], script.span(row)[1],
+                      ',' if isinstance(table, ast.Tuple) and len(table.elts) == 2 else '')
+
+    def _add(self, begin: int, end: int, text: str):
+        splice = begin, end, len(self._splices), text
+        if splice[:2] + splice[3:] not in [each[:2] + each[3:] for each in self._splices if each[0] == begin
+                                           and begin != end]:
+            self._splices.append(splice)
+
+    def text(self) -> str:
+        """The text with all changes."""
+        data, spans = self.script.data, list(self._splices)
+        for begin, end, text in self._deletions():
+            spans = [each for each in spans if not (begin < each[1] and each[0] < end)]
+            spans.append((begin, end, -1, text))
+        for begin, end, _, text in sorted(spans, key=lambda each: (each[0], each[1], each[2]), reverse=True):
+            data = data[:begin] + text.encode() + data[end:]
+        return data.decode()
+
+    def _deletions(self) -> Iterator[tuple[int, int, str]]:
+        for statement in self._widened():
+            begin, end = self.script.linesOf(statement)
+            above = self.script.parent(statement)
+            if above is not None and self._isEmptied(above, statement):
+                indent = ' ' * statement.col_offset
+                yield begin, end, indent + 'pass\n'
+            else:
+                yield (*self._withBlank(begin, end), '')
+
+    def _widened(self) -> list[ast.stmt]:
+        """The statements to take out: loops that would be left without a body go with it."""
+        found = set(self._deleted)
+        changed = True
+        while changed:
+            changed = False
+            for statement in list(found):
+                above = self.script.parent(statement)
+                if isinstance(above, (ast.For, ast.With)) and above not in found and not getattr(above, 'orelse', None) \
+                        and above not in self._grown and all(each in found for each in above.body):
+                    found.add(above)
+                    changed = True
+        inner = {each for each in found if any(up in found for up in self.script.above(each))}
+        return [each for each in found if each not in inner]
+
+    def _isEmptied(self, above: Any, statement: ast.stmt) -> bool:
+        """Whether nothing but its docstring is left of a body, of which this is the first statement to go."""
+        body = next((each for each in (getattr(above, 'body', []), getattr(above, 'orelse', []))
+                     if isinstance(each, list) and statement in each), [])
+        left = [each for each in body if each not in self._deleted and not _isDocstring(each)]
+        gone = [each for each in body if each in self._deleted]
+        isBody = isinstance(above, (Function, ast.If, ast.While, ast.For, ast.With, ast.Try))
+        return isBody and not left and above not in self._grown and gone[:1] == [statement] and not (
+            isinstance(above, Function) and any(_isDocstring(each) for each in body))
+
+    def _withBlank(self, begin: int, end: int) -> tuple[int, int]:
+        """Takes a blank line along where another one stands on the other side."""
+        data = self.script.data
+        isBlankBefore = begin == 0 or data[:begin].endswith(b'\n\n')
+        return (begin, end + 1) if isBlankBefore and data[end:end + 1] == b'\n' else (begin, end)
+
+
+def _argumentsOf(call: ast.Call) -> list[Any]:
+    return [*call.args, *(word.value for word in call.keywords)]
+
+
+def _isDocstring(statement: ast.stmt) -> bool:
+    return isinstance(statement, ast.Expr) and isinstance(statement.value, ast.Constant) \
+        and isinstance(statement.value.value, str)

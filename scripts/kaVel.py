@@ -277,18 +277,21 @@ def send(messageName: str, *payload: Any):
 class BuiltFrom:
     """What an object remembers of the pattern that built it, and which of its properties a user changed since.
 
-    `arguments` and `options` are those of the call. `calls` are the places in scripts of levels that it came from, see
+    `arguments` and `options` are those of the call, `called` both as the script gave them where an editor's note has
+    changed them, otherwise None. `calls` are the places in scripts of levels that it came from, see
     `callSites`; nothing for what another pattern made as a part of its own. `atStart` says whether it was called while
     the level was built.
     """
 
-    __slots__ = ('pattern', 'arguments', 'options', 'calls', 'atStart', '_editedProps')
+    __slots__ = ('pattern', 'arguments', 'options', 'called', 'calls', 'atStart', '_editedProps')
 
     def __init__(self, pattern: Callable[..., Any], arguments: tuple[Any, ...] = (),
-                 options: dict[str, Any] | None = None, caller: FrameType | None = None):
+                 options: dict[str, Any] | None = None, caller: FrameType | None = None,
+                 called: tuple[tuple[Any, ...], dict[str, Any]] | None = None):
         self.pattern = pattern
         self.arguments = arguments
         self.options = options or {}
+        self.called = called
         self.calls, self.atStart = callSites.above(caller)
         self._editedProps: set[str] = set()
 
@@ -308,15 +311,16 @@ def pattern(build: Callable[P, O]) -> Callable[P, O]:
     @functools.wraps(build)
     def call(*arguments: P.args, **options: P.kwargs) -> O:
         global _patternsUnderWay
-        isPart = _patternsUnderWay > 0
+        isPart, called = _patternsUnderWay > 0, None
         if amend and not isPart:
+            called = arguments, options
             arguments, options = amend(call, arguments, options)  # type: ignore
         _patternsUnderWay += 1
         try:
             root = build(*arguments, **options)
         finally:
             _patternsUnderWay -= 1
-        root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe(1)))
+        root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe(1), called))
         return root
 
     call.isPattern = True  # type: ignore

@@ -1,4 +1,4 @@
-"""What an editor has changed in a level and could not write into its scripts: `levels/<Level>.changes`, a change a line.
+"""What an editor has changed in a level and could not write into its scripts: `levels/<Level>.changes`, line by line.
 
     villa/letter#2: turn = 40               an argument of the pattern's call, the third 'letter' below villa
     villa/letter#2: name = 'invoice'        another name
@@ -87,7 +87,8 @@ class LevelChanges:
         self._paths = {line.path for line in lines}
         self._counts: dict[tuple[Any, str], int] = {}
         self._roots: dict[str, tuple[Any, str]] = {}   # path in the scripts -> parent and name of what was called
-        self.given: dict[tuple[Any, str], str] = {}   # the other way, for those that got another name
+        self._given: dict[tuple[Any, str], str] = {}   # the other way, for those that got another name
+        self.parents: dict[Any, str] = {}              # of what was hung elsewhere: its path in the scripts
 
     def amend(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any]):
         """The arguments of a pattern's call, with those that were changed."""
@@ -102,7 +103,7 @@ class LevelChanges:
         final = changed[NAME].value if NAME in changed else name
         self._roots[path] = parent, final
         if final != name:
-            self.given[parent, final] = path
+            self._given[parent, final] = path
         return self._with(pattern, arguments, options, changed) if changed else (arguments, options)
 
     def _pathOf(self, parent: Any, name: str) -> str:
@@ -115,7 +116,7 @@ class LevelChanges:
     def _scriptsPath(self, entity: Any) -> str:
         steps: list[str] = []
         while entity and entity.parent:
-            known = self.given.get((entity.parent, entity.getName()))
+            known = self._given.get((entity.parent, entity.getName()))
             if known:
                 return '/'.join([known, *reversed(steps)])
             steps.append(entity.getName())
@@ -175,6 +176,7 @@ class LevelChanges:
                 parent = self._find(level, line.value)
                 if not parent:
                     raise ValueError('there is no %s' % line.value)
+                self.parents[handle] = kaVel.pathOf(handle.parent).partition('/')[2]
                 handle.setParent(parent)
             elif line.key[0] == '.':
                 if not hasattr(handle, line.key[1:]):
@@ -197,10 +199,10 @@ def _child(parent: Any, name: str, number: int) -> Any:
 _ofLevels: dict[str, LevelChanges] = {}
 
 
-def pathInScripts(levelName: str, parent: Any, name: str) -> str | None:
-    """The path by which a level's scripts know what has another name by a change; None for all else."""
+def parentInScripts(levelName: str, root: Any) -> str | None:
+    """Path below the level of what the scripts hang an object below that a change hangs elsewhere; None for others."""
     changes = _ofLevels.get(levelName)
-    return changes.given.get((parent, name)) if changes else None
+    return changes.parents.get(root) if changes else None
 
 
 @contextlib.contextmanager

@@ -14,7 +14,6 @@ from editor.source.Patches import textOf
 from editor.source.Pieces import LevelPieces, Piece
 from editor.source.Refused import Refused
 from editor.source.Sites import Sites, argumentNode
-from editor.source.Splices import Splices
 
 #: So many calls that differ in numbers only become a loop.
 LEAST_ROWS = 3
@@ -314,8 +313,8 @@ def configureLine(indent: int, variable: str, steps: tuple[Any, ...], values: di
         variable += '.getChild(%r)' % steps[0][0]
     elif steps:
         variable += '.getDescendantByPath(%r)' % '/'.join(name for name, _ in steps)
-    return Layout.call(indent, 'kaVel.configure(', [variable, *('%s=%s' % (name, Literals.show(value))
-                                                              for name, value in values.items())])
+    told = ['%s=%s' % (name, Literals.show(value)) for name, value in values.items()]
+    return Layout.call(indent, 'kaVel.configure(', [variable, *told])
 
 
 def _split(name: str) -> tuple[str, int | None]:

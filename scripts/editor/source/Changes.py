@@ -268,7 +268,7 @@ class Reparenting:
         if _mapOf(parent) == _mapOf(root) and not self.piece.stand.isKept:
             # What it is built from does not tell where it hangs, and nothing but the tree changes.
             root.setParent(parent)
-            self.piece.above = edits.pieces.pieceOf(parent)
+            edits.pieces.hang(self.piece)
         else:
             Making.rebuild(edits.pieces, self.piece, edits.properties, parent)
 
@@ -298,7 +298,7 @@ class Property:
 
     def undo(self, edits: LevelEdits):
         setattr(self._find(edits), self._key[1], self._before)
-        if self._first:
+        if self._first and self._key not in edits.written:
             edits.properties.pop(self._key, None)
         else:
             edits.properties[self._key] = self._before

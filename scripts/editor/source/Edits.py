@@ -40,6 +40,8 @@ class LevelEdits:
         self.pieces = pieces
         #: What was set of objects: (address, property) -> value.
         self.properties: dict[tuple[Address.Address, str], Any] = {}
+        #: Those that the scripts set of what stands in the level now, since they were saved before it was loaded.
+        self.written: set[tuple[Address.Address, str]] = set()
         #: The scripts as the level was made from them.
         self.texts = Files.Texts(pieces.levelName)
         self._steps: list[Step] = []
@@ -47,6 +49,7 @@ class LevelEdits:
         self._open: Step | None = None
         self._listeners: list[Callable[[], object]] = []
         self._savedAt: Step | None = None
+        self.savedProperties: dict[tuple[Address.Address, str], Any] = {}
 
     # What is done
 
@@ -263,8 +266,31 @@ class LevelEdits:
         """Whether the scripts have all that was done."""
         return self._lastDone() is self._savedAt
 
+    def begin(self, texts: Files.Texts):
+        """Goes on with a level that was loaded anew, from other texts."""
+        self.texts = texts
+        self.written |= self.savedProperties.keys()
+        self.properties = {key: value for key, value in self.properties.items()
+                           if key not in self.savedProperties or self.savedProperties[key] != value}
+        self.savedProperties = {}
+
+    def setAgain(self):
+        """Sets the properties again that were set and not saved."""
+        for (address, name), value in list(self.properties.items()):
+            handle = Address.find(self.pieces, address)
+            if handle:
+                setattr(handle, name, value)
+            else:
+                kaVel.log('%s was set of what is no more' % name)
+                del self.properties[address, name]
+        self._tell()
+
     def noteSaved(self):
+        """Notes that the scripts have all that was done by now."""
         self._savedAt = self._lastDone()
+        self.savedProperties = dict(self.properties)
+        for piece in self.pieces.everyone():
+            piece.saved = None if piece.removed else (piece.name, dict(piece.given))
         self._tell()
 
     def _lastDone(self) -> Step | None:

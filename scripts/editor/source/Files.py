@@ -11,21 +11,12 @@ from typing import Any, Iterator
 import callSites
 import levelChanges
 import levelScripts
+from editor.source.Modules import moduleOf
 
 #: Functions, and what else has a name space of its own.
 Function = ast.FunctionDef | ast.AsyncFunctionDef
 #: First and last byte of something in a text.
 Span = tuple[int, int]
-
-
-def moduleOf(file: str) -> str:
-    """The name of the module that a script is; '' for what is none."""
-    for name, module in list(sys.modules.items()):
-        if getattr(module, '__file__', None) == file:
-            return name
-    if not file.startswith(levelScripts.FOLDER + os.sep) or not file.endswith('.py'):
-        return ''
-    return os.path.relpath(file, levelScripts.FOLDER)[:-3].replace(os.sep, '.')
 
 
 def shown(file: str) -> str:

@@ -21,8 +21,11 @@ class Notes:
 
     def __init__(self, pieces: LevelPieces, before: str):
         self._pieces = pieces
-        self._lines = {(line.path, line.key): line.value for line in levelChanges.read(before)}
         self._old = self._counted(set(), {})
+        # What became of calls is told anew; what no piece stands for stays as it is.
+        known = {self._old[piece.number] for piece in pieces.everyone() if piece.source}
+        self._lines = {(line.path, line.key): line.value for line in levelChanges.read(before)
+                       if line.path not in known or line.key[0] == '.'}
         self._paths = self._old
 
     def follow(self, gone: set[Piece], renamed: set[Piece]):
@@ -47,7 +50,7 @@ class Notes:
                 continue
             begin, rest = _longest(piece.source.parentPath, moved)
             above = (moved.get(begin) or begin) + rest
-            name = names.get(piece) or self._calledName(piece)
+            name = names.get(piece) or piece.source.name
             path = (above + '/' if above else '') + name
             number = counts.get(path, 0)
             counts[path] = number + 1
@@ -55,12 +58,6 @@ class Notes:
             if name != piece.source.name:
                 moved[piece.source.parentPath + '/' + piece.source.name] = paths[piece.number]
         return paths
-
-    def _calledName(self, piece: Piece) -> str:
-        """The name that the scripts give a piece, where the file of changes has given it another one."""
-        assert piece.source
-        called = levelChanges.pathInScripts(self._pieces.levelName, piece.parent, piece.source.name)
-        return called.rpartition('/')[2].partition('#')[0] if called else piece.source.name
 
     def path(self, piece: Piece) -> str:
         """Where the scripts have a piece."""
@@ -74,10 +71,6 @@ class Notes:
         self._lines = {key: value for key, value in self._lines.items()
                        if key[0] != path and not key[0].startswith(path + '/')}
         self._lines[path, REMOVED] = None
-
-    def stands(self, piece: Piece):
-        """Notes that a piece is there, whatever the file said."""
-        self._lines.pop((self.path(piece), REMOVED), None)
 
     def renamed(self, piece: Piece):
         self._note(piece, self.path(piece), NAME, piece.name)

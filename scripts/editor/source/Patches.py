@@ -16,7 +16,7 @@ from editor.source.Sites import Site, Sites, argumentNode
 from editor.source.Tracing import Scope, Thing, Unknown
 
 #: Directions that a level may have names for, by degrees.
-DIRECTIONS = {0: 'NORTH', 90: 'EAST', 180: 'SOUTH', -90: 'WEST'}
+DIRECTIONS: dict[float, str] = {0: 'NORTH', 90: 'EAST', 180: 'SOUTH', -90: 'WEST'}
 #: Beyond this many degrees from a direction, an angle is a number of its own.
 NEAR = 45
 
@@ -222,24 +222,27 @@ class Patches:
         values = self.sites.values
         values.replaced = {key: edit.value for key, edit in edits.items() if not isinstance(key, tuple)}
         values.inserted = {key: edit.value for key, edit in edits.items() if isinstance(key, tuple)}
-        where = {id(function) for key, edit in edits.items() for function in _functionsOf(key, edit.script)}
+        where: dict[int, set[Key]] = {}
+        for key, edit in edits.items():
+            for function in _functionsOf(key, edit.script):
+                where.setdefault(id(function), set()).add(key)
         found: set[Key] = set()
         try:
             for site in self.sites.all():
-                if not any(id(scope.function) in where for run in site.scopes[:1] for scope in _chain(run)):
-                    continue
-                for piece in site.pieces:
+                near = {key for run in site.scopes[:1] for scope in _chain(run)
+                        for key in where.get(id(scope.function), ())}
+                for piece in site.pieces if near else ():
                     if not piece.removed:
-                        found |= self._disturbed(piece, site.scopeOf.get(piece), edits)
+                        found |= self._disturbed(piece, site.scopeOf.get(piece), near)
         finally:
             values.replaced, values.inserted = {}, {}
         return found
 
-    def _disturbed(self, piece: Piece, scope: Scope | None, edits: dict[Key, Edit]) -> set[Key]:
+    def _disturbed(self, piece: Piece, scope: Scope | None, edits: set[Key]) -> set[Key]:
         """The edits that a piece comes by, if they do not make it what it is."""
         values = self.sites.values
         if scope is None:
-            return set(edits)  # who knows
+            return edits  # who knows
         given: dict[str, Any] = dict(piece.given, name=piece.name)
         disturbed: set[Key] = set()
         for name in {**given, **{key[1]: 0 for key in values.inserted if key[0] is scope.call}}:

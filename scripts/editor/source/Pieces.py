@@ -14,8 +14,10 @@ from typing import Any, Iterator
 
 import callSites
 import kaVel
+import levelChanges
 import session
-from editor.source import Parameters, Standing
+from editor.source import Address, Literals, Parameters, Standing
+from editor.source.Modules import moduleOf
 from editor.source.Parameters import Parameter, Pattern, parametersOf  # noqa: F401 (offered here)
 
 #: File, line and column of a call, both counted from 1.
@@ -41,7 +43,9 @@ class Piece:
         self.pattern = pattern
         self.source: Source | None = None
         self.above: Piece | None = None     # the piece whose subtree it hangs in
+        self.steps: tuple[Address.Step, ...] = ()  # from there, or from the level, to what it hangs below
         self.section: str | None = None     # function of the level that its call is to be written into
+        self.saved: tuple[str, dict[str, Any]] | None = None  # name and arguments that were written last
         self.removed = False
         self.locked = False
         self.hidden = False
@@ -61,8 +65,9 @@ class Piece:
 
     @property
     def path(self) -> str:
-        """Path of its root below the level."""
-        return pathInLevel(self.root) if self.root else self.name
+        """Path of its root below the level, whether or not this still stands."""
+        begin = [self.above.path] if self.above else []
+        return '/'.join([*begin, *(name for name, _ in self.steps), self.name])
 
     @property
     def parent(self) -> Any:
@@ -77,8 +82,7 @@ class Piece:
         return self._patternName
 
     def _moduleOfCall(self) -> str:
-        from editor.source import Files
-        return Files.moduleOf(self.source.calls[0][0].co_filename) if self.source and self.source.calls else ''
+        return moduleOf(self.source.calls[0][0].co_filename) if self.source and self.source.calls else ''
 
     @property
     def given(self) -> dict[str, Any]:
@@ -108,7 +112,6 @@ class Piece:
 
     def asCall(self) -> str:
         """The call as Python would have it: what "copy as Python" gives."""
-        from editor.source import Literals
         arguments = ['map', repr(self.name)]
         arguments += ['%s=%s' % (name, Literals.show(value)) for name, value in self.given.items()]
         module, _, short = self.patternName.rpartition('.')
@@ -127,7 +130,8 @@ class Piece:
         source = self.source
         if source is None:
             return not self.removed
-        return (self.removed or self._name != source.name or self._given is not None and self._given != source.given
+        isOther = self._given is not None and self._given != source.given or self._built and self._built.called
+        return (self.removed or self._name != source.name or bool(isOther)
                 or bool(self.root) and parentPath(self.root) != source.parentPath)
 
 
@@ -201,8 +205,14 @@ class LevelPieces:
         piece.removed = False
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
-        piece.above = self.pieceOf(root.parent)
+        self.hang(piece)
         piece.stand = Standing.of(root, self._byRoot)
+
+    def hang(self, piece: Piece):
+        """Notes where a piece hangs."""
+        parent = piece.root.parent
+        piece.above = self.pieceOf(parent)
+        piece.steps = Address.below(piece.above.root if piece.above else self.level, parent)
 
     def leave(self, piece: Piece):
         """Notes that a piece stands in the level no more."""
@@ -212,32 +222,55 @@ class LevelPieces:
         if piece.source is None:
             self._numbered.pop(piece.number, None)
 
+    def adopt(self, piece: Piece):
+        """Takes a piece that another count has found, under a number of this one."""
+        self._last += 1
+        piece.number = self._last
+        self._numbered[piece.number] = piece
+        self._byRoot[piece.root] = piece
+
+    def enterFound(self, piece: Piece):
+        """Enters a piece whose root stands in a level that was loaded anew."""
+        self._numbered[piece.number] = piece
+        self._byRoot[piece.root] = piece
+
+    def begin(self, level: kaVel.Coordinator):
+        """Stands for another level from now on, with nothing in it yet."""
+        self.level = level
+        self._byRoot.clear()
+
     def make(self, pattern: Pattern, name: str, given: dict[str, Any]) -> Piece:
         """A piece that nothing stands for yet."""
         self._last += 1
         piece = Piece(self._last, kaVel.Handle(), pattern)
         piece.setGiven(given)
         piece.setName(name)
+        piece._patternName = Parameters.nameOf(pattern)
         return piece
 
     def _collect(self, level: kaVel.Coordinator):
-        standings = Standing.Gatherer()
+        standings, places = Standing.Gatherer(), {}
         for entity in kaVel.descendants(level):
             built = entity.pattern
-            piece = self._found(entity, built) if isinstance(built, kaVel.BuiltFrom) and built.calls else None
+            isBuilt = isinstance(built, kaVel.BuiltFrom) and built.calls and built.atStart
+            piece = self._found(entity, built, places) if isBuilt else None
             standings.visit(entity, piece)
         for piece, standing in standings.found.items():
             piece.stand = standing
 
-    def _found(self, root: Any, built: kaVel.BuiltFrom) -> Piece | None:
-        if not built.atStart:
-            return None
+    def _found(self, root: Any, built: kaVel.BuiltFrom, places: dict[Any, Any]) -> Piece:
         self._last += 1
         piece = Piece(self._last, root, built.pattern)
         piece._built = built
         piece._name = root.getName()
-        piece.source = _LateSource(piece, built, piece._name, parentPath(root))
-        piece.above = self.pieceOf(root.parent)
+        parent = root.parent
+        if parent not in places:
+            self.hang(piece)
+            places[parent] = piece.above, piece.steps, pathInLevel(parent)
+        piece.above, piece.steps, path = places[parent]
+        path = levelChanges.parentInScripts(self.levelName, root) or path
+        piece.source = _LateSource(piece, built, _calledName(built) or piece._name, path)
+        piece._patternName = Parameters.nameOf(piece.pattern, piece._moduleOfCall())
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
         return piece
@@ -257,8 +290,16 @@ class _LateSource(Source):
     @property
     def given(self) -> dict[str, Any]:  # type: ignore
         if self._told is None:
-            self._told = Parameters.given(self._piece.pattern, self._built.arguments, self._built.options)
+            called = self._built.called or (self._built.arguments, self._built.options)
+            self._told = Parameters.given(self._piece.pattern, *called)
         return self._told
+
+
+def _calledName(built: kaVel.BuiltFrom) -> str:
+    """The name that the script gave, where a note has changed it."""
+    arguments, options = built.called or ((), {})
+    name = options.get('name', arguments[1] if len(arguments) > 1 else '')
+    return name if isinstance(name, str) else ''
 
 
 def parentPath(root: Any) -> str:

@@ -2,14 +2,137 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING
+from typing import Any
 
 import kaVel
-
-if TYPE_CHECKING:
-    from editor.source.Pieces import LevelPieces
+from editor.source import Files, Making, Parameters
+from editor.source.Pieces import LevelPieces, Piece
+from editor.source.Refused import Refused
 
 
 def follow(pieces: LevelPieces, level: kaVel.Coordinator):
-    """Has the pieces of a level stand for those of the level that took its place."""
-    raise NotImplementedError
+    """Has the pieces of a level stand for those of the level that took its place.
+
+    They are found by path and pattern. What was changed and not saved is changed again; what is not found is told.
+    """
+    Parameters.forget()
+    fresh = LevelPieces(level)
+    found = _paired(pieces, fresh)
+    pieces.begin(level)
+    numbers = {new: old for old, new in found.items()}
+    unsaved: list[tuple[Piece, str, dict[str, Any]]] = []
+    gone: list[Piece] = []
+    lost = [old for old in pieces.everyone() if old not in found]
+    for new in fresh.everyone():
+        old = numbers.get(new)
+        if old is None:
+            pieces.adopt(new)
+            continue
+        if old.removed:
+            gone.append(old)
+        wanted = _unsaved(old, new)
+        _stand(old, new)
+        pieces.enterFound(old)
+        if wanted:
+            unsaved.append((old, *wanted))
+    for piece in pieces.everyone():
+        if piece.above in numbers:
+            piece.above = numbers[piece.above]
+    _again(pieces, unsaved, gone, lost)
+
+
+def _paired(pieces: LevelPieces, fresh: LevelPieces) -> dict[Piece, Piece]:
+    """Old pieces and those that stand for them: by what they are now, or else by what the scripts said of them."""
+    pairs: dict[Piece, Piece] = {}
+    there = _byPath(fresh.everyone(), lambda piece: piece.path)
+    for known in (_byPath(pieces.all(), lambda piece: piece.path),
+                  _byPath([piece for piece in pieces.everyone() if piece.source], _pathInScripts)):
+        taken = set(pairs.values())
+        for key, old in known.items():
+            new = there.get(key)
+            if new and old not in pairs and new not in taken and new.patternName == old.patternName:
+                pairs[old] = new
+    return pairs
+
+
+def _pathInScripts(piece: Piece) -> str:
+    assert piece.source
+    return piece.source.parentPath + '/' + piece.source.name
+
+
+def _byPath(pieces: list[Piece], pathOf: Any) -> dict[tuple[str, int], Piece]:
+    counts: dict[str, int] = {}
+    found: dict[tuple[str, int], Piece] = {}
+    for piece in pieces:
+        path = pathOf(piece).lstrip('/')
+        found[path, counts.get(path, 0)] = piece
+        counts[path] = counts.get(path, 0) + 1
+    return found
+
+
+def _unsaved(old: Piece, new: Piece) -> tuple[str, dict[str, Any]] | None:
+    """Name and arguments of a piece with what was changed and not saved; None where that is nothing."""
+    before = old.saved or ((old.source.name, old.source.given) if old.source else (old.name, old.given))
+    name = old.name if old.name != before[0] else new.name
+    given = dict(new.given)
+    for key in {*before[1], *old.given}:
+        if before[1].get(key) != old.given.get(key):
+            if key in old.given:
+                given[key] = old.given[key]
+            else:
+                given.pop(key, None)
+    return (name, given) if name != new.name or given != new.given else None
+
+
+def _stand(old: Piece, new: Piece):
+    """Has a piece stand for what another one has found."""
+    old.root, old.pattern, old.source, old.stand = new.root, new.pattern, new.source, new.stand
+    old.above, old.steps, old.removed, old.saved = new.above, new.steps, False, None
+    old.setGiven(dict(new.given))
+    old.setName(new.name)
+
+
+def _again(pieces: LevelPieces, unsaved: list[tuple[Piece, str, dict[str, Any]]], gone: list[Piece],
+           lost: list[Piece]):
+    """Does again what was not saved, and forgets what is nowhere."""
+    edits = pieces.edits
+    properties = edits.properties if edits else {}
+    if edits:
+        edits.begin(Files.Texts(pieces.levelName))
+    for piece in lost:
+        _seek(pieces, piece, properties)
+    for piece, name, given in unsaved:
+        try:
+            piece.setGiven(given)
+            piece.setName(name)
+            Making.rebuild(pieces, piece, properties)
+        except Refused as error:
+            kaVel.log('%s was edited and not saved, and stays as its script has it: %s' % (piece, error))
+    for piece in gone:
+        root = piece.root
+        pieces.leave(piece)
+        Making.bury(root)
+    if edits:
+        edits.setAgain()
+
+
+def _seek(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any]):
+    """Builds a piece again that was added and not saved; any other one is gone from the scripts."""
+    wasAdded = piece.source is None and piece.saved is None and not piece.removed
+    piece.source, piece.root = None, kaVel.Handle()
+    try:
+        piece.pattern = Parameters.named(piece.patternName)
+    except LookupError:
+        wasAdded = False
+    parent: Any = piece.above.root if piece.above else pieces.level
+    for name, _ in piece.steps if parent else ():
+        parent = parent.getChild(name)
+    if wasAdded and parent:
+        try:
+            Making.build(pieces, piece, parent, properties)
+            return
+        except Refused as error:
+            kaVel.log(str(error))
+    if not piece.removed:
+        kaVel.log('%s is found no more in the level that was loaded anew' % piece)
+    piece.removed = True

@@ -94,12 +94,15 @@ class Splices:
             changed = False
             for statement in list(found):
                 above = self.script.parent(statement)
-                if isinstance(above, (ast.For, ast.With)) and above not in found and not getattr(above, 'orelse', None) \
-                        and above not in self._grown and all(each in found for each in above.body):
+                if isinstance(above, (ast.For, ast.With)) and self._isLeftBare(above, found):
                     found.add(above)
                     changed = True
         inner = {each for each in found if any(up in found for up in self.script.above(each))}
         return [each for each in found if each not in inner]
+
+    def _isLeftBare(self, above: ast.For | ast.With, gone: set[ast.stmt]) -> bool:
+        return (above not in gone and not getattr(above, 'orelse', None) and above not in self._grown
+                and all(each in gone for each in above.body))
 
     def _isEmptied(self, above: Any, statement: ast.stmt) -> bool:
         """Whether nothing but its docstring is left of a body, of which this is the first statement to go."""

@@ -1,8 +1,8 @@
 """Where the values of a call's arguments stand in the source: literals of the call, of a loop's table, of a caller.
 
-`Values` works out what an expression of a script comes to in a scope, and notes which nodes it came by; with other texts
-for some of these nodes it works out what the script would come to then. It understands what levels are written in:
-numbers, tables, names, sums and the few functions that place things, and says `Unknown` to all else.
+`Values` works out what an expression of a script comes to in a scope, and notes which nodes it came by; with other
+values for some of these nodes it works out what the script would come to then. It understands what levels are written
+in: numbers, tables, names, sums and the few functions that place things, and says `Unknown` to all else.
 """
 
 from __future__ import annotations

@@ -53,9 +53,6 @@ class Plan:
         for piece in left:
             self._notes.removed(piece)
         self._note(patches, changed)
-        for piece in everyone:
-            if piece.source and not piece.removed:
-                self._notes.stands(piece)
         adding = Adding(self._pieces, self._sites, self._levelScript(), self._splicesOf)
         added = [piece for piece in everyone if not piece.source and not piece.removed]
         self._configure(adding, {piece.number for piece in added})

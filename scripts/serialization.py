@@ -9,6 +9,7 @@ from __future__ import annotations
 from typing import Any
 
 import GameConfig
+import inspecting
 import kaVel
 import mods
 import settings
@@ -32,6 +33,11 @@ SETTINGS = {
     },
     'SoundSystem': {
         'overlays': mods.soundFolders(),
+    },
+    'TweakSystem': {
+        'keptFile': '' if GameConfig.headless else userFolders.file('config', 'tweakBars'),
+        'teller': inspecting.tell,
+        'font': '..\\assets\\fonts\\Andika-Regular.ttf',
     },
     'InputSystem': {
         'replayFile': GameConfig.played.input if GameConfig.played else GameConfig.replay,

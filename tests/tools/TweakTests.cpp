@@ -36,6 +36,8 @@ protected:
         thing.lookup()->setName(SCS("stalker"));
         thing.lookup()->setParent(level.level);
         tweaks().showObject(SCS("c:/stalker"));
+        const int place[] = {400, 8, 400, 700}; // high enough for all of its lines
+        TwSetParam(bar(), nullptr, "place", TW_PARAM_INT32, 4, place);
         frames(3);
     }
 
@@ -110,7 +112,7 @@ TEST_F(TweakBars, TheMouseAndTheKeyboardEditTheObject)
     const port::TweakPlace gait = line("gait").place;
     const int height = gait.bottom - gait.top;
     click(gait.left + 20, control("gait").y);
-    click(gait.left + 20, gait.bottom + 2 * height + height / 2 - 4);
+    click(gait.left + 20, gait.bottom + 3 * height);
     EXPECT_EQ(Probe::RUNS, stalker().gait);
 
     clickControl("name");

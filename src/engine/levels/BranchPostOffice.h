@@ -18,6 +18,8 @@ public:
     void registerMessageHandler(ReflectorPtr messageType, ReflectorPtr handler);
     /// Calls the level's handlers of a message type with the type and the payload.
     void submitMessage(ReflectorPtr messageType, SavedArguments &sa);
+    /// The handlers that are registered here.
+    const ListenerSets &getListeners() const { return listeners; }
 
 private:
     friend class PostOffice_;

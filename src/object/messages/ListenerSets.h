@@ -20,6 +20,14 @@ public:
     void deliver(const ReflectorPtr &messageType, SavedArguments &payload);
     /// Count of handlers of a type.
     std::size_t getHandlerCount(const ReflectorPtr &messageType) const;
+    /// Calls a function with each message type and handler; it may change nothing here.
+    template <class Function>
+    void forEach(const Function &function) const
+    {
+        for (const auto &[type, office] : offices)
+            for (const ReflectorPtr &handler : office.handlers)
+                function(type, handler);
+    }
 
 private:
     using ListenerSet = std::vector<ReflectorPtr>;

@@ -15,6 +15,8 @@ public:
     void registerMessageHandler(ReflectorPtr messageType, ReflectorPtr handler);
     /// Calls every handler of the message type with the type and the payload, here and then at the level's branch.
     void submitMessage(ReflectorPtr messageType, SavedArguments &sa);
+    /// The handlers that are registered here, not those of levels.
+    const ListenerSets &getListeners() const { return listeners; }
     void setBranchDelivery(BranchDelivery delivery) { branch = delivery; }
 
 private:

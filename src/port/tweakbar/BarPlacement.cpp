@@ -26,10 +26,14 @@ ImVec2 firstSize(const TwBar &bar)
     const float unit = ImGui::GetFontSize() / 13.0f;
     if (bar.width > 0 && bar.height > 0)
         return ImVec2(static_cast<float>(bar.width) * unit, static_cast<float>(bar.height) * unit);
-    constexpr float width = 400.0f, largestHeight = 600.0f;
-    std::size_t lines = 3;
+    constexpr float width = 350.0f, largestHeight = 560.0f;
+    int lines = 3;
     for (std::size_t i = 0; i < bar.vars.size(); ++i)
-        lines += i == 0 || bar.vars[i]->group != bar.vars[i - 1]->group ? 2 : 1;
+    {
+        const TweakVar &var = *bar.vars[i];
+        const bool isFirst = i == 0 || var.group != bar.vars[i - 1]->group;
+        lines += (isFirst && !var.group.empty() ? 1 : 0) + (var.closed ? 0 : std::max(var.rows, 1));
+    }
     return ImVec2(width * unit, std::min(largestHeight * unit,
                                          static_cast<float>(lines) * (ImGui::GetFrameHeightWithSpacing() + 2.0f)));
 }
@@ -52,7 +56,19 @@ ImRect moveInside(ImRect rect, ImVec2 window)
     const ImVec2 at(std::clamp(rect.Min.x, 0.0f, window.x - size.x), std::clamp(rect.Min.y, 0.0f, window.y - size.y));
     return ImRect(at, ImVec2(at.x + size.x, at.y + size.y));
 }
+TweakPlace placeOf(ImVec2 at, ImVec2 size)
+{
+    return {static_cast<int>(at.x), static_cast<int>(at.y), static_cast<int>(at.x + size.x),
+            static_cast<int>(at.y + size.y)};
+}
 } // namespace
+
+TweakPlace placeOfWindow(TwBar &bar)
+{
+    const ImGuiWindow &window = *ImGui::GetCurrentWindow();
+    bar.place = placeOf(window.Pos, window.SizeFull); // a folded bar comes up unfolded
+    return placeOf(window.Pos, window.Size);
+}
 
 TweakPlace findRoom(int width, int height, int windowWidth, int windowHeight, const std::vector<TweakPlace> &others)
 {

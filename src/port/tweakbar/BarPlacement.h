@@ -12,6 +12,9 @@ namespace port
 /// is, it is moved back into the window, and made smaller where it is larger than that.
 void placeBar(TwBar &bar, const std::vector<TweakPlace> &others);
 
+/// Notes where the bar stands that is being laid out, and gives what of the window it covers.
+TweakPlace placeOfWindow(TwBar &bar);
+
 /// Where a bar of a size would cover the least of the others: columns from the top left, then below each other.
 TweakPlace findRoom(int width, int height, int windowWidth, int windowHeight, const std::vector<TweakPlace> &others);
 

@@ -74,7 +74,6 @@ void BarRenderer::create()
     describe(vertexArray, 2, 4, GL_UNSIGNED_BYTE, true, offsetof(ImDrawVert, col));
     glVertexArrayVertexBuffer(vertexArray, 0, vertices, 0, sizeof(ImDrawVert));
     glVertexArrayElementBuffer(vertexArray, indices);
-    makeFontTexture();
 }
 
 void BarRenderer::makeFontTexture()
@@ -102,8 +101,15 @@ void BarRenderer::release()
     glDeleteVertexArrays(1, &vertexArray);
     glDeleteBuffers(1, &vertices);
     glDeleteBuffers(1, &indices);
-    glDeleteTextures(1, &fontTexture);
     program = 0;
+    dropFont();
+}
+
+void BarRenderer::dropFont()
+{
+    if (fontTexture != 0)
+        glDeleteTextures(1, &fontTexture);
+    fontTexture = 0;
 }
 
 void BarRenderer::draw(const ImDrawData &data, int drawableWidth, int drawableHeight)
@@ -112,6 +118,8 @@ void BarRenderer::draw(const ImDrawData &data, int drawableWidth, int drawableHe
         return;
     if (program == 0)
         create();
+    if (fontTexture == 0)
+        makeFontTexture();
     setState(data, drawableWidth, drawableHeight);
     for (int i = 0; i < data.CmdListsCount; ++i)
         drawList(*data.CmdLists[i], data, drawableHeight);

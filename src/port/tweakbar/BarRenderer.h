@@ -15,6 +15,8 @@ public:
     void draw(const ImDrawData &data, int drawableWidth, int drawableHeight);
     /// Deletes everything; the device's context must still be there.
     void release();
+    /// Lets go of the font's letters, which are others now.
+    void dropFont();
 
 private:
     void create();

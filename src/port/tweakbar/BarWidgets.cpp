@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <imgui/imgui.h>
+#include <utility>
 
 namespace port
 {
@@ -68,6 +69,39 @@ void layOutControl(TweakVar &var)
     tellEdited(var);
 }
 
+/// What a right click on the last item offers.
+void showMenu(TweakVar &var)
+{
+    if (var.menu.empty() || !ImGui::BeginPopupContextItem("menu"))
+        return;
+    for (std::size_t i = 0; i < var.menu.size() && !var.removed; ++i)
+        if (ImGui::MenuItem(var.menu[i].c_str()))
+            var.menuChosen(static_cast<int>(i), var.clientData);
+    ImGui::EndPopup();
+}
+
+/// The name of a line, which marks itself where it has a menu.
+void layOutName(TweakVar &var)
+{
+    ImGui::AlignTextToFramePadding();
+    if (var.menu.empty())
+        ImGui::TextUnformatted(var.label.c_str());
+    else
+    {
+        const ImVec2 at = ImGui::GetCursorPos();
+        ImGui::Selectable("##name", false, ImGuiSelectableFlags_None, ImVec2(0.0f, ImGui::GetFrameHeight()));
+        showMenu(var);
+        showHelp(var.help);
+        const ImVec2 after = ImGui::GetCursorPos();
+        ImGui::SetCursorPos(at);
+        ImGui::AlignTextToFramePadding();
+        ImGui::TextUnformatted(var.label.c_str());
+        ImGui::SetCursorPos(after);
+        return;
+    }
+    showHelp(var.help);
+}
+
 /// A line of two columns: what it is, and its control.
 void layOutLine(TweakVar &var)
 {
@@ -84,9 +118,7 @@ void layOutLine(TweakVar &var)
         return;
     }
     ImGui::PushID(var.name.c_str());
-    ImGui::AlignTextToFramePadding();
-    ImGui::TextUnformatted(var.label.c_str());
-    showHelp(var.help);
+    layOutName(var);
     ImGui::TableNextColumn();
     ImGui::SetNextItemWidth(-1.0f);
     layOutControl(var);
@@ -231,7 +263,8 @@ void layOutStretched(TwBar &bar, std::size_t index, BarPictures &pictures)
     TweakVar &var = *bar.vars[index];
     if (!var.label.empty())
         ImGui::TextUnformatted(var.label.c_str());
-    const float height = heightOfStretched(bar, index);
+    const float line = ImGui::GetTextLineHeightWithSpacing();
+    const float height = var.rows > 0 ? static_cast<float>(var.rows) * line + line : heightOfStretched(bar, index);
     if (var.kind == TweakVar::LIST)
         layOutList(var, height);
     else
@@ -245,9 +278,10 @@ std::size_t layOutNext(TwBar &bar, std::size_t index, std::size_t last, BarPictu
     if (standsInTable(bar.vars, index, last))
         return layOutTable(bar, index, last);
     TweakVar &var = *bar.vars[index];
-    if (var.kind != TweakVar::GRAPH && !var.isStretched())
+    const bool isList = var.kind == TweakVar::LIST || var.kind == TweakVar::PICTURES;
+    if (var.kind != TweakVar::GRAPH && !isList)
         return layOutRow(bar, index, last);
-    if (var.isStretched())
+    if (isList)
         layOutStretched(bar, index, pictures);
     else
     {
@@ -261,7 +295,8 @@ std::size_t layOutNext(TwBar &bar, std::size_t index, std::size_t last, BarPictu
 void layOutGroup(TwBar &bar, std::size_t first, std::size_t last, BarPictures &pictures)
 {
     const std::string group = bar.vars[first]->group;
-    if (!group.empty() && !ImGui::CollapsingHeader(group.c_str(), ImGuiTreeNodeFlags_DefaultOpen))
+    const ImGuiTreeNodeFlags open = bar.vars[first]->closed ? 0 : ImGuiTreeNodeFlags_DefaultOpen;
+    if (!group.empty() && !ImGui::CollapsingHeader(group.c_str(), open))
     {
         for (std::size_t i = first; i < last; ++i)
             bar.vars[i]->place = {};
@@ -292,6 +327,8 @@ TweakPlace layOutBar(TwBar &bar, const std::vector<TweakPlace> &others, BarPictu
     placeBar(bar, others);
     // The title may change; what stands behind the marks tells the windows apart.
     const std::string title = bar.label + "###" + bar.name;
+    if (std::exchange(bar.front, false))
+        ImGui::SetNextWindowFocus();
     if (ImGui::Begin(title.c_str(), &bar.visible))
     {
         if (!bar.help.empty())
@@ -304,10 +341,9 @@ TweakPlace layOutBar(TwBar &bar, const std::vector<TweakPlace> &others, BarPictu
         }
         layOutLines(bar, pictures);
     }
-    const ImVec2 place = ImGui::GetWindowPos(), size = ImGui::GetWindowSize();
+    const TweakPlace seen = placeOfWindow(bar);
     ImGui::End();
-    return {static_cast<int>(place.x), static_cast<int>(place.y), static_cast<int>(place.x + size.x),
-            static_cast<int>(place.y + size.y)};
+    return seen;
 }
 
 } // namespace port

@@ -61,6 +61,8 @@ int setBarParam(TwBar &bar, const Param &param)
     }
     else if (param.isInts("place", 4))
         bar.wanted = {param.ints()[0], param.ints()[1], param.ints()[2], param.ints()[3]};
+    else if (param.isInts("front", 1))
+        bar.front = *param.ints() != 0;
     else if (param.isInts("always", 1))
         bar.always = *param.ints() != 0;
     else
@@ -84,8 +86,11 @@ std::vector<std::string> linesOf(const std::string &text)
 /// A switch of a variable by its name; null where there is none.
 bool *findSwitch(port::TweakVar &var, std::string_view name)
 {
-    const std::pair<std::string_view, bool *> switches[] = {
-        {"enabled", &var.enabled}, {"marked", &var.marked}, {"sameline", &var.sameLine}, {"live", &var.live}};
+    const std::pair<std::string_view, bool *> switches[] = {{"enabled", &var.enabled},
+                                                            {"marked", &var.marked},
+                                                            {"sameline", &var.sameLine},
+                                                            {"live", &var.live},
+                                                            {"closed", &var.closed}};
     for (const auto &[known, value] : switches)
         if (known == name)
             return value;
@@ -104,6 +109,8 @@ int setVarParam(port::TweakVar &var, const Param &param)
         var.group = param.text();
     else if (param.isText("error"))
         var.error = param.text();
+    else if (param.isInts("rows", 1))
+        var.rows = *param.ints();
     else if (param.isText("choices"))
         var.choices = linesOf(param.text());
     else if (param.isDouble("min"))
@@ -261,6 +268,16 @@ int TwSetEditedCB(TwBar *bar, const char *name, TwButtonCallback edited)
     return 1;
 }
 
+int TwSetMenuCB(TwBar *bar, const char *name, const char *texts, TwMenuCallback chosen)
+{
+    port::TweakVar *var = bar ? bar->find(name) : nullptr;
+    if (!var)
+        return fail("there is no variable to give a menu to");
+    var->menu = linesOf(texts);
+    var->menuChosen = chosen;
+    return 1;
+}
+
 int TwAddLinkCB(TwBar *bar, const char *name, TwGetVarCallback getCallback, TwButtonCallback pressed, void *clientData)
 {
     port::TweakVar *var = addLine(bar, name, port::TweakVar::LINK, clientData);
@@ -323,8 +340,16 @@ int TwGetParam(TwBar *bar, const char *varName, const char *paramName, TwParamVa
                void *values)
 {
     const Param param{paramName, type, maxCount, values};
-    if (!bar || varName || !param.isInts("visible", 1))
+    int *out = static_cast<int *>(values);
+    if (bar && !varName && param.isInts("visible", 1))
+        *out = bar->visible;
+    else if (bar && !varName && param.isInts("place", 4))
+    {
+        const port::TweakPlace &at = bar->place;
+        const int place[] = {at.left, at.top, at.right - at.left, at.bottom - at.top};
+        std::copy(std::begin(place), std::end(place), out);
+    }
+    else
         return fail("there is no such parameter to read: " + std::string(paramName));
-    *static_cast<int *>(values) = bar->visible;
     return 1;
 }

@@ -32,7 +32,7 @@ struct TweakVar
     };
 
     /// Whether it takes the room that other lines leave.
-    bool isStretched() const { return kind == LIST || kind == PICTURES; }
+    bool isStretched() const { return (kind == LIST || kind == PICTURES) && rows == 0; }
 
     std::string name;
     std::string label; ///< shown; the name until it is set
@@ -49,6 +49,8 @@ struct TweakVar
     TwPictureCallbacks pictures{};
     TwGraphCallback graph = nullptr;
     void *clientData = nullptr;
+    TwMenuCallback menuChosen = nullptr;
+    std::vector<std::string> menu;    ///< texts of the lines that a right click shows
     std::vector<std::string> choices; ///< texts of a whole number from 0; empty: it is a number
     std::optional<double> min;
     std::optional<double> max;
@@ -56,6 +58,8 @@ struct TweakVar
     bool enabled = true;
     bool marked = false;   ///< a button that looks pressed
     bool sameLine = false; ///< stands beside the one before
+    bool closed = false;   ///< the heading of its group is closed at first
+    int rows = 0;          ///< lines of a list; 0: the room that is left
     bool live = false;     ///< a text is set with each letter
 
     std::string typed;             ///< a text while it is being typed; what is searched for among pictures
@@ -89,10 +93,12 @@ public:
     std::vector<std::unique_ptr<port::TweakVar>> vars;
     bool visible = true;
     bool always = false;  ///< drawn even where only such bars are
+    bool front = false;   ///< comes before the others when it is next drawn
     bool deleted = false; ///< goes when nobody draws any more
     int width = 0;        ///< pixels; 0: the backend chooses
     int height = 0;
     std::optional<std::array<int, 4>> wanted; ///< left, top, width, height, until it has been put there
+    port::TweakPlace place;                   ///< as last drawn
     std::vector<std::unique_ptr<port::TweakVar>> removed;
     unsigned version = 0; ///< counts what was taken away
 };

@@ -5,6 +5,7 @@
 #include "port/d3d9/D3D9Extras.h"
 #include "port/d3d9/DebugText.h"
 #include "port/d3d9/PngFile.h"
+#include "port/win32/Clipboard.h"
 #include "port/win32/Diagnostics.h"
 
 #include <algorithm>
@@ -71,6 +72,8 @@ bool ImGuiBackend::draw()
         return true; // the device is lost: nothing to draw on
     if (!context)
         makeContext();
+    if (font.fit(height))
+        renderer.dropFont();
     beginFrame();
     pictures.beginFrame(device);
     std::vector<TweakPlace> places;
@@ -90,12 +93,15 @@ void ImGuiBackend::makeContext()
     ImGuiIO &io = ImGui::GetIO();
     io.IniFilename = nullptr; // the install folder may be read only, and a run must not depend on the last one
     io.ConfigFlags |= ImGuiConfigFlags_NoMouseCursorChange;
-    ImGui::StyleColorsDark();
-    ImGui::GetStyle().WindowRounding = 4.0f;
-    ImGui::GetStyle().Colors[ImGuiCol_WindowBg].w = 0.96f;
-    unsigned char *pixels = nullptr;
-    int fontWidth = 0, fontHeight = 0;
-    io.Fonts->GetTexDataAsAlpha8(&pixels, &fontWidth, &fontHeight);
+    io.ConfigDragClickToInputText = true;
+    io.SetClipboardTextFn = [](void *, const char *text) { setClipboardText(text); };
+    io.GetClipboardTextFn = [](void *)
+    {
+        static std::string text; // until the next call, as the library wants it
+        text = clipboardText();
+        return text.c_str();
+    };
+    font.reset();
     lastDraw = 0;
 }
 

@@ -1,6 +1,7 @@
 // ImGuiBackend: the debug bars on Dear ImGui.
 #pragma once
 
+#include "port/tweakbar/BarFont.h"
 #include "port/tweakbar/BarInput.h"
 #include "port/tweakbar/BarPictures.h"
 #include "port/tweakbar/BarRenderer.h"
@@ -33,6 +34,7 @@ public:
     void capture(const char *pngFile) { captureFile = pngFile; }
     /// What bars are shown the messages of.
     BarInput &getInput() { return input; }
+    BarFont &getFont() { return font; }
     bool hasMouse() const { return shown && input.wantsMouse(); }
     bool hasKeyboard() const { return shown && input.wantsKeyboard(); }
 
@@ -49,6 +51,7 @@ private:
     BarRenderer renderer;
     BarInput input;
     BarPictures pictures;
+    BarFont font;
     int width = 0;  ///< pixels; 0 while the device is lost
     int height = 0; ///< pixels
     bool shown = false;

@@ -36,6 +36,11 @@ bool port::tweakBarsHaveTheKeyboard()
     return ImGuiBackend::get().hasKeyboard();
 }
 
+void port::setTweakBarFont(const char *file, float size, int windowHeight)
+{
+    ImGuiBackend::get().getFont().set(file, size, windowHeight);
+}
+
 void port::captureTweakBars(const char *pngFile)
 {
     ImGuiBackend::get().capture(pngFile);

@@ -41,6 +41,7 @@ enum TwType : int
     TW_TYPE_STDSTRING, ///< std::string
     TW_TYPE_COLOR4F,   ///< float[4]: red, green, blue, alpha
     TW_TYPE_VEC4F,     ///< float[4]
+    TW_TYPE_VEC3F,     ///< float[3]
     TW_TYPE_QUAT4F,    ///< float[4]: x, y, z, w; set with a length of 1
     TW_TYPE_COUNT
 };
@@ -63,6 +64,8 @@ enum TwParamValueType
 typedef void (*TwGetVarCallback)(void *value, void *clientData);
 typedef void (*TwSetVarCallback)(const void *value, void *clientData);
 typedef void (*TwButtonCallback)(void *clientData);
+/// Tells which line of a menu was chosen, from 0.
+typedef void (*TwMenuCallback)(int line, void *clientData);
 
 /// One line of a list, for its callback to fill in.
 struct TwListRow
@@ -126,6 +129,8 @@ int TwAddVarCB(TwBar *bar, const char *name, TwType type, TwSetVarCallback setCa
                void *clientData);
 /// Has a variable tell when an edit is over: the mouse let go, Enter pressed.
 int TwSetEditedCB(TwBar *bar, const char *name, TwButtonCallback edited);
+/// Gives a variable a menu that a right click on it opens; its texts stand on lines of their own.
+int TwSetMenuCB(TwBar *bar, const char *name, const char *texts, TwMenuCallback chosen);
 /// Adds a text, got as std::string, with a button beside it unless it is empty.
 int TwAddLinkCB(TwBar *bar, const char *name, TwGetVarCallback getCallback, TwButtonCallback pressed, void *clientData);
 /// Adds a button with its label on it.
@@ -141,13 +146,14 @@ int TwAddGraphCB(TwBar *bar, const char *name, TwGraphCallback getCallback, void
 ///
 /// Of both: label; help, which a bar shows below its title and a variable beside the mouse. Of a bar: visible (int),
 /// size (2 ints, pixels), place (4 ints: left, top, width, height; a negative left or top counts from the right or lower
-/// edge), always (int: drawn even where only such bars are, see showTweakBars). Of a variable: group (heading it stands
+/// edge), always (int: drawn even where only such bars are, see showTweakBars), front (int: comes up before the others). Of a variable: group (heading it stands
 /// under), error (shown below it; empty for none), min, max and step (doubles), enabled, marked, sameline (stands beside
-/// the one before), live (a text is set with each letter; ints), choices (texts for the whole numbers from 0, a line
-/// each). A bar that the user closed is not visible.
+/// the one before), live (a text is set with each letter), closed (its group's heading is closed at first), rows (lines that a list
+/// shows, in place of sharing the room; ints), choices (texts for the whole numbers from 0, a line each). A bar that the
+/// user closed is not visible.
 int TwSetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int count,
                const void *values);
-/// Reads an option of a bar, that is visible.
+/// Reads an option of a bar: visible, or the place where it stands (4 ints as above; all 0 before it was drawn).
 int TwGetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int maxCount,
                void *values);
 
@@ -184,6 +190,10 @@ bool tweakBarsHaveTheMouse();
 
 /// Whether a text on a bar is being typed.
 bool tweakBarsHaveTheKeyboard();
+
+/// Sets the font of all bars, a designed path, and its size in a window of a height, both in pixels; larger windows have
+/// larger letters. A file that cannot be read leaves the built-in font.
+void setTweakBarFont(const char *file, float size, int windowHeight);
 
 /// Writes the window with its bars into a PNG file when they are next drawn. The path is a designed one.
 void captureTweakBars(const char *pngFile);

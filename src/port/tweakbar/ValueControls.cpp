@@ -163,6 +163,13 @@ void vectorControl(TweakVar &var)
 
 constexpr float DEGREES = 57.29577951f;
 
+void threeControl(TweakVar &var)
+{
+    auto value = read<FourFloats>(var);
+    if (axes(var, value.f, 3, 0.005, "%.3f"))
+        write(var, &value);
+}
+
 /// Turn about y, pitch about x, roll about z, applied in the order roll, pitch, turn; degrees in the order x, y, z.
 void toAngles(const FourFloats &q, float *angles)
 {
@@ -239,6 +246,8 @@ void layOutValue(TweakVar &var)
         return colorControl(var);
     case TW_TYPE_VEC4F:
         return vectorControl(var);
+    case TW_TYPE_VEC3F:
+        return threeControl(var);
     case TW_TYPE_QUAT4F:
         return rotationControl(var);
     default:

@@ -2,73 +2,21 @@
 
 #include "tools/bars/BarValues.h"
 #include "tools/bars/ObjectPath.h"
+#include "tools/bars/Subscriptions.h"
+#include "tools/bars/TweakSystem.h"
 
-#include "object/reflection/DoxyElement.h"
-#include "object/tree/Object.h"
-#include "object/reflection/SavedArguments.h"
+#include "ai/trees/BTComponent.h"
+#include "engine/entities/ComponentKeys.h"
+#include "engine/entities/Entity.h"
+#include "engine/transforms/TransformComponent.h"
 #include "port/tweakbar/TweakBar.h"
 
 #include <algorithm>
-#include <cstring>
+#include <cstdio>
 
 namespace
 {
-const DoxyElement *recordOf(const ReflectorPtr &thing)
-{
-    return dynamic_cast<const DoxyElement *>(thing.get());
-}
-
-/// Whether calling the getter leaves the object as it is, as far as its declaration promises.
-bool isSafeToRead(const DoxyElement &type, const PropertyDesc &desc)
-{
-    if (!desc.getGetter())
-        return false;
-    if (desc.getSetter())
-        return true;
-    for (const DoxyRef &member : type.getMemberRefs())
-        if (member.obj == desc.getGetter().get())
-            return member.isConst;
-    return false;
-}
-
-bool endsWith(const std::string &text, const char *end)
-{
-    const std::size_t length = std::strlen(end);
-    return text.size() >= length && text.compare(text.size() - length, length, end) == 0;
-}
-
-bool isColorName(const std::string &name)
-{
-    return endsWith(name, "olor") || endsWith(name, "olour");
-}
-
-/// The bar type of a reflected enum.
-TwType barTypeOf(const ReflectorPtr &enumeration)
-{
-    const IReflectedThing::MemberList members = enumeration->getMemberList();
-    std::vector<TwEnumVal> values;
-    std::vector<String> texts; // keeps the labels while they are handed over
-    for (const ReflectorPtr &member : members)
-    {
-        texts.push_back(member->getName());
-        values.push_back({member->getEnumValue(), texts.back().toCString()});
-    }
-    return TwDefineEnum(enumeration->getQualifiedName().toCString(), values.data(),
-                        static_cast<unsigned>(values.size()));
-}
-
-bool isEnum(const ReflectorPtr &type)
-{
-    return type && type->getKind() == IReflectedThing::ENUM;
-}
-
-const char *typeName(const Variant &value)
-{
-    static constexpr const char *names[Variant::VT_NUM_TYPES] = {"value",           "whole number", "bool", "number",
-                                                                 "reflected thing", "object",       "text", "Vec4",
-                                                                 "script object",   "Quaternion"};
-    return names[value.getType()];
-}
+constexpr int LONGEST_LIST = 8; ///< rows of children or handlers that show without scrolling
 
 /// "lamp/transform: TransformComponent": what a component belongs to says more than its own name.
 String titleOf(const Object &object)
@@ -78,25 +26,175 @@ String titleOf(const Object &object)
     return String::format("%s%s%s: %s", isDeep ? parent->getName().toCString() : "", isDeep ? "/" : "",
                           object.getName().toCString(), object.getType()->getName().toCString());
 }
+
+bool isComponent(const Object &object)
+{
+    return object.getType()->isSubclassOf(AbstractComponent::staticType);
+}
+
+template <class T>
+Handle<T> componentOf(const Handle<Object> &object, const String &key)
+{
+    const auto live = object.lookup();
+    return live ? handle_cast<T>(live->getChild(key)) : Handle<T>();
+}
 } // namespace
 
-ObjectBar::ObjectBar(const Handle<Object> &object, Opener open) : object(object), open(std::move(open))
+ObjectBar::ObjectBar(const Handle<Object> &object) : object(object), path(objectPath(object))
 {
     const auto target = object.lookup();
-    const DoxyElement *type = recordOf(target->getType());
     bar = TwNewBar(String::format("object %u", object.getNumber()).toCString());
-    TwSetParam(bar, nullptr, "label", TW_PARAM_CSTRING, 1, titleOf(*target).toCString());
-    TwSetParam(bar, nullptr, "help", TW_PARAM_CSTRING, 1, objectPath(object).toCString());
-    if (!type)
-        return; // a class of a script's own: nothing is known of it
-    for (const PropertyDesc &desc : type->getPropertyList())
-        if (isSafeToRead(*type, desc))
-            addProperty(*type, desc);
+    setText(nullptr, "label", titleOf(*target));
+    setText(nullptr, "help", path);
+    addHead();
+    const Handle<TransformComponent> transform = componentOf<TransformComponent>(object, ComponentKeys::transform);
+    if (transform.isValid())
+    {
+        place = std::make_unique<PlaceLines>(object, transform);
+        place->addTo(bar);
+    }
+    addPropertyLines(bar, object, "", String(), lines);
+    addComponents();
+    addSubscriptions();
+    addChildren();
 }
 
 ObjectBar::~ObjectBar()
 {
     TwDeleteBar(bar);
+}
+
+void ObjectBar::setText(const char *line, const char *parameter, const String &text)
+{
+    TwSetParam(bar, line, parameter, TW_PARAM_CSTRING, 1, text.toCString());
+}
+
+void ObjectBar::addButton(const char *name, const char *help, void (*pressed)(void *), bool beside)
+{
+    const std::string line = std::string("head ") + name; // a property may have the same name
+    TwAddButton(bar, line.c_str(), pressed, this);
+    setText(line.c_str(), "label", String::copyFrom(name));
+    setText(line.c_str(), "help", String::copyFrom(help));
+    const int number = beside;
+    TwSetParam(bar, line.c_str(), "sameline", TW_PARAM_INT32, 1, &number);
+}
+
+void ObjectBar::addHead()
+{
+    addButton(
+        "parent", "Opens the bar of what it stands below.",
+        [](void *self)
+        {
+            if (const auto live = static_cast<ObjectBar *>(self)->object.lookup(); live && live->getParent().isValid())
+                getSystemDeref<TweakSystem>().addBar(live->getParent());
+        },
+        false);
+    addButton(
+        "copy as Python", "Copies the call that made it, or its path where no pattern did.",
+        [](void *self)
+        {
+            TweakSystem &tweaks = getSystemDeref<TweakSystem>();
+            tweaks.copy(tweaks.tell(static_cast<ObjectBar *>(self)->object, SCS("call")));
+        },
+        true);
+    addButton(
+        "copy place", "Copies the file and line of the script that made it.",
+        [](void *self)
+        {
+            TweakSystem &tweaks = getSystemDeref<TweakSystem>();
+            tweaks.copy(tweaks.tell(static_cast<ObjectBar *>(self)->object, SCS("place")));
+        },
+        true);
+    const String from = getSystemDeref<TweakSystem>().tell(object, SCS("place"));
+    if (!from.empty())
+        setText(nullptr, "help", path + SCS("\n") + from);
+    if (!componentOf<BTComponent>(object, ComponentKeys::behaviors).isValid())
+        return;
+    TwAddVarCB(
+        bar, "head why", TW_TYPE_STDSTRING, nullptr,
+        [](void *value, void *self)
+        {
+            const auto mind =
+                componentOf<BTComponent>(static_cast<ObjectBar *>(self)->object, ComponentKeys::behaviors).lookup();
+            BarValues::toBar(mind ? mind->getWhy() : String(), value);
+        },
+        this);
+    setText("head why", "label", String());
+    setText("head why", "help", SCS("What the creature does and why."));
+}
+
+void ObjectBar::addComponents()
+{
+    if (!object.lookup()->getType()->isSubclassOf(Entity::staticType))
+        return;
+    const Object::ChildList children(object.lookup()->children_begin(), object.lookup()->children_end());
+    for (const Handle<Object> &child : children)
+    {
+        const auto component = child.lookup();
+        if (!component || !isComponent(*component))
+            continue;
+        const String key = component->getName();
+        const String heading = String::format("%s: %s", key.toCString(), component->getType()->getName().toCString());
+        addPropertyLines(bar, child, std::string(key.toCString()) + "/", heading, lines);
+    }
+}
+
+void ObjectBar::addSubscriptions()
+{
+    subscriptions = subscriptionsOf(object);
+    if (subscriptions.empty())
+        return;
+    const TwListCallbacks list = {
+        [](void *self) { return static_cast<unsigned>(static_cast<ObjectBar *>(self)->subscriptions.size()); },
+        [](unsigned index, TwListRow *row, void *self)
+        {
+            std::snprintf(row->text, sizeof(row->text), "%s",
+                          static_cast<ObjectBar *>(self)->subscriptions[index].toCString());
+        },
+        [](unsigned index, int, void *self)
+        { getSystemDeref<TweakSystem>().copy(static_cast<ObjectBar *>(self)->subscriptions[index]); }};
+    TwAddListCB(bar, "messages", &list, this);
+    setText("messages", "label", String());
+    setText("messages", "group", SCS("Messages that it hears"));
+    const int rows = std::min(static_cast<int>(subscriptions.size()), LONGEST_LIST);
+    TwSetParam(bar, "messages", "rows", TW_PARAM_INT32, 1, &rows);
+}
+
+void ObjectBar::addChildren()
+{
+    const std::size_t count = object.lookup()->getChildCount();
+    if (count == 0)
+        return;
+    const TwListCallbacks list = {
+        [](void *self)
+        {
+            const auto live = static_cast<ObjectBar *>(self)->object.lookup();
+            return live ? static_cast<unsigned>(live->getChildCount()) : 0u;
+        },
+        [](unsigned index, TwListRow *row, void *self) { static_cast<ObjectBar *>(self)->fillChild(index, *row); },
+        [](unsigned index, int, void *self) { static_cast<ObjectBar *>(self)->openChild(index); }};
+    TwAddListCB(bar, "children", &list, this);
+    setText("children", "label", String());
+    setText("children", "group", SCS("Below it"));
+    const int rows = static_cast<int>(std::min<std::size_t>(count, LONGEST_LIST));
+    TwSetParam(bar, "children", "rows", TW_PARAM_INT32, 1, &rows);
+}
+
+void ObjectBar::fillChild(unsigned index, TwListRow &row) const
+{
+    const auto live = object.lookup();
+    if (!live || index >= live->getChildCount())
+        return;
+    if (const auto child = (live->children_begin() + index)->lookup())
+        std::snprintf(row.text, sizeof(row.text), "%s  (%s)", child->getName().toCString(),
+                      child->getType()->getName().toCString());
+}
+
+void ObjectBar::openChild(unsigned index) const
+{
+    const auto live = object.lookup();
+    if (live && index < live->getChildCount())
+        getSystemDeref<TweakSystem>().addBar(*(live->children_begin() + index));
 }
 
 bool ObjectBar::isOpen() const
@@ -107,134 +205,23 @@ bool ObjectBar::isOpen() const
 
 void ObjectBar::show()
 {
-    setVisible(true);
+    setSwitch("visible", true);
+    setSwitch("front", true);
 }
 
 void ObjectBar::hide()
 {
-    setVisible(false);
+    setSwitch("visible", false);
 }
 
-void ObjectBar::setVisible(bool val)
+void ObjectBar::setSwitch(const char *parameter, bool val)
 {
-    const int visible = val;
-    TwSetParam(bar, nullptr, "visible", TW_PARAM_INT32, 1, &visible);
+    const int number = val;
+    TwSetParam(bar, nullptr, parameter, TW_PARAM_INT32, 1, &number);
 }
 
 bool ObjectBar::setRange(const String &property, double min, double max)
 {
     return TwSetParam(bar, property.toCString(), "min", TW_PARAM_DOUBLE, 1, &min) &&
            TwSetParam(bar, property.toCString(), "max", TW_PARAM_DOUBLE, 1, &max);
-}
-
-void ObjectBar::addProperty(const DoxyElement &type, const PropertyDesc &desc)
-{
-    auto property = std::make_unique<Property>(Property{this, desc, std::string(desc.getName().toCString()), String()});
-    const ErrorReturn<Variant> value = property->read();
-    // Not every function named like a getter is one: some want arguments, some give what no Variant holds.
-    if (!value.succeeded() && value.code.getCode() != ErrorCode::BAD_HANDLE)
-        return;
-    const bool isItself = value.value.getType() == Variant::VT_HANDLE && value.value.as<Handle<Object>>() == object;
-    if (isItself || !addVariable(*property, value.value))
-        return;
-    describe(*property, value.value);
-    properties.push_back(std::move(property));
-}
-
-bool ObjectBar::addVariable(Property &property, const Variant &value)
-{
-    const bool canSet = static_cast<bool>(property.desc.getSetter());
-    const auto add = [&]<class T>(TwType type, T *)
-    { return TwAddVarCB(bar, property.name.c_str(), type, canSet ? &setValue<T> : nullptr, &getValue<T>, &property); };
-    const ReflectorPtr type = property.desc.getGetter()->getReturnType();
-    switch (value.getType())
-    {
-    case Variant::VT_BOOL:
-        return add(TW_TYPE_BOOLCPP, static_cast<bool *>(nullptr));
-    case Variant::VT_INT64:
-        return add(isEnum(type) ? barTypeOf(type) : TW_TYPE_INT64, static_cast<std::int64_t *>(nullptr));
-    case Variant::VT_FLOAT:
-        return add(TW_TYPE_DOUBLE, static_cast<double *>(nullptr));
-    case Variant::VT_STRING:
-        return add(TW_TYPE_STDSTRING, static_cast<String *>(nullptr));
-    case Variant::VT_VECTOR:
-        return add(isColorName(property.name) ? TW_TYPE_COLOR4F : TW_TYPE_VEC4F, static_cast<Vec4 *>(nullptr));
-    case Variant::VT_QUATERNION:
-        return add(TW_TYPE_QUAT4F, static_cast<Quaternion *>(nullptr));
-    case Variant::VT_HANDLE:
-        return TwAddLinkCB(bar, property.name.c_str(), &getDescription, &followLink, &property);
-    default:
-        return TwAddVarCB(bar, property.name.c_str(), TW_TYPE_STDSTRING, nullptr, &getDescription, &property);
-    }
-}
-
-void ObjectBar::describe(const Property &property, const Variant &value)
-{
-    const DoxyElement *getter = recordOf(property.desc.getGetter());
-    const DoxyElement *setter = recordOf(property.desc.getSetter());
-    if (!getter)
-        return;
-    const char *comment = getter->getBriefDescription();
-    if (setter && !*comment)
-        comment = setter->getBriefDescription();
-    const ReflectorPtr type = getter->getReturnType();
-    const String typeText = type ? type->getQualifiedName() : String::copyFrom(typeName(value));
-    setText(
-        property, "help",
-        String::format("%s%s%s%s", comment, *comment ? "\n" : "", typeText.toCString(), setter ? "" : ", read only"));
-    if (const ReflectorPtr scope = getter->getEnclosingScope())
-        setText(property, "group", scope->getName());
-}
-
-void ObjectBar::setText(const Property &property, const char *parameter, const String &text)
-{
-    TwSetParam(bar, property.name.c_str(), parameter, TW_PARAM_CSTRING, 1, text.toCString());
-}
-
-ErrorReturn<Variant> ObjectBar::Property::read() const
-{
-    return desc.getGetter()->call(owner->object);
-}
-
-void ObjectBar::Property::write(const Variant &value)
-{
-    const auto target = owner->object.lookup();
-    const ErrorCode code =
-        target ? target->setPropertyValue(desc.getName(), value, true) : ErrorCode(ErrorCode::BAD_HANDLE);
-    const String now = code.succeeded() ? String() : SCS("not set: ") + code.toString();
-    if (now == failure)
-        return;
-    failure = now;
-    owner->setText(*this, "error", failure);
-}
-
-template <class T>
-void ObjectBar::getValue(void *value, void *clientData)
-{
-    const ErrorReturn<Variant> read = static_cast<const Property *>(clientData)->read();
-    if (!read.succeeded())
-        return; // the object died: the bar goes with the frame
-    const ErrorReturn<T> typed = read.value.get<T>();
-    if (typed.succeeded())
-        BarValues::toBar(typed.value, value);
-}
-
-template <class T>
-void ObjectBar::setValue(const void *value, void *clientData)
-{
-    static_cast<Property *>(clientData)->write(Variant(BarValues::fromBar<T>(value)));
-}
-
-void ObjectBar::getDescription(void *value, void *clientData)
-{
-    const ErrorReturn<Variant> read = static_cast<const Property *>(clientData)->read();
-    BarValues::toBar(read.succeeded() ? BarValues::describe(read.value) : read.code.toString(), value);
-}
-
-void ObjectBar::followLink(void *clientData)
-{
-    const Property &property = *static_cast<const Property *>(clientData);
-    const ErrorReturn<Variant> read = property.read();
-    if (read.succeeded() && read.value.getType() == Variant::VT_HANDLE)
-        property.owner->open(read.value.as<Handle<Object>>());
 }

@@ -1,37 +1,36 @@
-// ObjectBar: a tweak bar with the properties of one object.
+// ObjectBar: a tweak bar of one object, with all that is known of it.
 #pragma once
 
-#include "object/tree/Handle.h"
-#include "object/reflection/PropertyDesc.h"
-#include "object/reflection/Variant.h"
+#include "tools/bars/PlaceLines.h"
+#include "tools/bars/PropertyLine.h"
 
-#include <functional>
+#include "object/tree/Handle.h"
+
 #include <memory>
 #include <string>
 #include <vector>
 
-class DoxyElement;
 class TwBar;
+struct TwListRow;
 
-/// Shows the reflected properties of an object, and sets them as they are edited.
+/// Shows what an object is, where it comes from, what stands below it, what it hears, and its reflected properties.
 ///
-/// Values are read through the getters with every frame that shows the bar. Only getters that promise to change nothing
-/// are called, or that have a setter beside them. The object may die at any time; the owner then drops the bar.
+/// An entity's bar has its place and the properties of its components, too, each under a heading. The object may die at
+/// any time; the owner then drops the bar.
 class ObjectBar
 {
 public:
-    using Opener = std::function<void(const Handle<Object> &)>;
-
-    /// @param open  called with the object of a link that was pressed
-    ObjectBar(const Handle<Object> &object, Opener open);
+    explicit ObjectBar(const Handle<Object> &object);
     ~ObjectBar();
     ObjectBar(const ObjectBar &) = delete;
     ObjectBar &operator=(const ObjectBar &) = delete;
 
     const Handle<Object> &getObject() const { return object; }
+    /// The object's path, which stays known when it dies.
+    const String &getPath() const { return path; }
     /// Whether the user has left it open.
     bool isOpen() const;
-    /// Opens it again.
+    /// Opens it again, before the others.
     void show();
     /// Closes it, as the user would.
     void hide();
@@ -41,32 +40,20 @@ public:
     TwBar *getBar() const { return bar; }
 
 private:
-    struct Property
-    {
-        ObjectBar *owner;
-        PropertyDesc desc;
-        std::string name; ///< under which the bar knows it
-        String failure;   ///< of the last edit; empty when it succeeded
-
-        ErrorReturn<Variant> read() const;
-        void write(const Variant &value);
-    };
-
-    void setVisible(bool val);
-    void addProperty(const DoxyElement &type, const PropertyDesc &desc);
-    bool addVariable(Property &property, const Variant &value);
-    void describe(const Property &property, const Variant &value);
-    void setText(const Property &property, const char *parameter, const String &text);
-
-    template <class T>
-    static void getValue(void *value, void *clientData);
-    template <class T>
-    static void setValue(const void *value, void *clientData);
-    static void getDescription(void *value, void *clientData);
-    static void followLink(void *clientData);
+    void setSwitch(const char *parameter, bool val);
+    void setText(const char *line, const char *parameter, const String &text);
+    void addHead();
+    void addButton(const char *name, const char *help, void (*pressed)(void *), bool beside);
+    void addComponents();
+    void addChildren();
+    void addSubscriptions();
+    void fillChild(unsigned index, TwListRow &row) const;
+    void openChild(unsigned index) const;
 
     Handle<Object> object;
-    Opener open;
+    String path;
     TwBar *bar = nullptr;
-    std::vector<std::unique_ptr<Property>> properties;
+    PropertyLines lines;
+    std::unique_ptr<PlaceLines> place; ///< null for what stands nowhere
+    std::vector<String> subscriptions;
 };

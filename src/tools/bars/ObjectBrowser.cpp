@@ -1,6 +1,7 @@
 #include "tools/bars/ObjectBrowser.h"
 
 #include "tools/bars/ObjectPath.h"
+#include "tools/bars/TweakSystem.h"
 
 #include "object/tree/Object.h"
 #include "object/tree/TreeWalk.h"
@@ -8,19 +9,16 @@
 #include "port/tweakbar/TweakBar.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdio>
 
 namespace
 {
 constexpr int RENEWAL_FRAMES = 30;
+constexpr int RENEWAL_FRAMES_OF_MANY = 240;
+constexpr std::size_t MANY_LINES = 5000; ///< so many are laid out anew less often
+constexpr std::size_t OBJECTS_A_FRAME = 5000;
+constexpr std::size_t READ_OBJECTS_A_FRAME = 100; ///< some thirty properties each
 constexpr const char *SEARCH = "search";
-
-std::string lowerCase(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
 
 /// The tops of what is listed: the level, then the systems.
 std::vector<Handle<Object>> roots()
@@ -29,7 +27,7 @@ std::vector<Handle<Object>> roots()
 }
 } // namespace
 
-ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open))
+ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open)), query("")
 {
     bar = TwNewBar("Objects");
     TwSetParam(bar, nullptr, "help", TW_PARAM_CSTRING, 1, "Click an object to open its bar.");
@@ -43,7 +41,10 @@ ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open))
         { *static_cast<std::string *>(value) = static_cast<const ObjectBrowser *>(self)->search; },
         this);
     TwSetParam(bar, SEARCH, "help", TW_PARAM_CSTRING, 1,
-               "Part of a name or of a class; Enter lists what holds it, an empty text brings the tree back.");
+               "Parts of a name or a class; class:light with all that derive from it; path:villa/; value:0.5 for any "
+               "property, mass:>2 or gait:runs for one. Several words have to be met together.");
+    const int live = 1;
+    TwSetParam(bar, SEARCH, "live", TW_PARAM_INT32, 1, &live);
     const TwListCallbacks list = {
         [](void *self) { return static_cast<unsigned>(static_cast<const ObjectBrowser *>(self)->lines.size()); },
         [](unsigned index, TwListRow *row, void *self)
@@ -72,25 +73,65 @@ void ObjectBrowser::show()
 
 void ObjectBrowser::setSearch(const std::string &text)
 {
-    search = lowerCase(text);
+    if (text == search)
+        return;
+    search = text;
+    query = ObjectQuery(search);
     framesToRenewal = 0;
 }
 
 void ObjectBrowser::refresh()
 {
-    if (--framesToRenewal > 0 && treeVersion == ObjectMap().getChangeCount())
+    goOnSearching();
+    const bool isNew = treeVersion != ObjectMap().getChangeCount();
+    const bool waits = lines.size() > MANY_LINES || nextCandidate < candidates.size();
+    if (--framesToRenewal > 0 && (!isNew || waits))
         return;
-    framesToRenewal = RENEWAL_FRAMES;
+    framesToRenewal = waits ? RENEWAL_FRAMES_OF_MANY : RENEWAL_FRAMES;
     treeVersion = ObjectMap().getChangeCount();
+    if (!query.isEmpty())
+        return beginSearch();
     lines.clear();
+    candidates.clear();
+    nextCandidate = 0;
+    for (const Handle<Object> &h : roots())
+        if (const auto root = h.lookup())
+            listTree(*root);
+}
+
+void ObjectBrowser::beginSearch()
+{
+    candidates.clear();
+    nextCandidate = 0;
+    found.clear();
     for (const Handle<Object> &h : roots())
     {
         const auto root = h.lookup();
-        if (root && search.empty())
-            listTree(*root);
-        else if (root)
-            listMatches(*root);
+        if (!root)
+            continue;
+        TreeWalk walk(*root);
+        while (const Object *object = walk.next())
+            candidates.push_back(object->getHandle());
     }
+    goOnSearching();
+}
+
+/// What was found before stays in the list until the search is through, so that it does not flicker.
+void ObjectBrowser::goOnSearching()
+{
+    if (nextCandidate >= candidates.size())
+        return;
+    const std::size_t share = query.readsValues() ? READ_OBJECTS_A_FRAME : OBJECTS_A_FRAME;
+    const std::size_t end = std::min(candidates.size(), nextCandidate + share);
+    for (; nextCandidate < end; ++nextCandidate)
+    {
+        const auto object = candidates[nextCandidate].lookup();
+        std::string shown;
+        if (object && query.matches(*object, shown))
+            found.push_back({candidates[nextCandidate], 0, false, shown});
+    }
+    if (nextCandidate == candidates.size() || found.size() > lines.size())
+        lines = found;
 }
 
 bool ObjectBrowser::isExpanded(const Handle<Object> &object, int depth) const
@@ -105,24 +146,10 @@ void ObjectBrowser::listTree(Object &root)
     {
         const Handle<Object> h = object->getHandle();
         const int depth = static_cast<int>(walk.getDepth());
-        lines.push_back({h, depth, object->getChildCount() > 0});
+        lines.push_back({h, depth, object->getChildCount() > 0, {}});
         if (!isExpanded(h, depth))
             walk.skipChildren();
     }
-}
-
-void ObjectBrowser::listMatches(Object &root)
-{
-    TreeWalk walk(root);
-    while (const Object *object = walk.next())
-        if (matches(*object))
-            lines.push_back({object->getHandle(), 0, false});
-}
-
-bool ObjectBrowser::matches(const Object &object) const
-{
-    return lowerCase(object.getName().toCString()).find(search) != std::string::npos ||
-           lowerCase(object.getType()->getName().toCString()).find(search) != std::string::npos;
 }
 
 void ObjectBrowser::fillRow(unsigned index, TwListRow &row) const
@@ -134,9 +161,9 @@ void ObjectBrowser::fillRow(unsigned index, TwListRow &row) const
     row.isOpen = isExpanded(line.object, line.depth);
     if (!object)
         return; // died in this frame; the next refresh drops it
-    const String place = search.empty() ? String() : objectPath(line.object);
-    std::snprintf(row.text, sizeof(row.text), "%s  (%s)  %s", object->getName().toCString(),
-                  object->getType()->getName().toCString(), place.toCString());
+    const String name = query.isEmpty() ? object->getName() : objectPath(line.object);
+    std::snprintf(row.text, sizeof(row.text), "%s  (%s)  %s", name.toCString(),
+                  object->getType()->getName().toCString(), line.found.c_str());
 }
 
 void ObjectBrowser::click(unsigned index, bool onMark)

@@ -270,8 +270,16 @@ void ScriptBar::setAlways(bool val)
         TwSetParam(bar, nullptr, "always", TW_PARAM_INT32, 1, &number);
 }
 
+void ScriptBar::keepPlace(const int *place)
+{
+    hasKeptPlace = true;
+    TwSetParam(bar, nullptr, "place", TW_PARAM_INT32, 4, place);
+}
+
 void ScriptBar::setPlace(int left, int top, int width, int height)
 {
+    if (std::exchange(hasKeptPlace, false))
+        return;
     constexpr int most = 100000; // pixels; beyond that sums would overflow
     const int place[] = {std::clamp(left, -most, most), std::clamp(top, -most, most), std::clamp(width, 0, most),
                          std::clamp(height, 0, most)};

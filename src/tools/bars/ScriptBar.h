@@ -39,7 +39,7 @@ public:
     void setAlways(bool val);
     /// Puts it somewhere, pixels; a left or top below 0 counts from the right or lower edge, a size of 0 is chosen.
     ///
-    /// Wherever it is put, it stays inside the window.
+    /// Wherever it is put, it stays inside the window. Where the user left it in the last run wins over the first call.
     void setPlace(int left, int top, int width, int height);
 
     /// Takes all controls away.
@@ -89,6 +89,8 @@ public:
     void measure(float elapsed, bool barsAreShown);
     /// The bar itself, for a test to look at; null before its name is known.
     TwBar *getBar() const { return bar; }
+    /// Puts it where it stood in the last run, in place of the first place that its script gives it.
+    void keepPlace(const int *place);
     /// Makes the bar under the object's name; TweakSystem does, once.
     void open();
 
@@ -111,4 +113,5 @@ private:
     String heading;
     bool always = false;
     bool nextBeside = false;
+    bool hasKeptPlace = false;
 };

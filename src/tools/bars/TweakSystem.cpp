@@ -1,13 +1,19 @@
 #include "tools/bars/TweakSystem.h"
 
+#include "tools/bars/BarMemory.h"
 #include "tools/bars/ObjectBar.h"
 #include "tools/bars/ObjectBrowser.h"
 #include "tools/bars/ObjectPath.h"
+#include "tools/bars/PythonText.h"
 #include "tools/bars/ScriptBar.h"
+#include "tools/bars/WatchBar.h"
 
 #include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
+#include "object/python/ScriptCall.h"
+#include "object/reflection/SavedArguments.h"
 #include "port/tweakbar/TweakBar.h"
+#include "port/win32/Clipboard.h"
 #include "rendering/device/GraphicsSystem2.h"
 #include "platform/window/WindowSystem2.h"
 
@@ -15,11 +21,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace
 {
 /// Farther than any value goes, and a whole number either way.
 constexpr double LARGEST_BOUND = 1e15;
+constexpr float LETTERS = 15.0f;         ///< pixels, in windows up to a height
+constexpr int WINDOW_HEIGHT = 900;       ///< pixels; in larger ones the letters grow with it
+constexpr int FRAMES_TO_COME_BACK = 300; ///< a level takes some to be loaded anew
 } // namespace
 
 TweakSystem::TweakSystem() = default;
@@ -27,14 +37,25 @@ TweakSystem::~TweakSystem() = default;
 
 void TweakSystem::systemStartup()
 {
+    memory = std::make_unique<BarMemory>();
+    memory->setFile(keptFile);
     browser = std::make_unique<ObjectBrowser>([this](const Handle<Object> &object) { addBar(object); });
+    watched = std::make_unique<WatchBar>(*memory);
+    if (const auto place = memory->placeOf("Objects"))
+        TwSetParam(browser->getBar(), nullptr, "place", TW_PARAM_INT32, 4, place->data());
+    if (const auto place = memory->placeOf("Watched"))
+        TwSetParam(watched->getBar(), nullptr, "place", TW_PARAM_INT32, 4, place->data());
     browser->refresh();
 }
 
 void TweakSystem::systemShutdown()
 {
+    notePlaces();
+    memory->write();
     bars.clear();
+    watched.reset();
     browser.reset();
+    memory.reset();
 }
 
 System::DependencyList TweakSystem::systemDependencies()
@@ -66,7 +87,11 @@ void TweakSystem::addBar(Handle<Object> object)
     else if (ObjectBar *known = findBar(object))
         known->show();
     else
-        bars.push_back(std::make_unique<ObjectBar>(object, [this](const Handle<Object> &linked) { addBar(linked); }));
+    {
+        bars.push_back(std::make_unique<ObjectBar>(object));
+        if (const auto place = memory->placeOf(bars.back()->getPath().toCString()))
+            TwSetParam(bars.back()->getBar(), nullptr, "place", TW_PARAM_INT32, 4, place->data());
+    }
 }
 
 void TweakSystem::removeBar(Handle<Object> object)
@@ -98,6 +123,8 @@ Handle<ScriptBar> TweakSystem::makeBar(const String &name)
     made.lookup()->setName(name);
     made.lookup()->setParent(getHandle());
     made.lookup()->open();
+    if (const auto place = memory ? memory->placeOf(name.toCString()) : std::nullopt)
+        made.lookup()->keepPlace(place->data());
     scriptBars.push_back(made);
     return made;
 }
@@ -128,6 +155,7 @@ void TweakSystem::refreshScriptBars(bool shown)
     for (const Handle<ScriptBar> &bar : now)
         if (const auto live = bar.lookup())
             live->measure(elapsed, shown);
+    watched->refresh(elapsed);
 }
 
 void TweakSystem::setRange(Handle<Object> object, const String &property, double min, double max)
@@ -150,6 +178,68 @@ void TweakSystem::setRange(Handle<Object> object, const String &property, double
 void TweakSystem::search(const String &text)
 {
     browser->setSearch(text.toCString());
+}
+
+void TweakSystem::watch(Handle<Object> object, const String &property)
+{
+    const auto target = object.lookup();
+    if (!target || !target->getType()->getProperty(property).succeeded())
+        KV_LOGF(Logger_::I_ERROR, "TweakSystem::watch: there is no property '%s' of '%s'", property.toCString(),
+                objectPath(object).toCString());
+    else
+        watched->toggle(object, property);
+}
+
+int TweakSystem::getWatchCount() const
+{
+    return watched ? static_cast<int>(watched->getCount()) : 0;
+}
+
+void TweakSystem::copy(const String &text)
+{
+    port::setClipboardText(text.toCString());
+}
+
+String TweakSystem::getKeptFile() const
+{
+    return keptFile;
+}
+
+void TweakSystem::setKeptFile(const String &name)
+{
+    keptFile = name;
+    if (memory)
+        memory->setFile(name);
+}
+
+void TweakSystem::setFont(const String &file)
+{
+    font = file;
+    port::setTweakBarFont(font.toCString(), LETTERS, WINDOW_HEIGHT);
+}
+
+void TweakSystem::tellEdited(const Handle<Object> &object, const String &property, const Variant &before,
+                             const Variant &after)
+{
+    const ReflectorPtr called = edited;
+    if (!called)
+        return;
+    SavedArguments arguments = SavedArguments::of(object, property, before, after);
+    callOrReport(called, arguments, *this, "edited");
+}
+
+String TweakSystem::tell(Handle<Object> object, const String &what)
+{
+    const ReflectorPtr called = teller;
+    if (!called || !object.isValid())
+        return what == SCS("call") ? pythonPath(object) : String();
+    String raised;
+    const ScriptCall announced(*called, raised);
+    const ErrorReturn<Variant> said = called->call(object, what);
+    if (!raised.empty())
+        KV_LOGF(Logger_::I_ERROR, "TweakSystem: the teller failed: %s", raised.toCString());
+    const ErrorReturn<String> text = said.value.get<String>();
+    return said.succeeded() && text.succeeded() ? text.value : String();
 }
 
 bool TweakSystem::getShown() const
@@ -177,24 +267,81 @@ void TweakSystem::refresh()
     }
     const bool shown = getShown();
     if (shown != wereShown)
-    {
-        wereShown = shown;
-        if (shown)
-            freeCursor();
-        else
-            holdCursorAgain();
-    }
-    std::erase_if(bars,
-                  [](const auto &bar)
-                  {
-                      const auto object = bar->getObject().lookup();
-                      return !object || object->isDying() || !bar->isOpen();
-                  });
+        showOrHide(shown);
+    dropBars();
+    bringBarsBack();
     refreshScriptBars(shown);
     if (shown)
         browser->refresh();
     const bool hasCursor = getSystemDeref<WindowSystem2>().getCursorMode() != WindowSystem2::CURSOR_RELATIVE;
     port::letTweakBarsHearTheMouse(hasCursor);
+}
+
+void TweakSystem::showOrHide(bool shown)
+{
+    wereShown = shown;
+    if (shown)
+        return freeCursor();
+    holdCursorAgain();
+    notePlaces();
+    memory->write();
+}
+
+void TweakSystem::dropBars()
+{
+    for (const auto &bar : bars)
+    {
+        const auto object = bar->getObject().lookup();
+        if ((!object || object->isDying()) && bar->isOpen())
+            awaited.push_back({bar->getPath(), FRAMES_TO_COME_BACK});
+    }
+    const auto isGone = [this](const auto &bar)
+    {
+        const auto object = bar->getObject().lookup();
+        const bool gone = !object || object->isDying() || !bar->isOpen();
+        if (gone)
+            notePlace(*bar);
+        return gone;
+    };
+    std::erase_if(bars, isGone);
+}
+
+/// A piece of a level that is built anew, and all of one that is loaded again, is another object of the same path.
+void TweakSystem::bringBarsBack()
+{
+    const std::vector<Awaited> now = std::exchange(awaited, {});
+    for (const Awaited &each : now)
+    {
+        String problem;
+        const auto object = findObjectAt(each.path, problem).lookup();
+        if (object && !object->isDying())
+            addBar(object->getHandle());
+        else if (each.framesLeft > 0)
+            awaited.push_back({each.path, each.framesLeft - 1});
+    }
+}
+
+void TweakSystem::notePlace(const ObjectBar &bar)
+{
+    notePlaceOf(bar.getBar(), bar.getPath().toCString());
+}
+
+void TweakSystem::notePlaceOf(TwBar *bar, const char *key)
+{
+    BarMemory::Place place{};
+    if (memory && bar && TwGetParam(bar, nullptr, "place", TW_PARAM_INT32, 4, place.data()))
+        memory->notePlace(key, place);
+}
+
+void TweakSystem::notePlaces()
+{
+    notePlaceOf(browser->getBar(), "Objects");
+    notePlaceOf(watched->getBar(), "Watched");
+    for (const auto &bar : bars)
+        notePlace(*bar);
+    for (const Handle<ScriptBar> &bar : scriptBars)
+        if (const auto live = bar.lookup())
+            notePlaceOf(live->getBar(), live->getName().toCString());
 }
 
 void TweakSystem::freeCursor()

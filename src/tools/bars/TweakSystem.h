@@ -6,11 +6,18 @@
 #include <memory>
 #include <vector>
 
+class BarMemory;
 class ObjectBar;
 class ObjectBrowser;
 class ScriptBar;
+class TwBar;
+class Variant;
+class WatchBar;
 
 /// The tweak bars of the whole run: one bar an object that was picked, and the bar "Objects" to pick from.
+///
+/// A bar whose object dies comes up again where an object of the same path is born soon after, as in a level that is
+/// loaded anew. Bars keep their places, and what is watched, between runs in a file.
 ///
 /// Shown while GraphicsSystem2's showAntTweakBar is set, which also starts this system. Meanwhile the mouse cursor is
 /// free; it is held again afterwards if it was before. Bars of objects that died go with the next frame.
@@ -33,8 +40,15 @@ public:
     ///
     /// Bounds that are no numbers, or in the wrong order, are logged as an error and change nothing.
     void setRange(Handle<Object> object, const String &property, double min, double max);
-    /// Lists, in the bar "Objects", what has this text in its name or class.
+    /// Lists, in the bar "Objects", what meets a search: parts of names and classes, "class:light", "path:villa/",
+    /// "value:0.5", "mass:>2".
     void search(const String &text);
+    /// Begins to watch a property in the bar "Watched", with a curve where it is a number, or ends that.
+    void watch(Handle<Object> object, const String &property);
+    /// Number of properties that are watched.
+    int getWatchCount() const;
+    /// Puts a text on the clipboard, for whatever program wants it.
+    void copy(const String &text);
 
     /// The bar of this name whose controls a script adds, made now if there is none; it lasts for the run.
     ///
@@ -53,6 +67,24 @@ public:
     /// Writes the window with its bars as a PNG file when they are next drawn.
     void captureScreen(const String &fileName);
 
+    ReflectorPtr getEdited() const { return edited; }
+    /// Called with object, property, value before and value after when an edit in a bar of an object is over: the mouse
+    /// let go, Enter pressed. One that fails is told, and called again.
+    void setEdited(ReflectorPtr val) { edited = val; }
+    ReflectorPtr getTeller() const { return teller; }
+    /// Tells bars where an object comes from: called with it and "call" or "place", gives a text, empty for not known.
+    void setTeller(ReflectorPtr val) { teller = val; }
+    String getKeptFile() const;
+    /// The file in which places and watches are kept; an empty name keeps nothing.
+    void setKeptFile(const String &name);
+    String getFont() const { return font; }
+    /// The font file of all bars; without one, or where it cannot be read, the letters are plain ones that are built in.
+    void setFont(const String &file);
+
+    /// Tells who asked for it by `setEdited` of an edit that is over.
+    void tellEdited(const Handle<Object> &object, const String &property, const Variant &before, const Variant &after);
+    /// What the teller says of an object: its "call" or its "place".
+    String tell(Handle<Object> object, const String &what);
     /// Calls what scripts' bars were asked for since the last frame. Frame step.
     void act();
     /// Drops bars that were closed or whose object died, and frees or holds the cursor. Frame step.
@@ -71,12 +103,32 @@ protected:
 
 private:
     void refreshScriptBars(bool shown);
+    void dropBars();
+    void bringBarsBack();
+    void notePlaces();
+    void notePlace(const ObjectBar &bar);
+    void notePlaceOf(TwBar *bar, const char *key);
+    void showOrHide(bool shown);
     void freeCursor();
     void holdCursorAgain();
 
+    /// A bar whose object died, and which waits for another one at its path.
+    struct Awaited
+    {
+        String path;
+        int framesLeft;
+    };
+
     std::vector<std::unique_ptr<ObjectBar>> bars;
+    std::vector<Awaited> awaited;
+    std::unique_ptr<BarMemory> memory;
+    std::unique_ptr<WatchBar> watched; ///< from start to shutdown
+    ReflectorPtr edited;
+    ReflectorPtr teller;
     std::vector<Handle<ScriptBar>> scriptBars;
     std::unique_ptr<ObjectBrowser> browser; ///< from start to shutdown
     bool wereShown = false;                 ///< at the last frame step
     bool cursorWasHeld = false;             ///< before the bars came up
+    String keptFile;
+    String font;
 };

@@ -1,0 +1,125 @@
+#include "tools/bars/PlaceLines.h"
+
+#include "tools/bars/BarValues.h"
+#include "tools/bars/TweakSystem.h"
+
+#include "engine/transforms/TransformComponent.h"
+#include "object/reflection/SavedArguments.h"
+#include "port/tweakbar/TweakBar.h"
+
+#include <cmath>
+
+namespace
+{
+constexpr const char *HEADING = "Place";
+
+bool isFinite(const Vec4 &v)
+{
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
+
+Vec4 vectorOf(const void *value, float w)
+{
+    const float *f = static_cast<const float *>(value);
+    return Vec4(f[0], f[1], f[2], w);
+}
+
+void setText(TwBar *bar, const char *line, const char *parameter, const char *text)
+{
+    TwSetParam(bar, line, parameter, TW_PARAM_CSTRING, 1, text);
+}
+} // namespace
+
+PlaceLines::PlaceLines(const Handle<Object> &entity, const Handle<TransformComponent> &transform)
+    : entity(entity), transform(transform)
+{
+}
+
+void PlaceLines::addTo(TwBar *bar)
+{
+    const auto finished = [](void *self) { static_cast<Line *>(self)->owner->finish(*static_cast<Line *>(self)); };
+    TwAddVarCB(bar, "stands place", TW_TYPE_VEC3F, &setPlace, &getVector, &place);
+    TwAddVarCB(bar, "stands turn", TW_TYPE_QUAT4F, &setTurn, &getTurn, &turn);
+    TwAddVarCB(bar, "stands scale", TW_TYPE_VEC3F, &setScale, &getVector, &scale);
+    for (const char *line : {"stands place", "stands turn", "stands scale"})
+    {
+        setText(bar, line, "group", HEADING);
+        setText(bar, line, "label", std::strchr(line, ' ') + 1); // a property may have the same name
+        TwSetEditedCB(bar, line, finished);
+    }
+    setText(bar, "stands place", "help", "x, y and z in metres. What hangs on it comes along.");
+    setText(bar, "stands turn", "help", "Pitch about x, turn about y, roll about z, degrees.");
+    setText(bar, "stands scale", "help", "Along its own axes.");
+}
+
+Variant PlaceLines::read(const char *property) const
+{
+    const auto live = transform.lookup();
+    return live ? live->getPropertyValue(String::copyFrom(property)).value : Variant();
+}
+
+void PlaceLines::begin(const Line &line)
+{
+    if (isBegun)
+        return;
+    isBegun = true;
+    before = read(line.property);
+}
+
+void PlaceLines::finish(const Line &line)
+{
+    isBegun = false;
+    if (transform.isValid())
+        getSystemDeref<TweakSystem>().tellEdited(transform, String::copyFrom(line.property), before,
+                                                 read(line.property));
+}
+
+void PlaceLines::setPlace(const void *value, void *self)
+{
+    const Line &line = *static_cast<const Line *>(self);
+    const Vec4 wanted = vectorOf(value, 1.f);
+    const auto live = line.owner->transform.lookup();
+    if (!live || !isFinite(wanted))
+        return;
+    line.owner->begin(line);
+    live->setPosition(wanted);
+}
+
+void PlaceLines::setTurn(const void *value, void *self)
+{
+    const Line &line = *static_cast<const Line *>(self);
+    const auto live = line.owner->transform.lookup();
+    if (!live)
+        return;
+    line.owner->begin(line);
+    live->setOrientation(BarValues::fromBar<Quaternion>(value));
+}
+
+void PlaceLines::setScale(const void *value, void *self)
+{
+    const Line &line = *static_cast<const Line *>(self);
+    const auto live = line.owner->transform.lookup();
+    const Vec4 wanted = vectorOf(value, live ? live->getScale().w : 0.f);
+    if (!live || !isFinite(wanted))
+        return;
+    line.owner->begin(line);
+    live->setScale(wanted);
+}
+
+void PlaceLines::getVector(void *value, void *self)
+{
+    const Line &line = *static_cast<const Line *>(self);
+    const Variant read = line.owner->read(line.property);
+    if (read.getType() != Variant::VT_VECTOR)
+        return;
+    const Vec4 &v = read.as<Vec4>();
+    const float components[] = {v.x, v.y, v.z};
+    std::memcpy(value, components, sizeof(components));
+}
+
+void PlaceLines::getTurn(void *value, void *self)
+{
+    const Variant read = static_cast<const Line *>(self)->owner->read("orientation");
+    if (read.getType() == Variant::VT_QUATERNION)
+        BarValues::toBar(read.as<Quaternion>(), value);
+}

@@ -1,0 +1,175 @@
+#include "tools/bars/WatchBar.h"
+
+#include "tools/bars/ObjectPath.h"
+#include "tools/bars/ValueGraph.h"
+
+#include "object/reflection/Variant.h"
+#include "object/tree/Object.h"
+#include "port/tweakbar/TweakBar.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace
+{
+constexpr Seconds SHOWN_TIME = 10.0;
+constexpr int FRAMES_BETWEEN_SEARCHES = 20;
+
+/// "readingChair/transform.position": the end of a path says most.
+String shortName(const BarMemory::Watch &what)
+{
+    std::size_t begin = what.path.rfind('/');
+    if (begin != std::string::npos && begin > 0)
+        begin = what.path.rfind('/', begin - 1);
+    const std::string end = begin == std::string::npos ? what.path : what.path.substr(begin + 1);
+    return String::copyFrom(end + "." + what.property);
+}
+
+bool isNumber(const Variant &value)
+{
+    return value.getType() == Variant::VT_FLOAT || value.getType() == Variant::VT_INT64;
+}
+} // namespace
+
+WatchBar::WatchBar(BarMemory &memory) : memory(memory)
+{
+    bar = TwNewBar("Watched");
+    const int size[] = {360, 300};
+    TwSetParam(bar, nullptr, "size", TW_PARAM_INT32, 2, size);
+    takeFromMemory();
+}
+
+WatchBar::~WatchBar()
+{
+    TwDeleteBar(bar);
+}
+
+void WatchBar::takeFromMemory()
+{
+    for (const BarMemory::Watch &what : memory.getWatches())
+        watches.push_back(std::make_unique<Watched>(Watched{what, nullptr, nullptr}));
+    show(!watches.empty());
+}
+
+void WatchBar::show(bool val)
+{
+    const int visible = val;
+    TwSetParam(bar, nullptr, "visible", TW_PARAM_INT32, 1, &visible);
+}
+
+void WatchBar::toggle(const Handle<Object> &object, const String &property)
+{
+    asked.push_back({objectPath(object).toCString(), property.toCString()});
+}
+
+void WatchBar::toggleNow(const BarMemory::Watch &what)
+{
+    if (std::erase_if(watches, [&what](const auto &watched) { return watched->what == what; }) == 0)
+    {
+        watches.push_back(std::make_unique<Watched>(Watched{what, nullptr, nullptr}));
+        show(true);
+    }
+    isStale = true;
+    std::vector<BarMemory::Watch> kept;
+    for (const auto &watched : watches)
+        kept.push_back(watched->what);
+    memory.setWatches(std::move(kept));
+}
+
+/// Lets go of the dead and looks for what may have come; whether any line is another one now.
+bool WatchBar::findObjects()
+{
+    bool changed = false;
+    const bool looks = --framesToSearch <= 0;
+    if (looks)
+        framesToSearch = FRAMES_BETWEEN_SEARCHES;
+    for (const auto &watched : watches)
+    {
+        if (watched->line && !watched->line->getObject().isValid())
+        {
+            changed = true;
+            framesToSearch = 0;
+            continue;
+        }
+        String problem;
+        if (!watched->line && looks)
+            changed |= findObjectAt(String::copyFrom(watched->what.path), problem).isValid();
+    }
+    return changed;
+}
+
+void WatchBar::refresh(float elapsed)
+{
+    for (const BarMemory::Watch &what : std::exchange(asked, {}))
+        toggleNow(what);
+    if (watches.empty() && !isStale)
+        return;
+    if (findObjects() || isStale)
+        layOut();
+    for (const auto &watched : watches)
+    {
+        if (!watched->graph)
+            continue;
+        const ErrorReturn<double> value =
+            watched->line ? watched->line->read().value.get<double>() : ErrorReturn<double>(ErrorCode::BAD_HANDLE);
+        watched->graph->add(value.succeeded() ? value.value : std::nan(""), elapsed);
+    }
+}
+
+void WatchBar::layOut()
+{
+    isStale = false;
+    TwRemoveAllVars(bar);
+    TwAddVarCB(
+        bar, "pinned", TW_TYPE_BOOLCPP,
+        [](const void *value, void *self)
+        {
+            auto &watch = *static_cast<WatchBar *>(self);
+            watch.isPinned = *static_cast<const bool *>(value);
+            const int number = watch.isPinned;
+            TwSetParam(watch.bar, nullptr, "always", TW_PARAM_INT32, 1, &number);
+        },
+        [](void *value, void *self) { *static_cast<bool *>(value) = static_cast<WatchBar *>(self)->isPinned; }, this);
+    TwSetParam(bar, "pinned", "label", TW_PARAM_CSTRING, 1, "stays while playing");
+    for (std::size_t i = 0; i < watches.size(); ++i)
+        addLines(*watches[i], i);
+    if (watches.empty())
+        show(false);
+}
+
+void WatchBar::addLines(Watched &watched, std::size_t index)
+{
+    const std::string name = "watch " + std::to_string(index);
+    const String label = shortName(watched.what);
+    String problem;
+    const auto object = findObjectAt(String::copyFrom(watched.what.path), problem);
+    watched.line.reset();
+    if (const auto live = object.lookup())
+    {
+        const auto desc = live->getType()->getProperty(String::copyFrom(watched.what.property));
+        if (desc.succeeded() && desc.value.getGetter())
+            watched.line = std::make_unique<PropertyLine>(object, desc.value, name);
+        if (watched.line && !watched.line->addTo(bar))
+            watched.line.reset();
+    }
+    if (!watched.line)
+    {
+        TwAddVarCB(
+            bar, name.c_str(), TW_TYPE_STDSTRING, nullptr,
+            [](void *value, void *) { *static_cast<std::string *>(value) = "not there"; }, nullptr);
+        TwSetParam(bar, name.c_str(), "label", TW_PARAM_CSTRING, 1, label.toCString());
+        TwSetParam(bar, name.c_str(), "help", TW_PARAM_CSTRING, 1, watched.what.path.c_str());
+        return;
+    }
+    watched.line->setLabel(label);
+    if (!isNumber(watched.line->read().value))
+        return;
+    if (!watched.graph)
+        watched.graph = std::make_unique<ValueGraph>(SHOWN_TIME);
+    const std::string curve = name + " curve";
+    TwAddGraphCB(
+        bar, curve.c_str(), [](TwGraph *graph, void *self) { static_cast<ValueGraph *>(self)->show(*graph); },
+        watched.graph.get());
+    TwSetParam(bar, curve.c_str(), "label", TW_PARAM_CSTRING, 1, "");
+}

@@ -38,7 +38,7 @@ def compile_script(path):
 def main():
     if len(sys.argv) != 5:
         sys.exit(__doc__)
-    prefix, home, share, programs = sys.argv[1], *(os.path.join(sys.argv[1], folder) for folder in sys.argv[2:])
+    home, share, programs = (os.path.join(sys.argv[1], folder) for folder in sys.argv[2:])
     for name in CONTENT:
         link(os.path.join(share, name), os.path.join(home, name))
     link(os.path.join(home, 'bin', 'kaVel'), os.path.join(programs, 'mornal'))

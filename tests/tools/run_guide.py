@@ -63,7 +63,7 @@ def expect_clean(run, what):
 
 
 def follow(world, *names):
-    """Does what pages of the guide say, one after the other, and runs the level each time that it says so or changes."""
+    """Does what pages of the guide say, and runs the level whenever it has changed; returns how often."""
     runs = 0
     for name in names:
         for language, text in fences(name):

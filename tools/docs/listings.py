@@ -15,8 +15,8 @@ lines back, `help` lists what there is.
 """
 MESSAGES = """# Messages
 
-`kaVel.subscribe('KeyDownMessage', handler)` has `handler(message, ...)` called with the payload; `kaVel.send(name, ...)`
-sends one.
+`kaVel.subscribe('KeyDownMessage', handler)` has `handler(message, ...)` called with the payload;
+`kaVel.send(name, ...)` sends one.
 
 | message | payload, and when it is sent |
 |---|---|

@@ -69,12 +69,13 @@ class Stack:
     def settle(self):
         """Brings level and screens to what the stack has become."""
         self.wordsSeen = words.changes
-        seen = True
+        isAside = _aside.get(self.level, False)
+        seen = not isAside
         for number, screen in reversed(list(enumerate(self.screens))):
             screen.component.order = number
             screen.component.visible = seen
             seen = seen and not screen.has('COVERS', True)
-        if self.screens:
+        if self.screens and not isAside:
             self.cursor.setTop(self.screens[-1].component)
         else:
             self.cursor.clearTop()
@@ -90,6 +91,7 @@ class Stack:
 
 
 _stacks: PerLevel[Stack] = PerLevel()
+_aside: PerLevel[bool] = PerLevel()  # whether the screens of a level are hidden and without input
 
 
 def open(level: kaVel.Coordinator, name: str, **arguments: Any) -> kaVel.Entity | None:
@@ -151,21 +153,16 @@ def ask(level: kaVel.Coordinator, words: str, yes: Callable[[], object], no: Cal
 
 
 def layAside(level: kaVel.Coordinator):
-    """Hides the open screens of a level and leaves them no input, until they are taken up again."""
-    stack = _stacks.get(level)
-    if stack:
-        for screen in stack.screens:
-            screen.component.visible = False
-        stack.cursor.clearTop()
+    """Hides the screens of a level and leaves them no input, until they are taken up again."""
+    _setAside(level, True)
 
 
 def takeUpAgain(level: kaVel.Coordinator):
     """Shows the screens again that were laid aside; those that pause the level have it stand still."""
+    _setAside(level, False)
     stack = _stacks.get(level)
-    if stack and stack.screens:
-        stack.settle()
-        if stack.running is not None:
-            stillness.stop(level)
+    if stack and stack.running is not None:
+        stillness.stop(level)
 
 
 def rebuild(level: kaVel.Coordinator):
@@ -217,6 +214,13 @@ def findings(level: kaVel.Coordinator) -> list[str]:
 
 
 # Within
+
+def _setAside(level: kaVel.Coordinator, aside: bool):
+    _aside[level] = aside
+    stack = _stacks.get(level)
+    if stack:
+        stack.settle()
+
 
 def _read(file: str):
     import builtins

@@ -62,9 +62,15 @@ def volume(name: str) -> Give:
     return lambda sound, value: setattr(sound, name, settings.get(name) * settings.get('masterVolume'))
 
 
+def interfaceVolume(sound: Any, value: Any) -> None:
+    """Of what menus sound like, which is neither an effect nor music."""
+    sound.setPlayersVolume('interface', settings.get('interfaceVolume') * settings.get('masterVolume'))
+
+
 def volumes(sound: Any, value: Any) -> None:
     for name in ('soundEffectVolume', 'musicVolume'):
         volume(name)(sound, value)
+    interfaceVolume(sound, value)
 
 
 def category(*names: str) -> Give:

@@ -92,7 +92,7 @@ SETTINGS = (
             Given.category('sfx/creatures')),
     Setting('playerVolume', 1.0, _part, "Loudness of one's own steps, breath and heart", 'SoundSystem',
             Given.category('sfx/player', 'sfx/steps')),
-    Setting('interfaceVolume', 1.0, _part, 'Loudness of menus', 'SoundSystem', Given.category('interface')),
+    Setting('interfaceVolume', 1.0, _part, 'Loudness of menus', 'SoundSystem', Given.interfaceVolume),
     Setting('headphones', False, switch(), 'Directions as headphones need them', 'SoundSystem',
             property('headphones')),
     Setting('mono', False, switch(), 'Whether both ears hear the same', 'SoundSystem', property('mono')),

@@ -138,16 +138,16 @@ def set(level, player):
 def tell(level, player):
     graphics, sound = kaVel.getSystem('GraphicsSystem2'), kaVel.getSystem('SoundSystem')
     viewer, body = player.getDescendantByPath('camera/viewer'), player.getComponent('player')
-    kaVel.log('now %.1f %g %d %s %s %.2f %.2f %.3f %s %.3f %.3f %g' % (
+    kaVel.log('now %.1f %g %d %s %s %.2f %.2f %.3f %s %.3f %.3f %.3f %g' % (
         math.degrees(viewer.verticalFieldOfViewAngle), graphics.brightness, graphics.shadowMapSize,
         graphics.lampShadows, graphics.occlusion, kaVel.getSystem('InputSystem').walkDeadZone, body.stickTurnRate,
         body.stickUpright, sound.mono, sound.soundEffectVolume, sound.getCategoryVolume('sfx/creatures'),
-        player.getDescendantByPath('camera/form').shakeAmount))
+        sound.getCategoryVolume('interface'), player.getDescendantByPath('camera/form').shakeAmount))
 """)
     run = world.run("Room", 4)
     run.expect_code(0)
-    run.expect("now 60.0 1.5 256 False False 0.50 -5.60 -0.375 True 0.450 0.250 0")
-    run.expect("now 45.0 1 768 True True 0.24 2.80 0.750 False 0.900 1.000 1")
+    run.expect("now 60.0 1.5 256 False False 0.50 -5.60 -0.375 True 0.450 0.250 0.500 0")
+    run.expect("now 45.0 1 768 True True 0.24 2.80 0.750 False 0.900 1.000 1.000 1")
 
 
 def test_what_is_tried_out_comes_back_unless_it_is_confirmed_in_time(world):

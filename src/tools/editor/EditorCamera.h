@@ -1,7 +1,7 @@
 // EditorCamera: the eye of whoever builds a level.
 #pragma once
 
-#include "tools/editor/DrawnThing.h"
+#include "tools/editor/SeenMesh.h"
 #include "tools/editor/EditorView.h"
 
 #include "foundation/Quaternion.h"

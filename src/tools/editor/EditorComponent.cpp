@@ -534,7 +534,7 @@ void EditorComponent::frameSelection()
         forEachDrawn(*found,
                      [&box](GraphicsComponent2 &component)
                      {
-                         const DrawnThing thing(component);
+                         const SeenMesh thing(component);
                          if (thing.isSolid())
                              box.take(thing.placement(), thing.low(), thing.high());
                      });

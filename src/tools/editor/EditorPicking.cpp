@@ -110,7 +110,7 @@ PickHit EditorPicking::cast(Coordinator &level, const ViewRay &ray, const Skip &
             return;
         float distance = nearest;
         Vec4 normal;
-        if (!DrawnThing(component).meets(ray, distance, normal) || isOut(component))
+        if (!SeenMesh(component).meets(ray, distance, normal) || isOut(component))
             return;
         nearest = distance;
         best = {handle_cast<Entity>(component.getParent()), ray.at(distance), normal, distance};
@@ -118,7 +118,7 @@ PickHit EditorPicking::cast(Coordinator &level, const ViewRay &ray, const Skip &
     forEachDrawn(level, tryOne);
     // A picture that is thrown onto a surface is what is seen there.
     for (GraphicsComponent2 *const decal : decals)
-        if (best.entity.isValid() && DrawnThing(*decal).holds(best.place) && !isOut(*decal))
+        if (best.entity.isValid() && SeenMesh(*decal).holds(best.place) && !isOut(*decal))
             best.entity = handle_cast<Entity>(decal->getParent());
     return best;
 }
@@ -161,7 +161,7 @@ std::vector<Handle<Entity>> EditorPicking::pickBox(Coordinator &level, const Edi
     forEachDrawn(level,
                  [&](GraphicsComponent2 &component)
                  {
-                     const DrawnThing thing(component);
+                     const SeenMesh thing(component);
                      if (thing.isSolid())
                          take(handle_cast<Entity>(component.getParent()),
                               thing.placement() * ((thing.low() + thing.high()) * 0.5f));

@@ -1,7 +1,7 @@
 // EditorPicking: what of a level lies under a pixel, or in a rectangle of the window.
 #pragma once
 
-#include "tools/editor/DrawnThing.h"
+#include "tools/editor/SeenMesh.h"
 #include "tools/editor/EditorView.h"
 
 #include "object/tree/Handle.h"

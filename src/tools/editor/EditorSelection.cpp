@@ -60,7 +60,7 @@ SpanBox boundsOfTree(const Handle<Object> &hRoot, const Matrix4 &worldToFrame)
     {
         if (!object->getType()->isSubclassOf(GraphicsComponent2::staticType) || object->isDying())
             continue;
-        const DrawnThing thing(static_cast<GraphicsComponent2 &>(*object));
+        const SeenMesh thing(static_cast<GraphicsComponent2 &>(*object));
         if (thing.isSolid())
             box.take(worldToFrame * thing.placement(), thing.low(), thing.high());
     }

@@ -1,7 +1,7 @@
 // EditorSelection: which entities are selected, and the boxes around what is drawn of them.
 #pragma once
 
-#include "tools/editor/DrawnThing.h"
+#include "tools/editor/SeenMesh.h"
 
 #include "foundation/Quaternion.h"
 #include "object/tree/Handle.h"

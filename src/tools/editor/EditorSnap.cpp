@@ -47,7 +47,7 @@ void EditorSnap::gatherNeighbours(Coordinator &level, const std::function<bool(c
                  [&](GraphicsComponent2 &component)
                  {
                      const Entity *const entity = entityOf(component);
-                     const DrawnThing thing(component);
+                     const SeenMesh thing(component);
                      if (!entity || !thing.isSolid() || leftOut(*entity))
                          return;
                      SpanBox box;

@@ -1,7 +1,7 @@
 // EditorSnap: where things that are moved come to lie by themselves.
 #pragma once
 
-#include "tools/editor/DrawnThing.h"
+#include "tools/editor/SeenMesh.h"
 
 #include <functional>
 #include <vector>

@@ -1,4 +1,4 @@
-// DrawnThing: what is drawn of an entity, as the editor measures and meets it.
+// SeenMesh: what is drawn of an entity, as the editor measures and meets it.
 #pragma once
 
 #include "tools/editor/EditorView.h"
@@ -13,11 +13,11 @@ class GraphicsComponent2;
 ///
 /// Models, boxes with a world's texture, terrains, quads in the world, and the boxes of decals. Borrows the mesh for the
 /// call. By the numbers of the transform as they stand, like what is drawn.
-class DrawnThing
+class SeenMesh
 {
 public:
-    DrawnThing() = default;
-    explicit DrawnThing(GraphicsComponent2 &component);
+    SeenMesh() = default;
+    explicit SeenMesh(GraphicsComponent2 &component);
 
     /// Whether there is a mesh with an extent, in a place that is one.
     bool isSolid() const { return mesh != nullptr; }

@@ -1,4 +1,4 @@
-#include "tools/editor/DrawnThing.h"
+#include "tools/editor/SeenMesh.h"
 
 #include "assets/models/DynamicMeshAsset.h"
 #include "assets/models/MeshAsset.h"
@@ -86,7 +86,7 @@ float triangleMet(const Vec4 &origin, const Vec4 &direction, const Vec4 &a, cons
 }
 } // namespace
 
-DrawnThing::DrawnThing(GraphicsComponent2 &component)
+SeenMesh::SeenMesh(GraphicsComponent2 &component)
 {
     const auto asset = meshOf(component).lookup();
     auto *const transform = componentOf<TransformComponent>(component.getParent(), ComponentKeys::transform);
@@ -101,7 +101,7 @@ DrawnThing::DrawnThing(GraphicsComponent2 &component)
         mesh = &asset->getMeshData();
 }
 
-bool DrawnThing::meets(const ViewRay &ray, float &nearest, Vec4 &normal) const
+bool SeenMesh::meets(const ViewRay &ray, float &nearest, Vec4 &normal) const
 {
     const float volume = toWorld.determinant();
     if (!mesh || !(std::fabs(volume) > 1e-20f))
@@ -139,7 +139,7 @@ bool DrawnThing::meets(const ViewRay &ray, float &nearest, Vec4 &normal) const
     return true;
 }
 
-bool DrawnThing::holds(const Vec4 &place) const
+bool SeenMesh::holds(const Vec4 &place) const
 {
     if (!mesh || !(std::fabs(toWorld.determinant()) > 1e-20f))
         return false;

@@ -320,7 +320,7 @@ def pattern(build: Callable[P, O]) -> Callable[P, O]:
             root = build(*arguments, **options)
         finally:
             _patternsUnderWay -= 1
-        root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe(1), called))
+        root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe().f_back, called))
         return root
 
     call.isPattern = True  # type: ignore

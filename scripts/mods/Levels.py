@@ -122,7 +122,7 @@ class Call:
 
 def isPattern(thing: Any) -> bool:
     """Whether a name of `objects.GameObjects` is one that data may call."""
-    return callable(thing) and hasattr(thing, '__wrapped__') and not isinstance(thing, type)
+    return callable(thing) and getattr(thing, 'isPattern', False)
 
 
 def _isNumber(value: Any) -> bool:

@@ -181,7 +181,7 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
     _settleConsent(mayAsk)
     if waiting() and mayAsk and players:
         _asking = True
-        _order.clear()
+        _leaveOut(list(_order))
     _tell()
     for name in names:
         _refuseWithout(name)
@@ -255,9 +255,13 @@ def _settleConsent(mayAsk: bool) -> None:
             need not in [each.name for each in _order] for need in mod.manifest.needs)]
         if not out:
             break
-        for mod in out:
-            mod.isOn = False
-            _order.remove(mod)
+        _leaveOut(out)
+
+
+def _leaveOut(out: list[Mod]) -> None:
+    for mod in out:
+        mod.isOn = False
+        _order.remove(mod)
 
 
 def _allowsAtTerminal(mod: Mod) -> bool:

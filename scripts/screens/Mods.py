@@ -57,23 +57,26 @@ class _Pages:
 
     def __init__(self, level: kaVel.Coordinator, page: kaVel.Entity, found: list[mods.Mod]):
         self.level = level
-        row = kit.Row(page, 'row', gap=40, grow=1)
+        row = kit.Row(page, 'row', gap=40, grow=1, margin=(0, 12, 0, 0))
         rows = kit.Scroll(row, 'list', grow=1, look='ruled')
         self.side = kit.Scroll(row, 'side', width=SIDE, gap=6)
         self.hint = kit.Label(page, 'hint', literal='', size='small', color='candle')
         self.shown = ''
         for number, mod in enumerate(found):
-            kit.CheckBox(rows, 'mod%d' % number, literal=_line(mod), value=mods.isWanted(mod.name),
-                         enabled=not mod.fault or mods.isWanted(mod.name),
-                         changed=lambda on, mod=mod: self.turn(mod, on), focused=lambda mod=mod: self.show(mod))
+            kit.Button(rows, 'mod%d' % number, literal=_line(mod), row=True, pressed=lambda mod=mod: self.take(mod),
+                       focused=lambda mod=mod: self.show(mod))
         chosen = next((mod for mod in found if mod.name == _chosen), found[0])
         kit.focus(rows.getChild('mod%d' % found.index(chosen)))
         self.show(chosen)
 
+    def take(self, mod: mods.Mod):
+        """Goes over to what can be done with a mod."""
+        self.show(mod)
+        kit.focus(self.side.getChild('on'))
+
     def turn(self, mod: mods.Mod, on: bool):
         mods.turn(mod.name, on)
         kit.say(self.hint, words='mods.restart')
-        self.show(mod, again=True)
 
     def show(self, mod: mods.Mod, again: bool = False):
         global _chosen
@@ -83,9 +86,11 @@ class _Pages:
         kit.clear(self.side)
         side = self.side
         kit.Label(side, 'name', literal=mod.title, size='large')
+        kit.CheckBox(side, 'on', words='mods.on', value=mods.isWanted(mod.name),
+                     changed=lambda on: self.turn(mod, on))
         if mod.manifest:
             kit.Label(side, 'version', words='mods.version', values={
-                'version': mod.version, 'licence': mod.manifest.licence}, size='small', color='faded')
+                'name': mod.name, 'version': mod.version, 'licence': mod.manifest.licence}, size='small', color='faded')
             kit.Label(side, 'text', literal=mod.manifest.description, margin=(0, 4, 0, 8))
             kit.Label(side, 'kind', words='mods.kind.' + mod.manifest.kind, color='candle' if mod.isScript else 'faded')
             if mod.manifest.needs:

@@ -93,7 +93,8 @@ def test_a_mod_overrides_and_adds_something_of_each_kind_and_a_later_one_wins(wo
     hum = (CELLAR / "sounds/lantern/hum.ogg").read_bytes()
     picture = (CELLAR / "textures/mossBrickDiffuse.png").read_bytes()
     mods.write(world, "abbey", files={
-        "textures/rugDiffuse.png": picture, "models/chair.kaVelModel": (ASSETS / "models/armchair.kaVelModel").read_bytes(),
+        "textures/rugDiffuse.png": picture,
+        "models/chair.kaVelModel": (ASSETS / "models/armchair.kaVelModel").read_bytes(),
         "sounds/kaVel.fev": SOUNDS.format(sample="lantern/hum.ogg"), "sounds/lantern/hum.ogg": hum,
         "words/english.toml": 'menu.back = "Whence you came"\nmine.greeting = "Good evening, {who}"\n',
         "words/latin.toml": (CELLAR / "words/latin.toml").read_bytes(),
@@ -284,19 +285,17 @@ def test_the_player_is_asked_on_the_screen_before_a_program_runs(world):
             assert "starts no programs" not in play.log() and "Mods: 1." not in play.log()
             consent = world.folder / "config" / "mornal-consent" / "mods.txt"
             play.focus()
-            play.until(lambda: press(play) or consent.exists(), "the consent")
+            play.until_logged("The main menu stands")
+            time.sleep(2)  # the title comes up under the screen
+            for key in ("Return", "Down", "Return"):  # over to the mod, past its switch, and allow it
+                play.press(key)
+                time.sleep(0.5)
+            play.until(consent.exists, "the consent")
             play.quit()
         with Game(world, display, "NightCall", **settled) as play:
             play.until_logged("Mods: 2. night-caller 1.0, a program")
             play.until_logged("starts no programs")
             play.quit()
-
-
-def press(play):
-    """Goes over to what can be done with the mod, and does it."""
-    for key in ("Return", "Down", "Return"):
-        play.press(key)
-        time.sleep(0.3)
 
 
 if __name__ == "__main__":

@@ -7,7 +7,7 @@
 
 from __future__ import annotations
 
-from typing import Sequence
+from typing import Any, Mapping, Sequence
 
 import kaVel
 from objects.Bodies import Block
@@ -107,6 +107,16 @@ def _renumbered(number: int, hole: Hole, numbers: dict[int, int]) -> Hole:
         raise ValueError('openings[%d] is in wall %r, and the room has the walls %s'
                          % (number, hole['wall'], ', '.join(map(str, numbers))))
     return {**hole, 'wall': numbers[hole['wall']]} if 'wall' in hole else hole
+
+
+def planOf(pattern: str, arguments: Mapping[str, Any]) -> tuple[Plan, dict[int, int]]:
+    """The plan of `Walls` or a `Room`, without openings, and the numbers of its walls by those of the piece."""
+    lines, numbers = arguments.get('plan', ()), None
+    if pattern == 'Room':
+        corners = checkedOutline(arguments['outline'] or _rectangle(arguments['size']), 'outline')
+        lines, numbers = _sides(corners, arguments['partitions'], arguments['without'])
+    plan = Plan(lines, arguments['height'], arguments['thick'])
+    return plan, numbers or {number: number for number in range(len(plan.walls))}
 
 
 def _floors(root: kaVel.Entity, corners: list[Point], plan: Plan, surface: str, others: Sequence[tuple[Point, str]],

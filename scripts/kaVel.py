@@ -22,7 +22,7 @@ import inspect
 import sys
 import traceback
 from types import FrameType
-from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, TypeVar
+from typing import TYPE_CHECKING, Any, Callable, Iterable, ParamSpec, Protocol, TypeVar
 
 import _kaVel
 import bindings
@@ -299,9 +299,20 @@ class BuiltFrom:
         return '<built from %s.%s>' % (self.pattern.__module__, self.pattern.__qualname__)
 
 
-#: Changes the arguments of a pattern's call from a level's script: (pattern, arguments, options) -> both; mostly None.
-amend: Callable[[Callable[..., Any], tuple[Any, ...], dict[str, Any]], tuple[tuple[Any, ...], dict[str, Any]]] | None
-amend = None
+class Amending(Protocol):
+    """What changes the calls of patterns by a level's scripts, while such a level is built."""
+
+    def call(self, pattern: Callable[..., Any], arguments: tuple[Any, ...],
+             options: dict[str, Any]) -> tuple[tuple[Any, ...], dict[str, Any]]:
+        """The arguments by which a pattern is to be called in the place of some others."""
+        ...
+
+    def built(self, root: Any) -> None:
+        """Told what the call came to."""
+        ...
+
+
+amending: Amending | None = None
 _patternsUnderWay = 0
 
 
@@ -312,14 +323,16 @@ def pattern(build: Callable[P, O]) -> Callable[P, O]:
     def call(*arguments: P.args, **options: P.kwargs) -> O:
         global _patternsUnderWay
         isPart, called = _patternsUnderWay > 0, None
-        if amend and not isPart:
+        if amending and not isPart:
             called = arguments, options
-            arguments, options = amend(call, arguments, options)  # type: ignore
+            arguments, options = amending.call(call, arguments, options)  # type: ignore
         _patternsUnderWay += 1
         try:
             root = build(*arguments, **options)
         finally:
             _patternsUnderWay -= 1
+        if amending and not isPart:
+            amending.built(root)
         root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe().f_back, called))
         return root
 

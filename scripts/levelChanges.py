@@ -86,12 +86,15 @@ class LevelChanges:
         self._waiting = {(line.path, line.key): line for line in lines}
         self._paths = {line.path for line in lines}
         self._counts: dict[tuple[Any, str], int] = {}
-        self._roots: dict[str, tuple[Any, str]] = {}   # path in the scripts -> parent and name of what was called
-        self._given: dict[tuple[Any, str], str] = {}   # the other way, for those that got another name
+        self._roots: dict[str, Any] = {}               # what was called for, by its path in the scripts
+        self._given: dict[Any, str] = {}               # the other way, for those that got another name
+        self.numbers: dict[Any, int] = {}              # of what was called for, among those of its name and parent
+        self._called, self._isRenamed = '', False      # the path of the call under way
         self.parents: dict[Any, str] = {}              # of what was hung elsewhere: its path in the scripts
 
-    def amend(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any]):
+    def call(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any]):
         """The arguments of a pattern's call, with those that were changed."""
+        self._called = ''
         if not arguments:
             return arguments, options
         parent, name = arguments[0], options.get('name', arguments[1] if len(arguments) > 1 else '')
@@ -100,11 +103,18 @@ class LevelChanges:
         path = self._pathOf(parent, name)
         changed = {key: self._waiting.pop((path, key)) for at, key in list(self._waiting)
                    if at == path and key[0] != '.' and key not in (REMOVED, PARENT)} if path in self._paths else {}
-        final = changed[NAME].value if NAME in changed else name
-        self._roots[path] = parent, final
-        if final != name:
-            self._given[parent, final] = path
+        self._called, self._isRenamed = path, NAME in changed
         return self._with(pattern, arguments, options, changed) if changed else (arguments, options)
+
+    def built(self, root: Any):
+        """Notes what the last call came to."""
+        if self._called:
+            self._roots[self._called] = root
+            number = self._called.rpartition('/')[2].rpartition('#')[2]
+            self.numbers[root] = int(number) if '#' in self._called.rpartition('/')[2] else 0
+            if self._isRenamed:
+                self._given[root] = self._called
+        self._called = ''
 
     def _pathOf(self, parent: Any, name: str) -> str:
         """Path of the next call for this parent and name, as the scripts name them."""
@@ -116,7 +126,7 @@ class LevelChanges:
     def _scriptsPath(self, entity: Any) -> str:
         steps: list[str] = []
         while entity and entity.parent:
-            known = self._given.get((entity.parent, entity.getName()))
+            known = self._given.get(entity)
             if known:
                 return '/'.join([known, *reversed(steps)])
             steps.append(entity.getName())
@@ -139,11 +149,10 @@ class LevelChanges:
 
     def finish(self, level: kaVel.Coordinator, mapName: str = ''):
         """Does what is to be done once a map is built, or with '' once the level is."""
-        for line in list(self._waiting.values()):
-            if mapName and line.path.partition('/')[0].partition('#')[0] != mapName:
-                continue
+        lines = [line for line in self._waiting.values() if not mapName or line.path.partition('/')[0] == mapName]
+        found = [(line, self._find(level, line.path)) for line in lines]
+        for line, handle in found:
             del self._waiting[line.path, line.key]
-            handle = self._find(level, line.path)
             if not handle:
                 self._tell(line, 'there is no %s' % line.path)
             else:
@@ -157,9 +166,7 @@ class LevelChanges:
             rest = last + ('/' + rest if rest else '')
         root: Any = level
         if begin:
-            parent, name = self._roots[begin]
-            number = begin.rpartition('/')[2].rpartition('#')[2]
-            root = _child(parent, name, int(number) if number.isdigit() and '#' in begin.rpartition('/')[2] else 0)
+            root = self._roots[begin]
         for step in rest.split('/') if rest else ():
             name, mark, number = step.rpartition('#')
             if not root:
@@ -199,6 +206,12 @@ def _child(parent: Any, name: str, number: int) -> Any:
 _ofLevels: dict[str, LevelChanges] = {}
 
 
+def numberInScripts(levelName: str, root: Any) -> int | None:
+    """How many of its name and parent the scripts had called for before an object; None where nobody counted."""
+    changes = _ofLevels.get(levelName)
+    return changes.numbers.get(root) if changes else None
+
+
 def parentInScripts(levelName: str, root: Any) -> str | None:
     """Path below the level of what the scripts hang an object below that a change hangs elsewhere; None for others."""
     changes = _ofLevels.get(levelName)
@@ -216,12 +229,12 @@ def taken(level: kaVel.Coordinator, mapName: str = ''):
     if changes is None:
         yield
         return
-    before, kaVel.amend = kaVel.amend, changes.amend
+    before, kaVel.amending = kaVel.amending, changes
     try:
         yield
         changes.finish(level, mapName)
     finally:
-        kaVel.amend = before
+        kaVel.amending = before
 
 
 def _readFor(levelName: str) -> LevelChanges | None:

@@ -41,22 +41,26 @@ class Notes:
         self._lines, self._paths = lines, after
 
     def _counted(self, gone: set[Piece], names: dict[Piece, str]) -> dict[int, str]:
-        """Paths of pieces as the scripts name them: which one it is of those that share a name."""
-        counts: dict[str, int] = {}
+        """Paths of pieces as the scripts name them, with which one it is of those that share a name."""
         paths: dict[int, str] = {}
-        moved: dict[str, str | None] = {}
-        for piece in self._pieces.everyone():
-            if piece.source is None or piece in gone:
-                continue
-            begin, rest = _longest(piece.source.parentPath, moved)
-            above = (moved.get(begin) or begin) + rest
-            name = names.get(piece) or piece.source.name
-            path = (above + '/' if above else '') + name
-            number = counts.get(path, 0)
-            counts[path] = number + 1
-            paths[piece.number] = path + ('#%d' % number if number else '')
-            if name != piece.source.name:
-                moved[piece.source.parentPath + '/' + piece.source.name] = paths[piece.number]
+        moved: dict[str, str] = {}
+        left = [piece for piece in self._pieces.everyone() if piece.source and piece not in gone]
+        fewer: dict[tuple[str, str], list[int]] = {}
+        for piece in [*gone, *names]:
+            if piece.source:
+                fewer.setdefault((piece.source.parentPath, piece.source.name), []).append(piece.source.number)
+        for piece in left:
+            source: Any = piece.source
+            begin, rest = _longest(source.parentPath, moved)
+            above, name = moved.get(begin, begin) + rest, names.get(piece, source.name)
+            gaps = fewer.get((source.parentPath, source.name), ())
+            number = source.number - sum(each < source.number for each in gaps)
+            if piece in names:
+                number = sum(1 for each in left if each.source and each.source.parentPath == source.parentPath
+                             and each not in names and each.source.name == name)
+            paths[piece.number] = '/'.join(filter(None, [above, name])) + ('#%d' % number if number else '')
+            if name != source.name:
+                moved['/'.join(filter(None, [source.parentPath, source.name]))] = paths[piece.number]
         return paths
 
     def path(self, piece: Piece) -> str:

@@ -243,9 +243,9 @@ class Patches:
         values = self.sites.values
         if scope is None:
             return edits  # who knows
-        given: dict[str, Any] = dict(piece.given, name=piece.name)
+        given: dict[str, Any] = dict(piece.arguments, name=piece.name)
         disturbed: set[Key] = set()
-        for name in {**given, **{key[1]: 0 for key in values.inserted if key[0] is scope.call}}:
+        for name in {**piece.given, 'name': 0, **{key[1]: 0 for key in values.inserted if key[0] is scope.call}}:
             values.touched.clear()
             try:
                 value = self._argument(piece, scope, name)

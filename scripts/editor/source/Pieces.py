@@ -32,6 +32,7 @@ class Source:
         self.name = name
         self.given = given
         self.parentPath = parentPath
+        self.number = 0  # of those with its name and parent, in the order of the scripts
 
 
 class Piece:
@@ -144,6 +145,7 @@ class LevelPieces:
         self._numbered: dict[int, Piece] = {}
         self._byRoot: dict[Any, Piece] = {}
         self._last = 0
+        self._counts: dict[tuple[str, str], int] = {}
         self.edits: Any = None  # of this level, see `Edits`
         self._collect(level)
 
@@ -270,6 +272,9 @@ class LevelPieces:
         piece.above, piece.steps, path = places[parent]
         path = levelChanges.parentInScripts(self.levelName, root) or path
         piece.source = _LateSource(piece, built, _calledName(built) or piece._name, path)
+        number = levelChanges.numberInScripts(self.levelName, root)
+        piece.source.number = self._counts.get((path, piece.source.name), 0) if number is None else number
+        self._counts[path, piece.source.name] = piece.source.number + 1
         piece._patternName = Parameters.nameOf(piece.pattern, piece._moduleOfCall())
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
@@ -283,6 +288,7 @@ class _LateSource(Source):
         self.calls = built.calls
         self.name = name
         self.parentPath = parentPath
+        self.number = 0
         self._piece = piece
         self._built = built
         self._told: dict[str, Any] | None = None

@@ -180,9 +180,9 @@ class Values:
         if node.id in scope.rows:
             return scope.rows[node.id]
         if scope.function is not None:
-            if node.id in parametersOf(scope.function):
-                return self.argument(scope, node.id)
             assigned = _assigned(scope.function, node.id)
+            if node.id in parametersOf(scope.function):
+                return self.argument(scope, node.id) if assigned is None else None
             if assigned is not None:
                 return Thing(assigned, scope) if isinstance(assigned, ast.expr) else None
         everything = scope.script.globals()
@@ -362,7 +362,8 @@ def _assigned(where: ast.AST, name: str) -> ast.AST | None:
             found.append(node)
     if not found:
         return None
-    return found[0] if len(found) == 1 and not isinstance(found[0], ast.Name) else ast.Pass()
+    isPlain = len(found) == 1 and not any(isinstance(each, ast.Name) and each.id == name for each in ast.walk(found[0]))
+    return found[0] if isPlain else ast.Pass()
 
 
 def _names(target: ast.AST, name: str) -> bool:

@@ -21,7 +21,7 @@ MOST_TOLD = 50
 
 
 class Attempt(NamedTuple):
-    """What a mod wanted to do: its name, file and line, and what it was, as "write /home/ada/.profile"."""
+    """What a mod wanted to do: its name, file and line, and what it was, as "write ~/.profile"."""
 
     mod: str
     file: str
@@ -105,6 +105,11 @@ def _tell(attempt: Attempt) -> None:
         return
     attempts.append(attempt)
     kaVel.log('Mods: ' + str(attempt))
+    level = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
+    if level:
+        import words
+        from reports import Keeping
+        Keeping.tell(level, words.text('mods.attempt', mod=attempt.mod, file=attempt.file, line=attempt.line))
 
 
 def _isOutside(path: Any) -> bool:

@@ -340,9 +340,14 @@ def textures() -> list[str]:
     return [os.path.basename(file) for mod in _order for (kind, _), file in mod.brings.items() if kind == 'texture']
 
 
+def levelsOf(mod: Mod) -> list[str]:
+    """Names of the levels of a mod that is on."""
+    return [name for kind, name in mod.brings if kind == 'level'] if mod.isOn else []
+
+
 def levelNames() -> list[str]:
     """Names of the levels that mods bring."""
-    return [name for mod in _order for kind, name in mod.brings if kind == 'level']
+    return [name for mod in _order for name in levelsOf(mod)]
 
 
 def addPatterns(patterns: dict[str, Any]) -> None:

@@ -25,7 +25,7 @@ SHOWN = 60.0
 PREFIX = 'mornal-report.'
 
 #: Words of a run that a report has an answer to itself.
-ANSWERED = ('LEVEL', 'SEED', 'SIZE', 'FRAMES', 'REPLAY', 'RECORD', 'COURSE', 'LANGUAGE', 'UNDRAWN', 'VIEWS')
+ANSWERED = ('LEVEL', 'SEED', 'SIZE', 'FRAMES', 'REPLAY', 'RECORD', 'COURSE', 'LANGUAGE', 'UNDRAWN', 'VIEWS', 'MOD')
 
 #: What a run that is played has otherwise by its nature: the console shows the log.
 OTHERWISE = ('Console', 'reportNotice', 'reportNoticeShade')
@@ -66,6 +66,7 @@ class Played:
         os.environ.update({variable: os.path.join(self.folder, kind)
                            for kind, (variable, _) in userFolders.KINDS.items()})
         os.environ.update(KAVEL_LEVEL=self.about['level'], KAVEL_SEED=str(self.about['seed']),
+                          KAVEL_MOD=str(self.about.get('mods', '')),
                           KAVEL_HEADLESS='1' if self.about['headless'] else '0')
         if self.unseen:
             for display in ('DISPLAY', 'WAYLAND_DISPLAY', 'SDL_VIDEODRIVER'):

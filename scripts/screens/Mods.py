@@ -6,6 +6,7 @@ from typing import Any
 
 import kaVel
 import mods
+import saves
 import words
 from mods import Consent, Holding
 from screens import Kit as kit
@@ -96,6 +97,9 @@ class _Pages:
             if mod.manifest.needs:
                 kit.Label(side, 'needs', words='mods.needs', color='faded', values={
                     'mods': ', '.join('%s %s' % each for each in sorted(mod.manifest.needs.items()))})
+        for name in mods.levelsOf(mod):
+            kit.Button(side, 'begin' + name, words='mods.begin', values={'level': name},
+                       pressed=lambda name=name: self.begin(name))
         if mod.isScript:
             mods.look(mod)
         if mod.fault:
@@ -103,6 +107,13 @@ class _Pages:
         elif mod.isScript:
             self.showProgram(mod)
         self.showConflicts(mod)
+
+    def begin(self, name: str):
+        """Begins a game in a level of a mod; where something would be lost by that, asks."""
+        if saves.isUnsaved():
+            Screens.ask(self.level, 'saves.ask.load', lambda: saves.begin(name))
+        else:
+            saves.begin(name)
 
     def showProgram(self, mod: mods.Mod):
         """What there is of a program, and whether the player allows it."""

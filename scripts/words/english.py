@@ -169,6 +169,7 @@ TEXTS: dict[str, str] = {
     'mods.allowed': 'You have allowed it as it is now.',
     'mods.asking': '{mods}: a program that wants to run. No mods are on until you answer and start the game again.',
     'mods.attempt': '{mod} tried what no mod may; it was refused ({file}, line {line}).',
+    'mods.begin': 'Begin {level}',
     'mods.conflict': '{what} {name}: that of {winner} is used, not that of {loser}.',
     'mods.fault': 'Left out: {fault}',
     'mods.file': '{file} ({bytes} bytes)',

@@ -170,6 +170,7 @@ TEXTS: dict[str, str] = {
     'mods.allowed': 'So, wie es jetzt ist, haben Sie es erlaubt.',
     'mods.asking': '{mods}: ein Programm, das laufen will. Bis zur Antwort und dem nächsten Start ist kein Mod an.',
     'mods.attempt': '{mod} hat versucht, was kein Mod darf; es wurde verwehrt ({file}, Zeile {line}).',
+    'mods.begin': '{level} beginnen',
     'mods.conflict': '{what} {name}: Es gilt die Fassung von {winner}, nicht die von {loser}.',
     'mods.fault': 'Ausgelassen: {fault}',
     'mods.file': '{file} ({bytes} Bytes)',

@@ -169,6 +169,7 @@ TEXTS: dict[str, str] = {
     'mods.allowed': 'जैसा यह अभी है, आपने अनुमति दी है।',
     'mods.asking': '{mods}: एक प्रोग्राम चलना चाहता है। उत्तर देकर खेल फिर शुरू करने तक कोई मॉड चालू नहीं।',
     'mods.attempt': '{mod} ने वह किया जो किसी मॉड को मना है; रोका गया ({file}, पंक्ति {line})।',
+    'mods.begin': '{level} शुरू करें',
     'mods.conflict': '{what} {name}: {winner} का लिया गया, {loser} का नहीं।',
     'mods.fault': 'छोड़ा गया: {fault}',
     'mods.file': '{file} ({bytes} बाइट)',

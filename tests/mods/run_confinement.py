@@ -1,6 +1,10 @@
 """What a run with mods gives up: a mod that wants more gets an error and is told, and the game goes on."""
+import ctypes
+import errno
 import pathlib
 import signal
+import struct
+import subprocess
 import sys
 import time
 
@@ -43,6 +47,7 @@ def attempt(home):
     tried('run', lambda: subprocess.run(['/bin/true']))
     tried('spawn', lambda: os.posix_spawn('/bin/true', ['true'], {}))
     tried('shell', lambda: os.system('touch ' + home + '/evil'))
+    tried('local', lambda: socket.socket(socket.AF_UNIX).close())
     tried('own', lambda: open(home + '/state/mornal/notes', 'w').close())
 """
 LEVEL = """
@@ -103,6 +108,7 @@ def test_what_a_mod_may_not_fails_and_is_told_while_the_game_goes_on_with_sound_
     for name in REFUSED:
         outcome.expect(f"TRIED {name}: PermissionError")
     outcome.expect("TRIED own: done")
+    outcome.expect("TRIED local: done")  # as sound servers and displays are reached
     outcome.expect("Mods: The mod thief wanted to use the network, which no mod may (thief/scripts/Attempts.py:29).")
     outcome.expect("wanted to start the program")
     outcome.expect("SAVED True")
@@ -112,6 +118,30 @@ def test_what_a_mod_may_not_fails_and_is_told_while_the_game_goes_on_with_sound_
     assert (world.folder / "picture.png").stat().st_size > 1000
     assert (world.folder / "heard.wav").stat().st_size > 100000
     assert list((world.folder / "saves").glob("*.save"))
+
+
+def without_the_kernels_help():
+    """Makes this process and what it starts one of a kernel that knows neither Landlock nor filters."""
+    missing = (444, 317)  # landlock_create_ruleset, seccomp
+    lines = [(0x20, 0, 0, 0), *((0x15, len(missing) - number, 0, call) for number, call in enumerate(missing)),
+             (0x06, 0, 0, 0x7FFF0000), (0x06, 0, 0, 0x00050000 | errno.ENOSYS)]
+    text = b"".join(struct.pack("HBBI", *line) for line in lines)
+    filters = ctypes.create_string_buffer(text, len(text))
+    program = ctypes.create_string_buffer(struct.pack("HxxxxxxP", len(lines), ctypes.addressof(filters)))
+    libc = ctypes.CDLL(None)
+    assert libc.prctl(38, 1, 0, 0, 0) == 0 and libc.prctl(22, 2, program) == 0
+
+
+def test_what_the_kernel_does_not_have_is_told_and_the_game_goes_on(world):
+    mods.write(world, "quiet")
+    variables = world.variables(None, 3, KAVEL_MOD="quiet", KAVEL_SIZE="320x180")
+    result = subprocess.run([str(world.executable)], cwd=world.folder / "bin", env=variables, check=False,
+                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, preexec_fn=without_the_kernels_help)
+    outcome = game.Outcome(result.returncode, result.stdout.decode("utf-8", "replace"))
+    outcome.expect_code(0)
+    outcome.expect("Mods: Warning: files outside the user's folders are not protected: this system's kernel has no "
+                   "Landlock")
+    outcome.expect("Mods: Warning: programs and the network are not held back: this system's kernel does not filter")
 
 
 def test_the_kernel_holds_what_the_interpreter_does_not_see(world):

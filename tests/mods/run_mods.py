@@ -298,5 +298,20 @@ def test_the_player_is_asked_on_the_screen_before_a_program_runs(world):
             play.quit()
 
 
+def test_the_guide_leads_to_a_mod_of_data_and_to_a_program(world):
+    guide = (game.ROOT / "docs" / "guide" / "first-mod.md").read_text(encoding="utf-8")
+    for first, text in re.findall(r"^```(?:toml|python)\n# (\S+)\n(.*?)^```$", guide, re.MULTILINE | re.DOTALL):
+        name, _, file = first.partition("/")
+        world.write(mods.folder(world, name).relative_to(world.folder) / file, text)
+    data = mods.run(world, "salt-vault", level="SaltVault", KAVEL_DUMP=str(world.folder / "dump.txt"))
+    program = mods.run(world, "salt-walker", level="SaltWalk", answer="yes")
+    for outcome in (data, program):
+        outcome.expect_code(0)
+        outcome.expect("Mods: 1. salt-vault 1.0, data only")
+        assert not re.search("Error:|Warning:|left out", outcome.log), outcome.log
+    dump = (world.folder / "dump.txt").read_text(encoding="utf-8")
+    assert dump.count("barrels") >= 3 and "saltNote" in dump
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

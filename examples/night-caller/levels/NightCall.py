@@ -18,6 +18,8 @@ def passage(map: MapRootEntity):
         place.ConcreteCeiling(map, 'ceiling', at=(0, 0, z))
         for x, turn in ((-1, 90), (1, -90)):
             place.ConcreteWall(map, 'wall', at=(x, 0, z), turn=turn)
+    place.ConcreteWall(map, 'end', at=(0, 0, 6), turn=180)
+    place.ConcreteWall(map, 'end', at=(0, 0, -4))
     place.Block(map, 'ground', at=(0, -1, 1), size=(4, 1, 12))
     for x in (-1.5, 1.5):
         place.Block(map, 'sides', at=(x, 0, 1), size=(1, 3, 12))

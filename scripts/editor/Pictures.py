@@ -17,7 +17,7 @@ import kaVel
 import userFolders
 
 #: The level that shows one pattern after the other, and the width and height of a picture, pixels.
-LEVEL, SIZE = 'Stand', (160, 120)
+LEVEL, SIZE = 'Stand', (144, 144)
 #: How many are taken in one run: few enough that the first ones are soon there.
 BATCH = 24
 

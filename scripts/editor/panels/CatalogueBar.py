@@ -10,14 +10,14 @@ from editor.panels.Panel import BOTTOM, LEFT, RIGHT, Panel
 
 EVERY = 'all kinds'
 #: Of the bar, pixels.
-HEIGHT = 250
+HEIGHT = 236
 
 
 class CatalogueBar(Panel):
     """Patterns of a kind, or all; the bar's own search finds them by name and sentence."""
 
     name = 'Catalogue'
-    help = 'Click what you want, then where it is to stand.'
+    isAlways = False
 
     def __init__(self, editor: Any):
         super().__init__(editor)

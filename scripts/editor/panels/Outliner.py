@@ -108,8 +108,8 @@ class Outliner(Panel):
 
 
 def _stands(piece: Piece) -> bool:
-    """Whether a piece has a root, which somebody may have murdered."""
-    return bool(piece.root)
+    """Whether a piece has a root, which somebody may have murdered, and none that the engine keeps for itself."""
+    return bool(piece.root) and not piece.name.startswith('.')
 
 
 def _mapOf(piece: Piece) -> str:

@@ -16,6 +16,8 @@ from editor.source.Pieces import Piece
 from editor.source.Refused import Refused
 
 AXES = ('x', 'y', 'z')
+#: Frames that a number rests before it is given to the piece, which is built once that way and not while it is dragged.
+RESTS = 8
 
 
 class PieceBar(Panel):
@@ -27,6 +29,8 @@ class PieceBar(Panel):
         super().__init__(editor)
         self._count, self._step, self._turn = 3, {'x': 1.0, 'y': 0.0, 'z': 0.0}, 0.0
         self._axis, self._how = 'x', Commands.ALIGNMENTS[0]
+        self._pending: tuple[Piece, dict[str, Any]] | None = None
+        self._rested = 0
 
     def placeIn(self, width: int, height: int):
         return width - RIGHT, TOP + TOOL, RIGHT, max(height - TOP - TOOL - BOTTOM - HISTORY, 60)
@@ -42,8 +46,18 @@ class PieceBar(Panel):
             self._several(pieces)
         self._copies()
 
+    def hide(self) -> None:
+        self._give()
+        super().hide()
+
     def selected(self) -> None:
+        self._give()
         self.refresh()
+
+    def doFrame(self) -> None:
+        self._rested += 1
+        if self._rested >= RESTS:
+            self._give()
 
     def edited(self) -> None:
         shown = [each for each in self.editor.selected()]
@@ -67,16 +81,16 @@ class PieceBar(Panel):
         if parameter.kind in ('place', 'triple') and _isNumbers(value, 3):
             self._triple(piece, parameter)
         elif parameter.kind == 'color' and _isNumbers(value, 3):
-            self.bar.addColor(name, name, lambda: kaVel.Vec4(*piece.arguments[name], 1),
+            self.bar.addColor(name, name, lambda: kaVel.Vec4(*self._now(piece, name), 1),
                               lambda color: self._change(piece, name, (color.x, color.y, color.z)))
         elif isinstance(value, (bool, int, float, str)):
             wanted = float if parameter.kind in ('float', 'angle') else type(value)
-            self.value(name, lambda: wanted(piece.arguments.get(name, value)),
+            self.value(name, lambda: wanted(self._now(piece, name, value)),
                        lambda new: self._change(piece, name, new))
         elif callable(value) or value is None and parameter.kind == 'other':
             self.bar.addText(name, name, lambda: _shown(piece.arguments.get(name)))
         else:
-            self.value(name, lambda: _shown(piece.arguments.get(name)),
+            self.value(name, lambda: _shown(self._now(piece, name)),
                        lambda text: self._change(piece, name, _parsed(text)))
         if parameter.doc:
             self.bar.setTip(name, parameter.doc)
@@ -85,17 +99,32 @@ class PieceBar(Panel):
         name = parameter.name
         self.bar.group('%s%s' % (name, ', metres' if parameter.kind == 'place' else ''))
         for number, axis in enumerate(AXES):
-            self.value('%s %s' % (name, axis), lambda number=number: float(piece.arguments[name][number]),
+            self.value('%s %s' % (name, axis), lambda number=number: float(self._now(piece, name)[number]),
                        lambda new, number=number: self._changePart(piece, name, number, new), parameter.doc, axis)
         self.bar.group('')
 
     def _changePart(self, piece: Piece, name: str, number: int, new: float) -> None:
-        parts = list(piece.arguments[name])
+        parts = list(self._now(piece, name))
         parts[number] = new
         self._change(piece, name, tuple(parts))
 
     def _change(self, piece: Piece, name: str, value: Any) -> None:
-        self.editor.edits.change(piece, **{name: value})
+        if self._pending and self._pending[0] is not piece:
+            self._give()
+        self._pending = piece, {**(self._pending[1] if self._pending else {}), name: value}
+        self._rested = 0
+
+    def _now(self, piece: Piece, name: str, default: Any = None) -> Any:
+        """An argument as it stands on the bar, which may be ahead of the piece."""
+        if self._pending and self._pending[0] is piece and name in self._pending[1]:
+            return self._pending[1][name]
+        return piece.arguments.get(name, default)
+
+    def _give(self) -> None:
+        """Gives the piece what was changed on the bar."""
+        pending, self._pending = self._pending, None
+        if pending:
+            self.editor.attempt(lambda: self.editor.edits.change(pending[0], **pending[1]))
 
     def _several(self, pieces: list[Piece]) -> None:
         self._of = pieces

@@ -5,6 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable
 
 from editor.panels.Panel import Panel
+from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
@@ -20,9 +21,14 @@ class Saving(Panel):
         return width // 8, 110, width * 3 // 4, max(height - 200, 160)
 
     def fill(self) -> None:
-        self._lines = self.editor.diff().splitlines() or ['There is nothing to save.']
+        try:
+            self._lines, isWritable = self.editor.diff().splitlines(), True
+        except Refused as reason:
+            self._lines, isWritable = [str(reason)], False
         self.button('Write', self._write, 'Changes these lines in the files', beside=False)
+        self.bar.setEnabled('Write', isWritable and bool(self._lines))
         self.button('Leave as it is', self.hide)
+        self._lines = self._lines or ['There is nothing to save.']
         self.bar.addList('diff', lambda: len(self._lines), lambda number: self._lines[number], lambda number: None)
 
     def edited(self) -> None:

@@ -31,6 +31,7 @@ class Place(Tool):
     #: What is placed; none until something was chosen.
     entry: Catalogue.Entry | None = None
     _turn = 0.0
+    _showed = False  # whether it was this that brought the catalogue up
     _ghost: kaVel.Entity | None = None
     _ghostStands: tuple[kaVel.Vec4, float] = kaVel.Vec4(0, 0, 0, 1), 0.0
 
@@ -43,11 +44,15 @@ class Place(Tool):
     def begin(self) -> None:
         if self.entry:
             self._makeGhost()
-        elif not self.editor.panels.catalogue.isShown:
-            self.editor.panels.catalogue.show()
+        catalogue = self.editor.panels.catalogue
+        self._showed = not catalogue.isShown
+        if self._showed:
+            catalogue.show()
 
     def end(self) -> None:
         self._dropGhost()
+        if self._showed:
+            self.editor.panels.catalogue.hide()
 
     def controls(self, bar: Any) -> None:
         bar.addText('pattern', '', lambda: self.entry.name if self.entry else 'Nothing chosen from the catalogue')

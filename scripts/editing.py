@@ -45,10 +45,16 @@ def leave(level: kaVel.Coordinator | None, go: Callable[[], object]) -> None:
         go()
 
 
-def depart(level: kaVel.Coordinator | None) -> None:
-    """Keeps the edits of a level that is left for good without a question, as a patch among the user's files."""
+def depart(level: kaVel.Coordinator | None, levelName: str) -> None:
+    """Takes the bars of a level off the screen that another one may take the place of.
+
+    Unsaved edits of one that is left for another level without a question are kept as a patch among the user's files.
+    """
     editor = _editorOf(level)
-    if editor and not editor.isSaved and not editor.isForsaken:
+    if not editor:
+        return
+    editor.panels.putAway()
+    if levelName != editor.level.levelName and not editor.isSaved and not editor.isForsaken:
         try:
             _keep(editor.level.levelName, editor.diff())
         except Exception:

@@ -55,7 +55,7 @@ def loadLevel(levelName: str) -> kaVel.Coordinator:
     files = levelScripts.stamp()
     left = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
     if levelName != LOADING_SCREEN:
-        editing.depart(left)
+        editing.depart(left, levelName)
         saves.depart(left)
     try:
         with levelScripts.readAnew(_scriptToRead(levelName)):

@@ -260,8 +260,8 @@ class Editor:
         self.attempt(lambda: self._tools[SELECT].pointer(kind, *self.mouse, button))
 
     def _key(self, code: int, down: bool) -> None:
-        name = Keys.named(code)
-        tool = self.tool
+        Keys.note(code, down)
+        name, tool = Keys.named(code), self.tool
         if not name or not tool:
             return
         if not down:
@@ -274,6 +274,7 @@ class Editor:
     def _doFrame(self) -> None:
         if not self.isOpen:
             return
+        Keys.follow()
         self.playing.doFrame()
         for each in (self.tool, *self.shownViews()):
             if each:

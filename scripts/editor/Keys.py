@@ -66,9 +66,28 @@ def named(code: int) -> str:
     return '' if name in MODIFIERS else name
 
 
+_held: set[str] = set()
+
+
 def held(modifier: str) -> bool:
-    """Whether a key of MODIFIERS is down."""
-    return bool(kaVel.getSystem('InputSystem').isKeyDown(bindings.KEYS[modifier]))
+    """Whether a key of MODIFIERS was down when that happened which is just being told."""
+    return modifier in _held
+
+
+def note(code: int, down: bool) -> None:
+    """Notes a key in the order in which it came: on a slow machine it may be up again by the time it is told."""
+    name = bindings.keyNamed(code)
+    if name in MODIFIERS and down:
+        _held.add(name)
+    else:
+        _held.discard(name)
+
+
+def follow() -> None:
+    """Brings MODIFIERS to what is really held, once a frame: some keys go down and up while the camera flies."""
+    devices = kaVel.getSystem('InputSystem')
+    _held.clear()
+    _held.update(each for each in MODIFIERS if devices.isKeyDown(bindings.KEYS[each]))
 
 
 def withModifiers(name: str) -> str:

@@ -40,8 +40,7 @@ class Panel:
     def show(self) -> None:
         """Puts the bar onto the screen, in its place."""
         if not self.bar:
-            self.bar = kaVel.getSystem('TweakSystem').makeBar('Editor ' + self.name)
-            self.bar.setParent(self.editor.component.parent)
+            self.bar = kaVel.getSystem('TweakSystem').makeBar('Editor ' + self.name)  # one for all levels
         kaVel.configure(self.bar, label=self.name, help=self.help, always=True, shown=True)
         self.put()
         self.refresh()

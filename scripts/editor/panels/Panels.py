@@ -32,6 +32,7 @@ class Panels:
         self.all: list[Panel] = [self.toolbar, Outliner(editor), self.catalogue, ToolControls(editor), PieceBar(editor),
                                  History(editor), self.views, self.status, self.saving, self.leaving, self.levels]
         self._size = (0, 0)
+        self._away: list[Panel] = []
 
     def open(self) -> None:
         """Shows those that are always there."""
@@ -44,6 +45,12 @@ class Panels:
         for panel in self.all:
             panel.hide()
         self.catalogue.end()
+
+    def putAway(self) -> None:
+        """Takes all off the screen until the next frame in which the level is still there."""
+        self._away = self._away or self._shown()
+        for panel in self._away:
+            panel.hide()
 
     def selected(self) -> None:
         """Something else is selected."""
@@ -66,6 +73,9 @@ class Panels:
 
     def doFrame(self) -> None:
         """Keeps the bars in their places when the window becomes another size, and has them do their own."""
+        away, self._away = self._away, []
+        for panel in away:
+            panel.show()
         window = kaVel.getSystem('WindowSystem2')
         size = int(window.width), int(window.height)
         for panel in self._shown():

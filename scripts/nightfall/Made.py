@@ -7,6 +7,7 @@ import math
 import kaVel
 import objects.GameObjects as place
 from kaVel import Entity
+from objects.Lathe import drape, spindle
 from objects.Placing import Triple
 
 
@@ -58,11 +59,23 @@ def coatStand(room: Entity, name: str, at: Triple):
     post = _part(room, name, at, 0, 'wood', ((-0.025, 0, -0.025), (0.025, 1.75, 0.025)),
                  ((-0.22, 0, -0.025), (0.22, 0.03, 0.025)), ((-0.025, 0, -0.22), (0.025, 0.03, 0.22)),
                  ((-0.14, 1.62, -0.012), (0.14, 1.65, 0.012)), ((-0.012, 1.62, -0.14), (0.012, 1.65, 0.14)))
-    _part(post, 'coat', at, 12, 'leather', ((-0.2, 0.5, 0.03), (0.2, 1.5, 0.17)),
-          ((-0.24, 0.95, 0.04), (-0.17, 1.48, 0.15)), ((0.17, 0.95, 0.04), (0.24, 1.48, 0.15)),
-          ((-0.12, 1.5, 0.05), (0.12, 1.6, 0.14)))
+    place.Built(post, 'coat', mesh=_coat(), at=at, turn=12, surface='wetCloth')
     place.Block(post, 'block', at=at, size=(0.45, 1.7, 0.45))
     return post
+
+
+def _coat() -> kaVel.MeshBuilder:
+    """A long coat that hangs by its collar before a post, empty."""
+    mesh = kaVel.MeshBuilder()
+    drape(mesh, ((0.215, 0.52), (0.20, 0.8), (0.17, 1.1), (0.175, 1.3), (0.19, 1.42), (0.15, 1.49), (0.075, 1.54),
+                 (0.06, 1.60), (0.075, 1.63)), 9, 0.032, flat=0.42)
+    for side in (-1.0, 1.0):
+        spindle(mesh, ((0.0, 0.045), (0.1, 0.062), (0.5, 0.056), (0.95, 0.05), (1.0, 0.054)), (0.125 * side, 1.475, 0.0),
+                (0.215 * side, 0.84, 0.03), 12, flat=0.6)
+    mesh.transform(at=kaVel.Vec4(0, 0, 0.12, 1))
+    mesh.applyWorldTextureCoordinates(1.2)
+    mesh.generateTangents()
+    return mesh
 
 
 def tub(room: Entity, name: str, at: Triple):

@@ -30,6 +30,7 @@ constexpr const char *classes[] = {
     "SheetGraphics",
     "ViewerComponent",
     // What shows and measures the game.
+    "ConsoleComponent",
     "ConsoleSystem",
     "DebugCollectorComponent",
     "DebugLineGraphicsComponent",

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cfloat>
 #include <imgui/imgui.h>
+#include <utility>
 
 namespace port
 {
@@ -100,6 +101,15 @@ bool BarInput::event(UINT msg, WPARAM wParam, LPARAM lParam)
 
 bool BarInput::button(std::size_t index, bool down)
 {
+    if (down && index == 0 && picking && !wantsMouse())
+    {
+        picking = false;
+        picked = true;
+        pickX = mouseX;
+        pickY = mouseY;
+        taken[index] = held[index] = true; // its release is nobody else's business either
+        return true;
+    }
     if (down)
     {
         taken[index] = wantsMouse();
@@ -144,7 +154,7 @@ bool BarInput::rawInput(LPARAM lParam)
 
 bool BarInput::rawMouse(unsigned flags)
 {
-    bool take = wantsMouse();
+    bool take = wantsMouse() || picking;
     for (std::size_t i = 0; i < BUTTONS; ++i)
     {
         const auto [down, up] = rawButtons[i];
@@ -176,6 +186,13 @@ bool BarInput::wantsKeyboard() const
     return ImGui::GetIO().WantTextInput;
 }
 
+bool BarInput::takePick(int &x, int &y)
+{
+    x = pickX;
+    y = pickY;
+    return std::exchange(picked, false);
+}
+
 void BarInput::beginFrame()
 {
     ImGuiIO &io = ImGui::GetIO();
@@ -205,6 +222,7 @@ void BarInput::clear()
     keysPressed.reset();
     rawKeysTaken.reset();
     bars.clear();
+    picking = picked = false;
     mouseX = mouseY = -1;
 }
 

@@ -23,6 +23,11 @@ public:
     void setBars(std::vector<TweakPlace> places) { bars = std::move(places); }
     /// Whether there is a cursor to hear: a mouse that turns the player's head is nowhere.
     void setHearsMouse(bool val) { hearsMouse = val; }
+    /// Takes the next press of the left button that is on no bar, for `takePick`, or no longer.
+    void setPicking(bool val) { picking = val; }
+    bool isPicking() const { return picking; }
+    /// Where the press was that was taken, once.
+    bool takePick(int &x, int &y);
     /// Lets go of everything.
     void clear();
     /// Whether the mouse is on a bar, or drags something on one.
@@ -40,6 +45,10 @@ private:
 
     std::vector<TweakPlace> bars;
     bool hearsMouse = true;
+    bool picking = false;
+    bool picked = false;
+    int pickX = 0;
+    int pickY = 0;
     int mouseX = -1; ///< client pixels
     int mouseY = -1;
     std::bitset<BUTTONS> held;     ///< buttons that are down, wherever they were pressed

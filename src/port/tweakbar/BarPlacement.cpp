@@ -61,19 +61,15 @@ TweakPlace placeOf(ImVec2 at, ImVec2 size)
     return {static_cast<int>(at.x), static_cast<int>(at.y), static_cast<int>(at.x + size.x),
             static_cast<int>(at.y + size.y)};
 }
-} // namespace
-
-TweakPlace placeOfWindow(TwBar &bar)
+struct Room
 {
-    const ImGuiWindow &window = *ImGui::GetCurrentWindow();
-    bar.place = placeOf(window.Pos, window.SizeFull); // a folded bar comes up unfolded
-    return placeOf(window.Pos, window.Size);
-}
+    TweakPlace place;
+    std::int64_t covered; ///< pixels of others
+};
 
-TweakPlace findRoom(int width, int height, int windowWidth, int windowHeight, const std::vector<TweakPlace> &others)
+Room leastCovering(int width, int height, int windowWidth, int windowHeight, const std::vector<TweakPlace> &others)
 {
-    TweakPlace best;
-    std::int64_t least = INT64_MAX;
+    Room best{{}, INT64_MAX};
     std::vector<int> lefts{MARGIN}, tops{MARGIN};
     for (const TweakPlace &other : others)
     {
@@ -93,14 +89,30 @@ TweakPlace findRoom(int width, int height, int windowWidth, int windowHeight, co
             std::int64_t covered = 0;
             for (const TweakPlace &other : others)
                 covered += shared(place, other);
-            if (covered < least)
-            {
-                least = covered;
-                best = place;
-            }
+            if (covered < best.covered)
+                best = {place, covered};
         }
     }
     return best;
+}
+} // namespace
+
+TweakPlace placeOfWindow(TwBar &bar)
+{
+    const ImGuiWindow &window = *ImGui::GetCurrentWindow();
+    bar.place = placeOf(window.Pos, window.SizeFull); // a folded bar comes up unfolded
+    return placeOf(window.Pos, window.Size);
+}
+
+TweakPlace findRoom(int width, int height, int windowWidth, int windowHeight, const std::vector<TweakPlace> &others)
+{
+    for (const int lower : {height, height * 3 / 4, height / 2})
+    {
+        const Room room = leastCovering(width, lower, windowWidth, windowHeight, others);
+        if (room.covered == 0)
+            return room.place;
+    }
+    return leastCovering(width, height, windowWidth, windowHeight, others).place;
 }
 
 void placeBar(TwBar &bar, const std::vector<TweakPlace> &others)

@@ -97,6 +97,15 @@ bool *findSwitch(port::TweakVar &var, std::string_view name)
     return nullptr;
 }
 
+/// Where a bar, or a variable of it, was last drawn; null for what there is not.
+const port::TweakPlace *placeOf(TwBar *bar, const char *varName)
+{
+    if (!bar || !varName)
+        return bar ? &bar->place : nullptr;
+    const port::TweakVar *var = bar->find(varName);
+    return var ? &var->place : nullptr;
+}
+
 int setVarParam(port::TweakVar &var, const Param &param)
 {
     if (bool *value = findSwitch(var, param.name); value && param.isInts(param.name.data(), 1))
@@ -343,9 +352,9 @@ int TwGetParam(TwBar *bar, const char *varName, const char *paramName, TwParamVa
     int *out = static_cast<int *>(values);
     if (bar && !varName && param.isInts("visible", 1))
         *out = bar->visible;
-    else if (bar && !varName && param.isInts("place", 4))
+    else if (const port::TweakPlace *seen = placeOf(bar, varName); seen && param.isInts("place", 4))
     {
-        const port::TweakPlace &at = bar->place;
+        const port::TweakPlace &at = *seen;
         const int place[] = {at.left, at.top, at.right - at.left, at.bottom - at.top};
         std::copy(std::begin(place), std::end(place), out);
     }

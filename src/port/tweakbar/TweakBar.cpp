@@ -36,6 +36,16 @@ bool port::tweakBarsHaveTheKeyboard()
     return ImGuiBackend::get().hasKeyboard();
 }
 
+void port::pickWithTweakBars()
+{
+    ImGuiBackend::get().getInput().setPicking(true);
+}
+
+bool port::tweakBarsPicked(int &x, int &y)
+{
+    return ImGuiBackend::get().getInput().takePick(x, y);
+}
+
 void port::setTweakBarFont(const char *file, float size, int windowHeight)
 {
     ImGuiBackend::get().getFont().set(file, size, windowHeight);

@@ -153,7 +153,8 @@ int TwAddGraphCB(TwBar *bar, const char *name, TwGraphCallback getCallback, void
 /// user closed is not visible.
 int TwSetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int count,
                const void *values);
-/// Reads an option of a bar: visible, or the place where it stands (4 ints as above; all 0 before it was drawn).
+/// Reads an option: visible of a bar, or the place where a bar or a variable's control stands (4 ints as above; all 0
+/// for what is not seen).
 int TwGetParam(TwBar *bar, const char *varName, const char *paramName, TwParamValueType type, unsigned int maxCount,
                void *values);
 
@@ -190,6 +191,11 @@ bool tweakBarsHaveTheMouse();
 
 /// Whether a text on a bar is being typed.
 bool tweakBarsHaveTheKeyboard();
+
+/// Has the bars take the next click that is on none of them.
+void pickWithTweakBars();
+/// Where that click was, client pixels; true once for each.
+bool tweakBarsPicked(int &x, int &y);
 
 /// Sets the font of all bars, a designed path, and its size in a window of a height, both in pixels; larger windows have
 /// larger letters. A file that cannot be read leaves the built-in font.

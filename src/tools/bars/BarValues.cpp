@@ -1,6 +1,7 @@
 #include "tools/bars/BarValues.h"
 
 #include "object/tree/Object.h"
+#include "port/tweakbar/TweakBar.h"
 
 String BarValues::describe(const Variant &value)
 {
@@ -38,4 +39,13 @@ String BarValues::describe(const Variant &value)
     default:
         return SCS("none");
     }
+}
+
+Vec4 BarValues::placeOf(TwBar *bar, const char *control)
+{
+    int place[4]{};
+    if (!bar || !TwGetParam(bar, control, "place", TW_PARAM_INT32, 4, place))
+        return Vec4(0.f, 0.f, 0.f, 0.f);
+    const auto number = [](int value) { return static_cast<float>(value); };
+    return Vec4(number(place[0]), number(place[1]), number(place[0] + place[2]), number(place[1] + place[3]));
 }

@@ -6,6 +6,8 @@
 #include <cstring>
 #include <string>
 
+class TwBar;
+
 /// What a bar's variable points at, for a value of the engine and back.
 namespace BarValues
 {
@@ -51,6 +53,9 @@ inline Quaternion fromBar<Quaternion>(const void *value)
     const float *f = static_cast<const float *>(value);
     return Quaternion(f[3], f[0], f[1], f[2]);
 }
+
+/// Where a control of a bar is seen, or with null the bar: left, top, right and lower edge in pixels; zeros for nowhere.
+Vec4 placeOf(TwBar *bar, const char *control);
 
 /// What a value that has no control of its own reads as.
 String describe(const Variant &value);

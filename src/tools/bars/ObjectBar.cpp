@@ -9,6 +9,7 @@
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/Entity.h"
 #include "engine/transforms/TransformComponent.h"
+#include "object/tree/WellKnownPaths.h"
 #include "port/tweakbar/TweakBar.h"
 
 #include <algorithm>
@@ -45,7 +46,6 @@ ObjectBar::ObjectBar(const Handle<Object> &object) : object(object), path(object
     const auto target = object.lookup();
     bar = TwNewBar(String::format("object %u", object.getNumber()).toCString());
     setText(nullptr, "label", titleOf(*target));
-    setText(nullptr, "help", path);
     addHead();
     const Handle<TransformComponent> transform = componentOf<TransformComponent>(object, ComponentKeys::transform);
     if (transform.isValid())
@@ -105,9 +105,8 @@ void ObjectBar::addHead()
             tweaks.copy(tweaks.tell(static_cast<ObjectBar *>(self)->object, SCS("place")));
         },
         true);
-    const String from = getSystemDeref<TweakSystem>().tell(object, SCS("place"));
-    if (!from.empty())
-        setText(nullptr, "help", path + SCS("\n") + from);
+    origin = getSystemDeref<TweakSystem>().tell(object, SCS("place"));
+    tellPath();
     if (!componentOf<BTComponent>(object, ComponentKeys::behaviors).isValid())
         return;
     TwAddVarCB(
@@ -121,6 +120,19 @@ void ObjectBar::addHead()
         this);
     setText("head why", "label", String());
     setText("head why", "help", SCS("What the creature does and why."));
+}
+
+void ObjectBar::tellPath()
+{
+    setText(nullptr, "help", origin.empty() ? path : path + SCS("\n") + origin);
+}
+
+void ObjectBar::followPath()
+{
+    if (path.startsWith(WellKnownPaths::currentLevel) || path.startsWith(WellKnownPaths::systems) || !object.isValid())
+        return;
+    path = objectPath(object);
+    tellPath();
 }
 
 void ObjectBar::addComponents()

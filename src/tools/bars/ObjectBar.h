@@ -28,6 +28,8 @@ public:
     const Handle<Object> &getObject() const { return object; }
     /// The object's path, which stays known when it dies.
     const String &getPath() const { return path; }
+    /// Finds the path of an object of a level that was still being built, and belongs to the run now.
+    void followPath();
     /// Whether the user has left it open.
     bool isOpen() const;
     /// Opens it again, before the others.
@@ -43,6 +45,7 @@ private:
     void setSwitch(const char *parameter, bool val);
     void setText(const char *line, const char *parameter, const String &text);
     void addHead();
+    void tellPath();
     void addButton(const char *name, const char *help, void (*pressed)(void *), bool beside);
     void addComponents();
     void addChildren();
@@ -52,6 +55,7 @@ private:
 
     Handle<Object> object;
     String path;
+    String origin; ///< place in the scripts; empty where it is not known
     TwBar *bar = nullptr;
     PropertyLines lines;
     std::unique_ptr<PlaceLines> place; ///< null for what stands nowhere

@@ -33,6 +33,7 @@ ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open)), query("")
     TwSetParam(bar, nullptr, "help", TW_PARAM_CSTRING, 1, "Click an object to open its bar.");
     const int size[] = {300, 620};
     TwSetParam(bar, nullptr, "size", TW_PARAM_INT32, 2, size);
+    addHead();
     TwAddVarCB(
         bar, SEARCH, TW_TYPE_STDSTRING,
         [](const void *value, void *self)
@@ -52,6 +53,20 @@ ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open)), query("")
         [](unsigned index, int onMark, void *self) { static_cast<ObjectBrowser *>(self)->click(index, onMark != 0); }};
     TwAddListCB(bar, "tree", &list, this);
     TwSetParam(bar, "tree", "label", TW_PARAM_CSTRING, 1, "");
+}
+
+void ObjectBrowser::addHead()
+{
+    TwAddButton(
+        bar, "pick with the mouse", [](void *) { getSystemDeref<TweakSystem>().pickWithMouse(); }, nullptr);
+    TwSetParam(bar, "pick with the mouse", "help", TW_PARAM_CSTRING, 1,
+               "The next click into the world opens the bar of what is there.");
+    TwAddButton(
+        bar, "under the crosshair", [](void *) { getSystemDeref<TweakSystem>().pickUnderCrosshair(); }, nullptr);
+    TwSetParam(bar, "under the crosshair", "help", TW_PARAM_CSTRING, 1,
+               "Opens the bar of what is in the middle of the picture.");
+    const int beside = 1;
+    TwSetParam(bar, "under the crosshair", "sameline", TW_PARAM_INT32, 1, &beside);
 }
 
 ObjectBrowser::~ObjectBrowser()

@@ -52,6 +52,7 @@ private:
         std::string found; ///< by which value a search has met it
     };
 
+    void addHead();
     void listTree(Object &root);
     void beginSearch();
     void goOnSearching();

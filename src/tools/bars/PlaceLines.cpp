@@ -2,6 +2,7 @@
 
 #include "tools/bars/BarValues.h"
 #include "tools/bars/TweakSystem.h"
+#include "tools/editor/RigidMove.h"
 
 #include "engine/transforms/TransformComponent.h"
 #include "object/reflection/SavedArguments.h"
@@ -31,9 +32,11 @@ void setText(TwBar *bar, const char *line, const char *parameter, const char *te
 } // namespace
 
 PlaceLines::PlaceLines(const Handle<Object> &entity, const Handle<TransformComponent> &transform)
-    : entity(entity), transform(transform)
+    : entity(entity), transform(transform), move(std::make_unique<RigidMove>())
 {
 }
+
+PlaceLines::~PlaceLines() = default;
 
 void PlaceLines::addTo(TwBar *bar)
 {
@@ -64,11 +67,15 @@ void PlaceLines::begin(const Line &line)
         return;
     isBegun = true;
     before = read(line.property);
+    placeBefore = transform.lookup()->getPosition();
+    turnBefore = transform.lookup()->getOrientation();
+    move->take(entity);
 }
 
 void PlaceLines::finish(const Line &line)
 {
     isBegun = false;
+    move->clear();
     if (transform.isValid())
         getSystemDeref<TweakSystem>().tellEdited(transform, String::copyFrom(line.property), before,
                                                  read(line.property));
@@ -81,8 +88,12 @@ void PlaceLines::setPlace(const void *value, void *self)
     const auto live = line.owner->transform.lookup();
     if (!live || !isFinite(wanted))
         return;
-    line.owner->begin(line);
-    live->setPosition(wanted);
+    PlaceLines &lines = *line.owner;
+    lines.begin(line);
+    RigidMotion motion;
+    motion.by = wanted - lines.placeBefore;
+    motion.pivot = lines.placeBefore;
+    lines.move->apply(motion);
 }
 
 void PlaceLines::setTurn(const void *value, void *self)
@@ -91,8 +102,12 @@ void PlaceLines::setTurn(const void *value, void *self)
     const auto live = line.owner->transform.lookup();
     if (!live)
         return;
-    line.owner->begin(line);
-    live->setOrientation(BarValues::fromBar<Quaternion>(value));
+    PlaceLines &lines = *line.owner;
+    lines.begin(line);
+    RigidMotion motion;
+    motion.turn = BarValues::fromBar<Quaternion>(value) * lines.turnBefore.inverse();
+    motion.pivot = lines.placeBefore;
+    lines.move->apply(motion);
 }
 
 void PlaceLines::setScale(const void *value, void *self)

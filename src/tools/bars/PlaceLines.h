@@ -4,6 +4,9 @@
 #include "object/reflection/Variant.h"
 #include "object/tree/Handle.h"
 
+#include <memory>
+
+class RigidMove;
 class TransformComponent;
 class TwBar;
 
@@ -14,6 +17,7 @@ class PlaceLines
 {
 public:
     PlaceLines(const Handle<Object> &entity, const Handle<TransformComponent> &transform);
+    ~PlaceLines();
     PlaceLines(const PlaceLines &) = delete;
     PlaceLines &operator=(const PlaceLines &) = delete;
 
@@ -41,6 +45,9 @@ private:
     Line place{this, "position"};
     Line turn{this, "orientation"};
     Line scale{this, "scale"};
-    Variant before; ///< when the present edit began
+    Variant before;                  ///< when the present edit began
+    Vec4 placeBefore;                ///< likewise
+    Quaternion turnBefore;           ///< likewise
+    std::unique_ptr<RigidMove> move; ///< of all that comes along
     bool isBegun = false;
 };

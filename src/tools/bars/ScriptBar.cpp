@@ -527,6 +527,11 @@ void ScriptBar::setLive(const String &name, bool on)
     setSwitch(name, "live", on);
 }
 
+Vec4 ScriptBar::whereIs(const String &name) const
+{
+    return BarValues::placeOf(find(name) || name.empty() ? bar : nullptr, name.empty() ? nullptr : name.toCString());
+}
+
 void ScriptBar::act()
 {
     std::vector<Action> now;

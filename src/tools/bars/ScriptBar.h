@@ -3,6 +3,8 @@
 
 #include "object/tree/Object.h"
 
+#include "foundation/Vector.h"
+
 #include <memory>
 #include <vector>
 
@@ -82,6 +84,10 @@ public:
     void setMarked(const String &name, bool on);
     /// Whether a text is set with each letter rather than when it is whole.
     void setLive(const String &name, bool on);
+
+    /// Where a control is seen, or the bar for an empty name: left, top, right and lower edge in pixels of the window;
+    /// zeros for what is not seen.
+    Vec4 whereIs(const String &name) const;
 
     /// Calls what the user's edits since the last frame ask for; TweakSystem's frame step.
     void act();

@@ -19,14 +19,19 @@ bool isBoundTo(const ReflectorPtr &handler, const Handle<Object> &object)
            bound[0].as<Handle<Object>>() == object;
 }
 
+/// The method's own name: a bound call tells of its arguments, too.
+String methodOf(const IReflectedThing &handler)
+{
+    return static_cast<const PartialFunctionApplication &>(handler).getFunction()->getQualifiedName();
+}
+
 void gather(const ListenerSets &listeners, const Handle<Object> &object, std::vector<String> &out)
 {
     listeners.forEach(
         [&](const ReflectorPtr &type, const ReflectorPtr &handler)
         {
             if (isBoundTo(handler, object))
-                out.push_back(
-                    String::format("%s: %s", type->getName().toCString(), handler->getQualifiedName().toCString()));
+                out.push_back(String::format("%s: %s", type->getName().toCString(), methodOf(*handler).toCString()));
         });
 }
 } // namespace

@@ -1,13 +1,17 @@
 #include "tools/bars/TweakSystem.h"
 
 #include "tools/bars/BarMemory.h"
+#include "tools/bars/BarValues.h"
 #include "tools/bars/ObjectBar.h"
 #include "tools/bars/ObjectBrowser.h"
 #include "tools/bars/ObjectPath.h"
 #include "tools/bars/PythonText.h"
 #include "tools/bars/ScriptBar.h"
 #include "tools/bars/WatchBar.h"
+#include "tools/editor/EditorPicking.h"
+#include "tools/editor/EditorView.h"
 
+#include "engine/levels/Coordinator.h"
 #include "engine/levels/GameLoop.h"
 #include "engine/systems/SystemSystem.h"
 #include "object/python/ScriptCall.h"
@@ -180,6 +184,35 @@ void TweakSystem::search(const String &text)
     browser->setSearch(text.toCString());
 }
 
+Handle<Entity> TweakSystem::pick(float x, float y)
+{
+    const auto level = getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator().lookup();
+    const EditorView view = level ? EditorView(*level) : EditorView();
+    if (!view.isUsable() || !std::isfinite(x) || !std::isfinite(y))
+        return Handle<Entity>();
+    const Handle<Entity> found = EditorPicking().cast(*level, view.rayAt(x, y)).entity;
+    if (found.isValid())
+        addBar(found);
+    return found;
+}
+
+Handle<Entity> TweakSystem::pickUnderCrosshair()
+{
+    const WindowSystem2 &window = getSystemDeref<WindowSystem2>();
+    return pick(static_cast<float>(window.getWidth()) * 0.5f, static_cast<float>(window.getHeight()) * 0.5f);
+}
+
+void TweakSystem::pickWithMouse()
+{
+    port::pickWithTweakBars();
+}
+
+Vec4 TweakSystem::whereIs(Handle<Object> object, const String &property) const
+{
+    const ObjectBar *known = findBar(object);
+    return BarValues::placeOf(known ? known->getBar() : nullptr, property.empty() ? nullptr : property.toCString());
+}
+
 void TweakSystem::watch(Handle<Object> object, const String &property)
 {
     const auto target = object.lookup();
@@ -270,6 +303,9 @@ void TweakSystem::refresh()
         showOrHide(shown);
     dropBars();
     bringBarsBack();
+    int x = 0, y = 0;
+    if (port::tweakBarsPicked(x, y))
+        pick(static_cast<float>(x), static_cast<float>(y));
     refreshScriptBars(shown);
     if (shown)
         browser->refresh();
@@ -291,6 +327,7 @@ void TweakSystem::dropBars()
 {
     for (const auto &bar : bars)
     {
+        bar->followPath();
         const auto object = bar->getObject().lookup();
         if ((!object || object->isDying()) && bar->isOpen())
             awaited.push_back({bar->getPath(), FRAMES_TO_COME_BACK});

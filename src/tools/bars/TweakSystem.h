@@ -3,10 +3,13 @@
 
 #include "engine/systems/System.h"
 
+#include "foundation/Vector.h"
+
 #include <memory>
 #include <vector>
 
 class BarMemory;
+class Entity;
 class ObjectBar;
 class ObjectBrowser;
 class ScriptBar;
@@ -43,6 +46,16 @@ public:
     /// Lists, in the bar "Objects", what meets a search: parts of names and classes, "class:light", "path:villa/",
     /// "value:0.5", "mass:>2".
     void search(const String &text);
+    /// Opens the bar of what is seen at a place of the window, pixels from its top left, triangle by triangle.
+    /// @return the entity; invalid where nothing is seen, which opens nothing
+    Handle<Entity> pick(float x, float y);
+    /// Opens the bar of what is seen in the middle of the window.
+    Handle<Entity> pickUnderCrosshair();
+    /// Has the next click into the world open the bar of what is seen there.
+    void pickWithMouse();
+    /// Where the control of a property is seen on the bar of its object, as "speed" or "transform/position"; an empty name
+    /// for the bar: left, top, right and lower edge in pixels; zeros for what is not seen.
+    Vec4 whereIs(Handle<Object> object, const String &property) const;
     /// Begins to watch a property in the bar "Watched", with a curve where it is a number, or ends that.
     void watch(Handle<Object> object, const String &property);
     /// Number of properties that are watched.

@@ -36,10 +36,13 @@ def arrive(level: kaVel.Coordinator) -> None:
         switch(level)
 
 
-def leave(level: kaVel.Coordinator | None, go: Callable[[], object]) -> None:
-    """Calls `go`, which leads away from a level; where that has unsaved edits, when its designer has agreed."""
+def leave(level: kaVel.Coordinator | None, levelName: str, go: Callable[[], object]) -> None:
+    """Calls `go`, which leads to a level from another one; where that has unsaved edits, when its designer has agreed.
+
+    A level that is only loaded anew keeps its edits.
+    """
     editor = _editorOf(level)
-    if editor and not editor.isSaved:
+    if editor and not editor.isSaved and editor.level.levelName != levelName:
         editor.askBefore(go)
     else:
         go()

@@ -52,7 +52,7 @@ def returnTo(levelName: str, place: Standing | None):
         _wanted = levelName, place
         kaVel.getSystem('GameLoopSystem').queueLoadLevel(levelName)
 
-    editing.leave(kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator, go)
+    editing.leave(kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator, levelName, go)
 
 
 def arrive(level: kaVel.Coordinator):

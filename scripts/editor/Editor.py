@@ -17,6 +17,7 @@ import kaVel
 import loader
 import troubleScreen
 from editor import Commands, Keys
+from editor.Aids import Aids
 from editor.Camera import Camera
 from editor.Playing import Playing
 from editor.Selection import Selection
@@ -68,13 +69,14 @@ class Editor:
         self.camera = Camera(self)
         self.selection = Selection(self)
         self.snapping = Snapping(self)
-        self.playing = Playing(self)
+        self.playing, self.aids = Playing(self), Aids(self)
         self.commands = Commands.Commands(self)
         self.panels = Panels.Panels(self)
         self.isOpen, self.isForsaken = False, False
         self.tool: Tool | None = None
         self.messages: list[str] = []
         self.mouse = (0, 0)  # over the picture, window pixels
+        self._step = (self.edits.position, len(self.edits.history()))  # the one that was told last
         self._tools: dict[str, Tool] = {}
         self._views: dict[str, View] = {}
         self.edits.onChange(self._edited)
@@ -99,6 +101,7 @@ class Editor:
         Screens.layAside(self.level)
         self.playing.begin()
         self.component.active = True
+        self.aids.begin()
         self.panels.open()
         self.selection.refresh()
         self.take(SELECT)
@@ -116,6 +119,7 @@ class Editor:
             view.end()
         self._views.clear()
         self.panels.close()
+        self.aids.end()
         self.component.active = False
         self.playing.end()
         Screens.takeUpAgain(self.level)
@@ -291,12 +295,21 @@ class Editor:
         if not self.level or not self.isOpen:
             return  # the edits of a level outlive it, and with them what listens
         self.isForsaken = False
+        self._tellStep()
         self.selection.refresh()
         if self.tool:
             self.attempt(self.tool.selectionChanged)
         for view in self.shownViews():
             self.attempt(view.changed)
         self.panels.edited()
+
+    def _tellStep(self) -> None:
+        """Tells which step the level is at, after one was done, undone or done again."""
+        steps, position = self.edits.history(), self.edits.position
+        if (position, len(steps)) != self._step:
+            isBack = self._step[1] == len(steps) and position < self._step[0]
+            self._step = position, len(steps)
+            self.message('Undone: %s' % steps[position] if isBack else steps[position - 1])
 
 
 def _refuseUneditable(level: kaVel.Coordinator) -> None:

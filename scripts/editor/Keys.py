@@ -44,6 +44,7 @@ TABLE: dict[str, tuple[str, Callable[[Editor], object]]] = {
     'End': ('drop to the floor', lambda editor: editor.commands.drop()),
     'X': ('axes of the world or the thing', lambda editor: editor.snapping.switchSpace()),
     'V': ('snap to the grid', lambda editor: editor.snapping.switchGrid()),
+    'I': ('light to work by', lambda editor: editor.aids.switchLight()),
     'Left': ('nudge', lambda editor: editor.commands.nudge(-1, 0, 0)),
     'Right': ('nudge', lambda editor: editor.commands.nudge(1, 0, 0)),
     'Up': ('nudge', lambda editor: editor.commands.nudge(0, 0, 1)),
@@ -57,7 +58,7 @@ TABLE: dict[str, tuple[str, Callable[[Editor], object]]] = {
 }
 
 #: What the line of help has room for.
-SHOWN = ('Ctrl+Z', 'Ctrl+Y', 'Ctrl+S', 'Ctrl+D', 'Delete', 'F', 'H', 'L', 'Ctrl+G', 'P', 'Escape')
+SHOWN = ('Ctrl+Z', 'Ctrl+Y', 'Ctrl+S', 'Ctrl+D', 'Delete', 'F', 'H', 'L', 'I', 'P', 'Escape')
 
 
 def named(code: int) -> str:

@@ -31,7 +31,7 @@ def toDesktop(level: kaVel.Coordinator):
 def goTo(levelName: str):
     """Goes to a level in the next frame; asks about unsaved edits of the present one first."""
     gameLoop = kaVel.getSystem('GameLoopSystem')
-    editing.leave(gameLoop.currentlyActiveCoordinator, lambda: gameLoop.queueLoadLevel(levelName))
+    editing.leave(gameLoop.currentlyActiveCoordinator, levelName, lambda: gameLoop.queueLoadLevel(levelName))
 
 
 def _leave(level: kaVel.Coordinator, question: str, go: Callable[[], object]):

@@ -13,7 +13,7 @@ class Levels(Panel):
 
     name = 'Levels'
     isAlways = False
-    _wanted = 'NewLevel'
+    _wanted = ''
 
     def placeIn(self, width: int, height: int):
         return width // 2 - 170, 110, 340, 320

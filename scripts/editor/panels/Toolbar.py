@@ -43,6 +43,8 @@ class Toolbar(Panel):
             self.button('%g' % speed, lambda speed=speed: playing.setSpeed(speed), 'Speed of the level')
         self.button('Fly', lambda: editor.camera.setMode('fly'), 'The camera flies: right button and W A S D')
         self.button('Walk', lambda: editor.camera.setMode('walk'), 'The camera keeps to the height of the eye')
+        self.button('Light', editor.aids.switchLight, 'To work by, which the level does not have (I)')
+        self.button('Grid', editor.aids.switchGrid, 'Metres on the ground')
         self.button('Play on', playing.playOn, 'Closes the editor: you stand where you stood (F8)')
         self.button('Play from here', playing.playFromHere, 'Closes the editor: you stand here (P)')
 
@@ -53,7 +55,8 @@ class Toolbar(Panel):
     def doFrame(self) -> None:
         playing = self.editor.playing
         marks = {'Stop': not playing.runs, 'Go on': playing.runs, 'Walk': self.editor.camera.mode == 'walk',
-                 'Fly': self.editor.camera.mode == 'fly', 'Save': not self.editor.isSaved}
+                 'Fly': self.editor.camera.mode == 'fly', 'Save': not self.editor.isSaved,
+                 'Light': self.editor.aids.light, 'Grid': self.editor.aids.grid}
         marks.update({'%g' % speed: playing.speed == speed for speed in Playing.SPEEDS})
         if marks != getattr(self, '_marks', None):
             self._marks = marks

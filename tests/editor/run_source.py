@@ -13,7 +13,7 @@ import headless
 import kaVel
 import session
 
-KEEPS_OUT = ('/Console', '/Player', '.Editor', '/ScreenViewer', '/cursor', 'walkways')
+KEEPS_OUT = ('/Console', '/Player', '.Editor', '/ScreenViewer', '/cursor', 'walkways', '/mesh of ')
 MOVING = ('TransformComponent',)
 
 

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Any, Protocol
 
 import kaVel
-from editor.source import Address, Making, Parameters, Standing
+from editor.source import Address, Making, Parameters, Standing, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -54,12 +54,17 @@ class Arguments:
 
     def _moves(self) -> bool:
         changed = {name for name in {*self.before, *self.after} if self.before.get(name) != self.after.get(name)}
-        return changed <= PLACING and 'at' in _full(self.piece, self.before) and _isRigid(self.piece)
+        if not changed <= PLACING or 'at' not in _full(self.piece, self.before) or not _isRigid(self.piece):
+            return False
+        return self._motion().isAll(self.piece.stand)
+
+    def _motion(self) -> Standing.Motion:
+        return Standing.Motion(_full(self.piece, self.before), _full(self.piece, self.after))
 
     def _plan(self, edits: LevelEdits):
         """Notes where the piece and the pieces below it stand, and will stand."""
         piece = self.piece
-        motion = Standing.Motion(_full(piece, self.before), _full(piece, self.after))
+        motion = self._motion()
         self._moved = [_Move(piece, motion, self.after)]
         self._moved += [_Move(each, motion, _carried(each, motion)) for each in edits.pieces.below(piece)]
 
@@ -74,6 +79,8 @@ class Arguments:
     def _give(self, edits: LevelEdits, wanted: dict[str, Any], present: dict[str, Any]):
         piece = self.piece
         carried = [(each, dict(each.given)) for each in edits.pieces.below(piece)]
+        for each in [piece, *(each for each, _ in carried)]:
+            Touches.find(edits.pieces, each)
         moves = 'at' in _full(piece, wanted) and any(wanted.get(name) != present.get(name) for name in PLACING)
         motion = Standing.Motion(_full(piece, present), _full(piece, wanted)) if moves else None
         piece.setGiven(wanted)
@@ -174,6 +181,9 @@ class Removing:
             _standing(piece)
         self._gone = []
         gone, behind = [], _Behind(edits)
+        for top in self.tops:
+            for piece in [top, *edits.pieces.below(top)]:
+                Touches.find(edits.pieces, piece)
         for top in self.tops:
             for piece in [top, *edits.pieces.below(top)]:
                 gone.append((piece, Address.of(edits.pieces, piece.parent), *behind.of(piece)))
@@ -281,10 +291,10 @@ def _mapOf(entity: Any) -> Any:
 class Property:
     """Another value of a reflected property of any object of the level."""
 
-    def __init__(self, edits: LevelEdits, handle: Any, name: str, value: Any):
+    def __init__(self, edits: LevelEdits, handle: Any, name: str, value: Any, before: Any = None):
         self._key = Address.of(edits.pieces, handle), name
         self._value = value
-        self._before = getattr(handle, name)
+        self._before = getattr(handle, name) if before is None else before
         self._first = self._key not in edits.properties
 
     def do(self, edits: LevelEdits):

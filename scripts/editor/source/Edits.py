@@ -147,13 +147,20 @@ class LevelEdits:
         if above != piece.parent:
             self._do('Hang %s below %s' % (piece.name, above.getName()), Changes.Reparenting(self, piece, above))
 
-    def setProperty(self, handle: Any, name: str, value: Any):
-        """Sets a reflected property of any object of the level: a bar's change."""
+    def setProperty(self, handle: Any, name: str, value: Any, before: Any = None):
+        """Sets a reflected property of any object of the level: a bar's change.
+
+        `before` is what it was where the bar has set it already, as while a slider was dragged.
+        """
         if not handle:
             raise Refused('the object whose %s is to be set is gone' % name)
         if not hasattr(handle, name):
             raise Refused('%s has no property %r' % (handle.getName(), name))
-        self._do('Set %s of %s' % (name, handle.getName()), Changes.Property(self, handle, name, value))
+        self._do('Set %s of %s' % (name, handle.getName()), Changes.Property(self, handle, name, value, before))
+
+    def mark(self, pieces: Iterable[Piece], name: str, value: Any):
+        """Sets 'locked', 'hidden' or 'group' of pieces."""
+        self._mark({'locked': 'Lock', 'hidden': 'Hide'}.get(name, 'Group'), pieces, name, value)
 
     def lock(self, pieces: Iterable[Piece], on: bool = True):
         """Locks pieces against changes, or lets go of them."""

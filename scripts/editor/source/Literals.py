@@ -21,7 +21,7 @@ def rounded(name: str, value: Any) -> Any:
     """The value of a parameter as it is kept and written: a Vec4 becomes three numbers, numbers lose their noise."""
     if isinstance(value, kaVel.Vec4):
         value = (value.x, value.y, value.z)
-    if isinstance(value, list):
+    if isinstance(value, list) and (name in LENGTHS or name in ('scale', 'color')):
         value = tuple(value)
     if name in ANGLES and isinstance(value, (int, float)):
         value = _within(value)
@@ -34,8 +34,10 @@ def _within(degrees: float) -> float:
 
 
 def _rounded(value: Any, digits: int) -> Any:
-    if isinstance(value, tuple):
-        return tuple(_rounded(each, digits) for each in value)
+    if isinstance(value, (tuple, list)):
+        return type(value)(_rounded(each, digits) for each in value) if type(value) in (tuple, list) else value
+    if isinstance(value, dict):
+        return {key: _rounded(each, digits) for key, each in value.items()}
     if not isinstance(value, float):
         return value
     if value != value or value in (float('inf'), float('-inf')):
@@ -87,6 +89,8 @@ def alike(one: Any, other: Any) -> bool:
     """Whether two values are the same as far as a level can tell."""
     if isinstance(one, (int, float)) and isinstance(other, (int, float)) and not isinstance(one, bool):
         return abs(one - other) < 1e-6
+    if isinstance(one, dict) and isinstance(other, dict):
+        return one.keys() == other.keys() and all(alike(one[key], other[key]) for key in one)
     if isinstance(one, (tuple, list)) and isinstance(other, (tuple, list)):
         return len(one) == len(other) and all(alike(a, b) for a, b in zip(one, other))
     return one is other or type(one) is type(other) and one == other

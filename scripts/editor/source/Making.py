@@ -2,12 +2,11 @@
 
 from __future__ import annotations
 
-import importlib
 import traceback
 from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.source import Address, Parameters
+from editor.source import Address, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -22,12 +21,10 @@ def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, 
 
     Refused if its pattern fails; what it had made by then is gone.
     """
-    isFenced = piece.stand.isFenced
     root = _called(piece, parent)
     if before:
         kaVel.Reflection.placeBefore(root, before)
-    if isFenced:
-        importlib.import_module('objects.Bodies').makeSolid(root)
+    Touches.again(piece, root)
     pieces.enter(piece, root)
     _giveProperties(pieces, piece, properties)
     kaVel.finishLoad(root)
@@ -38,7 +35,7 @@ def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, 
 def _called(piece: Piece, parent: Any) -> Any:
     there = {child for child in parent.children}
     options = dict(piece.given)
-    if Parameters.nameParameter(piece.pattern):
+    if piece.takesName:
         options['name'] = piece.name
     try:
         root = piece.pattern(parent, **options)

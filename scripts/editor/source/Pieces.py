@@ -52,6 +52,7 @@ class Piece:
         self.hidden = False
         self.group = ''
         self.stand = Standing.Standing()
+        self.touches: list[Any] | None = None  # what the level has done to it besides, once that was asked for
         self._built: kaVel.BuiltFrom | None = None
         self._name = ''
         self._given: dict[str, Any] | None = None
@@ -84,6 +85,11 @@ class Piece:
 
     def _moduleOfCall(self) -> str:
         return moduleOf(self.source.calls[0][0].co_filename) if self.source and self.source.calls else ''
+
+    @property
+    def takesName(self) -> bool:
+        """Whether its pattern is told a name."""
+        return Parameters.nameParameter(self.pattern) is not None
 
     @property
     def given(self) -> dict[str, Any]:

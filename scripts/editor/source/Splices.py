@@ -5,6 +5,7 @@ from __future__ import annotations
 import ast
 from typing import Any, Iterator
 
+from editor.source import Layout
 from editor.source.Files import Function, Script
 
 
@@ -20,7 +21,7 @@ class Splices:
 
     def replace(self, node: Any, text: str):
         begin, end = self.script.span(node)
-        self._add(begin, end, text)
+        self._add(begin, end, Layout.broken(text, node.col_offset))
 
     def addArgument(self, call: ast.Call, name: str, text: str):
         """Gives a call one more argument, behind the others."""

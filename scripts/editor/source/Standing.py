@@ -110,6 +110,12 @@ class Motion:
         self._isTurn = _angles(before) != _angles(after)
         self.turned = _angles(after).turn - _angles(before).turn
 
+    def isAll(self, standing: Standing) -> bool:
+        """Whether it has a piece stand as its pattern would: a pattern may turn its parts by an angle of their own."""
+        return not self._isTurn or all(
+            orientation == self._old and abs(position.x - self._from.x) + abs(position.z - self._from.z) < 1e-4
+            for _, position, orientation in standing.places)
+
     def place(self, position: kaVel.Vec4) -> kaVel.Vec4:
         if position == self._from:
             return self._to

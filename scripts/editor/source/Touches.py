@@ -1,0 +1,87 @@
+"""What a level does to a piece behind the back of its pattern, so that it is done again when the piece is built anew.
+
+`Joinery` has its panels shed no shadow, `makeSolid` gives furniture blocks: nothing of that stands in the call. What is
+told of it here are texts and switches of the piece's objects, which nothing changes while a level runs but its scripts.
+"""
+
+from __future__ import annotations
+
+import importlib
+from typing import TYPE_CHECKING, Any
+
+import kaVel
+from editor.source import Address
+
+if TYPE_CHECKING:
+    from editor.source.Pieces import LevelPieces, Piece
+
+#: Address below the root, property and value.
+Touch = tuple[tuple[Address.Step, ...], str, Any]
+
+#: Properties that are no mark of a script's: who is seen from where is found anew in each frame.
+_PASSING = frozenset(('name', 'visible', 'active', 'playing', 'mapName'))
+
+_names: dict[type, list[str]] = {}
+
+
+def find(pieces: LevelPieces, piece: Piece):
+    """Finds what the level has done to a piece, once, by having its pattern build another one for comparison."""
+    if piece.touches is not None or piece.source is None or piece.stand.isKept:
+        return
+    piece.touches = []
+    there = {child for child in piece.parent.children}
+    options = dict(piece.given)
+    try:
+        pattern = piece.pattern(piece.parent, **dict(options, **({'name': piece.name} if piece.takesName else {})))
+    except Exception:
+        return  # it will fail in the same way when it is built, and be told then
+    finally:
+        new = [child for child in piece.parent.children if child not in there]
+    if pattern:
+        piece.touches = _differences(pieces, piece.root, pattern)
+    for child in new:
+        child.setName('.gone')
+        child.murder()
+
+
+def _differences(pieces: LevelPieces, old: Any, new: Any) -> list[Touch]:
+    found: list[Touch] = []
+    for handle in kaVel.descendants(new):
+        steps = Address.below(new, handle)
+        present = Address.follow(old, steps)
+        if not present or present._getType() is not handle._getType() and \
+                present._getType().name != handle._getType().name:
+            continue
+        for name in _marks(handle):
+            value, made = getattr(present, name), getattr(handle, name)
+            if value != made:
+                found.append((steps, name, value))
+    return found
+
+
+def _marks(handle: Any) -> list[str]:
+    """The properties of an object's class that are texts and switches, and can be set."""
+    kind = type(handle)
+    if kind not in _names:
+        names = {name for each in kind.__mro__ for name, member in vars(each).items()
+                 if type(member).__name__ == 'reflected_property' and name not in _PASSING
+                 and hasattr(handle, 'set' + name[:1].upper() + name[1:])}
+        _names[kind] = sorted(name for name in names if _isMark(handle, name))
+    return _names[kind]
+
+
+def _isMark(handle: Any, name: str) -> bool:
+    try:
+        return isinstance(getattr(handle, name), (bool, str))
+    except Exception:
+        return False
+
+
+def again(piece: Piece, root: Any):
+    """Does to a piece that was just built what the level had done to the one before."""
+    for steps, name, value in piece.touches or ():
+        handle = Address.follow(root, steps)
+        if handle:
+            setattr(handle, name, value)
+    if piece.stand.isFenced:
+        importlib.import_module('objects.Bodies').makeSolid(root)

@@ -130,8 +130,8 @@ def edit(level):
     for map in pieces.maps():
         crates = [edits.add(map, 'Crate', at=(0.5 * number, 0, 1)) for number in range(4)]
         edits.add(crates[-1], 'Cup', at=(1.5, 0.6, 1))
-    renamed = dice.choice([each for each in leaves if not each.removed])
-    edits.rename(renamed, 'another')
+    for piece in [each for each in leaves if not each.removed][:1]:
+        edits.rename(piece, 'another')
 
 
 def save(level):

@@ -41,6 +41,8 @@ from mods.Tomls import Toml
 
 LEVEL_FIELDS = ('ambient', 'surroundings', 'map', 'solid', 'player', 'camera', 'place')
 PATTERN_FIELDS = ('doc', 'parameters', 'place')
+#: Parameters that each pattern that is data has.
+EVERY_PATTERNS = ('parent', 'name', 'at', 'turn', 'given')
 #: More objects are none that a level can have.
 MOST_PLACES = 20000
 
@@ -205,6 +207,9 @@ class Pattern:
         self.parameters = toml.values.get('parameters', {})
         if not isinstance(self.parameters, dict) or not isinstance(self.doc, str):
             raise toml.fault('"parameters" has to be a table, and "doc" a text', 'parameters', 'parameters')
+        for key in self.parameters:
+            if not key.isidentifier() or key in EVERY_PATTERNS:
+                raise toml.fault('%r cannot be a parameter of its own' % key, 'parameters', 'parameters')
 
     def made(self, patterns: Mapping[str, Any]) -> Callable[..., Any]:
         """The pattern as others call it. Its parts are those of `patterns`; its own name there is the one before it."""
@@ -231,6 +236,10 @@ class Pattern:
                 call.make(root, {**patterns, self.name: before}, {**self.parameters, **given}, stand)
             return root
 
+        own = [inspect.Parameter(name, inspect.Parameter.KEYWORD_ONLY, default=default)
+               for name, default in self.parameters.items()]
+        known = [each for each in inspect.signature(build).parameters.values() if each.name != 'given']
+        build.__signature__ = inspect.Signature([*known, *own])  # type: ignore  # for the editor and the catalogue
         build.__name__ = build.__qualname__ = self.name
         build.__doc__ = self.doc or None
         return kaVel.pattern(build)

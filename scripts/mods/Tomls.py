@@ -26,7 +26,7 @@ class Toml:
     """A file of TOML: its values, and the lines that they stand in. `shown` is its name in texts."""
 
     def __init__(self, path: str, shown: str):
-        self.shown = shown
+        self.path, self.shown = path, shown
         self._text = _read(path, shown)
         try:
             self.values: dict[str, Any] = tomllib.loads(self._text)
@@ -36,6 +36,10 @@ class Toml:
             raise Fault(shown, int(found[2]) if found else end, found[1] if found else str(error)) from None
         except RecursionError:
             raise Fault(shown, 0, 'it is nested too deeply') from None
+
+    def anew(self) -> Toml:
+        """The same file as it is now."""
+        return Toml(self.path, self.shown)
 
     def lineOf(self, key: str, table: str = '', number: int = 0) -> int:
         """The line of a key in a table, `number` of those of an array of tables; that of the table where it has none.

@@ -26,7 +26,7 @@ from keptLines import KeptLines
 from mods import Consent, Files, Holding, Levels, Manifest, Order
 from mods.Contents import Conflict, Contents, conflictsOf
 from mods.Modules import Finder
-from mods.Tomls import Fault
+from mods.Tomls import Fault, Toml
 
 #: Beside the folder of the executable, for mods that come with the game.
 BESIDE = os.path.join('..', 'mods')
@@ -175,7 +175,7 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
     if not asked and not players:
         return
     _all[:] = _found(asked)
-    names = [os.path.basename(each.rstrip('/')) if '/' in each else each for each in asked]
+    names = [_nameAt(each) if '/' in each else each for each in asked]
     wanted = list(dict.fromkeys([*names, *(_wanted() if players else ())]))
     _arrange(wanted)
     _settleConsent(mayAsk)
@@ -188,18 +188,21 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
     if _order:
         more = [] if any(mod.isScript for mod in _order) else [Consent.FOLDER]
         Holding.confine([*Holding.usersFolders(), *folders, *more], files)
+    if any(mod.isScript for mod in _order):
         Holding.watch(ownerOf)
+
+
+def _nameAt(folder: str) -> str:
+    """The name of the mod in a folder; that of the folder where it has none."""
+    real = os.path.realpath(folder)
+    return next((mod.name for mod in _all if mod.folder == real), os.path.basename(real))
 
 
 def _found(asked: list[str]) -> list[Mod]:
     """The mods of all places, those of a name once: what is asked for by its folder first, then the user's own."""
     folders = [each for each in asked if '/' in each]
     for place in (folder(), BESIDE):
-        if os.path.isdir(place):
-            with os.scandir(place) as entries:
-                named = [entry.path for entry, _ in zip(entries, range(MOST_MODS))
-                         if entry.is_dir() and not entry.name.startswith('.')]
-            folders += sorted(named)
+        folders += _foldersIn(place)
     mods: dict[str, Mod] = {}
     found = []
     for path in folders:
@@ -212,6 +215,18 @@ def _found(asked: list[str]) -> list[Mod]:
             mods[mod.name] = mod
         found.append(mod)
     return found
+
+
+def _foldersIn(place: str) -> list[str]:
+    if not os.path.isdir(place):
+        return []
+    try:
+        with os.scandir(place) as entries:
+            return sorted(entry.path for entry, _ in zip(entries, range(MOST_MODS))
+                          if entry.is_dir() and not entry.name.startswith('.'))
+    except OSError as error:
+        kaVel.log('Mods: %s cannot be read: %s' % (place, error.strerror))
+        return []
 
 
 def _arrange(wanted: list[str]) -> None:
@@ -239,7 +254,6 @@ def _arrange(wanted: list[str]) -> None:
 
 
 def _faultOfNeed(mod: Mod, need: str, why: str) -> Fault:
-    from mods.Tomls import Toml
     shown = '%s/%s' % (os.path.basename(mod.folder), Manifest.FILE)
     return Toml(os.path.join(mod.folder, Manifest.FILE), shown).fault(why, need, 'needs')
 
@@ -322,8 +336,8 @@ def furnish() -> None:
         Tables.layers += [(language, table.toml.shown, table.texts, table.lineOf)
                           for language, table in mod.contents.words.items()]
         for name, toml in mod.contents.levels.items():
-            path = os.path.join(os.path.dirname(mod.folder), toml.shown)
-            _finder.add('levels.' + name, path, Levels.Level(toml).fill)
+            # Data may be read anew with each load of a level: it is no program that was allowed as it was.
+            _finder.add('levels.' + name, toml.path, lambda module, toml=toml: Levels.Level(toml.anew()).fill(module))
         for name, file in mod.contents.modules.items():
             _finder.addScript(name, os.path.join(mod.folder, file), mod.contents.sources[file])
     _finder.begin()
@@ -356,7 +370,7 @@ def addPatterns(patterns: dict[str, Any]) -> None:
     for mod in _order:
         assert mod.contents
         for name, toml in mod.contents.patterns.items():
-            patterns[name] = Levels.Pattern(name, toml).made(patterns)
+            patterns[name] = Levels.Pattern(name, toml.anew()).made(patterns)
         for module in mod.contents.modules:
             if module.startswith(mod.contents.package + '.patterns.'):
                 found = vars(importlib.import_module(module))

@@ -134,7 +134,8 @@ def without_the_kernels_help():
 
 def test_what_the_kernel_does_not_have_is_told_and_the_game_goes_on(world):
     mods.write(world, "quiet")
-    variables = world.variables(None, 3, KAVEL_MOD="quiet", KAVEL_SIZE="320x180")
+    variables = world.variables(None, 3, KAVEL_MOD="quiet", KAVEL_SIZE="320x180",
+                                ASAN_OPTIONS="detect_leaks=0")
     result = subprocess.run([str(world.executable)], cwd=world.folder / "bin", env=variables, check=False,
                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, preexec_fn=without_the_kernels_help)
     outcome = game.Outcome(result.returncode, result.stdout.decode("utf-8", "replace"))

@@ -63,6 +63,7 @@ class PaintCells(Drawing):
         self.selectionChanged()
 
     def selectionChanged(self) -> None:
+        super().selectionChanged()
         if self._before is None:
             piece = self._piece()
             self._cells = cellsOf(piece.arguments['areas'], self._lattice()) if piece else set()

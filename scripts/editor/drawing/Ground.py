@@ -31,6 +31,18 @@ class Ground:
     def __init__(self, editor: Editor):
         self.editor = editor
         self._kept: dict[str, Any] = editing.remembered.setdefault('ground', {'height': 0})
+        self._walls: list[Walled.Walled] | None = None
+
+    @property
+    def walls(self) -> list[Walled.Walled]:
+        """The walls of the level, as they stood when something was edited last."""
+        if self._walls is None:
+            self._walls = Walled.allOf(self.editor)
+        return self._walls
+
+    def forget(self) -> None:
+        """Has the walls looked for anew."""
+        self._walls = None
 
     @property
     def height(self) -> float:
@@ -58,7 +70,7 @@ class Ground:
         if after and Keys.held('Shift'):
             return self._atAngle(spot, after)
         near = self.reach(spot)
-        walls = [each for each in Walled.allOf(self.editor) if abs(each.floor - self.height) < 0.1]
+        walls = [each for each in self.walls if abs(each.floor - self.height) < 0.1]
         ends = [*corners, *(self._flat(each, node) for each in walls for node in each.plan.nodes)]
         end = min(ends, key=lambda corner: math.dist(corner, spot), default=None)
         if end and math.dist(end, spot) < near:
@@ -100,8 +112,14 @@ class Drawing(Tool):
         super().__init__(editor)
         self.ground = Ground(editor)
 
+    def begin(self) -> None:
+        self.ground.forget()
+
+    def selectionChanged(self) -> None:
+        self.ground.forget()
+
     def end(self) -> None:
-        self.editor.component.clearShapes(self.layer)
+        self.erase()
 
     def groundControls(self, bar: Any) -> None:
         """Adds the height of the plane to the tool's bar."""
@@ -141,9 +159,12 @@ class Drawing(Tool):
         """A line with its length and the angle that it goes at, 0 for north and 90 for east."""
         self.line(one, other, color)
         x, z = other[0] - one[0], other[1] - one[1]
-        if math.hypot(x, z) > 0.01:
-            self.write(((one[0] + other[0]) / 2, (one[1] + other[1]) / 2),
-                       '%.2f m  %.0f°' % (math.hypot(x, z), math.degrees(math.atan2(x, z)) % 360))
+        length = math.hypot(x, z)
+        if length > 0.01:
+            middle = (one[0] + other[0]) / 2, (one[1] + other[1]) / 2
+            aside = 1.6 * self.ground.reach(middle) / length  # so that the line does not run through it
+            self.write((middle[0] + aside * z, middle[1] - aside * x),
+                       '%.2f m  %.0f°' % (length, math.degrees(math.atan2(x, z)) % 360))
 
 
 def choice(bar: Any, name: str, label: str, options: Sequence[str], get: Any, set: Any) -> None:

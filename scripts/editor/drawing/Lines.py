@@ -115,4 +115,5 @@ class Lines(Drawing):
             wrong = self.trouble(self.corners if closes else [*self.corners, self.here], closes)
             self.measured(self.corners[-1], self.here, WRONG if wrong else HERE)
             if wrong:
-                self.write((self.here[0], self.here[1]), wrong, WRONG)
+                below = self.here[0], self.here[1] - 2 * self.ground.reach(self.here)
+                self.write(below, wrong.partition(':')[0], WRONG)

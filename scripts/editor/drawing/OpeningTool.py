@@ -68,7 +68,13 @@ class CutOpenings(Drawing):
     # The mouse
 
     def begin(self) -> None:
+        super().begin()
         self._spot = self._held = None
+
+    def selectionChanged(self) -> None:
+        super().selectionChanged()
+        self._spot = self._held = None
+        self.erase()
 
     def pointer(self, kind: str, x: int, y: int, button: int) -> bool:
         if kind == 'move':
@@ -104,8 +110,10 @@ class CutOpenings(Drawing):
         place = component.placeUnder(float(x), float(y))
         entity = component.entityUnder
         piece = self.editor.pieces.pieceOf(entity) if place.w and entity else None
-        walled = Walled.of(piece) if piece and not piece.locked else None
-        return walled.nearest(place.x, place.z, walled.plan.half + NEAR) if walled else None
+        walled = next((each for each in self.ground.walls if each.piece is piece), None) if piece else None
+        if not walled or walled.piece.locked:
+            return None
+        return walled.nearest(place.x, place.z, walled.plan.half + NEAR)
 
     def _under(self, spot: Walled.Spot) -> int:
         """The number of the opening at a place; -1 for none."""
@@ -134,11 +142,11 @@ class CutOpenings(Drawing):
         self._change(walled, [*walled.openings, hole], 'Cut a %s' % hole['kind'])
 
     def _release(self) -> None:
-        held, self._held = self._held, None
-        if held and self._spot:
+        held, spot, self._held = self._held, self._spot, None
+        if held and spot:
             holes = held.walled.openings
             before = holes[held.number]
-            after = self._moved(held, self._spot)
+            after = self._moved(held, spot)
             if after != before:
                 holes[held.number] = after
                 self._change(held.walled, holes, 'Slide a %s' % before.get('kind', 'door'))
@@ -173,7 +181,7 @@ class CutOpenings(Drawing):
         return self._placed(hole, spot, 0.0, -1)
 
     def _freeLeaf(self) -> str:
-        taken = {hole.get('leaf') for each in Walled.allOf(self.editor) for hole in each.openings}
+        taken = {hole.get('leaf') for each in self.ground.walls for hole in each.openings}
         taken.update(piece.name for piece in self.editor.pieces.all())
         return next(name for number in range(1, 100000) if (name := 'door%d' % number) not in taken)
 

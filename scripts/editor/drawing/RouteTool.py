@@ -50,9 +50,11 @@ class DrawRoutes(Lines):
                lambda value: self._kept.update(draws=value))
 
     def begin(self) -> None:
+        super().begin()
         self.draw()
 
     def selectionChanged(self) -> None:
+        super().selectionChanged()
         self._held = self._over = None
         self.draw()
 

@@ -6,6 +6,7 @@ import importlib
 from typing import TYPE_CHECKING, Any, Sequence
 
 import editing
+import kaVel
 from editor import Places
 from editor.Tools import tools
 from editor.drawing import Walled
@@ -16,6 +17,8 @@ if TYPE_CHECKING:
     from editor.Editor import Editor
     from objects.Plans import Point
 
+#: Of the faces of a wall that is being drawn.
+FACE = kaVel.Vec4(0.9, 0.9, 0.85, 0.8)
 #: What a closed line makes.
 ROOM, WALLS = 'a room', 'walls alone'
 #: What can be set of walls, in the order of the bar: parameter, label, and what it is at first.
@@ -60,6 +63,19 @@ class DrawWalls(Lines):
             return str(error)
         return ''
 
+    def draw(self) -> None:
+        """Shows both faces of the walls, too."""
+        super().draw()
+        corners = [*self.corners, *([self.here] if self.here is not None else [])]
+        closes = len(corners) > 3 and corners[0] == corners[-1]
+        if len(corners) < 2 or self.trouble(corners[:-1] if closes else corners, closes):
+            return
+        plans = importlib.import_module('objects.Plans')
+        plan = plans.Plan([corners], self._kept['height'], self._kept['thick'])
+        for number in range(len(plan.edges)):
+            for one, other in plan.ends(number):
+                self.line(one, other, FACE)
+
     def finish(self, closed: bool) -> None:
         self.editor.attempt(lambda: self._close() if closed else self._lead())
 
@@ -83,7 +99,7 @@ class DrawWalls(Lines):
 
     def _lead(self) -> None:
         """Adds an open line to the walls that it ends on, or makes walls of it."""
-        for each in Walled.allOf(self.editor):
+        for each in self.ground.walls:
             line = tuple((Places.tidy(x), Places.tidy(z)) for x, z in (each.inPlan(*spot) for spot in self.corners))
             if abs(each.floor - self.ground.height) > 0.1 or not (each.touches(line[0]) or each.touches(line[-1])):
                 continue

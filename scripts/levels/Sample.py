@@ -14,6 +14,7 @@ walks up and down, and in the store the key of the front door. All of it is argu
   x = -7         -2                             7
 """
 
+import GameConfig
 import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
@@ -38,7 +39,8 @@ def house(map: MapRootEntity):
                          {'kind': 'window', 'wall': 3, 'along': 4, 'width': 1.4},
                          {'kind': 'window', 'wall': 2, 'along': 3}, {'kind': 'window', 'wall': 2, 'along': 6}],
                rooms=[((2, -2), 'brick')], floors=[((2, -2), 'flagstones'), ((2, 2), 'tiles')])
-    place.FloorArea(map, 'doorstep', outline=[(7, 0.6), (10, 0.6), (10, 3.4), (7, 3.4)], surface='stone')
+    place.FloorArea(map, 'doorstep', outline=[(7, 0.5), (10, 0.5), (10, 3.5), (7, 3.5)], surface='stone')
+    place.Walls(map, 'yard', plan=[[(7.2, 0.5), (10, 0.5), (10, 3.5), (7.2, 3.5)]], height=2.2, inside='brick')
     bedroom(map)
     hall(map)
     store(map)
@@ -49,15 +51,15 @@ def house(map: MapRootEntity):
 def bedroom(map: MapRootEntity):
     """Where one wakes: a lamp, and a note beside the candles."""
     place.SafePlace(map, 'awake', at=(-6, 0, -3), turn=20)
-    place.Desk(map, 'desk', at=(-4.2, 0, 3.3), turn=SOUTH)
-    place.Chair(map, 'deskChair', at=(-4.4, 0, 2.35), turn=NORTH + 15)
-    place.LitCandelabrum(map, 'candles', at=(-3.75, 0.77, 3.45), turn=30, reach=4.5)
-    place.Note(map, 'letter', at=(-4.35, 0.775, 3.15), turn=8, title='To whoever wakes',
+    place.Desk(map, 'desk', at=(-5.2, 0, 3.3), turn=SOUTH)
+    place.Chair(map, 'deskChair', at=(-5.4, 0, 2.35), turn=NORTH + 15)
+    place.LitCandelabrum(map, 'candles', at=(-5.8, 0.77, 3.45), turn=30, reach=3.4)
+    place.Note(map, 'letter', at=(-5.35, 0.775, 3.15), turn=8, title='To whoever wakes',
                text='The store is locked. Its key lies where it always lay, at the far end of the hall; the one of '
                     'the front door lies in the store.\n\nHe neither sees nor hears. Only never be in his way.')
     place.Rug(map, 'rug', at=(-4.6, 0.003, -0.4), turn=NORTH)
     place.SideTable(map, 'bedsideTable', at=(-6.3, 0, -1.4))
-    place.Flashlight(map, 'lamp', at=(-6.3, 0.68, -1.4), turn=50)
+    place.Flashlight(map, 'lamp', at=(-6.3, 0.68, -1.4), turn=172)
     place.Armchair(map, 'armchair', at=(-2.9, 0, -3.1), turn=-40)
     place.FullBookcase(map, 'books', at=(-5.0, 0, -3.65), turn=NORTH)
     place.Sound(map, 'wind', at=(-6.9, 1.7, 0), event='WindAtWindow')
@@ -78,7 +80,7 @@ def hall(map: MapRootEntity):
 
 def store(map: MapRootEntity):
     """Cold stone, a battery, and the key to get out; the light in the hall goes when one is there."""
-    place.Lantern(map, 'lantern', at=(3.0, 3.0, -2.2), glass='amber', strength=0.4, reach=4.5)
+    place.Lantern(map, 'lantern', at=(3.0, 3.0, -2.2), glass='amber', strength=0.5, reach=3.3)
     place.Rack(map, 'rack', at=(-0.6, 0, -3.55), turn=NORTH)
     place.SpareBattery(map, 'battery', at=(-0.4, 0.86, -3.5), turn=70)
     place.Jar(map, 'jar', at=(-1.0, 0.83, -3.55), turn=20)
@@ -93,12 +95,12 @@ def store(map: MapRootEntity):
 
 
 def views():
-    """What a headless run takes pictures of."""
-    def from_(x: float, z: float, turn: float, pitch: float = 4.0):
+    """What a headless run takes pictures of, where it asks for views."""
+    def lookFrom(x: float, z: float, turn: float):
         visitor = place.visitorOf(kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator)
-        return lambda: visitor.goTo((x, 0, z), turn, pitch)
+        visitor.goTo((x, 0, z), turn, pitch=4)
 
-    places = {'bedroom': (-6.3, -3.3, 30.0), 'desk': (-5.0, 0.6, 15.0), 'hall': (-1.4, 2.6, 100.0),
+    places = {'bedroom': (-6.3, -3.3, 30.0), 'desk': (-5.8, 0.6, 10.0), 'hall': (-1.4, 2.6, 100.0),
               'key': (4.2, 1.6, 50.0), 'store': (-1.2, -0.6, 125.0), 'bench': (3.4, -1.4, 130.0),
               'outside': (9.6, 1.0, -80.0)}
-    return [(name, lambda at=at: from_(*at)()) for name, at in places.items()]
+    return [(name, lambda at=at: lookFrom(*at)) for name, at in places.items()] if GameConfig.views else ()

@@ -148,9 +148,10 @@ def isWanted(name: str) -> bool:
     return name in _wanted()
 
 
-def turn(name: str, on: bool) -> None:
-    """Has a mod be on or off from the next start on."""
+def turn(name: str, on: bool) -> bool:
+    """Has a mod be on or off from the next start on; whether that could be kept."""
     _kept.write(name, 'on' if on else None)
+    return isWanted(name) == on
 
 
 def mayAllow() -> bool:
@@ -207,6 +208,8 @@ def _found(asked: list[str]) -> list[Mod]:
     found = []
     for path in folders:
         mod = Mod(path)
+        if any(each.folder == mod.folder for each in found):
+            continue
         mod.readManifest()
         if mod.manifest and mod.name in mods:
             mod.fault = '%s/%s: there is another mod of the name %r, in %s' % (
@@ -290,12 +293,14 @@ def _allowsAtTerminal(mod: Mod) -> bool:
 
 def _refuseWithout(name: str) -> None:
     """Ends the start where a mod that was asked for is not on, unless the player is about to be asked for it."""
-    if any(mod.name == name for mod in _order) or _asking and any(mod.name == name for mod in waiting()):
+    if any(mod.name == name for mod in _order):
         return
     mod = find(name) or next((each for each in _all if os.path.basename(each.folder) == name), None)
     if not mod:
         raise ValueError('there is no mod %r%s; they lie in %s' % (name, kaVel.nearestHint(
             name, [each.name for each in _all]), folder()))
+    if _asking and not mod.fault:
+        return
     if mod.waits:
         raise ValueError('the mod %s is a program that has not been allowed to run as it is now (sum %s): allow it on '
                          'the screen "Mods", or in a terminal' % (name, mod.total))

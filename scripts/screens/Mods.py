@@ -7,6 +7,7 @@ from typing import Any
 import kaVel
 import mods
 import saves
+import userFolders
 import words
 from mods import Consent, Holding
 from screens import Kit as kit
@@ -76,8 +77,8 @@ class _Pages:
         kit.focus(self.side.getChild('on'))
 
     def turn(self, mod: mods.Mod, on: bool):
-        mods.turn(mod.name, on)
-        kit.say(self.hint, words='mods.restart')
+        kept = mods.turn(mod.name, on)
+        kit.say(self.hint, words='mods.restart' if kept else 'mods.notKept', folder=userFolders.of('config'))
 
     def show(self, mod: mods.Mod, again: bool = False):
         global _chosen

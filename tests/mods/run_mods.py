@@ -234,7 +234,9 @@ kaVel.log('PATH %s' % any('sheep' in path for path in sys.path))
     outcome.expect("Mods: 1. sheep 1.0, data only; 6 scripts in it are not run")
     outcome.expect("PATH False")
     assert not outcome.has("EVIL") and not outcome.has("FOUND"), outcome.log[-2000:]
-    mods.run(world, "/".join((str(mods.folder(world, "sheep")), "")), level="Sheep").expect("Mods: 1. sheep")
+    by_folder = mods.run(world, f"{mods.folder(world, 'sheep')}/", level="Sheep")
+    by_folder.expect("Mods: 1. sheep")
+    assert not by_folder.has("left out")
     mods.run(world, "sheep", level="Wolf").expect("there is no level 'Wolf'")
     mods.run(world, "sheep", level="Sheep").expect_code(0)
 

@@ -45,6 +45,11 @@ def _switch(variable: str) -> bool:
     return text == '1'
 
 
+def _choice(variable: str) -> bool | None:
+    """Yes, no, or what is usual."""
+    return _switch(variable) if _text(variable) else None
+
+
 def _number(variable: str, default: int, most: int) -> int:
     """The whole number in an environment variable, from 0 to `most`."""
     text = _text(variable)
@@ -164,6 +169,10 @@ fixedFrameRate = 60
 
 #: Window of a headless run, pixels.
 headlessSize = _size('KAVEL_SIZE', (1280, 720))
+
+#: Whether files that change are taken anew while the game runs; None for what the setting `reloadFiles` says, which
+#: headless runs do not ask: two of them do the same.
+reload = _choice('KAVEL_RELOAD')
 
 
 def _written() -> list[str]:

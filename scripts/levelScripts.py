@@ -5,6 +5,7 @@ Each load of a level reads them anew from their files, so that a change shows wi
 
 import contextlib
 import importlib
+import importlib.machinery
 import os
 import sys
 import traceback
@@ -22,9 +23,36 @@ LASTING = ('editor',)
 _ofTheGame: set[str] = set()
 
 
+class _Loader(importlib.machinery.SourceFileLoader):
+    """Reads scripts, and compiles each state of a file once: of hundreds that are read anew few have changed."""
+
+    compiled: dict[str, tuple[tuple[int, int, int], types.CodeType]] = {}
+
+    def get_code(self, fullname: str) -> 'types.CodeType | None':
+        path = self.get_filename(fullname)
+        told = os.stat(path)
+        state = told.st_mtime_ns, told.st_size, told.st_ino
+        before = self.compiled.get(path)
+        if before and before[0] == state:
+            return before[1]
+        code = super().get_code(fullname)
+        if code:
+            self.compiled[path] = state, code
+        return code
+
+
+def _findScripts(folder: str):
+    """The finder of modules in a folder of scripts; ImportError for any other."""
+    if folder != FOLDER and not _isScriptFile(folder):
+        raise ImportError
+    return importlib.machinery.FileFinder(folder, (_Loader, ['.py']))
+
+
 def begin():
     """Counts what is imported by now to the game itself; to be called before the first level is loaded."""
     _ofTheGame.update(sys.modules)
+    sys.path_hooks.insert(0, _findScripts)
+    sys.path_importer_cache.clear()
 
 
 @contextlib.contextmanager
@@ -45,13 +73,19 @@ def readAnew(only: str | None = None):
 
 def _takeOut(only: str | None):
     names = [name for name, module in sys.modules.items()
-             if name not in _ofTheGame and name.partition('.')[0] not in LASTING and _isScript(module)
+             if name not in _ofTheGame and name.partition('.')[0] not in LASTING and isScript(module)
              and only in (None, name)]
     return {name: sys.modules.pop(name) for name in names}
 
 
-def _isScript(module: types.ModuleType):
+def isScript(module: types.ModuleType) -> bool:
+    """Whether a module is one of the scripts."""
     return _isScriptFile(getattr(module, '__file__', None) or '')
+
+
+def isOfTheGame(name: str) -> bool:
+    """Whether the module of this name outlives levels, as those that the game began with."""
+    return name in _ofTheGame or name.partition('.')[0] in LASTING
 
 
 def stamp():
@@ -77,6 +111,15 @@ def placeOf(error: BaseException) -> tuple[str, int] | None:
         if frame.f_globals.get('__name__') not in _ofTheGame and _isScriptFile(frame.f_code.co_filename):
             return _shown(frame.f_code.co_filename), line
     return None
+
+
+def lineIn(error: BaseException, file: str) -> int:
+    """The line of one script that an exception came from; 0 where it took no part."""
+    if isinstance(error, SyntaxError):
+        return error.lineno or 0
+    lines = [line for frame, line in traceback.walk_tb(error.__traceback__)
+             if os.path.realpath(frame.f_code.co_filename) == os.path.realpath(file)]
+    return lines[-1] if lines else 0
 
 
 def _isScriptFile(file: str):

@@ -21,6 +21,7 @@ import levelChanges
 import levelScripts
 import mods
 import playersWindow
+import reloading
 import saves
 import session  # noqa: F401 (as a script of the game, not of a level: what it keeps lasts)
 import standing
@@ -37,6 +38,7 @@ if GameConfig.played:
 bindings.attend()
 mods.furnish()
 levelScripts.begin()
+reloading.attend()
 
 #: What the engine shows for a moment while another level loads.
 LOADING_SCREEN = 'LoadingScreen'
@@ -70,6 +72,28 @@ def loadLevel(levelName: str) -> kaVel.Coordinator:
         standing.arrive(coordinator)
         saves.arrive(coordinator)
         editing.arrive(coordinator)
+    return coordinator
+
+
+def renewLevel(levelName: str) -> 'kaVel.Coordinator | None':
+    """Builds the present level anew beside the old one, whose place it takes; one stands where one stood.
+
+    None where it cannot be built: the old one goes on, and the screen tells why.
+    """
+    old = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
+    reloading.Levels.begin()
+    saves.depart(old)
+    standing.keep(old)
+    try:
+        with levelScripts.readAnew():
+            coordinator = _build(levelName, _fillerOf(levelName))
+    except (Exception, SystemExit) as error:
+        standing.forget()
+        reloading.Levels.fail(error)
+        return None
+    standing.arrive(coordinator)
+    saves.arrive(coordinator)
+    reloading.Levels.succeed(old, coordinator)
     return coordinator
 
 

@@ -50,6 +50,13 @@ def _onFocus(message: Any, active: bool) -> None:
         _stopped = level
 
 
+def follow(old: Any, new: Any) -> None:
+    """Has a level that was built anew go on when the old one would have, with the window's focus."""
+    global _stopped
+    if _stopped and _stopped == old:
+        _stopped = new
+
+
 def _pause(level: Any) -> bool:
     """Opens the pause screen over a level that is played, unless a screen is open already."""
     from screens import Screens  # of the scripts of the level, which are read anew with it

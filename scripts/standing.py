@@ -55,6 +55,18 @@ def returnTo(levelName: str, place: Standing | None):
     editing.leave(kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator, levelName, go)
 
 
+def keep(level: kaVel.Coordinator):
+    """Has the next level of this one's name begin where one stands in this one."""
+    global _wanted
+    _wanted = level.levelName, of(level) or _wantedIn(level.levelName)
+
+
+def forget():
+    """Has the next level begin where it begins."""
+    global _wanted
+    _wanted = None
+
+
 def arrive(level: kaVel.Coordinator):
     """Stands in a level that was just loaded where one is wanted to, if anywhere."""
     global _wanted

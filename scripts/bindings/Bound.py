@@ -112,6 +112,13 @@ def resetAll() -> None:
         reset(action)
 
 
+def followTable() -> None:
+    """Goes by what the table says by now."""
+    keysOf.cache_clear()
+    buttonsOf.cache_clear()
+    _listeners.call()
+
+
 def isUsual(action: str) -> bool:
     """Whether an action has its usual inputs."""
     return inputsOf(action) == _usual(action) and padOf(action) == PAD.get(action, '')

@@ -79,7 +79,7 @@ def scriptsSum() -> str:
     for folder, folders, files in os.walk(levelScripts.FOLDER):
         folders[:] = sorted(name for name in folders if name != '__pycache__')
         for name in sorted(files):
-            if name.endswith('.py'):
+            if name.endswith('.py') and os.path.isfile(os.path.join(folder, name)):  # a pipe would be waited for
                 with open(os.path.join(folder, name), 'rb') as file:
                     total = zlib.crc32(file.read(), zlib.crc32(name.encode(), total))
     return '%08x' % total

@@ -27,8 +27,8 @@ PREFIX = 'mornal-report.'
 #: Words of a run that a report has an answer to itself.
 ANSWERED = ('LEVEL', 'SEED', 'SIZE', 'FRAMES', 'REPLAY', 'RECORD', 'COURSE', 'LANGUAGE', 'UNDRAWN', 'VIEWS', 'MOD')
 
-#: What a run that is played has otherwise by its nature: the console shows the log.
-OTHERWISE = ('Console', 'reportNotice', 'reportNoticeShade')
+#: What a run that is played has otherwise by its nature: the console shows the log, and no file changes.
+OTHERWISE = ('Console', 'reloadFaults', 'reportNotice', 'reportNoticeShade')
 
 
 class Played:

@@ -96,6 +96,22 @@ _aside: PerLevel[bool] = PerLevel()  # whether the screens of a level are hidden
 
 def open(level: kaVel.Coordinator, name: str, **arguments: Any) -> kaVel.Entity | None:
     """Puts a screen on top of those of a level; None, with the reason in the log, if it cannot be built."""
+    screen = _open(level, name, arguments)
+    if not screen:
+        return None
+    _sound(screen, 'InterfaceOpen')
+    return screen.menu
+
+
+def openAgain(old: kaVel.Coordinator, new: kaVel.Coordinator):
+    """Opens the screens of a level over one that was built anew, without a sound: up to one that asks something."""
+    stack = _stacks.get(old)
+    for screen in stack.screens if stack else ():
+        if screen.arguments or not _open(new, screen.name, {}):
+            return
+
+
+def _open(level: kaVel.Coordinator, name: str, arguments: dict[str, Any]) -> Screen | None:
     stack = _stackOf(level)
     try:
         module = importlib.import_module('screens.' + name)
@@ -106,8 +122,7 @@ def open(level: kaVel.Coordinator, name: str, **arguments: Any) -> kaVel.Entity 
         return None
     stack.screens.append(screen)
     stack.settle()
-    _sound(screen, 'InterfaceOpen')
-    return screen.menu
+    return screen
 
 
 def close(level: kaVel.Coordinator):

@@ -90,6 +90,13 @@ def resetAll() -> None:
             reset(setting.name)
 
 
+def followTable(before: dict[str, Any]) -> None:
+    """Puts in force what the table says otherwise by now, where the player chose nothing."""
+    for setting in SETTINGS:
+        if before.get(setting.name, setting.default) != setting.default and setting.name not in _values:
+            _putInForce(setting.name)
+
+
 def onChange(function: Callable[[str], object]) -> None:
     """Calls a function with the name of every setting that changes, when its new value is in force.
 

@@ -140,6 +140,9 @@ SETTINGS = (
             'GameLoopSystem', Given.colourSafe),
     Setting('language', words.AUTOMATIC, _language(), 'The language of all texts', 'GameLoopSystem',
             lambda loop, value: words.setLanguage(value)),
+    # For those who make the game
+    Setting('reloadFiles', 'automatic', word('automatic', 'on', 'off'),
+            'Whether files that change are taken anew while the game runs; automatic does so in a source tree'),
 )
 
 BY_NAME = {setting.name: setting for setting in SETTINGS}

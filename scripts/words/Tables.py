@@ -41,6 +41,11 @@ def names() -> list[str]:
     return [FIRST] + [name for name in modules if name != FIRST]
 
 
+def nameOf(file: str) -> str:
+    """The name of the table that a file is."""
+    return os.path.splitext(os.path.basename(file))[0]
+
+
 def read(name: str, folder: str = FOLDER) -> Table:
     """The table of this name with what is laid over it; without texts where the file cannot be read or is no Python."""
     isBrought = any(layer[0] == name for layer in layers) and not os.path.exists(os.path.join(folder, name + '.py'))

@@ -159,6 +159,17 @@ def readAgain():
     changes += 1
 
 
+def isRead(name: str) -> bool:
+    """Whether a table has been read, by its name, as 'german'."""
+    return name in _tables
+
+
+def faultsOf(name: str) -> list[str]:
+    """What is wrong with a table as its file stands now, as sentences; those in use stay as they were read."""
+    table = Tables.read(name)
+    return (table if name == FIRST else Tables.compared(table, Tables.read(FIRST))).faults
+
+
 def number(value: float, digits: int | None = None) -> str:
     """A number as the language writes it, with so many digits after the mark; as many as it needs without."""
     plain = '%.*f' % (digits, value) if digits is not None else ('%.6f' % value).rstrip('0').rstrip('.')

@@ -34,6 +34,11 @@ public:
         texture.lookup()->onUploadComplete(answer);
         return answer;
     }
+    String replaceTexture(Handle<TextureAsset>) override
+    {
+        ++uploads;
+        return answer.succeeded() ? String() : SCS("It cannot be read.");
+    }
     ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &) override
     {
         ++uploads;

@@ -27,6 +27,7 @@ protected:
     ~Fonts() override { setAssetUploader(before); }
 
     ErrorCode uploadTexture(Handle<TextureAsset>) override { return ErrorCode(); }
+    String replaceTexture(Handle<TextureAsset>) override { return String(); }
     ErrorCode uploadMesh(Handle<MeshAsset>) override { return ErrorCode(); }
     ErrorCode uploadCoverage(Handle<TextureAsset>, const CoverageImage &image) override
     {

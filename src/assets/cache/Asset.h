@@ -4,6 +4,7 @@
 #include "engine/systems/RequestHandle.h"
 
 #include "foundation/ErrorCode.h"
+#include "foundation/KVString.h"
 #include "object/tree/Object.h"
 #include "object/tree/ReflectorPtr.h"
 
@@ -12,7 +13,8 @@
 /// One piece of external data: a texture, a mesh, a font.
 ///
 /// Made by an AssetLoader as its child, shared by all who ask for the same name, alive until AssetSystem shuts down.
-/// The status moves once from ASSET_NOT_READY to success or a failure; a failed asset is not tried again.
+/// The status moves once from ASSET_NOT_READY to success or a failure; a failed asset is not tried again, unless its
+/// file has changed and it is reloaded.
 ///
 /// A listener is called as callback(RequestHandle h), after the status is set: with the handle it was registered
 /// with, so one callback can serve several requests. Registering with an asset that is finished already calls back
@@ -42,6 +44,14 @@ public:
 
     /// ASSET_NOT_READY until loading ends, then success or the failure.
     ErrorCode getStatus() const;
+
+    /// Whether the data come from a file, told by its designed path, or would if it were there.
+    virtual bool comesFrom(const String &file) const { return false; }
+    /// Takes the data anew from their file: whoever has this asset has the new ones.
+    ///
+    /// Where that fails, those that are there stay, and the status as well.
+    /// @return why it failed, as a sentence; empty on success
+    virtual String reload() { return SCS("It has no file."); }
 
 private:
     void notify(const ListenerData &listener);

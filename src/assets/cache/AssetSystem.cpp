@@ -73,6 +73,30 @@ Handle<Asset> AssetSystem::findKnown(const AssetLoader &loader, const AssetCache
     return isUnderWay ? handle_cast<Asset>(loader.getChild(key.name)) : Handle<Asset>();
 }
 
+String AssetSystem::reloadFile(const String &file)
+{
+    std::vector<Handle<Asset>> found; // listeners may ask for other assets
+    for (const auto &[key, entry] : cache)
+        if (const auto asset = entry.asset.lookup(); asset && asset->comesFrom(file))
+            found.push_back(entry.asset);
+    String failure;
+    for (const Handle<Asset> &each : found)
+        if (const auto asset = each.lookup())
+            if (const String why = asset->reload(); !why.empty())
+                failure = why;
+    return failure;
+}
+
+bool AssetSystem::usesFile(const String &file) const
+{
+    return std::any_of(cache.begin(), cache.end(),
+                       [&](const auto &each)
+                       {
+                           const auto asset = each.second.asset.lookup();
+                           return asset && asset->comesFrom(file);
+                       });
+}
+
 Handle<AssetLoader> AssetSystem::getLoader(const ReflectorPtr &loaderClass)
 {
     const auto known = loaders.find(loaderClass);

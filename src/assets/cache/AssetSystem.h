@@ -25,6 +25,15 @@ public:
     /// @return the asset, also when loading failed; an invalid handle for a class that is no loader
     Handle<Asset> startLoad(ReflectorPtr assetLoader, String assetName, ReflectorPtr callback, RequestHandle h);
 
+    /// Takes the assets of a file anew, which has changed; those who have them have the new data.
+    ///
+    /// Where that fails, the old data stay.
+    /// @param file  its designed path, as "../assets/textures/black.dds"
+    /// @return why it failed, as a sentence; empty on success, and where no asset comes from the file
+    String reloadFile(const String &file);
+    /// Whether an asset comes from a file, told by its designed path, or has looked for it in vain.
+    bool usesFile(const String &file) const;
+
 protected:
     void systemStartup() override;
     void systemShutdown() override;

@@ -4,6 +4,7 @@
 #include "assets/cache/PixelRectangle.h"
 
 #include "foundation/ErrorCode.h"
+#include "foundation/KVString.h"
 #include "object/tree/Handle.h"
 
 #include <cstdint>
@@ -30,6 +31,12 @@ public:
     virtual ~IAssetUploader() = default;
 
     virtual ErrorCode uploadTexture(Handle<TextureAsset> texture) = 0;
+    /// Takes another state of its file, or another file, in place of what the device has of a texture; a file that
+    /// cannot be read changes nothing.
+    ///
+    /// It does not end in onUploadComplete.
+    /// @return why it failed, as a sentence; empty on success
+    virtual String replaceTexture(Handle<TextureAsset> texture) = 0;
     virtual ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image) = 0;
     virtual ErrorCode uploadMesh(Handle<MeshAsset> mesh) = 0;
 };

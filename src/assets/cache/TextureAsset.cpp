@@ -1,7 +1,9 @@
 #include "assets/cache/TextureAsset.h"
 
 #include "assets/cache/AssetUploader.h"
+#include "assets/cache/TextureLookup.h"
 #include "foundation/Assertions.h"
+#include "port/win32/HostPath.h"
 
 void TextureAsset::startLoad()
 {
@@ -15,6 +17,30 @@ void TextureAsset::onUploadComplete(ErrorCode ec)
 {
     KV_VERIFY(ec.succeeded(), "Upload of texture asset %s failed: %s", fileName.toCString(), ec.toString().toCString());
     setStatus(ec);
+}
+
+bool TextureAsset::comesFrom(const String &file) const
+{
+    return isTextureFileOf(getName(), file) || port::hostPath(fileName.toCString()) == port::hostPath(file.toCString());
+}
+
+String TextureAsset::reload()
+{
+    IAssetUploader *uploader = getAssetUploader();
+    if (!uploader)
+        return SCS("There is no graphics device.");
+    const String before = fileName;
+    if (const String found = lookForTextureFile(getName()); !found.empty())
+        fileName = found;
+    const String failure = uploader->replaceTexture(::getHandle(this));
+    if (!failure.empty())
+    {
+        fileName = before;
+        return failure;
+    }
+    missingTold = false;
+    setStatus(ErrorCode::SUCCESS);
+    return String();
 }
 
 void TextureAsset::reportMissing(const String &wearer)

@@ -13,6 +13,10 @@ public:
     /// Has the device read the file; ends in onUploadComplete.
     virtual void startLoad();
 
+    /// Whether it is a file of this asset's name, with any of the extensions that textures have.
+    bool comesFrom(const String &file) const override;
+    String reload() override;
+
     /// Called by the graphics system with the result of the upload; a failure is logged with file and reason.
     void onUploadComplete(ErrorCode ec);
 

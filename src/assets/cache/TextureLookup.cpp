@@ -6,7 +6,10 @@
 #include "object/reflection/NearestName.h"
 #include "port/win32/HostPath.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <string>
 
 namespace
 {
@@ -30,19 +33,35 @@ void logUnknown(const String &name)
 
 } // namespace
 
-String findTextureFile(const String &name)
+String lookForTextureFile(const String &name)
 {
     if (std::filesystem::path(name.toCString()).is_absolute())
         return name;
     for (const char *extension : extensions)
         if (String file = overridingFile(SCS("textures/") + name + String::fromStaticCString(extension)); !file.empty())
             return file;
-    String path = String::fromStaticCString(folder) + name;
+    const String path = String::fromStaticCString(folder) + name;
     std::error_code ignored;
     for (const char *extension : extensions)
         if (String file = path + String::fromStaticCString(extension);
             std::filesystem::is_regular_file(port::hostPath(file.toCString()), ignored))
             return file;
+    return String();
+}
+
+String findTextureFile(const String &name)
+{
+    const String found = lookForTextureFile(name);
+    if (!found.empty())
+        return found;
     logUnknown(name);
-    return path;
+    return String::fromStaticCString(folder) + name;
+}
+
+bool isTextureFileOf(const String &name, const String &file)
+{
+    const std::string path = port::hostPath(file.toCString());
+    const std::string stem = port::hostPath((String::fromStaticCString(folder) + name).toCString());
+    return std::any_of(std::begin(extensions), std::end(extensions),
+                       [&](const char *extension) { return path == stem + extension; });
 }

@@ -7,6 +7,9 @@
 #include "foundation/Logger.h"
 #include "port/win32/HostPath.h"
 
+#include <string>
+#include <utility>
+
 void MeshAsset::startLoad()
 {
     ModelFile file;
@@ -23,6 +26,29 @@ void MeshAsset::startLoad()
         return upload();
     KV_LOGF(Logger_::I_ERROR, "The model %s holds no mesh; export it again.", fileName.toCString());
     setStatus(ErrorCode::NOT_IMPLEMENTED);
+}
+
+bool MeshAsset::comesFrom(const String &file) const
+{
+    return port::hostPath(fileName.toCString()) == port::hostPath(file.toCString());
+}
+
+String MeshAsset::reload()
+{
+    ModelFile file;
+    if (const std::string missing = port::explainMissingFile(fileName.toCString()); !missing.empty())
+        return String::copyFrom(missing);
+    file.load(fileName); // what is wrong stands in its fault
+    if (!file.getFault().empty())
+        return SCS("The model cannot be read: ") + file.getFault() + SCS(".");
+    if (file.getMeshCount() == 0)
+        return SCS("The model holds no mesh.");
+    Mesh mesh = file.takeMesh(0);
+    if (!mesh.checkDrawable().succeeded())
+        return SCS("The model's mesh cannot be drawn: an index lies beyond its vertices, or its type is none.");
+    meshData = std::move(mesh);
+    upload();
+    return getStatus().succeeded() ? String() : getStatus().toString();
 }
 
 void MeshAsset::onUploadComplete(ErrorCode ec)

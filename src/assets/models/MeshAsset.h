@@ -20,6 +20,10 @@ public:
     /// the log. A failed upload's code becomes the status.
     virtual void startLoad();
 
+    bool comesFrom(const String &file) const override;
+    /// Takes the first mesh of the file anew; one that is cut short, holds none or cannot be drawn is refused.
+    String reload() override;
+
     /// Called by the graphics system with the result of the upload.
     void onUploadComplete(ErrorCode ec);
 

@@ -4,8 +4,11 @@
 #include "port/win32/HostPath.h"
 
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <string>
+#include <system_error>
 #include <utility>
 
 namespace
@@ -14,23 +17,19 @@ namespace
 /// What a last chunk may lack and still count as cut short, bytes. Beyond it, its header is not believed.
 constexpr std::uint64_t maxMissingBytes = 16 << 20;
 
-bool fail(const char *what, const String &filename, const char *advice = "")
-{
-    std::cerr << what << filename.toCString() << "!\n" << advice;
-    return false;
-}
-
 /// Reads into the whole of a vector with one call; what the file lacks becomes zeros.
+/// @return whether it lacks nothing
 template <class Buffer>
-void readInto(std::istream &in, Buffer &buffer)
+bool readInto(std::istream &in, Buffer &buffer)
 {
     if (buffer.empty())
-        return;
+        return true;
     const std::size_t wanted = buffer.size() * sizeof(buffer[0]);
     char *bytes = reinterpret_cast<char *>(buffer.data());
     in.read(bytes, static_cast<std::streamsize>(wanted));
     const auto got = static_cast<std::size_t>(in.gcount());
     std::memset(bytes + got, 0, wanted - got);
+    return got == wanted;
 }
 
 template <class Buffer>
@@ -76,8 +75,14 @@ void ModelFile::addMesh(const Mesh &mesh)
 
 bool ModelFile::load(const String &filename)
 {
-    std::ifstream in(port::hostPath(filename.toCString()), std::ios::binary);
-    if (!in)
+    fault = String();
+    const std::string path = port::hostPath(filename.toCString());
+    std::error_code unknown;
+    const bool isOrdinary = std::filesystem::is_regular_file(path, unknown); // a pipe would be waited for
+    std::ifstream in;
+    if (isOrdinary)
+        in.open(path, std::ios::binary);
+    if (!isOrdinary || !in)
         return fail("error opening file ", filename);
     const std::uint64_t fileSize = measure(in);
 
@@ -109,9 +114,17 @@ bool ModelFile::readChunk(std::istream &in, std::uint64_t fileSize, const String
                     "The file is cut short or its counts are wrong: export the model again.\n");
     Mesh &mesh = meshes.emplace_back();
     mesh.prepareForRead(header);
-    readInto(in, mesh.indexBuffer);
-    readInto(in, mesh.vertexBuffer);
+    const bool isWhole = readInto(in, mesh.indexBuffer) & readInto(in, mesh.vertexBuffer);
+    if (!isWhole)
+        fault = SCS("the file is cut short");
     return true;
+}
+
+bool ModelFile::fail(const char *what, const String &filename, const char *advice)
+{
+    fault = String::fromStaticCString(what);
+    std::cerr << what << filename.toCString() << "!\n" << advice;
+    return false;
 }
 
 bool ModelFile::save(const String &filename) const

@@ -39,11 +39,17 @@ public:
     /// Moves a mesh out, leaving an empty one in its place. A number out of range is an assertion.
     Mesh takeMesh(int idx);
 
+    /// What was wrong with the file of the last load, in short; empty if nothing was.
+    const String &getFault() const { return fault; }
+
     int getMeshCount() const { return static_cast<int>(meshes.size()); }
     ModelFileHeader getFileHeader() const;
 
 private:
     bool readChunk(std::istream &in, std::uint64_t fileSize, const String &filename);
 
+    bool fail(const char *what, const String &filename, const char *advice = "");
+
     MeshVec meshes;
+    String fault; ///< also of a file that loaded, with zeros in place of what it lacks
 };

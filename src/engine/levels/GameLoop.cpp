@@ -26,6 +26,16 @@ Handle<Object>::Result holderOf(const Handle<PersistentStateComponent> &state)
     const auto kept = state.lookup();
     return kept && !kept->isDying() ? kept->getParent().lookup() : Handle<Object>::Result();
 }
+
+/// The level that a function of the script `loader` makes; invalid where it makes none.
+Handle<Coordinator> callLoader(const char *function, const String &levelName)
+{
+    const ProfilerScope scope(SCS("loadLevel"), levelName);
+    Variant result;
+    if (!pythonCall("loader", function, SavedArguments::of(levelName), result))
+        pythonRaisePending();
+    return handle_cast<Coordinator>(result.get<Handle<Object>>().value);
+}
 } // namespace
 
 void GameLoopSystem::retireLevel(Handle<Coordinator> level)
@@ -82,6 +92,34 @@ Handle<Coordinator> GameLoopSystem::replaceLevel(const Handle<Coordinator> &pres
     return next;
 }
 
+/// Builds a level anew beside the present one; the one of the two that is to run on.
+Handle<Coordinator> GameLoopSystem::renewLevel(const Handle<Coordinator> &present)
+{
+    const auto coordinator = present.lookup();
+    if (!coordinator || coordinator->isDying())
+        return present;
+    // Both are to find what has become of the objects of all levels: the new one now, the old one where that fails.
+    if (const auto holder = holderOf(persistentState); holder && holder->getParent() == present)
+        holder->setParent(getTypedHandle());
+    const Handle<Coordinator> next = callLoader("renewLevel", coordinator->getLevelName());
+    if (next.isValid())
+        coordinator->murder();
+    else
+        givePersistentState(present);
+    cremateDeadObjects();
+    return next.isValid() ? next : present;
+}
+
+void GameLoopSystem::switchLevel()
+{
+    if (!queuedLevel.empty())
+        setCurrentlyActiveCoordinator(replaceLevel(currentCoordinator, queuedLevel));
+    else if (renewQueued)
+        setCurrentlyActiveCoordinator(renewLevel(currentCoordinator));
+    queuedLevel = String();
+    renewQueued = false;
+}
+
 void GameLoopSystem::doFrame()
 {
     if (frameRunning)
@@ -94,11 +132,7 @@ void GameLoopSystem::doFrame()
 
     beginProfilerFrame();
     measureFrame();
-    if (!queuedLevel.empty())
-    {
-        setCurrentlyActiveCoordinator(replaceLevel(currentCoordinator, queuedLevel));
-        queuedLevel = String();
-    }
+    switchLevel();
     callFrameCallback();
     if (auto level = currentCoordinator.lookup())
         level->doFrame();
@@ -198,12 +232,7 @@ void GameLoopSystem::quitAtFrameLimit()
 
 Handle<Coordinator> loadLevel(const String &levelName)
 {
-    const ProfilerScope scope(SCS("loadLevel"), levelName);
-    Variant result;
-    if (!pythonCall("loader", "loadLevel", SavedArguments::of(levelName), result))
-        pythonRaisePending();
-
-    const Handle<Coordinator> level = handle_cast<Coordinator>(result.get<Handle<Object>>().value);
+    const Handle<Coordinator> level = callLoader("loadLevel", levelName);
     if (!level.isValid())
         KV_LOGF(Logger_::I_ERROR, "loader.loadLevel('%s') returned no Coordinator", levelName.toCString());
     return level;

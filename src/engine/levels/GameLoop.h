@@ -43,6 +43,12 @@ public:
     ///
     /// What has become of the present level's objects is kept for the next; see `PersistentStateComponent`.
     void queueLoadLevel(const String &levelName);
+    /// Has the present level be built anew from its scripts at the start of the next frame, and take the old one's place
+    /// once it stands.
+    ///
+    /// Where it cannot be built the old one goes on as it is; the script `loader.renewLevel` tells why. What has become
+    /// of its objects is kept. A level that is queued comes first, and this is forgotten.
+    void queueRenewLevel() { renewQueued = true; }
     /// Gives a level what the levels before it kept, or something new to keep it in; to be called before it loads maps.
     ///
     /// What a level has already stays. What was kept below a level that somebody murdered is lost, which is warned of.
@@ -80,12 +86,15 @@ private:
     void callFrameCallback();
     void quitWithoutLevel();
     void quitAtFrameLimit();
+    void switchLevel();
+    Handle<Coordinator> renewLevel(const Handle<Coordinator> &present);
     Handle<Coordinator> replaceLevel(const Handle<Coordinator> &present, const String &nextName);
 
     Handle<Coordinator> currentCoordinator;
     Handle<PersistentStateComponent> persistentState; ///< of the level that was given it, or in this system's care
     Handle<TimeKeeper> time;
     String queuedLevel; ///< empty while no switch is asked for
+    bool renewQueued = false;
     std::int64_t frameNumber = 0;
     std::int64_t frameLimit = 0; ///< 0: none
     Seconds longestFrame = 0.0;  ///< 0: as long as it takes

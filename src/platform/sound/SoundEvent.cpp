@@ -43,6 +43,34 @@ void SoundEvent::initializeParams()
     distance_ = distance ? *distance : SoundParameter();
 }
 
+SoundEvent::Moment SoundEvent::getMoment() const
+{
+    Moment moment;
+    moment.isPlaying = isPlaying();
+    for (const auto &[each, param] : params)
+        moment.values.emplace_back(each, param.getValue());
+    return moment;
+}
+
+void SoundEvent::renew(const SoundEvent &fresh, const Moment &before)
+{
+    way.end();
+    if (pEvent_)
+        pEvent_->release();
+    pEvent_ = fresh.pEvent_;
+    loops = fresh.loops;
+    initializeParams();
+    for (const auto &[each, value] : before.values)
+        if (SoundParameter *const param = params.find(each))
+            param->SetParam(value);
+    applyVolume();
+    applyPause();
+    if (placed)
+        place(eventPosition);
+    if (before.isPlaying && loops)
+        start();
+}
+
 void SoundEvent::updateEvent(const GlobalListener &listener)
 {
     if (objectChanges != ObjectMap().getChangeCount() || found != hEntity)

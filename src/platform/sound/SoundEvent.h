@@ -11,6 +11,8 @@
 #include "foundation/Vector.h"
 
 #include <cstdint>
+#include <utility>
+#include <vector>
 
 namespace FMOD
 {
@@ -34,6 +36,19 @@ public:
     /// @param name   of the event
     /// @param loops  the event plays until it is stopped
     SoundEvent(FMOD::Event *event, const String &name, bool loops) : pEvent_(event), name(name), loops(loops) {}
+
+    /// What an event is like at one moment.
+    struct Moment
+    {
+        bool isPlaying = false;
+        std::vector<std::pair<String, float>> values; ///< of its parameters, by name
+    };
+    Moment getMoment() const;
+    /// Takes an instance out of a project that was read anew in place of its own, which went with the old project.
+    ///
+    /// It is as loud, paused and placed as this was, and its parameters have the values of that moment; what played on
+    /// and on then begins again.
+    void renew(const SoundEvent &fresh, const Moment &before);
 
     /// Reads the event's parameters by name.
     void initializeParams();
@@ -64,6 +79,7 @@ public:
     /// Gives its instance away, which goes on by itself.
     FMOD::Event *detach();
 
+    const String &getName() const { return name; }
     /// Whether the project has such an event.
     bool exists() const { return pEvent_ != nullptr; }
     FMOD::Event *getEvent() const { return pEvent_; }

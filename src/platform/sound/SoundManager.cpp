@@ -187,6 +187,29 @@ void SoundManager::forEachEvent(SoundType type, const Step &step)
                 step(event);
 }
 
+void SoundManager::renewEvents(const std::function<void()> &changeProject)
+{
+    struct Kept
+    {
+        SoundEvent *event;
+        SoundEvent::Moment moment;
+        SoundType type;
+    };
+    std::vector<Kept> kept;
+    for (const SoundType type : {SOUND_EFFECT, MUSIC})
+        forEachEvent(type, [&](SoundEvent &event) { kept.push_back({&event, event.getMoment(), type}); });
+    for (SoundEvent &event : orphans)
+        event.release();
+    orphans.clear();
+    changeProject();
+    SoundSystem &system = getSystemDeref<SoundSystem>();
+    for (const Kept &each : kept)
+    {
+        const String &name = each.event->getName();
+        each.event->renew(each.type == MUSIC ? system.newMusic(name) : system.newSoundEffect(name), each.moment);
+    }
+}
+
 /// Holds the sound effects of a level that was stopped, and lets them go on with it.
 void SoundManager::holdWhileStopped()
 {

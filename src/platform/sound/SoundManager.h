@@ -8,6 +8,7 @@
 #include "engine/entities/SimpleManager.h"
 #include "engine/levels/Coordinator.h"
 
+#include <functional>
 #include <vector>
 
 class MapRootEntity;
@@ -73,6 +74,8 @@ public:
     /// What can be heard, the loudest first.
     std::vector<HeardSound> getHeardSounds() const { return heardSounds.list(globalListener); }
 
+    /// Runs what puts another sound project in the place of the present one, and has the level's events be of that.
+    void renewEvents(const std::function<void()> &changeProject);
     /// Undoes what the level has changed of the whole run: low-pass and categories.
     void undoChanges();
     /// Takes an event over whose entity has died: what plays once plays to its end where it is, all else fades.

@@ -8,6 +8,14 @@ void SoundParameter::SetParam(float newVal)
         pParam_->setValue(newVal);
 }
 
+float SoundParameter::getValue() const
+{
+    float value = 0;
+    if (pParam_)
+        pParam_->getValue(&value);
+    return value;
+}
+
 SoundParameter::Range SoundParameter::GetRange() const
 {
     Range range;

@@ -24,6 +24,8 @@ public:
 
     /// Sets the value, cut to the range; does nothing where there is no parameter or `newVal` is no number.
     void SetParam(float newVal);
+    /// The value, as it was last set; 0 where there is no parameter.
+    float getValue() const;
     /// The range as authored; 0 to 0 where there is no parameter.
     Range GetRange() const;
     /// Whether the event has the parameter.

@@ -131,8 +131,41 @@ void SoundSystem::loadProject()
         applyPlayersVolume(category, part);
 }
 
+void SoundSystem::dropProject()
+{
+    for (FMOD::Event *const event : fading)
+        event->release();
+    fading.clear();
+    if (pFMODProject_)
+        pFMODProject_->release();
+    pFMODProject_ = nullptr;
+    pSoundEffects_ = pMusic_ = nullptr;
+}
+
+String SoundSystem::reloadProject()
+{
+    std::string faults;
+    for (const std::string &each : port::projectProblems(MEDIA_PATH, PROJECT_FILE))
+        faults += (faults.empty() ? "" : "\n") + each;
+    if (!faults.empty() || !pEventSystem_)
+        return String::copyFrom(faults);
+    const auto change = [this]
+    {
+        dropProject();
+        loadProject();
+    };
+    if (SoundManager *const manager = managerInCharge())
+        manager->renewEvents(change);
+    else
+        change();
+    return String();
+}
+
 void SoundSystem::listEvents()
 {
+    soundEffects = EventList();
+    music = EventList();
+    captions = NameMap<String>();
     const auto endsWith = [](const std::string &text, const char *end) { return text.ends_with(end); };
     for (const port::EventFacts &facts : port::listEvents(*pFMODProject_))
     {
@@ -159,11 +192,7 @@ void SoundSystem::makeGlobalLowpass()
 
 void SoundSystem::systemShutdown()
 {
-    for (FMOD::Event *const event : fading)
-        event->release();
-    fading.clear();
-    if (pFMODProject_)
-        pFMODProject_->release();
+    dropProject();
     if (pEventSystem_)
     {
         pEventSystem_->unload();
@@ -171,10 +200,8 @@ void SoundSystem::systemShutdown()
     }
     if (pFMODSystem_)
         pFMODSystem_->release();
-    pFMODProject_ = nullptr;
     pEventSystem_ = nullptr;
     pFMODSystem_ = nullptr;
-    pSoundEffects_ = pMusic_ = nullptr;
     pGlobalLowpass = nullptr;
     port::setAudioNotice(nullptr);
 }

@@ -77,6 +77,12 @@ public:
     void setRecordFile(const String &file) { recordFile = file; }
     String getRecordFile() const { return recordFile; }
 
+    /// Reads the sound project and its samples anew; what plays on and on in the level in charge begins again.
+    ///
+    /// Where the project or one of its samples has a fault, all stays as it is.
+    /// @return the faults, one a line, each with file, line and cause; empty on success
+    String reloadProject();
+
     /// Has all that is heard pass a low-pass, or takes it out.
     /// @param cutoff  Hz
     void setLowpass(bool on, float cutoff);
@@ -125,6 +131,7 @@ private:
     void openEventSystem();
     void loadProject();
     void makeGlobalLowpass();
+    void dropProject();
     void listEvents();
     SoundManager *managerInCharge() const;
     void applyVolumes();

@@ -7,8 +7,10 @@
 #include <algorithm>
 #include <bit>
 #include <charconv>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <system_error>
 
 namespace
 {
@@ -20,8 +22,12 @@ constexpr std::size_t maxElements = 1024; ///< of a parameter array
 
 std::string readWhole(const std::string &path)
 {
-    std::ifstream file(path, std::ios::binary);
-    if (!file)
+    std::error_code unknown;
+    const bool isOrdinary = std::filesystem::is_regular_file(path, unknown); // a pipe would be waited for
+    std::ifstream file;
+    if (isOrdinary)
+        file.open(path, std::ios::binary);
+    if (!isOrdinary || !file)
         throw EffectError(path + ": the file cannot be read. " + explainMissingFile(path.c_str()));
     std::ostringstream text;
     text << file.rdbuf();

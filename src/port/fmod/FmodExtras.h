@@ -92,6 +92,11 @@ struct EventFacts
 };
 std::vector<EventFacts> listEvents(FMOD::EventProject &project);
 
+/// What is wrong with a project file and its samples, each with file and cause, without playing any of it; empty where
+/// nothing is. Reads the head of each sample.
+/// @param folder  of the project and its samples, a designed path with its end
+std::vector<std::string> projectProblems(const char *folder, const char *filename);
+
 /// Reverberation of two zones at once, for the way from one to the other; share 0..1 of the second.
 void setReverbZones(FMOD::EventSystem &system, const FMOD_REVERB_PROPERTIES &first,
                     const FMOD_REVERB_PROPERTIES &second, float share);

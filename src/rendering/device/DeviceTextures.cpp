@@ -62,13 +62,24 @@ ErrorCode copyCoverage(IDirect3DTexture9 &texture, const CoverageImage &image, c
 
 ErrorCode DeviceTextures::upload(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture)
 {
+    const ErrorCode result = read(device, texture);
+    if (texture.isValid() && !result.succeeded())
+        KV_LOGF(Logger_::I_ERROR, "%s", port::lastTextureError().c_str());
+    return result;
+}
+
+String DeviceTextures::replace(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture)
+{
+    return read(device, texture).succeeded() ? String() : String::copyFrom(port::lastTextureError());
+}
+
+ErrorCode DeviceTextures::read(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture)
+{
     const auto asset = texture.lookup();
     if (!asset)
         return ErrorCode::BAD_HANDLE;
     IDirect3DTexture9 *loaded = nullptr;
     const ErrorCode result = dxCall(D3DXCreateTextureFromFileA(&device, asset->getFileName().toCString(), &loaded));
-    if (!result.succeeded())
-        KV_LOGF(Logger_::I_ERROR, "%s", port::lastTextureError().c_str());
     if (loaded)
     {
         IDirect3DTexture9 *&entry = staticTextures[texture];

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "foundation/ErrorCode.h"
+#include "foundation/KVString.h"
 #include "object/tree/Handle.h"
 
 #include <unordered_map>
@@ -22,6 +23,9 @@ public:
 
     /// Reads the asset's file; a failure is logged with file and cause, and leaves what was there.
     ErrorCode upload(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture);
+    /// Reads the asset's file in place of what was there, which stays where that fails.
+    /// @return why it failed, as a sentence; empty on success
+    String replace(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture);
     /// Copies the changed part of an image that code made; all of it the first time and after a change of size.
     ErrorCode uploadCoverage(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture, const CoverageImage &image);
     /// Borrowed; null if there is none.
@@ -32,6 +36,8 @@ public:
 
 private:
     typedef std::unordered_map<Handle<TextureAsset>, IDirect3DTexture9 *> TextureCache;
+
+    ErrorCode read(IDirect3DDevice9 &device, const Handle<TextureAsset> &texture);
 
     TextureCache staticTextures;
 };

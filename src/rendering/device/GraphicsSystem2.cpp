@@ -37,6 +37,7 @@ public:
     explicit GraphicsUploader(GraphicsSystem2 &graphics_) : graphics(graphics_) {}
 
     ErrorCode uploadTexture(Handle<TextureAsset> texture) override { return graphics.uploadTexture(texture); }
+    String replaceTexture(Handle<TextureAsset> texture) override { return graphics.replaceTexture(texture); }
     ErrorCode uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image) override
     {
         return graphics.uploadCoverage(texture, image);

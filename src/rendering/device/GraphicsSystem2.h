@@ -120,6 +120,13 @@ public:
 
     /// Reads a texture's file into the device; ends in the asset's onUploadComplete.
     ErrorCode uploadTexture(Handle<TextureAsset> texture);
+    /// Reads a texture's file into the device in place of what is there, which stays where the file cannot be read.
+    /// @return why it failed, as a sentence; empty on success
+    String replaceTexture(Handle<TextureAsset> texture);
+    /// Compiles an effect's file anew; the effect that is there stays where the new one does not compile.
+    /// @param name  of the file in "..\\assets\\shaders\\", as "ff.fx"
+    /// @return the compiler's text: file, line, technique and cause; empty on success, and for one that is not used
+    String reloadEffect(const String &name);
     /// Copies the changed part of an image that code made to the device; ends in the asset's onUploadComplete.
     ///
     /// All of it goes there the first time and after a change of size.

@@ -34,6 +34,16 @@ ErrorCode GraphicsSystem2::uploadTexture(Handle<TextureAsset> texture)
     return result;
 }
 
+String GraphicsSystem2::replaceTexture(Handle<TextureAsset> texture)
+{
+    return device ? textures.replace(*device, texture) : SCS("There is no graphics device.");
+}
+
+String GraphicsSystem2::reloadEffect(const String &name)
+{
+    return shaders.renewShader(name);
+}
+
 ErrorCode GraphicsSystem2::uploadCoverage(Handle<TextureAsset> texture, const CoverageImage &image)
 {
     const auto asset = texture.lookup();

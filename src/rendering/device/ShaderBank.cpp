@@ -20,26 +20,49 @@ String takeText(ID3DXBuffer *buffer)
 
 } // namespace
 
-void ShaderBank::CreateShader(const String &fxName)
+ErrorCode ShaderBank::compile(const String &fxName, ID3DXEffect *&effect, String &text)
 {
     const ProfilerScope scope(SCS("ShaderBank::CreateShader"), fxName);
     const String path = SCS("..\\assets\\shaders\\") + fxName;
     constexpr DWORD flags = D3DXSHADER_SKIPVALIDATION | D3DXSHADER_OPTIMIZATION_LEVEL3;
-    ID3DXEffect *effect = nullptr;
     ID3DXBuffer *errors = nullptr;
     const ErrorCode result = dxCall(
         D3DXCreateEffectFromFileA(mainDevice, path.toCString(), nullptr, nullptr, flags, nullptr, &effect, &errors));
-    const String text = takeText(errors);
-    if (!result.succeeded())
-    {
-        KV_FATAL("Errors occurred while processing effect %s:\n\n%s", fxName.toCString(),
-                 text.empty() ? result.toString().toCString() : text.toCString());
-        return;
-    }
-    if (!text.empty())
+    text = takeText(errors);
+    if (result.succeeded() && !text.empty())
         KV_LOGF(Logger_::I_WARNING, "Output from shader compiler in effect %s:\n%s", fxName.toCString(),
                 text.toCString());
+    if (!result.succeeded() && text.empty())
+        text = result.toString();
+    return result;
+}
+
+void ShaderBank::CreateShader(const String &fxName)
+{
+    ID3DXEffect *effect = nullptr;
+    String text;
+    const ErrorCode result = compile(fxName, effect, text);
+    if (!result.succeeded())
+    {
+        KV_FATAL("Errors occurred while processing effect %s:\n\n%s", fxName.toCString(), text.toCString());
+        return;
+    }
     storeShader(fxName, effect);
+}
+
+String ShaderBank::renewShader(const String &fxName)
+{
+    const auto entry = vFX.find(fxName);
+    if (entry == vFX.end() || !entry->second)
+        return String();
+    ID3DXEffect *effect = nullptr;
+    String text;
+    const ErrorCode result = compile(fxName, effect, text);
+    if (!result.succeeded())
+        return text;
+    entry->second->Release();
+    entry->second = effect;
+    return String();
 }
 
 void ShaderBank::storeShader(const String &fxName, ID3DXEffect *effect)

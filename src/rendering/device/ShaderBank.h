@@ -35,6 +35,12 @@ public:
     /// Warnings are logged. A name that is there already keeps its first effect.
     void CreateShader(const String &fxName);
 
+    /// Compiles the file of an effect that is there anew, and puts it in the old one's place.
+    ///
+    /// Where it does not compile, the old one stays. Not for within BeginShader and EndShader.
+    /// @return the compiler's text; empty on success, and for an effect that is not there
+    String renewShader(const String &fxName);
+
     /// Stores a compiled effect and takes over the caller's reference; the first effect of a name stays.
     void storeShader(const String &fxName, ID3DXEffect *effect);
 
@@ -82,6 +88,8 @@ public:
 
 private:
     typedef std::map<String, ID3DXEffect *> vectorFX;
+
+    ErrorCode compile(const String &fxName, ID3DXEffect *&effect, String &text);
 
     IDirect3DDevice9 *mainDevice = nullptr; ///< borrowed
     vectorFX vFX;

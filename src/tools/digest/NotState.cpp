@@ -16,6 +16,7 @@ constexpr const char *classes[] = {
     "AssetSystem",
     "File",
     "FileSystem",
+    "FolderWatchSystem",
     "FramePacingSystem",
     "GraphicsAdapterSystem",
     "GraphicsSystem2",
@@ -63,6 +64,7 @@ constexpr const char *fields[] = {
     "GameLoopSystem::longestFrame",
     "GameLoopSystem::profilerNewFrame",
     "GameLoopSystem::quitAsked",
+    "GameLoopSystem::renewQueued",
     "TimeSystem::sourceType",
     // Marks of who asked last; drawing asks, too.
     "BoundingVolume::lastRequest",

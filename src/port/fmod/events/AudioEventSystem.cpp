@@ -19,8 +19,7 @@ namespace port
 namespace
 {
 
-constexpr std::size_t MOST_BYTES = 4U << 20; ///< of a project file
-constexpr int MOST_CHANNELS = 200;           ///< the library has 256 sources
+constexpr int MOST_CHANNELS = 200; ///< the library has 256 sources
 
 std::unique_ptr<AudioHost> makeHost(const AudioOutput &output)
 {
@@ -101,7 +100,7 @@ FMOD_RESULT AudioEventSystem::load(const char *filename, FMOD_EVENT_LOADINFO *, 
 FMOD_RESULT AudioEventSystem::readProject(const std::string &path, ProjectData &data) const
 {
     std::string text;
-    if (const std::string reason = readWholeFile(path.c_str(), MOST_BYTES, text); !reason.empty())
+    if (const std::string reason = readWholeFile(path.c_str(), MOST_PROJECT_BYTES, text); !reason.empty())
     {
         tellAudio("The sound project " + shownPath(path) + " cannot be read: " + reason, true);
         return FMOD_ERR_FILE_NOTFOUND;

@@ -2,13 +2,21 @@
 #include "port/fmod/FmodExtras.h"
 
 #include "port/fmod/events/AudioEventSystem.h"
+#include "port/fmod/Notices.h"
 #include "port/fmod/output/MemoryHost.h"
+#include "port/fmod/project/ProjectParser.h"
+#include "port/fmod/samples/SampleFile.h"
+#include "port/win32/HostPath.h"
+#include "port/win32/WholeFile.h"
 
 #include <AL/alc.h>
 #include <AL/alext.h>
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
+#include <system_error>
+#include <unordered_set>
 
 namespace port
 {
@@ -179,6 +187,40 @@ std::vector<EventFacts> listEvents(FMOD::EventProject &project)
         facts.push_back({plan.group, plan.data->name, plan.data->caption, plan.data->category, plan.data->leastCaption,
                          plan.endless, plan.placed});
     return facts;
+}
+
+std::vector<std::string> projectProblems(const char *folder, const char *filename)
+{
+    if (areForeign())
+        return {};
+    const std::string path = hostPath(folder);
+    std::string text;
+    if (const std::string reason = readWholeFile((path + filename).c_str(), MOST_PROJECT_BYTES, text); !reason.empty())
+        return {shownPath(path + filename) + ": " + reason};
+    const std::string name = shownPath(path + filename);
+    ProjectData data = parseProject(text, name);
+    std::unordered_set<std::string> looked;
+    const auto look = [&](const std::string &sample, int line)
+    {
+        if (!looked.insert(sample).second)
+            return;
+        std::string why = explainMissingFile((path + sample).c_str());
+        std::error_code unknown;
+        if (why.empty() && !std::filesystem::is_regular_file(path + sample, unknown))
+            why = "it is no ordinary file";
+        if (!why.empty() || !SampleFile(path + sample, why).isOpen())
+            data.problems.push_back(name + ":" + std::to_string(line) + ": " + sample + ": " + why);
+    };
+    for (const GroupData &group : data.groups)
+        for (const EventData &event : group.events)
+        {
+            for (const LayerData &layer : event.layers)
+                for (const SampleData &sample : layer.samples)
+                    look(sample.path, sample.line);
+            for (const SegmentData &segment : event.music.segments)
+                look(segment.path, segment.line);
+        }
+    return data.problems;
 }
 
 void setReverbZones(FMOD::EventSystem &system, const FMOD_REVERB_PROPERTIES &first,

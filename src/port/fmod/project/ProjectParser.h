@@ -3,11 +3,14 @@
 
 #include "port/fmod/project/ProjectData.h"
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace port
 {
+
+constexpr std::size_t MOST_PROJECT_BYTES = 4U << 20; ///< of a project file
 
 /// Reads a project from its text; the format is told in docs/sound-project.md.
 ///

@@ -11,7 +11,7 @@ from perLevel import PerLevel
 #: Name of the entity that bears the lines in a level.
 ENTITY = 'reloadFaults'
 
-MOST_FAULTS, MOST_LINES, MOST_LETTERS = 4, 5, 110  # on the screen; the log has all of it
+MOST_FAULTS, MOST_LINES, MOST_LETTERS = 4, 5, 150  # on the screen; the log has all of it
 SIZE, LINE = 0.0135, 0.0175                        # of the window's longer side
 HEAD, BODY, BAND = (1.0, 0.72, 0.42, 1), (0.93, 0.91, 0.86, 1), 'shade80'
 LEFT, TOP = 0.012, 0.985

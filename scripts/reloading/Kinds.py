@@ -181,7 +181,7 @@ def _takeEffects(changes: Changes) -> None:
     for name in sorted(file for file in os.listdir(SHADERS) if file.endswith('.fx')):
         trouble = graphics.reloadEffect(name)
         if trouble:
-            Faults.tell(SHADERS + name, trouble)
+            Faults.tell(SHADERS + name, _eachOnce(trouble))
             good = False
         else:
             Faults.mend(SHADERS + name)
@@ -189,6 +189,13 @@ def _takeEffects(changes: Changes) -> None:
         for path in changes:
             Faults.mend(path)
         _done('effects', list(changes))
+
+
+def _eachOnce(trouble: str) -> str:
+    """A compiler's lines without those that tell the same of another technique."""
+    lines = {(line.partition(':')[0], line.partition('error:')[2]): line.replace('../', '')
+             for line in reversed(trouble.splitlines())}
+    return '\n'.join(reversed(lines.values()))
 
 
 def _takeAssets(kind: str, changes: Changes) -> None:

@@ -43,7 +43,7 @@ class _Loader(importlib.machinery.SourceFileLoader):
 
 def _findScripts(folder: str):
     """The finder of modules in a folder of scripts; ImportError for any other."""
-    if folder != FOLDER and not _isScriptFile(folder):
+    if folder != FOLDER and not folder.startswith(FOLDER + os.sep):  # mods have finders of their own
         raise ImportError
     return importlib.machinery.FileFinder(folder, (_Loader, ['.py']))
 

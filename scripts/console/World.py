@@ -11,7 +11,7 @@ import standing
 import stillness
 from console import Values
 from console.Session import Session, Wrong, command
-from reports import Keeping
+from reports import Keeping, Timeline
 
 
 @command('timescale', 'factor', 'text')
@@ -40,6 +40,20 @@ def pause(session: Session, line: str) -> str:
     stopped = session.level.loopState == kaVel.Coordinator.LoopControlState.LOOP_STOP
     (stillness.goOn if stopped else stillness.stop)(session.level)
     return 'The level goes on' if stopped else 'The level stands still'
+
+
+@command('timeline', 'object property', 'object')
+def timeline(session: Session, line: str) -> str:
+    """Opens the bar with the last minutes, and records them from now on; with a path and a property watches that."""
+    path, _, name = line.partition(' ')
+    try:
+        if name:
+            Timeline.watch(Values.resolve(session, path), name.strip())
+    except (AttributeError, TypeError, ValueError) as problem:
+        raise Wrong(str(problem)) from None
+    Timeline.record(True)
+    Timeline.open()
+    return 'The timeline records; F2 shows its bar'
 
 
 @command('teleport', 'x y z, or path', 'object')

@@ -128,5 +128,3 @@ def _goOn(old: kaVel.Coordinator, new: kaVel.Coordinator) -> None:
     if stopped and not Screens.isOpen(new):
         stillness.stop(new)
         playersWindow.follow(old, new)
-
-

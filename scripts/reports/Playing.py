@@ -16,7 +16,7 @@ from typing import Any, Iterator
 import kaVel
 import stillness
 import userFolders
-from reports import Archive, Keeping
+from reports import Archive, Keeping, Timeline
 
 #: What is shown at its own pace, seconds.
 SHOWN = 60.0
@@ -89,6 +89,7 @@ class Played:
         if frame == self.minute and not self.unseen:
             kaVel.getSystem('GraphicsSystem2').withoutDrawing = False
             kaVel.getSystem('TimeSystem').getSource().paced = True
+            Timeline.record(True)
         if frame == self.frames:
             digest = kaVel.getSystem('StateDigest')
             digest.dumpFile, digest.dumpFrame = os.path.join(self.folder, 'state.txt'), frame
@@ -109,6 +110,7 @@ class Played:
         _handOver()
         import words
         Keeping.tell(level, words.text('report.same' if same else 'report.different'))
+        Timeline.open()
 
     def _judgement(self) -> tuple[str, bool]:
         """What is to be said of the end, and whether it is as reported."""

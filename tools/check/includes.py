@@ -18,7 +18,7 @@ ROOMS = {
     "ai": ["nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
     "ui": ["widgets", "screens"],
     "gameplay": ["player", "light", "mind", "creatures"],
-    "tools": ["console", "profiler", "bars", "digest", "editor", "views"],
+    "tools": ["console", "profiler", "bars", "digest", "timeline", "editor", "views"],
 }
 # More headers than this, and nobody sees at the door what belongs inside.
 MOST_HEADERS = 22

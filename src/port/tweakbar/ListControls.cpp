@@ -201,6 +201,11 @@ void layOutGraph(TweakVar &var)
     ImDrawList &list = *ImGui::GetWindowDrawList();
     list.AddRectFilled(at, ImVec2(at.x + size.x, at.y + size.y), ImGui::GetColorU32(ImGuiCol_FrameBg), 2.0f);
     drawCurve(graph, at, size, low, high);
+    if (graph.cursor >= 0.0f)
+    {
+        const float x = at.x + size.x * std::min(graph.cursor, 1.0f);
+        list.AddLine(ImVec2(x, at.y), ImVec2(x, at.y + size.y), ImGui::GetColorU32(ImGuiCol_Text));
+    }
     const auto write = [&](float value, float y)
     {
         char text[32];

@@ -108,6 +108,7 @@ struct TwGraph
     const float *highs;
     unsigned count;
     float latest; ///< shown as a number
+    float cursor; ///< share of its width where a line stands; below 0 for none
 };
 
 /// Points a graph at its values, which stand until the next call.

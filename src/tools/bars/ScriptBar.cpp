@@ -26,6 +26,7 @@ struct ScriptBar::Control : std::enable_shared_from_this<ScriptBar::Control>
     ReflectorPtr row; ///< also `picture`
     ReflectorPtr act; ///< `set`, `pressed` or `clicked`
     std::unique_ptr<ValueGraph> graph;
+    std::vector<float> curve; ///< the line's place, then the numbers
     String failure;
     bool isPlaced = false; ///< it stands on the bar
     bool isRemoved = false;
@@ -53,6 +54,7 @@ struct ScriptBar::Control : std::enable_shared_from_this<ScriptBar::Control>
     static void fillPicture(unsigned index, TwPicture *picture, void *self);
     static void clickPicture(unsigned index, void *self);
     static void fillGraph(TwGraph *graph, void *self);
+    static void fillCurve(TwGraph *graph, void *self);
 };
 
 /// A call that waits for the next frame.
@@ -64,6 +66,8 @@ struct ScriptBar::Action
 
 namespace
 {
+constexpr std::size_t MOST_CURVE_VALUES = 2000; ///< more than there are pixels across
+
 Object *objectOf(const Variant &value)
 {
     return value.getType() == Variant::VT_HANDLE ? value.as<Handle<Object>>().lookup().ptr : nullptr;
@@ -200,6 +204,28 @@ void ScriptBar::Control::clickPicture(unsigned index, void *self)
 void ScriptBar::Control::fillGraph(TwGraph *graph, void *self)
 {
     static_cast<Control *>(self)->graph->show(*graph);
+}
+
+void ScriptBar::Control::fillCurve(TwGraph *graph, void *self)
+{
+    Control &control = *static_cast<Control *>(self);
+    const ErrorReturn<String> text = control.call(control.get, "get").get<String>();
+    std::vector<float> &curve = control.curve;
+    curve.clear();
+    const char *at = text.succeeded() ? text.value.toCString() : "";
+    for (char *end = nullptr; curve.size() < MOST_CURVE_VALUES; at = end)
+    {
+        const float number = std::strtof(at, &end);
+        if (end == at)
+            break;
+        curve.push_back(number);
+    }
+    if (curve.size() < 2)
+        curve.assign({-1.0f, std::nanf("")});
+    const auto count = static_cast<unsigned>(curve.size() - 1);
+    const float cursor = std::isfinite(curve[0]) ? curve[0] : -1.0f;
+    const auto under = static_cast<unsigned>(std::max(cursor, 0.0f) * static_cast<float>(count));
+    *graph = {&curve[1], &curve[1], count, curve[1 + (cursor < 0.0f ? count - 1 : std::min(under, count - 1))], cursor};
 }
 
 ScriptBar::ScriptBar() = default;
@@ -464,6 +490,16 @@ void ScriptBar::addGraph(const String &name, const String &words, ReflectorPtr g
     control->get = get;
     control->graph = std::make_unique<ValueGraph>(seconds);
     TwAddGraphCB(bar, control->name.c_str(), &Control::fillGraph, control);
+    finish(name);
+}
+
+void ScriptBar::addCurve(const String &name, const String &words, ReflectorPtr get)
+{
+    Control *control = add(name, words);
+    if (!control)
+        return;
+    control->get = get;
+    TwAddGraphCB(bar, control->name.c_str(), &Control::fillCurve, control);
     finish(name);
 }
 

@@ -67,6 +67,9 @@ public:
     void addPictures(const String &name, ReflectorPtr count, ReflectorPtr picture, ReflectorPtr clicked);
     /// Adds a curve of a number over the last seconds.
     void addGraph(const String &name, const String &words, ReflectorPtr get, float seconds);
+    /// Adds a curve of numbers that a script has: `get` gives them as a text with spaces between them, "nan" for a gap,
+    /// behind the share of the width where a line stands, -1 for none.
+    void addCurve(const String &name, const String &words, ReflectorPtr get);
     /// Puts what is added from now on under a heading; an empty text ends that.
     void group(const String &heading);
     /// Puts the next control beside the last.

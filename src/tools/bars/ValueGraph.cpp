@@ -45,5 +45,5 @@ void ValueGraph::show(TwGraph &graph)
     std::rotate_copy(lows.begin(), lows.begin() + static_cast<std::ptrdiff_t>(oldest), lows.end(), shownLows.begin());
     std::rotate_copy(highs.begin(), highs.begin() + static_cast<std::ptrdiff_t>(oldest), highs.end(),
                      shownHighs.begin());
-    graph = {shownLows.data(), shownHighs.data(), static_cast<unsigned>(STEPS), latest};
+    graph = {shownLows.data(), shownHighs.data(), static_cast<unsigned>(STEPS), latest, -1.0f};
 }

@@ -44,6 +44,7 @@ constexpr const char *classes[] = {
     "ScriptBar",
     "StateDigest",
     "TextBuffSystem",
+    "TimelineSystem",
     "TweakSystem",
 };
 

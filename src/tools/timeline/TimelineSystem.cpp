@@ -1,0 +1,127 @@
+#include "tools/timeline/TimelineSystem.h"
+
+#include "engine/levels/Coordinator.h"
+#include "engine/levels/GameLoop.h"
+#include "engine/transforms/TransformComponent.h"
+#include "object/reflection/SavedArguments.h"
+#include "object/reflection/Variant.h"
+#include "object/tree/TreeWalk.h"
+
+namespace
+{
+constexpr std::size_t MOST_BYTES = std::size_t(96) << 20; ///< some minutes of a level in which much moves
+constexpr int BEFORE_ANYTHING_MOVES = -999;
+constexpr int BEFORE_THE_FRAME_IS_DRAWN = 999999;
+
+Placement placementOf(const TransformComponent &transform)
+{
+    return {transform.getPosition(), transform.getOrientation(), transform.getScale()};
+}
+
+void put(TransformComponent &transform, const Placement &placement)
+{
+    transform.setPosition(placement.position);
+    transform.setOrientation(placement.orientation);
+    transform.setScale(placement.scale);
+}
+
+Handle<Coordinator> levelInCharge()
+{
+    return getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator();
+}
+} // namespace
+
+TimelineSystem::TimelineSystem() : tape(MOST_BYTES) {}
+
+void TimelineSystem::systemShutdown()
+{
+    restart(Handle<Coordinator>());
+    callback = ReflectorPtr();
+}
+
+UpdaterList TimelineSystem::getUpdaters()
+{
+    return {Updater(SCS("TimelineSystem::goOn"), bind(SCS("goOn")), BEFORE_ANYTHING_MOVES),
+            Updater(SCS("TimelineSystem::record"), bind(SCS("record")), BEFORE_THE_FRAME_IS_DRAWN)};
+}
+
+void TimelineSystem::restart(const Handle<Coordinator> &level)
+{
+    tape.clear();
+    things.clear();
+    met.clear();
+    objectChanges = 0;
+    present.clear();
+    seconds = 0.0;
+    recorded = level;
+}
+
+void TimelineSystem::setRecording(bool val)
+{
+    if (val && !recording)
+    {
+        goOn();
+        restart(levelInCharge());
+    }
+    recording = val;
+}
+
+/// Takes up the transforms that have come since the last moment.
+void TimelineSystem::meetTransforms()
+{
+    const auto level = recorded.lookup();
+    if (!level || objectChanges == ObjectMap().getChangeCount())
+        return;
+    objectChanges = ObjectMap().getChangeCount();
+    TreeWalk walk(*level);
+    while (Object *const object = walk.next())
+    {
+        const Handle<TransformComponent> transform = handle_cast<TransformComponent>(object->getHandle());
+        if (transform.isValid() && met.insert(transform).second)
+            things.push_back(transform);
+    }
+}
+
+void TimelineSystem::record()
+{
+    if (!recording)
+        return;
+    if (const Handle<Coordinator> level = levelInCharge(); level != recorded)
+        restart(level);
+    meetTransforms();
+    seconds += getSystemDeref<GameLoopSystem>().getTime().lookup()->getFrameTimeSeconds();
+    tape.begin(seconds);
+    for (std::size_t thing = 0; thing < things.size(); ++thing)
+        if (const auto transform = things[thing].lookup())
+            tape.add(static_cast<std::uint32_t>(thing), placementOf(*transform));
+    if (callback)
+        callback->call(tape.getNewest()).code.ignoreError(); // a script's exception has been told
+}
+
+void TimelineSystem::keepPresent()
+{
+    if (isShowing())
+        return;
+    for (const Handle<TransformComponent> &each : things)
+        if (const auto transform = each.lookup())
+            present.push_back({each, placementOf(*transform)});
+}
+
+void TimelineSystem::show(std::int64_t moment)
+{
+    if (tape.empty() || levelInCharge() != recorded)
+        return;
+    keepPresent();
+    const std::vector<PlacementTape::Place> &places = tape.seek(moment);
+    for (std::size_t thing = 0; thing < places.size(); ++thing)
+        if (const auto transform = things[thing].lookup(); transform && places[thing].known)
+            put(*transform, places[thing].placement);
+}
+
+void TimelineSystem::goOn()
+{
+    for (const Present &each : present)
+        if (const auto transform = each.transform.lookup())
+            put(*transform, each.placement);
+    present.clear();
+}

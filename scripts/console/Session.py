@@ -9,7 +9,8 @@ from typing import Any, Callable, NamedTuple
 import kaVel
 
 #: Modules whose commands every console has.
-MODULES = ('console.Looking', 'console.World', 'console.Lines', 'console.Saves', 'console.Mods', 'console.Python')
+MODULES = ('console.Looking', 'console.World', 'console.Lines', 'console.Saves', 'console.Mods', 'console.Python',
+           'console.Views')
 
 
 class Wrong(Exception):

@@ -146,6 +146,27 @@ void PerceptionComponent::look(PerceptionManager &manager)
                    std::min(gaze.clarity, 1.f));
 }
 
+float PerceptionComponent::clarityFrom(Vec4 eye, Vec4 ahead)
+{
+    PerceptionManager *const manager = findManager();
+    const Handle<Entity> seen = hasEyes ? getTarget() : Handle<Entity>();
+    SeenBody *const body = manager && seen.isValid() && seen != getParent() ? manager->seenBody(seen) : nullptr;
+    eye.w = 1.f;
+    ahead.w = 0.f;
+    const float length = ahead.magnitude();
+    if (!body || body->getMap() != findSurroundings().map || !isFinite(eye) || !(length > 0.f) ||
+        !std::isfinite(length))
+        return 0.f;
+    const auto known = lines;
+    lines.fill(SightLine());
+    Gaze gaze{*manager, *body, eye, ahead * (1.f / length)};
+    lookAtBody(gaze);
+    if (seesLightOnly || noticesLamps)
+        lookAtLamps(gaze);
+    lines = known;
+    return std::min(gaze.clarity, 1.f);
+}
+
 void PerceptionComponent::lookAtBody(Gaze &gaze)
 {
     SeenBody &body = gaze.body;

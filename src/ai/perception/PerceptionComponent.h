@@ -79,6 +79,13 @@ public:
     /// Whether the player would see it at another place of its map, turned as it is; see `getWatched`.
     /// @cost as that, each time
     bool wouldBeWatched(Vec4 where);
+    /// How clearly it would see its target from a place, 0 to 1, if its eyes were there and looked some way.
+    ///
+    /// By the target's light, distance and angle, and by what stands between, as it sees at any time; it learns nothing
+    /// by that. 0 where it has no eyes, no target, or the numbers are none.
+    /// @param ahead  of any length but 0
+    /// @cost up to nine segments and questions for the light
+    float clarityFrom(Vec4 eye, Vec4 ahead);
     /// What it perceives, as a part of a sentence: "heard steps on stone 4 m to the north-east, fairly sure".
     ///
     /// Empty where it perceives and remembers nothing. North is +z.

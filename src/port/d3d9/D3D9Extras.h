@@ -32,6 +32,12 @@ FrameStats lastFrameStats(IDirect3DDevice9 *device);
 /// Counters since the last Present.
 FrameStats currentFrameStats(IDirect3DDevice9 *device);
 
+/// Counts the pixels that pass all tests from now on, over all targets; one count at a time.
+void beginCountingPixels(IDirect3DDevice9 *device);
+
+/// Ends the count and waits for it; 0 where none was begun.
+std::uint64_t endCountingPixels(IDirect3DDevice9 *device);
+
 /// Writes the back buffer into a PNG file, right way up.
 ///
 /// The contents stay valid after Present until the next frame draws. The path is a designed one. What stood there

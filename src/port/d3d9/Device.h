@@ -102,6 +102,10 @@ public:
     bool hasEffectConstantsOf(const void *owner) const { return constantsOwner == owner; }
     GLuint getSampler(const SamplerStates &states) { return samplers.get(states); }
     void countUpload(std::size_t bytes);
+    /// Counts the pixels that pass all tests, until the count is ended.
+    void beginCountingPixels();
+    /// Ends the count and waits for it; 0 where none was begun.
+    std::uint64_t endCountingPixels();
     /// Whether compressed textures are known to the driver and read as fast as others: software decodes every look.
     bool samplesCompressedWell() const;
     bool drawsInSoftware() const { return context->isSoftware(); }
@@ -174,6 +178,7 @@ private:
     SceneState scene = SceneState::OUTSIDE;
     std::vector<Resource *> resources;
     std::function<void(int, int)> overlay;
+    GLuint pixelQuery = 0; ///< under way; 0 for none
     FrameStats stats;
     FrameStats lastStats;
 

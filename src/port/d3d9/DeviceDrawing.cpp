@@ -221,6 +221,26 @@ Primitive primitive(D3DPRIMITIVETYPE type)
 
 } // namespace
 
+void Device::beginCountingPixels()
+{
+    if (pixelQuery != 0)
+        return;
+    glGenQueries(1, &pixelQuery);
+    glBeginQuery(GL_SAMPLES_PASSED, pixelQuery);
+}
+
+std::uint64_t Device::endCountingPixels()
+{
+    if (pixelQuery == 0)
+        return 0;
+    GLuint64 pixels = 0;
+    glEndQuery(GL_SAMPLES_PASSED);
+    glGetQueryObjectui64v(pixelQuery, GL_QUERY_RESULT, &pixels);
+    glDeleteQueries(1, &pixelQuery);
+    pixelQuery = 0;
+    return pixels;
+}
+
 void Device::countDraw(D3DPRIMITIVETYPE type, UINT primitiveCount)
 {
     ++stats.draws;

@@ -101,6 +101,18 @@ FrameStats currentFrameStats(IDirect3DDevice9 *device)
     return ours ? ours->getStats() : FrameStats{};
 }
 
+void beginCountingPixels(IDirect3DDevice9 *device)
+{
+    if (Device *ours = Device::from(device))
+        ours->beginCountingPixels();
+}
+
+std::uint64_t endCountingPixels(IDirect3DDevice9 *device)
+{
+    Device *ours = Device::from(device);
+    return ours ? ours->endCountingPixels() : 0;
+}
+
 std::string saveBackBuffer(IDirect3DDevice9 *device, const char *pngFile)
 {
     const Pixels picture = readBackBuffer(device);

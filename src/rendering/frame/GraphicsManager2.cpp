@@ -23,8 +23,10 @@
 #include "object/python/PythonCalls.h"
 #include "object/reflection/Variant.h"
 #include "object/tree/WellKnownPaths.h"
+#include "port/d3d9/D3D9Extras.h"
 #include "port/d3d9/d3d9errors.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace
@@ -98,9 +100,9 @@ void GraphicsManager2::doFrame()
     findUnsettling();
 
     typedef GraphicsManager2 M;
-    static constexpr ErrorCode (M::*passes[])() = {&M::generateGBuffer,  &M::drawLights,     &M::findOcclusion,
-                                                   &M::postProcessWorld, &M::drawWorldDebug, &M::unsettleWorld,
-                                                   &M::showWorld,        &M::drawScreen,     &M::drawScreenDebug};
+    static constexpr ErrorCode (M::*passes[])() = {
+        &M::measureAskedView, &M::generateGBuffer, &M::drawLights, &M::findOcclusion, &M::postProcessWorld,
+        &M::drawWorldDebug,   &M::unsettleWorld,   &M::showWorld,  &M::drawScreen,    &M::drawScreenDebug};
     for (const auto pass : passes)
     {
         const ErrorCode result = (this->*pass)();
@@ -213,6 +215,40 @@ ErrorCode GraphicsManager2::depthPrepass()
     static const String passName = SCS("Depth Prepass");
     const D3DPerfScopedEvent passEvent(passName);
     return ErrorCode::SUCCESS;
+}
+
+void GraphicsManager2::measureView(Handle<Entity> camera)
+{
+    measured = camera;
+    measuresView = true;
+}
+
+/// Draws what is drawn over by the frame's own passes, and counts.
+ErrorCode GraphicsManager2::measureAskedView()
+{
+    if (!measuresView)
+        return ErrorCode::SUCCESS;
+    measuresView = false;
+    viewCost = Vec4();
+    if (!hasViewer(measured) || !findTransform(measured))
+        return ErrorCode::SUCCESS;
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    IDirect3DDevice9 *const device = graphics.getDevice();
+    const port::FrameStats before = port::currentFrameStats(device);
+    cameraStack.push_back(measured);
+    port::beginCountingPixels(device);
+    ErrorCode result = generateGBuffer();
+    const auto pixels = static_cast<float>(std::max(graphics.getTargetWidth() * graphics.getTargetHeight(), 1));
+    viewCost.z = static_cast<float>(port::endCountingPixels(device)) / pixels;
+    port::beginCountingPixels(device);
+    if (result.succeeded())
+        result = drawLights();
+    viewCost.w = static_cast<float>(port::endCountingPixels(device)) / pixels;
+    cameraStack.pop_back();
+    const port::FrameStats after = port::currentFrameStats(device);
+    viewCost.x = static_cast<float>(after.draws - before.draws);
+    viewCost.y = static_cast<float>(after.instances - before.instances);
+    return result;
 }
 
 ErrorCode GraphicsManager2::generateGBuffer()

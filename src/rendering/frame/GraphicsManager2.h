@@ -64,7 +64,18 @@ public:
     /// How far the picture starts at this moment, 0 to 1.
     void setFlash(float val) { flash = val; }
 
+    /// Has the next frame first draw the world from a camera, seen by nobody, to learn what that view costs.
+    ///
+    /// The result is `viewCost` from that frame's end on. What is no camera gives 0.
+    void measureView(Handle<Entity> camera);
+    /// What the view that was measured last costs: draw calls of the world, its lights and their shadows in x, instances
+    /// in y; how often a pixel is drawn by the world in z and by lights with their shadows in w, on average.
+    Vec4 getViewCost() const { return viewCost; }
+    /// Whether a view is still to be measured.
+    bool getMeasuresView() const { return measuresView; }
+
 private:
+    ErrorCode measureAskedView();
     ErrorCode depthPrepass();
     ErrorCode generateGBuffer();
     ErrorCode drawLights();
@@ -96,7 +107,10 @@ private:
     Vec4 dissolveColor = Vec4(0, 0, 0, 1);
     float heartbeat = 0.0f;
     float flash = 0.0f;
-    float insanity = 0.0f; ///< of this frame
-    Vec4 unsettling;       ///< of this frame: shares of drained colour, grain, closing edges, bent edges
-    Vec4 starts;           ///< of this frame: the heart's beat, the picture's start
+    float insanity = 0.0f;   ///< of this frame
+    Vec4 unsettling;         ///< of this frame: shares of drained colour, grain, closing edges, bent edges
+    Handle<Entity> measured; ///< camera whose view is to be measured
+    bool measuresView = false;
+    Vec4 viewCost;
+    Vec4 starts; ///< of this frame: the heart's beat, the picture's start
 };

@@ -38,6 +38,7 @@ constexpr const char *classes[] = {
     "DebugTextGraphicsComponent",
     "EditorComponent",
     "EditorSystem",
+    "FloorSurvey",
     "FrameMeter",
     "OverlayGraphics",
     "ProfilerSystem",

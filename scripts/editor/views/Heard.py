@@ -1,0 +1,128 @@
+"""What is heard at a place, how loud and how dull, and through which doors it comes."""
+
+from __future__ import annotations
+
+import math
+from typing import Any, NamedTuple
+
+import kaVel
+from editor.Views import views
+from editor.views.Kit import Scale, Shown, mapsOf, onScale, vec
+
+#: Sounds that are told in words and drawn.
+MOST = 14
+#: Decibels below which nothing of a sound is left to hear.
+SILENT = -60.0
+#: Metres that a way may be longer by the middle of a door than around its frame, through which it goes.
+DETOUR = 0.8
+
+
+class Heard(NamedTuple):
+    """One source as it is heard: the entity, the way, what is left of a sound a metre away, the doors on the way."""
+
+    entity: Any
+    way: kaVel.HeardWay
+    decibels: float
+    doors: list[str]
+
+    def __str__(self):
+        dull = '' if self.way.lowpass > 15000 else ', dull (%.0f Hz)' % self.way.lowpass
+        by = ' by ' + ', '.join(self.doors) if self.doors else ''
+        through = '' if self.way.open else ' through walls'
+        return '%4.0f dB  %s%s%s%s, %.0f m' % (self.decibels, self.entity.getName(), by, through, dull,
+                                               self.way.distance)
+
+
+def soundsIn(map: kaVel.MapRootEntity) -> list[Any]:
+    """The entities of a map that sound from a place of their own."""
+    return [each for each in kaVel.descendants(map) if each._getType().isSubclassOf(kaVel.Reflection.Entity)
+            and each.getComponent('sound') and each.getComponent('transform')
+            and each.getComponent('sound')._getType().isSubclassOf(kaVel.Reflection.SoundComponent)]
+
+
+def doorsIn(map: kaVel.MapRootEntity) -> list[Any]:
+    """The leaves of a map's doors."""
+    kinds = kaVel.Reflection.DoorPhysics, kaVel.Reflection.SlidingDoorPhysics
+    return [each for each in kaVel.descendants(map) if each._getType().isSubclassOf(kaVel.Reflection.Entity)
+            and each.getComponent('physics')
+            and any(each.getComponent('physics')._getType().isSubclassOf(kind) for kind in kinds)]
+
+
+def hear(map: kaVel.MapRootEntity, at: kaVel.Vec4) -> list[Heard]:
+    """How the sounds of a map are heard at a place, the loudest first; what is silent is left out."""
+    ways = map.getComponent('soundWays')
+    if not ways:
+        return []
+    found = []
+    for entity in soundsIn(map):
+        way = ways.hear(entity.getComponent('transform').position, at)
+        decibels = 20 * math.log10(max(way.gain, 1e-9) / max(way.distance, 1.0))
+        if decibels > SILENT:
+            found.append(Heard(entity, way, decibels, []))
+    found.sort(key=lambda heard: -heard.decibels)
+    return [heard._replace(doors=_doorsOn(map, ways, heard, at)) for heard in found[:MOST]]
+
+
+def _doorsOn(map: kaVel.MapRootEntity, ways: kaVel.SoundWays, heard: Heard, at: kaVel.Vec4) -> list[str]:
+    """The doors that a way goes through: what is as far by a door as it is at all goes through that."""
+    if heard.way.inSight or not heard.way.open:
+        return []
+    found = []
+    source = heard.entity.getComponent('transform').position
+    for leaf in doorsIn(map):
+        middle = leaf.getComponent('physics').closedMiddle if hasattr(leaf.getComponent('physics'), 'closedMiddle') \
+            else leaf.getComponent('transform').position
+        middle = kaVel.Vec4(middle.x, middle.y, middle.z, 1)
+        first = ways.hear(source, middle).distance
+        if first + math.dist((middle.x, middle.z), (at.x, at.z)) > heard.way.distance + DETOUR:
+            continue
+        if first + ways.hear(middle, at).distance <= heard.way.distance + DETOUR:
+            found.append((first, leaf.getName()))
+    return [name for _, name in sorted(found)]
+
+
+@views.add
+class Sounds(Shown):
+    """Lines from the ear to where each sound seems to come from, with what is left of it."""
+
+    name = 'Heard'
+    help = 'What is heard where one points, how much of it is left, and by which doors.'
+    order = 20
+    scale: Scale = (
+        (-200.0, (0.75, 0.15, 0.15), 'less: of what a sound is a metre away'),
+        (-45.0, (0.92, 0.50, 0.15), '-45 dB'),
+        (-30.0, (0.90, 0.82, 0.25), '-30 dB'),
+        (-18.0, (0.35, 0.80, 0.35), '-18 dB: and more'),
+    )
+
+    def begin(self) -> None:
+        super().begin()
+        self.heard: list[Heard] = []
+        self.asked: tuple[float, float, float] | None = None
+
+    def changed(self) -> None:
+        self.asked = None
+
+    def state(self) -> str:
+        return '\n'.join(str(heard) for heard in self.heard) or 'nothing is heard here'
+
+    def tell(self, at: kaVel.Vec4) -> str:
+        ear = kaVel.Vec4(at.x, at.y + 1.5, at.z, 1)
+        place = round(at.x, 2), round(at.y, 2), round(at.z, 2)
+        if place != self.asked or self.frame % 60 == 1:
+            self.asked = place
+            self.heard = [heard for map in mapsOf(self.level) for heard in hear(map, ear)]
+            self._draw(ear)
+        return str(self.heard[0]).strip() if self.heard else 'nothing is heard here'
+
+    def _draw(self, ear: kaVel.Vec4) -> None:
+        self.component.clearShapes(self.layer)
+        for heard in self.heard:
+            color = vec(onScale(self.scale, heard.decibels), 0.9)
+            source = heard.entity.getComponent('transform').position
+            self.component.addShapeText(self.layer, source, '%s %.0f dB' % (heard.entity.getName(), heard.decibels),
+                                        color)
+            apparent = kaVel.Vec4(heard.way.apparent.x, heard.way.apparent.y, heard.way.apparent.z, 1)
+            self.component.addShapeLine(self.layer, ear, apparent, color)
+            if not heard.way.inSight:
+                self.component.addShapeCircle(self.layer, apparent, 0.12, color)

@@ -241,7 +241,8 @@ class Commands:
         """Takes a pattern of the catalogue into the hand, to be placed."""
         from editor.tools.Placing import Place
         Catalogue.named(patternName)
-        self._editor.take(Place.name)
+        if not isinstance(self._editor.tool, Place):
+            self._editor.take(Place.name)
         tool = self._editor.tool
         if isinstance(tool, Place):
             tool.choose(patternName)

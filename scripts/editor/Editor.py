@@ -105,6 +105,7 @@ class Editor:
         self.panels.open()
         self.selection.refresh()
         self.take(SELECT)
+        self.message('%s is edited; F8 plays on. Right button: look around, with W A S D: fly' % self.level.levelName)
         for trouble in self.troubles:
             self.message(trouble)
 

@@ -20,7 +20,7 @@ class Status(Panel):
         self.bar.addText('keys', '', lambda: Keys.help())
 
     def _message(self) -> str:
-        return self.editor.messages[-1] if self.editor.messages else 'Right button: look around, with W A S D: fly'
+        return self.editor.messages[-1] if self.editor.messages else ''
 
     def _tool(self) -> str:
         tool = self.editor.tool

@@ -11,7 +11,7 @@ first corner to the middle of an opening. A face wears `inside` where walls clos
 from __future__ import annotations
 
 import math
-from typing import Any, Iterable, Literal, Mapping, Sequence, TypedDict, cast
+from typing import Any, Iterable, Literal, Mapping, Sequence, TypedDict
 
 import kaVel
 from objects.Bodies import Block
@@ -248,9 +248,3 @@ def _glaze(window: kaVel.Entity, at: Triple, turn: float, width: float, height: 
     mesh.addQuad(*(corners[index] for index in (1, 0, 3, 2)))
     mesh.generateTangents()
     Built(window, 'pane', mesh=mesh, at=at, turn=turn, surface=surface, castShadows=False)
-
-
-def literal(hole: Mapping[str, Any]) -> Hole:
-    """An opening without what is usual for its kind, as a script has it."""
-    usual: dict[str, Any] = dict(zip(('width', 'height', 'sill'), USUAL[hole['kind']]))
-    return cast(Hole, {key: value for key, value in hole.items() if usual.get(key) != value})

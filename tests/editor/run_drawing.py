@@ -26,7 +26,7 @@ def build(coordinator):
 
 
 def room(root):
-    kaVel.configure(root.getComponent('transform'), scale=kaVel.Vec4(24, 0, 24, 0))
+    pass
 
 
 def editor():

@@ -13,6 +13,7 @@ whole step is taken back.
 from __future__ import annotations
 
 import contextlib
+import importlib
 from typing import Any, Callable, Iterable
 
 import kaVel
@@ -310,6 +311,8 @@ class LevelEdits:
         self._listeners.append(listener)
 
     def _tell(self):
+        if self.pieces.level:  # maps are as large as what is left in them
+            importlib.import_module('objects.MapSize').settle(self.pieces.level)
         for listener in list(self._listeners):
             try:
                 listener()

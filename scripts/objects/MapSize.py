@@ -6,7 +6,7 @@ A map's grids, floor and ceiling follow from its transform. One that a script ha
 from __future__ import annotations
 
 import math
-from typing import Any, Sequence
+from typing import Any, Callable, Sequence
 
 import kaVel
 from objects.Placing import Triple
@@ -52,11 +52,17 @@ def holdIn(map: kaVel.MapRootEntity | None, root: kaVel.Entity, places: Sequence
     _fit(map, _built[level][map])
 
 
+#: Called after something was taken away from a level.
+settled: list[Callable[[], object]] = []
+
+
 def settle(level: kaVel.Coordinator):
     """Fits the maps of a level to what is left in them, after something was taken away."""
     for map, boxes in _built.get(level, {}).items():
         if map:
             _fit(map, boxes)
+    for function in settled:
+        function()
 
 
 def _fit(map: kaVel.MapRootEntity, boxes: dict[kaVel.Entity, tuple[Triple, Triple]]):
@@ -95,7 +101,9 @@ def _stand(derived: Any) -> tuple[kaVel.Vec4, kaVel.Vec4]:
 
 def _layBare(map: kaVel.MapRootEntity, bare: dict[str, tuple[kaVel.Vec4, kaVel.Vec4]] | None):
     """Has what is derived of a map as it was before anything was built in it; None where that is not known."""
-    for each in _derived(map) if bare is not None else ():
+    if bare is None:
+        return
+    for each in _derived(map):
         if each.name not in bare:
             each.setName('.gone')
             each.murder()

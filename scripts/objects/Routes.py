@@ -15,7 +15,7 @@ from BehaviorLib.Patrol import giveRound
 from objects.Creatures import shaped
 from objects.Happenings import named, startable
 from objects.Lathe import lathe, limb
-from objects.MapSize import mapOf
+from objects.MapSize import mapOf, settled
 from objects.Nerves import dreaded
 from objects.Placing import Triple, addVolume, onFrame, placed
 from objects.Prey import Prey
@@ -65,7 +65,7 @@ def BlockedCells(parent: kaVel.Object, name: str = '', areas: Sequence[Rectangle
 
 
 class _Cells:
-    """Keeps cells blocked, also when the map's grid has become another one; frees them when its owner is gone."""
+    """Keeps cells blocked, also when the map's grid has become another one."""
 
     #: Those that are at work, by their owners.
     atWork: dict[kaVel.Entity, _Cells] = {}
@@ -77,9 +77,7 @@ class _Cells:
         self.written: list[tuple[int, int]] = []
 
     def doFrame(self):
-        for gone in [each for each in self.atWork.values() if not each.owner]:
-            gone.free()
-            del self.atWork[gone.owner]
+        _freeGone()
         child = self.map.getChild('.MapData_mainPathGrid') if self.map else None
         grid = child.getComponent('grid') if child else None
         if not child or not grid:
@@ -111,6 +109,15 @@ class _Cells:
                 grid.setCellFloatValue(x, z, 0.0)
         self.written.clear()
 
+
+def _freeGone():
+    """Frees the cells whose owners are gone."""
+    for gone in [each for each in _Cells.atWork.values() if not each.owner or each.owner.isDying()]:
+        gone.free()
+        del _Cells.atWork[gone.owner]
+
+
+settled.append(_freeGone)
 
 # -- who walks
 

@@ -95,9 +95,11 @@ class Desk:
         """Takes the pointer to a place, and waits until the game has seen it there."""
         place = [round(x), round(y)]
 
-        def arrives():  # a game that has just let the pointer go may put it elsewhere once more
-            self.mouse("mousemove", "--window", self.play.window, *place)
-            time.sleep(0.2)
+        def arrives():
+            # Put somewhere, a pointer tells nothing; the last step is a motion.
+            self.mouse("mousemove", "--window", self.play.window, place[0] - 1, place[1])
+            self.by(1, 0)
+            time.sleep(0.1)
             return self.last("pointer") == place
 
         self.until(arrives, f"the pointer at {place}")

@@ -16,6 +16,9 @@ GHOST = '.ghost'
 #: Steeper surfaces than this are walls, which things face away from: the normal's height.
 WALL = 0.5
 LEFT, LAYER = 0, 'placing'
+#: Kinds of patterns that have a ghost; of others a mark with the name shows where they will stand.
+SHOWN = ('Building', 'Furniture', 'Lights')
+MARK = kaVel.Vec4(1, 0.75, 0.2, 1)
 
 
 @tools.add
@@ -140,16 +143,19 @@ class Place(Tool):
         component.clearShapes(LAYER)
         ahead = kaVel.Vec4(place.x + 0.6 * math.sin(math.radians(turn)), place.y,
                            place.z + 0.6 * math.cos(math.radians(turn)), 1)
-        component.addShapeLine(LAYER, place, ahead, kaVel.Vec4(1, 0.75, 0.2, 1))
+        component.addShapeLine(LAYER, place, ahead, MARK)
         if self._ghost:
             stood, faced = self._ghostStands
             component.moveRigidly(self._ghost, place - stood, turn - faced, stood)
             self._ghostStands = place, turn
+        elif self.entry:
+            component.addShapeCircle(LAYER, place, 0.3, MARK)
+            component.addShapeText(LAYER, kaVel.Vec4(place.x, place.y + 0.3, place.z, 1), self.entry.name, MARK)
 
 
 def _isHarmless(entry: Catalogue.Entry) -> bool:
-    """Whether a pattern can be built in passing: one that hangs below the level itself changes the game."""
-    return not _hangsBelowLevel(entry)
+    """Whether a pattern can be built in passing: it only shows something, and nothing goes on in it."""
+    return entry.kind in SHOWN and not _hangsBelowLevel(entry)
 
 
 def _hangsBelowLevel(entry: Catalogue.Entry) -> bool:

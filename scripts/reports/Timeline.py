@@ -35,6 +35,10 @@ class Watch:
     """A property of an object, by the moments of the tape: a number, of a vector its length."""
 
     def __init__(self, thing: Any, name: str):
+        first, _, rest = name.partition('.')
+        while rest and thing.getChild(first):  # a component by its key, an object below
+            thing, name = thing.getChild(first), rest
+            first, _, rest = name.partition('.')
         self.thing, self.name = thing, name
         self.first = 0
         self.values: list[float] = []
@@ -78,7 +82,10 @@ def record(on: bool) -> None:
 
 
 def watch(thing: kaVel.Object, name: str) -> None:
-    """Watches a property of an object: 'mass', 'position.y'. AttributeError or TypeError for what is no number."""
+    """Watches a property of an object or of its components: 'physics.mass', 'transform.position.y'.
+
+    AttributeError or TypeError for what is no number.
+    """
     key = '%s %s' % (kaVel.pathOf(thing), name)
     _watches[key] = Watch(thing, name)
     if _bar:

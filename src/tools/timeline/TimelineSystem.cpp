@@ -29,6 +29,13 @@ Handle<Coordinator> levelInCharge()
 {
     return getSystemDeref<GameLoopSystem>().getCurrentlyActiveCoordinator();
 }
+
+/// Whether nothing happens in a level; systems take their steps all the same.
+bool standsStill(const Handle<Coordinator> &level)
+{
+    const auto coordinator = level.lookup();
+    return !coordinator || coordinator->getLoopState() <= Coordinator::LOOP_STOP;
+}
 } // namespace
 
 TimelineSystem::TimelineSystem() : tape(MOST_BYTES) {}
@@ -41,7 +48,7 @@ void TimelineSystem::systemShutdown()
 
 UpdaterList TimelineSystem::getUpdaters()
 {
-    return {Updater(SCS("TimelineSystem::goOn"), bind(SCS("goOn")), BEFORE_ANYTHING_MOVES),
+    return {Updater(SCS("TimelineSystem::beginFrame"), bind(SCS("beginFrame")), BEFORE_ANYTHING_MOVES),
             Updater(SCS("TimelineSystem::record"), bind(SCS("record")), BEFORE_THE_FRAME_IS_DRAWN)};
 }
 
@@ -84,7 +91,7 @@ void TimelineSystem::meetTransforms()
 
 void TimelineSystem::record()
 {
-    if (!recording)
+    if (!recording || standsStill(levelInCharge()))
         return;
     if (const Handle<Coordinator> level = levelInCharge(); level != recorded)
         restart(level);
@@ -116,6 +123,12 @@ void TimelineSystem::show(std::int64_t moment)
     for (std::size_t thing = 0; thing < places.size(); ++thing)
         if (const auto transform = things[thing].lookup(); transform && places[thing].known)
             put(*transform, places[thing].placement);
+}
+
+void TimelineSystem::beginFrame()
+{
+    if (isShowing() && !standsStill(levelInCharge()))
+        goOn();
 }
 
 void TimelineSystem::goOn()

@@ -48,6 +48,8 @@ public:
     /// Whether a moment is shown, not the present.
     bool isShowing() const { return !present.empty(); }
 
+    /// Gives the present back to a level that goes on. Frame step, before anything moves.
+    void beginFrame();
     /// Keeps the present moment. Frame step, before the frame is drawn; not of a level that stands still.
     void record();
 

@@ -41,7 +41,7 @@ def placeOf(thing: kaVel.Object) -> str:
     return '%s:%d' % (os.path.relpath(code.co_filename, folder) if inside else code.co_filename, line)
 
 
-def pathText(thing: kaVel.Object) -> str:
+def pathText(thing: Any) -> str:
     """Python text that finds an object by its path below its level."""
     level = thing.getAncestorOfType(kaVel.Reflection.Coordinator)
     if not level or level == thing:

@@ -195,7 +195,7 @@ STEPS = {350: tell}
     assert facts["before"] == {"game1.3": "game1.2", "game2.1": "", "game3.1": "", "game4.1": ""}, facts["before"]
     assert facts["game1.3"] == ("The save game1.3 cannot be read: its checksum does not fit; it was cut off or "
                                 "altered.", "game1.2"), facts["game1.3"]
-    assert "from a later game; this one reads up to 2" in facts["game2"][0] and not facts["game2"][1]
+    assert "from a later game; this one reads up to 3" in facts["game2"][0] and not facts["game2"][1]
     assert "Is a directory" in facts["game3"][0] or "Invalid" in facts["game3"][0], facts["game3"]
     assert "cannot be read" in facts["game4"][0] and facts["nobody"][0] == 'There is no save "nobody".'
     for told in ("The one before it, game1.2, is whole.", "It is written down. mine.1", "goes on"):

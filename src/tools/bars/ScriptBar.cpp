@@ -253,6 +253,8 @@ void ScriptBar::onMurder()
 
 void ScriptBar::open()
 {
+    if (bar)
+        return;
     bar = TwNewBar((SCS("script ") + getName()).toCString());
     setLabel(getName());
 }

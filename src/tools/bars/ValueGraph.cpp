@@ -26,7 +26,8 @@ void ValueGraph::step()
 
 void ValueGraph::add(double value, Seconds elapsed)
 {
-    inStep += std::clamp(elapsed, 0.0, stepLength * static_cast<Seconds>(STEPS));
+    if (elapsed > 0.0)
+        inStep += std::min(elapsed, stepLength * static_cast<Seconds>(STEPS));
     for (; inStep >= stepLength; inStep -= stepLength)
         step();
     latest = static_cast<float>(value);

@@ -21,7 +21,6 @@ import kaVel
 import stillness
 
 BAR = 'Timeline'
-LONGEST = 600.0     # seconds that the slider reaches back
 MOST_POINTS = 400   # of a curve
 
 _watches: dict[str, Watch] = {}
@@ -158,6 +157,8 @@ def _note(moment: int) -> None:
     for watch in _watches.values():
         watch.note(moment)
         watch.drop(oldest)
+    if _bar and moment % 30 == 0:
+        _fitSlider()
 
 
 def _fill() -> None:
@@ -168,7 +169,7 @@ def _fill() -> None:
     bar.addValue('recording', 'Record', lambda: bool(_system().recording), record)
     bar.addText('kept', 'Kept', _kept)
     bar.addValue('ago', 'Seconds', _ago, show)
-    bar.setRange('ago', -LONGEST, 0.0)
+    _fitSlider()
     for name, label, step in (('far', '|<', None), ('second', '-1 s', -1.0), ('back', '<', -1), ('ahead', '>', 1),
                               ('secondAhead', '+1 s', 1.0)):
         bar.addButton(name, label, lambda step=step: _step(step))
@@ -181,6 +182,12 @@ def _fill() -> None:
     for key in _watches:
         bar.addCurve(key, key, lambda key=key: _curve(key))
     bar.group('')
+
+
+def _fitSlider() -> None:
+    """Has the slider reach back as far as there is something."""
+    system = _system()
+    _bar.setRange('ago', min(-1.0, system.secondsOf(system.oldest) - system.secondsOf(system.newest)), 0.0)
 
 
 def _kept() -> str:

@@ -18,7 +18,7 @@ FIRST_ROW, LAST_OF_SHELL = (64, 268), (64, 448)
 OPENINGS, SEARCH, FIRST_PICTURE = (1180, 437), (620, 461), (326, 533)
 DOORS = ("({'kind': 'door', 'wall': 4, 'along': 2.5, 'leaf': 'westDoor'}, "
          "{'kind': 'door', 'wall': 5, 'along': 2.5, 'leaf': 'eastDoor'})")
-CHEAP = "renderScale = 0.25\neffectQuality = low\nshadowQuality = off\npauseWithoutFocus = off\n"
+CHEAP = "renderScale = 0.25\neffectQuality = low\nshadowQuality = low\npauseWithoutFocus = off\n"
 
 
 class Hand:
@@ -41,9 +41,9 @@ class Hand:
     def press(self, key, *held):
         for each in held:
             self.tool("keydown", each)
-        self.rest(0.3)
+        self.rest(0.5 if held else 0)
         self.tool("key", key)
-        self.rest(0.3)
+        self.rest(0.5 if held else 0)
         for each in held:
             self.tool("keyup", each)
         self.rest(0.3)
@@ -133,7 +133,9 @@ def test_a_level_is_built_from_nothing_saved_played_and_changed_in_its_file(worl
         hand.told("Cottage is edited")
         hand.click(FIRST_ROW)
         hand.tool("keydown", "shift")
+        hand.rest(1.5)
         hand.click(LAST_OF_SHELL)
+        hand.rest(2.5)
         hand.tool("keyup", "shift")
         hand.press("Delete")
         hand.told("Delete 11 things")

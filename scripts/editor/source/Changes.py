@@ -80,7 +80,7 @@ class Arguments:
         piece = self.piece
         carried = [(each, dict(each.given)) for each in edits.pieces.below(piece)]
         for each in [piece, *(each for each, _ in carried)]:
-            Touches.find(edits.pieces, each)
+            Touches.find(each)
         moves = 'at' in _full(piece, wanted) and any(wanted.get(name) != present.get(name) for name in PLACING)
         motion = Standing.Motion(_full(piece, present), _full(piece, wanted)) if moves else None
         piece.setGiven(wanted)
@@ -183,7 +183,7 @@ class Removing:
         gone, behind = [], _Behind(edits)
         for top in self.tops:
             for piece in [top, *edits.pieces.below(top)]:
-                Touches.find(edits.pieces, piece)
+                Touches.find(piece)
         for top in self.tops:
             for piece in [top, *edits.pieces.below(top)]:
                 gone.append((piece, Address.of(edits.pieces, piece.parent), *behind.of(piece)))

@@ -45,6 +45,7 @@ class LevelEdits:
         self.written: set[tuple[Address.Address, str]] = set()
         #: The scripts as the level was made from them.
         self.texts = Files.Texts(pieces.levelName)
+        self.texts.remember(pieces.files())
         self._steps: list[Step] = []
         self._done = 0
         self._open: Step | None = None
@@ -60,11 +61,12 @@ class LevelEdits:
         known = {each.name: each for each in Parameters.parametersOf(piece.pattern)}
         after = dict(piece.given)
         for name, value in arguments.items():
-            if name not in known:
+            if name not in known and not Parameters.takesAny(piece.pattern):
                 raise Refused('%s has no parameter %r%s' % (piece.patternName, name,
                                                             kaVel.nearestHint(name, known)))
             after[name] = self._clean(name, value)
-            if name not in self._givenBySource(piece) and Literals.alike(after[name], known[name].default):
+            isDefault = name in known and Literals.alike(after[name], known[name].default)
+            if isDefault and name not in self._givenBySource(piece):
                 del after[name]
         if after != piece.given:
             self._do('Change %s' % piece.name, Changes.Arguments(piece, after))
@@ -277,6 +279,7 @@ class LevelEdits:
     def begin(self, texts: Files.Texts):
         """Goes on with a level that was loaded anew, from other texts."""
         self.texts = texts
+        self.texts.remember(self.pieces.files())
         self.written |= self.savedProperties.keys()
         self.properties = {key: value for key, value in self.properties.items()
                            if key not in self.savedProperties or self.savedProperties[key] != value}

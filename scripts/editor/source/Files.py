@@ -6,7 +6,7 @@ import ast
 import os
 import sys
 from types import CodeType
-from typing import Any, Iterator
+from typing import Any, Iterable, Iterator
 
 import callSites
 import levelChanges
@@ -116,6 +116,7 @@ class Texts:
 
     def __init__(self, levelName: str):
         self._scripts: dict[str, Script | None] = {}
+        self._read: dict[str, str] = {}
         self.changes = _textOf(levelChanges.fileOf(levelName))  # of the level's file of changes
         self.written: dict[str, str] = {}   # what files were given when the level was last saved
         self.begun: dict[str, str] = {}     # what was in them before
@@ -125,12 +126,19 @@ class Texts:
         """A script; None for one that cannot be read or is none."""
         name = os.path.realpath(file)
         if name not in self._scripts:
+            self.remember([file])
             try:
-                with open(name, encoding='utf-8', newline='') as stream:
-                    self._scripts[name] = Script(file, stream.read())
-            except (OSError, SyntaxError, ValueError):
+                self._scripts[name] = Script(file, self._read[name]) if self._read[name] else None
+            except (SyntaxError, ValueError):
                 self._scripts[name] = None
         return self._scripts[name]
+
+    def remember(self, files: Iterable[str]):
+        """Reads files as they are now, before somebody changes them."""
+        for file in files:
+            name = os.path.realpath(file)
+            if name not in self._read:
+                self._read[name] = _textOf(name)
 
 
 def _textOf(file: str) -> str:

@@ -33,14 +33,14 @@ def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, 
 
 
 def _called(piece: Piece, parent: Any) -> Any:
-    there = {child for child in parent.children}
+    before = parent.childCount
     options = dict(piece.given)
     if piece.takesName:
         options['name'] = piece.name
     try:
         root = piece.pattern(parent, **options)
     except Exception as error:
-        for child in [each for each in parent.children if each not in there]:
+        for child in list(parent.children)[before:]:
             bury(child)
         kaVel.log('%s is not built:\n%s' % (piece, traceback.format_exc()))
         raise Refused('%s %r is not built: %s' % (piece.patternName, piece.name, error)) from error
@@ -83,16 +83,6 @@ def bury(root: Any):
     if root:
         root.setName(GONE)
         root.murder()
-
-
-def nextTo(root: Any) -> Any:
-    """The living sibling behind an object, or an invalid handle."""
-    passed = False
-    for each in root.parent.children:
-        if passed and not each.isDying():
-            return each
-        passed = passed or each == root
-    return kaVel.Handle()
 
 
 def show(piece: Piece, shown: bool):

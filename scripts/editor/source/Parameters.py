@@ -63,6 +63,12 @@ def _ownAndHandedOn(pattern: Pattern) -> list[inspect.Parameter]:
     return own + [each for each in (_ownAndHandedOn(inner) if inner else ()) if each.name not in names]
 
 
+def takesAny(pattern: Pattern) -> bool:
+    """Whether a pattern hands on parameters of which it does not tell the names."""
+    every = inspect.signature(pattern).parameters.values()
+    return _wrapped(pattern) is None and any(each.kind == each.VAR_KEYWORD for each in every)
+
+
 def _wrapped(pattern: Pattern) -> Pattern | None:
     """The pattern that one builds upon, as `solid` does, if it keeps it under the name `pattern`."""
     built = inspect.unwrap(pattern)

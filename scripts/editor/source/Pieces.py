@@ -200,6 +200,10 @@ class LevelPieces:
             waiting[:0] = list(entity.children)
         return found
 
+    def files(self) -> set[str]:
+        """The scripts that have called for the pieces."""
+        return {code.co_filename for piece in self.everyone() if piece.source for code, _ in piece.source.calls}
+
     def maps(self) -> list[kaVel.MapRootEntity]:
         return [child for child in self.level.children
                 if child._getType().isSubclassOf(kaVel.Reflection.MapRootEntity)]

@@ -13,7 +13,7 @@ import kaVel
 from editor.source import Address
 
 if TYPE_CHECKING:
-    from editor.source.Pieces import LevelPieces, Piece
+    from editor.source.Pieces import Piece
 
 #: Address below the root, property and value.
 Touch = tuple[tuple[Address.Step, ...], str, Any]
@@ -24,33 +24,28 @@ _PASSING = frozenset(('name', 'visible', 'active', 'playing', 'mapName'))
 _names: dict[type, list[str]] = {}
 
 
-def find(pieces: LevelPieces, piece: Piece):
+def find(piece: Piece):
     """Finds what the level has done to a piece, once, by having its pattern build another one for comparison."""
     if piece.touches is not None or piece.source is None or piece.stand.isKept:
         return
     piece.touches = []
-    there = {child for child in piece.parent.children}
-    options = dict(piece.given)
+    before, parent = piece.parent.childCount, piece.parent
     try:
-        pattern = piece.pattern(piece.parent, **dict(options, **({'name': piece.name} if piece.takesName else {})))
+        made = piece.pattern(parent, **piece.given, **({'name': piece.name} if piece.takesName else {}))
+        piece.touches = _differences(piece.root, made)
     except Exception:
-        return  # it will fail in the same way when it is built, and be told then
-    finally:
-        new = [child for child in piece.parent.children if child not in there]
-    if pattern:
-        piece.touches = _differences(pieces, piece.root, pattern)
-    for child in new:
+        pass  # it will fail in the same way when it is built, and be told then
+    for child in list(parent.children)[before:]:
         child.setName('.gone')
         child.murder()
 
 
-def _differences(pieces: LevelPieces, old: Any, new: Any) -> list[Touch]:
+def _differences(old: Any, new: Any) -> list[Touch]:
     found: list[Touch] = []
     for handle in kaVel.descendants(new):
         steps = Address.below(new, handle)
         present = Address.follow(old, steps)
-        if not present or present._getType() is not handle._getType() and \
-                present._getType().name != handle._getType().name:
+        if not present or present._getType().name != handle._getType().name:
             continue
         for name in _marks(handle):
             value, made = getattr(present, name), getattr(handle, name)

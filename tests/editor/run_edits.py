@@ -1,0 +1,241 @@
+"""Edits in a running level: undone to the first hash; what cannot be is told; the work of two people joins."""
+import pathlib
+import subprocess
+import sys
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import game
+from run_source import run
+
+#: A yard in the words that levels are written in: literals, a loop, a table, a helper, what is made solid afterwards.
+YARD = '''"""Yard: a place to edit."""
+
+import kaVel
+import objects.GameObjects as place
+from kaVel import Coordinator, Entity, MapRootEntity
+
+NORTH, EAST, SOUTH, WEST = 0, 90, 180, -90
+UP = 1.5
+
+
+def build(coordinator: Coordinator):
+    coordinator.loadMap('yard')
+
+
+def yard(map: MapRootEntity):
+    """The map."""
+    kaVel.configure(map.getComponent('transform'), position=kaVel.Vec4(0, 2, 0, 1), scale=kaVel.Vec4(30, 4, 30, 0))
+    place.Desk(map, 'desk', at=(1, 0, 2), turn=SOUTH - 14)  # where he wrote
+    place.Jar(map, 'jar', at=(1, UP, 2))
+
+    # what is left of the meal
+    for x, z in ((-1.95, -2.92), (-1.0, -3.3)):
+        place.Plate(map, 'plate', at=(x, 0.765, z))
+        place.Cup(map, 'cup', at=(x + 0.22, 0.765, z + 0.08), turn=70)
+    for number, x in enumerate((3, 4, 5), 1):
+        place.Crate(map, 'crate%d' % number, at=(x, 0, 0))
+    bed(map, 'bed', at=(-4, 0, 0))
+    place.makeSolid(map)
+
+
+def bed(map: MapRootEntity, name: str, at: place.Triple):
+    """A crate with a book on it."""
+    frame = place.Crate(map, name, at=at)
+    place.Book(frame, 'book', at=place.around(at, 0, 0, 0.54, 0))
+    return frame
+'''
+
+RANDOM = """
+import random
+
+from headless import treeDigest
+
+
+def edit(level):
+    session.editing['.hash'] = treeDigest(level)
+    pieces, edits = of(level)
+    dice = random.Random(SEED)
+    for _ in range(120):
+        standing = pieces.all()
+        piece = dice.choice(standing)
+        one = dice.randrange(8)
+        try:
+            if one == 0 and len(standing) > 4:
+                edits.remove(dice.sample(standing, 2))
+            elif one == 1:
+                edits.add(dice.choice([pieces.maps()[0], piece]), dice.choice(('Crate', 'LitLamp', 'DeadChandelier')),
+                          at=(dice.random(), 0, dice.random()))
+            elif one == 2:
+                edits.rename(piece, 'name%d' % dice.randrange(9))
+            elif one == 3:
+                edits.reparent(piece, dice.choice(standing))
+            elif one == 4 and piece.root.getChild('graphics2'):
+                edits.setProperty(piece.root.getChild('graphics2'), 'castShadows', dice.random() < 0.5)
+            elif one == 5 and 'scale' in piece.arguments:
+                edits.change(piece, scale=(1, 1 + dice.random(), 1))
+            elif one == 6:
+                for _ in range(dice.randrange(4)):
+                    edits.undo()
+            elif 'at' in piece.arguments:
+                edits.change(piece, at=(dice.random(), 0, dice.random()), turn=dice.randrange(360))
+        except ValueError as refused:
+            kaVel.log('refused: %s' % refused)
+    kaVel.log('%d edits' % edits.position)
+    session.editing['.edited'] = edits.position
+
+
+def undo(level):
+    session.editing['.after'] = treeDigest(level)
+    of(level)[1].goTo(0)
+
+
+def redo(level):
+    kaVel.log('undone to the first hash: %s' % (treeDigest(level) == session.editing['.hash']))
+    of(level)[1].goTo(session.editing['.edited'])
+
+
+def end(level):
+    kaVel.log('done again to the same hash: %s' % (treeDigest(level) == session.editing['.after']))
+
+
+STEPS = {2: edit, 4: undo, 6: redo, 8: end}
+"""
+
+
+def test_random_edits_undone_give_the_first_hash_back(world):
+    world.write("scripts/levels/Yard.py", YARD)
+    for seed in (1, 2, 3):
+        outcome = run(world, "Yard", "SEED = %d\n" % seed + RANDOM, clean=False)
+        assert not outcome.has("Traceback"), outcome.log[-4000:]
+        outcome.expect("undone to the first hash: True")
+        outcome.expect("done again to the same hash: True")
+
+
+TRACED = """
+def edit(level):
+    from editor.source import Writing
+    pieces, edits = of(level)
+    edits.change(named(pieces, 'desk'), at=(1.23456, 0, 2), turn=SOUTH)
+    edits.change(named(pieces, 'jar'), at=(1, 1.75, 2))
+    for name in ('plate', 'cup'):
+        x, y, z = named(pieces, name, 1).arguments['at']
+        edits.change(named(pieces, name, 1), at=(x - 0.5, y, z))
+    edits.change(named(pieces, 'bed'), at=(-5, 0, 1))
+    edits.change(named(pieces, 'crate2'), at=(4, 0, 0.5))
+    edits.remove(named(pieces, 'crate3'))
+    for number in range(3):
+        edits.add(pieces.maps()[0], 'Barrel', name='barrel%d' % (number + 1), at=(number, 0, -1), turn=90)
+    Writing.save(level)
+
+
+SOUTH = 180
+STEPS = {2: edit}
+"""
+
+
+def test_a_change_stands_in_the_line_it_came_from_or_beside_the_level(world):
+    world.write("scripts/levels/Yard.py", YARD)
+    run(world, "Yard", TRACED, frames=4)
+    text = (world.folder / "scripts/levels/Yard.py").read_text(encoding="utf-8")
+    for line in ("    place.Desk(map, 'desk', at=(1.235, 0, 2), turn=SOUTH)  # where he wrote\n",
+                 "    place.Jar(map, 'jar', at=(1, UP + 0.25, 2))\n",
+                 "    # what is left of the meal\n    for x, z in ((-1.95, -2.92), (-1.5, -3.3)):\n",
+                 "    bed(map, 'bed', at=(-5, 0, 1))\n",
+                 "    for number, x in enumerate((0, 1, 2), 1):\n"
+                 "        place.Barrel(map, 'barrel%d' % number, at=(x, 0, -1), turn=EAST)\n"):
+        assert line in text, f"{line!r} is not in:\n{text}"
+    notes = (world.folder / "scripts/levels/Yard.changes").read_text(encoding="utf-8")
+    assert "yard/crate2: at = (4, 0, 0.5)\n" in notes and "yard/crate3: removed\n" in notes, notes
+    assert notes.count("\n") == 3, notes
+
+
+OUTSIDE = """
+import os
+
+
+def edit(level):
+    from editor.source import Writing
+    from editor.source.Refused import Refused
+    pieces, edits = of(level)
+    file = named(pieces, 'desk').origin[0]
+    edits.change(named(pieces, 'desk'), at=(2, 0, 2))
+    theirs = open(file).read().replace("'jar', at=(1, UP, 2)", "'jar', at=(1, UP, 3)")
+    open(file, 'w').write(theirs)
+    Writing.save(level)
+    kaVel.log('joined: %s' % ("at=(2, 0, 2)" in open(file).read() and "at=(1, UP, 3)" in open(file).read()))
+    edits.change(named(pieces, 'desk'), at=(3, 0, 2))
+    theirs = open(file).read().replace("at=(2, 0, 2)", "at=(2, 0, 9)")
+    open(file, 'w').write(theirs)
+    try:
+        Writing.save(level)
+    except Refused as refused:
+        kaVel.log('told: %s' % refused)
+    kaVel.log('kept: %s' % (not edits.isSaved and "at=(2, 0, 9)" in open(file).read()))
+    for wrong in (lambda: edits.add(pieces.maps()[0], 'Cratte'), lambda: edits.change(named(pieces, 'jar'), turm=3),
+                  lambda: edits.add(pieces.maps()[0], 'Box', surface='no such surface'),
+                  lambda: edits.setProperty(named(pieces, 'jar').root.getChild('graphics2'), 'layer', 'no layer'),
+                  lambda: edits.reparent(named(pieces, 'bed'), named(pieces, 'book')),
+                  lambda: edits.change(named(pieces, 'jar'), at=(float('nan'), 0, 0))):
+        try:
+            wrong()
+            kaVel.log('not refused')
+        except Refused as refused:
+            kaVel.log('refused: %s' % refused)
+    jar = named(pieces, 'jar')
+    jar.root.murder()
+
+
+def gone(level):
+    from editor.source.Refused import Refused
+    pieces, edits = of(level)
+    try:
+        edits.change(named(pieces, 'jar'), turn=40)
+    except Refused as refused:
+        kaVel.log('murdered: %s' % refused)
+
+
+STEPS = {2: edit, 4: gone}
+"""
+
+
+def test_a_file_that_others_change_and_what_cannot_be_done_are_told(world):
+    world.write("scripts/levels/Yard.py", YARD)
+    outcome = run(world, "Yard", OUTSIDE, frames=6, clean=False)
+    outcome.expect("joined: True")
+    outcome.expect("told: scripts/levels/Yard.py:18 was changed by somebody else where your edits are")
+    outcome.expect("kept: True")
+    outcome.expect("did you mean 'Crate'")
+    outcome.expect("did you mean 'turn'")
+    assert outcome.log.count("refused: ") == 6 and not outcome.has("not refused"), outcome.log[-4000:]
+    outcome.expect("murdered: ")
+
+
+def test_the_edits_of_two_people_merge(world):
+    texts = []
+    for change in ("edits.change(named(pieces, 'desk'), at=(2, 0, 2)); edits.change(named(pieces, 'crate1'), turn=5)",
+                   "edits.change(named(pieces, 'bed'), at=(-5, 0, 1)); edits.change(named(pieces, 'crate2'), turn=7)"):
+        world.write("scripts/levels/Yard.py", YARD)
+        (world.folder / "scripts/levels/Yard.changes").unlink(missing_ok=True)
+        run(world, "Yard", "def edit(level):\n    from editor.source import Writing\n    pieces, edits = of(level)\n"
+            f"    {change}\n    Writing.save(level)\n\n\nSTEPS = {{2: edit}}\n", frames=4)
+        texts.append([(world.folder / "scripts/levels" / name).read_text(encoding="utf-8")
+                      for name in ("Yard.py", "Yard.changes")])
+    for number, base, way in ((0, YARD, ()), (1, "", ("--union",))):
+        for name, text in (("mine", texts[0][number]), ("base", base), ("other", texts[1][number])):
+            world.write(name, text)
+        subprocess.run(["git", "merge-file", *way, "mine", "base", "other"], cwd=world.folder, check=True)
+        world.write("scripts/levels/" + ("Yard.py", "Yard.changes")[number], (world.folder / "mine").read_bytes())
+    merged = run(world, "Yard", """
+def look(level):
+    pieces, _ = of(level)
+    kaVel.log('%s %s %s %s' % (named(pieces, 'desk').given['at'], named(pieces, 'bed').given['at'],
+                               named(pieces, 'crate1').given['turn'], named(pieces, 'crate2').given['turn']))
+
+
+STEPS = {2: look}
+""", frames=4)
+    merged.expect("(2, 0, 2) (-5, 0, 1) 5 7")
+
+
+if __name__ == "__main__":
+    game.main({name: value for name, value in globals().items() if name != "run"})

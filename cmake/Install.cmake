@@ -40,6 +40,7 @@ install(FILES "${KV_PACKAGING}/mornal.desktop" DESTINATION "share/applications" 
 install(FILES "${CMAKE_BINARY_DIR}/packaging/net.mornal.Mornal.metainfo.xml"
     DESTINATION "share/metainfo" COMPONENT game)
 install(FILES "${CMAKE_BINARY_DIR}/packaging/mornal.6" DESTINATION "share/man/man6" COMPONENT game)
+install(DIRECTORY examples DESTINATION share/doc/mornal COMPONENT game PATTERN "__pycache__" EXCLUDE)
 install(FILES CHANGELOG.md LICENSE "${KV_PACKAGING}/copyright"
     DESTINATION "share/doc/mornal" COMPONENT game)
 

@@ -26,7 +26,6 @@ class Hand:
 
     def __init__(self, played):
         self.played, self.tool, self.pace = played, played.display.tool, 1.0
-        self.tool("windowmove", played.window, 0, 0)
 
     def rest(self, seconds=0.5):
         time.sleep(seconds * self.pace)
@@ -48,8 +47,11 @@ class Hand:
             self.tool("keyup", each)
         self.rest(0.3)
 
+    def point(self, place):
+        self.tool("mousemove", "--window", self.played.window, *place)
+
     def click(self, place, button=1):
-        self.tool("mousemove", *place)
+        self.point(place)
         self.rest(0.4)
         self.tool("click", button)
         self.rest(0.6)
@@ -63,7 +65,7 @@ class Hand:
 
     def look_down(self):
         """Turns the view to the ground: right button and mouse."""
-        self.tool("mousemove", 620, 300)
+        self.point((620, 300))
         self.rest()
         self.tool("mousedown", 3)
         self.rest(0.8)

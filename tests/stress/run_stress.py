@@ -21,7 +21,7 @@ SKIPPED = {
     r"InputSystem::set(Replay|Record)File|StateDigest::\w+|GraphicsSystem2::(captureScreen|writeScreenshot)":
         "a file that cannot be read or written ends the run",
     r"GameLoopSystem::(queueLoadLevel|runLevel|switchLevel)": "a level that cannot be built ends the game, as it must",
-    r"GameLoopSystem::(setCurrentlyActiveCoordinator|retireLevel)":
+    r"GameLoopSystem::(setCurrentlyActiveCoordinator|retireLevel|renewLevel|queueRenewLevel)":
         "takes the level that makes the calls out of the frame",
     r"GraphicsSystem2::(create|release|reset|lost)Device": "private steps of the device's life, right in their order",
     r"GraphicsSystem2::(create|destroy)RenderTargets": "likewise",

@@ -6,7 +6,7 @@ import traceback
 from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.source import Address, Touches
+from editor.source import Address, Standing, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -22,6 +22,9 @@ def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, 
     Refused if its pattern fails; what it had made by then is gone.
     """
     root = _called(piece, parent)
+    fence = parent.getChild(Standing.FENCE) if piece.source and not before else None
+    if fence and fence.pattern is None and not fence.isDying():
+        before = fence  # a level fences its things when all of them stand
     if before:
         kaVel.Reflection.placeBefore(root, before)
     Touches.again(piece, root)

@@ -51,7 +51,10 @@ def of(level: kaVel.Coordinator) -> list[Finding]:
     for name in RULES:
         importlib.import_module('editor.lint.' + name)
     scene = Scene(level)
-    found = [located(scene, finding) for each in _rules for finding in each(scene)]
+    try:
+        found = [located(scene, finding) for each in _rules for finding in each(scene)]
+    finally:
+        scene.end()
     return list(_excepted(scene, found))
 
 

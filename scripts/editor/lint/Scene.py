@@ -68,6 +68,11 @@ class Scene:
             self._grounds[name] = Ground(self, map)
         return self._grounds[name]
 
+    def end(self):
+        """Lets go of what was surveyed."""
+        for ground in self._grounds.values():
+            ground.survey.murder()
+
     def feet(self) -> Triple | None:
         """Where the player stands; None in a level in which nobody walks."""
         stood = standing.of(self.level) if self.player else None

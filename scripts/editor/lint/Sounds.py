@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import os
-from typing import Iterator
+from typing import Iterator, NamedTuple
 
 import kaVel
 import words
@@ -18,15 +18,15 @@ TELL_NOTHING = ('sfx/ambience', 'sfx/player', 'interface', 'music')
 @rule
 def captions(scene: Scene) -> Iterator[Finding]:
     """Things in a map that make sounds without a caption."""
-    events = {name: told for name, told in _events().items() if not told[0].startswith(TELL_NOTHING)}
+    telling = {name: event for name, event in events().items() if not event.category.startswith(TELL_NOTHING)}
     for map in scene.maps:
         for entity in scene.entities(map):
             component = entity.getComponent('sound')
             if not component or not component._getType().isSubclassOf(kaVel.Reflection.SoundComponent):
                 continue
-            for name, (_, hasCaption) in events.items():
-                if component.hasSoundEffect(name) and not (hasCaption and words.has('caption.' + name)):
-                    yield _told(scene, entity, name, hasCaption)
+            for name, event in telling.items():
+                if component.hasSoundEffect(name) and not (event.hasCaption and words.has('caption.' + name)):
+                    yield _told(scene, entity, name, event.hasCaption)
 
 
 def _told(scene: Scene, entity: kaVel.Entity, event: str, hasCaption: bool) -> Finding:
@@ -39,18 +39,28 @@ def _told(scene: Scene, entity: kaVel.Entity, event: str, hasCaption: bool) -> F
                    "write 'caption.%s' in scripts/words/english.py" % event)
 
 
-def _events() -> dict[str, tuple[str, bool]]:
-    """The events of the project of sounds: name -> category, and whether it has a caption."""
-    events: dict[str, tuple[str, bool]] = {}
+class Event(NamedTuple):
+    """What the project of sounds says of an event: its category, whether it has a caption, decibels a metre away."""
+
+    category: str = ''
+    hasCaption: bool = False
+    loudness: float = 0.0
+
+
+def events() -> dict[str, Event]:
+    """The events of the project of sounds by name."""
+    found: dict[str, Event] = {}
     name = ''
     with open(PROJECT, encoding='utf-8') as lines:
         for line in lines:
             first, _, rest = line.strip().partition(' ')
             if line.startswith('event '):
                 name = rest
-                events[name] = '', False
+                found[name] = Event()
             elif name and first == 'category':
-                events[name] = rest, events[name][1]
+                found[name] = found[name]._replace(category=rest)
             elif name and first == 'caption':
-                events[name] = events[name][0], True
-    return events
+                found[name] = found[name]._replace(hasCaption=True)
+            elif name and first == 'loudness':
+                found[name] = found[name]._replace(loudness=float(rest.split()[0]))
+    return found

@@ -13,8 +13,9 @@ from editor.views.Kit import Scale, Shown, mapsOf, onScale, vec
 MOST = 14
 #: Decibels below which nothing of a sound is left to hear.
 SILENT = -60.0
-#: Metres that a way may be longer by the middle of a door than around its frame, through which it goes.
-DETOUR = 0.8
+#: Metres before and behind a door from which on a way has come through it, and how much longer it may be by the middle
+#: of the door than around its frame.
+FACE, DETOUR = 0.4, 0.8
 
 
 class Heard(NamedTuple):
@@ -64,21 +65,31 @@ def hear(map: kaVel.MapRootEntity, at: kaVel.Vec4) -> list[Heard]:
 
 
 def _doorsOn(map: kaVel.MapRootEntity, ways: kaVel.SoundWays, heard: Heard, at: kaVel.Vec4) -> list[str]:
-    """The doors that a way goes through: what is as far by a door as it is at all goes through that."""
+    """The doors that a way goes through: what is as far from face to face of a door as it is at all goes through it."""
     if heard.way.inSight or not heard.way.open:
         return []
     found = []
     source = heard.entity.getComponent('transform').position
     for leaf in doorsIn(map):
-        middle = leaf.getComponent('physics').closedMiddle if hasattr(leaf.getComponent('physics'), 'closedMiddle') \
-            else leaf.getComponent('transform').position
-        middle = kaVel.Vec4(middle.x, middle.y, middle.z, 1)
-        first = ways.hear(source, middle).distance
-        if first + math.dist((middle.x, middle.z), (at.x, at.z)) > heard.way.distance + DETOUR:
+        one, other = _faces(leaf)
+        if math.dist((one.x, one.z), (source.x, source.z)) > heard.way.distance + DETOUR:
             continue
-        if first + ways.hear(middle, at).distance <= heard.way.distance + DETOUR:
-            found.append((first, leaf.getName()))
+        for near, far in ((one, other), (other, one)):
+            first = ways.hear(source, near).distance
+            if first + 2 * FACE + ways.hear(far, at).distance <= heard.way.distance + DETOUR:
+                found.append((first, leaf.getName()))
+                break
     return [name for _, name in sorted(found)]
+
+
+def _faces(leaf: Any) -> tuple[kaVel.Vec4, kaVel.Vec4]:
+    """The places before and behind a door's shut leaf."""
+    door = leaf.getComponent('physics')
+    isHinged = door._getType().isSubclassOf(kaVel.Reflection.DoorPhysics)
+    turn = door.closedTurn if isHinged else leaf.getComponent('transform').orientation
+    way, middle = turn * kaVel.Quaternion(0, 0, 0, FACE) * turn.inverse(), door.closedMiddle
+    one, other = (kaVel.Vec4(middle.x + side * way.i, middle.y, middle.z + side * way.k, 1) for side in (1, -1))
+    return one, other
 
 
 @views.add

@@ -7,10 +7,12 @@ from typing import Any
 
 import kaVel
 from editor.Views import views
+from editor.lint.Sounds import events
 from editor.views.Kit import Color, Floors, Scale, isFloor, mapsOf, onScale, playerOf
 
-#: Loudness a metre away of what a player does, linear, as the project of sounds has it for boards.
-NOISES = (('a step that creeps', 0.016), ('a step', 0.040), ('a step that runs', 0.071), ('a slammed door', 0.112))
+#: What a player does, and the event that is heard of it; its loudness is that of the project of sounds.
+NOISES = (('a step that creeps', 'StepWoodCrouch'), ('a step', 'StepWoodWalk'), ('a step that runs', 'StepWoodRun'),
+          ('a slammed door', 'DoorSlam'))
 
 
 @views.add
@@ -62,12 +64,15 @@ class Senses(Floors):
         return perceived(self.senses, player, at) if self.senses and player else self.summary()
 
 
+#: How high the middle of a creature without a volume is above the floor, metres.
+MIDDLE = 0.9
+
+
 def eyeAt(senses: kaVel.PerceptionComponent, floor: kaVel.Vec4) -> kaVel.Vec4:
     """Where a creature's eyes would be if it stood on a floor, as high as they are where it stands."""
-    here = senses.parent.getComponent('transform').position
     box = senses.parent.getComponent('boundingVolume')
-    half = box.hitBox.y / 2 if box else 0.9
-    return kaVel.Vec4(floor.x, floor.y + half + senses.eyeOffset.y, floor.z, 1) if here else floor
+    half = box.hitBox.y / 2 if box else MIDDLE
+    return kaVel.Vec4(floor.x, floor.y + half + senses.eyeOffset.y, floor.z, 1)
 
 
 def clarityAt(senses: kaVel.PerceptionComponent, floor: kaVel.Vec4) -> float:
@@ -96,7 +101,9 @@ def perceived(senses: kaVel.PerceptionComponent, player: Any, floor: kaVel.Vec4)
              '%.0f degrees off the way it looks now, of %.0f' % (angle, math.degrees(senses.peripheralAngle)),
              'the line to him is %s' % ('free' if isFree else 'cut')]
     ways = map.getComponent('soundWays')
-    for name, loudness in NOISES if ways and senses.hasEars else ():
+    known = events()
+    for name, event in NOISES if ways and senses.hasEars else ():
+        loudness = 10 ** (known[event].loudness / 20)
         left = ways.loudnessAt(kaVel.Vec4(at.x, at.y, at.z, 1), loudness, eye)
         lines.append('%s: %s' % (name, 'heard, %.0f dB above what it needs' % (
             20 * math.log10(left / senses.hearingThreshold)) if left >= senses.hearingThreshold else 'not heard'))

@@ -166,6 +166,8 @@ void SoundSystem::listEvents()
     soundEffects = EventList();
     music = EventList();
     captions = NameMap<String>();
+    if (!pFMODProject_)
+        return;
     const auto endsWith = [](const std::string &text, const char *end) { return text.ends_with(end); };
     for (const port::EventFacts &facts : port::listEvents(*pFMODProject_))
     {

@@ -6,7 +6,7 @@ The nearest thing above an object that a level's script had built speaks for it.
 from __future__ import annotations
 
 import os
-from typing import Any
+from typing import Any, cast
 
 import callSites
 import kaVel
@@ -77,7 +77,7 @@ def _patternText(pattern: Any) -> str:
 
 def _text(value: Any) -> str:
     if isinstance(value, kaVel.Handle):
-        return pathText(value) if value else 'None'
+        return pathText(cast(kaVel.Object, value)) if value else 'None'
     try:
         return Literals.show(value)
     except Literals.NoLiteral:

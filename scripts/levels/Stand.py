@@ -20,6 +20,8 @@ TURN, PITCH, HALF_VIEW = 28.0, 18.0, math.radians(15)
 IN_ITS_BOX = ('WorldBasedTCBoxGraphicsComponent', 'HeightMapGraphics')
 #: Lights of the stand in directions from its middle, as turn and pitch in degrees, with strength.
 LAMPS = ((-18.0, 42.0, 0.85), (62.0, 24.0, 0.4), (200.0, 50.0, 0.35))
+#: What is meant here, with its reason.
+LINT = {'twice': {'stand/shown': 'the one before is murdered at the end of the frame'}}
 
 
 def build(coordinator: kaVel.Coordinator):

@@ -19,6 +19,7 @@ import troubleScreen
 from editor import Commands, Keys
 from editor.Aids import Aids
 from editor.Camera import Camera
+from editor.Inspected import Inspected
 from editor.Playing import Playing
 from editor.Selection import Selection
 from editor.Snapping import Snapping
@@ -69,7 +70,7 @@ class Editor:
         self.camera = Camera(self)
         self.selection = Selection(self)
         self.snapping = Snapping(self)
-        self.playing, self.aids = Playing(self), Aids(self)
+        self.playing, self.aids, self.inspected = Playing(self), Aids(self), Inspected(self)
         self.commands = Commands.Commands(self)
         self.panels = Panels.Panels(self)
         self.isOpen, self.isForsaken = False, False
@@ -102,6 +103,7 @@ class Editor:
         self.playing.begin()
         self.component.active = True
         self.aids.begin()
+        self.inspected.begin()
         self.panels.open()
         self.selection.refresh()
         self.take(SELECT)
@@ -120,6 +122,7 @@ class Editor:
             view.end()
         self._views.clear()
         self.panels.close()
+        self.inspected.end()
         self.aids.end()
         self.component.active = False
         self.playing.end()

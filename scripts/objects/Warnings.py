@@ -29,9 +29,10 @@ def Rats(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 0), nu
 
     Some time after it has gone they come back the same way.
     """
-    nest = placed(parent, (name or 'rats') + ' nest', at=at)
-    rats = Swarm(parent, name or 'rats', kind='Rat', count=number, at=at, anchor=nest, reach=reach, lowest=at[1],
-                 highest=at[1], cruiseSpeed=STROLL)
+    rats = Swarm(parent, name or 'rats', kind='Rat', count=number, at=at, reach=reach, lowest=at[1], highest=at[1],
+                 cruiseSpeed=STROLL)
+    nest = placed(rats, 'nest', at=at)
+    rats.getComponent('flocking').anchor = nest
     sounds(nest, 'RatsRun', 'RatSqueak')
     driver = _Rats(rats, nest, [at, *way, hole or at])
     onFrame(nest, driver.doFrame)
@@ -111,9 +112,10 @@ class _Rats:
 @kaVel.pattern
 def Moths(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 0), number: int = 10, reach: float = 0.9):
     """Moths about a lamp at `at`, which come to the player's flashlight when it burns near them."""
-    lure = placed(parent, (name or 'moths') + ' lure', at=at)
-    moths = Swarm(parent, name or 'moths', kind='Moth', count=number, at=at, anchor=lure, reach=reach,
-                  lowest=at[1] - 2.0, highest=at[1] + 1.0)
+    moths = Swarm(parent, name or 'moths', kind='Moth', count=number, at=at, reach=reach, lowest=at[1] - 2.0,
+                  highest=at[1] + 1.0)
+    lure = placed(moths, 'lure', at=at)
+    moths.getComponent('flocking').anchor = lure
     sounds(lure, 'Moths').playSoundEffect('Moths')
     driver = _Moths(lure, at)
     onFrame(lure, driver.doFrame)

@@ -280,15 +280,16 @@ class BuiltFrom:
     `arguments` and `options` are those of the call, `called` both as the script gave them where an editor's note has
     changed them, otherwise None. `calls` are the places in scripts of levels that it came from, see
     `callSites`; nothing for what another pattern made as a part of its own. `atStart` says whether it was called while
-    the level was built.
+    the level was built, `parts` how many children the root had when the pattern was done.
     """
 
-    __slots__ = ('pattern', 'arguments', 'options', 'called', 'calls', 'atStart', '_editedProps')
+    __slots__ = ('pattern', 'arguments', 'options', 'called', 'calls', 'atStart', 'parts', '_editedProps')
 
     def __init__(self, pattern: Callable[..., Any], arguments: tuple[Any, ...] = (),
                  options: dict[str, Any] | None = None, caller: FrameType | None = None,
-                 called: tuple[tuple[Any, ...], dict[str, Any]] | None = None):
+                 called: tuple[tuple[Any, ...], dict[str, Any]] | None = None, parts: int = 0):
         self.pattern = pattern
+        self.parts = parts
         self.arguments = arguments
         self.options = options or {}
         self.called = called
@@ -333,7 +334,8 @@ def pattern(build: Callable[P, O]) -> Callable[P, O]:
             _patternsUnderWay -= 1
         if amending and not isPart:
             amending.built(root)
-        root.setPattern(BuiltFrom(call, arguments, options, None if isPart else sys._getframe().f_back, called))
+        caller = None if isPart else sys._getframe().f_back
+        root.setPattern(BuiltFrom(call, arguments, options, caller, called, root.childCount))
         return root
 
     call.isPattern = True  # type: ignore

@@ -110,7 +110,8 @@ import random
 def edit(level):
     pieces, edits = of(level)
     dice = random.Random(SEED)
-    still = [each for each in pieces.all() if each.stand.isRigid and each.source and each.stand.places]
+    still = [each for each in pieces.all() if each.stand.isRigid and each.source and each.stand.places
+             and not each.stand.isKept]
     tell('begin', level)
     for piece in dice.sample(still, min(len(still), 16)):
         x, y, z = piece.arguments['at'] if len(piece.arguments.get('at', ())) == 3 else (0, 0, 0)

@@ -269,6 +269,7 @@ class LevelPieces:
             standings.visit(entity, piece)
         for piece, standing in standings.found.items():
             piece.stand = standing
+            standing.isKept = standing.isKept or _hasMore(piece)
 
     def _found(self, root: Any, built: kaVel.BuiltFrom, places: dict[Any, Any]) -> Piece:
         self._last += 1
@@ -289,6 +290,14 @@ class LevelPieces:
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
         return piece
+
+
+def _hasMore(piece: Piece) -> bool:
+    """Whether a script of the level has given components to what the pattern built: it may hold on to them."""
+    assert piece._built
+    return piece.root.childCount > piece._built.parts and any(
+        each._getType().isSubclassOf(kaVel.Reflection.AbstractComponent)
+        for each in list(piece.root.children)[piece._built.parts:])
 
 
 class _LateSource(Source):

@@ -32,7 +32,7 @@ class Standing:
     def __init__(self):
         self.places: list[Place] = []
         self.isRigid = True
-        self.isKept = False
+        self.isKept = False    # whether others hold on to what is in it, so that it is never built anew
         self.isFenced = False  # whether the level has made it solid, see `objects.Bodies.makeSolid`
 
     def restore(self):

@@ -2,6 +2,8 @@
 
 #include "port/win32/HostPath.h"
 
+#include <algorithm>
+#include <string>
 #include <unordered_map>
 
 namespace
@@ -33,6 +35,9 @@ String overridingFile(const String &name)
 
 String contentFile(const String &name)
 {
-    const String other = overridingFile(name);
-    return other.empty() ? String::fromStaticCString(ASSETS) + name : other;
+    if (String other = overridingFile(name); !other.empty())
+        return other;
+    std::string designed = ASSETS + std::string(name.toCString());
+    std::replace(designed.begin(), designed.end(), '/', '\\');
+    return String::copyFrom(designed);
 }

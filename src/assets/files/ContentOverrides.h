@@ -14,5 +14,5 @@ void overrideContent(const String &name, const String &file);
 String overridingFile(const String &name);
 
 /// Path of a file of the folder `assets` by its name below that, as "models/chair.kaVelModel": the one that stands in
-/// for it, or its own.
+/// for it, or its own in the designed form, "..\\assets\\models\\chair.kaVelModel".
 String contentFile(const String &name);

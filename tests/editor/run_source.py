@@ -172,6 +172,13 @@ def test_any_level_loads_as_it_was_edited_and_stands_as_before_when_all_is_undon
             script.unlink()
 
 
+def test_a_table_of_which_one_row_is_left_is_a_table(world):
+    outcome = run(world, "FirstRoom", "SEED = 202\n" + ANYTHING)  # takes one of two bookcases, and much besides
+    assert "for z, number in ((-2.175, 2),):" in (world.folder / "scripts/levels/FirstRoom.py").read_text()
+    outcome.expect("edited and loaded are the same")
+    outcome.expect("begin and undone are the same")
+
+
 def levels():
     """All levels in which something stands that could be moved."""
     return [file.stem for file in sorted((game.ROOT / "scripts" / "levels").glob("*.py"))

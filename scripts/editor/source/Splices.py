@@ -16,6 +16,7 @@ class Splices:
         self.script = script
         self._splices: list[tuple[int, int, int, str]] = []
         self._deleted: set[ast.stmt] = set()
+        self._rows: dict[Any, set[ast.expr]] = {}  # table -> those to take out
         self._grown: set[ast.AST] = set()
         self.imports: set[str] = set()  # lines that have been added at the top
 
@@ -54,12 +55,23 @@ class Splices:
 
     def deleteRow(self, table: Any, row: ast.expr):
         """Takes a row out of a tuple or list."""
-        script, number = self.script, table.elts.index(row)
-        if number + 1 < len(table.elts):
-            self._add(script.span(row)[0], script.span(table.elts[number + 1])[0], '')
-        else:
-            self._add(script.span(table.elts[number - 1])[1], script.span(row)[1],
-                      ',' if isinstance(table, ast.Tuple) and len(table.elts) == 2 else '')
+        self._rows.setdefault(table, set()).add(row)
+
+    def _deletedRows(self, table: Any, gone: set[ast.expr]) -> Iterator[tuple[int, int, int, str]]:
+        """What takes rows out of a table: each run of them with the comma behind it, or with that before at the end."""
+        spans = [self.script.span(row) for row in table.elts]
+        kept = [number for number, row in enumerate(table.elts) if row not in gone]
+        if not kept:
+            yield *self.script.span(table), -1, '()' if isinstance(table, ast.Tuple) else '[]'
+            return
+        for before, after in zip([-1, *kept], kept):
+            if after > before + 1:
+                yield spans[before + 1][0], spans[after][0], -1, ''
+        last, end = spans[kept[-1]][1], spans[-1][1]
+        isAlone = isinstance(table, ast.Tuple) and len(kept) == 1
+        hasComma = b',' in self.script.data[end:self.script.span(table)[1]].split(b'#')[0]
+        if kept[-1] + 1 < len(table.elts) or isAlone and not hasComma:
+            yield last, end, -1, ',' if isAlone and not hasComma else ''
 
     def _add(self, begin: int, end: int, text: str):
         splice = begin, end, len(self._splices), text
@@ -70,6 +82,8 @@ class Splices:
     def text(self) -> str:
         """The text with all changes."""
         data, spans = self.script.data, list(self._splices)
+        for table, gone in self._rows.items():
+            spans += self._deletedRows(table, gone)
         for begin, end, text in self._deletions():
             spans = [each for each in spans if not (begin < each[1] and each[0] < end)]
             spans.append((begin, end, -1, text))

@@ -56,7 +56,7 @@ class World:
         place(game / "bin" / "kaVel", self.executable)
         shutil.copytree(ROOT / "scripts", self.folder / "scripts", ignore=shutil.ignore_patterns("__pycache__"))
         (self.folder / "assets").mkdir()
-        for kind in ("fonts", "models", "textures", "shaders"):
+        for kind in ("fonts", "icons", "models", "textures", "shaders"):
             shutil.copytree(ROOT / "assets" / kind, self.folder / "assets" / kind)
         # Much, and nothing that a test writes into; one with sounds of its own puts them in its place.
         os.symlink(ROOT / "assets" / "sound", self.folder / "assets" / "sound")

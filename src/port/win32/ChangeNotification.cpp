@@ -13,6 +13,7 @@
 #include <poll.h>
 #include <string>
 #include <sys/inotify.h>
+#include <system_error>
 #include <unistd.h>
 #include <unordered_map>
 #include <utility>
@@ -128,10 +129,12 @@ private:
 
     void takeChange(const inotify_event &event, const std::string &name)
     {
-        const bool isFolder = event.mask & IN_ISDIR;
         const bool isName = event.mask & (IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO);
         const auto parent = folders.find(event.wd);
-        if (isFolder && watchSubtree && event.mask & (IN_CREATE | IN_MOVED_TO) && parent != folders.end())
+        const bool appears = event.mask & (IN_CREATE | IN_MOVED_TO) && parent != folders.end();
+        std::error_code unknown; // the host tells of a link to a folder as of a file
+        const bool isFolder = event.mask & IN_ISDIR || (appears && fs::is_directory(parent->second / name, unknown));
+        if (isFolder && watchSubtree && appears)
             watch(parent->second / name);
         if (isName && !(filter & (isFolder ? FILE_NOTIFY_CHANGE_DIR_NAME : FILE_NOTIFY_CHANGE_FILE_NAME)))
             return;

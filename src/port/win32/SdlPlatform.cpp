@@ -47,6 +47,8 @@ SdlPlatform::SdlPlatform() : lastWindowNumber(FIRST_WINDOW_NUMBER) {}
 
 SdlPlatform::~SdlPlatform()
 {
+    for (SDL_Surface *icon : icons)
+        SDL_FreeSurface(icon);
     if (!SdlVideo::started())
         return;
     for (const Window &window : windows)
@@ -382,7 +384,9 @@ HANDLE SdlPlatform::LoadImageA(HINSTANCE, LPCSTR name, UINT type, int, int, UINT
     const std::string number = std::to_string(reinterpret_cast<std::uintptr_t>(name));
     const std::string path = hostPath("..\\assets\\icons\\") + number + ".bmp";
     SDL_Surface *picture = SDL_LoadBMP(path.c_str());
-    if (!picture)
+    if (picture)
+        icons.push_back(picture);
+    else
         SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
     return picture;
 }

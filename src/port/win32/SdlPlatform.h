@@ -12,6 +12,7 @@ struct SDL_KeyboardEvent;
 struct SDL_MouseButtonEvent;
 struct SDL_MouseMotionEvent;
 struct SDL_MouseWheelEvent;
+struct SDL_Surface;
 struct SDL_TextInputEvent;
 struct SDL_WindowEvent;
 union SDL_Event;
@@ -148,6 +149,7 @@ private:
     MessageQueue queue;
     std::vector<WindowClass> classes;
     std::vector<Window> windows;
+    std::vector<SDL_Surface *> icons;  ///< that were loaded, to the end: who loads one does not give it back
     std::vector<SDL_Window *> retired; ///< of destroyed windows; a device may still draw into them
     std::uintptr_t lastWindowNumber = 0;
     ATOM lastAtom = 0xC000; ///< where the platform's own numbers of classes begin

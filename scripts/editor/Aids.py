@@ -15,6 +15,8 @@ LAYER, HALF = 'grid', 20
 FINE, COARSE = kaVel.Vec4(0.5, 0.55, 0.6, 0.22), kaVel.Vec4(0.6, 0.65, 0.7, 0.45)
 #: How bright the light to work by is everywhere.
 WORK_LIGHT = 0.55
+#: The world is drawn at this part of the window's size at least, however slow that is.
+SHARP = 0.6
 
 
 class Aids:
@@ -24,6 +26,7 @@ class Aids:
         self._editor = editor
         self._kept: dict[str, Any] = editing.remembered.setdefault('aids', {'grid': True, 'light': False})
         self._ambient: float | None = None  # of the level, while the light to work by is on
+        self._scale: float | None = None    # of the picture, while that does not follow the time of frames
 
     @property
     def grid(self) -> bool:
@@ -39,11 +42,13 @@ class Aids:
         """The editor opens."""
         self._showGrid(self.grid)
         self._shine(self.light)
+        self._sharpen()
 
     def end(self) -> None:
         """The editor closes: the level looks as it is."""
         self._showGrid(False)
         self._shine(False)
+        self.letScaleFollow()
 
     def switchGrid(self) -> None:
         """Shows the grid, or hides it."""
@@ -54,6 +59,19 @@ class Aids:
         """Light to work by, or the level as dark as it is."""
         self._kept['light'] = not self.light
         self._shine(self.light)
+
+    def _sharpen(self) -> None:
+        """Has a picture that follows the time of frames stay sharp enough to build by."""
+        pacing, graphics = kaVel.getSystem('FramePacingSystem'), kaVel.getSystem('GraphicsSystem2')
+        if pacing.automaticScale:
+            self._scale, pacing.automaticScale = graphics.renderScale, False
+            graphics.renderScale = max(SHARP, self._scale)
+
+    def letScaleFollow(self) -> None:
+        """Has the picture follow the time of frames again, where it did before; for a level that is left, too."""
+        if self._scale is not None:
+            kaVel.getSystem('GraphicsSystem2').renderScale, self._scale = self._scale, None
+            kaVel.getSystem('FramePacingSystem').automaticScale = True
 
     def _showGrid(self, on: bool) -> None:
         component = self._editor.component

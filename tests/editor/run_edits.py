@@ -57,6 +57,9 @@ def edit(level):
     dice = random.Random(SEED)
     for _ in range(120):
         standing = pieces.all()
+        if not standing:
+            edits.undo()
+            continue
         piece = dice.choice(standing)
         one = dice.randrange(8)
         try:
@@ -84,24 +87,32 @@ def edit(level):
 
 
 def undo(level):
+    session.editing['.after'] = of(level)[1].position, treeDigest(level.getChild('yard'))
     of(level)[1].goTo(0)
 
 
-def compareHashes(level):
+def redo(level):
     first = treeDigest(level.getChild('yard')) == session.editing['.hash']
     kaVel.log('undone to the first hash: %s' % first)
+    of(level)[1].goTo(session.editing['.after'][0])
 
 
-STEPS = {2: edit, 4: undo, 6: compareHashes}
+def compareHashes(level):
+    last = treeDigest(level.getChild('yard')) == session.editing['.after'][1]
+    kaVel.log('done again to the last hash: %s' % last)
+
+
+STEPS = {2: edit, 4: undo, 6: redo, 8: compareHashes}
 """
 
 
-def test_random_edits_undone_give_the_first_hash_back(world):
+def test_random_edits_undone_give_the_first_hash_back_and_done_again_the_last(world):
     world.write("scripts/levels/Yard.py", YARD)
-    for seed in (1, 2, 3):
+    for seed in (1, 3, 6, 11):
         outcome = run(world, "Yard", "SEED = %d\n" % seed + RANDOM, clean=False)
         assert not outcome.has("Traceback"), outcome.log[-4000:]
         outcome.expect("undone to the first hash: True")
+        outcome.expect("done again to the last hash: True")
 
 
 TRACED = """

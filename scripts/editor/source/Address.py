@@ -17,16 +17,17 @@ Address = tuple[int, tuple[Step, ...]]
 
 def stepTo(child: Any) -> Step:
     """The step from an object's parent down to it."""
-    name, before = _nameOf(child), 0
+    name, before = nameOf(child), 0
     for each in child.parent.children:
         if each == child:
             break
-        if _nameOf(each) == name and not each.isDying():
+        if nameOf(each) == name and not each.isDying():
             before += 1
     return name, before
 
 
-def _nameOf(entity: Any) -> str:
+def nameOf(entity: Any) -> str:
+    """An object's name; empty for one that has none but that which the engine made up."""
     name = entity.getName()
     return '' if name.startswith('unnamed__') else name
 
@@ -50,7 +51,7 @@ def follow(root: Any, steps: tuple[Step, ...]) -> Any:
 
 
 def _ofName(root: Any, name: str):
-    return (each for each in root.children if _nameOf(each) == name and not each.isDying())
+    return (each for each in root.children if nameOf(each) == name and not each.isDying())
 
 
 def of(pieces: LevelPieces, entity: Any) -> Address:

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Any, Protocol
 
 import kaVel
-from editor.source import Address, Making, Parameters, Standing, Touches
+from editor.source import Address, Making, Order, Parameters, Standing, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -35,92 +35,84 @@ class Arguments:
     def __init__(self, piece: Piece, after: dict[str, Any]):
         self.piece = piece
         self.before, self.after = dict(piece.given), after
-        self._moved: list[_Move] = []
+        changed = {name for name in {*self.before, *after} if self.before.get(name) != after.get(name)}
+        self._motion = _motion(piece, self.before, after) if changed & PLACING else None
+        self._isMove = self._motion is not None and changed <= PLACING
+        self._moves: list[_Move] = []  # of the piece, and of those that it carries along
 
     def do(self, edits: LevelEdits):
         _standing(self.piece)
-        if self._moves():
-            if not self._stand(onwards=True):
-                self._plan(edits)
-                self._stand(onwards=True)
-        else:
-            self._give(edits, self.after, self.before)
+        if self._moves and self._stand(onwards=True):
+            return
+        carried = edits.pieces.below(self.piece) if self._motion else []
+        self._moves = [_Move(self.piece, self.after), *(_Move(each, _carried(each, self._motion)) for each in carried)]
+        if not self._stand(onwards=True):
+            self._give(edits, onwards=True)
 
     def undo(self, edits: LevelEdits):
         _standing(self.piece)
-        if self._stand(onwards=False):
-            return
-        self._give(edits, self.before, self.after)
-
-    def _moves(self) -> bool:
-        changed = {name for name in {*self.before, *self.after} if self.before.get(name) != self.after.get(name)}
-        if not changed <= PLACING or 'at' not in _full(self.piece, self.before) or not _isRigid(self.piece):
-            return False
-        return self._motion().isAll(self.piece.stand)
-
-    def _motion(self) -> Standing.Motion:
-        return Standing.Motion(_full(self.piece, self.before), _full(self.piece, self.after))
-
-    def _plan(self, edits: LevelEdits):
-        """Notes where the piece and the pieces below it stand, and will stand."""
-        piece = self.piece
-        motion = self._motion()
-        self._moved = [_Move(piece, motion, self.after)]
-        self._moved += [_Move(each, motion, _carried(each, motion)) for each in edits.pieces.below(piece)]
+        if not self._stand(onwards=False):
+            self._give(edits, onwards=False)
 
     def _stand(self, onwards: bool) -> bool:
-        """Stands all that it moves as it is after the move, or before; False where something was built anew since."""
-        if not self._moved or not all(move.isReady(onwards) for move in self._moved):
+        """Stands all that it moves as it is after the move, or before; False where something has to be built anew."""
+        if not self._isMove or not all(move.isPossible(onwards) for move in self._moves):
             return False
-        for move in self._moved:
+        for move in self._moves:
             move.stand(onwards)
         return True
 
-    def _give(self, edits: LevelEdits, wanted: dict[str, Any], present: dict[str, Any]):
-        piece = self.piece
-        carried = [(each, dict(each.given)) for each in edits.pieces.below(piece)]
-        for each in [piece, *(each for each, _ in carried)]:
+    def _give(self, edits: LevelEdits, onwards: bool):
+        """Has all of them built anew."""
+        for each in [self.piece, *edits.pieces.below(self.piece)]:
             Touches.find(each)
-        moves = 'at' in _full(piece, wanted) and any(wanted.get(name) != present.get(name) for name in PLACING)
-        motion = Standing.Motion(_full(piece, present), _full(piece, wanted)) if moves else None
-        piece.setGiven(wanted)
-        for each, _ in carried if motion else ():
-            each.setGiven(_carried(each, motion))
-        if piece.stand.isKept:
-            self._standKept(motion)
+        for move in self._moves:
+            move.give(onwards)
+        if self.piece.stand.isKept:
+            self._standKept(onwards)
             return
         try:
-            Making.rebuild(edits.pieces, piece, edits.properties)
+            Making.rebuild(edits.pieces, self.piece, edits.properties)
         except Refused:
-            piece.setGiven(present)
-            for each, given in carried:
-                each.setGiven(given)
+            for move in self._moves:
+                move.give(not onwards)
             raise
 
-    def _standKept(self, motion: Standing.Motion | None):
+    def _standKept(self, onwards: bool):
         """What others hold on to is not built anew: it is moved, and the rest shows when the level is loaded."""
+        ways = (self.before, self.after) if onwards else (self.after, self.before)
+        motion = _motion(self.piece, *ways) if self._motion else None
         if motion:
-            after = self.piece.stand.moved(motion)
-            after.restore()
-            self.piece.stand = after
+            self.piece.stand = self.piece.stand.moved(motion)
+            self.piece.stand.restore()
 
 
 class _Move:
-    """How one piece stands, and what its call says, before and after a move."""
+    """How one piece stands, and what its call says, before and after a change."""
 
-    def __init__(self, piece: Piece, motion: Standing.Motion, after: dict[str, Any]):
+    def __init__(self, piece: Piece, after: dict[str, Any]):
         self._piece = piece
+        self._motion = _motion(piece, piece.given, after)
         self._before = piece.stand, dict(piece.given)
-        self._after = piece.stand.moved(motion), after
+        self._after = piece.stand.moved(self._motion) if self._motion else piece.stand, after
 
-    def isReady(self, onwards: bool) -> bool:
-        return self._piece.stand is (self._before if onwards else self._after)[0]
+    def isPossible(self, onwards: bool) -> bool:
+        """Whether the piece stands as it was noted, and can be moved to where its pattern would have it."""
+        stand = self._before[0]
+        if self._motion is None:
+            return not stand.places
+        isNoted = self._piece.stand is (stand if onwards else self._after[0])
+        isRigid = stand.isRigid and bool(stand.places) and self._motion.isAll(stand)
+        return isNoted and (isRigid or stand.isKept)
 
     def stand(self, onwards: bool):
-        stand, given = self._after if onwards else self._before
+        stand = (self._after if onwards else self._before)[0]
         stand.restore()
         self._piece.stand = stand
-        self._piece.setGiven(given)
+        self.give(onwards)
+
+    def give(self, onwards: bool):
+        self._piece.setGiven((self._after if onwards else self._before)[1])
 
 
 def _full(piece: Piece, given: dict[str, Any]) -> dict[str, Any]:
@@ -130,22 +122,26 @@ def _full(piece: Piece, given: dict[str, Any]) -> dict[str, Any]:
     return every
 
 
-def _isRigid(piece: Piece) -> bool:
-    """Whether a piece can be moved as it stands: every object of it takes its place from a transform."""
-    return piece.stand.isRigid and bool(piece.stand.places)
+def _motion(piece: Piece, before: dict[str, Any], after: dict[str, Any]) -> Standing.Motion | None:
+    """What takes a piece from some arguments to others; None for one whose arguments tell no place."""
+    wholes = _full(piece, before), _full(piece, after)
+    return Standing.Motion(*wholes) if all(map(_tellsPlace, wholes)) else None
 
 
-def _carried(piece: Piece, motion: Standing.Motion | None) -> dict[str, Any]:
+def _tellsPlace(arguments: dict[str, Any]) -> bool:
+    return isinstance(arguments.get('at'), (tuple, list)) and len(arguments['at']) == 3
+
+
+def _carried(piece: Piece, motion: Standing.Motion) -> dict[str, Any]:
     """The arguments of a piece that moves along with the one that it hangs below."""
     from editor.source import Literals
     given = dict(piece.given)
-    if motion is None or 'at' not in _full(piece, given) or not isinstance(_full(piece, given)['at'], tuple):
+    whole = _full(piece, given)
+    if not _tellsPlace(whole):
         return given
-    x, y, z = _full(piece, given)['at']
-    place = motion.place(kaVel.Vec4(x, y, z, 1))
-    given['at'] = Literals.rounded('at', place)
-    if motion.turned and 'turn' in _full(piece, given):
-        given['turn'] = Literals.rounded('turn', _full(piece, given)['turn'] + motion.turned)
+    given['at'] = Literals.rounded('at', motion.place(kaVel.Vec4(*whole['at'], 1)))
+    if motion.turned and 'turn' in whole:
+        given['turn'] = Literals.rounded('turn', whole['turn'] + motion.turned)
     return given
 
 
@@ -174,19 +170,20 @@ class Removing:
     def __init__(self, edits: LevelEdits, pieces: list[Piece]):
         taken = set(pieces)
         self.tops = [piece for piece in pieces if not _isBelow(piece, taken)]
-        self._gone: list[tuple[Piece, Address.Address, Piece | None, Any]] = []
+        self._gone: list[tuple[Piece, Address.Address, Order.Behind]] = []
 
     def do(self, edits: LevelEdits):
         for piece in self.tops:
             _standing(piece)
         self._gone = []
-        gone, behind = [], _Behind(edits)
+        gone, order = [], Order.Order(edits.pieces)
+        self.tops.sort(key=order.place)
         for top in self.tops:
             for piece in [top, *edits.pieces.below(top)]:
                 Touches.find(piece)
         for top in self.tops:
             for piece in [top, *edits.pieces.below(top)]:
-                gone.append((piece, Address.of(edits.pieces, piece.parent), *behind.of(piece)))
+                gone.append((piece, Address.of(edits.pieces, piece.parent), order.behind(piece)))
         self._gone = gone
         roots = [top.root for top in self.tops]
         for piece, *_ in reversed(gone):
@@ -195,17 +192,12 @@ class Removing:
             Making.bury(root)
 
     def undo(self, edits: LevelEdits):
-        waiting: list[tuple[Piece, Piece | None, Any]] = []
-        for piece, address, following, handle in self._gone:
+        for piece, address, _ in self._gone:
             parent = Address.find(edits.pieces, address)
             if not parent:
                 raise Refused('what %r hung below is gone' % piece.name)
             Making.build(edits.pieces, piece, parent, edits.properties)
-            waiting.append((piece, following, handle))
-        for piece, following, handle in reversed(waiting):
-            sibling = following.root if following else handle
-            if sibling:
-                kaVel.Reflection.placeBefore(piece.root, sibling)
+        Order.restore(edits.pieces, [(piece, behind) for piece, _, behind in self._gone])
 
 
 def _isBelow(piece: Piece, taken: set[Piece]) -> bool:
@@ -215,23 +207,6 @@ def _isBelow(piece: Piece, taken: set[Piece]) -> bool:
             return True
         above = above.above
     return False
-
-
-class _Behind:
-    """What stands behind each child of its parent: a piece, since its root may change, or an object."""
-
-    def __init__(self, edits: LevelEdits):
-        self._pieces = edits.pieces
-        self._order: dict[Any, dict[Any, Any]] = {}
-
-    def of(self, piece: Piece) -> tuple[Piece | None, Any]:
-        parent = piece.parent
-        if parent not in self._order:
-            living = [each for each in parent.children if not each.isDying()]
-            self._order[parent] = dict(zip(living, living[1:]))
-        handle = self._order[parent].get(piece.root, kaVel.Handle())
-        other = self._pieces.pieceOf(handle) if handle else None
-        return (other, handle) if other and other.root == handle else (None, handle)
 
 
 class Renaming:
@@ -257,18 +232,15 @@ class Reparenting:
     def __init__(self, edits: LevelEdits, piece: Piece, parent: Any):
         self.piece = piece
         self._before, self._after = (Address.of(edits.pieces, each) for each in (piece.parent, parent))
-        self._behind: tuple[Piece | None, Any] = (None, kaVel.Handle())
+        self._behind = Order.Behind()
 
     def do(self, edits: LevelEdits):
-        self._behind = _Behind(edits).of(_standing(self.piece))
+        self._behind = Order.Order(edits.pieces).behind(_standing(self.piece))
         self._hang(edits, self._after)
 
     def undo(self, edits: LevelEdits):
         self._hang(edits, self._before)
-        piece, handle = self._behind
-        sibling = piece.root if piece else handle
-        if sibling:
-            kaVel.Reflection.placeBefore(self.piece.root, sibling)
+        Order.restore(edits.pieces, [(self.piece, self._behind)])
 
     def _hang(self, edits: LevelEdits, address: Address.Address):
         parent = Address.find(edits.pieces, address)

@@ -6,7 +6,7 @@ import traceback
 from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.source import Address, Standing, Touches
+from editor.source import Address, Order, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -22,9 +22,6 @@ def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, 
     Refused if its pattern fails; what it had made by then is gone.
     """
     root = _called(piece, parent)
-    fence = parent.getChild(Standing.FENCE) if piece.source and not before else None
-    if fence and fence.pattern is None and not fence.isDying():
-        before = fence  # a level fences its things when all of them stand
     if before:
         kaVel.Reflection.placeBefore(root, before)
     Touches.again(piece, root)
@@ -65,9 +62,10 @@ def _giveProperties(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any
 
 def rebuild(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any], parent: Any = None):
     """Has a piece built anew where it stands, and the pieces below it with it; the old one stays where that fails."""
-    old = piece.root
+    old, order = piece.root, Order.Order(pieces)
     below = [(each, Address.below(each.above.root if each.above else old, each.root.parent))
              for each in pieces.below(piece)]
+    places = [(each, order.behind(each)) for each, _ in below]
     before = old if parent is None else None
     build(pieces, piece, old.parent if parent is None else parent, properties, before)
     bury(old)
@@ -79,6 +77,7 @@ def rebuild(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any], paren
         else:
             kaVel.log('%s stood below what is no more, and is gone with it' % each)
             pieces.leave(each)
+    Order.restore(pieces, [(each, behind) for each, behind in places if each.root])
 
 
 def bury(root: Any):

@@ -181,6 +181,10 @@ class LevelPieces:
             entity = entity.parent
         return None
 
+    def builtAs(self, root: Any) -> Piece | None:
+        """The piece that an object is the root of."""
+        return self._byRoot.get(root)
+
     def named(self, name: str) -> Piece | None:
         """The first piece of a name, or of a path below the level."""
         for piece in self.all():

@@ -112,9 +112,13 @@ class Motion:
 
     def isAll(self, standing: Standing) -> bool:
         """Whether it has a piece stand as its pattern would: a pattern may turn its parts by an angle of their own."""
-        return not self._isTurn or all(
-            orientation == self._old and abs(position.x - self._from.x) + abs(position.z - self._from.z) < 1e-4
-            for _, position, orientation in standing.places)
+        if not self._isTurn:
+            return True
+        if self._old == orientation(0, 0, 0) and len(standing.places) > 1:
+            return False  # who knows which parts turn along
+        return all(
+            stood == self._old and abs(position.x - self._from.x) + abs(position.z - self._from.z) < 1e-4
+            for _, position, stood in standing.places)
 
     def place(self, position: kaVel.Vec4) -> kaVel.Vec4:
         if position == self._from:

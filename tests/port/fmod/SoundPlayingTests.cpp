@@ -315,3 +315,20 @@ TEST_F(SoundPlaying, TheLowLevelSystemMayBeReleasedAfterItsEventSystem)
     world.end();
     EXPECT_EQ(lowLevel->release(), FMOD_OK);
 }
+
+TEST(SoundOverlays, OfSeveralFoldersWithTheSameSampleTheLastOneIsHeard)
+{
+    SoundWorld world;
+    std::filesystem::create_directory(world.path("one"));
+    std::filesystem::create_directory(world.path("two"));
+    world.tone("hum.wav", 441, 1);
+    world.tone("one/hum.wav", 882, 1);
+    world.tone("two/hum.wav", 1764, 1);
+    port::setAudioOverlays({world.path("one"), world.path("two")});
+    world.load("group sfx\nevent Hum\n mode loop\n layer a\n sample hum.wav\n");
+    port::setAudioOverlays({});
+    world.play("Hum");
+    const Heard heard = world.render(0.3);
+    EXPECT_GT(heard.at(1764), 10 * heard.at(882));
+    EXPECT_GT(heard.at(1764), 10 * heard.at(441));
+}

@@ -118,10 +118,12 @@ FMOD_RESULT AudioEventSystem::readProject(const std::string &path, ProjectData &
 
 void AudioEventSystem::layOver(ProjectData &project, const std::string &file) const
 {
+    // A sample is stood in for once: the last folder's comes first.
+    for (auto overlay = overlays.rbegin(); overlay != overlays.rend(); ++overlay)
+        overlaySamples(project, *overlay + "/");
     for (const std::string &overlay : overlays)
     {
         const std::string overlayFolder = overlay + "/", path = overlayFolder + file;
-        overlaySamples(project, overlayFolder);
         ProjectData other;
         std::error_code none;
         if (std::filesystem::is_regular_file(path, none) && readProject(path, other) == FMOD_OK)

@@ -1,4 +1,5 @@
 #include "tools/editor/EditorComponent.h"
+#include "tools/editor/EditorLabels.h"
 #include "tools/editor/EditorSystem.h"
 
 #include "support/AllocationCount.h"
@@ -422,4 +423,12 @@ TEST_F(EditorWorld, AFrameOfAnOpenEditorAllocatesNothingAndAClosedOneDrawsItsSha
     editor->clearShapes(SCS("tool"));
     frames(2);
     EXPECT_EQ(withShapes - 1, graphics.getDrawCallCount());
+
+    editor->addShapeText(SCS("tool"), Vec4(0, 0, 6, 1), SCS("here"), Vec4(1, 1, 1, 1));
+    frames(2);
+    const auto labels = handle_cast<EditorLabels>(editor->getParent().lookup()->getChild(SCS("labels"))).lookup();
+    EXPECT_EQ(1u, labels->getWorldGeometry().texts.size());
+    editor->clearShapes(SCS("tool"));
+    frames(2);
+    EXPECT_TRUE(labels->getWorldGeometry().texts.empty());
 }

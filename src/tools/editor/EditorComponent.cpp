@@ -148,13 +148,7 @@ PickHit EditorComponent::castPast(float x, float y, bool pastSelection)
     if (!seen.isUsable() || !std::isfinite(x) || !std::isfinite(y))
         return {};
     const ViewRay ray = seen.rayAt(x, y);
-    const auto selected = [this](const Entity &entity)
-    {
-        for (const Object *step = &entity; step; step = step->getParent().lookup().ptr)
-            if (selection.has(unchecked_handle_cast<Entity>(step->getHandle())))
-                return true;
-        return false;
-    };
+    const auto selected = [this](const Entity &entity) { return selection.takesAlong(entity); };
     PickHit hit = picking.cast(*found, ray, pastSelection ? EditorPicking::Skip(selected) : EditorPicking::Skip());
     if (hit.entity.isValid())
         return hit;
@@ -363,15 +357,8 @@ void EditorComponent::beginDrag()
     if (Coordinator *const found = snap.toNeighbours ? findLevel() : nullptr)
     {
         dragBounds = selection.bounds();
-        snap.gatherNeighbours(*found,
-                              [this, found](const Entity &entity)
-                              {
-                                  for (const Object *step = &entity; step && step != found;
-                                       step = step->getParent().lookup().ptr)
-                                      if (selection.has(unchecked_handle_cast<Entity>(step->getHandle())))
-                                          return true;
-                                  return !picking.isPickable(entity);
-                              });
+        snap.gatherNeighbours(*found, [this](const Entity &entity)
+                              { return selection.takesAlong(entity) || !picking.isPickable(entity); });
     }
     tellDragBegan();
 }
@@ -559,7 +546,8 @@ bool EditorComponent::drawFrame()
 
 void EditorComponent::drawEditing(const EditorView &seen)
 {
-    selection.dropDead();
+    if (selection.dropDead())
+        selectionChanged();
     if (marksShown)
         drawMarks(seen);
     selection.draw(overlay);

@@ -86,6 +86,8 @@ void EditorOverlay::clear()
         for (const Handle<OverlayGraphics> &each : row)
             if (const auto drawn = each.lookup())
                 drawn->getInstances().clear();
+    if (const auto shown = labels.lookup())
+        shown->doFrame(); // none have been added since they were shown
 }
 
 void EditorOverlay::show(const EditorView &view)

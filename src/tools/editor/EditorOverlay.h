@@ -27,7 +27,7 @@ public:
 
     /// Makes the components below an entity, where there are none.
     void build(const Handle<Entity> &editor);
-    /// Empties all lists; they keep their memory.
+    /// Takes away all that is drawn; lists keep their memory.
     void clear();
     /// Says through which camera all is seen.
     void show(const EditorView &view);

@@ -47,13 +47,12 @@ public:
     /// Every thing whose drawn middle, or mark, is seen within a rectangle, each once.
     std::vector<Handle<Entity>> pickBox(Coordinator &level, const EditorView &view, const ViewRect &rect);
 
-    /// The marks of a level, lights first come first.
+    /// The marks of a level, in the order of its tree.
     const std::vector<PickMark> &marksOf(Coordinator &level);
     /// Whether a thing may be picked, by itself and by what it hangs on.
     bool isPickable(const Entity &entity) const;
     void setPickable(const Handle<Object> &entity, bool val);
     bool getPickable(const Handle<Object> &entity) const { return !barred.count(entity.getNumber()); }
-    void forgetBars() { barred.clear(); }
 
 private:
     std::unordered_set<machine_word> barred; ///< roots that are not to be picked, by number

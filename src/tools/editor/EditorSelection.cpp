@@ -102,6 +102,14 @@ void EditorSelection::clear()
     index.clear();
 }
 
+bool EditorSelection::takesAlong(const Object &entity) const
+{
+    for (const Object *step = &entity; step; step = step->getParent().lookup().ptr)
+        if (index.count(step->getHandle().getNumber()) != 0)
+            return true;
+    return false;
+}
+
 bool EditorSelection::dropDead()
 {
     const auto isDead = [](const Outline &outline)

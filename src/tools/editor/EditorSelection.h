@@ -25,6 +25,8 @@ public:
     bool remove(const Handle<Entity> &entity);
     void clear();
     bool has(const Handle<Entity> &entity) const { return index.count(entity.getNumber()) != 0; }
+    /// Whether an entity is selected, or stands below one that is.
+    bool takesAlong(const Object &entity) const;
     /// Drops what has died.
     /// @return whether there was any
     bool dropDead();

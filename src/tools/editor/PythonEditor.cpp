@@ -42,8 +42,11 @@ void EditorComponent::setSelected(const PythonObject &entities)
         raisePython(PyExc_ValueError, SCS("what is selected is given as a list of entities"));
         pythonRaisePending();
     }
+    const Py_ssize_t count = PySequence_Size(list);
+    if (count < 0)
+        pythonRaisePending();
     std::vector<Handle<Entity>> chosen;
-    for (Py_ssize_t i = 0; i < PySequence_Size(list); ++i)
+    for (Py_ssize_t i = 0; i < count; ++i)
     {
         const PythonRef item(PySequence_GetItem(list, i));
         if (item && isPythonHandle(item.get()))

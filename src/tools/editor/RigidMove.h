@@ -34,7 +34,6 @@ class RigidMove
 {
 public:
     void clear();
-    bool isEmpty() const { return places.empty(); }
     /// Takes an object with all below it; one that stands below another one which was taken comes along once.
     void take(const Handle<Object> &root);
     /// Puts all to where a motion takes it from where it stood.

@@ -17,8 +17,9 @@ struct WritablePlaces
 /// Gives up, for this process and all that it starts, what a game does not need. There is no way back.
 ///
 /// From then on files are made, changed and removed only in the given places (and devices of picture and sound are
-/// used), no program is started, and of sockets there are only those within this machine. Reading stays as it was. What
-/// is refused fails with EACCES or EPERM. Message boxes are shown by a process that is started before. Call it while
+/// used), no program is started, and of sockets there are only those within this machine. Reading stays as it was, and
+/// what other programs of the session do when they are asked through their sockets is not held back. What is refused
+/// fails with EACCES or EPERM. Message boxes are shown by a process that is started before. Call it while
 /// there is one thread: others would keep the right to write.
 /// @return a sentence for each part that this kernel does not have; none where all of it holds
 std::vector<std::string> confineProcess(const WritablePlaces &places);

@@ -25,7 +25,6 @@ public:
     void setHearsMouse(bool val) { hearsMouse = val; }
     /// Takes the next press of the left button that is on no bar, for `takePick`, or no longer.
     void setPicking(bool val) { picking = val; }
-    bool isPicking() const { return picking; }
     /// Where the press was that was taken, once.
     bool takePick(int &x, int &y);
     /// Lets go of everything.

@@ -183,6 +183,7 @@ TwBar *Bars::add(const char *name)
 void Bars::remove(TwBar *bar)
 {
     bar->deleted = true;
+    bar->remove(nullptr); // whoever draws it now stops
     dropDeleted();
 }
 

@@ -4,6 +4,7 @@
 #include "port/tweakbar/TweakBar.h"
 
 #include <array>
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -139,7 +140,7 @@ private:
     bool isShown(const TwBar &bar) const { return bar.visible && !bar.deleted && (showsAll || bar.always); }
 
     std::vector<std::unique_ptr<TwBar>> bars;
-    std::vector<TweakEnum> enums;
+    std::deque<TweakEnum> enums; ///< stay where they are: a control may be laid out while others come
     bool drawing = false;
     bool showsAll = true;
 };

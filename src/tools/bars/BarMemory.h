@@ -27,7 +27,6 @@ public:
 
     /// Reads a file, and keeps everything there from now on; an empty name keeps nothing.
     void setFile(const String &name);
-    const String &getFile() const { return file; }
 
     /// Where the bar of a key stood; nothing for one that is not known.
     std::optional<Place> placeOf(const std::string &key) const;

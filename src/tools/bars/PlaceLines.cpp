@@ -8,16 +8,14 @@
 #include "object/reflection/SavedArguments.h"
 #include "port/tweakbar/TweakBar.h"
 
-#include <cmath>
+#include "foundation/Finite.h"
+
+#include <cstring>
+#include <utility>
 
 namespace
 {
 constexpr const char *HEADING = "Place";
-
-bool isFinite(const Vec4 &v)
-{
-    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
-}
 
 Vec4 vectorOf(const void *value, float w)
 {
@@ -74,7 +72,8 @@ void PlaceLines::begin(const Line &line)
 
 void PlaceLines::finish(const Line &line)
 {
-    isBegun = false;
+    if (!std::exchange(isBegun, false))
+        return; // what was typed was refused
     move->clear();
     if (transform.isValid())
         getSystemDeref<TweakSystem>().tellEdited(transform, String::copyFrom(line.property), before,

@@ -209,7 +209,10 @@ void ScriptBar::Control::fillGraph(TwGraph *graph, void *self)
 void ScriptBar::Control::fillCurve(TwGraph *graph, void *self)
 {
     Control &control = *static_cast<Control *>(self);
+    const std::shared_ptr<Control> keep = control.shared_from_this();
     const ErrorReturn<String> text = control.call(control.get, "get").get<String>();
+    if (control.isRemoved)
+        return; // the numbers go with it
     std::vector<float> &curve = control.curve;
     curve.clear();
     const char *at = text.succeeded() ? text.value.toCString() : "";

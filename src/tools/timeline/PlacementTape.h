@@ -39,14 +39,14 @@ public:
     double getSeconds(std::int64_t moment) const;
     std::size_t getBytes() const { return bytes; }
 
-    /// Where all things were in a moment, which is brought to the nearest one kept. A thing that was not there yet has
-    /// no place.
-    /// @cost the changes between the moment that was asked for last and this one, or all before this one
+    /// A thing's place in a moment; one that was not there yet has none.
     struct Place
     {
         bool known = false;
         Placement placement;
     };
+    /// Where all things were in a moment, which is brought to the nearest one kept.
+    /// @cost the changes between the moment that was asked for last and this one, or all before this one
     const std::vector<Place> &seek(std::int64_t moment);
 
 private:

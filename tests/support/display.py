@@ -2,6 +2,7 @@
 
 The display is a virtual screen without a window manager; keys, focus and sizes come from `xdotool` as from a player.
 """
+import atexit
 import os
 import pathlib
 import subprocess
@@ -22,6 +23,7 @@ class Display:
             # Without the repeats of held keys: on a busy machine each key is one.
             ["Xvfb", "-displayfd", str(write), "-screen", "0", self.size + "x24", "-nolisten", "tcp", "-noreset", "-r"],
             pass_fds=[write], stderr=subprocess.DEVNULL)
+        atexit.register(self.server.kill)  # a case that fails before the end of its `with` leaves no screen behind
         os.close(write)
         with os.fdopen(read) as pipe:
             self.name = ":" + pipe.readline().strip()
@@ -55,6 +57,7 @@ class Game:
         with open(self.log_file, "wb") as log:
             self.process = subprocess.Popen([str(self.world.executable)], cwd=self.world.folder / "bin",
                                             env=self.variables, stdout=log, stderr=log)
+        atexit.register(self.process.kill)
         self.window = self.until(lambda: self.display.tool("search", "--onlyvisible", "--name", "^Mornal$"),
                                  "a window").split()[-1]
         return self

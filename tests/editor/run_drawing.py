@@ -1,73 +1,26 @@
 """The tools that draw a plan in the editor: a house grows under the mouse, and each stroke is undone."""
 import pathlib
-import re
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import driven
 import game
+from driven import said
 
-#: An empty map whose script does a step of the test in each frame.
+#: An empty map, and what its tests are written with.
 LEVEL = """
-import bindings
-import kaVel
-import objects.GameObjects as place
-from headless import treeDigest
-
-level = None
-steps = []
-
 
 def build(coordinator):
-    global level
-    level = coordinator
-    coordinator.loadMap('room')
-    driver = kaVel.make('Entity', parent=coordinator, name='driver')
-    kaVel.addComponent(driver, 'menu', 'ScriptComponent', frameCallback=lambda: steps and steps.pop(0)())
+    watch(coordinator)
 
 
 def room(root):
     pass
 
 
-def editor():
-    from editor.Editor import Editor
-    return Editor.of(level)
-
-
-def press(name, *modifiers):
-    codes = [*(bindings.KEYS[each] for each in modifiers), bindings.keyCode(name)]
-    devices = kaVel.getSystem('InputSystem')
-    steps.extend([lambda: [devices.keyDown(code) for code in codes], lambda: [devices.keyUp(code) for code in codes]])
-
-
-def mouse(message, button, where):
-    '''Has the mouse say something from a place of the world, as `InputSystem` would.'''
-    window, seen = kaVel.getSystem('WindowSystem2'), editor().component.toScreen(kaVel.Vec4(*where, 1))
-    side = max(window.width, window.height)
-    kaVel.send(message, button, seen.x / side, (window.height - seen.y) / side)
-
-
-def drag(begin, end):
-    steps.extend([lambda: mouse('MousePos', 0, begin), lambda: mouse('MouseDownMessage', 0, begin),
-                  lambda: mouse('MousePos', 0, end), lambda: None, lambda: mouse('MouseUpMessage', 0, end),
-                  lambda: None])
-
-
 def clicks(*places):
     for x, z in places:
-        drag((x, 0, z), (x, 0, z))
-
-
-def then(function):
-    steps.append(function)
-
-
-def say(what, tell):
-    steps.append(lambda: kaVel.log('%s: %s' % (what, tell())))
-
-
-def tree():
-    return treeDigest(level.getChild('room'))
+        click((x, 0, z))
 
 
 def pieces():
@@ -89,16 +42,9 @@ press('F8')
 
 
 def drawn(world, body, frames):
-    world.write("scripts/levels/Drawn.py", LEVEL + body)
-    run = world.run(level="Drawn", frames=frames, KAVEL_SIZE="1280x720", KAVEL_UNDRAWN="1")
-    run.expect_code(0)
+    run = driven.run(world, LEVEL + body, frames)
     assert not run.has("Traceback"), run.log[-4000:]
     return run
-
-
-def said(run, what):
-    """What a run has said of something, in order."""
-    return re.findall(rf"Information: {re.escape(what)}: (.*)", run.log)
 
 
 def test_a_house_is_drawn_with_partitions_doors_floor_and_round_and_undone(world):
@@ -123,7 +69,7 @@ say('slid', lambda: pieces()[-1][2].get('openings'))
 set('Openings', kind='window', width=1.5)
 drag((-2, 1.2, 2.9), (-2, 1.2, 2.9))
 say('window', lambda: pieces()[-1][2].get('openings'))
-say('history', lambda: editor().edits.history())
+say('history', lambda: len(editor().edits.history()))
 for each in range(5):
     press('Z', 'Ctrl')
 say('tree', tree)
@@ -137,6 +83,7 @@ say('tree', tree)
     (door,) = eval(said(run, "slid")[0])
     assert 1.5 <= door["along"] <= 2.5 and door["leaf"] == "door1", door
     assert eval(said(run, "window")[0])[1] == {"kind": "window", "wall": 2, "along": 6, "width": 1.5}
+    assert said(run, "history") == ["5"]
     before, after = said(run, "tree")
     assert before == after, "undo does not give the tree back"
 

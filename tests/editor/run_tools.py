@@ -1,32 +1,22 @@
 """The editor in a running level: it opens and closes with F8, and its tools follow mouse and keys."""
 import pathlib
-import re
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+import driven
 import game
 import png
+from driven import said
 
-#: A room whose script calls `drive(frame)` in every frame, and what such scripts are written with.
+#: A room with something in it, and a player.
 LEVEL = '''
-import kaVel
-import bindings
-import objects.GameObjects as place
-from headless import treeDigest
-from kaVel import Coordinator, MapRootEntity
 
-
-def build(coordinator: Coordinator):
-    global level
-    level = coordinator
-    coordinator.getManager('graphics2').sceneAmbient = 0.4
-    coordinator.loadMap('room')
+def build(coordinator):
+    watch(coordinator)
     place.Player(coordinator, at=(0, 0, -3))
-    driver = kaVel.make('Entity', parent=coordinator, name='driver')
-    kaVel.addComponent(driver, 'menu', 'ScriptComponent', frameCallback=step)
 
 
-def room(root: MapRootEntity):
+def room(root):
     place.PartitioningGrid(root, size=(16, 0, 16))
     for x in (-3, -1, 1, 3):
         for z in (-3, -1, 1, 3):
@@ -35,95 +25,16 @@ def room(root: MapRootEntity):
     place.Chair(root, 'chair', at=(2, 0, 1), turn=90)
 
 
-frame = 0
-steps = []
-
-
-def step():
-    global frame
-    frame += 1
-    if frame > 2 and steps:
-        steps.pop(0)()
-
-
-def key(name, *modifiers):
-    codes = [*(bindings.KEYS[each] for each in modifiers), bindings.keyCode(name)]
-    devices = kaVel.getSystem('InputSystem')
-    for code in codes:
-        devices.keyDown(code)
-    return lambda: [devices.keyUp(code) for code in reversed(codes)]
-
-
-def press(name, *modifiers):
-    """Steps that press a key together with others, and let go of them."""
-    up = []
-    steps.extend([lambda: up.append(key(name, *modifiers)), lambda: up[0]()])
-
-
-def mouse(message, button, pixel):
-    """Has the mouse say something from a place of the picture, as `InputSystem` would."""
-    window = kaVel.getSystem('WindowSystem2')
-    side = max(window.width, window.height)
-    kaVel.send(message, button, pixel[0] / side, (window.height - pixel[1]) / side)
-
-
-def pixel(place):
-    seen = editor().component.toScreen(kaVel.Vec4(*place, 1))
-    return seen.x, seen.y
-
-
-def drag(begin, end):
-    """Steps that press the button at one place of the world and let go at another."""
-    steps.extend([lambda: mouse('MousePos', 0, pixel(begin)), lambda: mouse('MouseDownMessage', 0, pixel(begin)),
-                  lambda: mouse('MousePos', 0, pixel(end)), lambda: None,
-                  lambda: mouse('MouseUpMessage', 0, pixel(end)), lambda: None])
-
-
-def click(place):
-    drag(place, place)
-
-
-def say(what, tell):
-    steps.append(lambda: kaVel.log('%s: %s' % (what, tell())))
-
-
-def then(function):
-    steps.append(function)
-
-
-def editor():
-    from editor.Editor import Editor
-    return Editor.of(level)
-
-
-def named(name):
-    return editor().pieces.named(name)
-
-
 def look():
     editor().camera.goTo((0, 6, -4), 0, 55)
 
 
-def tree():
-    """Count and hash of the room, and of the level but for what the editor has put there."""
-    return treeDigest(level.getChild('room'))
-
-
+steps += [lambda: None] * 2
 '''
 
 
-def drive(world, body, frames=120, **environment):
-    """Runs the level with steps of a test, and returns the outcome."""
-    world.write("scripts/levels/Edited.py", LEVEL + body)
-    run = world.run(level="Edited", frames=frames, KAVEL_SIZE="1280x720", **environment)
-    run.expect_code(0)
-    assert not run.has("could not do that"), run.log[-4000:]
-    return run
-
-
-def said(run, what):
-    """All that a run has said of something, in order."""
-    return re.findall(rf"Information: {re.escape(what)}: (.*)", run.log)
+def drive(world, body, frames=120):
+    return driven.run(world, LEVEL + body, frames)
 
 
 def test_the_key_opens_and_closes_and_nothing_is_rebuilt(world):
@@ -173,9 +84,11 @@ say('message', lambda: editor().messages[-1])
 say('tree', tree)
 """)
     assert said(run, "selected") == ["['desk']"], run.log[-3000:]
-    assert said(run, "none") == ["0"] and said(run, "tool") == ["Turn"]
+    assert int(said(run, "all")[0]) > 17 and said(run, "none") == ["0"] and said(run, "tool") == ["Turn"]
     assert said(run, "chair") == ["((0, 0, -1), 180)"], said(run, "chair")
     assert said(run, "hangs") == ["desk"]
+    assert said(run, "history") == ["['Duplicate desk', 'Move desk2', 'Delete desk2', 'Turn chair', "
+                                    "'Hang chair below desk', 'Move desk']"]
     assert said(run, "lifted") == ["((0, 0.25, 1), (0, 0.25, -1))"], said(run, "lifted")
     assert said(run, "message") == ["There is nothing to undo"]
     before, after = said(run, "tree")
@@ -325,7 +238,7 @@ def build(coordinator):
     assert said(run, "editor") == ["True False", "False True"], run.log[-3000:]
 
 
-def test_every_pattern_has_a_picture(world):
+def test_patterns_that_draw_something_or_nothing_have_pictures(world):
     run = world.run(level="Stand", frames=2, screenshot="of.png", KAVEL_SIZE="160x120",
                     KAVEL_VIEWS="Desk,Trigger,Swarm")
     run.expect_code(0)

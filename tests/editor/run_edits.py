@@ -1,5 +1,6 @@
 """Edits in a running level: undone to the first hash; what cannot be is told; the work of two people joins."""
 import pathlib
+import re
 import subprocess
 import sys
 
@@ -113,6 +114,8 @@ def test_random_edits_undone_give_the_first_hash_back_and_done_again_the_last(wo
         assert not outcome.has("Traceback"), outcome.log[-4000:]
         outcome.expect("undone to the first hash: True")
         outcome.expect("done again to the last hash: True")
+        edits = int(re.search(r"Information: (\d+) edits", outcome.log)[1])
+        assert edits > 50, f"only {edits} edits were made"
 
 
 TRACED = """
@@ -242,4 +245,4 @@ STEPS = {2: look}
 
 
 if __name__ == "__main__":
-    game.main({name: value for name, value in globals().items() if name != "run"})
+    game.main(dict(globals()))

@@ -51,7 +51,8 @@ class Game:
         variables = {key: value for key, value in os.environ.items() if not key.startswith("KAVEL_")}
         variables.pop("WAYLAND_DISPLAY", None)
         self.variables = dict(variables, DISPLAY=display.name, KAVEL_LEVEL=level, HOME=str(world.folder),
-                              XDG_CONFIG_HOME=str(world.folder / "config"), **environment)
+                              XDG_CONFIG_HOME=str(world.folder / "config"),
+                              PULSE_RUNTIME_PATH=str(world.folder / "pulse"), **environment)
 
     def __enter__(self):
         with open(self.log_file, "wb") as log:

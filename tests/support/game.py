@@ -81,7 +81,8 @@ class World:
         variables.pop("DISPLAY", None)
         variables.pop("WAYLAND_DISPLAY", None)
         variables.update(KAVEL_HEADLESS="1", KAVEL_FRAMES=str(frames), HOME=str(self.folder),
-                         XDG_CONFIG_HOME=str(self.folder / "config"), XDG_STATE_HOME=str(self.folder / "state"))
+                         XDG_CONFIG_HOME=str(self.folder / "config"), XDG_STATE_HOME=str(self.folder / "state"),
+                         PULSE_RUNTIME_PATH=str(self.folder / "pulse"))
         variables["KAVEL_LEVEL"] = level or "FirstRoom"  # small, and soon there
         if screenshot:
             variables["KAVEL_SCREENSHOT"] = str(self.folder / screenshot)

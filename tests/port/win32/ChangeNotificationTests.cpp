@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <unistd.h>
 
 namespace
 {
@@ -19,7 +20,7 @@ constexpr DWORD EVERYTHING = FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_D
 class Changes : public testing::Test
 {
 protected:
-    Changes() : root(fs::temp_directory_path() / ("kavel_changes_" + std::to_string(::rand())))
+    Changes() : root(fs::temp_directory_path() / ("kavel_changes_" + std::to_string(getpid())))
     {
         fs::create_directories(root / "below");
         std::ofstream(root / "below" / "file") << "x";

@@ -130,6 +130,13 @@ class Words:
         self.texts: dict[str, str] = {}
         self._take('', toml.values)
 
+    def readAnew(self) -> None:
+        """Takes the file as it is now, for all who have the texts; Fault, and they stay, where it is none."""
+        fresh = Words(self.toml.anew())
+        self.toml = fresh.toml
+        self.texts.clear()
+        self.texts.update(fresh.texts)
+
     def _take(self, above: str, values: dict[str, Any]) -> None:
         for name, value in values.items():
             key = above + name

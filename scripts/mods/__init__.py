@@ -391,6 +391,34 @@ def ownerOf(file: str) -> tuple[str, str] | None:
     return None
 
 
+# Files that change while the game runs
+
+def brought(path: str) -> str:
+    """The kind of what a file of the mods that are on brings; empty for one that brings nothing."""
+    for mod in _order:
+        if path.startswith(mod.folder + os.sep):
+            file = os.path.relpath(path, mod.folder)
+            return next((kind for (kind, _), each in mod.brings.items() if each == file), '')
+    return ''
+
+
+def isBuiltFrom(path: str, levelName: str) -> bool:
+    """Whether a level is built from a file of data of a mod: the level's own, or any pattern."""
+    kind = brought(path)
+    return kind == 'pattern' or kind == 'level' and os.path.splitext(os.path.basename(path))[0] == levelName
+
+
+def readWords(path: str) -> None:
+    """Takes the texts anew that are in a file of a mod; Fault, and the old ones stay, where it is none.
+
+    A file that is no table of a mod that is on is left alone.
+    """
+    for mod in _order:
+        for table in mod.contents.words.values() if mod.contents else ():
+            if table.toml.path == path:
+                table.readAnew()
+
+
 # Saves
 
 def named() -> dict[str, str]:

@@ -6,6 +6,7 @@ import time
 from typing import Any, NamedTuple
 
 import kaVel
+import mods
 from perLevel import PerLevel
 
 #: Name of the entity that bears the lines in a level.
@@ -51,8 +52,9 @@ def all() -> dict[str, Fault]:
 
 
 def shownPath(path: str) -> str:
-    """A file as it is told, from the folder of the game on."""
-    return path.removeprefix('../')
+    """A file as it is told, from the folder of the game on, or from that of its mod."""
+    owner = mods.ownerOf(path)
+    return owner[1] if owner else path.removeprefix('../')
 
 
 def show() -> None:

@@ -8,8 +8,10 @@ from typing import Any, Callable, Iterable
 
 import kaVel
 import levelScripts
+import mods
 import words
 from listeners import Listeners
+from mods.Tomls import Fault
 from reloading import Faults, Levels, Tables
 from reloading.Stamps import Stamp
 from words import Tables as WordTables
@@ -34,7 +36,12 @@ def take(changes: Changes) -> None:
 
 def _kindOf(path: str) -> str:
     end = os.path.splitext(path)[1]
-    if end == '.py':
+    if mods.ownerOf(path):
+        if end == '.py' or not mods.brought(path):
+            return 'later'
+        if end == '.toml':
+            return 'texts' if mods.brought(path) == 'text' else 'scripts'
+    elif end == '.py':
         name = os.path.relpath(path, SCRIPTS)
         isTable = os.path.dirname(name) == 'words' and name[len('words/'):][:1].islower()
         return 'texts' if isTable else 'scripts'
@@ -85,7 +92,10 @@ def _takeScripts(changes: Changes) -> None:
     ofLevel: Changes = {}
     for path, stamp in changes.items():
         name = moduleOf(path)
-        if levelScripts.isOfTheGame(name):
+        if mods.ownerOf(path):
+            if mods.isBuiltFrom(path, level.levelName):
+                ofLevel[path] = stamp
+        elif levelScripts.isOfTheGame(name):
             _takeOfTheGame(path, name, stamp)
         elif name in sys.modules or name == present or path in Faults.all() or _levelWaits():
             ofLevel[path] = stamp
@@ -97,14 +107,14 @@ def _takeScripts(changes: Changes) -> None:
 
 def _levelWaits() -> bool:
     """Whether the level could not be built, so that any script may mend it."""
-    return any(path == Levels.LEVEL or path.startswith(SCRIPTS) for path in Faults.all())
+    return any(map(Levels.isOfLevel, Faults.all()))
 
 
 def _hasBroken(changes: Changes) -> bool:
     """Whether scripts cannot be read at all; each is told, those that were told before among them."""
     before = [path for path in Faults.all() if path.startswith(SCRIPTS) and path not in changes]
     broken = False
-    for path in [*changes, *before]:
+    for path in (path for path in [*changes, *before] if path.endswith('.py')):
         if path in before and not os.path.exists(path):
             continue  # whether it is missed shows when the level is built
         trouble, line = _faultOf(path)
@@ -156,7 +166,7 @@ def _takeTexts(changes: Changes) -> None:
     """Has all texts read anew, unless a table that changed has a fault."""
     good = True
     for path in _readable(changes, lambda each: words.isRead(WordTables.nameOf(each))):
-        faults = words.faultsOf(WordTables.nameOf(path))
+        faults = _faultsOfTexts(path)
         if faults:
             Faults.tell(path, '\n'.join(faults))
             good = False
@@ -167,6 +177,16 @@ def _takeTexts(changes: Changes) -> None:
         words.readAgain()
         words.prepare()
         _done('texts', list(changes))
+
+
+def _faultsOfTexts(path: str) -> list[str]:
+    """What is wrong with a table; one of a mod need not have all texts."""
+    try:
+        mods.readWords(path)
+    except Fault as fault:
+        return [str(fault)]
+    owner = mods.ownerOf(path)
+    return [fault for fault in words.faultsOf(WordTables.nameOf(path)) if not owner or fault.startswith(owner[1])]
 
 
 # What the graphics device has
@@ -238,6 +258,15 @@ def _soundsIn(paths: Iterable[str]) -> list[str]:
     return [path for path in paths if path.endswith(('.fev', '.ogg'))]
 
 
+# What counts from the next start on
+
+def _tellOfNextStart(changes: Changes) -> None:
+    """Scripts of mods run as the player allowed them, and which files there are was found out at the start."""
+    for path in changes:
+        Faults.tell(path, 'The game began with the mod as it was: the change is seen at the next start.',
+                    seconds=NOTE_SECONDS)
+
+
 _TAKEN: dict[str, Callable[[Changes], None]] = {
     'texts': _takeTexts, 'effects': _takeEffects, 'textures': _takeTextures, 'models': _takeModels,
-    'sounds': _takeSounds, 'scripts': _takeScripts}
+    'sounds': _takeSounds, 'scripts': _takeScripts, 'later': _tellOfNextStart}

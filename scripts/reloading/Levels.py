@@ -8,6 +8,7 @@ from typing import Any, Callable
 import kaVel
 import levelScripts
 from listeners import Listeners
+from mods.Tomls import Fault
 from reloading import Faults
 
 #: What a failure of the level is told as where no script of it is to blame.
@@ -53,6 +54,7 @@ _loads: list[float] = []    # when the last ones were
 _span = (0, 0)              # when the last load began and ended, ns
 _own: dict[str, int] = {}   # loads in a row that wrote a file
 _left: dict[str, float] = {}  # files that are left alone: their last change, s
+_blamed: set[str] = set()     # what a failure of the level was told as, as long as it has not been built
 
 
 def renew(files: list[str]) -> None:
@@ -94,12 +96,18 @@ def succeed(old: kaVel.Coordinator, new: kaVel.Coordinator) -> None:
     files = _end()
     _goOn(old, new)
     for path in list(Faults.all()):
-        if path == LEVEL or path.startswith('../scripts/'):
+        if isOfLevel(path):
             Faults.mend(path)
+    _blamed.clear()
     kaVel.log('Reload: the level %s is built anew for %s, %.0f ms after they were seen'
               % (new.levelName, ', '.join(map(Faults.shownPath, files)), 1000 * (time.monotonic() - _wantedAt)))
     Faults.showIn(new)
     after.call(new, files)
+
+
+def isOfLevel(path: str) -> bool:
+    """Whether a fault of this file is one of the level, which is mended when that is built."""
+    return path in _blamed or path.startswith('../scripts/')
 
 
 def fail(error: BaseException) -> None:
@@ -107,7 +115,9 @@ def fail(error: BaseException) -> None:
     _end()
     place = levelScripts.placeOf(error)
     path, line = ('../' + place[0], place[1]) if place else (LEVEL, 0)
-    Faults.tell(path, '%s: %s' % (type(error).__name__, error), line)
+    _blamed.add(path)
+    cause = error.text if isinstance(error, Fault) else '%s: %s' % (type(error).__name__, error)
+    Faults.tell(path, cause, line)
 
 
 def _end() -> list[str]:

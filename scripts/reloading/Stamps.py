@@ -7,7 +7,7 @@ import stat
 from typing import Iterable, Iterator, NamedTuple
 
 #: Kinds of files that anything is done for, by how their names end.
-ENDS = ('.py', '.fx', '.fxh', '.dds', '.png', '.kaVelModel', '.fev', '.ogg')
+ENDS = ('.py', '.fx', '.fxh', '.dds', '.png', '.kaVelModel', '.fev', '.ogg', '.toml')
 
 
 class Stamp(NamedTuple):

@@ -12,6 +12,9 @@ What fails leaves the old in its place, and stands on the screen until it is men
 for which file, `Levels` builds the level anew, in which the player stays where he is, with what he carries. A file is
 known by its stamp (`Stamps`): the engine's `FolderWatchSystem` only tells that it is time to look.
 
+What the mods that are on consist of is watched, too: data is taken anew, while their scripts, and files that come new,
+count from the next start on.
+
 It is on in ordinary games that are played from a source tree, which the makers of the game do, and off elsewhere. The
 setting `reloadFiles` says otherwise for all games of a player, KAVEL_RELOAD (./play --reload) for one run, a headless
 one, too.
@@ -24,6 +27,7 @@ from typing import Any, Callable
 
 import GameConfig
 import kaVel
+import mods
 import settings
 from listeners import Listeners
 from reloading import Faults, Kinds, Levels, Stamps
@@ -43,6 +47,8 @@ _stamps: Stamps.Stamps | None = None  # while files are watched
 
 def attend() -> None:
     """Begins to watch, where it is wanted; for the start of the game."""
+    for mod in mods.loaded():
+        watch(mod.folder)
     settings.onChange(_follow)
     _switch()
 

@@ -232,6 +232,40 @@ def test_what_is_heard_read_and_set_is_taken_anew(world):
         play.until(FAULTS, "the next start")
 
 
+MANIFEST = "name = 'attic'\nversion = '1'\ntitle = 'Attic'\nlicence = 'CC0-1.0'\nkind = 'data'\n"
+SHELF = "[[place]]\npattern = 'Box'\nname = 'board'\nsize = [2, 2, %d]\nsurface = 'wood'\n"
+
+
+def test_data_of_mods_is_taken_anew_and_the_rest_of_them_waits(world):
+    mod = ".local/share/mornal/mods/attic"
+    shelf, texts, wood = f"{mod}/patterns/Shelf.toml", f"{mod}/words/english.toml", f"{mod}/textures/woodDiffuse.dds"
+    picture = (world.folder / "assets/textures/woodDiffuse.dds").read_bytes()
+    for path, content in {
+            f"{mod}/mod.toml": MANIFEST, shelf: SHELF % 1, texts: "menu.resume = 'Onwards'\n", wood: picture,
+            f"{mod}/levels/Hall.toml": "map = 'ground'\n[[place]]\npattern = 'Shelf'\nname = 'box'\n"}.items():
+        world.write(path, content)
+    with Play(world, KAVEL_MOD="attic", KAVEL_SAVES=str(world.folder)) as play:
+        depth = "say(level.getDescendantByPath('ground/box/board').getComponent('transform').scale.z)"
+        resume = "import words; say(words.text('menu.resume'))"
+        play.until(depth, "1.0")
+        play.write(shelf, SHELF % 3)
+        play.until(depth, "3.0")
+        play.write(texts, "menu.resume = 'Further'\n")
+        play.until(resume, "Further")
+        for path, broken, cause in ((shelf, SHELF.replace("Box", "Bax") % 2, "no pattern 'Bax'"),
+                                    (texts, "menu.", "toml:1")):
+            whole = play.read(path)
+            play.write(path, broken)
+            assert cause in play.until(FAULTS, cause) and "attic/" in play.ask(SHOWN)
+            assert play.ask(depth) == "3.0" and play.ask(resume) == "Further"
+            play.write(path, whole)
+            play.game.until(lambda: play.ask(FAULTS) == "[]", "no fault any more")
+        play.write(wood, picture[:-1] + b"\1")
+        play.game.until_logged("Reload: textures taken anew: attic/textures/woodDiffuse.dds")
+        play.write(f"{mod}/textures/newDiffuse.dds", picture)
+        play.until(SHOWN, "at the next start")
+
+
 def test_bad_files_cost_nothing_but_a_line_on_the_screen(world):
     scripts = world.folder / "scripts"
     with Play(world) as play:

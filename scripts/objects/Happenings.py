@@ -17,8 +17,6 @@ import kaVel
 import saves
 import words
 from objects import Guest, Sequences
-from objects.Bodies import solid
-from objects.Furniture import ButtonPost, PushButton
 from objects.Hands import handsOf
 from objects.Marks import marked
 from objects.Music import Music
@@ -28,6 +26,7 @@ from objects.Pockets import Page, pocketsOf
 from objects.Pointing import Pointer
 from objects.Safety import Safety
 from objects.Sounds import sounds
+from objects.Switches import ButtonOnPost
 from objects.Triggers import Trigger
 from objects.Visitor import visitorOf
 from perLevel import PerLevel, levelOf
@@ -120,6 +119,7 @@ def _shine(stage: _Stage, name: str, shines: bool | None):
         if each._getType().isSubclassOf(kaVel.Reflection.LightComponent):
             light: Any = each
             light.visible = not light.visible if shines is None else shines
+            kaVel.persist(light, 'setVisible', light.visible)
 
 
 def _start(stage: _Stage, name: str):
@@ -377,8 +377,7 @@ def _usable(spot: kaVel.Entity, volume: kaVel.BoundingVolume, deeds: Deeds, once
 def ButtonThatDoes(parent: kaVel.Object, name: str = '', at: Triple = (0, 0, 0), turn: float = 0.0,
                    do: Sequence[Deed] = (), once: bool = False, needs: str = ''):
     """A red button on a post that stands on `at`, and what happens when it is pressed."""
-    post = solid(ButtonPost, 'buttonPost')(parent, name, at=at, turn=turn)
-    PushButton(post, 'button', at=at, turn=turn)
+    post = ButtonOnPost(parent, name, at=at, turn=turn)
     block: Any = post.getChild('block')
     sounds(post, 'LampSwitch')
     deeds = Deeds(post, [('play', 'LampSwitch'), *do])

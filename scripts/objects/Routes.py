@@ -85,10 +85,8 @@ class _Cells:
         at = child.getComponent('transform').position
         layout = at.x, at.z, grid.gridCols, grid.gridRows, grid.cellSize
         if layout != self.layout:
-            self.free()
-            self.layout = layout
             self.atWork[self.owner] = self
-            self.block(grid)
+            _blockAnew(self.map, grid, layout)
 
     def block(self, grid: kaVel.SquareGrid):
         for left, near, right, far in self.areas:
@@ -110,11 +108,23 @@ class _Cells:
         self.written.clear()
 
 
+def _blockAnew(map: kaVel.MapRootEntity | None, grid: kaVel.SquareGrid, layout: tuple[object, ...]):
+    """Blocks all cells of a map that are to be, once all that were are free: areas may share cells."""
+    of = [each for each in _Cells.atWork.values() if each.map == map]
+    for each in of:
+        each.free()
+    for each in of:
+        each.layout = layout
+        each.block(grid)
+
+
 def _freeGone():
-    """Frees the cells whose owners are gone."""
+    """Frees the cells whose owners are gone; those of others among them are blocked again in their next frame."""
     for gone in [each for each in _Cells.atWork.values() if not each.owner or each.owner.isDying()]:
         gone.free()
         del _Cells.atWork[gone.owner]
+        for each in _Cells.atWork.values():
+            each.layout = ()
 
 
 settled.append(_freeGone)

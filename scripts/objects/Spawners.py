@@ -9,6 +9,7 @@ from typing import Any, Mapping
 
 import GameConfig
 import kaVel
+from mods.Levels import isPattern
 from objects.Happenings import startable
 from objects.MapSize import mapOf
 from objects.Placing import LevelClock, Pair, Triple, onFrame, placed
@@ -29,10 +30,10 @@ def Spawner(parent: kaVel.Object, name: str = '', pattern: str = 'Walker', at: T
     more than `atMost` at once, and no more than `total` come, 0 for without end. None comes nearer to the player
     than `away` metres. `arguments` are those of the pattern. One that does not work waits for a happening to start it.
     """
-    known = importlib.import_module('objects.GameObjects')
-    if not callable(getattr(known, pattern, None)):
+    known = [each for each, thing in vars(importlib.import_module('objects.GameObjects')).items() if isPattern(thing)]
+    if pattern not in known:
         raise ValueError('pattern is %r, and there is none of that name%s'
-                         % (pattern, kaVel.nearestHint(pattern, dir(known))))
+                         % (pattern, kaVel.nearestHint(pattern, known)))
     if not 0 < every[0] <= every[1]:
         raise ValueError('every is %r: give the least and the greatest number of seconds between two' % (every,))
     if atMost < 1 or total < 0 or radius < 0 or away < 0:

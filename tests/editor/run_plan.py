@@ -186,6 +186,7 @@ def house(map):
     place.PatrolRoute(map, 'round', points=[(5, 0, 0.7), (7, 0, 0.7)])
     place.Walker(map, 'sleeper', at=(7.2, 0, 3.2), route='round', walks=False, sees=False, hears=False, hurts=0)
     place.BlockedCells(map, 'noGo', areas=[(4.5, 1.4, 6.6, 2.6)])
+    place.BlockedCells(map, 'noGoEither', areas=[(4.5, 1.4, 5.4, 2.6)])
     place.TriggerArea(map, 'there', at=(6.2, 0, 2), size=(1, 1), do=[
         ('show', 'It moves.'), ('darken', 'lamp'), ('wait', 0.5), ('start', 'sleeper'), ('start', 'rats')])
     place.Spawner(map, 'rats', pattern='Crow', at=(1.0, 0, 1), radius=0.8, every=(0.2, 0.3), atMost=2, total=3,
@@ -246,6 +247,8 @@ def script(coordinator):
     MapSize.settle(coordinator)
     kaVel.log('note: freed %s' % (grid.getCellFloatValue(cell(6, 2).x, cell(6, 2).z, 0) < 0.9))
     yield
+    yield
+    kaVel.log('note: shared %s' % (grid.getCellFloatValue(cell(5, 2).x, cell(5, 2).z, 0) > 0.5))
     kaVel.log('note: end')
 '''
 
@@ -263,6 +266,7 @@ def test_walkers_pass_a_doorway_of_80_cm_and_no_wall_and_deeds_are_done(world):
     told = dict(note.split(" ", 1) for note in notes[4:-1])
     assert 3.4 < float(told["wall"]) < 3.75, told
     assert told["door"] == "True" and told["light"] == "False" and told["walked"] == told["freed"] == "True", told
+    assert told["shared"] == "True", "what two of them block is blocked as long as one of them is there"
     assert int(told["spawned"]) == 2 and told["blocked"] == "[0.9, 0.0, 0.0]", told
     run.expect("typo does 'open' to 'lamq', and nothing in the level has that name; did you mean 'lamp'?")
     run.expect("typo goes to the level 'Sampel', and there is none; did you mean 'Sample'?")

@@ -237,7 +237,7 @@ TEXTS: dict[str, str] = {
     'death.damp': 'The Damp heard you and had hold of you.',
     'death.fittings': 'You turned your back on a Fitting, and it laid hold of you.',
     'death.guest': 'The Guest found you by your light.',
-    'death.walker': 'It had seen you long before you saw it.',
+    'death.walker': 'You let it come too near.',
 
     # Lessons; most stand behind the key that they are about
     'teach.battery': 'put a fresh battery in',

@@ -19,7 +19,7 @@ from perLevel import PerLevel
 from reports import Archive
 
 #: In the user's folders, what no run begins from, or what is nobody else's business.
-LEFT_OUT = ('logs', 'reports', 'consoleHistory')
+LEFT_OUT = ('logs', 'reports', 'consoleHistory', 'unsaved')
 MOST_OF_A_FILE = 16 << 20
 MOST_OF_BEGIN = 64 << 20
 MOST_OF_LOG = 4 << 20
@@ -89,7 +89,7 @@ def _usersFiles():
     """The user's files: the name in the archive, and the path."""
     room = MOST_OF_BEGIN
     for kind in userFolders.KINDS:
-        home = userFolders.of(kind)
+        home = userFolders.of(kind) if kind != 'cache' else ''  # what can be made again
         for folder, folders, files in os.walk(home) if home else ():
             if folder == home:
                 folders[:] = [name for name in folders if name not in LEFT_OUT]

@@ -78,6 +78,15 @@ def _shown(file: str) -> str:
     return os.path.join('scripts', os.path.relpath(file, levelScripts.FOLDER)) if file else '.changes'
 
 
+class Removed(NamedTuple):
+    """A call of the scripts whose object a change has taken out."""
+    built: kaVel.BuiltFrom
+    parent: Any         # what it stood below
+    parentPath: str     # the same as the scripts name it
+    name: str
+    number: int         # of those with its name and parent
+
+
 class LevelChanges:
     """The changes of one level that is being built."""
 
@@ -91,6 +100,7 @@ class LevelChanges:
         self.numbers: dict[Any, int] = {}              # of what was called for, among those of its name and parent
         self._called, self._isRenamed = '', False      # the path of the call under way
         self.parents: dict[Any, str] = {}              # of what was hung elsewhere: its path in the scripts
+        self.removed: dict[Any, Removed] = {}
 
     def call(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any]):
         """The arguments of a pattern's call, with those that were changed."""
@@ -177,6 +187,7 @@ class LevelChanges:
     def _apply(self, level: kaVel.Coordinator, handle: Any, line: Line):
         try:
             if line.key == REMOVED:
+                self._noteRemoved(handle)
                 handle.setName('.gone')
                 handle.murder()
             elif line.key == PARENT:
@@ -193,6 +204,13 @@ class LevelChanges:
                 raise ValueError('no script of the level has called for it by a pattern')
         except Exception as error:
             self._tell(line, str(error))
+
+    def _noteRemoved(self, handle: Any):
+        for each in kaVel.descendants(handle):
+            built = each.pattern
+            if isinstance(built, kaVel.BuiltFrom) and built.calls and built.atStart and each not in self.removed:
+                self.removed[each] = Removed(built, each.parent, self._scriptsPath(each.parent),
+                                             nameInScripts(built) or each.getName(), self.numbers.get(each, 0))
 
     def _tell(self, line: Line, cause: str):
         kaVel.log('%s:%d: the change of %s is left out: %s' % (_shown(self._file), line.number, line.path, cause))
@@ -216,6 +234,19 @@ def parentInScripts(levelName: str, root: Any) -> str | None:
     """Path below the level of what the scripts hang an object below that a change hangs elsewhere; None for others."""
     changes = _ofLevels.get(levelName)
     return changes.parents.get(root) if changes else None
+
+
+def removedInScripts(levelName: str) -> dict[Any, Removed]:
+    """What the scripts of a level call for and a change has taken out, parents before what stood below them."""
+    changes = _ofLevels.get(levelName)
+    return changes.removed if changes else {}
+
+
+def nameInScripts(built: kaVel.BuiltFrom) -> str:
+    """The name that a script gave where a change has given another one; '' where none has."""
+    arguments, options = built.called or ((), {})
+    name = options.get('name', arguments[1] if len(arguments) > 1 else '')
+    return name if isinstance(name, str) else ''
 
 
 @contextlib.contextmanager

@@ -156,6 +156,53 @@ def test_a_change_stands_in_the_line_it_came_from_or_beside_the_level(world):
     assert notes.count("\n") == 3, notes
 
 
+REMOVED = """
+from editor.source import Writing
+
+
+def boxes(level):
+    return [piece for piece in of(level)[0].all() if piece.name == 'box']
+
+
+def taken(number):
+    def step(level):
+        of(level)[1].remove(boxes(level)[number])
+        Writing.save(level)
+        reload(level)
+    return step
+
+
+def back(level):
+    kaVel.log('left: %s' % [piece.arguments['at'][0] for piece in boxes(level)])
+    pieces, edits = of(level)
+    kaVel.log('unsaved: %r' % Writing.diff(level))
+    edits.undo()
+    kaVel.log('undone: %s' % sorted(piece.arguments['at'][0] for piece in boxes(level)))
+    Writing.save(level)
+    reload(level)
+
+
+def look(level):
+    kaVel.log('saved: %s' % sorted(piece.arguments['at'][0] for piece in boxes(level)))
+
+
+STEPS = {2: taken(1), 5: taken(0), 8: back, 11: look}
+"""
+
+
+def test_what_is_left_of_equal_names_is_what_was_not_removed(world):
+    pairs = "    for x in (1, 3):\n        two(map, x)\n"
+    helper = ("\n\ndef two(map: MapRootEntity, x: float):\n"
+              "    place.Crate(map, 'box', at=(x, 0, 5))\n    place.Crate(map, 'box', at=(x + 1, 0, 5))\n")
+    for calls in ("    two(map, 1)\n    two(map, 3)\n", pairs):
+        world.write("scripts/levels/Yard.py",
+                    YARD.replace("    place.makeSolid(map)\n", calls + "    place.makeSolid(map)\n") + helper)
+        outcome = run(world, "Yard", REMOVED, frames=13)
+        for told in ("left: [3, 4]", "unsaved: ''", "undone: [1, 3, 4]", "saved: [1, 3, 4]"):
+            outcome.expect(told)
+        (world.folder / "scripts/levels/Yard.changes").unlink(missing_ok=True)
+
+
 OUTSIDE = """
 import os
 

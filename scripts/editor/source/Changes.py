@@ -44,8 +44,10 @@ class Arguments:
         _standing(self.piece)
         if self._moves and self._stand(onwards=True):
             return
-        carried = edits.pieces.below(self.piece) if self._motion else []
-        self._moves = [_Move(self.piece, self.after), *(_Move(each, _carried(each, self._motion)) for each in carried)]
+        self._moves = [_Move(self.piece, self.after)]
+        if self._motion:
+            motion = self._motion
+            self._moves += [_Move(each, _carried(each, motion)) for each in edits.pieces.below(self.piece)]
         if not self._stand(onwards=True):
             self._give(edits, onwards=True)
 

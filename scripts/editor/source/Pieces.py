@@ -33,6 +33,7 @@ class Source:
         self.given = given
         self.parentPath = parentPath
         self.number = 0  # of those with its name and parent, in the order of the scripts
+        self.isRemoved = False  # whether the level's file of changes takes out what the call makes
 
 
 class Piece:
@@ -167,7 +168,7 @@ class LevelPieces:
         return iter(self.all())
 
     def __len__(self):
-        return len(self._numbered)
+        return len(self.all())
 
     def number(self, number: int) -> Piece | None:
         return self._numbered.get(number)
@@ -243,7 +244,8 @@ class LevelPieces:
         self._last += 1
         piece.number = self._last
         self._numbered[piece.number] = piece
-        self._byRoot[piece.root] = piece
+        if piece.root:
+            self._byRoot[piece.root] = piece
 
     def enterFound(self, piece: Piece):
         """Enters a piece whose root stands in a level that was loaded anew."""
@@ -274,6 +276,19 @@ class LevelPieces:
         for piece, standing in standings.found.items():
             piece.stand = standing
             standing.isKept = standing.isKept or _hasMore(piece)
+        self._collectRemoved()
+
+    def _collectRemoved(self):
+        """Enters the calls that a change has left without an object: they are as good as removed and saved."""
+        known: dict[Any, Piece] = {}
+        for root, removed in levelChanges.removedInScripts(self.levelName).items():
+            self._last += 1
+            piece = known[root] = Piece(self._last, kaVel.Handle(), removed.built.pattern)
+            piece._built, piece._name, piece.removed = removed.built, removed.name, True
+            piece.above = known.get(removed.parent) or self.pieceOf(removed.parent)
+            piece.source = _LateSource(piece, removed.built, removed.name, removed.parentPath)
+            piece.source.number, piece.source.isRemoved = removed.number, True
+            self._numbered[piece.number] = piece
 
     def _found(self, root: Any, built: kaVel.BuiltFrom, places: dict[Any, Any]) -> Piece:
         self._last += 1
@@ -286,7 +301,7 @@ class LevelPieces:
             places[parent] = piece.above, piece.steps, pathInLevel(parent)
         piece.above, piece.steps, path = places[parent]
         path = levelChanges.parentInScripts(self.levelName, root) or path
-        piece.source = _LateSource(piece, built, _calledName(built) or piece._name, path)
+        piece.source = _LateSource(piece, built, levelChanges.nameInScripts(built) or piece._name, path)
         number = levelChanges.numberInScripts(self.levelName, root)
         piece.source.number = self._counts.get((path, piece.source.name), 0) if number is None else number
         self._counts[path, piece.source.name] = piece.source.number + 1
@@ -312,6 +327,7 @@ class _LateSource(Source):
         self.name = name
         self.parentPath = parentPath
         self.number = 0
+        self.isRemoved = False
         self._piece = piece
         self._built = built
         self._told: dict[str, Any] | None = None
@@ -322,13 +338,6 @@ class _LateSource(Source):
             called = self._built.called or (self._built.arguments, self._built.options)
             self._told = Parameters.given(self._piece.pattern, *called)
         return self._told
-
-
-def _calledName(built: kaVel.BuiltFrom) -> str:
-    """The name that the script gave, where a note has changed it."""
-    arguments, options = built.called or ((), {})
-    name = options.get('name', arguments[1] if len(arguments) > 1 else '')
-    return name if isinstance(name, str) else ''
 
 
 def parentPath(root: Any) -> str:

@@ -22,11 +22,20 @@ def follow(pieces: LevelPieces, level: kaVel.Coordinator):
     numbers = {new: old for old, new in found.items()}
     unsaved: list[tuple[Piece, str, dict[str, Any]]] = []
     gone: list[Piece] = []
-    lost = [old for old in pieces.everyone() if old not in found]
+    lost: list[tuple[Piece, bool]] = []  # and whether it is to stand again
+    for old in pieces.everyone():
+        if old not in found:
+            lost.append((old, old.source is None and old.saved is None and not old.removed))
+            old.source = None
     for new in fresh.everyone():
         old = numbers.get(new)
         if old is None:
             pieces.adopt(new)
+            continue
+        if new.removed:
+            old.source = new.source
+            if not old.removed:
+                lost.append((old, True))  # it was brought back since it was saved
             continue
         if old.removed:
             gone.append(old)
@@ -44,9 +53,12 @@ def follow(pieces: LevelPieces, level: kaVel.Coordinator):
 def _paired(pieces: LevelPieces, fresh: LevelPieces) -> dict[Piece, Piece]:
     """Old pieces and those that stand for them: by what they are now, or else by what the scripts said of them."""
     pairs: dict[Piece, Piece] = {}
-    there = _byPath(fresh.everyone(), lambda piece: piece.path)
-    for known in (_byPath(pieces.all(), lambda piece: piece.path),
-                  _byPath([piece for piece in pieces.everyone() if piece.source], _pathInScripts)):
+    called = [piece for piece in pieces.everyone() if piece.source]
+    present = _byPath(fresh.all(), lambda piece: piece.path)
+    absent = {_callInScripts(piece): piece for piece in fresh.everyone() if piece.removed}
+    for known, there in ((_byPath(pieces.all(), lambda piece: piece.path), present),
+                         ({_callInScripts(piece): piece for piece in called}, absent),
+                         (_byPath(called, _pathInScripts), present)):
         taken = set(pairs.values())
         for key, old in known.items():
             new = there.get(key)
@@ -58,6 +70,10 @@ def _paired(pieces: LevelPieces, fresh: LevelPieces) -> dict[Piece, Piece]:
 def _pathInScripts(piece: Piece) -> str:
     assert piece.source
     return piece.source.parentPath + '/' + piece.source.name
+
+
+def _callInScripts(piece: Piece) -> tuple[str, int]:
+    return _pathInScripts(piece).lstrip('/'), piece.source.number if piece.source else 0
 
 
 def _byPath(pieces: list[Piece], pathOf: Any) -> dict[tuple[str, int], Piece]:
@@ -93,14 +109,14 @@ def _stand(old: Piece, new: Piece):
 
 
 def _again(pieces: LevelPieces, unsaved: list[tuple[Piece, str, dict[str, Any]]], gone: list[Piece],
-           lost: list[Piece]):
+           lost: list[tuple[Piece, bool]]):
     """Does again what was not saved, and forgets what is nowhere."""
     edits = pieces.edits
     properties = edits.properties if edits else {}
     if edits:
         edits.begin(Files.Texts(pieces.levelName))
-    for piece in lost:
-        _seek(pieces, piece, properties)
+    for piece, isWanted in lost:
+        _seek(pieces, piece, isWanted, properties)
     for piece, name, given in unsaved:
         try:
             piece.setGiven(given)
@@ -116,18 +132,17 @@ def _again(pieces: LevelPieces, unsaved: list[tuple[Piece, str, dict[str, Any]]]
         edits.setAgain()
 
 
-def _seek(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any]):
-    """Builds a piece again that was added and not saved; any other one is gone from the scripts."""
-    wasAdded = piece.source is None and piece.saved is None and not piece.removed
-    piece.source, piece.root = None, kaVel.Handle()
+def _seek(pieces: LevelPieces, piece: Piece, isWanted: bool, properties: dict[Any, Any]):
+    """Builds a piece again that was added, or brought back, and not saved; any other one is gone from the scripts."""
+    piece.root = kaVel.Handle()
     try:
         piece.pattern = Parameters.named(piece.patternName)
     except LookupError:
-        wasAdded = False
+        isWanted = False
     parent: Any = piece.above.root if piece.above else pieces.level
     for name, _ in piece.steps if parent else ():
         parent = parent.getChild(name)
-    if wasAdded and parent:
+    if isWanted and parent:
         try:
             Making.build(pieces, piece, parent, properties)
             return

@@ -41,7 +41,7 @@ class Removing:
         return False
 
     def _isGone(self, pieces: list[Piece]) -> bool:
-        return bool(pieces) and all(piece in self._gone for piece in pieces)
+        return all(piece in self._gone for piece in pieces) and any(map(_isNew, pieces))
 
     def _takeRow(self, piece: Piece) -> bool:
         """Deletes the row of a loop's table that a removed piece came from, if all of that row was removed."""
@@ -63,6 +63,7 @@ class Removing:
         if not all(isinstance(each, ast.For) or isinstance(each, ast.Expr) and each.value in calls
                    for each in _statements(loop)):
             return False
+        isNew = False
         for site in self._sites.all():
             for piece in site.pieces:
                 scope = site.scopeOf.get(piece)
@@ -70,13 +71,20 @@ class Removing:
                     return False
                 while scope:
                     found = scope.rows.get(Tracing.rowOf(loop))
-                    if found and found.node is row and piece not in self._gone:
-                        return False
+                    if found and found.node is row:
+                        if piece not in self._gone:
+                            return False
+                        isNew = isNew or _isNew(piece)
                     scope = scope.caller
-        return True
+        return isNew
 
     def _callsOf(self, piece: Piece) -> list[Any]:
         return [call for call, pieces in self._sites.through.items() if piece in pieces]
+
+
+def _isNew(piece: Piece) -> bool:
+    """Whether a piece was removed since the level was loaded, rather than by its file of changes."""
+    return bool(piece.source) and not piece.source.isRemoved
 
 
 def _statements(loop: ast.For) -> list[ast.stmt]:

@@ -6,6 +6,7 @@ import math
 from typing import TYPE_CHECKING, Any, NamedTuple
 
 import kaVel
+from editor.source import Address
 
 if TYPE_CHECKING:
     from editor.source.Pieces import Piece
@@ -86,6 +87,8 @@ def _note(standing: Standing, entity: Any):
         standing.places.append((entity, entity.position, entity.orientation))
     elif kind == 'Entity' and entity.getName() == FENCE and entity.pattern is None:
         standing.isFenced = True
+    if kind == 'DynamicMeshAsset' and not Address.nameOf(entity):
+        return  # what a component makes for itself once it is seen
     if kind not in RIGID:
         standing.isRigid = False
         standing.isKept = standing.isKept or kind in KEPT

@@ -351,12 +351,17 @@ TEST_F(EditorWorld, TheEditorTakesThePictureAndTheInputAndGivesThemBack)
 
 TEST_F(EditorWorld, OfTwoLevelsTheOneInChargeIsEdited)
 {
+    WindowSystem2 &window = getSystemDeref<WindowSystem2>();
+    editor->close();
+    window.setCursorMode(WindowSystem2::CURSOR_RELATIVE);
+    editor->open();
     const Handle<Coordinator> second = level.anotherCoordinator();
     EditorComponent *const other = makeEditor(second);
     other->open();
     EXPECT_FALSE(editor->getActive()) << "one at a time";
     frames(1);
     EXPECT_FALSE(other->getActive()) << "its level is not in charge";
+    EXPECT_EQ(WindowSystem2::CURSOR_RELATIVE, window.getCursorMode()) << "as the first one found it";
     editor->open();
     getSystemDeref<GameLoopSystem>().setCurrentlyActiveCoordinator(second);
     frames(2);

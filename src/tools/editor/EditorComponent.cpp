@@ -90,13 +90,14 @@ void EditorComponent::begin(Coordinator &inLevel)
     active = true;
     level = handle_cast<Coordinator>(inLevel.getHandle());
     prepareDrawing();
+    // First: another level's editor gives the pointer back as it found it.
+    getSystemDeref<EditorSystem>().attend(getTypedHandle());
     WindowSystem2 &window = getSystemDeref<WindowSystem2>();
     pointerWasHeld = window.getCursorMode() == WindowSystem2::CURSOR_RELATIVE;
     pointerWasShown = window.getPointerShown();
     camera.begin(inLevel);
     events.clear();
     gesture = FREE;
-    getSystemDeref<EditorSystem>().attend(getTypedHandle());
     holdInput();
     window.setPointerShown(true);
 }

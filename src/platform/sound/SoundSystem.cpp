@@ -11,9 +11,9 @@
 
 #include "foundation/Logger.h"
 #include "foundation/Random.h"
+#include "foundation/TextLines.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace
 {
@@ -30,15 +30,6 @@ constexpr int BEHIND_SOUND_MANAGERS = 1001;
 void logNotice(const std::string &text, bool isProblem)
 {
     KV_LOG(isProblem ? Logger_::I_WARNING : Logger_::I_INFO, text.c_str());
-}
-
-std::vector<std::string> linesOf(const String &text)
-{
-    std::vector<std::string> lines;
-    std::istringstream source(text.toCString());
-    for (std::string line; std::getline(source, line);)
-        lines.push_back(line);
-    return lines;
 }
 
 bool isPlaying(FMOD::Event &event)

@@ -57,6 +57,10 @@ inline Quaternion fromBar<Quaternion>(const void *value)
 /// Where a control of a bar is seen, or with null the bar: left, top, right and lower edge in pixels; zeros for nowhere.
 Vec4 placeOf(TwBar *bar, const char *control);
 
+/// Whether a curve can show a value; no function, which scripts would have as well.
+inline constexpr auto isNumber = [](const Variant &value)
+{ return value.getType() == Variant::VT_FLOAT || value.getType() == Variant::VT_INT64; };
+
 /// What a value that has no control of its own reads as.
 String describe(const Variant &value);
 } // namespace BarValues

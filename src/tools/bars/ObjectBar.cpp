@@ -1,5 +1,6 @@
 #include "tools/bars/ObjectBar.h"
 
+#include "tools/bars/BarParams.h"
 #include "tools/bars/BarValues.h"
 #include "tools/bars/ObjectPath.h"
 #include "tools/bars/Subscriptions.h"
@@ -7,7 +8,7 @@
 
 #include "ai/trees/BTComponent.h"
 #include "engine/entities/ComponentKeys.h"
-#include "engine/entities/Entity.h"
+#include "engine/entities/ComponentOf.h"
 #include "engine/transforms/TransformComponent.h"
 #include "object/tree/WellKnownPaths.h"
 #include "port/tweakbar/TweakBar.h"
@@ -32,13 +33,6 @@ bool isComponent(const Object &object)
 {
     return object.getType()->isSubclassOf(AbstractComponent::staticType);
 }
-
-template <class T>
-Handle<T> componentOf(const Handle<Object> &object, const String &key)
-{
-    const auto live = object.lookup();
-    return live ? handle_cast<T>(live->getChild(key)) : Handle<T>();
-}
 } // namespace
 
 ObjectBar::ObjectBar(const Handle<Object> &object) : object(object), path(objectPath(object))
@@ -47,10 +41,9 @@ ObjectBar::ObjectBar(const Handle<Object> &object) : object(object), path(object
     bar = TwNewBar(String::format("object %u", object.getNumber()).toCString());
     setText(nullptr, "label", titleOf(*target));
     addHead();
-    const Handle<TransformComponent> transform = componentOf<TransformComponent>(object, ComponentKeys::transform);
-    if (transform.isValid())
+    if (const auto *const transform = componentOf<TransformComponent>(object, ComponentKeys::transform))
     {
-        place = std::make_unique<PlaceLines>(object, transform);
+        place = std::make_unique<PlaceLines>(object, ::getHandle(transform));
         place->addTo(bar);
     }
     addPropertyLines(bar, object, "", String(), lines);
@@ -66,7 +59,7 @@ ObjectBar::~ObjectBar()
 
 void ObjectBar::setText(const char *line, const char *parameter, const String &text)
 {
-    TwSetParam(bar, line, parameter, TW_PARAM_CSTRING, 1, text.toCString());
+    BarParams::setText(bar, line, parameter, text);
 }
 
 void ObjectBar::addButton(const char *name, const char *help, void (*pressed)(void *), bool beside)
@@ -75,8 +68,7 @@ void ObjectBar::addButton(const char *name, const char *help, void (*pressed)(vo
     TwAddButton(bar, line.c_str(), pressed, this);
     setText(line.c_str(), "label", String::copyFrom(name));
     setText(line.c_str(), "help", String::copyFrom(help));
-    const int number = beside;
-    TwSetParam(bar, line.c_str(), "sameline", TW_PARAM_INT32, 1, &number);
+    BarParams::setNumber(bar, line.c_str(), "sameline", beside);
 }
 
 void ObjectBar::addHead()
@@ -107,14 +99,14 @@ void ObjectBar::addHead()
         true);
     origin = getSystemDeref<TweakSystem>().tell(object, SCS("place"));
     tellPath();
-    if (!componentOf<BTComponent>(object, ComponentKeys::behaviors).isValid())
+    if (!componentOf<BTComponent>(object, ComponentKeys::behaviors))
         return;
     TwAddVarCB(
         bar, "head why", TW_TYPE_STDSTRING, nullptr,
         [](void *value, void *self)
         {
-            const auto mind =
-                componentOf<BTComponent>(static_cast<ObjectBar *>(self)->object, ComponentKeys::behaviors).lookup();
+            BTComponent *const mind =
+                componentOf<BTComponent>(static_cast<ObjectBar *>(self)->object, ComponentKeys::behaviors);
             BarValues::toBar(mind ? mind->getWhy() : String(), value);
         },
         this);
@@ -168,8 +160,7 @@ void ObjectBar::addSubscriptions()
     TwAddListCB(bar, "messages", &list, this);
     setText("messages", "label", String());
     setText("messages", "group", SCS("Messages that it hears"));
-    const int rows = std::min(static_cast<int>(subscriptions.size()), LONGEST_LIST);
-    TwSetParam(bar, "messages", "rows", TW_PARAM_INT32, 1, &rows);
+    BarParams::setNumber(bar, "messages", "rows", std::min(static_cast<int>(subscriptions.size()), LONGEST_LIST));
 }
 
 void ObjectBar::addChildren()
@@ -188,8 +179,7 @@ void ObjectBar::addChildren()
     TwAddListCB(bar, "children", &list, this);
     setText("children", "label", String());
     setText("children", "group", SCS("Below it"));
-    const int rows = static_cast<int>(std::min<std::size_t>(count, LONGEST_LIST));
-    TwSetParam(bar, "children", "rows", TW_PARAM_INT32, 1, &rows);
+    BarParams::setNumber(bar, "children", "rows", static_cast<int>(std::min<std::size_t>(count, LONGEST_LIST)));
 }
 
 void ObjectBar::fillChild(unsigned index, TwListRow &row) const
@@ -211,29 +201,21 @@ void ObjectBar::openChild(unsigned index) const
 
 bool ObjectBar::isOpen() const
 {
-    int visible = 0;
-    return TwGetParam(bar, nullptr, "visible", TW_PARAM_INT32, 1, &visible) && visible;
+    return BarParams::isVisible(bar);
 }
 
 void ObjectBar::show()
 {
-    setSwitch("visible", true);
-    setSwitch("front", true);
+    BarParams::setNumber(bar, nullptr, "visible", 1);
+    BarParams::setNumber(bar, nullptr, "front", 1);
 }
 
 void ObjectBar::hide()
 {
-    setSwitch("visible", false);
-}
-
-void ObjectBar::setSwitch(const char *parameter, bool val)
-{
-    const int number = val;
-    TwSetParam(bar, nullptr, parameter, TW_PARAM_INT32, 1, &number);
+    BarParams::setNumber(bar, nullptr, "visible", 0);
 }
 
 bool ObjectBar::setRange(const String &property, double min, double max)
 {
-    return TwSetParam(bar, property.toCString(), "min", TW_PARAM_DOUBLE, 1, &min) &&
-           TwSetParam(bar, property.toCString(), "max", TW_PARAM_DOUBLE, 1, &max);
+    return BarParams::setRange(bar, property.toCString(), min, max);
 }

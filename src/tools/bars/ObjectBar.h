@@ -42,7 +42,6 @@ public:
     TwBar *getBar() const { return bar; }
 
 private:
-    void setSwitch(const char *parameter, bool val);
     void setText(const char *line, const char *parameter, const String &text);
     void addHead();
     void tellPath();

@@ -1,5 +1,6 @@
 #include "tools/bars/ObjectBrowser.h"
 
+#include "tools/bars/BarParams.h"
 #include "tools/bars/ObjectPath.h"
 #include "tools/bars/TweakSystem.h"
 
@@ -30,9 +31,8 @@ std::vector<Handle<Object>> roots()
 ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open)), query("")
 {
     bar = TwNewBar("Objects");
-    TwSetParam(bar, nullptr, "help", TW_PARAM_CSTRING, 1, "Click an object to open its bar.");
-    const int size[] = {300, 620};
-    TwSetParam(bar, nullptr, "size", TW_PARAM_INT32, 2, size);
+    BarParams::setText(bar, nullptr, "help", SCS("Click an object to open its bar."));
+    BarParams::setSize(bar, 300, 620);
     addHead();
     TwAddVarCB(
         bar, SEARCH, TW_TYPE_STDSTRING,
@@ -41,32 +41,31 @@ ObjectBrowser::ObjectBrowser(Opener open) : open(std::move(open)), query("")
         [](void *value, void *self)
         { *static_cast<std::string *>(value) = static_cast<const ObjectBrowser *>(self)->search; },
         this);
-    TwSetParam(bar, SEARCH, "help", TW_PARAM_CSTRING, 1,
-               "Parts of a name or a class; class:light with all that derive from it; path:villa/; value:0.5 for any "
-               "property, mass:>2 or gait:runs for one. Several words have to be met together.");
-    const int live = 1;
-    TwSetParam(bar, SEARCH, "live", TW_PARAM_INT32, 1, &live);
+    BarParams::setText(
+        bar, SEARCH, "help",
+        SCS("Parts of a name or a class; class:light with all that derive from it; path:villa/; value:0.5 for any "
+            "property, mass:>2 or gait:runs for one. Several words have to be met together."));
+    BarParams::setNumber(bar, SEARCH, "live", 1);
     const TwListCallbacks list = {
         [](void *self) { return static_cast<unsigned>(static_cast<const ObjectBrowser *>(self)->lines.size()); },
         [](unsigned index, TwListRow *row, void *self)
         { static_cast<const ObjectBrowser *>(self)->fillRow(index, *row); },
         [](unsigned index, int onMark, void *self) { static_cast<ObjectBrowser *>(self)->click(index, onMark != 0); }};
     TwAddListCB(bar, "tree", &list, this);
-    TwSetParam(bar, "tree", "label", TW_PARAM_CSTRING, 1, "");
+    BarParams::setText(bar, "tree", "label", String());
 }
 
 void ObjectBrowser::addHead()
 {
     TwAddButton(
         bar, "pick with the mouse", [](void *) { getSystemDeref<TweakSystem>().pickWithMouse(); }, nullptr);
-    TwSetParam(bar, "pick with the mouse", "help", TW_PARAM_CSTRING, 1,
-               "The next click into the world opens the bar of what is there.");
+    BarParams::setText(bar, "pick with the mouse", "help",
+                       SCS("The next click into the world opens the bar of what is there."));
     TwAddButton(
         bar, "under the crosshair", [](void *) { getSystemDeref<TweakSystem>().pickUnderCrosshair(); }, nullptr);
-    TwSetParam(bar, "under the crosshair", "help", TW_PARAM_CSTRING, 1,
-               "Opens the bar of what is in the middle of the picture.");
-    const int beside = 1;
-    TwSetParam(bar, "under the crosshair", "sameline", TW_PARAM_INT32, 1, &beside);
+    BarParams::setText(bar, "under the crosshair", "help",
+                       SCS("Opens the bar of what is in the middle of the picture."));
+    BarParams::setNumber(bar, "under the crosshair", "sameline", 1);
 }
 
 ObjectBrowser::~ObjectBrowser()
@@ -76,14 +75,12 @@ ObjectBrowser::~ObjectBrowser()
 
 bool ObjectBrowser::isOpen() const
 {
-    int visible = 0;
-    return TwGetParam(bar, nullptr, "visible", TW_PARAM_INT32, 1, &visible) && visible;
+    return BarParams::isVisible(bar);
 }
 
 void ObjectBrowser::show()
 {
-    const int visible = 1;
-    TwSetParam(bar, nullptr, "visible", TW_PARAM_INT32, 1, &visible);
+    BarParams::setNumber(bar, nullptr, "visible", 1);
 }
 
 void ObjectBrowser::setSearch(const std::string &text)

@@ -19,6 +19,13 @@ namespace
 /// How near a number has to come to the one that is searched for, as a part of it: what is typed has few digits.
 constexpr double NEAR = 1e-4;
 
+/// As far as they are plain ones.
+std::string inSmallLetters(std::string text)
+{
+    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
+    return text;
+}
+
 bool holds(const std::string &text, const std::string &part)
 {
     return text.find(part) != std::string::npos;
@@ -30,11 +37,6 @@ bool readNumber(const std::string &text, double &out)
     char *end = nullptr;
     out = std::strtod(text.c_str(), &end);
     return !text.empty() && *end == 0;
-}
-
-bool isNumber(const Variant &value)
-{
-    return value.getType() == Variant::VT_FLOAT || value.getType() == Variant::VT_INT64;
 }
 
 /// Whether a number is what was asked for: ">2", "<2", or about "2".
@@ -60,12 +62,6 @@ std::string textOf(const Variant &value, const PropertyDesc &desc)
     return BarValues::describe(value).toCString();
 }
 } // namespace
-
-std::string inSmallLetters(std::string text)
-{
-    std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return std::tolower(c); });
-    return text;
-}
 
 ObjectQuery::ObjectQuery(const std::string &text)
 {
@@ -143,10 +139,10 @@ bool ObjectQuery::reads(const Object &object, const PropertyDesc &desc, const Te
     if (!value.succeeded() || value.value.getType() == Variant::VT_NONE)
         return false;
     const std::string text = textOf(value.value, desc);
-    const bool isMet = isNumber(value.value) && meets(value.value.get<double>().value, term.text);
+    const bool isMet = BarValues::isNumber(value.value) && meets(value.value.get<double>().value, term.text);
     // A number is no text to find a part of, but an enum's is.
     double ignored = 0.0;
-    const bool isText = !isNumber(value.value) || !readNumber(text, ignored);
+    const bool isText = !BarValues::isNumber(value.value) || !readNumber(text, ignored);
     if (!isMet && !(isText && holds(inSmallLetters(text), term.text)))
         return false;
     shown = std::string(desc.getName().toCString()) + " = " + text.substr(0, 60);

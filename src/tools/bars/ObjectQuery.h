@@ -50,6 +50,3 @@ private:
 
     std::vector<Term> terms;
 };
-
-/// A text in small letters, as far as they are plain ones.
-std::string inSmallLetters(std::string text);

@@ -1,5 +1,6 @@
 #include "tools/bars/PlaceLines.h"
 
+#include "tools/bars/BarParams.h"
 #include "tools/bars/BarValues.h"
 #include "tools/bars/TweakSystem.h"
 #include "tools/editor/RigidMove.h"
@@ -22,11 +23,6 @@ Vec4 vectorOf(const void *value, float w)
     const float *f = static_cast<const float *>(value);
     return Vec4(f[0], f[1], f[2], w);
 }
-
-void setText(TwBar *bar, const char *line, const char *parameter, const char *text)
-{
-    TwSetParam(bar, line, parameter, TW_PARAM_CSTRING, 1, text);
-}
 } // namespace
 
 PlaceLines::PlaceLines(const Handle<Object> &entity, const Handle<TransformComponent> &transform)
@@ -44,13 +40,14 @@ void PlaceLines::addTo(TwBar *bar)
     TwAddVarCB(bar, "stands scale", TW_TYPE_VEC3F, &setScale, &getVector, &scale);
     for (const char *line : {"stands place", "stands turn", "stands scale"})
     {
-        setText(bar, line, "group", HEADING);
-        setText(bar, line, "label", std::strchr(line, ' ') + 1); // a property may have the same name
+        BarParams::setText(bar, line, "group", String::fromStaticCString(HEADING));
+        // Without its first word, by which no property has the same name.
+        BarParams::setText(bar, line, "label", String::fromStaticCString(std::strchr(line, ' ') + 1));
         TwSetEditedCB(bar, line, finished);
     }
-    setText(bar, "stands place", "help", "x, y and z in metres. What hangs on it comes along.");
-    setText(bar, "stands turn", "help", "Pitch about x, turn about y, roll about z, degrees.");
-    setText(bar, "stands scale", "help", "Along its own axes.");
+    BarParams::setText(bar, "stands place", "help", SCS("x, y and z in metres. What hangs on it comes along."));
+    BarParams::setText(bar, "stands turn", "help", SCS("Pitch about x, turn about y, roll about z, degrees."));
+    BarParams::setText(bar, "stands scale", "help", SCS("Along its own axes."));
 }
 
 Variant PlaceLines::read(const char *property) const

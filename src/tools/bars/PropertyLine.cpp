@@ -1,5 +1,6 @@
 #include "tools/bars/PropertyLine.h"
 
+#include "tools/bars/BarParams.h"
 #include "tools/bars/BarValues.h"
 #include "tools/bars/PythonText.h"
 #include "tools/bars/TweakSystem.h"
@@ -138,13 +139,12 @@ void PropertyLine::describe(const Variant &value)
 void PropertyLine::setGroup(const String &heading, bool closed)
 {
     setText("group", heading);
-    const int number = closed;
-    TwSetParam(bar, name.c_str(), "closed", TW_PARAM_INT32, 1, &number);
+    BarParams::setNumber(bar, name.c_str(), "closed", closed);
 }
 
 void PropertyLine::setText(const char *parameter, const String &text)
 {
-    TwSetParam(bar, name.c_str(), parameter, TW_PARAM_CSTRING, 1, text.toCString());
+    BarParams::setText(bar, name.c_str(), parameter, text);
 }
 
 ErrorReturn<Variant> PropertyLine::read() const

@@ -31,8 +31,6 @@ public:
     void setGroup(const String &heading, bool closed);
 
     const Handle<Object> &getObject() const { return object; }
-    const String &getProperty() const { return desc.getName(); }
-    const std::string &getName() const { return name; }
     /// The value, by its getter.
     ErrorReturn<Variant> read() const;
     /// "level.getDescendantByPath('lamp/light').color = kaVel.Vec4(1, 1, 0.5, 1)".

@@ -109,7 +109,6 @@ private:
 
     Control *add(const String &name, const String &words);
     void finish(const String &name);
-    void addVariable(Control &control, bool isColor);
     void setText(const char *control, const char *parameter, const String &text);
     void setSwitch(const String &name, const char *parameter, bool on);
     Control *find(const String &name) const;

@@ -1,6 +1,7 @@
 #include "tools/bars/TweakSystem.h"
 
 #include "tools/bars/BarMemory.h"
+#include "tools/bars/BarParams.h"
 #include "tools/bars/BarValues.h"
 #include "tools/bars/ObjectBar.h"
 #include "tools/bars/ObjectBrowser.h"
@@ -29,8 +30,6 @@
 
 namespace
 {
-/// Farther than any value goes, and a whole number either way.
-constexpr double LARGEST_BOUND = 1e15;
 constexpr float LETTERS = 15.0f;         ///< pixels, in windows up to a height
 constexpr int WINDOW_HEIGHT = 900;       ///< pixels; in larger ones the letters grow with it
 constexpr int FRAMES_TO_COME_BACK = 300; ///< a level takes some to be loaded anew
@@ -45,10 +44,8 @@ void TweakSystem::systemStartup()
     memory->setFile(keptFile);
     browser = std::make_unique<ObjectBrowser>([this](const Handle<Object> &object) { addBar(object); });
     watched = std::make_unique<WatchBar>(*memory);
-    if (const auto place = memory->placeOf("Objects"))
-        TwSetParam(browser->getBar(), nullptr, "place", TW_PARAM_INT32, 4, place->data());
-    if (const auto place = memory->placeOf("Watched"))
-        TwSetParam(watched->getBar(), nullptr, "place", TW_PARAM_INT32, 4, place->data());
+    putWhereItStood(browser->getBar(), "Objects");
+    putWhereItStood(watched->getBar(), "Watched");
     browser->refresh();
 }
 
@@ -93,8 +90,7 @@ void TweakSystem::addBar(Handle<Object> object)
     else
     {
         bars.push_back(std::make_unique<ObjectBar>(object));
-        if (const auto place = memory->placeOf(bars.back()->getPath().toCString()))
-            TwSetParam(bars.back()->getBar(), nullptr, "place", TW_PARAM_INT32, 4, place->data());
+        putWhereItStood(bars.back()->getBar(), bars.back()->getPath().toCString());
     }
 }
 
@@ -145,9 +141,8 @@ bool TweakSystem::getKeyboardInBars() const
 
 void TweakSystem::act()
 {
-    const std::vector<Handle<ScriptBar>> now = scriptBars; // what is called may make bars
-    for (const Handle<ScriptBar> &bar : now)
-        if (const auto live = bar.lookup())
+    for (std::size_t i = 0; i < scriptBars.size(); ++i) // what is called may make bars
+        if (const auto live = scriptBars[i].lookup())
             live->act();
 }
 
@@ -155,22 +150,16 @@ void TweakSystem::refreshScriptBars(bool shown)
 {
     std::erase_if(scriptBars, [](const Handle<ScriptBar> &bar) { return !bar.isValid(); });
     const auto elapsed = static_cast<float>(getSystemDeref<GameLoopSystem>().getTime().lookup()->getFrameTimeSeconds());
-    const std::vector<Handle<ScriptBar>> now = scriptBars;
-    for (const Handle<ScriptBar> &bar : now)
-        if (const auto live = bar.lookup())
+    for (std::size_t i = 0; i < scriptBars.size(); ++i)
+        if (const auto live = scriptBars[i].lookup())
             live->measure(elapsed, shown);
     watched->refresh(elapsed);
 }
 
 void TweakSystem::setRange(Handle<Object> object, const String &property, double min, double max)
 {
-    if (!(std::fabs(min) <= LARGEST_BOUND && std::fabs(max) <= LARGEST_BOUND && min < max))
-    {
-        KV_LOGF(Logger_::I_ERROR,
-                "TweakSystem::setRange: %g to %g is no range of '%s': give two numbers, the lesser one first", min, max,
-                property.toCString());
+    if (!BarParams::isRange("TweakSystem::setRange", property, min, max))
         return;
-    }
     if (!findBar(object))
         addBar(object);
     ObjectBar *bar = findBar(object);
@@ -368,6 +357,12 @@ void TweakSystem::notePlaceOf(TwBar *bar, const char *key)
     BarMemory::Place place{};
     if (memory && bar && TwGetParam(bar, nullptr, "place", TW_PARAM_INT32, 4, place.data()))
         memory->notePlace(key, place);
+}
+
+void TweakSystem::putWhereItStood(TwBar *bar, const char *key)
+{
+    if (const auto place = memory->placeOf(key))
+        BarParams::setPlace(bar, place->data());
 }
 
 void TweakSystem::notePlaces()

@@ -118,6 +118,7 @@ private:
     void refreshScriptBars(bool shown);
     void dropBars();
     void bringBarsBack();
+    void putWhereItStood(TwBar *bar, const char *key);
     void notePlaces();
     void notePlace(const ObjectBar &bar);
     void notePlaceOf(TwBar *bar, const char *key);

@@ -1,5 +1,7 @@
 #include "tools/bars/WatchBar.h"
 
+#include "tools/bars/BarParams.h"
+#include "tools/bars/BarValues.h"
 #include "tools/bars/ObjectPath.h"
 #include "tools/bars/ValueGraph.h"
 
@@ -25,18 +27,12 @@ String shortName(const BarMemory::Watch &what)
     const std::string end = begin == std::string::npos ? what.path : what.path.substr(begin + 1);
     return String::copyFrom(end + "." + what.property);
 }
-
-bool isNumber(const Variant &value)
-{
-    return value.getType() == Variant::VT_FLOAT || value.getType() == Variant::VT_INT64;
-}
 } // namespace
 
 WatchBar::WatchBar(BarMemory &memory) : memory(memory)
 {
     bar = TwNewBar("Watched");
-    const int size[] = {360, 300};
-    TwSetParam(bar, nullptr, "size", TW_PARAM_INT32, 2, size);
+    BarParams::setSize(bar, 360, 300);
     takeFromMemory();
 }
 
@@ -54,8 +50,7 @@ void WatchBar::takeFromMemory()
 
 void WatchBar::show(bool val)
 {
-    const int visible = val;
-    TwSetParam(bar, nullptr, "visible", TW_PARAM_INT32, 1, &visible);
+    BarParams::setNumber(bar, nullptr, "visible", val);
 }
 
 void WatchBar::toggle(const Handle<Object> &object, const String &property)
@@ -127,11 +122,10 @@ void WatchBar::layOut()
         {
             auto &watch = *static_cast<WatchBar *>(self);
             watch.isPinned = *static_cast<const bool *>(value);
-            const int number = watch.isPinned;
-            TwSetParam(watch.bar, nullptr, "always", TW_PARAM_INT32, 1, &number);
+            BarParams::setNumber(watch.bar, nullptr, "always", watch.isPinned);
         },
         [](void *value, void *self) { *static_cast<bool *>(value) = static_cast<WatchBar *>(self)->isPinned; }, this);
-    TwSetParam(bar, "pinned", "label", TW_PARAM_CSTRING, 1, "stays while playing");
+    BarParams::setText(bar, "pinned", "label", SCS("stays while playing"));
     for (std::size_t i = 0; i < watches.size(); ++i)
         addLines(*watches[i], i);
     if (watches.empty())
@@ -158,12 +152,12 @@ void WatchBar::addLines(Watched &watched, std::size_t index)
         TwAddVarCB(
             bar, name.c_str(), TW_TYPE_STDSTRING, nullptr,
             [](void *value, void *) { *static_cast<std::string *>(value) = "not there"; }, nullptr);
-        TwSetParam(bar, name.c_str(), "label", TW_PARAM_CSTRING, 1, label.toCString());
-        TwSetParam(bar, name.c_str(), "help", TW_PARAM_CSTRING, 1, watched.what.path.c_str());
+        BarParams::setText(bar, name.c_str(), "label", label);
+        BarParams::setText(bar, name.c_str(), "help", String::copyFrom(watched.what.path));
         return;
     }
     watched.line->setLabel(label);
-    if (!isNumber(watched.line->read().value))
+    if (!BarValues::isNumber(watched.line->read().value))
         return;
     if (!watched.graph)
         watched.graph = std::make_unique<ValueGraph>(SHOWN_TIME);
@@ -171,5 +165,5 @@ void WatchBar::addLines(Watched &watched, std::size_t index)
     TwAddGraphCB(
         bar, curve.c_str(), [](TwGraph *graph, void *self) { static_cast<ValueGraph *>(self)->show(*graph); },
         watched.graph.get());
-    TwSetParam(bar, curve.c_str(), "label", TW_PARAM_CSTRING, 1, "");
+    BarParams::setText(bar, curve.c_str(), "label", String());
 }

@@ -37,6 +37,7 @@ lacking: list[str] | None = None
 attempts: list[Attempt] = []
 
 _places: list[str] = []
+_hasSockets = True
 
 
 def confine(folders: list[str], files: list[str]) -> None:
@@ -62,6 +63,27 @@ def confine(folders: list[str], files: list[str]) -> None:
     if not lacking:
         kaVel.log('Mods: this run writes only into its user\'s folders (%s), starts no programs and has no network.'
                   % ', '.join(_places))
+
+
+def giveUpSockets() -> None:
+    """Gives up sockets of any kind before the first script of a mod runs; what needs some has opened them by then."""
+    global _hasSockets
+    if not _hasSockets or lacking is None:
+        return
+    _hasSockets = False
+    for system in ('WindowSystem2', 'GraphicsSystem2', 'InputSystem', 'SoundSystem'):
+        kaVel.getSystem(system)
+    import GameConfig
+    if not GameConfig.headless:
+        kaVel.getSystem('SoundSystem').updateFMOD()  # which opens the device
+    if not kaVel.Reflection.confineSockets() and not lacking:
+        lacking.append('other programs of this machine can still be reached through their sockets.')
+        kaVel.log('Mods: Warning: %s' % lacking[-1])
+
+
+def hasSockets() -> bool:
+    """Whether this run still reaches other programs of this machine, as a sound server for another device."""
+    return _hasSockets
 
 
 def usersFolders() -> list[str]:
@@ -132,11 +154,15 @@ def _move(source: Any, target: Any, *_: Any) -> str:
 
 
 def _socket(_: Any, family: int, *__: Any) -> str:
-    return '' if family in (socket.AF_UNIX, -1) else 'use the network'
+    return 'reach other programs' if family in (socket.AF_UNIX, -1) else 'use the network'
 
 
 def _connect(_: Any, address: Any) -> str:
-    return 'use the network' if isinstance(address, tuple) else ''
+    return 'use the network' if isinstance(address, tuple) else 'reach other programs'
+
+
+def _signal(process: int, *_: Any) -> str:
+    return '' if process == os.getpid() else 'send a signal to another program'
 
 
 def _start(program: Any, *_: Any) -> str:
@@ -149,6 +175,7 @@ _JUDGES: dict[str, Callable[..., str]] = {
     'os.chmod': _write, 'os.chown': _write, 'os.utime': _write, 'os.setxattr': _write,
     'os.rename': _move, 'os.link': _move, 'os.symlink': lambda source, target, *_: _write(target),
     'socket.__new__': _socket, 'socket.connect': _connect, 'socket.getaddrinfo': lambda *_: 'use the network',
+    'os.kill': _signal, 'os.killpg': _signal,
     'subprocess.Popen': _start, 'os.exec': _start, 'os.posix_spawn': _start, 'os.system': _start,
     'os.fork': lambda: 'start a process of its own', 'os.forkpty': lambda: 'start a process of its own',
 }

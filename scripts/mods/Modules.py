@@ -24,9 +24,10 @@ class Finder(importlib.abc.MetaPathFinder):
     def __init__(self) -> None:
         self.fills: dict[str, tuple[str, Fill]] = {}  # by name: the file, and what makes the module
 
-    def addScript(self, name: str, file: str, source: bytes) -> None:
-        """Brings a module by what its script says."""
+    def addScript(self, name: str, file: str, source: bytes, before: Callable[[], None]) -> None:
+        """Brings a module by what its script says; `before` is called ahead of it."""
         def run(module: types.ModuleType) -> None:
+            before()
             exec(compile(source, file, 'exec', dont_inherit=True), module.__dict__)
         self.add(name, file, run)
 

@@ -344,7 +344,7 @@ def furnish() -> None:
             # Data may be read anew with each load of a level: it is no program that was allowed as it was.
             _finder.add('levels.' + name, toml.path, lambda module, toml=toml: Levels.Level(toml.anew()).fill(module))
         for name, file in mod.contents.modules.items():
-            _finder.addScript(name, os.path.join(mod.folder, file), mod.contents.sources[file])
+            _finder.addScript(name, os.path.join(mod.folder, file), mod.contents.sources[file], Holding.giveUpSockets)
     _finder.begin()
 
 

@@ -62,6 +62,13 @@ def volume(name: str) -> Give:
     return lambda sound, value: setattr(sound, name, settings.get(name) * settings.get('masterVolume'))
 
 
+def soundDevice(sound: Any, value: str) -> None:
+    """Once programs of others run another device cannot be reached, and the present one is better than none."""
+    from mods import Holding
+    if Holding.hasSockets():
+        sound.device = value
+
+
 def interfaceVolume(sound: Any, value: Any) -> None:
     """Of what menus sound like, which is neither an effect nor music."""
     sound.setPlayersVolume('interface', settings.get('interfaceVolume') * settings.get('masterVolume'))

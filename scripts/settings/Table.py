@@ -97,7 +97,7 @@ SETTINGS = (
             property('headphones')),
     Setting('mono', False, switch(), 'Whether both ears hear the same', 'SoundSystem', property('mono')),
     Setting('soundDevice', '', line(200), "Name of the device that is heard; nothing for the computer's usual one",
-            'SoundSystem', property('device')),
+            'SoundSystem', Given.soundDevice),
     # Mouse and pad
     Setting('mouseSensitivityX', 1.0, _factor, 'How far the mouse turns the view to the side', 'GameLoopSystem', _look),
     Setting('mouseSensitivityY', 1.0, _factor, 'How far the mouse turns the view up and down', 'GameLoopSystem',

@@ -28,8 +28,11 @@ def example(world, name):
 
 
 def run(world, *names, level=None, **environment):
-    """Runs with these mods; `answer` is what is typed at a terminal, which it has none of otherwise."""
-    answer = environment.pop("answer", None)
+    """Runs with these mods; `answer` is what is typed at a terminal, which it has none of otherwise.
+
+    With an answer, `inherited` are descriptors that whoever starts it has left open.
+    """
+    answer, inherited = environment.pop("answer", None), environment.pop("inherited", ())
     environment = {"frames": 3, **environment}
     # A run with mods may not be traced, as the check for leaks at its end would.
     environment.setdefault("ASAN_OPTIONS", "detect_leaks=0")
@@ -39,7 +42,8 @@ def run(world, *names, level=None, **environment):
     ours, theirs = pty.openpty()
     os.write(ours, answer.encode() + b"\n")
     result = subprocess.run([str(world.executable)], cwd=world.folder / "bin", env=variables, stdin=theirs,
-                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=game.TIMEOUT_S, check=False)
+                            stdout=subprocess.PIPE, stderr=subprocess.STDOUT, pass_fds=inherited,
+                            timeout=game.TIMEOUT_S, check=False)
     os.close(ours)
     os.close(theirs)
     return game.Outcome(result.returncode, result.stdout.decode("utf-8", "replace"))

@@ -1,6 +1,7 @@
 """What a run with mods gives up: a mod that wants more gets an error and is told, and the game goes on."""
 import ctypes
 import errno
+import os
 import pathlib
 import signal
 import struct
@@ -16,10 +17,11 @@ from display import Display, Game
 # What a script of a mod tries, each on a line of its own, so that the log can name it.
 ATTEMPTS = """
 import errno
+import fcntl
 import os
 import socket
 import subprocess
-import sys
+import threading
 
 import kaVel
 
@@ -47,7 +49,16 @@ def attempt(home):
     tried('run', lambda: subprocess.run(['/bin/true']))
     tried('spawn', lambda: os.posix_spawn('/bin/true', ['true'], {}))
     tried('shell', lambda: os.system('touch ' + home + '/evil'))
-    tried('local', lambda: socket.socket(socket.AF_UNIX).close())
+    tried('local', lambda: socket.socket(socket.AF_UNIX))
+    tried('pair', lambda: socket.socketpair())
+    tried('fork', lambda: os.fork() or os._exit(0))
+    tried('kill', lambda: os.kill(os.getppid(), 0))
+    tried('group', lambda: os.kill(0, 0))
+    with open(home + '/precious') as kept:
+        tried('owner', lambda: fcntl.fcntl(kept, 8, os.getppid()))  # F_SETOWN: who gets its signals
+        tried('cut', lambda: os.open(home + '/precious', os.O_RDONLY | os.O_TRUNC))
+    tried('inherited', lambda: os.write(77, b'brass'))
+    threading.Thread(target=lambda: tried('thread', lambda: None)).start()
     tried('own', lambda: open(home + '/state/mornal/notes', 'w').close())
 """
 LEVEL = """
@@ -97,7 +108,7 @@ def build(coordinator):
 """
 
 REFUSED = ("write", "mod", "consent", "rename", "truncate", "chmod", "link", "memory", "socket", "socket6", "run",
-           "spawn", "shell")
+           "spawn", "shell", "local", "pair", "fork", "kill", "group", "owner", "cut")
 
 
 def test_what_a_mod_may_not_fails_and_is_told_while_the_game_goes_on_with_sound_and_saves(world):
@@ -108,11 +119,11 @@ def test_what_a_mod_may_not_fails_and_is_told_while_the_game_goes_on_with_sound_
     for name in REFUSED:
         outcome.expect(f"TRIED {name}: PermissionError")
     outcome.expect("TRIED own: done")
-    outcome.expect("TRIED local: done")  # as sound servers and displays are reached
-    outcome.expect("Mods: The mod thief wanted to use the network, which no mod may (thief/scripts/Attempts.py:29).")
+    outcome.expect("TRIED thread: done")
+    outcome.expect("Mods: The mod thief wanted to use the network, which no mod may (thief/scripts/Attempts.py:30).")
     outcome.expect("wanted to start the program")
     outcome.expect("SAVED True")
-    assert outcome.log.count("wanted to") == 12, outcome.log  # and nothing of what it may
+    assert outcome.log.count("wanted to") == 17, outcome.log  # and nothing of what it may
     assert (world.folder / "precious").read_text() == "gold"
     assert not (world.folder / "evil").exists() and not (world.folder / "gone").exists()
     assert (world.folder / "picture.png").stat().st_size > 1000
@@ -142,7 +153,8 @@ def test_what_the_kernel_does_not_have_is_told_and_the_game_goes_on(world):
     outcome.expect_code(0)
     outcome.expect("Mods: Warning: files outside the user's folders are not protected: this system's kernel has no "
                    "Landlock")
-    outcome.expect("Mods: Warning: programs and the network are not held back: this system's kernel does not filter")
+    outcome.expect("Mods: Warning: programs, processes and the network are not held back: this system's "
+                   "kernel does not filter")
 
 
 def test_the_kernel_holds_what_the_interpreter_does_not_see(world):
@@ -150,8 +162,12 @@ def test_the_kernel_holds_what_the_interpreter_does_not_see(world):
     # As if nobody looked: what stands in the way then is the kernel.
     looking = (world.folder / "scripts" / "mods" / "Holding.py").read_text()
     world.write("scripts/mods/Holding.py", looking.replace("sys.addaudithook(look)", "pass"))
-    outcome = mods.run(world, "thief", level="Theft", answer="yes")
+    left_open = os.open(world.folder / "brass", os.O_CREAT | os.O_WRONLY)
+    os.dup2(left_open, 77)
+    outcome = mods.run(world, "thief", level="Theft", answer="yes", inherited=(77,))
+    os.close(77)
     outcome.expect_code(0)
+    outcome.expect("TRIED inherited: OSError EBADF")
     for name in REFUSED:
         if name != "shell":  # which starts, and then cannot start anything
             outcome.expect(f"TRIED {name}: PermissionError")

@@ -10,3 +10,8 @@ String confine(const String &folders, const String &files)
         lacking += (lacking.empty() ? "" : "\n") + sentence;
     return String::copyFrom(lacking);
 }
+
+bool confineSockets()
+{
+    return port::confineSockets();
+}

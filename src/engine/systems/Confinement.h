@@ -11,3 +11,8 @@
 /// @param files    that may be written, which stand already; one a line
 /// @return a line for each part that does not hold, which says why; empty where all of it does
 String confine(const String &folders, const String &files);
+
+/// Gives up sockets of any kind, those of this machine's other programs, too, once what needs some has them: the window
+/// and the sound. Those that are open stay. For a run that has called `confine`.
+/// @return whether that holds
+bool confineSockets();

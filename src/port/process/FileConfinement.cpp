@@ -107,7 +107,7 @@ void allowDevices(const Ruleset &rules)
 
 } // namespace
 
-std::string confineFiles(const WritablePlaces &places)
+std::string confineFiles(const WritablePlaces &places, bool cutsAreRefused)
 {
     const long version = syscall(CREATE_RULESET, nullptr, 0, ASK_VERSION);
     if (version < 1)
@@ -123,7 +123,7 @@ std::string confineFiles(const WritablePlaces &places)
         rules.allow(file, WRITE_FILE | TRUNCATE);
     if (!rules.enforce())
         return "files outside the user's folders are not protected: " + std::string(std::strerror(errno)) + ".";
-    if (version < TRUNCATES)
+    if (version < TRUNCATES && !cutsAreRefused)
         return "files outside the user's folders can still be cut to nothing: this system's kernel has an early "
                "Landlock.";
     return {};

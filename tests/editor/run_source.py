@@ -172,6 +172,57 @@ def test_any_level_loads_as_it_was_edited_and_stands_as_before_when_all_is_undon
             script.unlink()
 
 
+#: Edits, saved and loaded, of which some are undone before there are more; at last all of them are.
+SEQUENCE = ANYTHING.replace("    tell('begin', level)\n", "") + """
+def files(level):
+    import os, levelChanges
+    changes = levelChanges.fileOf(level.levelName)
+    return os.path.exists(changes), open(changes.replace('.changes', '.py')).read()
+
+
+def first(level):
+    tell('begin', level)
+    session.editing['.files'] = files(level)
+    edit(level)
+    save(level)
+
+
+def some(level):
+    global SEED
+    tell('loaded', level)
+    compare('edited', 'loaded')
+    edits = of(level)[1]
+    edits.goTo(edits.position * 2 // 3)
+    SEED += 1000
+    edit(level)
+    save(level)
+
+
+def none(level):
+    tell('loaded', level)
+    compare('edited', 'loaded')
+    of(level)[1].goTo(0)
+    save(level)
+
+
+def last(level):
+    tell('loaded', level)
+    compare('begin', 'loaded')
+    kaVel.log('files as they were: %s' % (files(level) == session.editing['.files']))
+
+
+STEPS = {2: first, 4: some, 6: some, 8: none, 10: last}
+"""
+
+
+def test_what_is_undone_over_saves_and_loads_leaves_the_files_as_they_were(world):
+    for level, seed in (("Sample", 2000), ("Workshop", 2000)):
+        outcome = run(world, level, "SEED = %d\n" % seed + SEQUENCE, frames=14)
+        assert outcome.log.count("edited and loaded are the same") == 3, outcome.log[-4000:]
+        outcome.expect("begin and loaded are the same")
+        outcome.expect("files as they were: True")
+
+
 def test_a_table_of_which_one_row_is_left_is_a_table(world):
     outcome = run(world, "FirstRoom", "SEED = 202\n" + ANYTHING)  # takes one of two bookcases, and much besides
     assert "for z, number in ((-2.175, 2),):" in (world.folder / "scripts/levels/FirstRoom.py").read_text()

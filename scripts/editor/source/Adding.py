@@ -9,6 +9,7 @@ from typing import Any, Iterable
 
 import kaVel
 from editor.source import Layout, Literals, Parameters, Tracing
+from editor.source.Configuring import canConfigure, configured, configureLine
 from editor.source.Files import Function, Script
 from editor.source.Patches import textOf
 from editor.source.Pieces import LevelPieces, Piece
@@ -162,7 +163,8 @@ class Adding:
     def _lines(self, script: Script, function: Function, rows: list[tuple[Home, Piece]],
                properties: dict[Any, Any]) -> str:
         indent = function.body[0].col_offset
-        changed = {address[0] for address, _ in properties}
+        changed = {address[0] for address, _ in properties} | {piece.number for _, piece in rows if piece.touches
+                                                               or piece.touches is not None and piece.stand.isFenced}
         lines, run = [], []
         parents = {piece.above for _, piece in rows}
         for home, piece in [*rows, (None, None)]:
@@ -226,14 +228,20 @@ class Adding:
     def _one(self, script: Script, indent: int, home: Home, piece: Piece, properties: dict[Any, Any]) -> str:
         arguments = ['%s=%s' % each for each in self._arguments(script, piece).items()]
         name = [repr(piece.name)] if Parameters.nameParameter(piece.pattern) else []
-        below = configured(piece, properties)
+        below = _done(piece, properties)
         if below:
             self.imported(script, 'kaVel')
-        keeps = piece in self._variables or bool(below)
+        isSolid = piece.touches is not None and piece.stand.isFenced
+        keeps = piece in self._variables or bool(below) or isSolid
         variable = self._variableOf(piece, home.function) if keeps else ''
         head = '%s%s(' % (variable + ' = ' if keeps else '', self._callee(script, piece))
         return Layout.call(indent, head, [home.parent, *name, *arguments]) \
-            + ''.join(configureLine(indent, variable, path, values) for path, values in below.items())
+            + ''.join(configureLine(indent, variable, path, values) for path, values in below.items()) \
+            + (self._solid(script, indent, variable) if isSolid else '')
+
+    def _solid(self, script: Script, indent: int, variable: str) -> str:
+        name = self.imported(script, Parameters.CATALOGUE, 'place')
+        return '%s%s.makeSolid(%s)\n' % (' ' * indent, name, variable)
 
     def _arguments(self, script: Script, piece: Piece) -> dict[str, str]:
         return {name: self._text(script, piece, name, value) for name, value in piece.given.items()}
@@ -293,28 +301,17 @@ class Adding:
                              '\n' + line if isDocumented else line + '\n')
 
 
-def configured(piece: Piece, properties: dict[Any, Any]) -> dict[tuple[Any, ...], dict[str, Any]]:
-    """What was set of objects below a piece: steps down to each -> properties."""
+def _done(piece: Piece, properties: dict[Any, Any]) -> dict[tuple[Any, ...], dict[str, Any]]:
+    """What is to be set of objects below a new piece: what a script had set of one that was removed and brought back,
+    and what was set since.
+    """
     found: dict[tuple[Any, ...], dict[str, Any]] = {}
-    for (address, name), value in properties.items():
-        if address[0] == piece.number:
-            found.setdefault(address[1], {})[name] = value
+    for steps, name, value in piece.touches or ():
+        if canConfigure(steps, {name: value}):
+            found.setdefault(steps, {})[name] = value
+    for steps, values in configured(piece, properties).items():
+        found.setdefault(steps, {}).update(values)
     return found
-
-
-def canConfigure(steps: tuple[Any, ...], values: dict[str, Any]) -> bool:
-    """Whether a line of a script can set properties of the object at the end of some steps."""
-    return all(name and not number for name, number in steps) and all(map(Literals.isWritable, values.values()))
-
-
-def configureLine(indent: int, variable: str, steps: tuple[Any, ...], values: dict[str, Any]) -> str:
-    """The line that sets properties of an object below one that has a name."""
-    if len(steps) == 1:
-        variable += '.getChild(%r)' % steps[0][0]
-    elif steps:
-        variable += '.getDescendantByPath(%r)' % '/'.join(name for name, _ in steps)
-    told = ['%s=%s' % (name, Literals.show(value)) for name, value in values.items()]
-    return Layout.call(indent, 'kaVel.configure(', [variable, *told])
 
 
 def _split(name: str) -> tuple[str, int | None]:

@@ -23,6 +23,15 @@ class Change(Protocol):
     def undo(self, edits: LevelEdits) -> None: ...
 
 
+def namesIn(change: Change) -> list[str]:
+    """The names of pieces that a change has given or taken from the level."""
+    if isinstance(change, Adding):
+        return [change.piece.name]
+    if isinstance(change, Removing):
+        return [piece.name for piece in change.pieces]
+    return [change.before, change.after] if isinstance(change, Renaming) else []
+
+
 def _standing(piece: Piece) -> Piece:
     if not piece.root:
         raise Refused('%s %r stands in the level no more' % (piece.patternName, piece.name))
@@ -66,12 +75,13 @@ class Arguments:
 
     def _give(self, edits: LevelEdits, onwards: bool):
         """Has all of them built anew."""
-        for each in [self.piece, *edits.pieces.below(self.piece)]:
+        whole = [self.piece, *edits.pieces.below(self.piece)]
+        for each in whole:
             Touches.find(each)
         for move in self._moves:
             move.give(onwards)
-        if self.piece.stand.isKept:
-            self._standKept(onwards)
+        if any(each.stand.isKept for each in whole):
+            self._standKept(whole, onwards)
             return
         try:
             Making.rebuild(edits.pieces, self.piece, edits.properties)
@@ -80,13 +90,14 @@ class Arguments:
                 move.give(not onwards)
             raise
 
-    def _standKept(self, onwards: bool):
+    def _standKept(self, pieces: list[Piece], onwards: bool):
         """What others hold on to is not built anew: it is moved, and the rest shows when the level is loaded."""
         ways = (self.before, self.after) if onwards else (self.after, self.before)
         motion = _motion(self.piece, *ways) if self._motion else None
-        if motion:
-            self.piece.stand = self.piece.stand.moved(motion)
-            self.piece.stand.restore()
+        for piece in pieces if motion else ():
+            assert motion
+            piece.stand = piece.stand.moved(motion)
+            piece.stand.restore()
 
 
 class _Move:
@@ -173,6 +184,10 @@ class Removing:
         taken = set(pieces)
         self.tops = [piece for piece in pieces if not _isBelow(piece, taken)]
         self._gone: list[tuple[Piece, Address.Address, Order.Behind]] = []
+
+    @property
+    def pieces(self) -> list[Piece]:
+        return [piece for piece, *_ in self._gone]
 
     def do(self, edits: LevelEdits):
         for piece in self.tops:

@@ -17,7 +17,7 @@ import importlib
 from typing import Any, Callable, Iterable
 
 import kaVel
-from editor.source import Address, Changes, Files, Literals, Parameters, Pieces
+from editor.source import Address, Changes, Files, Literals, Making, Merging, Parameters, Pieces, References
 from editor.source.Pieces import Piece
 from editor.source.Refused import Refused
 
@@ -51,6 +51,7 @@ class LevelEdits:
         self._open: Step | None = None
         self._listeners: list[Callable[[], object]] = []
         self._savedAt: Step | None = None
+        self._texts: dict[Step | None, dict[str, str]] = {None: {}}  # of files, by the step that they were saved at
         self.savedProperties: dict[tuple[Address.Address, str], Any] = {}
 
     # What is done
@@ -132,7 +133,20 @@ class LevelEdits:
         if not name or '/' in name or '#' in name or name != name.strip():
             raise Refused('%r is no name: it needs letters, and neither / nor #' % name)
         if name != piece.name:
-            self._do('Rename %s to %s' % (piece.name, name), Changes.Renaming(piece, name))
+            with self.step('Rename %s to %s' % (piece.name, name)):
+                before, path = piece.name, piece.path
+                isOnly = not any(each.name == before and each is not piece for each in self.pieces.all())
+                self._do('', Changes.Renaming(piece, name))
+                self._follow(path, piece.path)
+                if isOnly:
+                    self._follow(before, name)
+
+    def _follow(self, before: str, after: str):
+        """Has those that are told a piece by its name or path go on to mean it."""
+        for piece in self.pieces.all():
+            arguments = References.renamed(piece, before, after)
+            if arguments:
+                self._do('', Changes.Arguments(piece, {**piece.given, **arguments}))
 
     def reparent(self, piece: Piece, parent: Any):
         """Hangs a piece below another object or piece; None for the map that it stands in."""
@@ -208,6 +222,7 @@ class LevelEdits:
             raise
         self._open = None
         if step.changes:
+            self._lookUpAgain(step.changes)
             self._steps[self._done:] = [step]
             self._done += 1
             self._tell()
@@ -254,6 +269,16 @@ class LevelEdits:
             for change in reversed(done):
                 getattr(change, back)(self)
             raise
+        self._lookUpAgain(changes)
+
+    def _lookUpAgain(self, changes: list[Changes.Change]):
+        """Has pieces be built anew that had looked up by name what has come, gone or another name."""
+        names = {name for change in changes for name in Changes.namesIn(change)}
+        for piece in References.takenAtLoad(self.pieces.all(), names) if names else ():
+            try:
+                Making.rebuild(self.pieces, piece, self.properties)
+            except Refused as error:
+                kaVel.log(str(error))
 
     def history(self) -> list[str]:
         """What each step was, the oldest first; `position` of them are done."""
@@ -288,18 +313,31 @@ class LevelEdits:
     def setAgain(self):
         """Sets the properties again that were set and not saved."""
         for (address, name), value in list(self.properties.items()):
-            handle = Address.find(self.pieces, address)
+            handle, piece = Address.find(self.pieces, address), self.pieces.number(address[0])
             if handle:
                 setattr(handle, name, value)
-            else:
+            elif not piece or not piece.removed:
                 kaVel.log('%s was set of what is no more' % name)
                 del self.properties[address, name]
         self._tell()
 
-    def noteSaved(self):
-        """Notes that the scripts have all that was done by now."""
+    def savedTexts(self) -> dict[str, tuple[str, str]] | None:
+        """What the files are to have where the level is again as it was saved once, or first: whoever undoes wants his
+        own lines back. Each comes with what it was given last; None where the level was never saved so.
+        """
+        known, last = self._texts.get(self._lastDone()), self._texts.get(self._savedAt)
+        return None if known is None or last is None else {file: (last[file], text) for file, text in known.items()}
+
+    def noteSaved(self, before: dict[str, str], after: dict[str, str]):
+        """Notes that the scripts have all that was done by now, and what was written into which files."""
+        last = dict(self._texts[self._savedAt])
+        for file, text in before.items():
+            for texts in self._texts.values():  # with what others have written meanwhile
+                texts[file] = Merging.join(last[file], texts[file], text)[0] if file in last else text
         self._savedAt = self._lastDone()
-        self.savedProperties = dict(self.properties)
+        self._texts[self._savedAt] = {**last, **after}
+        removed = {piece.number for piece in self.pieces.everyone() if piece.removed}  # of which nothing was written
+        self.savedProperties = {key: value for key, value in self.properties.items() if key[0][0] not in removed}
         for piece in self.pieces.everyone():
             piece.saved = None if piece.removed else (piece.name, dict(piece.given))
         self._tell()

@@ -1,7 +1,8 @@
 """What a level does to a piece behind the back of its pattern, so that it is done again when the piece is built anew.
 
 `Joinery` has its panels shed no shadow, `makeSolid` gives furniture blocks: nothing of that stands in the call. What is
-told of it here are texts and switches of the piece's objects, which nothing changes while a level runs but its scripts.
+told of it here are texts and switches of the piece's objects and the sizes of its volumes, which nothing changes while
+a level runs but its scripts.
 """
 
 from __future__ import annotations
@@ -20,6 +21,11 @@ Touch = tuple[tuple[Address.Step, ...], str, Any]
 
 #: Properties that are no mark of a script's: who is seen from where is found anew in each frame.
 _PASSING = frozenset(('name', 'visible', 'active', 'playing', 'mapName'))
+#: Classes whose numbers nothing changes either while a level runs.
+_STEADY = frozenset(('BoundingVolume',))
+
+#: Classes of components by which scripts have an object do something.
+_GIVEN = frozenset(('ScriptComponent', 'SoundComponent'))
 
 _names: dict[type, list[str]] = {}
 
@@ -33,6 +39,7 @@ def find(piece: Piece):
     try:
         made = piece.pattern(parent, **piece.given, **({'name': piece.name} if piece.takesName else {}))
         piece.touches = _differences(piece.root, made)
+        piece.stand.isKept = _hasMore(piece.root, made)
     except Exception:
         pass  # it will fail in the same way when it is built, and be told then
     for child in list(parent.children)[before:]:
@@ -54,20 +61,33 @@ def _differences(old: Any, new: Any) -> list[Touch]:
     return found
 
 
+def _hasMore(old: Any, new: Any) -> bool:
+    """Whether a script of the level has given something to a part of a piece, and may hold on to it."""
+    for part in kaVel.descendants(new):
+        present = Address.follow(old, Address.below(new, part))
+        if present and any(each._getType().name in _GIVEN and not part.getChild(each.getName())
+                           for each in present.children):
+            kaVel.log('%s is held by a script of the level: what has changed of it, but for its place, shows when the '
+                      'level is loaded' % old.getName())
+            return True
+    return False
+
+
 def _marks(handle: Any) -> list[str]:
-    """The properties of an object's class that are texts and switches, and can be set."""
+    """The properties of an object's class that a script alone sets, and can set."""
     kind = type(handle)
     if kind not in _names:
         names = {name for each in kind.__mro__ for name, member in vars(each).items()
                  if type(member).__name__ == 'reflected_property' and name not in _PASSING
                  and hasattr(handle, 'set' + name[:1].upper() + name[1:])}
-        _names[kind] = sorted(name for name in names if _isMark(handle, name))
+        isSteady = handle._getType().name in _STEADY
+        _names[kind] = sorted(name for name in names if _isMark(handle, name, isSteady))
     return _names[kind]
 
 
-def _isMark(handle: Any, name: str) -> bool:
+def _isMark(handle: Any, name: str, isSteady: bool) -> bool:
     try:
-        return isinstance(getattr(handle, name), (bool, str))
+        return isinstance(getattr(handle, name), (bool, str, float, kaVel.Vec4) if isSteady else (bool, str))
     except Exception:
         return False
 

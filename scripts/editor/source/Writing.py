@@ -19,7 +19,8 @@ from typing import Any
 import kaVel
 import levelChanges
 from editor.source import Edits, Files, Literals, Merging, NewLevel, Pieces
-from editor.source.Adding import Adding, canConfigure, configureLine, configured
+from editor.source.Adding import Adding
+from editor.source.Configuring import Configuring, canConfigure, configured
 from editor.source.Files import Function, Script, Texts
 from editor.source.Notes import Notes
 from editor.source.Patches import Patches
@@ -115,9 +116,8 @@ class Plan:
         for steps, values in configured(piece, self._properties).items():
             scope = self._sites.scopeOf(piece)
             if statement is not None and scope and variable and canConfigure(steps, values):
+                Configuring(self._splicesOf(scope.script), statement, variable).write(steps, values)
                 adding.imported(scope.script, 'kaVel')
-                line = configureLine(statement.col_offset, variable, steps, values)
-                self._splicesOf(scope.script).insertLines(statement, line)
                 continue
             for name, value in values.items():
                 self._notes.property((piece.number, steps), name, value)
@@ -185,6 +185,7 @@ def save(level: kaVel.Coordinator) -> list[str]:
     """Writes all edits into the files that they concern, which it returns; Refused writes nothing."""
     edits = Edits.of(level)
     wanted = {file: text for file, text in _wanted(level).items() if text != _read(file)}
+    before = {file: _read(file) for file in wanted}
     prepared: list[tuple[str, str]] = []
     try:
         for file, text in wanted.items():
@@ -203,7 +204,7 @@ def save(level: kaVel.Coordinator) -> list[str]:
             os.remove(file)
         _tellReloading(file)
     _remember(edits.texts)
-    edits.noteSaved()
+    edits.noteSaved(before, wanted)
     return list(wanted)
 
 
@@ -224,6 +225,9 @@ def _wanted(level: kaVel.Coordinator) -> dict[str, str]:
     """The text that each file is to have, with what others have written into it meanwhile."""
     edits = Edits.of(level)
     texts = edits.texts
+    again = _again(edits)
+    if again is not None:
+        return again
     plan = Plan(edits.pieces, edits.properties, texts)
     wanted: dict[str, str] = {}
     troubles: list[str] = []
@@ -240,6 +244,20 @@ def _wanted(level: kaVel.Coordinator) -> dict[str, str]:
             wanted[file] = Merging.join(text, texts.begun[file], _read(file))[0]
     if troubles:
         raise Refused('; '.join(troubles))
+    return wanted
+
+
+def _again(edits: Edits.LevelEdits) -> dict[str, str] | None:
+    """The texts that a level is to have which is as it was saved before; None for any other one."""
+    known = edits.savedTexts()
+    if known is None:
+        return None
+    wanted: dict[str, str] = {}
+    for file, (last, text) in known.items():
+        wanted[file], conflicts = Merging.join(last, text, _read(file))
+        if conflicts:
+            return None  # somebody else has written there
+    edits.texts.planned = {file: text for file, (_, text) in known.items()}
     return wanted
 
 

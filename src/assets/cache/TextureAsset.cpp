@@ -32,7 +32,7 @@ String TextureAsset::reload()
     const String before = fileName;
     if (const String found = lookForTextureFile(getName()); !found.empty())
         fileName = found;
-    const String failure = uploader->replaceTexture(::getHandle(this));
+    String failure = uploader->replaceTexture(::getHandle(this));
     if (!failure.empty())
     {
         fileName = before;

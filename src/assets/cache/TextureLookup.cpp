@@ -51,7 +51,7 @@ String lookForTextureFile(const String &name)
 
 String findTextureFile(const String &name)
 {
-    const String found = lookForTextureFile(name);
+    String found = lookForTextureFile(name);
     if (!found.empty())
         return found;
     logUnknown(name);

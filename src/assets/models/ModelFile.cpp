@@ -114,8 +114,9 @@ bool ModelFile::readChunk(std::istream &in, std::uint64_t fileSize, const String
                     "The file is cut short or its counts are wrong: export the model again.\n");
     Mesh &mesh = meshes.emplace_back();
     mesh.prepareForRead(header);
-    const bool isWhole = readInto(in, mesh.indexBuffer) & readInto(in, mesh.vertexBuffer);
-    if (!isWhole)
+    const bool hasIndices = readInto(in, mesh.indexBuffer);
+    const bool hasVertices = readInto(in, mesh.vertexBuffer);
+    if (!hasIndices || !hasVertices)
         fault = SCS("the file is cut short");
     return true;
 }

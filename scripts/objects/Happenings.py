@@ -51,7 +51,7 @@ _index: PerLevel[dict[str, kaVel.AnyEntity]] = PerLevel()
 def named(level: kaVel.Coordinator, name: str) -> kaVel.AnyEntity | None:
     """The first thing of a level of a name, or the one at a path below its maps; None for none."""
     found = _index.get(level, {}).get(name)
-    if found and not found.isDying():
+    if found and not found.isDying() and levelOf(found) == level:
         return found
     _index[level] = index = {}
     for each in kaVel.descendants(level):

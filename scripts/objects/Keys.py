@@ -32,7 +32,8 @@ def locksIn(level: kaVel.Coordinator) -> list[Lock]:
 
 def keysIn(level: kaVel.Coordinator) -> dict[str, list[kaVel.Entity]]:
     """The keys that lie in a level, by the name of what they open."""
-    there = {name: [key for key in keys if key] for name, keys in _keys.get(level, {}).items()}
+    there = {name: [key for key in keys if key and levelOf(key) == level]
+             for name, keys in _keys.get(level, {}).items()}
     return {name: keys for name, keys in there.items() if keys}
 
 

@@ -68,6 +68,7 @@ def settle(level: kaVel.Coordinator):
 def _fit(map: kaVel.MapRootEntity, boxes: dict[kaVel.Entity, tuple[Triple, Triple]]):
     for gone in [root for root in boxes if not root or root.isDying()]:
         del boxes[gone]
+    boxes = {root: box for root, box in boxes.items() if levelOf(root)}  # others are kept aside by an editor
     transform = map.getComponent('transform')
     if not boxes:
         kaVel.configure(transform, position=kaVel.Vec4(0, 0, 0, 1), scale=kaVel.Vec4(1, 1, 1, 0))

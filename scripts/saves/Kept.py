@@ -83,10 +83,10 @@ def settableProperties(handle: Any) -> list[str]:
 # Telling
 
 def tellObjects(level: kaVel.Coordinator) -> dict[str, dict[str, Any]]:
-    """Path below the level -> property -> value, of all that live."""
+    """Path below the level -> property -> value, of all that live in it."""
     told: dict[str, dict[str, Any]] = {}
     for handle, names in _wishesOf(level).objects:
-        if not handle or handle.isDying():
+        if not handle or handle.isDying() or levelOf(handle) != level:
             continue
         path = pathBelow(level, handle)
         if level.getDescendantByPath(path) != handle:

@@ -118,6 +118,119 @@ def test_random_edits_undone_give_the_first_hash_back_and_done_again_the_last(wo
         assert edits > 50, f"only {edits} edits were made"
 
 
+EVERYTHING = """
+def drawn(level):
+    graph = level.getManager('graphics2').getSceneGraph()
+    return [graph.getLayerSize(layer) for layer in (0, 1, 3, 7)]
+
+
+def state(piece):
+    # All that can be told of a piece's objects, and in which order they stand.
+    found = []
+    for handle in kaVel.descendants(piece.root):
+        found.append((handle.getName(), handle._getType().name))
+        for kind in type(handle).__mro__:
+            for name, member in sorted(vars(kind).items()):
+                if type(member).__name__ == 'reflected_property' and name not in ('previousMin', 'previousMax'):
+                    try:
+                        found.append((name, str(getattr(handle, name))))
+                    except Exception as error:
+                        found.append((name, type(error).__name__))
+    return found
+
+
+def light(level):
+    return kaVel.Reflection.lightAt(level.getChild('yard'), kaVel.Vec4(13, 1, 13, 1))
+
+
+def furnish(level):
+    from editor import Catalogue
+    pieces, edits = of(level)
+    session.editing['.dark'] = drawn(level), light(level)
+    for number, entry in enumerate(Catalogue.entries()):
+        if entry.name in ('Built', 'Player', 'NowAndThen'):
+            continue  # stand in no level by themselves
+        place = {'at': (-12 + number % 20, 0.5, -14 + 1.5 * (number // 20))} if entry.takes('at') else {}
+        edits.add(pieces.maps()[0], entry.name, **place)
+    edits.add(pieces.maps()[0], 'LitLamp', name='bright', at=(13.5, 0.5, 13))
+    level.loopState = kaVel.Coordinator.LoopControlState.STATE
+
+
+def remove(level):
+    pieces, edits = of(level)
+    session.editing['.lit'] = light(level)
+    kaVel.log('brighter than before: %s' % (light(level) > session.editing['.dark'][1]))
+    everyone = [each for each in pieces.all() if not each.source]
+    session.editing['.states'] = {each: state(each) for each in everyone}
+    edits.remove(everyone)
+    kept = [each for each in everyone if each.aside]
+    kaVel.log('%d of %d are kept' % (len(kept), len(everyone)))
+    kaVel.log('found no more: %s' % (not any(level.getDescendantByPath('yard/' + each.name) for each in kept)))
+
+
+def bringBack(level):
+    pieces, edits = of(level)
+    kaVel.log('as dark as before: %s' % ((drawn(level), light(level)) == session.editing['.dark']))
+    kept = [each for each in session.editing['.states'] if each.aside]
+    edits.undo()
+    wrong = [each.name for each in kept if state(each) != session.editing['.states'][each]]
+    kaVel.log('stand as they stood, but for %s' % wrong)
+
+
+def change(level):
+    pieces, edits = of(level)
+    kaVel.log('as bright as before: %s' % (light(level) == session.editing['.lit']))
+    session.editing['.hash'] = treeDigest(level.getChild('yard'))
+    chosen = [each for each in session.editing['.states'] if each.aside and 'scale' in each.arguments]
+    with edits.step('Stretch'):
+        for each in chosen:
+            edits.change(each, scale=(1, 1.25, 1))
+    session.editing['.tall'] = treeDigest(level.getChild('yard'))
+    first = [each.root for each in chosen]
+    for _ in range(2):
+        edits.undo()
+        kaVel.log('changed back: %s' % (treeDigest(level.getChild('yard')) == session.editing['.hash']))
+        edits.redo()
+        kaVel.log('changed again: %s' % (treeDigest(level.getChild('yard')) == session.editing['.tall']))
+    kaVel.log('%d swapped: %s' % (len(chosen), first == [each.root for each in chosen]))
+    while edits.undo():
+        pass
+    kaVel.log('%d wait for being done again' % kaVel.getSystem('ShelfSystem').count)
+    edits.add(pieces.maps()[0], 'Crate')
+    kaVel.log('%d wait once they are not' % kaVel.getSystem('ShelfSystem').count)
+    edits.undo()
+    edits.remove(named(pieces, 'desk'))
+    reload(level)
+
+
+def last(level):
+    pieces, edits = of(level)
+    edits.undo()
+    tell('undone', level)
+    compare('begin', 'undone')
+    kaVel.log('left of the level before: %d' % (kaVel.getSystem('ShelfSystem').count))
+
+
+STEPS = {2: lambda level: (tell('begin', level), furnish(level)), 20: remove, 24: bringBack, 28: change, 32: last}
+"""
+
+
+def test_what_is_removed_is_as_good_as_gone_and_comes_back_as_it_was(world):
+    world.write("scripts/levels/Yard.py", YARD)
+    for loop in ("LOOP_RUN", "LOOP_STOP"):
+        outcome = run(world, "Yard", "from headless import treeDigest\n" + EVERYTHING.replace("STATE", loop), frames=34,
+                      clean=False)
+        assert not outcome.has("Traceback"), outcome.log[-4000:]
+        kept, every = map(int, re.search(r"(\d+) of (\d+) are kept", outcome.log).groups())
+        assert kept > 100 and every > kept, "all kinds are tried, and most of them are kept"
+        for told in ("brighter than before: True", "found no more: True", "as dark as before: True",
+                     "stand as they stood, but for []", "as bright as before: True", "begin and undone are the same",
+                     "Information: 0 wait once they are not", "left of the level before: 0"):
+            outcome.expect(told)
+        assert outcome.log.count("changed back: True") == outcome.log.count("changed again: True") == 2
+        assert re.search(r"\d{2,} swapped: True", outcome.log) and re.search(r"\d{3} wait for", outcome.log)
+
+
 TRACED = """
 def edit(level):
     from editor.source import Writing

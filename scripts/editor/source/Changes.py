@@ -2,25 +2,31 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Any, Protocol
+from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.source import Address, Making, Order, Parameters, Standing, Touches
+from editor.source import Address, Aside, Making, Order, Parameters, Standing, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
     from editor.source.Edits import LevelEdits
-    from editor.source.Pieces import Piece
+    from editor.source.Pieces import LevelPieces, Piece
 
 #: Parameters that only say where a piece stands.
 PLACING = frozenset(('at', 'turn', 'pitch', 'roll'))
 
 
-class Change(Protocol):
+class Change:
     """Something that can be done and undone; both raise Refused and change nothing where they cannot be."""
 
-    def do(self, edits: LevelEdits) -> None: ...
-    def undo(self, edits: LevelEdits) -> None: ...
+    def do(self, edits: LevelEdits) -> None:
+        raise NotImplementedError
+
+    def undo(self, edits: LevelEdits) -> None:
+        raise NotImplementedError
+
+    def forget(self) -> None:
+        """Lets go of what it has kept, once it was undone and will not be done again."""
 
 
 def namesIn(change: Change) -> list[str]:
@@ -38,8 +44,8 @@ def _standing(piece: Piece) -> Piece:
     return piece
 
 
-class Arguments:
-    """Other arguments for a piece. One that only moves is moved as a whole; any other one is built anew."""
+class Arguments(Change):
+    """Other arguments for a piece. One that only moves is moved as a whole; any other one is built anew, once."""
 
     def __init__(self, piece: Piece, after: dict[str, Any]):
         self.piece = piece
@@ -48,10 +54,11 @@ class Arguments:
         self._motion = _motion(piece, self.before, after) if changed & PLACING else None
         self._isMove = self._motion is not None and changed <= PLACING
         self._moves: list[_Move] = []  # of the piece, and of those that it carries along
+        self._kept: dict[bool, Aside.Kept] = {}  # the piece as it is after the change, or before, while it is not so
 
     def do(self, edits: LevelEdits):
         _standing(self.piece)
-        if self._moves and self._stand(onwards=True):
+        if self._moves and (self._stand(onwards=True) or self._swap(edits.pieces, onwards=True)):
             return
         self._moves = [_Move(self.piece, self.after)]
         if self._motion:
@@ -62,7 +69,7 @@ class Arguments:
 
     def undo(self, edits: LevelEdits):
         _standing(self.piece)
-        if not self._stand(onwards=False):
+        if not self._stand(onwards=False) and not self._swap(edits.pieces, onwards=False):
             self._give(edits, onwards=False)
 
     def _stand(self, onwards: bool) -> bool:
@@ -84,11 +91,35 @@ class Arguments:
             self._standKept(whole, onwards)
             return
         try:
-            Making.rebuild(edits.pieces, self.piece, edits.properties)
+            kept = Making.rebuild(edits.pieces, self.piece, edits.properties)
         except Refused:
             for move in self._moves:
                 move.give(not onwards)
             raise
+        if kept:
+            self._kept[not onwards] = kept
+
+    def _swap(self, pieces: LevelPieces, onwards: bool) -> bool:
+        """Puts what was kept in the place of what stands there, which is kept in its turn; False where nothing was."""
+        wanted = self._kept.pop(onwards, None)
+        if not wanted:
+            return False
+        present = Aside.note(pieces, self.piece)
+        isWhole = {row.piece for row in present.rows} <= {row.piece for row in wanted.rows}
+        if not isWhole or not Aside.giveBack(pieces, wanted, self.piece.parent, present.root):
+            Aside.discard(wanted)
+            return False
+        for move in self._moves:
+            move.give(onwards)
+        if Aside.take(pieces, present):
+            self._kept[not onwards] = present
+        else:
+            Making.bury(present.root)
+        return True
+
+    def forget(self):
+        for kept in self._kept.values():
+            Aside.discard(kept)
 
     def _standKept(self, pieces: list[Piece], onwards: bool):
         """What others hold on to is not built anew: it is moved, and the rest shows when the level is loaded."""
@@ -158,7 +189,7 @@ def _carried(piece: Piece, motion: Standing.Motion) -> dict[str, Any]:
     return given
 
 
-class Adding:
+class Adding(Change):
     """A new piece below an object."""
 
     def __init__(self, edits: LevelEdits, piece: Piece, parent: Any):
@@ -169,15 +200,17 @@ class Adding:
         parent = Address.find(edits.pieces, self._parent)
         if not parent:
             raise Refused('what %r was to hang below is gone' % self.piece.name)
-        Making.build(edits.pieces, self.piece, parent, edits.properties)
+        if not Aside.giveBack(edits.pieces, self.piece.aside, parent):
+            Making.build(edits.pieces, self.piece, parent, edits.properties)
 
     def undo(self, edits: LevelEdits):
-        root = _standing(self.piece).root
-        edits.pieces.leave(self.piece)
-        Making.bury(root)
+        Making.takeAway(edits.pieces, _standing(self.piece))
+
+    def forget(self):
+        Aside.discard(self.piece.aside)
 
 
-class Removing:
+class Removing(Change):
     """Takes pieces out of the level, with all that hangs below them."""
 
     def __init__(self, edits: LevelEdits, pieces: list[Piece]):
@@ -195,26 +228,39 @@ class Removing:
         self._gone = []
         gone, order = [], Order.Order(edits.pieces)
         self.tops.sort(key=order.place)
+        addresses: dict[Any, Address.Address] = {}
         for top in self.tops:
             for piece in [top, *edits.pieces.below(top)]:
-                Touches.find(piece)
-        for top in self.tops:
-            for piece in [top, *edits.pieces.below(top)]:
-                gone.append((piece, Address.of(edits.pieces, piece.parent), order.behind(piece)))
+                parent = piece.parent
+                if parent not in addresses:
+                    addresses[parent] = Address.of(edits.pieces, parent)
+                gone.append((piece, addresses[parent], order.behind(piece)))
         self._gone = gone
-        roots = [top.root for top in self.tops]
-        for piece, *_ in reversed(gone):
-            edits.pieces.leave(piece)
-        for root in roots:
-            Making.bury(root)
+        for top in self.tops:
+            Making.takeAway(edits.pieces, top)
 
     def undo(self, edits: LevelEdits):
-        for piece, address, _ in self._gone:
-            parent = Address.find(edits.pieces, address)
-            if not parent:
-                raise Refused('what %r hung below is gone' % piece.name)
+        back: list[tuple[Piece, Order.Behind]] = []
+        parents: dict[Address.Address, Any] = {}
+        try:
+            for piece, address, behind in self._gone:
+                if not piece.root:  # it has not come with the one that it hangs below
+                    parent = parents[address] = parents.get(address) or Address.find(edits.pieces, address)
+                    self._bringBack(edits, piece, parent)
+                    back.append((piece, behind))
+        except Refused:
+            for piece, _ in back:
+                if piece.root:
+                    Making.takeAway(edits.pieces, piece)
+            raise
+        Order.restore(edits.pieces, back)
+
+    @staticmethod
+    def _bringBack(edits: LevelEdits, piece: Piece, parent: Any):
+        if not parent:
+            raise Refused('what %r hung below is gone' % piece.name)
+        if not Aside.giveBack(edits.pieces, piece.aside, parent):
             Making.build(edits.pieces, piece, parent, edits.properties)
-        Order.restore(edits.pieces, [(piece, behind) for piece, _, behind in self._gone])
 
 
 def _isBelow(piece: Piece, taken: set[Piece]) -> bool:
@@ -226,7 +272,7 @@ def _isBelow(piece: Piece, taken: set[Piece]) -> bool:
     return False
 
 
-class Renaming:
+class Renaming(Change):
     """Another name for a piece's root."""
 
     def __init__(self, piece: Piece, name: str):
@@ -243,7 +289,7 @@ class Renaming:
         self.piece.setName(name)
 
 
-class Reparenting:
+class Reparenting(Change):
     """Another parent for a piece."""
 
     def __init__(self, edits: LevelEdits, piece: Piece, parent: Any):
@@ -269,7 +315,7 @@ class Reparenting:
             root.setParent(parent)
             edits.pieces.hang(self.piece)
         else:
-            Making.rebuild(edits.pieces, self.piece, edits.properties, parent)
+            Aside.discard(Making.rebuild(edits.pieces, self.piece, edits.properties, parent))
 
 
 def _mapOf(entity: Any) -> Any:
@@ -277,7 +323,7 @@ def _mapOf(entity: Any) -> Any:
     return entity if isMap else entity.getAncestorOfType(kaVel.Reflection.MapRootEntity)
 
 
-class Property:
+class Property(Change):
     """Another value of a reflected property of any object of the level."""
 
     def __init__(self, edits: LevelEdits, handle: Any, name: str, value: Any, before: Any = None):
@@ -317,7 +363,7 @@ def _putBack(handle: Any, name: str, value: Any):
         kaVel.log('%s cannot be set back either: %s' % (name, error))
 
 
-class Mark:
+class Mark(Change):
     """What the editor alone knows of a piece: `locked`, `hidden`, `group`."""
 
     def __init__(self, piece: Piece, name: str, value: Any):

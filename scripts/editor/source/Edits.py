@@ -17,7 +17,7 @@ import importlib
 from typing import Any, Callable, Iterable
 
 import kaVel
-from editor.source import Address, Changes, Files, Literals, Making, Merging, Parameters, Pieces, References
+from editor.source import Address, Aside, Changes, Files, Literals, Making, Merging, Parameters, Pieces, References
 from editor.source.Pieces import Piece
 from editor.source.Refused import Refused
 
@@ -218,11 +218,14 @@ class LevelEdits:
         except BaseException:
             self._open = None
             self._takeBack(step.changes)
+            self._forget(step)
             self._tell()
             raise
         self._open = None
         if step.changes:
             self._lookUpAgain(step.changes)
+            for undone in self._steps[self._done:]:
+                self._forget(undone)
             self._steps[self._done:] = [step]
             self._done += 1
             self._tell()
@@ -237,6 +240,12 @@ class LevelEdits:
     def _takeBack(self, changes: list[Changes.Change]):
         for change in reversed(changes):
             change.undo(self)
+
+    @staticmethod
+    def _forget(step: Step):
+        """Lets go of what a step has kept that is not done again."""
+        for change in step.changes:
+            change.forget()
 
     def undo(self) -> str:
         """Takes the last step back and says what it was; '' where there is none. Refused changes nothing."""
@@ -276,7 +285,7 @@ class LevelEdits:
         names = {name for change in changes for name in Changes.namesIn(change)}
         for piece in References.takenAtLoad(self.pieces.all(), names) if names else ():
             try:
-                Making.rebuild(self.pieces, piece, self.properties)
+                Aside.discard(Making.rebuild(self.pieces, piece, self.properties))
             except Refused as error:
                 kaVel.log(str(error))
 
@@ -340,6 +349,8 @@ class LevelEdits:
         self.savedProperties = {key: value for key, value in self.properties.items() if key[0][0] not in removed}
         for piece in self.pieces.everyone():
             piece.saved = None if piece.removed else (piece.name, dict(piece.given))
+            if piece.removed and piece.aside and Aside.isThere(piece.aside):
+                Aside.findTouches(self.pieces, piece.aside)  # the level will not stand anew with it
         self._tell()
 
     def _lastDone(self) -> Step | None:

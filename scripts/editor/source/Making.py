@@ -6,7 +6,7 @@ import traceback
 from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.source import Address, Order, Touches
+from editor.source import Address, Aside, Order, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -60,15 +60,21 @@ def _giveProperties(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any
         setattr(handle, name, value)
 
 
-def rebuild(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any], parent: Any = None):
-    """Has a piece built anew where it stands, and the pieces below it with it; the old one stays where that fails."""
+def rebuild(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any], parent: Any = None) -> Aside.Kept | None:
+    """Has a piece built anew where it stands, and the pieces below it with it; the old one stays where that fails.
+
+    Gives the old one where that is kept.
+    """
+    kept = Aside.note(pieces, piece)
     old, order = piece.root, Order.Order(pieces)
     below = [(each, Address.below(each.above.root if each.above else old, each.root.parent))
              for each in pieces.below(piece)]
     places = [(each, order.behind(each)) for each, _ in below]
     before = old if parent is None else None
     build(pieces, piece, old.parent if parent is None else parent, properties, before)
-    bury(old)
+    isKept = Aside.take(pieces, kept)
+    if not isKept:
+        bury(old)
     for each, steps in below:
         assert each.above
         place = Address.follow(each.above.root, steps) if each.above.root else None
@@ -78,6 +84,19 @@ def rebuild(pieces: LevelPieces, piece: Piece, properties: dict[Any, Any], paren
             kaVel.log('%s stood below what is no more, and is gone with it' % each)
             pieces.leave(each)
     Order.restore(pieces, [(each, behind) for each, behind in places if each.root])
+    return kept if isKept else None
+
+
+def takeAway(pieces: LevelPieces, piece: Piece):
+    """Takes a piece out of the level with those below it; kept alive in its `aside` where that can be."""
+    kept = Aside.note(pieces, piece)
+    piece.aside = kept if Aside.take(pieces, kept) else None
+    if not piece.aside:
+        for row in kept.rows:
+            Touches.find(row.piece)
+        bury(kept.root)
+    for row in reversed(kept.rows):
+        pieces.leave(row.piece)
 
 
 def bury(root: Any):

@@ -107,16 +107,22 @@ def nameParameter(pattern: Pattern) -> str | None:
 
 def given(pattern: Pattern, arguments: tuple[Any, ...], options: dict[str, Any]) -> dict[str, Any]:
     """What a call told of parameters by name, without parent and object's name, in the order of the call."""
-    try:
-        names = [name for name, each in inspect.signature(pattern).parameters.items()
-                 if each.kind in (each.POSITIONAL_ONLY, each.POSITIONAL_OR_KEYWORD)]
-    except (TypeError, ValueError):
-        names = []
+    names = _inOrder(pattern)
     told = dict(zip(names, arguments))
     told.update(options)
     for taken in names[:1] + ['name']:
         told.pop(taken, None)
     return told
+
+
+@functools.lru_cache(maxsize=None)
+def _inOrder(pattern: Pattern) -> list[str]:
+    """Names of what a call may give by its place alone."""
+    try:
+        return [name for name, each in inspect.signature(pattern).parameters.items()
+                if each.kind in (each.POSITIONAL_ONLY, each.POSITIONAL_OR_KEYWORD)]
+    except (TypeError, ValueError):
+        return []
 
 
 def isPattern(thing: Any) -> bool:
@@ -153,6 +159,7 @@ def forget():
     _namesByModule.clear()
     parametersOf.cache_clear()
     nameParameter.cache_clear()
+    _inOrder.cache_clear()
 
 
 def named(name: str) -> Pattern:

@@ -10,7 +10,7 @@ another pattern built as a part of its own is no piece.
 
 from __future__ import annotations
 
-from typing import Any, Iterator
+from typing import TYPE_CHECKING, Any, Iterator
 
 import callSites
 import kaVel
@@ -19,6 +19,9 @@ import session
 from editor.source import Address, Literals, Parameters, Standing
 from editor.source.Modules import moduleOf
 from editor.source.Parameters import Parameter, Pattern, parametersOf  # noqa: F401 (offered here)
+
+if TYPE_CHECKING:
+    from editor.source import Aside
 
 #: File, line and column of a call, both counted from 1.
 Origin = tuple[str, int, int]
@@ -44,7 +47,8 @@ class Piece:
         self.root: Any = root
         self.pattern = pattern
         self.source: Source | None = None
-        self.above: Piece | None = None     # the piece whose subtree it hangs in
+        self._above: Piece | None = None
+        self.heldCount = 0                  # how many pieces say that they hang in its subtree, gone ones among them
         self.steps: tuple[Address.Step, ...] = ()  # from there, or from the level, to what it hangs below
         self.section: str | None = None     # function of the level that its call is to be written into
         self.saved: tuple[str, dict[str, Any]] | None = None  # name and arguments that were written last
@@ -54,6 +58,7 @@ class Piece:
         self.group = ''
         self.stand = Standing.Standing()
         self.touches: list[Any] | None = None  # what the level has done to it besides, once that was asked for
+        self.aside: Aside.Kept | None = None   # what it was when it was taken out of the level, see `Aside`
         self._built: kaVel.BuiltFrom | None = None
         self._name = ''
         self._given: dict[str, Any] | None = None
@@ -65,6 +70,19 @@ class Piece:
     @property
     def name(self) -> str:
         return self._name or (self.root.getName() if self.root else '')
+
+    @property
+    def above(self) -> Piece | None:
+        """The piece whose subtree it hangs in."""
+        return self._above
+
+    @above.setter
+    def above(self, above: Piece | None):
+        if self._above:
+            self._above.heldCount -= 1
+        if above:
+            above.heldCount += 1
+        self._above = above
 
     @property
     def path(self) -> str:
@@ -196,7 +214,7 @@ class LevelPieces:
     def below(self, piece: Piece) -> list[Piece]:
         """The pieces whose roots hang below a piece, in the order of the tree."""
         found: list[Piece] = []
-        waiting = [child for child in piece.root.children] if piece.root else []
+        waiting = [child for child in piece.root.children] if piece.root and piece.heldCount else []
         while waiting:
             entity = waiting.pop(0)
             each = self._byRoot.get(entity)
@@ -224,6 +242,14 @@ class LevelPieces:
         self._byRoot[root] = piece
         self.hang(piece)
         piece.stand = Standing.of(root, self._byRoot)
+
+    def putBack(self, piece: Piece, root: Any, stand: Standing.Standing, above: Piece | None,
+                steps: tuple[Address.Step, ...]):
+        """Gives a piece what was its own before it left."""
+        self._byRoot.pop(piece.root, None)
+        piece.root, piece.stand, piece.above, piece.steps, piece.removed = root, stand, above, steps, False
+        self._numbered[piece.number] = piece
+        self._byRoot[root] = piece
 
     def hang(self, piece: Piece):
         """Notes where a piece hangs."""

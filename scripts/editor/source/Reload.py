@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Any
 
 import kaVel
-from editor.source import Files, Making, Parameters
+from editor.source import Aside, Files, Making, Parameters
 from editor.source.Pieces import LevelPieces, Piece
 from editor.source.Refused import Refused
 
@@ -121,15 +121,17 @@ def _again(pieces: LevelPieces, unsaved: list[tuple[Piece, str, dict[str, Any]]]
         try:
             piece.setGiven(given)
             piece.setName(name)
-            Making.rebuild(pieces, piece, properties)
+            Aside.discard(Making.rebuild(pieces, piece, properties))
         except Refused as error:
             kaVel.log('%s was edited and not saved, and stays as its script has it: %s' % (piece, error))
-    for piece in gone:
-        root = piece.root
-        pieces.leave(piece)
-        Making.bury(root)
+    for piece in sorted(gone, key=_depth, reverse=True):  # each by itself, as they may be brought back
+        Making.takeAway(pieces, piece)
     if edits:
         edits.setAgain()
+
+
+def _depth(piece: Piece) -> int:
+    return _depth(piece.above) + 1 if piece.above else 0
 
 
 def _seek(pieces: LevelPieces, piece: Piece, isWanted: bool, properties: dict[Any, Any]):

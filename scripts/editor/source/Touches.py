@@ -30,19 +30,23 @@ _GIVEN = frozenset(('ScriptComponent', 'SoundComponent'))
 _names: dict[type, list[str]] = {}
 
 
-def find(piece: Piece):
-    """Finds what the level has done to a piece, once, by having its pattern build another one for comparison."""
+def find(piece: Piece, root: Any = None, parent: Any = None):
+    """Finds what the level has done to a piece, once, by having its pattern build another one for comparison.
+
+    `root` and `parent` are those that the piece had, where it was taken out of the level.
+    """
     if piece.touches is not None or piece.source is None or piece.stand.isKept:
         return
     piece.touches = []
-    before, parent = piece.parent.childCount, piece.parent
+    root, parent = root or piece.root, parent or piece.parent
+    made, before = None, parent.childCount
     try:
         made = piece.pattern(parent, **piece.given, **({'name': piece.name} if piece.takesName else {}))
-        piece.touches = _differences(piece.root, made)
-        piece.stand.isKept = _hasMore(piece.root, made)
+        piece.touches = _differences(root, made)
+        piece.stand.isKept = _hasMore(root, made)
     except Exception:
         pass  # it will fail in the same way when it is built, and be told then
-    for child in list(parent.children)[before:]:
+    for child in (made,) if made and parent.childCount == before + 1 else list(parent.children)[before:]:
         child.setName('.gone')
         child.murder()
 

@@ -227,6 +227,22 @@ void PartitioningGrid::removeVolume(const Vec4 &min, const Vec4 &max, Handle<Bou
     removeCells(CellRect::between(min, max, columns, rows), vol, staticVol);
 }
 
+void PartitioningGrid::withdraw(Handle<BoundingVolume> vol)
+{
+    const auto volume = vol.lookup();
+    if (!volume)
+        return;
+    GridPlace &place = volume->gridPlace;
+    if (const auto home = place.grid.lookup())
+    {
+        const CellRect all{0, 0, home->columns - 1, home->rows - 1};
+        (place.isStatic ? home->staticGrid : home->grid).remove(vol, all, place.slot);
+        if (place.several)
+            (place.isStatic ? home->grid : home->staticGrid).remove(vol, all);
+    }
+    place = GridPlace();
+}
+
 void PartitioningGrid::fillRectangle(Vec4 minPos, Vec4 maxPos, Handle<BoundingVolume> vol, bool staticVol)
 {
     fillCells(CellRect::between(getCellCoords(minPos), getCellCoords(maxPos), columns, rows), vol, outlineOf(vol),

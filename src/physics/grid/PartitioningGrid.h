@@ -138,6 +138,10 @@ public:
     void refreshOutline(Handle<BoundingVolume> vol);
     /// Takes all occurrences of a volume out of a rectangle, given in cell coordinates.
     void removeVolume(const Vec4 &min, const Vec4 &max, Handle<BoundingVolume> vol, bool staticVol);
+    /// Takes a volume out of the grid that it stands in, wherever that keeps it, as if it had never been put there.
+    ///
+    /// Its next frame step puts it into its map's grid anew.
+    static void withdraw(Handle<BoundingVolume> vol);
     /// Puts a volume into all cells of a rectangle, given in metres; a second time gives a second entry.
     void fillRectangle(Vec4 minPos, Vec4 maxPos, Handle<BoundingVolume> vol, bool staticVol);
     /// Takes a volume from one rectangle to another, both in metres.

@@ -3,6 +3,7 @@
 #include "object/tree/Object.h"
 
 #include <algorithm>
+#include <iterator>
 
 void placeBefore(Handle<Object> object, Handle<Object> sibling)
 {
@@ -11,12 +12,17 @@ void placeBefore(Handle<Object> object, Handle<Object> sibling)
     if (!parent)
         return;
     const auto begin = parent->children_begin(), end = parent->children_end();
-    const auto from = std::find(begin, end, object);
+    // What came last is what is placed, as a rule.
+    const auto behind = std::find(std::make_reverse_iterator(end), std::make_reverse_iterator(begin), object).base();
+    if (behind == begin || (behind != end && *behind == sibling))
+        return;
+    const auto from = behind - 1;
     const auto to = sibling.isValid() ? std::find(begin, end, sibling) : end;
-    if (from == end || (sibling.isValid() && to == end))
+    if (sibling.isValid() && to == end)
         return;
     if (from < to)
-        std::rotate(from, from + 1, to);
+        std::move(from + 1, to, from);
     else
-        std::rotate(to, from, from + 1);
+        std::move_backward(to, from, from + 1);
+    *(from < to ? to - 1 : to) = object;
 }

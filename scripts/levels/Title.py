@@ -6,7 +6,7 @@ import GameConfig
 import kaVel
 import mods
 import session
-from kaVel import Coordinator, MapRootEntity
+from kaVel import Coordinator, MapRootEntity, ScriptComponent
 from objects.Music import Music
 from screens import Screens
 from title import Room
@@ -20,7 +20,10 @@ def build(coordinator: Coordinator):
     coordinator.getManager('reverb').surroundings = 'woodRoom'
     Eye(Room.camera(coordinator), *Room.LOOKING)
     coordinator.loadMap('room')
-    Splash(coordinator, lambda: begin(coordinator))
+    Splash(coordinator)
+    entity = kaVel.make('Entity', parent=coordinator, name='firstFrames')
+    frames = kaVel.addComponent(entity, 'cursor', 'ScriptComponent')
+    frames.frameCallback = lambda: begin(coordinator, frames)
 
 
 def room(map: MapRootEntity):
@@ -28,11 +31,18 @@ def room(map: MapRootEntity):
     Lamp(map)
 
 
-def begin(coordinator: Coordinator):
+def begin(coordinator: Coordinator, frames: ScriptComponent):
+    """Opens the menu, in the first frame."""
     Screens.open(coordinator, 'Main')
     if mods.isAsking():
         Screens.open(coordinator, 'Mods')
     Music(coordinator).play('TitleMusic')
+    frames.frameCallback = lambda: tellOfStart(frames)
+
+
+def tellOfStart(frames: ScriptComponent):
+    """Tells how long the start took, once the menu has been seen."""
+    frames.frameCallback = None
     if not GameConfig.headless and not session.menuShown:
         session.menuShown = True
         kaVel.log('The main menu stands %.2f s after the start.' % session.secondsSinceStart())

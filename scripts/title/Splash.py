@@ -1,8 +1,8 @@
-"""The splash: an eye in the dark that closes, before the room of the title comes up."""
+"""The splash: an eye in the dark that looks on while the menu comes, and closes before the room of the title is seen."""
 
 from __future__ import annotations
 
-from typing import Any, Callable
+from typing import Any
 
 import kaVel
 import session
@@ -15,10 +15,10 @@ SKIPPED_BY = ('KeyDownMessage', 'MouseDownMessage', 'ButtonPressed')
 
 
 class Splash:
-    """Shows the logo once in a session, and calls `then` when it is over; any key, click or button ends it."""
+    """Shows the logo once in a session, over a room that is dark meanwhile; any key, click or button ends it."""
 
-    def __init__(self, level: kaVel.Coordinator, then: Callable[[], object]):
-        self.then, self.over = then, False
+    def __init__(self, level: kaVel.Coordinator):
+        self.over = False
         self.picture = level.getManager('graphics2')
         self.picture.dissolveAmount = 1.0
         self.logo = Picture(level, 'logo', picture='emblem', size=(SIZE, SIZE))
@@ -40,10 +40,9 @@ class Splash:
         self.end()
 
     def end(self):
-        """Has the room come up, and what waited for that begin; once, though a murdered logo has one more frame."""
+        """Has the room come up; once, though a murdered logo has one more frame."""
         if self.over:
             return
         self.over = session.splashShown = True
         self.logo.murder()
         kaVel.interpolate(self.picture, 'dissolveAmount', 0.0, ROOM)
-        self.then()

@@ -149,8 +149,10 @@ namespace CrashReport
 
 void install()
 {
-    // The unwinder and the symbol tables do their allocations at their first use.
-    StackTrace().getFrame(0);
+    // The unwinder allocates at its first use. Symbols are read by system calls alone, which a signal handler may do, and
+    // only when they are asked for: reading them holds up a start by a tenth of a second.
+    StackTrace{};
+    SymInitialize(GetCurrentProcess(), nullptr, TRUE);
     SetUnhandledExceptionFilter(reportCrash);
 }
 

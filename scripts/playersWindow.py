@@ -8,7 +8,6 @@ from typing import Any
 
 import bindings
 import kaVel
-import saves
 import settings
 import stillness
 
@@ -64,9 +63,10 @@ def _pause(level: Any) -> bool:
 
 
 def _onClose(message: Any) -> None:
-    """Saves the game of one who closes the window on it."""
-    if saves.isUnsaved():
-        saves.leave()
+    from screens import Ways  # of the scripts of the level, which are read anew with it
+    level = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
+    if level and not Ways.mayClose(level):
+        kaVel.getSystem('WindowSystem2').refuseToClose()
 
 
 def _onSize(message: Any, width: int, height: int) -> None:

@@ -155,7 +155,8 @@ def _write(level: Any, slot: str, why: str, isAwkward: bool = False) -> Outcome:
         return Outcome(False, words.text('saves.fail.other', cause=words.text(fault.key, **fault.values)))
     except OSError as error:
         kaVel.log('The game cannot be saved in %s: %s' % (into.path, error))
-        return Outcome(False, words.text(_SENTENCES.get(error.errno or 0, 'saves.fail.other'), cause=error.strerror,
+        cause = words.text('saves.fault.unreadable', cause=error.strerror)
+        return Outcome(False, words.text(_SENTENCES.get(error.errno or 0, 'saves.fail.other'), cause=cause,
                                          folder=into.path))
     _slot, _saved = name.slot, _game().progress(level)
     if why == 'leaving':

@@ -143,10 +143,11 @@ def closeAll(level: kaVel.Coordinator):
         close(level)
 
 
-def isOpen(level: kaVel.Coordinator, name: str = '') -> bool:
-    """Whether a level has an open screen, or one of this name."""
+def isOpen(level: kaVel.Coordinator, name: str = '', **arguments: Any) -> bool:
+    """Whether a level has an open screen, or one of this name that was opened with these arguments."""
     stack = _stacks.get(level)
-    return bool(stack) and any(not name or screen.name == name for screen in stack.screens)
+    return bool(stack) and any(not name or (screen.name == name and arguments.items() <= screen.arguments.items())
+                               for screen in stack.screens)
 
 
 def names(level: kaVel.Coordinator) -> list[str]:

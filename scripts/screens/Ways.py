@@ -25,7 +25,19 @@ def toTitle(level: kaVel.Coordinator):
 
 def toDesktop(level: kaVel.Coordinator):
     """Leaves the game."""
-    _leave(level, 'leave.desktop', lambda: kaVel.getSystem('GameLoopSystem').quit(0))
+    _leave(level, 'leave.desktop', _quit)
+
+
+def mayClose(level: kaVel.Coordinator) -> bool:
+    """Saves the game of one who closes its window; where that fails he is asked, and the window stays.
+
+    Who closes it on the question has answered that.
+    """
+    cause = _saved()
+    if not cause or Screens.isOpen(level, 'Ask', question='leave.desktop'):
+        return True
+    Screens.ask(level, words='leave.desktop', yes=_quit, cause=cause)
+    return not Screens.isOpen(level, 'Ask')
 
 
 def goTo(levelName: str):
@@ -36,8 +48,18 @@ def goTo(levelName: str):
 
 def _leave(level: kaVel.Coordinator, question: str, go: Callable[[], object]):
     """Saves, and asks only where that has failed and something would be lost."""
-    outcome = saves.leave() if saves.isUnsaved() else None
-    if outcome and not outcome.done:
-        Screens.ask(level, words=question, yes=go, cause=outcome.said)
+    cause = _saved()
+    if cause:
+        Screens.ask(level, words=question, yes=go, cause=cause)
     else:
         go()
+
+
+def _saved() -> str:
+    """Saves what would be lost; what kept it from being saved, or nothing."""
+    outcome = saves.leave() if saves.isUnsaved() else None
+    return outcome.said if outcome and not outcome.done else ''
+
+
+def _quit():
+    kaVel.getSystem('GameLoopSystem').quit(0)

@@ -47,6 +47,20 @@ def doFrame(night):
         step(night)
 """
 
+#: Puts a coin into the player's pocket as soon as he can be saved.
+AWAKE = """
+import kaVel
+from saves import Moments
+
+told, open = [], [[]]
+
+
+def doFrame(night):
+    if not told and Moments.verdict(night.level).when == 'now':
+        told.append(night.story.pockets.add('aCoin'))
+        kaVel.log('FACT awake')
+"""
+
 
 def nightfall(world, steps, frames, **environment):
     """Runs Nightfall undrawn, with functions of the night at some frames; what they told, in order."""
@@ -303,23 +317,69 @@ STEPS = {350: lambda night: night.visitor.goTo((9.2, 3.0, -0.9), 90.0, 0.0), 380
     assert digests[0] == digests[1] and len(digests[0]) > 450 * 8
 
 
+def test_who_leaves_and_cannot_be_saved_is_told_and_loses_nothing_unless_he_says_so(world):
+    (world.folder / "inTheWay").write_bytes(b"")
+    facts, run = nightfall(world, """
+from screens import Screens, Ways
+
+RETURN, LEFT = 0x0D, 0x25
+
+
+def press(*keys):
+    def step(night):
+        for key in keys:
+            kaVel.getSystem('InputSystem').postKey(key, True)
+            kaVel.getSystem('InputSystem').postKey(key, False)
+    return step
+
+
+def leave(night):
+    Screens.open(night.level, 'Pause')
+    Ways.toTitle(night.level)
+
+
+def tell(night):
+    asked = night.level.getDescendantByPath('ScreenAsk/box/question')
+    fact('open', (Screens.names(night.level), asked.getComponent('form').text[:40] if asked else ''))
+
+
+STEPS = {350: leave, 355: tell, 356: press(RETURN), 362: tell, 363: lambda night: Ways.toTitle(night.level),
+         366: press(LEFT), 368: press(RETURN), 371: tell}
+""", 380, KAVEL_SAVES=str(world.folder / "inTheWay" / "saves"))
+    told = "The game is not saved: Not a directory. "
+    assert facts == [("open", (["Pause", "Ask"], told)), ("open", (["Pause"], ""))], facts
+    assert run.has("camera at Vec4(-0.8"), "the camera is not that of the title:" + run.log[-2000:]
+
+
+def test_a_window_that_is_closed_on_a_game_that_cannot_be_saved_asks_before_it_goes(world):
+    world.write("config/mornal/settings.txt", "windowSize = 320x180\n")
+    (world.folder / "inTheWay").write_bytes(b"")
+    level = (ROOT / "scripts" / "levels" / "Nightfall.py").read_text(encoding="utf-8")
+    world.write("scripts/levels/Nightfall.py", level + HOOK)
+    world.write("scripts/steps.py", AWAKE + """
+    from screens import Screens
+    now = Screens.names(night.level)
+    if now != open[-1]:
+        open.append(now)
+        kaVel.log('FACT open %s.' % now)
+""")
+    data = {"XDG_DATA_HOME": str(world.folder / "inTheWay")}
+    with Display("640x400") as display, Game(world, display, "Nightfall", **data) as played:
+        played.until_logged("FACT awake")
+        played.focus()
+        played.process.terminate()
+        played.until_logged("FACT open ['Ask'].")
+        played.press("Escape")
+        played.until_logged("FACT open [].")
+        assert played.process.poll() is None
+
+
 def test_who_closes_the_window_continues_from_the_title_where_he_was(world):
     world.write("config/mornal/settings.txt", "windowSize = 320x180\n")
     saved = world.folder / "data" / "mornal" / "saves"
     level = (ROOT / "scripts" / "levels" / "Nightfall.py").read_text(encoding="utf-8")
     world.write("scripts/levels/Nightfall.py", level + HOOK)
-    world.write("scripts/steps.py", """
-import kaVel
-from saves import Moments
-
-told = []
-
-
-def doFrame(night):
-    if not told and Moments.verdict(night.level).when == 'now':
-        told.append(night.story.pockets.add('aCoin'))
-        kaVel.log('FACT awake')
-""")
+    world.write("scripts/steps.py", AWAKE)
     with Display("640x400") as display:
         with Game(world, display, "Nightfall", XDG_DATA_HOME=str(world.folder / "data")) as played:
             played.until_logged("FACT awake")

@@ -161,25 +161,28 @@ def test_only_the_last_five_reports_are_kept(world):
     assert frames == [15, 20, 25, 30, 35], frames
 
 
-def test_a_run_that_was_killed_leaves_a_report(world):
+def test_a_run_that_was_killed_or_has_crashed_leaves_a_report(world):
     world.write("scripts/levels/Room.py", ROOM)
-    state = {"XDG_STATE_HOME": str(world.folder / "state")}
-    with Display() as display:
-        with Game(world, display, "Room", **state) as running:
-            running.focus()
-            running.press("w")
-            running.until_logged("down 87")
-            running.press("x")
-            running.until_logged("down 88")
-            running.process.send_signal(signal.SIGKILL)
-            running.process.wait()
-        with Game(world, display, "Room", **state) as running:
-            running.until_logged("A run ended badly; its report is")
-            assert running.quit() == 0
-    run = played(world, reports(world)[0])
-    run.expect_code(0)
-    run.expect("down 87")
-    run.expect("The report has no state to compare with")
+    world.write("config/mornal/settings.txt", "windowSize = 320x180\n")
+    for number, end in enumerate((signal.SIGKILL, signal.SIGSEGV, signal.SIGABRT)):
+        state = f"state{number}"
+        words = {"XDG_STATE_HOME": str(world.folder / state)}
+        with Display() as display:
+            with Game(world, display, "Room", **words) as running:
+                running.focus()
+                running.press("w")
+                running.until_logged("down 87")
+                running.press("x")
+                running.until_logged("down 88")
+                running.process.send_signal(end)
+                assert running.process.wait() == -end
+            with Game(world, display, "Room", **words) as running:
+                running.until_logged("A run ended badly; its report is")
+                assert running.quit() == 0
+        run = played(world, reports(world, state)[0])
+        run.expect_code(0)
+        run.expect("down 87")
+        run.expect("The report has no state to compare with")
 
 
 if __name__ == "__main__":

@@ -529,8 +529,9 @@ LRESULT WindowSystem2::wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam)
     switch (uMsg)
     {
     case WM_CLOSE:
+        closeRefused = false;
         sendEngineMessage(WindowCloseMessage);
-        return DefWindowProcA(window, uMsg, wParam, lParam);
+        return closeRefused ? 0 : DefWindowProcA(window, uMsg, wParam, lParam);
     case WM_DESTROY:
         PostQuitMessage(0);
         hWnd = nullptr;

@@ -58,6 +58,9 @@ public:
     /// A window that starts without a size takes 1280 x 720 of a larger desktop.
     void setWindowedSize(int width, int height);
 
+    /// Has the window stay that somebody is just closing; for those who hear WindowCloseMessage.
+    void refuseToClose() { closeRefused = true; }
+
     bool getResizable() const { return resizable; }
     /// Whether the user may resize and maximise the window, by default so.
     void setResizable(bool val);
@@ -147,6 +150,7 @@ private:
     POINT lastUnconstrainedCursorPos{0, 0}; ///< screen pixels
     HCURSOR hArrowCursor = nullptr;
     bool windowActive = false;
+    bool closeRefused = false; ///< of the last who wanted to close it
     bool resizable = true;
     bool minimised = false;
     bool maximised = false;

@@ -31,7 +31,7 @@ from perLevel import PerLevel
 from screens import Kit as kit
 
 #: Events of the sound project, by the number of a `MenuEvent`.
-SOUNDS = ('InterfaceHover', 'InterfaceClick', 'InterfaceHover', 'InterfaceBack')
+SOUNDS = ('InterfaceHover', 'InterfaceClick', 'InterfaceHover', 'InterfaceBack', 'InterfaceRefused')
 #: The screen that every level with a player has ready.
 PAUSE = 'Pause'
 PAUSE_ENTITY = 'PauseMenu'
@@ -59,8 +59,16 @@ class Stack:
         self.level = level
         self.screens: list[Screen] = []
         self.running: Any = None    # loopState before the level was stopped; None while it is not
-        self.cursor = _makeCursor(level, self.followWords)
+        self.cursor = _makeCursor(level, self.doFrame)
         self.wordsSeen = words.changes
+        self.unheard: tuple[Screen, int] | None = None  # the one that was opened last, and the frame
+
+    def doFrame(self):
+        # A frame later: what sounds already while the level is stopped is held with it.
+        if self.unheard and self.unheard[1] != _frame():
+            _sound(self.unheard[0], 'InterfaceOpen')
+            self.unheard = None
+        self.followWords()
 
     def followWords(self):
         if self.screens and self.wordsSeen != words.changes:
@@ -99,7 +107,7 @@ def open(level: kaVel.Coordinator, name: str, **arguments: Any) -> kaVel.Entity 
     screen = _open(level, name, arguments)
     if not screen:
         return None
-    _sound(screen, 'InterfaceOpen')
+    _stackOf(level).unheard = screen, _frame()
     return screen.menu
 
 
@@ -230,6 +238,10 @@ def findings(level: kaVel.Coordinator) -> list[str]:
 
 
 # Within
+
+def _frame() -> int:
+    return kaVel.getSystem('GameLoopSystem').frameNumber
+
 
 def _setAside(level: kaVel.Coordinator, aside: bool):
     _aside[level] = aside

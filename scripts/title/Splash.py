@@ -1,4 +1,4 @@
-"""The splash: an eye in the dark that looks on while the menu comes, and closes before the room of the title is seen."""
+"""The splash: an eye in the dark that looks on as the menu comes, and closes before the room of the title is seen."""
 
 from __future__ import annotations
 

@@ -18,7 +18,8 @@ enum MenuEvent
     ME_FOCUS = 0,  ///< another widget has the focus
     ME_PRESS = 1,  ///< a widget was pressed
     ME_CHANGE = 2, ///< a value was stepped or dragged
-    ME_BACK = 3    ///< it was asked to go back
+    ME_BACK = 3,   ///< it was asked to go back
+    ME_REFUSED = 4 ///< a value has no step to go any more
 };
 
 /// A screen, under the component key "menu"; its widgets stand on the entities below its own.

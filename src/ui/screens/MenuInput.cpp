@@ -86,8 +86,8 @@ void MenuComponent::move(int x, int y)
     const auto widget = focus.lookup();
     if (widget && x != 0 && widget->stepsSideways())
     {
-        widget->turn(x > 0 ? 1 : -1);
-        return tell(ME_CHANGE);
+        const bool turned = widget->turn(x > 0 ? 1 : -1);
+        return tell(turned ? ME_CHANGE : ME_REFUSED);
     }
     const auto at = static_cast<std::size_t>(std::find(stops.begin(), stops.end(), focus) - stops.begin());
     const int across = x > 0 ? 1 : x < 0 ? -1 : 0, down = y > 0 ? 1 : y < 0 ? -1 : 0;

@@ -63,8 +63,8 @@ public:
     virtual void press();
     /// Does what a press of the pointer at a place does, pixels.
     virtual void pressAt(float x, float y) { press(); }
-    /// Goes one step to the right (1) or to the left (-1), for one that steps sideways.
-    virtual void turn(int direction) {}
+    /// Goes one step to the right (1) or to the left (-1), for one that steps sideways; false where there is none to go.
+    virtual bool turn(int direction) { return false; }
     /// Whether left and right step through its values, and do not move the focus.
     virtual bool stepsSideways() const { return false; }
     /// Whether the pointer that goes down at a place drags its value, pixels.

@@ -18,10 +18,12 @@ void CheckBoxComponent::press()
     ButtonComponent::press();
 }
 
-void CheckBoxComponent::turn(int direction)
+bool CheckBoxComponent::turn(int direction)
 {
-    if (value != (direction > 0))
-        change(direction > 0);
+    if (value == (direction > 0))
+        return false;
+    change(direction > 0);
+    return true;
 }
 
 void CheckBoxComponent::change(bool val)

@@ -19,7 +19,7 @@ public:
 
     void press() override;
     /// Right is on, left is off.
-    void turn(int direction) override;
+    bool turn(int direction) override;
     bool stepsSideways() const override { return true; }
 
 protected:

@@ -49,9 +49,11 @@ void ChoiceComponent::press()
     ButtonComponent::press();
 }
 
-void ChoiceComponent::turn(int direction)
+bool ChoiceComponent::turn(int direction)
 {
+    const int before = chosen;
     change(chosen + (direction > 0 ? 1 : -1));
+    return chosen != before;
 }
 
 void ChoiceComponent::pressAt(float x, float)

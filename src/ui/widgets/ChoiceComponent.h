@@ -26,7 +26,7 @@ public:
     void setChanged(ReflectorPtr val) { changed = val; }
 
     void press() override;
-    void turn(int direction) override;
+    bool turn(int direction) override;
     bool stepsSideways() const override { return true; }
     /// Goes back where the pointer is left of the middle of what is chosen.
     void pressAt(float x, float y) override;

@@ -59,10 +59,12 @@ void SliderComponent::change(double wanted)
     call(changed, arguments, "changed");
 }
 
-void SliderComponent::turn(int direction)
+bool SliderComponent::turn(int direction)
 {
+    const double before = value;
     const double by = step > 0.0 ? step : (most - least) / FREE_STEPS;
     change(value + by * direction);
+    return value != before;
 }
 
 WidgetRect SliderComponent::rail() const

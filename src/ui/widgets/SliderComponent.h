@@ -27,7 +27,7 @@ public:
     /// Called with the value whenever the player changes it.
     void setChanged(ReflectorPtr val) { changed = val; }
 
-    void turn(int direction) override;
+    bool turn(int direction) override;
     bool stepsSideways() const override { return true; }
     bool grabs(float x, float y) const override;
     void drag(float x, float y) override;

@@ -323,8 +323,17 @@ def playthrough_rows(build):
     return rows
 
 
-# Workloads that are not measured by the benchmark library.
-OTHER_WORKLOADS = {"W10": render_rows, "W17": lambda build, quick: playthrough_rows(build),
+def editor_rows(build, quick):
+    """What an open editor costs a frame, and what is done with it in the game itself."""
+    sys.path.insert(0, str(ROOT / "benchmarks"))
+    import editing
+    rows = rows_of("W18", build, quick)
+    rows[0]["goal"] = "2 ms"
+    return rows + editing.rows(build, quick)
+
+
+# Workloads that are not, or not only, measured by the benchmark library.
+OTHER_WORKLOADS = {"W10": render_rows, "W17": lambda build, quick: playthrough_rows(build), "W18": editor_rows,
                    "start-up": lambda build, quick: start_up_rows(build)}
 
 
@@ -334,7 +343,7 @@ def main():
     parser.add_argument("--quick", action="store_true")
     parser.add_argument("workloads", nargs="*")
     options = parser.parse_args()
-    known = [*WORKLOADS, *OTHER_WORKLOADS]
+    known = list(dict.fromkeys([*WORKLOADS, *OTHER_WORKLOADS]))
     unknown = [name for name in options.workloads if name not in known]
     if unknown:
         raise SystemExit(f"bench: no workload {' '.join(unknown)}; there are {' '.join(known)}")
@@ -348,6 +357,7 @@ def main():
             ratio = "" if row["ratio"] is None else f"{row['ratio']:.2f}"
             calls = f"  {row['draws']} draw calls" if "draws" in row else ""
             calls += f", {row['state_changes']} changes of state" if "state_changes" in row else ""
+            calls += f"  at most {row['goal']}" if row.get("goal") else ""
             calls += f"  void: {row['void']}" if "void" in row else ""
             print(f"{row['workload']:22} {row['subject']:38} {row['median']:10.2f} {row['unit']:18} {ratio:>6}{calls}",
                   flush=True)

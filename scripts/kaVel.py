@@ -59,6 +59,7 @@ def log(text: object):
     _kaVel.writeLog(str(text))
 
 
+@functools.cache
 def classNamed(className: str) -> _ObjectClass[Any]:
     """The reflected class of this name; TypeError that names the nearest one if there is none."""
     try:
@@ -121,9 +122,9 @@ def finishLoad(root: Object):
     Levels and maps get this from the loader; what a script builds in a running level needs the call. An object that
     fails is logged with its path, and the rest loads on. What has been murdered meanwhile is left out.
     """
-    tree = descendants(root)
+    tree, component = descendants(root), classNamed('AbstractComponent')
     for handle in tree:
-        if handle._getType().isSubclassOf(Reflection.AbstractComponent):
+        if handle._getType().isSubclassOf(component):
             _loadStep(handle, 'onLoadBegin')
     for handle in tree:
         _loadStep(handle, 'onLoadComplete')

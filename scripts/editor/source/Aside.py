@@ -59,11 +59,6 @@ def note(pieces: LevelPieces, piece: Piece) -> Kept:
     return Kept([Row(each, each.root, each.stand, each.above, each.steps) for each in (piece, *pieces.below(piece))])
 
 
-def canTake(kept: Kept) -> bool:
-    """Whether `take` can take what was noted."""
-    return _shelf().canTake(kept.root)
-
-
 def take(pieces: LevelPieces, kept: Kept) -> bool:
     """Takes what was noted out of the level, with all its objects; False, with nothing done, where that cannot be."""
     global _count

@@ -42,8 +42,9 @@ def find(piece: Piece, root: Any = None, parent: Any = None):
     made, before = None, parent.childCount
     try:
         made = piece.pattern(parent, **piece.given, **({'name': piece.name} if piece.takesName else {}))
-        piece.touches = _differences(root, made)
-        piece.stand.isKept = _hasMore(root, made)
+        pairs = _pairs(root, made)
+        piece.touches = _differences(pairs)
+        piece.stand.isKept = _hasMore(pairs)
     except Exception:
         pass  # it will fail in the same way when it is built, and be told then
     for child in (made,) if made and parent.childCount == before + 1 else list(parent.children)[before:]:
@@ -51,28 +52,46 @@ def find(piece: Piece, root: Any = None, parent: Any = None):
         child.murder()
 
 
-def _differences(old: Any, new: Any) -> list[Touch]:
-    found: list[Touch] = []
-    for handle in kaVel.descendants(new):
-        steps = Address.below(new, handle)
-        present = Address.follow(old, steps)
-        if not present or present._getType().name != handle._getType().name:
-            continue
-        for name in _marks(handle):
-            value, made = getattr(present, name), getattr(handle, name)
-            if value != made:
-                found.append((steps, name, value))
+#: Steps down from the roots of two objects that the same pattern has built, and what stands there below each.
+Pair = tuple[tuple[Address.Step, ...], Any, Any]
+
+
+def _pairs(old: Any, new: Any) -> list[Pair]:
+    """All that stands below two objects at the same place of their trees, parents before children."""
+    found: list[Pair] = [((), old, new)]
+    for steps, one, other in found:
+        ones = _byStep(one)
+        found += [((*steps, step), ones[step], child) for step, child in _byStep(other).items() if step in ones]
     return found
 
 
-def _hasMore(old: Any, new: Any) -> bool:
+def _byStep(parent: Any) -> dict[Address.Step, Any]:
+    counts: dict[str, int] = {}
+    found: dict[Address.Step, Any] = {}
+    for child in parent.children:
+        if not child.isDying():
+            name = Address.nameOf(child)
+            found[name, counts.get(name, 0)] = child
+            counts[name] = counts.get(name, 0) + 1
+    return found
+
+
+def _differences(pairs: list[Pair]) -> list[Touch]:
+    found: list[Touch] = []
+    for steps, present, made in pairs:
+        if type(present) is type(made):
+            values = [(name, getattr(present, name), getattr(made, name)) for name in _marks(made)]
+            found += [(steps, name, value) for name, value, before in values if value != before]
+    return found
+
+
+def _hasMore(pairs: list[Pair]) -> bool:
     """Whether a script of the level has given something to a part of a piece, and may hold on to it."""
-    for part in kaVel.descendants(new):
-        present = Address.follow(old, Address.below(new, part))
-        if present and any(each._getType().name in _GIVEN and not part.getChild(each.getName())
-                           for each in present.children):
+    for _, present, made in pairs:
+        if present.childCount and any(each._getType().name in _GIVEN and not made.getChild(each.getName())
+                                      for each in present.children):
             kaVel.log('%s is held by a script of the level: what has changed of it, but for its place, shows when the '
-                      'level is loaded' % old.getName())
+                      'level is loaded' % pairs[0][1].getName())
             return True
     return False
 

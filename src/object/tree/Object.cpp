@@ -103,7 +103,9 @@ bool Object::isAncestorOf(const Handle<Object> &other) const
 
 void Object::removeChild(const Handle<Object> &child)
 {
-    children.erase(std::remove(children.begin(), children.end(), child), children.end());
+    const auto place = std::find(children.begin(), children.end(), child);
+    if (place != children.end())
+        children.erase(place);
 }
 
 void Object::sendHierarchyChangeNotification(const Handle<Object> &reparented, const Handle<Object> &oldParent)

@@ -95,7 +95,12 @@ def _refuseUnknown() -> None:
 
 
 #: Report that this run plays again, which answers most of the words below; None for an ordinary run.
-played = Played(_file('KAVEL_REPORT')) if _text('KAVEL_REPORT') else None
+played = Played(_file('KAVEL_REPORT'), _number('KAVEL_HOLD', 0, MOST_FRAMES), _number('KAVEL_FROM', 0, MOST_FRAMES)
+                ) if _text('KAVEL_REPORT') else None
+for _asked in ('KAVEL_HOLD', 'KAVEL_FROM'):
+    if _text(_asked) and not played:
+        raise ValueError('%s is %r, where nothing may stand: it is for a report that is played'
+                         % (_asked, _text(_asked)))
 
 #: Level that the game loads first: the title, unless a run is asked for a level. Headless runs begin there, too.
 initialLevel = _text('KAVEL_LEVEL') or 'Title'

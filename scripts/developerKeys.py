@@ -1,7 +1,7 @@
 """Keys for those who make the game.
 
 F2 the tweak bars, F3 the profiler's table, F4 what the engine thinks is there, F5 the level anew from its scripts, F8
-the editor, F12 a report of what happens.
+the editor, F10 the last minutes, F12 a report of what happens.
 """
 
 import functools
@@ -9,7 +9,7 @@ import functools
 import editing
 import kaVel
 import standing
-from reports import Keeping
+from reports import Keeping, Timeline
 
 #: What F4 shows: hit boxes, their contacts, the reach of lights, what cameras see, the cells of grids, what force
 #: volumes push, the ways by which sounds are heard, what creatures, flocks and flows steer by, what creatures perceive,
@@ -23,6 +23,7 @@ def listen(coordinator: kaVel.Coordinator):
     """Has a level follow the keys for as long as it lives."""
     for action, function in (('tweakBars', _switchBars), ('profiler', _switchProfiler), ('outlines', _switchOutlines),
                              ('report', Keeping.ask), ('reload', functools.partial(standing.reload, coordinator)),
+                             ('timeline', Timeline.switch),
                              ('editor', functools.partial(editing.switch, coordinator))):
         kaVel.onKey(coordinator, action, function, inScreens=True)
 

@@ -58,6 +58,19 @@ class KeptLines:
             self._tell('%s cannot be written: %s. %s holds for this game only.'
                        % (self.path(), problem.strerror, name))
 
+    def arrange(self, names: list[str]) -> None:
+        """Has the lines of these names stand in their order, at the places that such lines have."""
+        try:
+            with self._alone():
+                lines = self._lines()
+                places = [number for number, line in enumerate(lines) if _split(line)[0] in names]
+                moved = sorted((lines[number] for number in places), key=lambda line: names.index(_split(line)[0]))
+                for number, line in zip(places, moved):
+                    lines[number] = line
+                self._replace([line + '\n' for line in lines])
+        except OSError as problem:
+            self._tell('%s cannot be written: %s.' % (self.path(), problem.strerror))
+
     def _changed(self, name: str, text: str | None) -> list[str]:
         lines = self._lines() or self.header()
         places = [number for number, old in enumerate(lines) if _split(old)[0] == name]

@@ -40,6 +40,7 @@ ACTIONS: dict[str, tuple[str, ...]] = {
     'levelBefore': ('F6',),
     'fly': ('F7',),
     'editor': ('F8',),
+    'timeline': ('F10',),
     'console': ('Left of 1',),
     'report': ('F12',),
 }

@@ -53,7 +53,7 @@ def timeline(session: Session, line: str) -> str:
         raise Wrong(str(problem)) from None
     Timeline.record(True)
     Timeline.open()
-    return 'The timeline records; F2 shows its bar'
+    return 'The timeline records'
 
 
 @command('teleport', 'x y z, or path', 'object')

@@ -1,16 +1,18 @@
-"""In which order mods are loaded: what one needs comes before it, and otherwise names decide."""
+"""In which order mods are loaded: what one needs comes before it, and otherwise the player's order and names decide."""
 
 from __future__ import annotations
 
 import heapq
-from typing import Mapping
+from typing import Mapping, Sequence
 
 from mods.Manifest import Manifest, satisfies
 
 
-def arrange(manifests: Mapping[str, Manifest]) -> tuple[list[str], dict[str, tuple[str, str]]]:
+def arrange(manifests: Mapping[str, Manifest],
+            wished: Sequence[str] = ()) -> tuple[list[str], dict[str, tuple[str, str]]]:
     """Names in the order of loading, and those that cannot be: the need in question, and why, as a sentence.
 
+    Those of `wished` come in that order, all others behind them by their names, as far as needs let them.
     One whose need is missing, of another version, or cannot be loaded itself, cannot either; nor can those that need
     each other in a ring.
     """
@@ -27,7 +29,7 @@ def arrange(manifests: Mapping[str, Manifest]) -> tuple[list[str], dict[str, tup
             fault = None if name in wrong else _lacking(manifest, manifests, wrong)
             if fault:
                 wrong[name], settled = fault, False
-    return _ordered({name: each for name, each in manifests.items() if name not in wrong}), wrong
+    return _ordered({name: each for name, each in manifests.items() if name not in wrong}, wished), wrong
 
 
 def _lacking(manifest: Manifest, manifests: Mapping[str, Manifest],
@@ -55,16 +57,17 @@ def _ringOf(name: str, manifests: Mapping[str, Manifest]) -> list[str]:
     return []
 
 
-def _ordered(manifests: Mapping[str, Manifest]) -> list[str]:
+def _ordered(manifests: Mapping[str, Manifest], wished: Sequence[str]) -> list[str]:
+    ranks = {name: rank for rank, name in enumerate(dict.fromkeys(wished))}
     waits = {name: set(each.needs) for name, each in manifests.items()}
-    ready = [name for name, needs in waits.items() if not needs]
+    ready = [(ranks.get(name, len(ranks)), name) for name, needs in waits.items() if not needs]
     heapq.heapify(ready)
-    order = []
+    order: list[str] = []
     while ready:
-        order.append(heapq.heappop(ready))
+        order.append(heapq.heappop(ready)[1])
         for name, needs in waits.items():
             if order[-1] in needs:
                 needs.discard(order[-1])
                 if not needs:
-                    heapq.heappush(ready, name)
+                    heapq.heappush(ready, (ranks.get(name, len(ranks)), name))
     return order

@@ -6,6 +6,8 @@
     mods.installed()     # all that there are, with what is wrong with some
     mods.conflicts()     # what several of them bring
     mods.turn('lantern-cellar', on=True)     # from the next start on
+    mods.move('lantern-cellar', -1)          # before the one that it was loaded after
+    mods.planned()                           # what the next start loads, in that order
 
 They lie in `mods` of the user's data folder, or beside the game. What is on is known before anything else of a run
 begins, since a run with mods gives up what no mod needs (`Holding`). A mod of the kind "data" runs nothing; one of the
@@ -33,7 +35,9 @@ BESIDE = os.path.join('..', 'mods')
 #: Folders of mods that are looked into.
 MOST_MODS = 500
 
-_HEADER = ['# Mods of Mornal that are on: NAME = on. The screen "Mods" changes it, from the next start on.', '']
+_HEADER = ['# Mods of Mornal that are on: NAME = on. They are loaded in the order of these lines, each behind what it',
+           '# needs; of two that bring the same the later one is used. The screen "Mods" changes it, from the next',
+           '# start on.', '']
 _kept = KeptLines('mods.txt', lambda: _HEADER)
 
 
@@ -99,6 +103,7 @@ class Mod:
 _all: list[Mod] = []
 _order: list[Mod] = []
 _finder = Finder()
+_asked: list[str] = []  # names of mods that the run was asked for
 _asking = False  # whether this run has no mods, since it asks about some
 
 
@@ -140,7 +145,51 @@ def waiting() -> list[Mod]:
 
 def conflicts() -> list[Conflict]:
     """What several of the mods bring that are on."""
-    return conflictsOf([(mod.name, mod.contents) for mod in _order if mod.contents])
+    return _conflictsOf(_order)
+
+
+def _conflictsOf(order: list[Mod]) -> list[Conflict]:
+    return conflictsOf([(mod.name, mod.contents) for mod in order if mod.contents])
+
+
+def planned() -> list[Mod]:
+    """The mods that the next start loads, in order, as far as the player allows those that are programs."""
+    chosen: dict[str, Mod] = {}
+    wanted = [*_asked, *_wanted()]
+    while wanted:
+        name = wanted.pop()
+        mod = find(name)
+        if mod and mod.manifest and name not in chosen:
+            look(mod)
+            if not mod.fault:
+                chosen[name] = mod
+                wanted += mod.manifest.needs
+    order, _ = Order.arrange({name: mod.manifest for name, mod in chosen.items() if mod.manifest}, _wanted())
+    return [chosen[name] for name in order]
+
+
+def plannedConflicts() -> list[Conflict]:
+    """What several of the mods bring that the next start loads."""
+    return _conflictsOf(planned())
+
+
+def move(name: str, by: int) -> bool:
+    """Has a mod be loaded one place earlier (-1) or later (1) from the next start on; whether that can be.
+
+    It cannot where one of the two needs the other, or the player has not turned on both.
+    """
+    before = [mod.name for mod in planned()]
+    wanted = [each for each in before if isWanted(each)]
+    target = wanted.index(name) + by if name in wanted else -1
+    if not 0 <= target < len(wanted):
+        return False
+    kept = list(wanted)
+    wanted.insert(target, wanted.pop(wanted.index(name)))
+    _kept.arrange(wanted)
+    if [mod.name for mod in planned()] != before:
+        return True
+    _kept.arrange(kept)
+    return False
 
 
 def isWanted(name: str) -> bool:
@@ -177,8 +226,9 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
         return
     _all[:] = _found(asked)
     names = [_nameAt(each) if '/' in each else each for each in asked]
-    wanted = list(dict.fromkeys([*names, *(_wanted() if players else ())]))
-    _arrange(wanted)
+    _asked[:] = names
+    own = _wanted() if players else []
+    _arrange(list(dict.fromkeys([*names, *own])), own)
     _settleConsent(mayAsk)
     if waiting() and mayAsk and players:
         _asking = True
@@ -232,8 +282,11 @@ def _foldersIn(place: str) -> list[str]:
         return []
 
 
-def _arrange(wanted: list[str]) -> None:
-    """Reads what is wanted and what that needs, and puts it in order; what cannot be loaded has a fault afterwards."""
+def _arrange(wanted: list[str], wished: list[str]) -> None:
+    """Reads what is wanted and what that needs, and puts it in order, the player's where there is one.
+
+    What cannot be loaded has a fault afterwards.
+    """
     chosen: dict[str, Mod] = {}
     while wanted:
         name = wanted.pop()
@@ -245,7 +298,7 @@ def _arrange(wanted: list[str]) -> None:
                 wanted += mod.manifest.needs
     while True:
         manifests = {name: mod.manifest for name, mod in chosen.items() if mod.manifest}
-        order, wrong = Order.arrange(manifests)
+        order, wrong = Order.arrange(manifests, wished)
         for name, (need, why) in wrong.items():
             chosen[name].fault = str(_faultOfNeed(chosen[name], need, why))
         if not wrong:

@@ -52,8 +52,11 @@ def withoutHome(text: str) -> str:
     return text.replace(home, '~') if len(home) > 1 else text
 
 
-def write(path: str, members: dict[str, bytes | str], files: dict[str, str]) -> None:
-    """Writes a report whole or not at all: members by their contents, and others by the files that hold them."""
+def write(path: str, members: dict[str, bytes | str], files: dict[str, str], sweep: bool = True) -> None:
+    """Writes a report whole or not at all: members by their contents, and others by the files that hold them.
+
+    Of all beside it that are reports, too, only the last few stay, unless it is not to `sweep`.
+    """
     os.makedirs(os.path.dirname(path), exist_ok=True)
     handle, name = tempfile.mkstemp(dir=os.path.dirname(path), prefix='.report')
     try:
@@ -70,7 +73,8 @@ def write(path: str, members: dict[str, bytes | str], files: dict[str, str]) -> 
     except BaseException:
         os.unlink(name)
         raise
-    _deleteOldest(os.path.dirname(path))
+    if sweep:
+        _deleteOldest(os.path.dirname(path))
 
 
 def _deleteOldest(folder: str) -> None:

@@ -174,6 +174,22 @@ def _write(frame: int, note: str) -> str:
     return _kept(_stamp(), frame)
 
 
+def writeForAgain() -> str:
+    """Writes a report of the run up to now, without picture and state, beside its log.
+
+    ValueError where it cannot be.
+    """
+    path, frame = _beside('.report'), kaVel.getSystem('GameLoopSystem').frameNumber
+    try:
+        with zipfile.ZipFile(_beside('.begin')) as begin:
+            about = dict(json.loads(begin.read('about.json')), frame=frame, note='')
+            Archive.write(path, _runsMembers(begin, about, _beside('.log'), _inputUpTo(_beside('.input'), frame)), {},
+                          sweep=False)
+    except (OSError, zipfile.BadZipFile, KeyError) as problem:
+        raise ValueError('what the run did is not kept: %s' % (getattr(problem, 'strerror', None) or problem)) from None
+    return path
+
+
 def _runsMembers(begin: zipfile.ZipFile, about: dict[str, Any], log: str, recorded: bytes) -> dict[str, bytes | str]:
     """The members of a report that come of a run's own files."""
     members: dict[str, bytes | str] = {'about.json': json.dumps(about, indent=1), 'log.txt': _textOf(log, MOST_OF_LOG)}

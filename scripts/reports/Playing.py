@@ -1,5 +1,6 @@
 """A report that is played again: from the run's first frame on, unseen and as fast as it goes, then its last minute as
-it was; at its end the state is held against the report's, field by field.
+it was; at its end the state is held against the report's, field by field. Meanwhile F10 or the space key has it wait at
+any frame, with all of it to be looked at (`Timeline`).
 
 The run is the same to the last bit where the game is the same: it begins with the user's files as they were, in a
 folder of its own, and has the recorded input, lengths of frames and sizes of the window. What it keeps is gone
@@ -34,7 +35,9 @@ OTHERWISE = ('Console', 'reloadFaults', 'reportNotice', 'reportNoticeShade')
 class Played:
     """The report that this run plays. Made before the settings and saves are read: it puts the report's in place."""
 
-    def __init__(self, path: str):
+    def __init__(self, path: str, hold: int = 0, takeOver: int = 0):
+        #: What the run was started with, to start it so again.
+        self.environment = dict(os.environ, KAVEL_REPORT=os.path.abspath(path))
         for word in ANSWERED:
             if os.environ.get('KAVEL_' + word):
                 raise ValueError('KAVEL_%s is %r, where nothing may stand: the report %s says what it was'
@@ -44,9 +47,11 @@ class Played:
         #: Whether nobody looks on: nothing is drawn, and the game ends with the report.
         self.unseen = os.environ.get('KAVEL_HEADLESS') == '1'
         self.frames: int = report.about['frame']
+        #: Frames behind which it waits, or is handed over; 0 for its end.
+        self.hold, self.takeOver = self._frame(hold), self._frame(takeOver)
         recorded = report.read('input.txt')
         self.clock, self.size = _headOf(recorded, path)
-        self.minute = _beginOfEnd(recorded, self.clock, self.frames)
+        self.minute = _beginOfEnd(recorded, self.clock, self.hold or self.takeOver or self.frames)
         self.state = report.read('state.txt').decode('utf-8', 'replace')
         self.folder = tempfile.mkdtemp(prefix=PREFIX)
         _sweep(self.folder)
@@ -55,6 +60,13 @@ class Played:
         with open(self.input, 'wb') as file:
             file.write(recorded)
         self._putInPlace()
+
+    def _frame(self, asked: int) -> int:
+        if asked and (self.unseen or self.about['headless']):
+            raise ValueError('what is played off-screen goes to its end: nobody is there at frame %d' % asked)
+        if asked > self.frames:
+            raise ValueError('the report %s has no frame %d: it ends with %d' % (self.path, asked, self.frames))
+        return asked
 
     def _putInPlace(self) -> None:
         """Has the run find what the report's found: its words, its language, its user's folders."""
@@ -78,7 +90,9 @@ class Played:
             kaVel.log('Warning: the scripts are not those of the report (%s): it may go another way'
                       % self.about.get('game', 'of an unknown game'))
         kaVel.getSystem('GameLoopSystem').frameCallback = self._doFrame
-        kaVel.log('The report is of frame %d; it is seen from frame %d on' % (self.frames, self.minute))
+        if not self.unseen:
+            kaVel.getSystem('InputSystem').onlooker = self._look
+        kaVel.log('The report is of frame %d; it is seen from frame %d on' % (self.frames, self._firstSeen()))
 
     def _doFrame(self) -> None:
         loop = kaVel.getSystem('GameLoopSystem')
@@ -87,9 +101,14 @@ class Played:
             kaVel.log('Error: the report %s cannot be played: its input does not fit this game' % self.path)
             loop.quit(1)
         if frame == self.minute and not self.unseen:
-            kaVel.getSystem('GraphicsSystem2').withoutDrawing = False
-            kaVel.getSystem('TimeSystem').getSource().paced = True
             Timeline.record(True)
+        if frame == self._firstSeen() and not self.unseen:
+            self._show()
+        if frame == self.takeOver:
+            self.end()
+            return
+        if frame == self.hold:
+            Timeline.pause()
         if frame == self.frames:
             digest = kaVel.getSystem('StateDigest')
             digest.dumpFile, digest.dumpFrame = os.path.join(self.folder, 'state.txt'), frame
@@ -98,6 +117,39 @@ class Played:
             self._end(loop)
         elif frame % max(1, self.frames // 10) == 0:
             kaVel.log('Played: frame %d of %d' % (frame, self.frames))
+
+    def _firstSeen(self) -> int:
+        return self.hold or self.takeOver or self.minute
+
+    def isSeen(self, frame: int) -> bool:
+        """Whether a frame is drawn, and takes its time, unless somebody asks for it before."""
+        return not self.unseen and frame >= self._firstSeen()
+
+    def _show(self) -> None:
+        """Has the run be seen from now on, at its own pace, and kept."""
+        kaVel.getSystem('GraphicsSystem2').withoutDrawing = False
+        kaVel.getSystem('TimeSystem').getSource().paced = True
+        Timeline.record(True)
+
+    def _look(self, key: int) -> None:
+        """What somebody who looks on presses, while the run plays."""
+        import bindings
+        waits = kaVel.getSystem('TimelineSystem').waiting
+        if key in bindings.keysOf('timeline') or key == bindings.keyCode('Space'):
+            self._show()
+            Timeline.resume() if waits else Timeline.pause()
+        elif waits and key in (bindings.keyCode('Left'), bindings.keyCode('Right')):
+            Timeline.step(1 if key == bindings.keyCode('Right') else -1)
+
+    def end(self) -> None:
+        """Hands the run over to whoever sits before it: from here on it is theirs, and goes another way."""
+        kaVel.getSystem('GameLoopSystem').frameCallback = None
+        self._show()
+        _handOver()
+        kaVel.log('Played on from frame %d of the report; nothing of it is kept' % kaVel.getSystem(
+            'GameLoopSystem').frameNumber)
+        Keeping.tell(kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator,
+                     'Yours from here on. Nothing of it is kept.')
 
     def _end(self, loop: kaVel.GameLoopSystem) -> None:
         told, same = self._judgement()
@@ -212,5 +264,5 @@ def _beginOfEnd(recorded: bytes, clock: int, last: int) -> int:
 def configured(className: str, played: Played) -> dict[str, Any]:
     """What a system has otherwise while a report is played: its properties by name."""
     return {'SoundSystem': {'offline': True},
-            'GraphicsSystem2': {'withoutDrawing': played.unseen or played.minute > 1},
+            'GraphicsSystem2': {'withoutDrawing': not played.isSeen(1)},
             'GameLoopSystem': {'unattended': played.about['unattended']}}.get(className, {})

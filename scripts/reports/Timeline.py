@@ -1,83 +1,48 @@
-"""The last minutes of a level, scrubbed back and forth: a bar for `TimelineSystem`, and curves of what is watched.
+"""The last minutes of a level, scrubbed back and forth: what `TimelineSystem` has kept, and curves of what is watched.
 
     from reports import Timeline
 
     Timeline.record(True)                    # from now on; nothing is kept before
     Timeline.watch(door, 'transform.position.y')
-    Timeline.open()                          # the bar "Timeline", among those that F2 shows
+    Timeline.open()                          # the bar "Timeline", which F10 opens and closes
     Timeline.show(-2.5)                      # the moment two and a half seconds ago; the level stands still
-    Timeline.goOn()                          # back in the present, which is as it was to the last bit
+    Timeline.step(1)                         # a moment on; behind the newest one the level takes a frame
+    Timeline.resume()                        # back in the present, which is as it was to the last bit, and on
 
-In a report that is played, the last minute is recorded, and the bar opens at its end.
+In a report that is played, the last minute is recorded, and it waits at any frame that is asked for. What a moment
+shows is where all stood, and what was followed (`Tracks`); to have a whole moment back the run is played anew
+(`Again`).
 """
 
 from __future__ import annotations
 
-import math
+import bisect
+import time
 from typing import Any
 
 import GameConfig
 import kaVel
 import stillness
+from reports import Again
+from reports.Tracks import Tracks
 
-BAR = 'Timeline'
-MOST_POINTS = 400   # of a curve
+tracks = Tracks()
 
-_watches: dict[str, Watch] = {}
 _shown: int | None = None    # the moment that is looked at
 _stopped: Any = None         # the level that stands still for it, and went before
-_bar: Any = None
-_fields = {'object': '', 'property': ''}
-
-
-class Watch:
-    """A property of an object, by the moments of the tape: a number, of a vector its length."""
-
-    def __init__(self, thing: Any, name: str):
-        first, _, rest = name.partition('.')
-        while rest and thing.getChild(first):  # a component by its key, an object below
-            thing, name = thing.getChild(first), rest
-            first, _, rest = name.partition('.')
-        self.thing, self.name = thing, name
-        self.first = 0
-        self.values: list[float] = []
-        self.read()  # raises for what is none
-
-    def read(self) -> float:
-        value = self.thing
-        for part in self.name.split('.'):
-            value = getattr(value, part)
-        if isinstance(value, kaVel.Vec4):
-            value = math.sqrt(value.x * value.x + value.y * value.y + value.z * value.z)
-        return float(value)
-
-    def note(self, moment: int) -> None:
-        if moment != self.first + len(self.values):
-            self.first, self.values = moment, []
-        try:
-            self.values.append(self.read())
-        except (AttributeError, RuntimeError, TypeError, ValueError):  # it is gone, or something else by now
-            self.values.append(math.nan)
-
-    def at(self, moment: int) -> float:
-        index = moment - self.first
-        return self.values[index] if 0 <= index < len(self.values) else math.nan
-
-    def drop(self, oldest: int) -> None:
-        """Forgets what was before the oldest moment, now and then."""
-        if oldest - self.first > 600:
-            del self.values[:oldest - self.first]
-            self.first = oldest
+_steps = False               # whether the present frame is the last one that runs
+_played: tuple[float, float] | None = None  # since when the moments are shown on and on, and from which second
+_frames: list[tuple[int, int]] = []  # moment and frame, wherever frames were left out between two moments
 
 
 def record(on: bool) -> None:
     """Has the frames from now on be kept, or no more of them."""
     system = _system()
+    if on and not system.recording:
+        tracks.clear()
+        _frames.clear()
     system.recording = on
     system.callback = _note if on else None
-    if on:
-        for watch in _watches.values():
-            watch.first, watch.values = 0, []
 
 
 def watch(thing: kaVel.Object, name: str) -> None:
@@ -85,16 +50,35 @@ def watch(thing: kaVel.Object, name: str) -> None:
 
     AttributeError or TypeError for what is no number.
     """
-    key = '%s %s' % (kaVel.pathOf(thing), name)
-    _watches[key] = Watch(thing, name)
-    if _bar:
-        _fill()
+    tracks.watch(thing, name)
+    _refresh()
 
 
 def values() -> dict[str, float]:
     """What is watched, as it was in the moment that is looked at, or is now."""
-    moment = _system().newest if _shown is None else _shown
-    return {key: each.at(moment) for key, each in _watches.items()}
+    return {key: each.at(moment()) for key, each in tracks.shown().items()}
+
+
+def moment() -> int:
+    """The moment that is looked at, or the newest one."""
+    return _system().newest if _shown is None else _shown
+
+
+def isShowing() -> bool:
+    """Whether a moment is looked at, and not the present that goes on."""
+    return _shown is not None
+
+
+def ago() -> float:
+    """Seconds from the newest moment to the one that is looked at, 0 or less than 0."""
+    system = _system()
+    return 0.0 if _shown is None else system.secondsOf(_shown) - system.secondsOf(system.newest)
+
+
+def frame() -> int:
+    """Number of the frame that the moment is of which is looked at."""
+    index = bisect.bisect_right(_frames, (moment(), 1 << 62)) - 1
+    return _frames[index][1] + moment() - _frames[index][0] if index >= 0 else 0
 
 
 def show(seconds: float) -> None:
@@ -111,34 +95,111 @@ def show(seconds: float) -> None:
     showMoment(first)
 
 
-def showMoment(moment: int) -> None:
+def showMoment(number: int) -> None:
     """Shows a moment by its number, or the nearest one that is kept."""
-    global _shown, _stopped
-    system, level = _system(), kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
-    if system.newest < system.oldest or _isReplaying():
+    global _shown
+    system = _system()
+    if system.newest < system.oldest:
         return
-    if level.loopState != kaVel.Coordinator.LoopControlState.LOOP_STOP:
-        stillness.stop(level)
-        _stopped = level
-    _shown = max(system.oldest, min(moment, system.newest))
-    system.show(_shown)
+    _hold()
+    _shown = max(system.oldest, min(number, system.newest))
+    if _shown == system.newest:
+        system.goOn()  # the present itself, to the last bit
+    else:
+        system.show(_shown)
+
+
+def pause() -> None:
+    """Has the level stand still at the end of this frame, and shows the bar; a report that plays waits."""
+    open()
+    _hold()
+    showMoment(_system().newest)
+
+
+def step(moments: int) -> None:
+    """Shows a moment before or behind the one that is looked at; behind the newest one the level takes a frame."""
+    global _steps
+    if moments > 0 and moment() >= _system().newest:
+        _hold()
+        goOn()
+        _steps = True
+    else:
+        showMoment(moment() + moments)
+
+
+def play() -> None:
+    """Shows the moments from this one on as fast as they went, to the newest one; or ends that."""
+    global _played
+    if _played:
+        _played = None
+        return
+    system = _system()
+    if moment() >= system.newest:
+        showMoment(system.oldest)
+    _played = time.monotonic(), system.secondsOf(moment())
+
+
+def advance() -> None:
+    """Shows the next moment where they are played; for the bar, which is drawn in each frame."""
+    global _played
+    if not _played:
+        return
+    since, begin = _played
+    system = _system()
+    show(begin + time.monotonic() - since - system.secondsOf(system.newest))
+    if moment() >= system.newest:
+        _played = None
 
 
 def goOn() -> None:
     """Comes back to the present; a level that stood still for the looking goes on."""
-    global _shown, _stopped
+    global _shown, _stopped, _played
     _system().goOn()
-    level, _stopped, _shown = _stopped, None, None
+    _system().waiting = False
+    level, _stopped, _shown, _played = _stopped, None, None, None
     if level:
         stillness.goOn(level)
 
 
+def resume() -> None:
+    """Goes on as `goOn`, and puts the bars away that were shown for a report that waits."""
+    if _isReplaying():
+        from reports import TimelineBar
+        TimelineBar.close()
+    goOn()
+
+
+def again(takeOver: bool) -> None:
+    """Has the run played anew up to the frame that is looked at, to have all of it back: to wait there, or to be played
+    on by hand. The report that waits at its present frame is handed over at once."""
+    if takeOver and GameConfig.played and _isReplaying() and moment() == _system().newest:
+        resume()
+        GameConfig.played.end()
+    else:
+        Again.upTo(frame(), takeOver)
+
+
 def open() -> None:
-    """Puts the bar among those that F2 shows, and shows them."""
-    global _bar
-    _bar = kaVel.getSystem('TweakSystem').makeBar(BAR)
-    _fill()
-    kaVel.getSystem('TweakSystem').shown = True
+    """Shows the bar."""
+    from reports import TimelineBar
+    tracks.follow()
+    TimelineBar.open()
+
+
+def switch() -> None:
+    """Opens the bar, and records from then on; or closes it, and comes back to the present.
+
+    Not while recorded input plays, in which it was pressed by whoever made it.
+    """
+    from reports import TimelineBar
+    if _isReplaying():
+        return
+    if TimelineBar.isOpen():
+        TimelineBar.close()
+        goOn()
+    else:
+        record(True)
+        open()
 
 
 def _system() -> Any:
@@ -146,92 +207,42 @@ def _system() -> Any:
 
 
 def _isReplaying() -> bool:
-    """Whether a report still plays: its frames cannot wait."""
+    """Whether a report still plays: what waits then is the whole run."""
     return bool(GameConfig.played and kaVel.getSystem('InputSystem').replaying)
 
 
-def _note(moment: int) -> None:
-    global _shown, _stopped
-    _shown = _stopped = None  # who lets the level go on comes back to the present
-    oldest = _system().oldest
-    for watch in _watches.values():
-        watch.note(moment)
-        watch.drop(oldest)
-    if _bar and moment % 30 == 0:
-        _fitSlider()
-
-
-def _fill() -> None:
-    """Puts the controls on the bar."""
-    bar = _bar
-    bar.clear()
-    bar.help = 'The last minutes, frame by frame. Looking back stops the level; "Go on" leads to the present.'
-    bar.addValue('recording', 'Record', lambda: bool(_system().recording), record)
-    bar.addText('kept', 'Kept', _kept)
-    bar.addValue('ago', 'Seconds', _ago, show)
-    _fitSlider()
-    for name, label, step in (('far', '|<', None), ('second', '-1 s', -1.0), ('back', '<', -1), ('ahead', '>', 1),
-                              ('secondAhead', '+1 s', 1.0)):
-        bar.addButton(name, label, lambda step=step: _step(step))
-        bar.sameLine()
-    bar.addButton('present', 'Go on', goOn)
-    bar.group('Watched')
-    for name in _fields:
-        bar.addValue(name, name, lambda name=name: _fields[name], lambda text, name=name: _enter(name, text))
-    bar.addButton('watch', 'Watch', _watchEntered)
-    for key in _watches:
-        bar.addCurve(key, key, lambda key=key: _curve(key))
-    bar.group('')
-
-
-def _fitSlider() -> None:
-    """Has the slider reach back as far as there is something."""
-    system = _system()
-    _bar.setRange('ago', min(-1.0, system.secondsOf(system.oldest) - system.secondsOf(system.newest)), 0.0)
-
-
-def _kept() -> str:
-    system = _system()
-    count = system.newest - system.oldest + 1
-    seconds = system.secondsOf(system.newest) - system.secondsOf(system.oldest) if count > 0 else 0.0
-    return '%.1f s, %d moments, %.1f MB' % (seconds, count, system.bytes / 1e6)
-
-
-def _ago() -> float:
-    system = _system()
-    return 0.0 if _shown is None else system.secondsOf(_shown) - system.secondsOf(system.newest)
-
-
-def _step(step: int | float | None) -> None:
-    system = _system()
-    moment = system.newest if _shown is None else _shown
-    if step is None:
-        showMoment(system.oldest)
-    elif isinstance(step, float):
-        show(_ago() + step)
-    else:
-        showMoment(moment + step)
-
-
-def _enter(name: str, text: str) -> None:
-    _fields[name] = text
-
-
-def _watchEntered() -> None:
+def _hold() -> None:
+    """Has the level stand still, or a report wait that plays."""
+    global _stopped
+    if _isReplaying():
+        if not _system().waiting:
+            kaVel.log('The report waits behind frame %d' % kaVel.getSystem('GameLoopSystem').frameNumber)
+        _system().waiting = True
+        return
     level = kaVel.getSystem('GameLoopSystem').currentlyActiveCoordinator
-    thing = level.getDescendantByPath(_fields['object'])
-    if not thing:
-        raise ValueError('nothing stands at %r in the level' % _fields['object'])
-    watch(thing, _fields['property'])
+    if level.loopState != kaVel.Coordinator.LoopControlState.LOOP_STOP:
+        stillness.stop(level)
+        _stopped = level
 
 
-def _curve(key: str) -> str:
-    """The values that are kept as a text, behind the share of the width where the moment is that is looked at."""
-    system, each = _system(), _watches[key]
-    first, last = system.oldest, system.newest
-    count = last - first + 1
-    if count < 2:
-        return '-1 nan'
-    points = min(count, MOST_POINTS)
-    cursor = -1.0 if _shown is None else (_shown - first) / count
-    return ' '.join(['%g' % cursor, *('%g' % each.at(first + index * count // points) for index in range(points))])
+def _note(number: int) -> None:
+    global _shown, _stopped, _steps, _played
+    _shown = _stopped = _played = None  # who lets the level go on comes back to the present
+    frameNumber = kaVel.getSystem('GameLoopSystem').frameNumber
+    if number == 0:
+        _frames.clear()
+    if not _frames or frameNumber - number != _frames[-1][1] - _frames[-1][0]:
+        _frames.append((number, frameNumber))
+    tracks.note(number, _system().oldest)
+    if number % 15 == 0:
+        _refresh()
+    if _steps:
+        _steps = False
+        showMoment(number)
+
+
+def _refresh() -> None:
+    """Has the bar show what is there by now, where it is open."""
+    from reports import TimelineBar
+    tracks.follow()
+    TimelineBar.fit()

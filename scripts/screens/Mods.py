@@ -49,9 +49,9 @@ def _tidings() -> list[tuple[str, str]]:
 
 
 def _ordered() -> list[mods.Mod]:
-    """Those that are on as they were loaded, then those that wait, then the others."""
-    on = mods.loaded()
-    return on + sorted((mod for mod in mods.installed() if not mod.isOn), key=lambda mod: (not mod.waits, mod.name))
+    """Those that the next start loads, in its order, then the others."""
+    coming = mods.planned()
+    return coming + [mod for mod in mods.installed() if mod not in coming]
 
 
 class _Pages:
@@ -60,16 +60,23 @@ class _Pages:
     def __init__(self, level: kaVel.Coordinator, page: kaVel.Entity, found: list[mods.Mod]):
         self.level = level
         row = kit.Row(page, 'row', gap=40, grow=1, margin=(0, 12, 0, 0))
-        rows = kit.Scroll(row, 'list', grow=1, look='ruled')
+        self.rows = kit.Scroll(row, 'list', grow=1, look='ruled')
         self.side = kit.Scroll(row, 'side', width=SIDE, gap=6)
         self.hint = kit.Label(page, 'hint', literal='', size='small', color='candle')
         self.shown = ''
-        for number, mod in enumerate(found):
-            kit.Button(rows, 'mod%d' % number, literal=_line(mod), row=True, pressed=lambda mod=mod: self.take(mod),
-                       focused=lambda mod=mod: self.show(mod))
-        chosen = next((mod for mod in found if mod.name == _chosen), found[0])
-        kit.focus(rows.getChild('mod%d' % found.index(chosen)))
+        self.fill()
+        first = next((mod for mod in found if mod.waits), found[0])
+        chosen = next((mod for mod in found if mod.name == _chosen), first)
+        kit.focus(self.rows.getChild('mod%d' % found.index(chosen)))
         self.show(chosen)
+
+    def fill(self):
+        """Puts all mods on the list, as the next start loads them."""
+        kit.clear(self.rows)
+        coming = mods.planned()
+        for number, mod in enumerate(_ordered()):
+            kit.Button(self.rows, 'mod%d' % number, literal=_line(mod, coming), row=True,
+                       pressed=lambda mod=mod: self.take(mod), focused=lambda mod=mod: self.show(mod))
 
     def take(self, mod: mods.Mod):
         """Goes over to what can be done with a mod."""
@@ -79,6 +86,17 @@ class _Pages:
     def turn(self, mod: mods.Mod, on: bool):
         kept = mods.turn(mod.name, on)
         kit.say(self.hint, words='mods.restart' if kept else 'mods.notKept', folder=userFolders.of('config'))
+        self.fill()
+        self.show(mod, again=True)
+        kit.focus(self.side.getChild('on'))
+
+    def move(self, mod: mods.Mod, by: int):
+        """Has a mod be loaded earlier or later, and shows anew what overrides what."""
+        done = mods.move(mod.name, by)
+        kit.say(self.hint, words='mods.restart' if done else 'mods.notMoved')
+        self.fill()
+        self.show(mod, again=True)
+        kit.focus(self.side.getChild('earlier' if by < 0 else 'later'))
 
     def show(self, mod: mods.Mod, again: bool = False):
         global _chosen
@@ -90,6 +108,9 @@ class _Pages:
         kit.Label(side, 'name', literal=mod.title, size='large')
         kit.CheckBox(side, 'on', words='mods.on', value=mods.isWanted(mod.name),
                      changed=lambda on: self.turn(mod, on))
+        if mods.isWanted(mod.name) and not mod.fault and not mod.waits:
+            kit.Button(side, 'earlier', words='mods.earlier', pressed=lambda: self.move(mod, -1))
+            kit.Button(side, 'later', words='mods.later', pressed=lambda: self.move(mod, 1))
         if mod.manifest:
             kit.Label(side, 'version', words='mods.version', values={
                 'name': mod.name, 'version': mod.version, 'licence': mod.manifest.licence}, size='small', color='faded')
@@ -145,16 +166,14 @@ class _Pages:
             kit.focus(button)
 
     def showConflicts(self, mod: mods.Mod):
-        for number, each in enumerate(mods.conflicts()):
+        for number, each in enumerate(mods.plannedConflicts()):
             if mod.name in (each.winner, each.loser):
                 kit.Label(self.side, 'conflict%d' % number, words='mods.conflict', size='small', color='candle',
                           values={'what': words.text('mods.what.' + each.kind), 'name': each.name,
                                   'winner': each.winner, 'loser': each.loser})
 
 
-def _line(mod: mods.Mod) -> str:
-    on = mods.loaded()
-    if mod in on:
-        return '%d.  %s' % (on.index(mod) + 1, mod.title)
-    return words.text('mods.leftOut' if mod.fault else 'mods.waits', mod=mod.title) if mod.fault or mod.waits \
+def _line(mod: mods.Mod, coming: list[mods.Mod]) -> str:
+    title = words.text('mods.leftOut' if mod.fault else 'mods.waits', mod=mod.title) if mod.fault or mod.waits \
         else mod.title
+    return '%d.  %s' % (coming.index(mod) + 1, title) if mod in coming else title

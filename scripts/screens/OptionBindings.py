@@ -15,7 +15,7 @@ GROUPS = {
     'hands': ('use', 'throw', 'flashlight', 'battery', 'lamp', 'notebook'),
     'game': ('quit', 'restart', 'fullScreen', 'console'),
     'camera': ('rise', 'sink', *('place%d' % number for number in range(1, 10))),
-    'makers': ('tweakBars', 'profiler', 'outlines', 'reload', 'levelBefore', 'fly', 'editor'),
+    'makers': ('tweakBars', 'profiler', 'outlines', 'reload', 'levelBefore', 'fly', 'editor', 'timeline'),
 }
 
 #: Columns of inputs, and how wide they are.

@@ -48,7 +48,7 @@ std::string fileName()
 
 bool isOfRun(const fs::path &file)
 {
-    constexpr const char *kinds[] = {EXTENSION, ".input", ".begin", ".state", ".png"};
+    constexpr const char *kinds[] = {EXTENSION, ".input", ".begin", ".state", ".png", ".report"};
     return std::any_of(std::begin(kinds), std::end(kinds), [&](const char *kind) { return file.extension() == kind; });
 }
 

@@ -13,6 +13,7 @@
 #include "port/process/MessageBoxProcess.h"
 #include "port/win32/Messages.h"
 #include "tools/profiler/ProfilerSystem.h"
+#include "tools/timeline/TimelineSystem.h"
 
 #include "foundation/Assertions.h"
 #include "foundation/ConsoleOutputProviders.h"
@@ -90,10 +91,15 @@ int runUntilQuit()
     MSG msg;
     for (;;)
     {
-        devices.update();
+        const bool waits = TimelineSystem::isRunWaiting();
+        if (!waits)
+            devices.update();
         if (!drainMessages(msg))
             return static_cast<int>(msg.wParam);
-        gameLoop.doFrame();
+        if (waits)
+            getSystemDeref<TimelineSystem>().drawWaiting();
+        else
+            gameLoop.doFrame();
     }
 }
 

@@ -6,6 +6,8 @@
 #include "platform/window/WindowSystem2.h"
 
 #include "engine/systems/SystemSystem.h"
+#include "object/reflection/SavedArguments.h"
+#include "object/reflection/Variant.h"
 
 #include "foundation/Assertions.h"
 #include "port/win32/Cursor.h"
@@ -48,6 +50,13 @@ WindowCoordinate toNormalized(float x, float y)
 {
     return window().convertWindowCoordinate(WindowCoordinate(x, y, WCS_PIXEL, WCS_PIXEL), WCS_NORMALIZED,
                                             WCS_NORMALIZED);
+}
+/// Reads the record behind a WM_INPUT; false where there is none.
+bool readRawInput(LPARAM lParam, RAWINPUT &input)
+{
+    UINT size = sizeof(input);
+    return GetRawInputData(reinterpret_cast<HRAWINPUT>(lParam), RID_INPUT, &input, &size, sizeof(RAWINPUTHEADER)) ==
+           sizeof(input);
 }
 } // namespace
 
@@ -92,18 +101,30 @@ void InputSystem::update()
     inDev.update(textIsWanted());
 }
 
+bool InputSystem::isPlayed(LPARAM rawInput) const
+{
+    RAWINPUT input;
+    return inDev.getReplay().isPlaying() && readRawInput(rawInput, input) && !input.header.hDevice;
+}
+
+void InputSystem::tellOnlooker(const RAWINPUT &input)
+{
+    const RAWKEYBOARD &keyboard = input.data.keyboard;
+    // A copy: the callback may set another one in its own place.
+    const ReflectorPtr called = onlooker;
+    if (called && input.header.dwType == RIM_TYPEKEYBOARD && !(keyboard.Flags & RI_KEY_BREAK))
+        called->call(static_cast<int>(keyboard.VKey)).code.ignoreError(); // a script's exception has been told
+}
+
 void InputSystem::processWM_INPUT(WPARAM, LPARAM lParam)
 {
     RAWINPUT input;
-    UINT size = sizeof(input);
-    const UINT copied =
-        GetRawInputData(reinterpret_cast<HRAWINPUT>(lParam), RID_INPUT, &input, &size, sizeof(RAWINPUTHEADER));
-    if (copied != sizeof(input))
+    if (!readRawInput(lParam, input))
         return;
 
     const bool madeByDevice = input.header.hDevice != nullptr;
     if (madeByDevice && inDev.getReplay().isPlaying())
-        return;
+        return tellOnlooker(input);
     if (input.header.dwType == RIM_TYPEMOUSE)
         processMouse(input);
     else if (input.header.dwType == RIM_TYPEKEYBOARD)

@@ -5,6 +5,7 @@
 #include "platform/window/PlayedWindow.h"
 
 #include "engine/systems/System.h"
+#include "object/tree/ReflectorPtr.h"
 
 #include <bitset>
 
@@ -105,6 +106,12 @@ public:
     String getReplayFile() const { return replayFile; }
     /// Whether recorded input stands in for the devices.
     bool getReplaying() const { return inDev.getReplay().isPlaying(); }
+    /// Whether a message is of recorded input that plays; those the game had heard, whatever stands on the screen now.
+    bool isPlayed(LPARAM rawInput) const;
+    ReflectorPtr getOnlooker() const { return onlooker; }
+    /// Sets what is called with the virtual key of each key that is pressed while recorded input plays, of which the game
+    /// hears nothing.
+    void setOnlooker(ReflectorPtr val) { onlooker = val; }
     String getRecordFile() const { return recordFile; }
     String getRunFile() const { return runFile; }
     /// The code that a key types, for TextCapture::add, with shift and caps lock as they are; 0 for none.
@@ -118,6 +125,7 @@ protected:
     DependencyList systemDependencies() override;
 
 private:
+    void tellOnlooker(const RAWINPUT &input);
     void processMouse(const RAWINPUT &input);
     void processButtons(const RAWMOUSE &mouse);
     void processKey(const RAWINPUT &input);
@@ -144,6 +152,7 @@ private:
     bool capsLock = false;
     POINT replayedCursor{0, 0}; ///< of the last mouse record of a recording, client pixels
     String replayFile;
+    ReflectorPtr onlooker; ///< of recorded input that plays
     String recordFile;
     String runFile;
     bool keyTypes = false;  ///< whether the text of the key that was pressed last is to be taken

@@ -524,7 +524,8 @@ LRESULT CALLBACK WindowSystem2::forwardingWndProc(HWND window, UINT uMsg, WPARAM
 LRESULT WindowSystem2::wndProc(UINT uMsg, WPARAM wParam, LPARAM lParam)
 {
     const HWND window = hWnd;
-    if (TwEventWin(window, uMsg, wParam, lParam))
+    const bool isPlayed = uMsg == WM_INPUT && getSystemDeref<InputSystem>().isPlayed(lParam);
+    if (!isPlayed && TwEventWin(window, uMsg, wParam, lParam))
         return 0;
     switch (uMsg)
     {

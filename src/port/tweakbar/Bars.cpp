@@ -278,6 +278,15 @@ int TwSetEditedCB(TwBar *bar, const char *name, TwButtonCallback edited)
     return 1;
 }
 
+int TwSetGraphHeldCB(TwBar *bar, const char *name, TwGraphHeldCallback held)
+{
+    port::TweakVar *var = bar ? bar->find(name) : nullptr;
+    if (!var || var->kind != port::TweakVar::GRAPH)
+        return fail("there is no curve to tell of");
+    var->graphHeld = held;
+    return 1;
+}
+
 int TwSetMenuCB(TwBar *bar, const char *name, const char *texts, TwMenuCallback chosen)
 {
     port::TweakVar *var = bar ? bar->find(name) : nullptr;

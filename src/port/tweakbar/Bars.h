@@ -49,6 +49,7 @@ struct TweakVar
     TwListCallbacks list{};
     TwPictureCallbacks pictures{};
     TwGraphCallback graph = nullptr;
+    TwGraphHeldCallback graphHeld = nullptr; ///< may be null
     void *clientData = nullptr;
     TwMenuCallback menuChosen = nullptr;
     std::vector<std::string> menu;    ///< texts of the lines that a right click shows

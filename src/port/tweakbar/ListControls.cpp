@@ -166,6 +166,17 @@ void drawCurve(const TwGraph &graph, ImVec2 at, ImVec2 size, float low, float hi
         hasLast = is;
     }
 }
+/// The room of a curve; one that can be held tells where the mouse has it.
+void letHold(TweakVar &var, ImVec2 at, ImVec2 size)
+{
+    if (!var.graphHeld)
+        return ImGui::Dummy(size);
+    ImGui::InvisibleButton(var.name.c_str(), size);
+    if (ImGui::IsItemHovered())
+        ImGui::SetMouseCursor(ImGuiMouseCursor_ResizeEW);
+    if (ImGui::IsItemActive() && !var.removed)
+        var.graphHeld(std::clamp((ImGui::GetIO().MousePos.x - at.x) / size.x, 0.0f, 1.0f), var.clientData);
+}
 } // namespace
 
 void layOutList(TweakVar &var, float height)
@@ -197,7 +208,9 @@ void layOutGraph(TweakVar &var)
     ImGui::Text("%s  %.5g", var.label.c_str(), static_cast<double>(graph.latest));
     const ImVec2 size(std::max(ImGui::GetContentRegionAvail().x, 16.0f), ImGui::GetFontSize() * 4.0f);
     const ImVec2 at = ImGui::GetCursorScreenPos();
-    ImGui::Dummy(size);
+    letHold(var, at, size);
+    var.place = {static_cast<int>(at.x), static_cast<int>(at.y), static_cast<int>(at.x + size.x),
+                 static_cast<int>(at.y + size.y)};
     ImDrawList &list = *ImGui::GetWindowDrawList();
     list.AddRectFilled(at, ImVec2(at.x + size.x, at.y + size.y), ImGui::GetColorU32(ImGuiCol_FrameBg), 2.0f);
     drawCurve(graph, at, size, low, high);

@@ -113,6 +113,7 @@ struct TwGraph
 
 /// Points a graph at its values, which stand until the next call.
 typedef void (*TwGraphCallback)(TwGraph *graph, void *clientData);
+typedef void (*TwGraphHeldCallback)(float share, void *clientData);
 
 /// Makes a bar; null where the name is taken.
 TwBar *TwNewBar(const char *barName);
@@ -142,6 +143,8 @@ int TwAddListCB(TwBar *bar, const char *name, const TwListCallbacks *callbacks, 
 int TwAddPicturesCB(TwBar *bar, const char *name, const TwPictureCallbacks *callbacks, void *clientData);
 /// Adds a curve over time, as wide as the bar.
 int TwAddGraphCB(TwBar *bar, const char *name, TwGraphCallback getCallback, void *clientData);
+/// Has a curve tell at which share of its width the mouse holds it, 0 to 1, for as long as it does.
+int TwSetGraphHeldCB(TwBar *bar, const char *name, TwGraphHeldCallback held);
 
 /// Sets an option of a variable, or of the bar itself where `varName` is null.
 ///

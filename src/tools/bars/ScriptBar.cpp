@@ -241,13 +241,16 @@ void ScriptBar::addGraph(const String &name, const String &words, ReflectorPtr g
     finish(name);
 }
 
-void ScriptBar::addCurve(const String &name, const String &words, ReflectorPtr get)
+void ScriptBar::addCurve(const String &name, const String &words, ReflectorPtr get, ReflectorPtr held)
 {
     Control *control = add(name, words);
     if (!control)
         return;
     control->get = get;
+    control->act = held;
     TwAddGraphCB(bar, control->name.c_str(), &Control::fillCurve, control);
+    if (held)
+        TwSetGraphHeldCB(bar, control->name.c_str(), &Control::holdCurve);
     finish(name);
 }
 

@@ -68,8 +68,9 @@ public:
     /// Adds a curve of a number over the last seconds.
     void addGraph(const String &name, const String &words, ReflectorPtr get, float seconds);
     /// Adds a curve of numbers that a script has: `get` gives them as a text with spaces between them, "nan" for a gap,
-    /// behind the share of the width where a line stands, -1 for none.
-    void addCurve(const String &name, const String &words, ReflectorPtr get);
+    /// behind the share of the width where a line stands, -1 for none. `held` is called with the share at which the mouse
+    /// holds it, for as long as it does.
+    void addCurve(const String &name, const String &words, ReflectorPtr get, ReflectorPtr held);
     /// Puts what is added from now on under a heading; an empty text ends that.
     void group(const String &heading);
     /// Puts the next control beside the last.

@@ -192,6 +192,11 @@ void ScriptBar::Control::fillCurve(TwGraph *graph, void *self)
     *graph = {&curve[1], &curve[1], count, curve[1 + (cursor < 0.0f ? count - 1 : std::min(under, count - 1))], cursor};
 }
 
+void ScriptBar::Control::holdCurve(float share, void *self)
+{
+    static_cast<Control *>(self)->ask(share);
+}
+
 void ScriptBar::Control::addVariable(bool isColor)
 {
     const auto add = [&]<class T>(TwType type, T *)

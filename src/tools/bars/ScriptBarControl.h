@@ -49,6 +49,7 @@ struct ScriptBar::Control : std::enable_shared_from_this<ScriptBar::Control>
     static void clickPicture(unsigned index, void *self);
     static void fillGraph(TwGraph *graph, void *self);
     static void fillCurve(TwGraph *graph, void *self);
+    static void holdCurve(float share, void *self);
 
 private:
     void fail(const String &why, const char *role);

@@ -217,6 +217,22 @@ int TweakSystem::getWatchCount() const
     return watched ? static_cast<int>(watched->getCount()) : 0;
 }
 
+Handle<Object> TweakSystem::getWatchedObject(int index) const
+{
+    return watched ? watched->getObject(index) : Handle<Object>();
+}
+
+String TweakSystem::getWatchedProperty(int index) const
+{
+    return watched ? watched->getProperty(index) : String();
+}
+
+Handle<Object> TweakSystem::getBarObject(int index) const
+{
+    const bool isThere = index >= 0 && index < getBarCount();
+    return isThere ? bars[static_cast<std::size_t>(index)]->getObject() : Handle<Object>();
+}
+
 void TweakSystem::copy(const String &text)
 {
     port::setClipboardText(text.toCString());

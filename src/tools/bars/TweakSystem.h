@@ -60,6 +60,10 @@ public:
     void watch(Handle<Object> object, const String &property);
     /// Number of properties that are watched.
     int getWatchCount() const;
+    /// The object of one of them, from 0; invalid while there is none at its path.
+    Handle<Object> getWatchedObject(int index) const;
+    /// The name of one of the properties that are watched, from 0; empty for a number that is none's.
+    String getWatchedProperty(int index) const;
     /// Puts a text on the clipboard, for whatever program wants it.
     void copy(const String &text);
 
@@ -77,6 +81,8 @@ public:
     void setShown(bool val);
     /// Number of objects that have a bar.
     int getBarCount() const { return static_cast<int>(bars.size()); }
+    /// One of these objects, from 0, in the order in which their bars were opened; invalid for a number that is none's.
+    Handle<Object> getBarObject(int index) const;
     /// Writes the window with its bars as a PNG file when they are next drawn.
     void captureScreen(const String &fileName);
 

@@ -41,6 +41,24 @@ WatchBar::~WatchBar()
     TwDeleteBar(bar);
 }
 
+const WatchBar::Watched *WatchBar::find(int index) const
+{
+    const bool isThere = index >= 0 && index < static_cast<int>(watches.size());
+    return isThere ? watches[static_cast<std::size_t>(index)].get() : nullptr;
+}
+
+Handle<Object> WatchBar::getObject(int index) const
+{
+    const Watched *const watch = find(index);
+    return watch && watch->line ? watch->line->getObject() : Handle<Object>();
+}
+
+String WatchBar::getProperty(int index) const
+{
+    const Watched *const watch = find(index);
+    return watch ? String::copyFrom(watch->what.property) : String();
+}
+
 void WatchBar::takeFromMemory()
 {
     for (const BarMemory::Watch &what : memory.getWatches())

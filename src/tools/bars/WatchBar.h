@@ -27,6 +27,10 @@ public:
     /// Brings the lines up to date with what there is, and the curves up to the present.
     void refresh(float elapsed);
     std::size_t getCount() const { return watches.size(); }
+    /// The object of a watch by its number; invalid while there is none, and for a number that is none's.
+    Handle<Object> getObject(int index) const;
+    /// The property of a watch by its number; empty for one that is none's.
+    String getProperty(int index) const;
     TwBar *getBar() const { return bar; }
 
 private:
@@ -37,6 +41,7 @@ private:
         std::unique_ptr<ValueGraph> graph;  ///< null for what is no number
     };
 
+    const Watched *find(int index) const;
     void takeFromMemory();
     void toggleNow(const BarMemory::Watch &what);
     void layOut();

@@ -65,11 +65,23 @@ void PlacementTape::add(std::uint32_t thing, const Placement &placement)
     last = {true, placement};
 }
 
-double PlacementTape::getSeconds(std::int64_t moment) const
+const PlacementTape::Moment *PlacementTape::find(std::int64_t moment) const
 {
     const std::int64_t index = moment - oldest;
     const bool isKept = index >= 0 && index < static_cast<std::int64_t>(moments.size());
-    return isKept ? moments[static_cast<std::size_t>(index)].seconds : 0.0;
+    return isKept ? &moments[static_cast<std::size_t>(index)] : nullptr;
+}
+
+double PlacementTape::getSeconds(std::int64_t moment) const
+{
+    const Moment *const kept = find(moment);
+    return kept ? kept->seconds : 0.0;
+}
+
+int PlacementTape::getChanges(std::int64_t moment) const
+{
+    const Moment *const kept = find(moment);
+    return kept ? static_cast<int>(kept->changes.size()) : 0;
 }
 
 const std::vector<PlacementTape::Place> &PlacementTape::seek(std::int64_t moment)

@@ -37,6 +37,8 @@ public:
     std::int64_t getNewest() const { return oldest + static_cast<std::int64_t>(moments.size()) - 1; }
     /// When a moment was, seconds of the level; 0 for one that is not kept.
     double getSeconds(std::int64_t moment) const;
+    /// How many things a moment has changed; 0 for one that is not kept.
+    int getChanges(std::int64_t moment) const;
     std::size_t getBytes() const { return bytes; }
 
     /// A thing's place in a moment; one that was not there yet has none.
@@ -69,6 +71,8 @@ private:
         std::vector<ScaleChange> scales;
     };
 
+    /// A moment by its number; null for one that is not kept.
+    const Moment *find(std::int64_t moment) const;
     static std::size_t sizeOf(const Moment &moment);
     static void apply(const Moment &moment, std::vector<Place> &places);
     void dropOldest();

@@ -1,17 +1,26 @@
 #include "tools/timeline/TimelineSystem.h"
 
+#include "tools/bars/TweakSystem.h"
+
+#include "engine/entities/ComponentKeys.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/GameLoop.h"
 #include "engine/transforms/TransformComponent.h"
 #include "object/reflection/SavedArguments.h"
 #include "object/reflection/Variant.h"
 #include "object/tree/TreeWalk.h"
+#include "port/win32/Waiting.h"
+#include "rendering/device/GraphicsSystem2.h"
+#include "rendering/frame/GraphicsManager2.h"
 
 namespace
 {
 constexpr std::size_t MOST_BYTES = std::size_t(96) << 20; ///< some minutes of a level in which much moves
+constexpr DWORD WAITING_MILLISECONDS = 10;                ///< between the pictures of a run that waits
 constexpr int BEFORE_ANYTHING_MOVES = -999;
 constexpr int BEFORE_THE_FRAME_IS_DRAWN = 999999;
+
+bool runWaits = false; ///< asked for each frame, also of runs that never start the system
 
 Placement placementOf(const TransformComponent &transform)
 {
@@ -42,6 +51,7 @@ TimelineSystem::TimelineSystem() : tape(MOST_BYTES) {}
 
 void TimelineSystem::systemShutdown()
 {
+    runWaits = false;
     restart(Handle<Coordinator>());
     callback = ReflectorPtr();
 }
@@ -123,6 +133,32 @@ void TimelineSystem::show(std::int64_t moment)
     for (std::size_t thing = 0; thing < places.size(); ++thing)
         if (const auto transform = things[thing].lookup(); transform && places[thing].known)
             put(*transform, places[thing].placement);
+}
+
+void TimelineSystem::setWaiting(bool val)
+{
+    runWaits = val;
+}
+
+bool TimelineSystem::isRunWaiting()
+{
+    return runWaits;
+}
+
+void TimelineSystem::drawWaiting()
+{
+    getSystemDeref<TweakSystem>().act();
+    const auto level = levelInCharge().lookup();
+    if (!runWaits || !level)
+        return;
+    GraphicsSystem2 &graphics = getSystemDeref<GraphicsSystem2>();
+    graphics.beginFrame();
+    if (const auto manager = handle_cast<GraphicsManager2>(level->getManager(ComponentKeys::graphics2)).lookup())
+        manager->doFrame();
+    getSystemDeref<TweakSystem>().refresh();
+    graphics.endFrame();
+    graphics.present();
+    Sleep(WAITING_MILLISECONDS);
 }
 
 void TimelineSystem::beginFrame()

@@ -38,6 +38,8 @@ public:
     std::int64_t getNewest() const { return tape.getNewest(); }
     /// When a moment was, seconds of recording; 0 for one that is not kept.
     double secondsOf(std::int64_t moment) const { return tape.getSeconds(moment); }
+    /// How many things had moved in a moment since the one before; 0 for one that is not kept.
+    int changesIn(std::int64_t moment) const { return tape.getChanges(moment); }
     /// Memory that the moments take.
     std::int64_t getBytes() const { return static_cast<std::int64_t>(tape.getBytes()); }
 
@@ -47,6 +49,16 @@ public:
     void goOn();
     /// Whether a moment is shown, not the present.
     bool isShowing() const { return !present.empty(); }
+
+    /// Has the whole run wait after this frame, or go on: while it waits no frame is counted, no time passes and no input
+    /// is heard; what is drawn is drawn on, and the bars can be used. For recorded input that plays, which nothing else
+    /// can keep waiting.
+    void setWaiting(bool val);
+    bool getWaiting() const { return isRunWaiting(); }
+    /// Whether a run waits; the system need not have been started.
+    static bool isRunWaiting();
+    /// Draws the present frame once more, and has the bars do what they were asked for.
+    void drawWaiting();
 
     /// Gives the present back to a level that goes on. Frame step, before anything moves.
     void beginFrame();

@@ -10,6 +10,10 @@ splashShown = False
 #: Whether the main menu has been shown.
 menuShown = False
 
+#: Lines that the console has been given names and keys for: by the name, and by the key.
+aliases: dict[str, str] = {}
+boundLines: dict[str, str] = {}
+
 #: What the editor knows of levels that it was opened in, by their names: pieces, and the edits that can be undone.
 editing: dict[str, Any] = {}
 

@@ -141,6 +141,13 @@ def _saves() -> list[str]:
     return sorted({each.slot for each in entries}) + [each.name for each in entries]
 
 
+def _views() -> list[str]:
+    from editor.Views import views
+    if not views.all():
+        views.gather()
+    return [view.name for view in views.all()]
+
+
 def _modules() -> list[str]:
     import sys
 
@@ -160,6 +167,7 @@ KINDS: dict[str, Callable[[Session, str, list[str]], Iterable[Choice]]] = {
     'level': _words(_levels),
     'module': _words(_modules),
     'save': _words(_saves),
+    'view': _words(_views),
     'key': _words(lambda: bindings.KEYS),
     'importance': _words(lambda: ('error', 'warning', 'information', 'debug')),
     'gift': _words(lambda: ('life', 'sanity')),

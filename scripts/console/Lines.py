@@ -6,6 +6,7 @@ import os
 
 import bindings
 import kaVel
+import session as lasting
 from console.Session import Session, Wrong, command
 
 
@@ -16,6 +17,7 @@ def bind(session: Session, line: str) -> str:
     if not key:
         raise Wrong('name a key and the line that it runs, as in: bind F7 noclip')
     session.console.addBinding(keyCode(key), bound.strip())
+    lasting.boundLines[key] = bound.strip()
     return '%s runs: %s' % (key, bound.strip()) if bound.strip() else '%s is free' % key
 
 
@@ -35,8 +37,19 @@ def alias(session: Session, line: str) -> str | None:
     name, _, meant = line.partition(' ')
     if not meant.strip():
         raise Wrong('name a word and the line that it runs, as in: alias slow timescale 0.25')
+    before = session.console.complaintCount
     session.console.addAlias(name, meant.strip())
+    if session.console.complaintCount == before:
+        lasting.aliases[name] = meant.strip()
     return None
+
+
+def bringAlong(session: Session):
+    """Gives the console of another level what was bound and named before."""
+    for key, line in lasting.boundLines.items():
+        session.console.addBinding(keyCode(key), line)
+    for name, line in lasting.aliases.items():
+        session.console.addAlias(name, line)
 
 
 @command('exec', 'file', 'text')

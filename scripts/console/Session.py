@@ -75,6 +75,8 @@ class Session:
         for entry in _commands.values():
             self.console.addCommand(kaVel.ConsoleCommand(entry.word, entry.param, entry.description,
                                                          self._runner(entry), takesLine=True))
+        if 'bind' in _commands:
+            importlib.import_module('console.Lines').bringAlong(self)
         self.console.completer = self._complete
 
     def takes(self, word: str) -> tuple[str, ...]:

@@ -183,7 +183,7 @@ COMPLETING = ROOM + """
         session = Session(level.getChild('Console'))
         for line in ('ge', 'get ', 'get hall/b', 'get hall/box/transform.pos', 'call hall/box.getN',
                      'set hall/box/graphics2.layer WORLD_', 'set hall/box/graphics2.visible ', 'changeLevel Fir',
-                     'spawn objects.GameObjects Armch', 'bind F7 tel', 'get nowhere/x', '>level.levelN'):
+                     'spawn objects.GameObjects Armch', 'view Hea', 'bind F7 tel', 'get nowhere/x', '>level.levelN'):
             kaVel.log('%s => %s' % (line, [way[0] + '|' + way[2] for way in ways(session, line)]))
         watcher.frameCallback = None
 
@@ -205,6 +205,7 @@ def test_lines_are_completed_with_a_sentence_on_each_way(world):
             ("set hall/box/graphics2.visible ", "visible off|"),
             ("changeLevel Fir", "changeLevel FirstRoom|"),
             ("spawn objects.GameObjects Armch", "spawn objects.GameObjects Armchair|"),
+            ("view Hea", "view Heard|"),
             ("bind F7 tel", "bind F7 teleport|Puts the feet of whoever looks"),
             (">level.levelN", ">level.levelName")):
         found = next(row for row in run.log.splitlines() if f" {line} => " in row)
@@ -230,8 +231,9 @@ def test_a_file_of_lines_stops_at_the_one_that_fails(world):
 
 def test_the_console_goes_with_its_lines_into_another_level(world):
     world.write_level("Next", "kaVel.log('arrived')")
-    run = type_lines(world, "changeLevel Next", "> level.levelName")
-    expect_answer(run, "> level.levelName", "'Next'")
+    run = type_lines(world, "alias here > level.levelName", "here", "changeLevel Next", "here")
+    told = [row.rpartition(" ")[2] for row in run.log.splitlines() if row.endswith(("'Room'", "'Next'"))]
+    assert told == ["'Room'", "'Next'"], told
 
 
 def test_a_script_of_commands_that_is_wrong_costs_its_commands_only(world):

@@ -13,7 +13,7 @@ import kaVel
 import words
 from screens import Screens
 
-SIZES = ((960, 720), (1280, 720), (2560, 720), (3840, 2160))
+SIZES = tuple((round(lines * wide), lines) for wide in (4 / 3, 16 / 9, 32 / 9) for lines in (720, 1080, 2160))
 
 
 def play(driver):

@@ -6,6 +6,7 @@ Needs ImageMagick's `montage`. What can be measured, `run_screens.py` does.
 """
 import argparse
 import pathlib
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -33,6 +34,8 @@ def play(driver):
         level = driver.coordinator
         module = importlib.import_module('screens.' + name)
         Screens.open(level, name, **(module.sample(level) if hasattr(module, 'sample') else {}))
+        for _ in range(30):  # until it has faded in
+            yield
         for code in CODES:
             words.setLanguage(code)
             Screens.rebuild(level)
@@ -69,6 +72,7 @@ def main():
         world = game.World(options.build.resolve(), pathlib.Path(folder) / "game")
         pictures = pathlib.Path(folder) / "pictures"
         pictures.mkdir()
+        shutil.copytree(game.ROOT / "examples", world.folder / ".local/share/mornal/mods")
         world.write("scripts/courses/pictured.py", COURSE % ((
             options.names, sizes, LANGUAGES, str(pictures), FRAMES_AFTER_A_CHANGE),))
         world.run(level="FirstRoom", frames=100000, KAVEL_COURSE="pictured").expect_code(0)

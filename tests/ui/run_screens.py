@@ -1,6 +1,7 @@
 """Every screen in every language and shape of window: no text is cut, overlaps another or is a key, and the focus comes
 everywhere."""
 import pathlib
+import shutil
 import sys
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
@@ -58,6 +59,7 @@ def pages(menu):
 
 def test_no_text_of_any_screen_is_cut_or_overlaps_and_the_focus_comes_everywhere(world):
     world.write("scripts/courses/looks.py", LOOKS)
+    shutil.copytree(game.ROOT / "examples", world.folder / ".local/share/mornal/mods")
     run = world.run(level="FirstRoom", frames=6000, KAVEL_COURSE="looks", KAVEL_UNDRAWN="1")
     found = sorted({line.split("FINDING ", 1)[1] for line in run.log.splitlines() if "FINDING " in line})
     assert not found, "\n".join(found)

@@ -269,6 +269,85 @@ def test_a_change_stands_in_the_line_it_came_from_or_beside_the_level(world):
     assert notes.count("\n") == 3, notes
 
 
+#: A cellar in which things are kept under names, and hang below each other.
+CELLAR = YARD.replace("    bed(map, 'bed', at=(-4, 0, 0))\n", """    place.Cup(map, 'cup', at=(1, 0.8, 2))  # the last one
+    table = place.DiningTable(map, 'table', at=(6, 0, 0))
+    kaVel.configure(table.getChild('graphics2'), castShadows=False)
+    place.makeSolid(table)
+    place.Book(table, 'atlas', at=(6, 0.77, 0))
+    place.Barrel(map, 'barrel', at=(8, 0, 0))
+    place.Book(map, 'ledger', at=(8, 1, 0))
+    stove(map)
+""") + """
+
+def stove(map: MapRootEntity):
+    place.Book(map, 'notes', at=(1, 0.8, 2.2))
+    place.Crate(map, 'coal', at=(9, 0, 3))
+"""
+
+HUNG = """
+from editor.source import Writing
+
+
+def edit(level):
+    pieces, edits = of(level)
+    tell('begin', level)
+    for name, parent in (('ledger', 'barrel'), ('cup', 'desk'), ('jar', 'barrel'), ('notes', 'desk'),
+                         ('crate1', 'coal')):
+        each = [piece for piece in pieces.all() if piece.name == name][-1]
+        edits.reparent(each, named(pieces, parent))
+    edits.remove([named(pieces, 'table'), named(pieces, 'atlas')])
+    lantern = edits.add(pieces.maps()[0], 'Crate', 'stand', at=(0, 0, 5))
+    edits.reparent(named(pieces, 'coal'), lantern)
+    save(level)
+
+
+def save(level):
+    tell('edited', level)
+    kaVel.log(Writing.diff(level))
+    Writing.save(level)
+    reload(level)
+
+
+def look(level):
+    tell('loaded', level)
+    compare('edited', 'loaded')
+    pieces, edits = of(level)
+    edits.reparent(named(pieces, 'ledger'), pieces.maps()[0])
+    save(level)
+
+
+def back(level):
+    tell('loaded', level)
+    compare('edited', 'loaded')
+    of(level)[1].goTo(0)
+    save(level)
+
+
+def last(level):
+    tell('loaded', level)
+    compare('begin', 'loaded')
+
+
+STEPS = {2: edit, 5: look, 8: back, 11: last}
+"""
+
+
+def test_what_hangs_elsewhere_is_hung_there_by_its_own_call(world):
+    world.write("scripts/levels/Yard.py", CELLAR)
+    outcome = run(world, "Yard", HUNG, frames=14)
+    assert outcome.log.count("edited and loaded are the same") == 2, outcome.log[-4000:]
+    outcome.expect("begin and loaded are the same")
+    for line in ("+    desk = place.Desk(map, 'desk', at=(1, 0, 2), turn=SOUTH - 14)  # where he wrote\n"
+                 "+    place.Book(desk, 'notes', at=(1, 0.8, 2.2))\n",
+                 "+    place.Cup(desk, 'cup', at=(1, 0.8, 2))  # the last one\n+    barrel = place.Barrel(map, ",
+                 "+    place.Jar(barrel, 'jar', at=(1, UP, 2))\n+    place.Book(barrel, 'ledger', at=(8, 1, 0))\n",
+                 "-    place.makeSolid(table)\n-    place.Book(table, 'atlas', at=(6, 0.77, 0))\n"):
+        assert line in outcome.log, f"{line!r} is not in:\n{outcome.log}"
+    text = (world.folder / "scripts/levels/Yard.py").read_text(encoding="utf-8")
+    assert text == CELLAR and not (world.folder / "scripts/levels/Yard.changes").exists(), text
+
+
 REMOVED = """
 from editor.source import Writing
 

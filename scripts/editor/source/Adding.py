@@ -35,13 +35,13 @@ class Adding:
         self._homes: dict[Any, Home] = {}
         self._variables: dict[Piece, str] = {}
         self._taken: dict[Function, set[str]] = {}
-        self._assigned: set[ast.Call] = set()
+        self._assigned: dict[ast.Call, str] = {}  # those that are kept under a name from now on
 
     def write(self, added: list[Piece], properties: dict[Any, Any]):
         """Writes the calls of new pieces, and what was set of them, at the ends of the functions that hold them."""
         blocks: dict[Function, list[tuple[Home, Piece]]] = {}
-        for piece in added:
-            home = self._homeOf(piece, added)
+        for piece in _aboveFirst(added):
+            home = self.homeOf(piece, added)
             blocks.setdefault(home.function, []).append((home, piece))
         for function, rows in blocks.items():
             home = rows[0][0]
@@ -49,12 +49,12 @@ class Adding:
 
     # Where
 
-    def _homeOf(self, piece: Piece, added: list[Piece]) -> Home:
+    def homeOf(self, piece: Piece, added: list[Piece]) -> Home:
         above = piece.above
         if above in added and above is not None:
-            home = self._homeOf(above, added)
-            name = self._variableOf(above, home.function)
-            return Home(home.script, home.function, self._below(name, above.root, piece.parent))
+            home = self.homeOf(above, added)
+            name = self.variableOf(above, home.function)
+            return Home(home.script, home.function, self.below(name, above.root, piece.parent))
         key = piece.parent, piece.section
         if key not in self._homes:
             self._homes[key] = self._sought(piece)
@@ -102,23 +102,24 @@ class Adding:
         statement = scope.script.parent(scope.call)
         if scope.script.parent(statement) is not scope.function if statement else True:
             return None  # in a loop or a branch
-        if isinstance(statement, ast.Assign) and isinstance(statement.targets[0], ast.Name):
-            name = statement.targets[0].id
-        elif isinstance(statement, ast.Expr):
-            name = self.variableFor(piece, scope.function)
-            self.assign(scope.script, scope.call, name)
-        else:
-            return None
-        return Home(scope.script, scope.function, self._below(name, piece.root, parent))
+        name = self.kept(piece, scope.script, scope.function, scope.call)
+        return None if not name else Home(scope.script, scope.function, self.below(name, piece.root, parent))
 
     def _isOnce(self, call: ast.Call) -> bool:
         return len(self._sites.through.get(call, ())) == 1
 
-    def assign(self, script: Script, call: ast.Call, name: str):
-        """Keeps what a statement's call returns under a name."""
+    def kept(self, piece: Piece, script: Script, function: Function, call: ast.Call) -> str:
+        """The name under which a statement keeps a piece from now on; '' where it cannot."""
+        statement = script.parent(call)
+        if isinstance(statement, ast.Assign) and len(statement.targets) == 1 \
+                and isinstance(statement.targets[0], ast.Name):
+            return statement.targets[0].id
+        if not isinstance(statement, ast.Expr):
+            return ''
         if call not in self._assigned:
-            self._assigned.add(call)
-            self._splicesOf(script).insertBefore(call, name + ' = ')
+            self._assigned[call] = self.variableFor(piece, function)
+            self._splicesOf(script).insertBefore(call, self._assigned[call] + ' = ')
+        return self._assigned[call]
 
     def _ofMap(self, parent: Any) -> Home:
         """The function of the map that an object stands in, which finds it by its path."""
@@ -129,15 +130,15 @@ class Adding:
         if function is None or not Tracing.parametersOf(function):
             raise Refused('%s has no function %s(map) that something could be added to'
                           % (self._level.file, root.getName()))
-        return Home(self._level, function, self._below(Tracing.parametersOf(function)[0], root, parent))
+        return Home(self._level, function, self.below(Tracing.parametersOf(function)[0], root, parent))
 
     @staticmethod
-    def _below(name: str, root: Any, entity: Any) -> str:
+    def below(name: str, root: Any, entity: Any) -> str:
         """The text that stands for an object below one that has a name."""
         path = kaVel.pathOf(entity)[len(kaVel.pathOf(root)) + 1:] if entity != root else ''
         return '%s.getDescendantByPath(%r)' % (name, path) if path else name
 
-    def _variableOf(self, piece: Piece, function: Function) -> str:
+    def variableOf(self, piece: Piece, function: Function) -> str:
         if piece not in self._variables:
             self._variables[piece] = self.variableFor(piece, function)
         return self._variables[piece]
@@ -233,7 +234,7 @@ class Adding:
             self.imported(script, 'kaVel')
         isSolid = piece.touches is not None and piece.stand.isFenced
         keeps = piece in self._variables or bool(below) or isSolid
-        variable = self._variableOf(piece, home.function) if keeps else ''
+        variable = self.variableOf(piece, home.function) if keeps else ''
         head = '%s%s(' % (variable + ' = ' if keeps else '', self._callee(script, piece))
         return Layout.call(indent, head, [home.parent, *name, *arguments]) \
             + ''.join(configureLine(indent, variable, path, values) for path, values in below.items()) \
@@ -299,6 +300,17 @@ class Adding:
             isDocumented = bool(script.tree.body) and ast.get_docstring(script.tree) is not None
             splices.insertAt((script.tree.body[0].end_lineno or 0) + 1 if isDocumented else 1,
                              '\n' + line if isDocumented else line + '\n')
+
+
+def _aboveFirst(added: list[Piece]) -> list[Piece]:
+    """New pieces in their order, but that each stands behind the one that it hangs below."""
+    found: dict[Piece, None] = {}
+    for piece in added:
+        chain = [piece]
+        while chain[-1].above in added and chain[-1].above is not None:
+            chain.append(chain[-1].above)
+        found.update(dict.fromkeys(reversed(chain)))
+    return list(found)
 
 
 def _done(piece: Piece, properties: dict[Any, Any]) -> dict[tuple[Any, ...], dict[str, Any]]:

@@ -63,9 +63,18 @@ class Notes:
                 moved['/'.join(filter(None, [source.parentPath, source.name]))] = paths[piece.number]
         return paths
 
+    def has(self, piece: Piece) -> bool:
+        """Whether something is noted of a piece, or of what is below it in the scripts."""
+        path = self._old.get(piece.number, '')
+        return any(line == path or line.startswith(path + '/') for line, key in self._lines if key != PARENT
+                   or line != path)
+
     def path(self, piece: Piece) -> str:
         """Where the scripts have a piece."""
-        return self._paths.get(piece.number) or piece.path
+        known = self._paths.get(piece.number)
+        if known or piece.above is None:
+            return known or piece.path
+        return '/'.join([self.path(piece.above), *(name for name, _ in piece.steps), piece.name])
 
     def argument(self, piece: Piece, name: str, value: Any):
         self._note(piece, self.path(piece), name, value)

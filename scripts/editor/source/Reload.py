@@ -52,18 +52,39 @@ def follow(pieces: LevelPieces, level: kaVel.Coordinator):
 
 def _paired(pieces: LevelPieces, fresh: LevelPieces) -> dict[Piece, Piece]:
     """Old pieces and those that stand for them: by what they are now, or else by what the scripts said of them."""
-    pairs: dict[Piece, Piece] = {}
+    pairs = _byTelling(pieces.all(), fresh.all())
     called = [piece for piece in pieces.everyone() if piece.source]
     present = _byPath(fresh.all(), lambda piece: piece.path)
     absent = {_callInScripts(piece): piece for piece in fresh.everyone() if piece.removed}
-    for known, there in ((_byPath(pieces.all(), lambda piece: piece.path), present),
-                         ({_callInScripts(piece): piece for piece in called}, absent),
+    for known, there in (({_callInScripts(piece): piece for piece in called}, absent),
                          (_byPath(called, _pathInScripts), present)):
         taken = set(pairs.values())
         for key, old in known.items():
             new = there.get(key)
             if new and old not in pairs and new not in taken and new.patternName == old.patternName:
                 pairs[old] = new
+    return pairs
+
+
+def _byTelling(olds: list[Piece], news: list[Piece]) -> dict[Piece, Piece]:
+    """Pairs of the same path. Of those that share it with others, the ones that are told the same go first: where one
+    was removed and brought back, their order tells nothing.
+    """
+    pairs: dict[Piece, Piece] = {}
+    present: dict[str, list[Piece]] = {}
+    for new in news:
+        present.setdefault(new.path, []).append(new)
+    isShared = {path for path, there in present.items() if len(there) > 1}
+    for isSame in (True, False):
+        for old in olds:
+            if old in pairs or isSame and old.path not in isShared:
+                continue
+            there = present.get(old.path, [])
+            new = next((new for new in there if new.patternName == old.patternName
+                        and (not isSame or new.given == old.given)), None)
+            if new:
+                pairs[old] = new
+                there.remove(new)
     return pairs
 
 

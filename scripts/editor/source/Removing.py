@@ -6,7 +6,8 @@ import ast
 from typing import Any
 
 from editor.source import Tracing
-from editor.source.Files import Script
+from editor.source.Configuring import isConfigured
+from editor.source.Files import Function, Script
 from editor.source.Pieces import Piece
 from editor.source.Sites import Sites
 
@@ -35,10 +36,41 @@ class Removing:
             if script is None or node is None:
                 return False
             statement = script.parent(node)
-            if isinstance(statement, ast.Expr) and self._isGone(self._sites.through.get(node, [])):
-                self._splicesOf(script).delete(statement)
+            if not isinstance(statement, (ast.Expr, ast.Assign)) or not self._isGone(self._sites.through.get(node, [])):
+                continue
+            uses = self._usesOf(script, statement)
+            if uses is not None:
+                for each in (statement, *uses):
+                    self._splicesOf(script).delete(each)
                 return True
         return False
+
+    def _usesOf(self, script: Script, statement: ast.Expr | ast.Assign) -> list[ast.stmt] | None:
+        """The lines that do something with what a statement keeps, if they can go with it; None where they cannot."""
+        if isinstance(statement, ast.Expr):
+            return []
+        function = next((each for each in script.above(statement) if isinstance(each, Function)), None)
+        target = statement.targets[0]
+        if function is None or len(statement.targets) != 1 or not isinstance(target, ast.Name):
+            return None
+        nodes = [node for node in ast.walk(function) if isinstance(node, ast.Name) and node.id == target.id]
+        uses = [script.statementOf(node) for node in nodes if node is not target]
+        isSpent = all(each and self._isSpent(each, target.id) for each in uses)
+        return [each for each in dict.fromkeys(uses) if each] if isSpent else None
+
+    def _isSpent(self, line: ast.stmt, variable: str) -> bool:
+        """Whether a line is of no use once what a name stands for is gone."""
+        call = line.value if isinstance(line, (ast.Expr, ast.Assign)) else None
+        if not isinstance(call, ast.Call):
+            return False
+        if isinstance(line, ast.Assign):
+            script = self._sites.scriptOf(call)
+            return script is not None and self._isGone(self._sites.through[call]) \
+                and self._usesOf(script, line) is not None
+        first = call.args[0] if call.args else None
+        isMadeSolid = isinstance(first, ast.Name) and first.id == variable and _calledName(call) == 'makeSolid'
+        return isConfigured(line, variable) or isMadeSolid or \
+            call in self._sites.through and self._isGone(self._sites.through[call])
 
     def _isGone(self, pieces: list[Piece]) -> bool:
         return all(piece in self._gone for piece in pieces) and any(map(_isNew, pieces))
@@ -80,6 +112,10 @@ class Removing:
 
     def _callsOf(self, piece: Piece) -> list[Any]:
         return [call for call, pieces in self._sites.through.items() if piece in pieces]
+
+
+def _calledName(call: ast.Call) -> str:
+    return call.func.attr if isinstance(call.func, ast.Attribute) else getattr(call.func, 'id', '')
 
 
 def _isNew(piece: Piece) -> bool:

@@ -36,6 +36,7 @@ class Sites:
         self.texts = texts
         self.values = Values()
         self._sites: dict[Any, Site] = {}
+        self._scripts: dict[ast.Call, Script] = {}
         self.through: dict[ast.Call, list[Piece]] = {}  # the pieces that came by a call, at any depth
         for piece in pieces.everyone():
             if piece.source and piece.source.calls:
@@ -57,6 +58,10 @@ class Sites:
     def script(self, piece: Piece) -> Script | None:
         return self.texts.of(piece.source.calls[0][0].co_filename) if piece.source and piece.source.calls else None
 
+    def scriptOf(self, call: ast.Call) -> Script | None:
+        """The script that a call by which pieces came stands in."""
+        return self._scripts.get(call)
+
     # Following the calls
 
     def _follow(self, site: Site):
@@ -64,6 +69,7 @@ class Sites:
         for frame in frames:
             if frame:
                 self.through.setdefault(frame[1], []).extend(site.pieces)
+                self._scripts[frame[1]] = frame[0]
         if any(frame is None for frame in frames):
             return
         try:

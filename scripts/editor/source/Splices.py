@@ -17,6 +17,7 @@ class Splices:
         self._splices: list[tuple[int, int, int, str]] = []
         self._deleted: set[ast.stmt] = set()
         self._rows: dict[Any, set[ast.expr]] = {}  # table -> those to take out
+        self._moves: list[tuple[ast.stmt, ast.stmt, bool]] = []
         self._grown: set[ast.AST] = set()
         self.imports: set[str] = set()  # lines that have been added at the top
 
@@ -57,6 +58,23 @@ class Splices:
         """Takes a row out of a tuple or list."""
         self._rows.setdefault(table, set()).add(row)
 
+    def move(self, statement: ast.stmt, behind: ast.stmt, isAtEnd: bool = False):
+        """Has a statement stand behind another one, with what is changed in it; at the end, behind all new lines."""
+        self._moves.append((statement, behind, isAtEnd))
+        self._deleted.add(statement)
+        self._grown.add(self.script.parent(behind) or behind)
+
+    def _takeMoved(self, spans: list[tuple[int, int, int, str]]) -> list[tuple[int, int, int, str]]:
+        """The changes with those that put moved statements, as they are then, to their new places."""
+        for number, (statement, behind, isAtEnd) in enumerate(self._moves):
+            begin, end = self.script.linesOf(statement)
+            inner = [each for each in spans if begin < each[0] < end]
+            text = _spliced(self.script.data[begin:end], inner, begin).decode()
+            isReturn = isAtEnd and isinstance(behind, ast.Return)
+            place = self.script.linesOf(behind)[0 if isReturn else 1]
+            spans = [*(each for each in spans if each not in inner), (place, place, 10**6 + number, text)]
+        return spans
+
     def _deletedRows(self, table: Any, gone: set[ast.expr]) -> Iterator[tuple[int, int, int, str]]:
         """What takes rows out of a table: each run of them with the comma behind it, or with that before at the end."""
         spans = [self.script.span(row) for row in table.elts]
@@ -84,18 +102,18 @@ class Splices:
         data, spans = self.script.data, list(self._splices)
         for table, gone in self._rows.items():
             spans += self._deletedRows(table, gone)
+        spans = self._takeMoved(spans)
         for begin, end, text in self._deletions():
             spans = [each for each in spans if not (begin < each[1] and each[0] < end)]
             spans.append((begin, end, -1, text))
-        for begin, end, _, text in sorted(spans, key=lambda each: (each[0], each[1], each[2]), reverse=True):
-            data = data[:begin] + text.encode() + data[end:]
-        return data.decode()
+        return _spliced(data, spans).decode()
 
     def _deletions(self) -> Iterator[tuple[int, int, str]]:
-        for statement in self._widened():
+        going = self._widened()
+        for statement in going:
             begin, end = self.script.linesOf(statement)
             above = self.script.parent(statement)
-            if above is not None and self._isEmptied(above, statement):
+            if above is not None and self._isEmptied(above, statement, going):
                 indent = ' ' * statement.col_offset
                 yield begin, end, indent + 'pass\n'
             else:
@@ -119,12 +137,12 @@ class Splices:
         return (above not in gone and not getattr(above, 'orelse', None) and above not in self._grown
                 and all(each in gone for each in above.body))
 
-    def _isEmptied(self, above: Any, statement: ast.stmt) -> bool:
+    def _isEmptied(self, above: Any, statement: ast.stmt, going: list[ast.stmt]) -> bool:
         """Whether nothing but its docstring is left of a body, of which this is the first statement to go."""
         body = next((each for each in (getattr(above, 'body', []), getattr(above, 'orelse', []))
                      if isinstance(each, list) and statement in each), [])
-        left = [each for each in body if each not in self._deleted and not _isDocstring(each)]
-        gone = [each for each in body if each in self._deleted]
+        left = [each for each in body if each not in going and not _isDocstring(each)]
+        gone = [each for each in body if each in going]
         isBody = isinstance(above, (Function, ast.If, ast.While, ast.For, ast.With, ast.Try))
         return isBody and not left and above not in self._grown and gone[:1] == [statement] and not (
             isinstance(above, Function) and any(_isDocstring(each) for each in body))
@@ -134,6 +152,13 @@ class Splices:
         data = self.script.data
         isBlankBefore = begin == 0 or data[:begin].endswith(b'\n\n')
         return (begin, end + 1) if isBlankBefore and data[end:end + 1] == b'\n' else (begin, end)
+
+
+def _spliced(data: bytes, spans: list[tuple[int, int, int, str]], begin: int = 0) -> bytes:
+    """Bytes that begin at a place of the script with the changes that are made in them."""
+    for first, end, _, text in sorted(spans, key=lambda each: (each[0], each[1], each[2]), reverse=True):
+        data = data[:first - begin] + text.encode() + data[end - begin:]
+    return data
 
 
 def _argumentsOf(call: ast.Call) -> list[Any]:

@@ -22,6 +22,7 @@ from editor.source import Edits, Files, Literals, Merging, NewLevel, Pieces
 from editor.source.Adding import Adding
 from editor.source.Configuring import Configuring, canConfigure, configured
 from editor.source.Files import Function, Script, Texts
+from editor.source.Hanging import Hanging
 from editor.source.Notes import Notes
 from editor.source.Patches import Patches
 from editor.source.Pieces import LevelPieces, Piece
@@ -49,13 +50,16 @@ class Plan:
         patches = self._patched(changed)
         gone = [piece for piece in everyone if piece.source and piece.removed]
         left = Removing(self._sites, self._splicesOf).write(gone)
-        self._notes.follow(set(gone) - {each for piece in left for each in (piece, *_belowIn(piece, gone))},
+        adding = Adding(self._pieces, self._sites, self._levelScript(), self._splicesOf)
+        added = [piece for piece in everyone if not piece.source and not piece.removed]
+        hung = self._hang(adding, [piece for piece in changed if _hangsElsewhere(piece)], added,
+                          {piece for piece, *_ in patches.refused} | set(left))
+        carried = {each for piece in hung for each in _carriedBy(piece, everyone)}
+        self._notes.follow(hung | carried | set(gone) - {each for piece in left for each in (piece, *_belowIn(piece, gone))},
                            patches.renamed())
         for piece in left:
             self._notes.removed(piece)
-        self._note(patches, changed)
-        adding = Adding(self._pieces, self._sites, self._levelScript(), self._splicesOf)
-        added = [piece for piece in everyone if not piece.source and not piece.removed]
+        self._note(patches, [piece for piece in changed if piece not in hung])
         self._configure(adding, {piece.number for piece in added})
         adding.write(added, self._properties)
         for splices in self._splices.values():
@@ -88,13 +92,25 @@ class Plan:
                 splices.replace(key, edit.text)
         return patches
 
+    def _hang(self, adding: Adding, pieces: list[Piece], added: list[Piece], noted: set[Piece]) -> set[Piece]:
+        """Writes other parents of pieces into their calls; gives those for which that is done.
+
+        What has to be noted, or holds what has, keeps its place in the scripts, by which notes name it.
+        """
+        hanging = Hanging(self._pieces, self._sites, adding, self._splicesOf)
+        noted = noted | {piece for piece in map(self._pieces.number, (each[0] for each, _ in self._properties)) if piece}
+        everyone = self._pieces.everyone()
+        return {piece for piece in pieces if not noted & {piece, *_carriedBy(piece, everyone)}
+                and not any(_isCalledBelow(each, piece) or _hangsBelow(each, piece) for each in pieces)
+                and not any(_hangsBelow(each, piece) for each in added)
+                and not self._notes.has(piece) and hanging.write(piece, added)}
+
     def _note(self, patches: Patches, changed: list[Piece]):
         """Notes other arguments and names that stand nowhere."""
         for piece, name, value in patches.refused:
             self._notes.renamed(piece) if name == 'name' else self._notes.argument(piece, name, value)
         for piece in changed:
-            assert piece.source
-            if piece.root and Pieces.parentPath(piece.root) != piece.source.parentPath and not _isCarried(piece):
+            if _hangsElsewhere(piece):
                 self._notes.parent(piece)
 
     def _configure(self, adding: Adding, added: set[int]):
@@ -128,16 +144,12 @@ class Plan:
         if scope is None or scope.function is None or len(self._sites.through.get(scope.call, ())) != 1:
             return None, ''
         statement = scope.script.parent(scope.call)
-        if isinstance(statement, ast.Assign) and len(statement.targets) == 1 \
-                and isinstance(statement.targets[0], ast.Name):
-            return statement, statement.targets[0].id
-        if isinstance(statement, ast.Expr) and isinstance(scope.script.parent(statement), (Function, ast.For)):
-            if any(not canConfigure(*each) for each in configured(piece, self._properties).items()):
-                return None, ''
-            name = adding.variableFor(piece, scope.function)
-            adding.assign(scope.script, scope.call, name)
-            return statement, name
-        return None, ''
+        if isinstance(statement, ast.Expr) and (
+                not isinstance(scope.script.parent(statement), (Function, ast.For))
+                or any(not canConfigure(*each) for each in configured(piece, self._properties).items())):
+            return None, ''
+        name = adding.kept(piece, scope.script, scope.function, scope.call)
+        return (statement, name) if name and isinstance(statement, ast.stmt) else (None, '')
 
 
 def _differences(piece: Piece) -> list[tuple[Piece, str, Any]]:
@@ -160,14 +172,36 @@ def _belowIn(piece: Piece, pieces: list[Piece]) -> list[Piece]:
     return list(found - {piece})
 
 
-def _isCarried(piece: Piece) -> bool:
-    """Whether a piece hangs elsewhere only since what it hangs below has another name."""
+def _carriedBy(piece: Piece, pieces: list[Piece]) -> list[Piece]:
+    """Those of some pieces that hang elsewhere with one, since their calls hang them below it."""
+    found = {piece}
+    for each in pieces:
+        if each.above in found and each.source and not each.removed and not _hangsElsewhere(each):
+            found.add(each)
+    return list(found - {piece})
+
+
+def _isCalledBelow(piece: Piece, above: Piece) -> bool:
+    """Whether the scripts call for a piece below another one, wherever it hangs now."""
+    assert piece.source and above.source
+    path = '/'.join(filter(None, [above.source.parentPath, above.source.name]))
+    return piece is not above and (piece.source.parentPath + '/').startswith(path + '/')
+
+
+def _hangsBelow(piece: Piece, above: Piece) -> bool:
+    return piece.above is not None and (piece.above is above or _hangsBelow(piece.above, above))
+
+
+def _hangsElsewhere(piece: Piece) -> bool:
+    """Whether a piece hangs below another object than its call says, rather than below what itself is elsewhere."""
+    assert piece.source
+    if not piece.root or Pieces.parentPath(piece.root) == piece.source.parentPath:
+        return False
     above = piece.above
-    while above:
-        if above.source is None or above.name != above.source.name:
-            return True
-        above = above.above
-    return False
+    if above is None or above.source is None:
+        return above is None or above.touches is None  # what was removed and brought back has its own below it
+    begin = '/'.join(filter(None, [above.source.parentPath, above.source.name]))
+    return '/'.join([begin, *(name for name, _ in piece.steps)]) != piece.source.parentPath
 
 
 def diff(level: kaVel.Coordinator) -> str:

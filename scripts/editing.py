@@ -65,6 +65,14 @@ def depart(level: kaVel.Coordinator | None, levelName: str) -> None:
             kaVel.log('The unsaved edits of the level could not be kept:\n%s' % traceback.format_exc())
 
 
+def edited(thing: Any, name: str, before: Any, after: Any) -> None:
+    """Notes what a bar has set of an object while no editor is open, and offers to write it back."""
+    level = thing.getAncestorOfType(kaVel.Reflection.Coordinator) if thing else None
+    if level:
+        from editor import WritingBack
+        WritingBack.note(level, thing, name, before, after)
+
+
 def _editorOf(level: kaVel.Coordinator | None) -> Any:
     import sys
     module: Any = sys.modules.get('editor.Editor')

@@ -8,6 +8,7 @@ from __future__ import annotations
 
 from typing import Any
 
+import editing
 import GameConfig
 import inspecting
 import kaVel
@@ -37,6 +38,7 @@ SETTINGS = {
     'TweakSystem': {
         'keptFile': '' if GameConfig.headless else userFolders.file('config', 'tweakBars'),
         'teller': inspecting.tell,
+        'edited': editing.edited,
         'font': '..\\assets\\fonts\\Andika-Regular.ttf',
     },
     'InputSystem': {

@@ -1,4 +1,4 @@
-"""What is changed in the inspector's bars while a level is edited: steps like all others, to be undone and saved.
+"""What is changed in the inspector's bars: steps like all others of an editor, to be undone and saved.
 
 Where a piece stands is a matter of its arguments, even if a bar has moved its transform; all else is a property that is
 set behind the piece's call.
@@ -9,8 +9,10 @@ from __future__ import annotations
 import math
 from typing import TYPE_CHECKING, Any
 
+import editing
 import kaVel
 from editor import Places
+from editor.source import Edits, Pieces
 from editor.source.Pieces import Piece
 
 if TYPE_CHECKING:
@@ -27,27 +29,31 @@ class Inspected:
         kaVel.getSystem('TweakSystem').edited = self._edited
 
     def end(self) -> None:
-        kaVel.getSystem('TweakSystem').edited = None
+        kaVel.getSystem('TweakSystem').edited = editing.edited
 
     def _edited(self, thing: Any, name: str, before: Any, after: Any) -> None:
         """Notes an edit that a bar has made already; what is not of this level, as a system, is nobody's source."""
         if thing and thing.getAncestorOfType(kaVel.Reflection.Coordinator) == self.editor.level:
-            self.editor.attempt(lambda: self._note(thing, name, before, after))
+            self.editor.attempt(lambda: note(self.editor.level, thing, name, before, after))
 
-    def _note(self, thing: Any, name: str, before: Any, after: Any) -> None:
-        piece = self._standingBy(thing)
-        arguments = _placed(piece, name, before, after) if piece else None
-        if piece and arguments is not None:
-            self.editor.edits.change(piece, **arguments)
-        else:
-            self.editor.edits.setProperty(thing, name, after, before)
 
-    def _standingBy(self, thing: Any) -> Piece | None:
-        """The piece that stands where a transform says."""
-        if not thing._getType().isSubclassOf(kaVel.Reflection.TransformComponent):
-            return None
-        piece = self.editor.pieces.pieceOf(thing)
-        return piece if piece and piece.root == thing.parent else None
+def note(level: kaVel.Coordinator, thing: Any, name: str, before: Any, after: Any) -> None:
+    """Notes what a bar has set of an object of a level as an edit; Refused where it cannot be one."""
+    pieces, edits = Pieces.of(level), Edits.of(level)
+    piece = _standingBy(pieces, thing)
+    arguments = _placed(piece, name, before, after) if piece else None
+    if piece and arguments is not None:
+        edits.change(piece, **arguments)
+    else:
+        edits.setProperty(thing, name, after, before)
+
+
+def _standingBy(pieces: Pieces.LevelPieces, thing: Any) -> Piece | None:
+    """The piece that stands where a transform says."""
+    if not thing._getType().isSubclassOf(kaVel.Reflection.TransformComponent):
+        return None
+    piece = pieces.pieceOf(thing)
+    return piece if piece and piece.root == thing.parent else None
 
 
 def _placed(piece: Piece, name: str, before: Any, after: Any) -> dict[str, Any] | None:

@@ -270,7 +270,8 @@ def test_a_change_stands_in_the_line_it_came_from_or_beside_the_level(world):
 
 
 #: A cellar in which things are kept under names, and hang below each other.
-CELLAR = YARD.replace("    bed(map, 'bed', at=(-4, 0, 0))\n", """    place.Cup(map, 'cup', at=(1, 0.8, 2))  # the last one
+CELLAR = YARD.replace("    bed(map, 'bed', at=(-4, 0, 0))\n", """\
+    place.Cup(map, 'cup', at=(1, 0.8, 2))  # the last one
     table = place.DiningTable(map, 'table', at=(6, 0, 0))
     kaVel.configure(table.getChild('graphics2'), castShadows=False)
     place.makeSolid(table)

@@ -120,6 +120,11 @@ def bar(thing, name, value):
     kaVel.getSystem('TweakSystem').tellEdited(thing, name, before, value)
 
 
+def written(level):
+    from editor import WritingBack
+    return WritingBack.of(level)
+
+
 press('F8')
 say('tree', tree)
 then(lambda: bar(named('chair').root.getComponent('transform'), 'position', kaVel.Vec4(3, 0, 2, 1)))
@@ -134,7 +139,9 @@ for each in range(3):
 say('tree', tree)
 press('F8')
 then(lambda: bar(named('chair').root.getComponent('transform'), 'position', kaVel.Vec4(1, 0, 2, 1)))
-say('closed', lambda: editor().edits.position)
+say('offered', lambda: (editor().isOpen, kaVel.getSystem('TweakSystem').makeBar('Write back').shown))
+then(lambda: written(level).write())
+say('written', lambda: (editor().isSaved, kaVel.getSystem('TweakSystem').makeBar('Write back').shown))
 """)
     assert said(run, "chair") == ["((3, 0, 2), -90)"], run.log[-3000:]
     assert said(run, "history") == ["['Change chair', 'Change chair', 'Set castShadows of graphics2']"]
@@ -142,7 +149,8 @@ say('closed', lambda: editor().edits.position)
     assert any("place.Chair(root, 'chair', at=(3, 0, 2), turn=-90)" in line for line in diff), diff
     assert any("castShadows=False" in line for line in diff), diff
     before, after = said(run, "tree")
-    assert before == after and said(run, "closed") == ["0"]
+    assert before == after and said(run, "offered") == ["(False, True)"] and said(run, "written") == ["(True, False)"]
+    assert "place.Chair(root, 'chair', at=(1, 0, 2)" in (world.folder / "scripts/levels/Driven.py").read_text()
 
 
 def test_what_is_chosen_in_the_catalogue_is_placed_by_clicks(world):

@@ -55,8 +55,8 @@ class Plan:
         hung = self._hang(adding, [piece for piece in changed if _hangsElsewhere(piece)], added,
                           {piece for piece, *_ in patches.refused} | set(left))
         carried = {each for piece in hung for each in _carriedBy(piece, everyone)}
-        self._notes.follow(hung | carried | set(gone) - {each for piece in left for each in (piece, *_belowIn(piece, gone))},
-                           patches.renamed())
+        noted = {each for piece in left for each in (piece, *_belowIn(piece, gone))}
+        self._notes.follow(hung | carried | set(gone) - noted, patches.renamed())
         for piece in left:
             self._notes.removed(piece)
         self._note(patches, [piece for piece in changed if piece not in hung])
@@ -98,7 +98,8 @@ class Plan:
         What has to be noted, or holds what has, keeps its place in the scripts, by which notes name it.
         """
         hanging = Hanging(self._pieces, self._sites, adding, self._splicesOf)
-        noted = noted | {piece for piece in map(self._pieces.number, (each[0] for each, _ in self._properties)) if piece}
+        owners = (self._pieces.number(address[0]) for address, _ in self._properties)
+        noted = noted | {piece for piece in owners if piece}
         everyone = self._pieces.everyone()
         return {piece for piece in pieces if not noted & {piece, *_carriedBy(piece, everyone)}
                 and not any(_isCalledBelow(each, piece) or _hangsBelow(each, piece) for each in pieces)

@@ -24,14 +24,19 @@ Steps = Iterator[None]
 
 #: Degrees off the way at which he still goes ahead while he turns.
 AHEAD = 30.0
-#: Most pixels that the mouse moves in a frame.
-FASTEST = 120
+#: Frames for which the view has to be right: what the mouse was moved by before it was may come a little later.
+SETTLED = 2
 #: Pixels of the first move of the mouse, by which it is measured how far one turns the view.
 PROBE = 8
 
 
 class Driver:
     """Hands and eyes of one who plays by a course."""
+
+    #: Most pixels that the mouse moves in a frame.
+    fastest = 120
+    #: Seconds for which what is read lies before the eyes.
+    glances = 4.0
 
     def __init__(self):
         self.held: set[str] = set()
@@ -140,11 +145,14 @@ class Driver:
 
     def _turnBy(self, error: Callable[[], tuple[float, float]], within: float, seconds: float, what: str) -> Steps:
         yield from self._measureMouse()
+        resting = 0
         for _ in range(round(seconds * self._rate())):
             yaw, pitch = error()
-            if math.hypot(yaw, pitch) <= within:
+            resting = resting + 1 if math.hypot(yaw, pitch) <= within else 0
+            if resting > SETTLED:
                 return
-            self._turn(yaw, pitch)
+            if not resting:
+                self._turn(yaw, pitch)
             yield
         self._fail('%s for %g s in vain' % (what, seconds))
 
@@ -152,7 +160,7 @@ class Driver:
         """Moves the mouse by a part of what is missing; the view may follow a frame later."""
         x, y = yaw / self.yawOfPixel * 0.4, pitch / self.pitchOfPixel * 0.4
         longest = max(abs(x), abs(y), 1e-6)
-        scale = min(1.0, FASTEST / longest)
+        scale = min(1.0, self.fastest / longest)
         pixels = [math.copysign(max(1, round(abs(v * scale))), v) if abs(d) > 0.4 else 0
                   for v, d in ((x, yaw), (y, pitch))]
         if any(pixels):
@@ -201,6 +209,10 @@ class Driver:
         yield from self.lookAt(x, y, z)
         yield from self.wait(0.1)
         yield from self.tap('use')
+
+    def readFor(self, text: str) -> Steps:
+        """Waits as long as he needs for a text that lies before his eyes."""
+        yield from self.wait(self.glances)
 
     def throw(self, x: float, y: float, z: float) -> Steps:
         """Looks at something and throws what there is to throw."""

@@ -20,7 +20,10 @@ FITTINGS: tuple[tuple[Triple, float, str, float], ...] = (
     ((20.2, UP, 3.6), 250, 'begging', 1.6), ((18.6, UP, 2.25), 20, 'shrouded', 1.2),
     ((20.2, UP, 4.8), 250, 'pointing', 1.0))
 
-#: The Guest's way, up and down the passage; he begins at an end of it where nobody in the linen room could see him.
+#: The way that the Guest goes once: from the stairs' door past number two, and away down the corridor.
+PASSING: tuple[Triple, ...] = ((15.15, UP, 13.0), (15.15, UP, 7.5), (15.15, UP, 2.7), (15.15, UP, 0.85), (1.2, UP, 0.85))
+
+#: His round, up and down the passage; he begins at an end of it where nobody in the linen room could see him.
 ROUND: tuple[Triple, ...] = ((15.15, UP, 2.7), (15.15, UP, 7.5), (15.15, UP, 12.9), (15.15, UP, 7.5))
 
 
@@ -46,9 +49,20 @@ class Creatures:
 
     def bringGuest(self):
         """Has the Guest begin his round, where nobody looks."""
+        Guest.lead(self.guest, ROUND)
         if not self.isGuestAbroad:
             Guest.bring(self.guest, self.farEnd())
         self.isGuestAbroad = True
+
+    def sendGuestPast(self):
+        """Has the Guest go down the passage and away, past somebody who is in number two."""
+        Guest.lead(self.guest, PASSING)
+        Guest.bring(self.guest, PASSING[0])
+        self.isGuestAbroad = True
+
+    def guestIsAway(self) -> bool:
+        """Whether the Guest has gone round the corner into the corridor."""
+        return self.isGuestAbroad and self.guest.getComponent('transform').position.x < 13.6
 
     def farEnd(self) -> Triple:
         """The end of the Guest's way that is farther from the player."""

@@ -10,9 +10,9 @@ from kaVel import Entity, MapRootEntity
 from nightfall.Plan import DOORS, ROOMS, THICK
 
 #: Door -> the key that opens it.
-KEYS = {'passageDoor': 'passageKey', 'landingDoor': 'stairKey'}
+KEYS = {'passageDoor': 'passageKey', 'sewingDoor': 'sewingKey', 'landingDoor': 'stairKey'}
 #: Doors that no key opens.
-BOLTED = ('linenDoor', 'bathDoor')
+BOLTED = ('linenDoor', 'bathDoor', 'doorTwo')
 #: Doors that stand open, and to which side, as the sign of the angle.
 OPEN = {'doorEight': -1.0, 'serviceDoor': -1.0}
 

@@ -42,7 +42,7 @@ def passage(room: Entity):
     place.Landscape(room, 'picture', at=(15.999, UP + 1.5, 6.4), turn=WEST)
     Radiator(room, 'radiator', at=(14.3, UP, 9.2), turn=EAST)
     place.Pipe(room, 'pipe', at=(14.3, UP, 9.75), turn=EAST, scale=(1, 2.5 / 3.2, 1))
-    SideTable(room, 'table', at=(15.66, UP, 12.0))
+    SideTable(room, 'table', at=(15.66, UP, 11.0))
 
 
 def eight(room: Entity):
@@ -115,8 +115,8 @@ def three(room: Entity):
     """Somebody has stood at this window for a long time."""
     bed(room, 'bed', at=(10.5, UP, 6.9), turn=SOUTH)
     Armchair(room, 'armchair', at=(10.9, UP, 8.6), turn=WEST - 30)
-    Bookcase(room, 'books', at=(12.6, UP, 9.45), turn=SOUTH)
-    SideTable(room, 'table', at=(13.7, UP, 9.3))
+    Bookcase(room, 'books', at=(13.2, UP, 9.45), turn=SOUTH)
+    SideTable(room, 'table', at=(12.9, UP, 6.25))
     place.Portrait(room, 'portrait', at=(12.2, UP + 1.5, 5.901), turn=NORTH)
     place.CurtainRod(room, 'rod', at=(9.8, UP - 0.7, 7.8), turn=EAST, scale=(0.8, 1, 1))
 
@@ -127,9 +127,10 @@ def two(room: Entity):
     Crate(room, 'crate2', at=(11.2, UP, 13.5), turn=-8)
     place.Crate(room, 'upperCrate', at=(10.45, UP + 0.536, 13.4), turn=22)
     Barrel(room, 'barrel', at=(10.3, UP, 10.5))
-    Rack(room, 'rack', at=(12.6, UP, 10.25), turn=NORTH)
-    place.Jar(room, 'jar', at=(12.2, UP + 0.83, 10.25))
-    place.Bottle(room, 'bottle', at=(12.9, UP + 0.83, 10.25))
+    Rack(room, 'rack', at=(13.2, UP, 10.25), turn=NORTH)
+    place.Jar(room, 'jar', at=(12.9, UP + 0.83, 10.25))
+    place.Bottle(room, 'bottle', at=(13.6, UP + 0.83, 10.25))
+    SideTable(room, 'table', at=(12.6, UP, 13.65))
     bed(room, 'bed', at=(10.5, UP, 12.0))
 
 

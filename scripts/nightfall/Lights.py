@@ -44,12 +44,21 @@ def _snow(rooms: dict[str, Entity]):
 
 def _lamps(rooms: dict[str, Entity]):
     bracket(rooms['corridor'], 'cornerLamp', at=(15.999, UP + 1.75, 0.85), turn=WEST, flicker=place.failing(3))
-    for name, x, z, turn, seed in (('southLamp', 14.301, 7.95, EAST, 2), ('northLamp', 15.999, 13.0, WEST, 5)):
+    for name, x, z, turn, seed in (('southLamp', 14.301, 7.95, EAST, 2), ('northLamp', 15.999, 12.2, WEST, 5)):
         bracket(rooms['passage'], name, at=(x, UP + 1.75, z), turn=turn, flicker=place.burning(seed, depth=0.06))
     place.LitLamp(rooms['landing'], 'tableLamp', at=(16.9, UP + 0.65, 14.55), strength=0.32, reach=4.2)
     place.LitChamberstick(rooms['five'], 'candle', at=(13.95, UP + 0.765, -2.7), turn=30, reach=3.4)
+    place.LitChamberstick(rooms['two'], 'candle', at=(12.75, UP + 0.65, 13.72), turn=-40, reach=3.6)
+    _candlelight(rooms['three'], (11.75, UP + 0.16, 9.62), 0.30, 1.2)
+    _candlelight(rooms['passage'], (14.4, UP + 0.07, 12.6), 0.45, 0.8)
     place.LitLamp(rooms['six'], 'deskLamp', at=(10.55, UP + 0.77, -3.95), strength=0.28, reach=3.6)
     bracket(rooms['service'], 'lamp', at=(8.0, 1.85, 22.199), turn=SOUTH, flicker=place.burning(7, depth=0.05))
+
+
+def _candlelight(room: Entity, at: Triple, strength: float, reach: float):
+    """What the candle of number two lets be seen of itself outside: through the hatch, and under the door."""
+    place.SphereLight(room, 'candlelight', at=at, color=place.CANDLELIGHT, strength=strength, reach=reach,
+                      flicker=place.burning(4, depth=0.18))
 
 
 def bracket(room: Entity, name: str, at: Triple, turn: float, strength: float = 1.0,

@@ -111,7 +111,7 @@ WALLS = (
     Wall('z', 1.9, 14.1, 16.1, 'passage', 'sewing', (_door(3.4), _door(9.6))),
     Wall('z', 1.7, 14.2, 9.7, '', 'four', (_window(3.8), _window(7.8), _window(11.9))),
     Wall('x', 9.8, 14.1, 5.8, 'four', 'three'),
-    Wall('x', 9.8, 14.1, 9.8, 'three', 'two'),
+    Wall('x', 9.8, 14.1, 9.8, 'three', 'two', (Hole('hatch', 11.75),)),
     Wall('x', 16.2, 20.6, 7.7, 'sewing', 'linen', (Hole('hatch', 19.6),)),
     Wall('x', 16.2, 20.6, 10.7, 'linen', 'bath'),
     Wall('z', 1.7, 14.1, 20.7, 'sewing', '', (_window(4.6), _window(12.4))),

@@ -55,4 +55,5 @@ def _house(map: MapRootEntity):
     place.NowAndThen(map, 'groans', at=PIPES, event='PipeGroan', every=(60, 130), first=52)
     place.NowAndThen(map, 'gusts', at=((4.8, UP + 1.5, 2.2),), event='Gust', every=(40, 100), first=15)
     place.NowAndThen(map, 'thuds', at=((12.0, 0.3, 20.0),), event='Thud', every=(80, 160), first=47)
+    place.NowAndThen(map, 'gnawing', at=((11.0, UP, 13.6),), event='RatSqueak', every=(9, 26), first=20)
     place.NowAndThen(map, 'snow', at=((5.0, UP + 3, 3.5),), event='SnowSlide', every=(150, 260), first=110)

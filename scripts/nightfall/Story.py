@@ -9,8 +9,9 @@ import kaVel
 import objects.GameObjects as place
 import words
 from nightfall.Exits import Chute, Lift
-from nightfall.Plan import DOORS, STAIRS_X, UP, roomAt
+from nightfall.Plan import DOORS, STAIRS_HEAD, STAIRS_X, UP, roomAt
 from nightfall.Sounds import CLOCK, PIPES
+from nightfall.StairGate import StairGate
 from objects import Sequences, Tutorials
 from objects.Hands import handsOf
 from objects.Placing import Triple, onFrame, placed
@@ -28,7 +29,10 @@ FALL_SILENT = ('settling', 'boards', 'knocks', 'groans', 'thuds')
 #: Lessons: the ends of their texts' keys, and the actions that they are about.
 LOOK, WALK, USE, LIGHT = ('look', ''), ('walk', 'forward'), ('use', 'use'), ('light', 'flashlight')
 BATTERY, CROUCH, RUN, LEAN = ('battery', 'battery'), ('crouch', 'crouch'), ('run', 'run'), ('lean', 'leanLeft')
-THROW, SHUT = ('throw', 'throw'), ('shut', 'use')
+THROW, SHUT, WIND = ('throw', 'throw'), ('shut', 'use'), ('wind', 'use')
+
+#: Shares of the gate's way at which the house answers who winds it.
+ANSWERS = 0.22, 0.5, 0.78
 
 WAKING: tuple[Triple, float] = (1.75, UP, -3.2), 20.0
 
@@ -44,12 +48,13 @@ class Story:
         self.voice = place.sounds(placed(self.map, 'storyVoice', at=CLOCK), 'ClockWarn', 'ClockStrike')
         self.pipes = place.sounds(placed(self.map, 'storyPipes', at=PIPES[0]), 'PipeGroan')
         self.pockets = place.pocketsOf(self.level)
-        self.chased = self.chaseIsOver = self.lampIsTaken = self.guestHasGone = False
+        self.chased = self.chaseIsOver = self.lampIsTaken = self.guestHasGone = self.guestHasPassed = False
         self.frame = 0
         self.safePlaces()
         self.waking()
         self.lessons()
         self.lamp()
+        self.numberTwo()
         self.linen()
         self.landing()
         self.ways()
@@ -62,13 +67,17 @@ class Story:
 
     def told(self) -> dict[str, bool]:
         """What has happened of all this."""
-        return {'lampIsTaken': self.lampIsTaken, 'guestHasGone': self.guestHasGone, 'chaseIsOver': self.chaseIsOver,
-                'liftIsHere': self.lift.isHere, 'chuteIsOpen': self.chute.isOpen}
+        return {'lampIsTaken': self.lampIsTaken, 'guestHasPassed': self.guestHasPassed,
+                'guestHasGone': self.guestHasGone, 'gateIsOpen': self.gate.isOpen,
+                'chaseIsOver': self.chaseIsOver, 'liftIsHere': self.lift.isHere, 'chuteIsOpen': self.chute.isOpen}
 
     def become(self, told: dict[str, bool]):
         """Leaves out what has happened; a chase that had begun is still to come, and nobody hunts."""
         self.again()
         self.lampIsTaken, self.guestHasGone = told['lampIsTaken'], told['guestHasGone']
+        self.guestHasPassed = told['guestHasPassed']
+        if told['gateIsOpen']:
+            self.gate.stand()
         if told['chaseIsOver']:
             self.chased = self.chaseIsOver = True
             self.stillHouse()
@@ -100,6 +109,7 @@ class Story:
         for name, at, size, turn in (
                 ('safeCorridor', (3.0, UP, 0.8), (1.4, 1.4), 90.0), ('safeSeven', (5.4, UP, -0.9), (1.4, 1.2), 180.0),
                 ('safeSix', (9.2, UP, -0.9), (1.4, 1.2), 180.0), ('safePassage', (15.15, UP, 2.6), (1.6, 1.2), 0.0),
+                ('safeTwo', (11.75, UP, 10.7), (1.2, 1.2), 0.0),
                 ('safeSewing', (16.9, UP, 3.4), (1.2, 1.6), 90.0), ('safeLinen', (19.6, UP, 8.6), (1.4, 1.4), -90.0),
                 ('safeLanding', (15.15, UP, 14.9), (1.6, 1.4), 60.0),
                 ('safeService', (9.6, 0.0, 20.4), (1.2, 1.6), -90.0)):
@@ -126,8 +136,9 @@ class Story:
                    needed=lambda: mind.interactor)
         self.teach(BATTERY, mind.isCharging, after=20,
                    needed=lambda: mind.getHasFlashlight() and mind.batteries and mind.currBatteryTimeLeft < 20)
-        place.Trigger(self.map, 'lessonCrouch', at=(19.6, UP, 6.6), size=(1.4, 1.6), enter=lambda: self.teach(
-            CROUCH, lambda: mind.isCrouched() or self.room() == 'linen', after=6))
+        for name, x, z in (('lessonCrouch', 11.75, 8.9), ('lessonCrouchAgain', 19.6, 6.6)):
+            place.Trigger(self.map, name, at=(x, UP, z), size=(1.4, 1.6), enter=lambda: self.teach(
+                CROUCH, lambda: mind.isCrouched() or self.room() in ('two', 'linen'), after=6))
         place.Trigger(self.map, 'lessonLean', at=(15.15, UP, 11.2), size=(1.7, 1.0), enter=lambda: self.teach(
             LEAN, lambda: not self.isNear('landingDoor', 6), after=8))
 
@@ -137,6 +148,10 @@ class Story:
         told = words.said('teach.' + name, left=Prompt('left'), right=Prompt('right'), back=Prompt('back'),
                           leanRight=Prompt('leanRight'))
         Tutorials.teach(self.level, told, action, learnt, after, needed)
+
+    def atGate(self):
+        x, _, z = self.feet()
+        return math.hypot(x - STAIRS_X, z - STAIRS_HEAD) < 1.6
 
     def isNear(self, door: str, metres: float):
         x, _, z = self.feet()
@@ -158,20 +173,39 @@ class Story:
 
         Sequences.play(self.level, Until(lambda: self.mind.getHasFlashlight()), taken)
 
-    # The second key, and who passes
+    # The keys behind bolts, and who passes
 
-    def linen(self):
-        door = self.leaves['linenDoor'].getComponent('physics')
-        latch = place.sounds(self.leaves['linenDoor'], 'DoorLatch')
+    def bolt(self, leaf: str, at: Triple):
+        """Has a door's bolt drawn by who comes to it from inside."""
+        door = self.leaves[leaf].getComponent('physics')
+        latch = place.sounds(self.leaves[leaf], 'DoorLatch')
 
-        def drawBolt():
+        def draw():
             door.locked = False
             kaVel.persist(door, 'setLocked', False)
             latch.playSoundEffect('DoorLatch')
             self.night.notice.show(words.said('nightfall.bolt'))
 
-        place.Trigger(self.map, 'linenBolt', at=(16.75, UP, 9.6), size=(0.8, 1.2), enter=drawBolt,
+        place.Trigger(self.map, leaf + 'Bolt', at=at, size=(0.8, 1.2), enter=draw,
                       again=lambda: kaVel.configure(door, locked=False))
+
+    def numberTwo(self):
+        self.bolt('doorTwo', (13.65, UP, 12.6))
+        Sequences.play(self.level, Until(lambda: self.pockets.has('sewingKey')), self.guestPasses)
+
+    def guestPasses(self):
+        """Somebody goes by outside when the girl's key is taken: the candle dims, and prints lie in the passage."""
+        if self.guestHasPassed:
+            return
+        self.guestHasPassed = True
+        creatures = self.night.creatures
+        Sequences.play(self.level, 0.8, Until(lambda: self.room() in ('two', 'three') and not self.isOpen('doorTwo')),
+                       creatures.sendGuestPast, lambda: self.music.play('Tension', 0.2),
+                       Until(lambda: creatures.guestIsAway() and self.room() != 'corridor'), creatures.dismissGuest,
+                       lambda: self.music.play(''))
+
+    def linen(self):
+        self.bolt('linenDoor', (16.75, UP, 9.6))
         Sequences.play(self.level, Until(lambda: self.pockets.has('stairKey')), self.guestBegins)
 
     def guestBegins(self):
@@ -191,9 +225,20 @@ class Story:
     # The landing, the stairs and the chase
 
     def landing(self):
+        self.gate = StairGate(self.map, self.night.rooms['landing'], self.answer, self.night.notice.show)
+        place.Trigger(self.map, 'atGate', at=(STAIRS_X, UP, 16.2), size=(1.4, 1.4), enter=lambda: self.teach(
+            WIND, lambda: self.gate.share > 0.25, after=4.0, needed=lambda: self.gate.isWhole() and self.atGate()))
         place.Trigger(self.map, 'onLanding', at=(15.15, UP, 15.0), size=(2.0, 1.2), enter=self.strike)
         # So high that what follows him down the steps goes under it.
         place.Trigger(self.map, 'onStairs', at=(STAIRS_X, 1.95, 18.9), size=(1.3, 0.8), enter=self.chase, once=False)
+
+    def answer(self, before: float, share: float):
+        """What is behind the bath's door has heard the gate."""
+        groan, turn, groanAgain = ANSWERS
+        if before < groan <= share or before < groanAgain <= share:
+            self.pipes.playSoundEffect('PipeGroan')
+        elif before < turn <= share:
+            place.sounds(self.leaves['bathDoor'], 'DoorLocked').playSoundEffect('DoorLocked')
 
     def strike(self):
         """Three o'clock."""
@@ -203,6 +248,8 @@ class Story:
             steps += [2.3, lambda: clock('ClockStrike')]
         Sequences.play(self.level, *steps)
         self.teach(THROW, lambda: False, after=5.0, needed=self.carries)
+        self.teach(SHUT, lambda: not self.isOpen('landingDoor'), after=3.0,
+                   needed=lambda: self.night.creatures.isGuestAbroad and self.room() == 'landing')
 
     def carries(self):
         """Whether the player holds something that he could throw."""

@@ -11,7 +11,8 @@ from nightfall.Plan import UP, WEST
 NOTES = {
     'porterNote': ((4.55, UP + 0.66, -1.55), 20, 'porter'),
     'lodgerNote': ((11.7, UP + 0.66, 5.2), -30, 'lodger'),
-    'housekeeperNote': ((15.66, UP + 0.66, 12.0), 100, 'housekeeper'),
+    'girlNote': ((12.9, UP + 0.66, 6.25), -15, 'girl'),
+    'housekeeperNote': ((15.66, UP + 0.66, 11.0), 100, 'housekeeper'),
     'seamstressNote': ((17.0, UP + 0.66, 2.3), 40, 'seamstress'),
     'plumberNote': ((16.7, UP + 0.66, 14.6), 10, 'plumber'),
     'carrierNote': ((9.8, 0.91, 18.1), 10, 'carrier'),
@@ -30,6 +31,7 @@ def build(map: MapRootEntity):
     drawer = chest.getChild('drawer1')
     place.Key(drawer, 'passageKey', at=place.inDrawer(drawer, 0.08, -0.02), turn=40,
               label=words.said('nightfall.passageKey'))
+    place.Key(map, 'sewingKey', at=(12.45, UP + 0.655, 13.6), turn=150, label=words.said('nightfall.sewingKey'))
     place.Key(map, 'stairKey', at=(16.66, UP + 0.54, 8.3), turn=80, label=words.said('nightfall.stairKey'))
     place.LooseBottle(map, 'bottle', at=(17.08, UP + 0.65, 14.62))
     place.LooseBottle(map, 'otherBottle', at=(12.9, UP, 14.5))

@@ -60,7 +60,7 @@ def Guest(parent: kaVel.MapRootEntity, name: str = '', points: Sequence[Triple] 
                        arriveRadius=0.35)
     dummy = kaVel.addComponent(guest, 'dummy', 'DummyObjectComponent', followPoints=abroad, walkSpeed=speed,
                                footstepLength=0.62, footstepFadeTime=24.0)
-    dummy.setSavedPoints([(x, y + HEIGHT, z) for x, y, z in points])
+    lead(guest, points)
     kaVel.addComponent(guest, 'behaviors', 'BTComponent', behaviors=['Guest'],
                        defaultBehavior='Guest' if abroad else '')
     voice = sounds(guest, 'GuestBreath', 'GuestHem')
@@ -80,6 +80,12 @@ def Guest(parent: kaVel.MapRootEntity, name: str = '', points: Sequence[Triple] 
 def bring(guest: kaVel.Entity, at: Triple):
     """Has a Guest begin his round at a place, of all that he knew before nothing."""
     _driverOf(guest).begin(at)
+
+
+def lead(guest: kaVel.Entity, points: Sequence[Triple]):
+    """Gives a Guest other points to walk."""
+    dummy = guest.getComponent('dummy')
+    dummy.setSavedPoints([(x, y + HEIGHT, z) for x, y, z in points])
 
 
 def dismiss(guest: kaVel.Entity):

@@ -255,6 +255,7 @@ TEXTS: dict[str, str] = {
     'teach.shut': 'die Tür hinter dir schließen',
     'teach.throw': 'werfen, was du in der Hand hältst',
     'teach.use': 'öffnen, nehmen, lesen',
+    'teach.wind': 'gedrückt halten, dann dreht es sich weiter',
     'teach.walk': 'gehen; {left} und {right} zur Seite, {back} zurück',
 
     # Nightfall
@@ -267,14 +268,21 @@ TEXTS: dict[str, str] = {
     'nightfall.end.lift.1': 'Der Aufzug fuhr an drei Türen vorbei, die nicht auf der Liste standen.',
     'nightfall.end.lift.2': 'Etwas hielt mit ihm Schritt, in den Rohren.',
     'nightfall.end.lift.3': 'Du hattest dein Licht noch, und nun wusste es das ganze Haus.',
+    'nightfall.gateBare': 'Ein Vierkant, und keine Kurbel darauf.',
+    'nightfall.gateHandle': 'Kurbel des Gitters',
     'nightfall.liftComes': 'Irgendwo unten setzt sich der Aufzug in Bewegung.',
     'nightfall.note.carrier.text': 'Aufzug: fährt, lässt sich Zeit und ist bis in den Keller zu hören.\n'
                                    'Kohlenschacht: still, wenn man hindurchpasst. Im Oktober ist einer hinunter. '
                                    'Seine Lampe steht noch hier oben.',
     'nightfall.note.carrier.title': '24. Januar 1911',
+    'nightfall.note.girl.text': 'Ich habe sie eingeschlossen, und den Schlüssel bekommt keiner von mir.\nIch schlafe '
+                                'jetzt nebenan in Nummer zwei, den Riegel vorgeschoben und eine Kerze an. Wer zu mir '
+                                'muss, kann unten durch die Wand kriechen, so wie ich.',
+    'nightfall.note.girl.title': '22. Januar 1911',
     'nightfall.note.housekeeper.text': 'Treppenschlüssel: auf der Truhe in der Wäschekammer.\nDie Wäschekammer ist '
-                                       'von innen verriegelt, und keiner will es gewesen sein. Vom Nähzimmer kommt '
-                                       'man noch hinein, durch die Klappe, auf Händen und Knien.',
+                                       'von innen verriegelt, und keiner will es gewesen sein. Von der Nähstube kommt '
+                                       'man noch hinein, durch die Klappe, auf Händen und Knien.\nDie Nähstube hält das '
+                                       'Mädchen verschlossen. In Nummer drei fragen.',
     'nightfall.note.housekeeper.title': '20. Januar 1911',
     'nightfall.note.lodger.text': 'Ihn nach eins wieder im Gang gehört.\nEr geht dorthin, wo es hell ist. Wir '
                                   'löschten unser Licht, stellten uns an die Wand und rührten uns nicht, bis er '
@@ -282,7 +290,8 @@ TEXTS: dict[str, str] = {
     'nightfall.note.lodger.title': '14. Januar 1911',
     'nightfall.note.plumber.text': 'An den Rohren fehlt nichts. Es ist in den Rohren.\nEs hat keine Augen und sehr '
                                    'gute Ohren. Wirf etwas weit fort und geh in die andere Richtung, und schließ die '
-                                   'Türen hinter dir: Türen mag es nicht.',
+                                   'Türen hinter dir: Türen mag es nicht.\nDas Treppengitter knirscht, darum habe ich die Kurbel abgenommen. '
+                                   'Sie liegt unter der Uhr.',
     'nightfall.note.plumber.title': '23. Januar 1911',
     'nightfall.note.porter.text': 'Die Gangtür ist ab neun verschlossen, wer auch fragt.\nDer Schlüssel liegt in '
                                   'Nummer sechs in der oberen Schublade, wo er immer gelegen hat.\n\nNehmt eine Lampe '
@@ -292,6 +301,7 @@ TEXTS: dict[str, str] = {
                                       'zu.\nSolange ich hinsehe, sind sie nur Holz.',
     'nightfall.note.seamstress.title': '21. Januar 1911',
     'nightfall.passageKey': 'Schlüssel zum Gang',
+    'nightfall.sewingKey': 'Schlüssel zur Nähstube',
     'nightfall.stairKey': 'Treppenschlüssel',
 
     # The cellar and the hall of creatures: what is pointed at, and what can be done with it

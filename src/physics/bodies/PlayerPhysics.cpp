@@ -37,6 +37,7 @@ constexpr float THROWN = 3.f;        ///< metres a second away from the ground t
 constexpr float HELD = 0.4f;         ///< metres a second ahead: who is as slow may be held by an edge
 constexpr float LEAST_FORCE = 1e-3f; ///< newtons
 constexpr float SIDEWAYS = 0.7f;     ///< part of the force ahead by which one goes round an edge
+constexpr float STANDS = 0.5f;       ///< height of a normal from which on one stands on a thing rather than before it
 constexpr float LEVEL = 0.9999f;     ///< height of a normal of ground that has no slope to speak of
 constexpr float LEAST_KEPT = 1e-3f;  ///< of a speed: with less of it there is nothing to give back
 
@@ -199,6 +200,7 @@ void PlayerPhysics::walk(Seconds frameTime)
 {
     const bool stood = footing.isOnGround();
     footing.begin();
+    keepUp();
     noteLanding(stood);
     if (footing.isOnGround())
         passEdges();
@@ -207,6 +209,25 @@ void PlayerPhysics::walk(Seconds frameTime)
         keepToGround();
     else
         fallingSpeed = std::max(-velocity.y, 0.f);
+}
+
+void PlayerPhysics::meet(const Vec4 &normal, const Vec4 &itsVelocity)
+{
+    const float away = -itsVelocity.dot(normal);
+    if (std::abs(normal.y) < STANDS && away > pushed.magnitude())
+        pushed = -normal * away;
+}
+
+/// Who pushes a thing goes on with it. Its contact has taken all of his speed that was straight at it, as a wall does,
+/// and given the thing what both have in common.
+void PlayerPhysics::keepUp()
+{
+    const float speed = pushed.magnitude();
+    const Vec4 ahead = speed > 0.f ? pushed * (1.f / speed) : Vec4();
+    pushed = Vec4();
+    const float missing = speed - velocity.dot(ahead);
+    if (missing > 0.f && getNetForce().dot(ahead) > LEAST_FORCE)
+        velocity += ahead * missing;
 }
 
 /// Who is held by an edge that he has run against goes round it.

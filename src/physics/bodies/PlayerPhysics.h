@@ -149,6 +149,8 @@ public:
     float getLandingSpeed() const { return landingSpeed; }
     /// Is told of a contact, by its normal towards the body.
     void touch(const Vec4 &normal) { footing.touch(normal); }
+    /// Notes that the body has met another one that gives way, by the contact's normal and how fast that goes now.
+    void meet(const Vec4 &normal, const Vec4 &itsVelocity);
 
     /// Whether a direction is asked for by its key.
     bool isKeyDown(Direction direction) const;
@@ -169,6 +171,7 @@ private:
     void writeDissolve(float amount);
     void workOffDoors();
     void walk(Seconds frameTime);
+    void keepUp();
     void passEdges();
     void noteLanding(bool stood);
     void keepToGround();
@@ -194,6 +197,7 @@ private:
     float longestStep = 0.f; ///< seconds; 0: a frame
     bool surefooted = false;
     Footing footing;
+    Vec4 pushed; ///< velocity of what was met in the last step, straight away from the body, m/s; zero for nothing
     int landings = 0;
     float landingSpeed = 0.f; ///< metres a second
     float fallingSpeed = 0.f; ///< metres a second downwards, in the air

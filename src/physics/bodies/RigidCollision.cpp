@@ -48,8 +48,15 @@ void RigidCollision::tellPlayers() const
         if (!volume || volume->getVolumeType() != BoundingVolume::BV_PLAYER)
             continue;
         if (auto *const player = dynamic_cast<PlayerPhysics *>(volume->findPhysics()))
-            player->touch(i == 0 ? contactNormal : -contactNormal);
+            tellPlayer(*player, i == 0 ? contactNormal : -contactNormal, findBody(1 - i));
     }
+}
+
+void RigidCollision::tellPlayer(PlayerPhysics &player, const Vec4 &normal, const PhysicsComponent *other)
+{
+    player.touch(normal);
+    if (other && other->getInverseMass() > 0.f)
+        player.meet(normal, other->getVelocity());
 }
 
 PhysicsComponent *RigidCollision::findBody(int index) const

@@ -7,6 +7,7 @@
 #include "foundation/Vector.h"
 
 class PhysicsComponent;
+class PlayerPhysics;
 
 /// A contact point, found by a volume's test.
 ///
@@ -61,6 +62,7 @@ private:
     void calculateImpulse();
     Vec4 alongSurface(const Vec4 &velocity) const;
     void tellPlayers() const;
+    static void tellPlayer(PlayerPhysics &player, const Vec4 &normal, const PhysicsComponent *other);
 
     Vec4 foundApart; ///< from the second body to the first as the depth was found, metres
 };

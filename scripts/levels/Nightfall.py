@@ -40,9 +40,12 @@ LINT = {
     'locked': {'house/linenDoor': 'its bolt is drawn from inside, by the hatch: Story.bolts',
                'house/doorTwo': 'so is this one, from number three',
                'house/bathDoor': 'what hunts comes out of it: Story.openBath'},
-    'unreachable': {'house:17,3,11': 'the bath, into which one looks when it has been left'},
+    'unreachable': {'house:17,3,11': 'the bath, into which one looks when it has been left',
+                    'house:11,0,18': 'the hall, behind the gate that is wound aside: StairGate'},
     'trigger': {'house/inLift': 'the gate lets one in when the lift has come: Exits.Lift',
-                'house/inChute': 'the lid lets one in when it is pried open: Exits.Chute'},
+                'house/inChute': 'the lid lets one in when it is pried open: Exits.Chute',
+                'house/onStairs': 'the stairs, behind the same gate',
+                'house/safeService': 'and what lies behind them'},
     'stairs': {'house/stairs/slope': 'one goes down by the lamp, into a hall whose windows are all the light'},
 }
 

@@ -346,6 +346,21 @@ def act(coordinator, map, player, frame):
     assert told[-1]["life"] < 100 and told[-1]["cause"] == "The Guest found you by your light.", told[-1]
 
 
+def test_who_keeps_his_light_on_dies_by_the_guest_and_is_told_why(world):
+    told = play(world, GUEST + """
+dead = []
+
+def act(coordinator, map, player, frame):
+    stand(player, 0, 5.5, 250)
+    light(map, player, True)
+    if frame == 1:
+        lifeOf(coordinator).onDeath(lambda cause: dead.append(str(cause)))
+    if frame % 20 == 0:
+        note(life=lifeOf(coordinator).value, dead=dead)
+""", 45)
+    assert told[-1]["dead"] == ["The Guest found you by your light."] and told[-1]["life"] == 0, told[-1]
+
+
 def test_rats_leave_before_the_damp_comes_and_moths_come_to_the_players_lamp(world):
     told = play(world, """
 def furnish(map):

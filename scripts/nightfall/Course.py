@@ -202,7 +202,7 @@ def throughSewing(driver: Driver) -> Steps:
 
 
 def letHimPass(driver: Driver) -> Steps:
-    """Waits in the dark linen room until the Guest has gone by, goes after him to the stairs' door, and shuts it behind himself."""
+    """Waits in the dark linen room until the Guest has gone by, and goes through the stairs' door, which he shuts."""
     yield from driver.walkTo(16.9, 9.6)
     if player(driver).isFlashlightOn():
         yield from driver.tap('flashlight')
@@ -264,7 +264,7 @@ def player(driver: Driver):
 #: All of it from waking to the chase, and where one who looks into every room does so.
 TO_THE_STAIRS: tuple[Stretch, ...] = (wake, takeLamp, takePassageKey, takeBattery, enterPassage, tryStairs, askTheGirl,
                                       leaveNumberTwo, throughSewing, letHimPass, descend)
-LOOKING_ROUND = {enterPassage: lookIntoFour, tryStairs: tryDoors, letHimPass: tryGate}
+LOOKING_ROUND: dict[Stretch, Stretch] = {enterPassage: lookIntoFour, tryStairs: tryDoors, letHimPass: tryGate}
 
 
 def toTheStairs(driver: Driver, isCurious: bool = False) -> Steps:

@@ -21,7 +21,8 @@ FITTINGS: tuple[tuple[Triple, float, str, float], ...] = (
     ((20.2, UP, 4.8), 250, 'pointing', 1.0))
 
 #: The way that the Guest goes once: from the stairs' door past number two, and away down the corridor.
-PASSING: tuple[Triple, ...] = ((15.15, UP, 13.0), (15.15, UP, 7.5), (15.15, UP, 2.7), (15.15, UP, 0.85), (1.2, UP, 0.85))
+PASSING: tuple[Triple, ...] = ((15.15, UP, 13.0), (15.15, UP, 7.5), (15.15, UP, 2.7), (15.15, UP, 0.85),
+                               (1.2, UP, 0.85))
 
 #: His round, up and down the passage; he begins at an end of it where nobody in the linen room could see him.
 ROUND: tuple[Triple, ...] = ((15.15, UP, 2.7), (15.15, UP, 7.5), (15.15, UP, 12.9), (15.15, UP, 7.5))

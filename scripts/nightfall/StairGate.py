@@ -1,4 +1,4 @@
-"""The gate at the head of the stairs: a lattice that is wound aside by a crank, which has been taken off and is heard."""
+"""The gate at the head of the stairs: a lattice that a crank winds aside, which has been taken off and is heard."""
 
 from __future__ import annotations
 
@@ -131,7 +131,7 @@ def _lattice(map: MapRootEntity, at: Triple) -> Entity:
 
 
 def _crank(room: Entity) -> Entity:
-    """A plate on the wall with a square end, and the arm that turns on it, with its grip; the arm is what is returned."""
+    """A plate on the wall with a square end, and the arm that turns on it, which is returned."""
     x, y, z = CRANK
     place.Built(room, 'crankPlate', mesh=boxes(((-0.14, -0.2, 0.0), (0.14, 0.2, 0.03)),
                                                ((-0.05, -0.05, 0.03), (0.05, 0.05, 0.07))),

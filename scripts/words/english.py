@@ -273,13 +273,14 @@ TEXTS: dict[str, str] = {
     'nightfall.note.carrier.text': 'Lift: goes, takes its time, and is heard down to the cellar.\nCoal chute: quiet, '
                                    'if you fit. A man went down it in October. His lamp is still up here.',
     'nightfall.note.carrier.title': '24 January 1911',
-    'nightfall.note.girl.text': 'I have locked them in, and nobody gets the key of me.\nI sleep next door in number two '
-                                'now, with the bolt pushed and a candle lit. Who must come to me can creep through '
-                                'the wall, low down, as I do.',
+    'nightfall.note.girl.text': 'I have locked them in, and nobody gets the key of me.\nI sleep next door in number '
+                                'two now, with the bolt pushed and a candle lit. Who must come to me can creep '
+                                'through the wall, low down, as I do.',
     'nightfall.note.girl.title': '22 January 1911',
     'nightfall.note.housekeeper.text': 'Stair key: on the trunk in the linen room.\nThe linen room is bolted from '
                                        'within, as nobody will own to. One can still get in from the sewing room, '
-                                       'through the hatch, on hands and knees.\nThe sewing room the girl keeps locked. Ask in number three.',
+                                       'through the hatch, on hands and knees.\nThe sewing room the girl keeps '
+                                       'locked. Ask in number three.',
     'nightfall.note.housekeeper.title': '20 January 1911',
     'nightfall.note.lodger.text': 'Heard him again in the passage after one.\nHe goes where it is bright. We put ours '
                                   'out, stood against the wall and did not move until he had gone by.\nThe prints dry '
@@ -287,8 +288,8 @@ TEXTS: dict[str, str] = {
     'nightfall.note.lodger.title': '14 January 1911',
     'nightfall.note.plumber.text': 'There is no fault in the pipes. It is in the pipes.\nIt has no eyes and it has '
                                    'very good ears. Throw something far off and go the other way, and shut doors '
-                                   'behind you: it minds doors.\nThe stair gate grinds, so I have taken its handle off. It lies under '
-                                   'the clock.',
+                                   'behind you: it minds doors.\nThe stair gate grinds, so I have taken its handle '
+                                   'off. It lies under the clock.',
     'nightfall.note.plumber.title': '23 January 1911',
     'nightfall.note.porter.text': 'The passage door is locked from nine on, whoever asks.\nIts key lies in the top '
                                   'drawer in number six, where it has always been.\n\nTake a lamp. The wall lamps do '

@@ -281,8 +281,8 @@ TEXTS: dict[str, str] = {
     'nightfall.note.girl.title': '22. Januar 1911',
     'nightfall.note.housekeeper.text': 'Treppenschlüssel: auf der Truhe in der Wäschekammer.\nDie Wäschekammer ist '
                                        'von innen verriegelt, und keiner will es gewesen sein. Von der Nähstube kommt '
-                                       'man noch hinein, durch die Klappe, auf Händen und Knien.\nDie Nähstube hält das '
-                                       'Mädchen verschlossen. In Nummer drei fragen.',
+                                       'man noch hinein, durch die Klappe, auf Händen und Knien.\nDie Nähstube hält '
+                                       'das Mädchen verschlossen. In Nummer drei fragen.',
     'nightfall.note.housekeeper.title': '20. Januar 1911',
     'nightfall.note.lodger.text': 'Ihn nach eins wieder im Gang gehört.\nEr geht dorthin, wo es hell ist. Wir '
                                   'löschten unser Licht, stellten uns an die Wand und rührten uns nicht, bis er '
@@ -290,8 +290,8 @@ TEXTS: dict[str, str] = {
     'nightfall.note.lodger.title': '14. Januar 1911',
     'nightfall.note.plumber.text': 'An den Rohren fehlt nichts. Es ist in den Rohren.\nEs hat keine Augen und sehr '
                                    'gute Ohren. Wirf etwas weit fort und geh in die andere Richtung, und schließ die '
-                                   'Türen hinter dir: Türen mag es nicht.\nDas Treppengitter knirscht, darum habe ich die Kurbel abgenommen. '
-                                   'Sie liegt unter der Uhr.',
+                                   'Türen hinter dir: Türen mag es nicht.\nDas Treppengitter knirscht, darum habe ich '
+                                   'die Kurbel abgenommen. Sie liegt unter der Uhr.',
     'nightfall.note.plumber.title': '23. Januar 1911',
     'nightfall.note.porter.text': 'Die Gangtür ist ab neun verschlossen, wer auch fragt.\nDer Schlüssel liegt in '
                                   'Nummer sechs in der oberen Schublade, wo er immer gelegen hat.\n\nNehmt eine Lampe '

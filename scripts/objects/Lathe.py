@@ -2,11 +2,19 @@
 
 from __future__ import annotations
 
+import functools
 import math
 from typing import Sequence
 
 import kaVel
 from objects.Placing import Triple, turned
+
+
+@functools.cache
+def _circle(segments: int) -> list[tuple[float, float, float]]:
+    """The angles of the steps around a circle, radians, the last as the first, with their cosines and sines."""
+    angles = [math.tau * step / segments for step in range(segments + 1)]
+    return [(angle, math.cos(angle), math.sin(angle)) for angle in angles]
 
 
 def lathe(mesh: kaVel.MeshBuilder, profile: Sequence[tuple[float, float]], at: Triple = (0, 0, 0), segments: int = 14,
@@ -16,15 +24,10 @@ def lathe(mesh: kaVel.MeshBuilder, profile: Sequence[tuple[float, float]], at: T
     for number, (radius, height) in enumerate(profile):
         before, after = profile[max(number - 1, 0)], profile[min(number + 1, len(profile) - 1)]
         slope = math.atan2(before[0] - after[0], after[1] - before[1])
-        ring: list[int] = []
-        for step in range(segments + 1):
-            angle = math.tau * step / segments
-            c, s = math.cos(angle), math.sin(angle)
-            ring.append(mesh.addVertex(
-                kaVel.Vec4(at[0] + radius * c, at[1] + height, at[2] + radius * s * depth, 1),
-                kaVel.Vec4(c * math.cos(slope), math.sin(slope), s * math.cos(slope), 0),
-                2.0 * step / segments, -height))
-        rings.append(ring)
+        out, up = math.cos(slope), math.sin(slope)
+        rings.append([mesh.addVertex(kaVel.Vec4(at[0] + radius * c, at[1] + height, at[2] + radius * s * depth, 1),
+                                     kaVel.Vec4(c * out, up, s * out, 0), 2.0 * step / segments, -height)
+                      for step, (_, c, s) in enumerate(_circle(segments))])
     for below, above in zip(rings, rings[1:]):
         for step in range(segments):
             mesh.addQuad(above[step], above[step + 1], below[step + 1], below[step])
@@ -55,18 +58,18 @@ def spindle(mesh: kaVel.MeshBuilder, profile: Sequence[tuple[float, float]], sta
     along = [part / length for part in span]
     aside = _crossed(along, front) if abs(sum(a * f for a, f in zip(along, front))) < 0.95 else _across(along)
     other = _crossed(aside, along)
+    ways: list[tuple[Sequence[float], kaVel.Vec4]] = []  # out of the middle, and the normal there
+    for _, c, s in _circle(segments):
+        out = [c * flat * n + s * o for n, o in zip(aside, other)]
+        size = math.hypot(*out)
+        ways.append(([c * n + s * flat * o for n, o in zip(aside, other)],
+                     kaVel.Vec4(*(part / size for part in out), 0)))
     rings: list[list[int]] = []
     for share, radius in profile:
-        ring: list[int] = []
-        for step in range(segments + 1):
-            angle = math.tau * step / segments
-            c, s = math.cos(angle), math.sin(angle)
-            place = [a + share * w + radius * (c * n + s * flat * o) for a, w, n, o in zip(start, span, aside, other)]
-            out = [c * flat * n + s * o for n, o in zip(aside, other)]
-            size = math.hypot(*out)
-            ring.append(mesh.addVertex(kaVel.Vec4(*place, 1), kaVel.Vec4(*(part / size for part in out), 0),
-                                       2 * step / segments, 2 * share * length))
-        rings.append(ring)
+        x, y, z = (a + share * w for a, w in zip(start, span))
+        rings.append([mesh.addVertex(kaVel.Vec4(x + radius * way[0], y + radius * way[1], z + radius * way[2], 1),
+                                     normal, 2 * step / segments, 2 * share * length)
+                      for step, (way, normal) in enumerate(ways)])
     for first, second in zip(rings, rings[1:]):
         for step in range(segments):
             mesh.addQuad(second[step], second[step + 1], first[step + 1], first[step])
@@ -84,20 +87,22 @@ def drape(mesh: kaVel.MeshBuilder, profile: Sequence[tuple[float, float]], folds
     `depth` is how far the folds go in at the bottom, metres; `lean` shifts it to +z for each metre of height.
     """
     low, high = profile[0][1], profile[-1][1]
+    circle = _circle(segments)
+    waves = [math.cos(folds * angle + 0.7 * math.sin(3 * angle)) * depth for angle, _, _ in circle]
+    slopes = [-math.sin(folds * angle) for angle, _, _ in circle]
     for side in (1.0, -1.0):
         rings: list[list[int]] = []
         for radius, height in profile:
             share = (height - low) / (high - low)
+            fall, steepest = (1 - share) ** 1.3, min(1.0, folds * depth * (1 - share) / max(radius, 0.05))
             ring: list[int] = []
-            for step in range(segments + 1):
-                angle = math.tau * step / segments
-                wave = math.cos(folds * angle + 0.7 * math.sin(3 * angle)) * depth * (1 - share) ** 1.3
-                slope = -math.sin(folds * angle) * min(1.0, folds * depth * (1 - share) / max(radius, 0.05))
-                c, s = math.cos(angle + 0.8 * slope * side), math.sin(angle + 0.8 * slope * side)
-                out = radius + wave - 0.004 * (side < 0)
+            for step, (angle, c, s) in enumerate(circle):
+                out = radius + waves[step] * fall - 0.004 * (side < 0)
+                facing = angle + 0.8 * (slopes[step] * steepest) * side
                 ring.append(mesh.addVertex(
-                    kaVel.Vec4(out * math.cos(angle), height, out * math.sin(angle) * flat + lean * height, 1),
-                    kaVel.Vec4(side * c, 0.15, side * s, 0), 3.0 * step / segments, -height))
+                    kaVel.Vec4(out * c, height, out * s * flat + lean * height, 1),
+                    kaVel.Vec4(side * math.cos(facing), 0.15, side * math.sin(facing), 0),
+                    3.0 * step / segments, -height))
             rings.append(ring)
         for below, above in zip(rings, rings[1:]):
             for step in range(segments):

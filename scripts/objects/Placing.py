@@ -2,6 +2,7 @@
 
 from __future__ import annotations
 
+import functools
 import math
 from typing import Callable
 
@@ -20,7 +21,15 @@ def turned(degrees: float, pitch: float = 0.0, roll: float = 0.0):
 
     A positive pitch looks down.
     """
-    return (axisTurn(1, degrees) * axisTurn(0, pitch)) * axisTurn(2, roll)
+    return kaVel.Quaternion(*_turned(degrees, pitch, roll, math.copysign(1, degrees), math.copysign(1, pitch),
+                                     math.copysign(1, roll)))
+
+
+@functools.lru_cache(maxsize=10000)
+def _turned(degrees: float, pitch: float, roll: float, *signs: float) -> tuple[float, float, float, float]:
+    """The parts of `turned`; signs tell zeros apart, so that what was asked before changes nothing."""
+    turn = (axisTurn(1, degrees) * axisTurn(0, pitch)) * axisTurn(2, roll)
+    return turn.r, turn.i, turn.j, turn.k
 
 
 def axisTurn(axis: int, degrees: float):

@@ -25,6 +25,15 @@ ReflectorPtr getTypeByName(const Reflection_ &reflection, const String &name)
     pythonRaisePending();
 }
 
+/// A reflected thing as an attribute of the register, which from then on is found without asking.
+python::object getAttribute(const python::object &self, const String &name)
+{
+    const Reflection_ &reflection = python::extract<const Reflection_ &>(self);
+    const python::object found(getTypeByName(reflection, name));
+    self.attr("__dict__")[name.toCString()] = found;
+    return found;
+}
+
 bool hasType(const Reflection_ &reflection, const String &name)
 {
     return bool(reflection.getType(name));
@@ -41,7 +50,7 @@ void addReflectionSystem(PyObject *module)
 {
     const python::scope within{python::object(python::handle<>(python::borrowed(module)))};
     python::class_<Reflection_, boost::noncopyable>("_ReflectionSystem", "Reflected things by name.", python::no_init)
-        .def("__getattr__", getTypeByName)
+        .def("__getattr__", getAttribute)
         .def("__contains__", hasType)
         .def("has_key", hasType);
     python::def("_ReflectionInstance", getReflectionInstance,

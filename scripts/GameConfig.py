@@ -189,8 +189,11 @@ def _written() -> list[str]:
 
 
 _refuseUnknown()
+try:
+    mods.begin(askedMods, players=not headless, mayAsk=not (headless or frames or played),
+               folders=[saves, played.folder if played else ''], files=_written())
+except ValueError as problem:
+    raise ValueError('%s%s' % (problem, played.lacking(': ') if played else '')) from None
 Keeping.begin()
-mods.begin(askedMods, players=not headless, mayAsk=not (headless or frames or played),
-           folders=[saves, played.folder if played else ''], files=_written())
 if mods.isAsking():
     initialLevel = 'Title'  # where the screen is that asks

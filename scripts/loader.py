@@ -30,13 +30,13 @@ import words
 from perLevel import PerLevel
 from screens import Screens
 
+mods.furnish()  # before any system reads what mods stand in for
 kaVel.Reflection.seedEngineRand(GameConfig.seed)
 if not GameConfig.headless:
     playersWindow.attend()
 if GameConfig.played:
     GameConfig.played.attend()
 bindings.attend()
-mods.furnish()
 levelScripts.begin()
 reloading.attend()
 

@@ -2,6 +2,7 @@
 
     textures/   pictures, .dds or .png             models/     .kaVelModel
     sounds/     samples, and events in kaVel.fev   words/      tables of texts, a language each, .toml
+    fonts/      .ttf or .otf                       effects/    .fx, and what those include
     levels/     .toml, or .py of a script mod      patterns/   .toml, or .py of a script mod
     scripts/    what those of a script mod import
 """
@@ -17,7 +18,8 @@ import kaVel
 from mods.Files import File
 from mods.Tomls import Fault, Toml
 
-PICTURES, SAMPLES, MODEL = ('.dds', '.png'), ('.ogg', '.wav', '.flac'), '.kaVelModel'
+PICTURES, SAMPLES, FONTS = ('.dds', '.png'), ('.ogg', '.wav', '.flac'), ('.ttf', '.otf')
+MODEL = '.kaVelModel'
 SOUND_PROJECT = 'sounds/kaVel.fev'
 
 _IDENTIFIER = re.compile(r'[A-Za-z]\w{0,59}', re.ASCII)
@@ -69,6 +71,14 @@ class Contents:
     def _model(self, file: File, name: str) -> None:
         if name.endswith(MODEL):
             self._bring('model', name[:-len(MODEL)], file)
+
+    def _font(self, file: File, name: str) -> None:
+        if name.endswith(FONTS):
+            self._bring('font', name, file)
+
+    def _effect(self, file: File, name: str) -> None:
+        if name.endswith('.fx'):
+            self._bring('effect', name, file)
 
     def _sound(self, file: File, name: str) -> None:
         if file.name == SOUND_PROJECT:
@@ -171,7 +181,8 @@ def _patternsIn(source: bytes, shown: str) -> list[str]:
 
 _ROOMS: dict[str, Callable[[Contents, File, str], None]] = {
     'textures': Contents._texture, 'models': Contents._model, 'sounds': Contents._sound, 'words': Contents._wordsOf,
-    'levels': Contents._level, 'patterns': Contents._pattern, 'scripts': Contents._module}
+    'fonts': Contents._font, 'effects': Contents._effect, 'levels': Contents._level, 'patterns': Contents._pattern,
+    'scripts': Contents._module}
 
 
 class Conflict(NamedTuple):

@@ -32,8 +32,13 @@ from mods.Tomls import Fault, Toml
 
 #: Beside the folder of the executable, for mods that come with the game.
 BESIDE = os.path.join('..', 'mods')
+#: Where the player's own are, even in a run that plays a report in folders of its own.
+OWN = userFolders.file('data', 'mods')
 #: Folders of mods that are looked into.
 MOST_MODS = 500
+
+#: Where the game has what mods bring in rooms of other names.
+_FOLDERS = {'font': 'fonts/', 'effect': 'shaders/'}
 
 _HEADER = ['# Mods of Mornal that are on: NAME = on. They are loaded in the order of these lines, each behind what it',
            '# needs; of two that bring the same the later one is used. The screen "Mods" changes it, from the next',
@@ -252,7 +257,7 @@ def _nameAt(folder: str) -> str:
 def _found(asked: list[str]) -> list[Mod]:
     """The mods of all places, those of a name once: what is asked for by its folder first, then the user's own."""
     folders = [each for each in asked if '/' in each]
-    for place in (folder(), BESIDE):
+    for place in dict.fromkeys((folder(), OWN, BESIDE)):
         folders += _foldersIn(place)
     mods: dict[str, Mod] = {}
     found = []
@@ -261,6 +266,8 @@ def _found(asked: list[str]) -> list[Mod]:
         if any(each.folder == mod.folder for each in found):
             continue
         mod.readManifest()
+        if mod.manifest and mod.name in mods and path.startswith(OWN + os.sep) and folder() != OWN:
+            continue  # the report brings it as it was
         if mod.manifest and mod.name in mods:
             mod.fault = '%s/%s: there is another mod of the name %r, in %s' % (
                 os.path.basename(path), Manifest.FILE, mod.name, mods[mod.name].folder)
@@ -391,6 +398,8 @@ def furnish() -> None:
                 textures[name] = file
             if kind in ('texture', 'model'):
                 kaVel.Reflection.overrideContent(file, path)
+            if kind in ('font', 'effect'):
+                kaVel.Reflection.overrideContent(_FOLDERS[kind] + name, path)
         Tables.layers += [(language, table.toml.shown, table.texts, table.lineOf)
                           for language, table in mod.contents.words.items()]
         for name, toml in mod.contents.levels.items():

@@ -14,6 +14,7 @@ import zlib
 from typing import Any
 
 import kaVel
+import mods
 import userFolders
 from perLevel import PerLevel
 from reports import Archive
@@ -66,7 +67,8 @@ def _about() -> dict[str, Any]:
     with open(kaVel.Reflection.getLogFile(), encoding='utf-8', errors='replace') as log:
         game = log.readline().strip()
     return {'report': Archive.VERSION, 'game': game, 'scripts': scriptsSum(), 'level': GameConfig.initialLevel,
-            'mods': os.environ.get('KAVEL_MOD', ''), 'seed': GameConfig.seed, 'headless': GameConfig.headless,
+            'mods': os.environ.get('KAVEL_MOD', ''), 'modsOn': {mod.name: mod.version for mod in mods.loaded()},
+            'seed': GameConfig.seed, 'headless': GameConfig.headless,
             'unattended': GameConfig.headless or GameConfig.frames > 0,
             'language': {name: os.environ[name] for name in Archive.LANGUAGE if name in os.environ},
             'place': Archive.withoutHome(Archive.reportFolder()), 'run': _stamp()}

@@ -15,6 +15,7 @@ import tempfile
 from typing import Any, Iterator
 
 import kaVel
+import mods
 import stillness
 import userFolders
 from reports import Archive, Keeping, Timeline
@@ -68,6 +69,16 @@ class Played:
             raise ValueError('the report %s has no frame %d: it ends with %d' % (self.path, asked, self.frames))
         return asked
 
+    def lacking(self, before: str = '') -> str:
+        """The mods that the report was made with and this run has not, behind a text; empty where nothing lacks."""
+        needed = self.about.get('modsOn')
+        on = {mod.name: mod.version for mod in mods.loaded()}
+        lacking = ['%s %s%s' % (name, version, ' (here %s)' % on[name] if name in on else '')
+                   for name, version in sorted(needed.items()) if on.get(name) != version
+                   ] if isinstance(needed, dict) else []
+        return lacking and '%sthe report was made with mods that are not on here: %s' % (
+            before, ', '.join(lacking)) or ''
+
     def _putInPlace(self) -> None:
         """Has the run find what the report's found: its words, its language, its user's folders."""
         for name in Archive.LANGUAGE:
@@ -89,6 +100,8 @@ class Played:
         if self.about.get('scripts') != Keeping.scriptsSum():
             kaVel.log('Warning: the scripts are not those of the report (%s): it may go another way'
                       % self.about.get('game', 'of an unknown game'))
+        if self.lacking():
+            kaVel.log('Warning: %s; it may go another way' % self.lacking())
         kaVel.getSystem('GameLoopSystem').frameCallback = self._doFrame
         if not self.unseen:
             kaVel.getSystem('InputSystem').onlooker = self._look
@@ -153,7 +166,7 @@ class Played:
 
     def _end(self, loop: kaVel.GameLoopSystem) -> None:
         told, same = self._judgement()
-        kaVel.log(told)
+        kaVel.log(told + self.lacking('; '))
         if self.unseen:
             loop.quit(0 if same else 1)
             return
@@ -161,7 +174,7 @@ class Played:
         stillness.stop(level)
         _handOver()
         import words
-        Keeping.tell(level, words.text('report.same' if same else 'report.different'))
+        Keeping.tell(level, words.text('report.same' if same else 'report.different') + self.lacking('\n'))
         Timeline.open()
 
     def _judgement(self) -> tuple[str, bool]:

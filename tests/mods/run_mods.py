@@ -4,6 +4,7 @@ import pathlib
 import re
 import sys
 import time
+import zipfile
 
 sys.path[:0] = [str(pathlib.Path(__file__).resolve().parents[1] / "support"), str(pathlib.Path(__file__).parent)]
 import game
@@ -116,6 +117,57 @@ def test_a_mod_overrides_and_adds_something_of_each_kind_and_a_later_one_wins(wo
     room = mods.run(world, "abbey", level="FirstRoom", KAVEL_DUMP=str(world.folder / "dump.txt"))
     room.expect_code(0)
     assert (world.folder / "dump.txt").read_text(encoding="utf-8").count("onlyInTheMod") >= 6
+
+
+def test_fonts_and_effects_stand_in_for_the_games_unless_they_are_none(world):
+    face = (ASSETS / "fonts/Andika-Regular.ttf").read_bytes()
+    mods.write(world, "letters", files={"fonts/Inconsolata.otf": face, "fonts/LindenHill.otf": b"no font"})
+    mods.write(world, "lights", files={"effects/lights.fx": "// nothing yet\nnonsense here;\n",
+                                       "effects/test.fx": '#include "../../../../etc/passwd"\n'})
+    world.write_level("Facts", """
+import objects.GameObjects as place
+for name in ('Inconsolata.otf', 'LindenHill.otf'):
+    font = kaVel.getSystem('AssetSystem').startLoad(kaVel.Reflection.FontAssetLoader, name, None, 0)
+    kaVel.log('FONT %s' % font.fileName)
+place.FreeCamera(coordinator, 'camera')
+""")
+    outcome = mods.run(world, "letters", "lights", level="Facts")
+    outcome.expect_code(0)
+    outcome.expect("FONT " + str(mods.folder(world, "letters") / "fonts/Inconsolata.otf"))
+    outcome.expect("letters/fonts/LindenHill.otf is left out: ")
+    outcome.expect("FONT ..\\assets\\fonts\\LindenHill.otf")
+    outcome.expect("lights/effects/lights.fx is left out, and the game's own is used:")
+    outcome.expect("lights/effects/lights.fx(2")
+    outcome.expect("expected a file beside the effect or below it")
+
+
+def test_the_player_says_which_mods_are_loaded_later_as_far_as_needs_let_him(world):
+    for name in ("apple", "birch"):
+        mods.write(world, name, files={"words/english.toml": f'menu.back = "{name}"\n'})
+    mods.write(world, "cedar", needs={"birch": "1"})
+    world.write("config/mornal/mods.txt", "birch = on\ncedar = on\napple = on\n")
+    world.write_level("Moves", """
+import mods
+import objects.GameObjects as place
+place.FreeCamera(coordinator, 'camera')
+def told(what, done):
+    kaVel.log('%s %s %s %s' % (what, done, [mod.name for mod in mods.planned()],
+                               [each.winner for each in mods.plannedConflicts()]))
+told('AT FIRST', [mod.name for mod in mods.loaded()])
+told('EARLIER', mods.move('apple', -1))
+told('FIRST', mods.move('apple', -1))
+told('NO FURTHER', mods.move('apple', -1))
+told('NEEDED', mods.move('cedar', -1))
+""")
+    with Display("640x480") as display, Game(world, display, "Moves", KAVEL_FRAMES="3") as play:
+        play.process.wait(60)
+        log = play.log()
+    for line in ("AT FIRST ['birch', 'cedar', 'apple'] ['birch', 'cedar', 'apple'] ['apple']",
+                 "EARLIER True ['birch', 'apple', 'cedar'] ['apple']",
+                 "FIRST True ['apple', 'birch', 'cedar'] ['birch']",
+                 "NO FURTHER False ['apple', 'birch', 'cedar'] ['birch']", "NEEDED False ['apple', 'birch', 'cedar']"):
+        assert line in log, (line, log[-3000:])
+    assert (world.folder / "config/mornal/mods.txt").read_text().split() == "apple = on birch = on cedar = on".split()
 
 
 def test_what_a_mod_needs_comes_along_and_before_it(world):
@@ -299,6 +351,31 @@ def test_the_player_is_asked_on_the_screen_before_a_program_runs(world):
             play.until_logged("Mods: 2. night-caller 1.0, a program")
             play.until_logged("starts no programs")
             play.quit()
+
+
+def test_a_report_brings_the_mods_along_that_it_was_made_with_or_names_those_that_lack(world):
+    mods.write(world, "cellar", version="1.5", files={"levels/Cellar.toml": ROOM + SOLID})
+    mods.write(world, "faces", files={"words/english.toml": 'menu.back = "x"\n'})
+    world.write("keys.txt", "input 1\nlevel Cellar\nseed 1\nwindow 320 180\n10 key 123 down\n11 key 123 up\n15 end\n")
+    mods.run(world, "cellar", "faces", level="Cellar", frames=15,
+             KAVEL_REPLAY=str(world.folder / "keys.txt")).expect_code(0)
+    report = next((world.folder / "state" / "mornal" / "reports").glob("*.report"))
+    bare = world.folder / "bare.report"
+    with zipfile.ZipFile(report) as whole, zipfile.ZipFile(bare, "w") as without:
+        for name in whole.namelist():
+            if "/mods/cellar/" not in name:
+                without.writestr(name, whole.read(name))
+    variables = {**world.variables(), "HOME": str(world.folder / "elsewhere"), "XDG_CONFIG_HOME": "",
+                 "XDG_STATE_HOME": "", "ASAN_OPTIONS": "detect_leaks=0"}
+    for asked in ("KAVEL_LEVEL", "KAVEL_FRAMES"):
+        variables.pop(asked)
+    played = world.start({**variables, "KAVEL_REPORT": str(report)})
+    played.expect_code(0)
+    played.expect("The end is as in the report")
+    refused = world.start({**variables, "KAVEL_REPORT": str(bare)})
+    refused.expect_code(1)
+    refused.expect("there is no mod 'cellar'")
+    refused.expect("the report was made with mods that are not on here: cellar 1.5")
 
 
 def test_the_guide_leads_to_a_mod_of_data_and_to_a_program(world):

@@ -1,5 +1,6 @@
 #include "assets/fonts/FontFaces.h"
 
+#include "assets/files/ContentOverrides.h"
 #include "assets/fonts/TextBlock.h"
 #include "foundation/Logger.h"
 #include "port/win32/HostPath.h"
@@ -41,7 +42,7 @@ Faces readSubstitutes()
     std::istringstream lines(std::string(bytes.begin(), bytes.end()));
     for (std::string line; std::getline(lines, line);)
         if (!line.empty() && line[0] != '#')
-            addSubstitute(SCS("..\\assets\\fonts\\") + String::copyFrom(line.c_str()), faces);
+            addSubstitute(contentFile(SCS("fonts/") + String::copyFrom(line.c_str())), faces);
     return faces;
 }
 

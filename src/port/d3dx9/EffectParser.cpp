@@ -195,6 +195,8 @@ void FileParser::parseInclude()
     take();
     if (token.kind != Kind::TEXT)
         fail("expected a file name in double quotes, but " + found());
+    if (token.text.find("..") != std::string::npos)
+        fail("expected a file beside the effect or below it, but " + found());
     const std::string path = folderOf(effect.files[file]) + hostPath(token.text.c_str());
     if (std::find(effect.files.begin(), effect.files.end(), path) == effect.files.end())
     {

@@ -1,5 +1,7 @@
 #include "rendering/device/ShaderBank.h"
 
+#include "assets/files/ContentOverrides.h"
+
 #include "foundation/Assertions.h"
 #include "foundation/Logger.h"
 #include "foundation/ProfilerScope.h"
@@ -23,7 +25,7 @@ String takeText(ID3DXBuffer *buffer)
 ErrorCode ShaderBank::compile(const String &fxName, ID3DXEffect *&effect, String &text)
 {
     const ProfilerScope scope(SCS("ShaderBank::CreateShader"), fxName);
-    const String path = SCS("..\\assets\\shaders\\") + fxName;
+    const String path = contentFile(SCS("shaders/") + fxName);
     constexpr DWORD flags = D3DXSHADER_SKIPVALIDATION | D3DXSHADER_OPTIMIZATION_LEVEL3;
     ID3DXBuffer *errors = nullptr;
     const ErrorCode result = dxCall(
@@ -37,11 +39,26 @@ ErrorCode ShaderBank::compile(const String &fxName, ID3DXEffect *&effect, String
     return result;
 }
 
+/// Has the game's own file of an effect count again, where there is another in its place.
+bool ShaderBank::leaveOut(const String &fxName, const String &why)
+{
+    const String name = SCS("shaders/") + fxName;
+    const String file = overridingFile(name);
+    if (file.empty())
+        return false;
+    KV_LOGF(Logger_::I_ERROR, "The effect %s is left out, and the game's own is used:\n%s", file.toCString(),
+            why.toCString());
+    overrideContent(name, String());
+    return true;
+}
+
 void ShaderBank::CreateShader(const String &fxName)
 {
     ID3DXEffect *effect = nullptr;
     String text;
-    const ErrorCode result = compile(fxName, effect, text);
+    ErrorCode result = compile(fxName, effect, text);
+    if (!result.succeeded() && leaveOut(fxName, text))
+        result = compile(fxName, effect, text);
     if (!result.succeeded())
     {
         KV_FATAL("Errors occurred while processing effect %s:\n\n%s", fxName.toCString(), text.toCString());

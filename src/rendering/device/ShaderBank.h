@@ -29,7 +29,8 @@ public:
 
     void setDirectDevice(IDirect3DDevice9 *mainDevice_) { mainDevice = mainDevice_; }
 
-    /// Compiles an effect file of "..\assets\shaders\" and stores it under its file name.
+    /// Compiles an effect file of "..\assets\shaders\" and stores it under its file name; what stands in for it and does
+    /// not compile is told and left out.
     ///
     /// A file that does not compile is a critical assertion with the compiler's text: file, line, technique.
     /// Warnings are logged. A name that is there already keeps its first effect.
@@ -90,6 +91,7 @@ private:
     typedef std::map<String, ID3DXEffect *> vectorFX;
 
     ErrorCode compile(const String &fxName, ID3DXEffect *&effect, String &text);
+    bool leaveOut(const String &fxName, const String &why);
 
     IDirect3DDevice9 *mainDevice = nullptr; ///< borrowed
     vectorFX vFX;

@@ -14,7 +14,9 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <sstream>
+#include <utility>
 
 namespace
 {
@@ -437,6 +439,88 @@ TEST(ActionLeaf, CallsANativeFunctionWithItsEntity)
     copy.lookup()->setTreeParent(world.entity("creature"));
     EXPECT_EQ(copy.lookup()->run(), SC_Success);
     leaf.lookup()->murder();
+}
+
+namespace
+{
+/// A tree by chance of what plans tick, with leaves that play parts by chance, some of which terminate it.
+struct ChanceTree
+{
+    ChanceTree(unsigned seed, bool touched) : chance(seed), touched(touched), root(makeNode(0))
+    {
+        std::uint32_t count = 0;
+        for (const TaskPlace &place : tasksOf(*root.lookup()))
+            nodes.push_back(place.task);
+        for (BTTask *node : nodes)
+            if (auto leaf = handle_cast<PlayedTask>(node->getHandle()).lookup())
+                leaf->journalName = std::to_string(count++), leaf->journal = &told, leaf->root = root;
+    }
+    ~ChanceTree() { root.lookup()->DeleteTree(); }
+
+    Handle<BTTask> makeNode(int depth)
+    {
+        static const char *const classes[] = {"BTSelector", "BTSequence",   "BTSelector",     "BTSequence",
+                                              "BTInverter", "BTFailFilter", "BTUntilSucceed", "BTUntilFail"};
+        if (depth > 0 && (depth == 4 || chance() % 3 == 0))
+        {
+            std::string part;
+            for (int i = 0; i < 40; ++i)
+                part += "SSSSFFFFNNUIxn"[chance() % 14];
+            return makePlayed(part.c_str());
+        }
+        const Handle<BTTask> node = makeTask(classes[chance() % std::size(classes)]);
+        const unsigned most = dynamic_cast<BTDecorator *>(node.lookup().ptr) ? 1 : 3;
+        for (unsigned i = chance() % 8 ? 1 + chance() % most : 0; i > 0; --i)
+            node.lookup()->addChild(makeNode(depth + 1));
+        return node;
+    }
+
+    /// What a tick gives, and now and then what the last ones left behind in all nodes; a tree that is touched is walked.
+    std::string tick()
+    {
+        if (touched)
+            root.lookup()->setActiveTask(root.lookup()->getActiveTask());
+        BTTask &any = *nodes[chance() % nodes.size()];
+        switch (chance() % 32)
+        {
+        case 0:
+            any.terminate();
+            break;
+        case 1:
+            any.setTerminated(!any.getTerminated());
+            break;
+        case 2:
+            any.setActiveTask(chance() % 2);
+            break;
+        case 3:
+            any.tick();
+            break;
+        }
+        told += letterOf(root.lookup()->tick());
+        if (chance() % 4 != 0)
+            return std::exchange(told, "");
+        for (const BTTask *node : nodes)
+            told += " " + std::to_string(node->getActiveTask()) + letterOf(node->getLastResult()) +
+                    (node->getTerminated() ? "!" : "");
+        return std::exchange(told, "");
+    }
+
+    std::minstd_rand chance;
+    bool touched;
+    Handle<BTTask> root;
+    std::vector<BTTask *> nodes;
+    std::string told;
+};
+} // namespace
+
+TEST(Nodes, TickTheSameWhetherTheirTurnsAreKnownOrWalked)
+{
+    for (unsigned seed = 1; seed <= 400; ++seed)
+    {
+        ChanceTree known(seed, false), walked(seed, true);
+        for (int tick = 0; tick < 60; ++tick)
+            ASSERT_EQ(known.tick(), walked.tick()) << "tree " << seed << " at tick " << tick;
+    }
 }
 
 TEST(Nodes, TickWithoutTakingMemory)

@@ -15,7 +15,7 @@ ROOMS = {
     "physics": ["grid", "volumes", "bodies", "doors", "triggers", "acoustics"],
     "platform": ["window", "input", "sound"],
     "rendering": ["device", "frame", "drawn", "debug"],
-    "ai": ["nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
+    "ai": ["plans", "nodes", "trees", "actions", "paths", "steering", "flocks", "knowledge", "perception", "telling"],
     "ui": ["widgets", "screens"],
     "gameplay": ["player", "light", "mind", "creatures"],
     "tools": ["console", "profiler", "bars", "digest", "timeline", "editor", "views"],

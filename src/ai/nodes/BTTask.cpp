@@ -46,7 +46,7 @@ Handle<BTTask> BTTask::addChild(Handle<BTTask> child)
     if (auto added = child.lookup())
         added->placed = true;
     children.push_back(child);
-    state->active = 0;
+    changeState().active = 0;
     spoilPlan();
     return child;
 }
@@ -84,9 +84,35 @@ void BTTask::onHierarchyChange(Handle<Object>, Handle<Object>)
     spoilPlan();
 }
 
+TaskState &BTTask::settled() const
+{
+    if (plan)
+        plan->settle();
+    return *state;
+}
+
+/// The node's state, for a change that no tick of the tree makes.
+TaskState &BTTask::changeState()
+{
+    TaskState &changed = settled();
+    if (plan)
+        plan->forgetPlace();
+    return changed;
+}
+
+void BTTask::setTerminated(bool val)
+{
+    changeState().terminated = val;
+}
+
+void BTTask::setActiveTask(TaskListIt val)
+{
+    changeState().active = val;
+}
+
 void BTTask::terminate()
 {
-    state->terminated = true;
+    settled().terminated = true; // only a sequence heeds it, whose own terminate changes more
     terminateChildren();
 }
 

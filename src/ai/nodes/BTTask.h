@@ -1,8 +1,8 @@
 // BTTask: a node of a behaviour tree, and what a tick of it gives.
 #pragma once
 
-#include "ai/nodes/TaskTypes.h"
-#include "ai/nodes/TreePlan.h"
+#include "ai/plans/TaskTypes.h"
+#include "ai/plans/TreePlan.h"
 
 #include "object/tree/Object.h"
 
@@ -58,18 +58,21 @@ public:
 
     /// Whether the node was terminated; a sequence looks at it after its child's tick.
     bool getTerminated() const { return state->terminated; }
-    void setTerminated(bool val) { state->terminated = val; }
+    void setTerminated(bool val);
     /// How many children the node ticks.
     std::size_t getTaskCount() const { return children.size(); }
     /// The child at an index; invalid where there is none.
     Handle<BTTask> getTask(std::size_t index) const;
     /// Index of the child that is ticked next, in the list that the node walks.
-    TaskListIt getActiveTask() const { return state->active; }
-    void setActiveTask(TaskListIt val) { state->active = val; }
+    TaskListIt getActiveTask() const { return settled().active; }
+    void setActiveTask(TaskListIt val);
     /// Whether the node has been ticked.
-    bool getTicked() const { return state->lastResult != TaskState::NOT_TICKED; }
+    bool getTicked() const { return settled().lastResult != TaskState::NOT_TICKED; }
     /// What the last tick gave; SC_Undefined before the first.
-    StatusCode getLastResult() const { return getTicked() ? static_cast<StatusCode>(state->lastResult) : SC_Undefined; }
+    StatusCode getLastResult() const
+    {
+        return getTicked() ? static_cast<StatusCode>(settled().lastResult) : SC_Undefined;
+    }
 
     /// The children in order.
     const TaskList &getTasks() const { return children; }
@@ -102,7 +105,7 @@ protected:
     StatusCode runPlanned() { return TreePlan::run(*this); }
     /// Has the plan of the tree made anew before the next tick.
     void spoilPlan();
-    /// The child that is ticked next, in the list that the node walks.
+    /// The child that is ticked next, of a node that runs by itself, in the list that it walks.
     TaskListIt &activeTask() { return state->active; }
 
     TaskList children;
@@ -111,6 +114,9 @@ private:
     friend class TreePlan;
 
     bool canTake(const Handle<BTTask> &child) const;
+    /// The node's state, with all in it that ticks have left behind.
+    TaskState &settled() const;
+    TaskState &changeState();
     /// Fills in how a plan ticks the node, apart from its place; OTHER for what runs by itself.
     virtual void describeTo(TaskStep &) const {}
 

@@ -36,16 +36,17 @@ bool PathSearch::begin(const PathGround &ground, const GridCell &start, const Gr
     clear();
     if (destination.getGrid() != start.getGrid() || !ground.main.isCellInBounds(destination.getX(), destination.getZ()))
         return false;
-    pool.fit(PAGE_SIZE);
-    openList.setPool(pool.data());
+    nodePool.fit(PAGE_SIZE);
+    openList.setPool(nodePool.data());
     toX = destination.getX();
     toZ = destination.getZ();
     grid = start.getGrid();
     chooseField();
     field->follow(ground.main, ground.saturation);
     isSteady = true;
-    const Index first = add(field->numberOf(start.getX(), start.getZ()), start.getX(), start.getZ());
-    pool[first] = ReachedCell{.x = start.getX(), .z = start.getZ(), .totalCost = leftFrom(start.getX(), start.getZ())};
+    const Index first = createNode(field->numberOf(start.getX(), start.getZ()), start.getX(), start.getZ());
+    nodePool[first] =
+        ReachedCell{.x = start.getX(), .z = start.getZ(), .totalCost = leftFrom(start.getX(), start.getZ())};
     openList.insert(first);
     return true;
 }
@@ -89,7 +90,7 @@ PathStatus PathSearch::run(const PathGround &ground, int passes)
         const Index current = openList.takeFirst();
         if (current == NONE)
             return PS_Failed;
-        if (pool[current].x == toX && pool[current].z == toZ)
+        if (nodePool[current].x == toX && nodePool[current].z == toZ)
         {
             found = current;
             return PS_Succeeded;
@@ -115,14 +116,14 @@ bool PathSearch::prepare(const PathGround &ground)
 void PathSearch::nameNodes()
 {
     for (Index index = 0; index < poolIndex; ++index)
-        if (field->has(pool[index].x, pool[index].z))
-            field->nodeAt(field->numberOf(pool[index].x, pool[index].z)) = firstName + index;
+        if (field->has(nodePool[index].x, nodePool[index].z))
+            field->nodeAt(field->numberOf(nodePool[index].x, nodePool[index].z)) = firstName + index;
 }
 
 /// Reaches the neighbours of a cell; false where the pool is full.
 inline bool PathSearch::expand(Index current, const StepRule *rule)
 {
-    const int x = pool[current].x, z = pool[current].z;
+    const int x = nodePool[current].x, z = nodePool[current].z;
     // A grid that has become smaller may have lost the cell, and with it all ways on.
     if (!field->has(x, z))
         return true;
@@ -130,7 +131,7 @@ inline bool PathSearch::expand(Index current, const StepRule *rule)
     unsigned left = field->findWalkable(x, z);
     // What is beside the parent was reached from there for no more, unless it was another world then.
     if (isSteady)
-        left &= BEYOND[pool[current].cameBy];
+        left &= BEYOND[nodePool[current].cameBy];
     for (; left != 0; left &= left - 1)
     {
         const int direction = std::countr_zero(left);
@@ -145,24 +146,24 @@ inline bool PathSearch::expand(Index current, const StepRule *rule)
 /// Notes a way to a cell where it is the first or the cheapest one; false where the pool is full.
 inline bool PathSearch::reach(Index from, std::size_t number, int direction)
 {
-    const int x = pool[from].x + CELL_STEPS[direction].dx, z = pool[from].z + CELL_STEPS[direction].dz;
-    const float cost = calculateNodeCost(pool[from].movementCost, field->saturationAt(number));
+    const int x = nodePool[from].x + CELL_STEPS[direction].dx, z = nodePool[from].z + CELL_STEPS[direction].dz;
+    const float cost = calculateNodeCost(nodePool[from].movementCost, field->saturationAt(number));
     const float totalCost = cost + leftFrom(x, z);
     Index index = find(number);
     if (index == NONE)
     {
-        index = add(number, x, z);
+        index = createNode(number, x, z);
         if (index == NONE)
             return false;
     }
     else
     {
-        if (!(pool[index].totalCost > totalCost))
+        if (!(nodePool[index].totalCost > totalCost))
             return true;
         if (openList.holds(index))
             openList.remove(index);
     }
-    ReachedCell &cell = pool[index];
+    ReachedCell &cell = nodePool[index];
     cell.movementCost = cost;
     cell.totalCost = totalCost;
     cell.parent = from;
@@ -172,13 +173,13 @@ inline bool PathSearch::reach(Index from, std::size_t number, int direction)
 }
 
 /// Gives a cell the next place of the pool, without a way to it; NONE where the pool is full.
-inline PathSearch::Index PathSearch::add(std::size_t number, int x, int z)
+inline PathSearch::Index PathSearch::createNode(std::size_t number, int x, int z)
 {
     if (poolIndex == PAGE_SIZE)
         return NONE;
     const Index index = poolIndex++;
-    pool[index].x = x;
-    pool[index].z = z;
+    nodePool[index].x = x;
+    nodePool[index].z = z;
     field->nodeAt(number) = firstName + index;
     return index;
 }
@@ -188,13 +189,13 @@ PathNode *PathSearch::layOutPath()
     if (found == NONE)
         return nullptr;
     std::size_t count = 0;
-    for (Index index = found; index != NONE; index = pool[index].parent)
+    for (Index index = found; index != NONE; index = nodePool[index].parent)
         ++count;
     path.fit(std::bit_ceil(count));
     PathNode *node = path.data();
-    for (Index index = found; index != NONE; index = pool[index].parent, ++node)
+    for (Index index = found; index != NONE; index = nodePool[index].parent, ++node)
     {
-        const ReachedCell &cell = pool[index];
+        const ReachedCell &cell = nodePool[index];
         *node = PathNode{cellOf(cell), cell.movementCost, leftFrom(cell.x, cell.z), cell.totalCost,
                          cell.parent == NONE ? nullptr : node + 1};
     }
@@ -206,5 +207,5 @@ void PathSearch::listCells(bool waiting, HexCont &cells) const
     cells.clear();
     for (Index index = 0; index < poolIndex; ++index)
         if (openList.holds(index) == waiting)
-            cells.push_back(cellOf(pool[index]));
+            cells.push_back(cellOf(nodePool[index]));
 }

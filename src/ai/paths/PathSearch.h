@@ -1,7 +1,7 @@
 // PathSearch: finds a path over the cells of a grid, some cells at a time.
 #pragma once
 
-#include "ai/paths/OpenList.h"
+#include "ai/paths/NodeList.h"
 #include "ai/paths/PathField.h"
 #include "ai/paths/PathMemory.h"
 #include "ai/paths/PathNode.h"
@@ -58,12 +58,12 @@ public:
     /// Whether nothing has been begun since the last `clear`.
     bool isEmpty() const { return poolIndex == 0; }
     /// What the path costs that was found; 0 unless a run has succeeded.
-    float getPathCost() const { return found == NONE ? 0.f : pool[found].movementCost; }
+    float getPathCost() const { return found == NONE ? 0.f : nodePool[found].movementCost; }
     /// The path that was found: the node of the destination, from which the parents lead to the start. Null unless a
     /// run has succeeded; made by the call, and right until the next one.
     PathNode *layOutPath();
     /// The cell of the beginning, while the search is not empty.
-    GridCell getStart() const { return cellOf(pool[0]); }
+    GridCell getStart() const { return cellOf(nodePool[0]); }
     /// Count of cells that were reached.
     int getNodeCount() const { return static_cast<int>(poolIndex); }
     /// The cells that were reached: those that wait to be expanded, or those that have been.
@@ -97,19 +97,19 @@ private:
     void nameNodes();
     bool expand(Index current, const StepRule *rule);
     bool reach(Index from, std::size_t number, int direction);
-    Index add(std::size_t number, int x, int z);
+    Index createNode(std::size_t number, int x, int z);
     Index find(std::size_t number)
     {
         const Index index = field->nodeAt(number) - firstName;
         return index < poolIndex ? index : NONE;
     }
 
-    PathArray<ReachedCell> pool; ///< by order of arrival
-    OpenList openList;           ///< reached and not expanded; the others form the closed list
-    Index poolIndex = 0;         ///< the next free place of the pool
-    std::uint32_t firstName = 1; ///< name of the first cell of the pool
-    bool isSteady = false;       ///< nothing has changed, nor forbidden a step, since the beginning
-    Handle<SquareGrid> grid;     ///< of this search
+    PathArray<ReachedCell> nodePool; ///< by order of arrival
+    NodeList openList;               ///< reached and not expanded; the others form the closed list
+    Index poolIndex = 0;             ///< the next free place of the pool
+    std::uint32_t firstName = 1;     ///< name of the first cell of the pool
+    bool isSteady = false;           ///< nothing has changed, nor forbidden a step, since the beginning
+    Handle<SquareGrid> grid;         ///< of this search
     PathField fields[FIELDS];
     PathField *field = fields; ///< of this search
     std::size_t nextField = 0; ///< index of the one to be given to another grid

@@ -1,9 +1,9 @@
-#include "ai/paths/OpenList.h"
+#include "ai/paths/NodeList.h"
 
 #include <algorithm>
 #include <bit>
 
-void OpenList::setPool(ReachedCell *pool)
+void NodeList::setPool(ReachedCell *pool)
 {
     cells = pool;
     chains.fit(CHAINS);
@@ -11,7 +11,7 @@ void OpenList::setPool(ReachedCell *pool)
     clear();
 }
 
-void OpenList::clear()
+void NodeList::clear()
 {
     for (std::size_t word = lowest / BITS; word <= highest / BITS && word < CHAINS / BITS; ++word)
         filled[word] = 0;
@@ -19,7 +19,7 @@ void OpenList::clear()
     highest = 0;
 }
 
-OpenList::Index OpenList::findFirst()
+NodeList::Index NodeList::findFirst()
 {
     if (lowest >= CHAINS)
         return NONE;

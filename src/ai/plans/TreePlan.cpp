@@ -1,55 +1,15 @@
-#include "ai/nodes/TreePlan.h"
+#include "ai/plans/TreePlan.h"
 
 #include "ai/nodes/Descent.h"
 
 #include "engine/entities/Entity.h"
 
+#include <algorithm>
+#include <array>
+#include <limits>
 #include <memory>
 #include <unordered_set>
 #include <utility>
-
-namespace
-{
-/// Whether a plan ticks the node's children, too.
-bool hasChildren(const TaskStep &step)
-{
-    switch (step.kind)
-    {
-    case TaskStep::SELECTOR:
-    case TaskStep::SEQUENCE:
-    case TaskStep::INVERTER:
-    case TaskStep::FAIL_FILTER:
-    case TaskStep::UNTIL_FAIL:
-    case TaskStep::UNTIL_SUCCEED:
-        return true;
-    default:
-        return false;
-    }
-}
-
-/// Which of its children a node ticks: those that walk them the active one, all others the first.
-inline std::uint32_t turnOf(const TaskStep &step, const TaskState &state)
-{
-    return step.kind <= TaskStep::SEQUENCE ? state.active : 0;
-}
-
-/// What a node that keeps nothing in mind makes of a child that has finished.
-StatusCode filtered(TaskStep::Kind kind, StatusCode given)
-{
-    const bool succeeded = given == SC_Success, failed = given == SC_Failure;
-    switch (kind)
-    {
-    case TaskStep::INVERTER:
-        return succeeded ? SC_Failure : failed ? SC_Success : SC_Undefined;
-    case TaskStep::FAIL_FILTER:
-        return succeeded || failed ? SC_Success : SC_Undefined;
-    case TaskStep::UNTIL_FAIL:
-        return failed ? SC_Failure : SC_NeedMoreTime;
-    default:
-        return succeeded ? SC_Success : SC_NeedMoreTime;
-    }
-}
-} // namespace
 
 /// A tick from outside, as long as which the node's plan stays as it is.
 class TreePlan::Use
@@ -79,6 +39,12 @@ private:
 
 StatusCode TreePlan::tick(BTTask &task)
 {
+    {
+        const Use plan(task);
+        const Descent levels(plan->shape->depth);
+        if (plan->place != TreeTurns::NOWHERE && task.state == plan->states() && !levels.isTooDeep()) [[likely]]
+            return plan->turn();
+    }
     const StatusCode result = run(task);
     task.state->lastResult = static_cast<std::uint8_t>(result);
     return result;
@@ -88,12 +54,13 @@ StatusCode TreePlan::run(BTTask &task)
 {
     const Use plan(task);
     const Descent levels(plan->shape->depth);
+    plan->settle();
     if (levels.isTooDeep()) [[unlikely]]
     {
         task.complain(levels.describe());
         return SC_Failure;
     }
-    return plan->step(plan->indexOf(task));
+    return plan->walk(plan->indexOf(task));
 }
 
 void TreePlan::prepare(BTTask &task)
@@ -161,7 +128,7 @@ void TreePlan::Layout::add(BTTask *task)
 /// Appends a node's children; a node that runs by itself sees to its own.
 void TreePlan::Layout::addChildren(std::size_t at)
 {
-    if (!hasChildren(steps[at]))
+    if (!steps[at].takesChildren())
         return;
     if (depth == BTTask::MAX_DEPTH)
     {
@@ -183,6 +150,7 @@ void TreePlan::build(BTTask &root)
     Layout layout(root);
     const std::size_t count = layout.steps.size();
     const boost::intrusive_ptr<TreePlan> plan(new (count) TreePlan(root, std::move(layout)));
+    std::uninitialized_value_construct_n(plan->notes(), count);
     TaskState *const states = std::uninitialized_value_construct_n(plan->states(), count) - count;
     for (std::size_t i = 0; i < count; ++i)
         if (plan->shape->steps[i].kind != TaskStep::MISSING && plan->shape->steps[i].kind != TaskStep::ELSEWHERE)
@@ -190,18 +158,21 @@ void TreePlan::build(BTTask &root)
 }
 
 TreePlan::TreePlan(BTTask &root, Layout &&layout)
-    : creature(handle_cast<Entity>(root.getParent())), shape(TreeShape::of(std::move(layout.steps), layout.depth)),
-      tasks(std::move(layout.tasks)), root(root.getTypedHandle())
+    : shape(TreeShape::of(std::move(layout.steps), layout.depth)), creature(handle_cast<Entity>(root.getParent())),
+      count(layout.tasks.size()), tasks(std::move(layout.tasks)), root(root.getTypedHandle())
 {
 }
 
 /// Has a node keep its state in the plan. Another plan that has it, too, is not right any more.
 void TreePlan::adopt(BTTask &task, TaskState &state)
 {
+    if (task.plan)
+    {
+        task.plan->settle();
+        task.plan->spoil();
+    }
     state = *task.state;
     task.state = &state;
-    if (task.plan)
-        task.plan->spoil();
     task.plan = this;
 }
 
@@ -210,76 +181,102 @@ inline std::uint32_t TreePlan::indexOf(const BTTask &task)
     return static_cast<std::uint32_t>(task.state - states());
 }
 
+/// One tick of the root of a tree with a place.
+inline StatusCode TreePlan::turn()
+{
+    const std::uint8_t leaf = place;
+    const StatusCode given = call(leaf);
+    const TreeTurns::Turn *const turn = place == leaf ? shape->turns.find(leaf, given) : nullptr;
+    if (!turn || (turn->heeded & ended) != 0) [[unlikely]]
+    {
+        const StatusCode result = climb(leaf, 0, given);
+        states()[0].lastResult = static_cast<std::uint8_t>(result);
+        return result;
+    }
+    if (ticks == std::numeric_limits<std::uint16_t>::max()) [[unlikely]]
+        settle();
+    notes()[leaf] = Note{++ticks, static_cast<std::uint8_t>(given)};
+    place = turn->next;
+    return static_cast<StatusCode>(turn->result);
+}
+
+/// Repeats in the nodes, in their order, the last ticks that came to each leaf: of earlier ones nothing is left.
+void TreePlan::writeDown()
+{
+    std::array<std::uint8_t, TreeTurns::MOST_STEPS> leaves;
+    std::size_t told = 0;
+    for (std::size_t i = 0; i < count; ++i)
+        if (notes()[i].tick > 0)
+            leaves[told++] = static_cast<std::uint8_t>(i);
+    std::sort(leaves.begin(), leaves.begin() + static_cast<std::ptrdiff_t>(told),
+              [this](std::uint8_t lhs, std::uint8_t rhs) { return notes()[lhs].tick < notes()[rhs].tick; });
+    for (std::size_t i = 0; i < told; ++i)
+    {
+        Note &note = notes()[leaves[i]];
+        shape->turns.leaveBehind(leaves[i], static_cast<StatusCode>(note.result), states());
+        note.tick = 0;
+    }
+    ticks = 0;
+}
+
 /// One tick of a node of the plan: down the active path to what runs, and up again with what that gave.
-inline StatusCode TreePlan::step(std::uint32_t top)
+StatusCode TreePlan::walk(std::uint32_t top)
 {
     const TaskStep *const steps = shape->steps.data();
-    TaskState *const of = states();
     std::uint32_t at = top;
-    for (std::uint32_t turn; (turn = turnOf(steps[at], of[at])) < steps[at].count;)
+    for (std::uint32_t turn; (turn = steps[at].turnOf(states()[at])) < steps[at].count;)
         at = steps[at].first + turn;
-
     StatusCode result;
-    if (steps[at].kind == TaskStep::ASK)
-        result = steps[at].ask(creature);
-    else if (steps[at].kind == TaskStep::ACT)
-        result = statusOf(steps[at].act(creature));
-    else
-        result = runOther(at);
-
-    while (at != top)
+    if (steps[at].kind == TaskStep::MISSING) [[unlikely]]
     {
-        of[at].lastResult = static_cast<std::uint8_t>(result);
+        // A child that does not exist has no tick; it is its parent's that ends there.
+        const std::uint32_t number = at - steps[steps[at].parent].first;
         at = steps[at].parent;
-        // Whoever needs more time has all above him need it, too.
-        if (result != SC_NeedMoreTime || of[at].terminated)
-            result = takeResult(steps[at], of[at], at, result);
+        result = tasks[at]->reportMissingChild(number);
     }
+    else
+        result = call(at);
+    return climb(at, top, result);
+}
+
+/// What a node gives that ticks no child where it stands.
+inline StatusCode TreePlan::call(std::uint32_t at)
+{
+    const TaskStep &step = shape->steps[at];
+    if (step.kind == TaskStep::ASK)
+        return step.ask(creature);
+    if (step.kind == TaskStep::ACT)
+        return statusOf(step.act(creature));
+    return runOther(at);
+}
+
+/// Takes a result in all nodes above one, up to another.
+StatusCode TreePlan::climb(std::uint32_t from, std::uint32_t top, StatusCode result)
+{
+    settle(); // the leaf may have ticked the tree
+    for (std::uint32_t at = from; at != top;)
+    {
+        states()[at].lastResult = static_cast<std::uint8_t>(result);
+        at = shape->steps[at].parent;
+        result = takeResult(at, result);
+    }
+    place = shape->turns.placeOf(states());
+    ended = shape->turns.endedOf(states());
     return result;
 }
 
 /// What a node makes of its child's result.
-inline StatusCode TreePlan::takeResult(const TaskStep &step, TaskState &state, std::uint32_t at, StatusCode given)
+StatusCode TreePlan::takeResult(std::uint32_t at, StatusCode given)
 {
-    if (step.kind == TaskStep::SEQUENCE)
-    {
-        if (state.terminated) [[unlikely]]
-        {
-            state.terminated = false;
-            return SC_Success;
-        }
-        if (given == SC_InvalidHandle) [[unlikely]]
-        {
-            tasks[at]->terminate();
-            return SC_InvalidHandle;
-        }
-        return given == SC_Failure ? begin(state, given) : advance(step, state, SC_Success);
-    }
-    if (given == SC_NeedMoreTime)
-        return given;
-    if (step.kind != TaskStep::SELECTOR)
-        return filtered(step.kind, given);
-    if (given == SC_Success)
-        return begin(state, given);
-    return given == SC_Failure ? advance(step, state, given) : SC_NeedMoreTime;
+    const TaskStep &step = shape->steps[at];
+    if (!step.isEndedBy(states()[at], given)) [[likely]]
+        return step.take(states()[at], given);
+    tasks[at]->terminate();
+    return given;
 }
 
-/// Has a node stand at its first child again, with a result.
-inline StatusCode TreePlan::begin(TaskState &state, StatusCode result)
-{
-    state.active = 0;
-    return result;
-}
-
-/// Has a node stand at its next child; behind the last one it begins again, with a result.
-inline StatusCode TreePlan::advance(const TaskStep &step, TaskState &state, StatusCode atTheEnd)
-{
-    return ++state.active < step.count ? SC_NeedMoreTime : begin(state, atTheEnd);
-}
-
-/// What anything but a native leaf gives that ticks no child where it stands; `at` becomes the parent of a child that
-/// does not exist, whose own tick ends there.
-StatusCode TreePlan::runOther(std::uint32_t &at)
+/// What anything but a native leaf gives that ticks no child where it stands.
+StatusCode TreePlan::runOther(std::uint32_t at)
 {
     const TaskStep &step = shape->steps[at];
     switch (step.kind)
@@ -291,12 +288,6 @@ StatusCode TreePlan::runOther(std::uint32_t &at)
     case TaskStep::TOO_DEEP:
         tasks[at]->complain(Descent::describe());
         return SC_Failure;
-    case TaskStep::MISSING:
-    {
-        const std::uint32_t number = at - shape->steps[step.parent].first;
-        at = step.parent;
-        return tasks[at]->reportMissingChild(number);
-    }
     default:
         return runWithoutChild(at);
     }
@@ -310,5 +301,5 @@ StatusCode TreePlan::runWithoutChild(std::uint32_t at)
         return SC_Undefined;
     if (step.count == 0 && step.kind == TaskStep::SEQUENCE)
         return SC_Failure;
-    return tasks[at]->reportMissingChild(turnOf(step, states()[at]));
+    return tasks[at]->reportMissingChild(step.turnOf(states()[at]));
 }

@@ -1,4 +1,4 @@
-#include "ai/nodes/TreeShape.h"
+#include "ai/plans/TreeShape.h"
 
 #include <algorithm>
 #include <cstddef>

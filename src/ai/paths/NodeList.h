@@ -1,4 +1,4 @@
-// OpenList: the cells of a search that wait to be expanded, cheapest first.
+// NodeList: the cells of a search that wait to be expanded, cheapest first.
 #pragma once
 
 #include "ai/paths/PathMemory.h"
@@ -12,7 +12,7 @@
 /// Kept as one ordered chain for each whole number of cost, so that what costs whole numbers goes to the end of its
 /// chain at once, and what costs fractions passes only those that cost as much but for the fraction. The links stand
 /// in the cells, which are borrowed. Emptying it costs what it has held.
-class OpenList
+class NodeList
 {
 public:
     typedef ReachedCell::Index Index;

@@ -1,8 +1,8 @@
 // TreePlan: a tree laid out for its ticks.
 #pragma once
 
-#include "ai/nodes/TaskTypes.h"
-#include "ai/nodes/TreeShape.h"
+#include "ai/plans/TaskTypes.h"
+#include "ai/plans/TreeShape.h"
 
 #include "object/tree/Object.h"
 
@@ -31,22 +31,16 @@ inline StatusCode statusOf(ActionStatus status)
     }
 }
 
-/// What ticks change of a node.
-struct TaskState
-{
-    static constexpr std::uint8_t NOT_TICKED = 255;
-
-    TaskListIt active = 0;                ///< the node's activeTask
-    std::uint8_t lastResult = NOT_TICKED; ///< a StatusCode
-    bool terminated = false;
-};
-
 /// The nodes of a tree laid out for its ticks, so that those touch little memory and look up no handle: how they are
 /// ticked in the shape that all trees of the kind share, what ticks change of them beside each other in the plan.
 ///
 /// Made with a tree's first tick, and anew with the first one after a node of it has died, got a child or moved. Kept by
 /// its nodes, which have their state in it. Holds what selectors, sequences and filters do; all other nodes run by
 /// themselves, and what stands below them has plans of its own.
+///
+/// While it is known at which leaf the tree stands, a tick of the root goes by the turns of the shape, and notes no more
+/// than what the leaf gave; that is written into the nodes once somebody looks at them (`settle`). Otherwise it goes down
+/// and up the tree, which comes to the same.
 class TreePlan
 {
 public:
@@ -61,6 +55,14 @@ public:
     static void prepare(BTTask &task);
     /// Has the plan made anew before the next tick from outside.
     void spoil() { stale = true; }
+    /// Writes into the nodes what ticks have left behind.
+    void settle()
+    {
+        if (ticks > 0)
+            writeDown();
+    }
+    /// Has the next tick walk: a node's state, which was settled, is changed by other than a tick of the root.
+    void forgetPlace() { place = TreeTurns::NOWHERE; }
 
 private:
     class Use;
@@ -77,33 +79,49 @@ private:
 
     TreePlan(BTTask &root, Layout &&layout);
     ~TreePlan() = default;
+    /// What a leaf gave in the last tick that came to it since all was written down.
+    struct Note
+    {
+        std::uint16_t tick; ///< which of the ticks since then; 0 for none
+        std::uint8_t result;
+    };
+
     static void *operator new(std::size_t size, std::size_t nodes)
     {
-        return ::operator new(size + nodes * sizeof(TaskState));
+        return ::operator new(size + nodes * (sizeof(Note) + sizeof(TaskState)), LINE);
     }
-    static void operator delete(void *plan) { ::operator delete(plan); }
-    static void operator delete(void *plan, std::size_t) { ::operator delete(plan); }
+    static void operator delete(void *plan) { ::operator delete(plan, LINE); }
+    static void operator delete(void *plan, std::size_t) { ::operator delete(plan, LINE); }
 
     static void refresh(BTTask &task);
     static void build(BTTask &root);
     void adopt(BTTask &task, TaskState &state);
 
-    /// By step; they stand right behind the plan, so that a tick finds both in one place.
-    TaskState *states() { return reinterpret_cast<TaskState *>(this + 1); }
+    // By step; they stand right behind the plan, so that a tick finds all in two lines of the cache.
+    Note *notes() { return reinterpret_cast<Note *>(this + 1); }
+    TaskState *states() { return reinterpret_cast<TaskState *>(notes() + count); }
     std::uint32_t indexOf(const BTTask &task);
-    StatusCode step(std::uint32_t top);
-    StatusCode takeResult(const TaskStep &step, TaskState &state, std::uint32_t at, StatusCode given);
-    static StatusCode begin(TaskState &state, StatusCode result);
-    static StatusCode advance(const TaskStep &step, TaskState &state, StatusCode atTheEnd);
-    StatusCode runOther(std::uint32_t &at);
+    StatusCode turn();
+    void writeDown();
+    StatusCode call(std::uint32_t at);
+    StatusCode walk(std::uint32_t top);
+    StatusCode climb(std::uint32_t from, std::uint32_t top, StatusCode result);
+    StatusCode takeResult(std::uint32_t at, StatusCode given);
+    StatusCode runOther(std::uint32_t at);
     StatusCode runWithoutChild(std::uint32_t at);
+
+    static constexpr std::align_val_t LINE{64};
 
     int users = 0;   ///< nodes that have their states here
     int running = 0; ///< ticks from outside that are under way
-    bool stale = false;
-    Handle<Entity> creature; ///< that the native leaves are given
     TreeShape::Ptr shape;
-    std::vector<BTTask *> tasks; ///< by step; null for MISSING
+    Handle<Entity> creature; ///< that the native leaves are given
+    std::uint16_t ticks = 0; ///< noted and not written down
+    bool stale = false;
+    std::uint8_t place = TreeTurns::NOWHERE; ///< leaf that is next, if that tells all of where the tree stands
+    std::uint64_t ended = 0;                 ///< steps of a tree with a place that go another way once
+    const std::size_t count;                 ///< of steps
+    std::vector<BTTask *> tasks;             ///< by step; null for MISSING
     Handle<BTTask> root;
 };
 static_assert(alignof(TreePlan) >= alignof(TaskState));

@@ -57,6 +57,7 @@ def depart(level: kaVel.Coordinator | None, levelName: str) -> None:
     if not editor:
         return
     editor.panels.putAway()
+    editor.recording.end()
     editor.aids.letScaleFollow()
     if levelName != editor.level.levelName and not editor.isSaved and not editor.isForsaken:
         try:

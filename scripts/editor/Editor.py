@@ -21,6 +21,7 @@ from editor.Aids import Aids
 from editor.Camera import Camera
 from editor.Inspected import Inspected
 from editor.Playing import Playing
+from editor.Recording import Recording
 from editor.Selection import Selection
 from editor.Snapping import Snapping
 from editor.Tools import Tool, tools
@@ -71,6 +72,7 @@ class Editor:
         self.selection = Selection(self)
         self.snapping = Snapping(self)
         self.playing, self.aids, self.inspected = Playing(self), Aids(self), Inspected(self)
+        self.recording = Recording(self)
         self.commands = Commands.Commands(self)
         self.panels = Panels.Panels(self)
         self.isOpen, self.isForsaken = False, False
@@ -104,6 +106,7 @@ class Editor:
         self.component.active = True
         self.aids.begin()
         self.inspected.begin()
+        self.recording.begin()
         self.panels.open()
         self.selection.refresh()
         self.take(SELECT)
@@ -122,6 +125,7 @@ class Editor:
             view.end()
         self._views.clear()
         self.panels.close()
+        self.recording.end()
         self.inspected.end()
         self.aids.end()
         self.component.active = False
@@ -282,6 +286,7 @@ class Editor:
     def _doFrame(self) -> None:
         if not self.isOpen:
             return
+        self.recording.note()
         Keys.follow()
         self.playing.doFrame()
         for each in (self.tool, *self.shownViews()):

@@ -54,6 +54,7 @@ class Offer:
         self._edits.onChange(self.show)
         self._lines: list[str] = []
         self._told = ''
+        self._isPlaced = False
 
     def attempt(self, function: Callable[[], object]) -> None:
         """Does something with the edits, or tells on the bar and in the log why it is not done."""
@@ -75,7 +76,8 @@ class Offer:
         except Refused as reason:
             self._lines, self._told = [], str(reason)
         isShown = bool(self._lines or self._told) and not _isEdited(self._level)
-        if isShown and not bar.shown:
+        if isShown and not self._isPlaced:
+            self._isPlaced = True
             window = kaVel.getSystem('WindowSystem2')
             bar.setPlace(int(window.width) // 2 - WIDTH // 2, -HEIGHT, WIDTH, HEIGHT)
         bar.shown = isShown

@@ -153,6 +153,49 @@ say('written', lambda: (editor().isSaved, kaVel.getSystem('TweakSystem').makeBar
     assert "place.Chair(root, 'chair', at=(1, 0, 2)" in (world.folder / "scripts/levels/Driven.py").read_text()
 
 
+def test_what_a_button_of_a_script_does_is_undone_too(world):
+    run = drive(world, """
+import random
+
+
+def act():
+    dice = random.Random(3)
+    for number in range(12):
+        thing = named(dice.choice(('chair', 'desk'))).root
+        one = dice.randrange(4)
+        if one == 0:
+            thing.getComponent('transform').position = kaVel.Vec4(dice.random(), 0, dice.random(), 1)
+        elif one == 1:
+            thing.getComponent('transform').orientation = place.turned(dice.randrange(360))
+        elif one == 2:
+            for each in kaVel.descendants(thing):
+                if each.getName() == 'graphics2':
+                    each.castShadows = dice.random() < 0.5
+        else:
+            kaVel.finishLoad(place.Crate(level.getChild('room'), 'made%d' % number, at=(dice.random(), 0, 2)))
+
+
+press('F8')
+then(lambda: None)
+say('tree', tree)
+then(act)
+then(lambda: None)
+say('acted', tree)
+say('history', lambda: len(editor().edits.history()))
+press('Z', 'Ctrl')
+say('tree', tree)
+press('Y', 'Ctrl')
+say('acted', tree)
+press('F8')
+then(act)
+say('history', lambda: len(editor().edits.history()))
+""")
+    before, after = said(run, "tree")
+    acted, again = said(run, "acted")
+    assert before == after and acted == again and acted != before, run.log[-3000:]
+    assert said(run, "history") == ["1", "1"], said(run, "history")
+
+
 def test_what_is_chosen_in_the_catalogue_is_placed_by_clicks(world):
     run = drive(world, """
 press('F8')

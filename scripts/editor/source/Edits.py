@@ -14,7 +14,7 @@ from __future__ import annotations
 
 import contextlib
 import importlib
-from typing import Any, Callable, Iterable
+from typing import Any, Callable, Iterable, Protocol
 
 import kaVel
 from editor.source import Address, Aside, Changes, Files, Literals, Making, Merging, Parameters, Pieces, References
@@ -32,6 +32,13 @@ class Step:
         self.label = label
         self.changes: list[Changes.Change] = []
         self.added = 0
+
+
+class Attendant(Protocol):
+    """Hears what is done to a level past its edits."""
+
+    def hear(self, on: bool) -> None: ...
+    def note(self) -> None: ...
 
 
 class LevelEdits:
@@ -52,6 +59,8 @@ class LevelEdits:
         self._listeners: list[Callable[[], object]] = []
         self._savedAt: Step | None = None
         self._texts: dict[Step | None, dict[str, str]] = {None: {}}  # of files, by the step that they were saved at
+        self._attendant: Attendant | None = None
+        self._attendant: Attendant | None = None
         self.savedProperties: dict[tuple[Address.Address, str], Any] = {}
 
     # What is done
@@ -211,24 +220,47 @@ class LevelEdits:
         if self._open:
             yield  # a step within a step is a part of it
             return
-        self._open = step = Step(label)
-        self._lastNumber.clear()
+        with self._atWork():
+            self._open = step = Step(label)
+            self._lastNumber.clear()
+            try:
+                yield
+            except BaseException:
+                self._open = None
+                self._takeBack(step.changes)
+                self._forget(step)
+                self._tell()
+                raise
+            self._open = None
+            if step.changes:
+                self._lookUpAgain(step.changes)
+                for undone in self._steps[self._done:]:
+                    self._forget(undone)
+                self._steps[self._done:] = [step]
+                self._done += 1
+                self._tell()
+
+    def attend(self, attendant: Attendant | None):
+        """Has somebody hear what is done past the edits: he is asked for it before each, and hears nothing of them."""
+        self._attendant = attendant
+
+    @contextlib.contextmanager
+    def _atWork(self):
+        attendant, self._attendant = self._attendant, None
+        if attendant:
+            attendant.hear(False)
+            attendant.note()
         try:
             yield
-        except BaseException:
-            self._open = None
-            self._takeBack(step.changes)
-            self._forget(step)
-            self._tell()
-            raise
-        self._open = None
-        if step.changes:
-            self._lookUpAgain(step.changes)
-            for undone in self._steps[self._done:]:
-                self._forget(undone)
-            self._steps[self._done:] = [step]
-            self._done += 1
-            self._tell()
+        finally:
+            self._attendant = attendant
+            if attendant:
+                attendant.hear(True)
+
+    def done(self, change: Changes.Change):
+        """Makes a change that was done by somebody else a part of the step that is under way."""
+        assert self._open
+        self._open.changes.append(change)
 
     def _do(self, label: str, change: Changes.Change):
         with self.step(label):
@@ -249,23 +281,29 @@ class LevelEdits:
 
     def undo(self) -> str:
         """Takes the last step back and says what it was; '' where there is none. Refused changes nothing."""
-        if not self._done or self._open:
+        if self._open:
             return ''
-        step = self._steps[self._done - 1]
-        self._through(list(reversed(step.changes)), 'undo', 'do')
-        self._done -= 1
-        self._tell()
-        return step.label
+        with self._atWork():
+            if not self._done:
+                return ''
+            step = self._steps[self._done - 1]
+            self._through(list(reversed(step.changes)), 'undo', 'do')
+            self._done -= 1
+            self._tell()
+            return step.label
 
     def redo(self) -> str:
         """Does again what was undone last and says what it was; '' where there is nothing."""
-        if self._done == len(self._steps) or self._open:
+        if self._open:
             return ''
-        step = self._steps[self._done]
-        self._through(step.changes, 'do', 'undo')
-        self._done += 1
-        self._tell()
-        return step.label
+        with self._atWork():
+            if self._done == len(self._steps):
+                return ''
+            step = self._steps[self._done]
+            self._through(step.changes, 'do', 'undo')
+            self._done += 1
+            self._tell()
+            return step.label
 
     def _through(self, changes: list[Changes.Change], way: str, back: str):
         """Does or undoes changes; where one is refused, those before it are turned back."""

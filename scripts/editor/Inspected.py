@@ -34,6 +34,7 @@ class Inspected:
     def _edited(self, thing: Any, name: str, before: Any, after: Any) -> None:
         """Notes an edit that a bar has made already; what is not of this level, as a system, is nobody's source."""
         if thing and thing.getAncestorOfType(kaVel.Reflection.Coordinator) == self.editor.level:
+            self.editor.recording.leave(thing, name)
             self.editor.attempt(lambda: note(self.editor.level, thing, name, before, after))
 
 

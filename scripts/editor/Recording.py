@@ -67,7 +67,12 @@ class Recording:
         if not level or level.loopState != kaVel.Coordinator.LoopControlState.LOOP_STOP:
             return False
         map = handle.getAncestorOfType(kaVel.Reflection.MapRootEntity) if handle else None
-        return bool(map) and map.parent == level
+        # What has a dot before its name, as the ghost of what is placed next, is the editor's own.
+        return bool(map) and map.parent == level and '/.' not in kaVel.pathOf(handle)
+
+    def leave(self, thing: Any, name: str) -> None:
+        """Forgets that a property was set: somebody else notes it."""
+        self._before.pop((thing, name), None)
 
     # What is asked of whoever amends the calls of patterns
 

@@ -112,10 +112,13 @@ def _dropOldest(pieces: LevelPieces):
 def findTouches(pieces: LevelPieces, kept: Kept):
     """Finds what the level had done to pieces that were taken out of it, before they are lost."""
     parents: dict[Piece | None, Any] = {}
+    standing: Any = None
     for row in kept.rows:
         if row.piece.removed and row.root:
             above = parents.get(row.above, row.above.root if row.above else pieces.level)
             parent = Address.follow(above, row.steps) if above else None
             if parent:
-                Touches.find(row.piece, row.root, parent)
+                # What hung below another one is compared beside it: only what the first one hung below is in the level.
+                standing = standing or parent
+                Touches.find(row.piece, row.root, standing)
             parents[row.piece] = row.root

@@ -57,8 +57,10 @@ TABLE: dict[str, tuple[str, Callable[[Editor], object]]] = {
     'Escape': ('leave the tool', lambda editor: editor.commands.leaveTool()),
 }
 
-#: What the line of help has room for.
-SHOWN = ('Ctrl+Z', 'Ctrl+Y', 'Ctrl+S', 'Ctrl+D', 'Delete', 'F', 'H', 'L', 'I', 'P', 'Escape')
+#: What the mouse does besides, by what is held or turned.
+MOUSE = {'Right button': 'look around', 'Right button, W A S D E Q': 'fly; Shift faster, Ctrl slower',
+         'Right button, wheel': 'faster or slower', 'Wheel': 'nearer or away', 'Middle button': 'shift the view',
+         'Alt, left button': 'go round what is selected'}
 
 
 def named(code: int) -> str:
@@ -108,6 +110,8 @@ def do(editor: Editor, pressed: str) -> bool:
     return bool(tool)
 
 
-def help() -> str:
-    """The line of help: what the most used keys do."""
-    return '   '.join('%s %s' % (key, TABLE[key][0]) for key in SHOWN)
+def help() -> list[str]:
+    """What keys and mouse do, a line each: tools, the editor's own, the camera's."""
+    taken = {each.key: each.name for each in tools.all() if each.key}
+    told = {**taken, **{key: words for key, (words, _) in TABLE.items()}, **MOUSE}
+    return ['%s:  %s' % each for each in told.items()]

@@ -219,6 +219,138 @@ say('pasted', lambda: [each.name for each in editor().selected()])
     assert said(run, "pasted") == ["['barrel3', 'barrel4']"]
 
 
+def test_things_are_grouped_hung_dropped_locked_and_hidden_by_keys(world):
+    run = drive(world, """
+press('F8')
+then(look)
+then(lambda: editor().select([named('desk'), named('chair')]))
+press('G', 'Ctrl')
+press('Escape')
+click((0, 0.75, 1))
+say('group', lambda: [each.name for each in editor().selected()])
+press('G', 'Ctrl', 'Shift')
+then(lambda: editor().select([named('chair'), named('desk')]))
+press('P', 'Ctrl')
+say('above', lambda: named('chair').above.name)
+then(lambda: editor().select([named('chair')]))
+press('P', 'Ctrl', 'Shift')
+say('above', lambda: named('chair').above)
+press('Page up')
+press('Page up')
+say('height', lambda: named('chair').arguments['at'][1])
+press('End')
+say('height', lambda: round(named('chair').arguments['at'][1], 2))
+then(lambda: editor().select([named('desk')]))
+press('L')
+press('Escape')
+click((0, 0.75, 1))
+say('locked', lambda: [each.name for each in editor().selected()])
+press('L', 'Alt')
+click((0, 0.75, 1))
+press('H')
+then(lambda: None)
+click((0, 0.75, 1))
+say('hidden', lambda: ('desk' in [each.name for each in editor().selected()], named('desk').hidden))
+press('H', 'Alt')
+say('shown', lambda: named('desk').hidden)
+""", 220)
+    assert said(run, "group") == ["['desk', 'chair']"], run.log[-3000:]
+    assert said(run, "above") == ["desk", "None"]
+    assert said(run, "height") == ["0.5", "0"], said(run, "height")
+    assert said(run, "locked") == ["[]"] and said(run, "hidden") == ["(False, True)"]
+    assert said(run, "shown") == ["False"]
+
+
+def test_a_box_a_name_and_a_row_of_the_outliner_select_and_copies_stand_in_a_row(world):
+    run = drive(world, """
+press('F8')
+then(look)
+drag((-0.9, 0, 0.2), (2.6, 0, 2.2))
+say('box', lambda: sorted(each.name for each in editor().selected() if each.name != 'boards'))
+say('found', lambda: (editor().commands.selectByName('ROOM/ch'), [each.name for each in editor().selected()]))
+
+
+def outliner():
+    return next(each for each in editor().panels.all if each.name == 'Outliner')
+
+
+def rows():
+    return [outliner()._row(number) for number in range(len(outliner()._rows))]
+
+
+def clickRow(text):
+    outliner()._clicked(next(number for number, row in enumerate(rows()) if text in row))
+
+
+say('row', lambda: [row for row in rows() if 'boards' in row])
+then(lambda: clickRow('boards x 16'))
+say('row', lambda: (len([row for row in rows() if 'boards' in row]), len(editor().selected())))
+then(lambda: clickRow('boards x 16'))
+say('row', lambda: [row for row in rows() if 'boards' in row])
+then(lambda: editor().select([named('chair')]))
+then(lambda: editor().commands.array(2, (0.5, 0, 0), 30))
+say('array', lambda: [(each.arguments['at'], each.arguments['turn']) for each in editor().selected()])
+""", 160)
+    assert said(run, "box") == ["['chair', 'desk']"], said(run, "box")
+    assert said(run, "found") == ["(1, ['chair'])"]
+    assert said(run, "row") == ["['\\t+ boards x 16']", "(17, 16)", "['\\t* + boards x 16']"], said(run, "row")
+    assert said(run, "array") == ["[((2.5, 0, 1), 120), ((3, 0, 1), 150)]"], said(run, "array")
+
+
+def test_a_stopped_level_goes_a_frame_or_slowly_and_what_is_dragged_snaps(world):
+    run = drive(world, """
+was = [0]
+
+
+def clock():
+    return level.getTimerHandle('master').value
+
+
+def passed(what):
+    then(lambda: was.__setitem__(0, clock()))
+    steps.extend([lambda: None] * 4)
+    say(what, lambda: clock() - was[0])
+
+
+passed('runs')
+press('F8')
+passed('stands')
+then(lambda: was.__setitem__(0, clock()))
+press('Period')
+steps.extend([lambda: None] * 4)
+say('a frame', lambda: clock() - was[0])
+then(lambda: editor().playing.setSpeed(0.25))
+press('Space')
+passed('slow')
+press('Space')
+passed('stands again')
+then(lambda: editor().playing.setSpeed(1))
+then(look)
+then(lambda: editor().select([named('chair')]))
+press('W')
+then(lambda: None)
+
+
+def snap(grid, neighbours):
+    then(lambda: [editor().snapping.set(name, on) for name, on in (
+        ('snapToGrid', grid), ('snapToNeighbours', neighbours), ('snapToSurfaces', False))])
+
+
+snap(False, False)
+drag((2.5, 0, 1), (3.31, 0, 1))
+say('free', lambda: named('chair').arguments['at'][0])
+press('Z', 'Ctrl')
+snap(True, False)
+drag((2.5, 0, 1), (3.31, 0, 1))
+say('grid', lambda: named('chair').arguments['at'][0])
+""", 260)
+    ran, frame, slow = (int(said(run, each)[0]) for each in ("runs", "a frame", "slow"))
+    assert ran > 0 and said(run, "stands") == ["0"] == said(run, "stands again"), run.log[-3000:]
+    assert 0 < frame < ran / 2 and abs(slow - ran / 4) < ran / 10, (ran, frame, slow)
+    free, grid = float(said(run, "free")[0]), float(said(run, "grid")[0])
+    assert free % 0.25 > 0.01 and grid % 0.25 == 0 and abs(free - grid) <= 0.25, (free, grid)
+
+
 def test_what_cannot_be_done_costs_a_line_of_message(world):
     run = drive(world, """
 press('F8')

@@ -57,17 +57,20 @@ protected:
     }
     void move(int x, int y)
     {
-        send(WM_MOUSEMOVE, 0, MAKELPARAM(x, y));
+        pointer = MAKELPARAM(x, y);
+        send(WM_MOUSEMOVE, 0, pointer);
         frames(2);
     }
+    void press() { send(WM_LBUTTONDOWN, 0, pointer); }
+    void letGo() { send(WM_LBUTTONUP, 0, pointer); }
     /// Presses at one place and lets go at another.
     void drag(int x, int y, int dx)
     {
         move(x, y);
-        send(WM_LBUTTONDOWN);
+        press();
         frames(1);
         move(x + dx, y);
-        send(WM_LBUTTONUP);
+        letGo();
         frames(1);
     }
     void click(int x, int y) { drag(x, y, 0); }
@@ -93,6 +96,7 @@ protected:
 
     TestLevel level;
     Handle<Probe> thing;
+    LPARAM pointer = 0;
 };
 } // namespace
 
@@ -152,6 +156,16 @@ TEST_F(TweakBars, AnEditThatFailsIsToldAndAScriptedChangeShows)
     frames(1);
     EXPECT_EQ(2u, countLogLines("is no range of 'limit'"));
     EXPECT_EQ(9, line("limit").max) << "the range it had";
+}
+
+TEST_F(TweakBars, AClickBetweenTwoFramesCountsAtThePlaceThatItTells)
+{
+    send(WM_MOUSEMOVE, 0, MAKELPARAM(1, 1)); // the last motion that came
+    pointer = MAKELPARAM(line("awake").place.left + 6, control("awake").y);
+    press();
+    letGo();
+    frames(3);
+    EXPECT_TRUE(stalker().awake);
 }
 
 TEST_F(TweakBars, OnlyABarKeepsInputFromTheGame)

@@ -9,15 +9,15 @@ from editor.Pictures import Pictures
 from editor.panels.Panel import BOTTOM, LEFT, RIGHT, Panel
 
 EVERY = 'all kinds'
-#: Of the bar, pixels.
-HEIGHT = 236
+#: Of the bar.
+HEIGHT = 170
 
 
 class CatalogueBar(Panel):
-    """Patterns of a kind, or all; the bar's own search finds them by name and sentence."""
+    """Patterns of a kind, or all, in one row; the bar's own search finds them by name."""
 
     name = 'Catalogue'
-    isAlways = False
+    isAlways, isFrame = False, True
 
     def __init__(self, editor: Any):
         super().__init__(editor)
@@ -31,6 +31,7 @@ class CatalogueBar(Panel):
     def fill(self) -> None:
         self.choice('Kind', [EVERY, *Catalogue.kinds()], lambda: self._kind, self._choose)
         self._entries = Catalogue.matching('', '' if self._kind == EVERY else self._kind)
+        self.bar.sameLine()
         self.bar.addPictures('patterns', lambda: len(self._entries), self._picture, self._clicked)
 
     def doFrame(self) -> None:

@@ -4,14 +4,15 @@ from __future__ import annotations
 
 from editor.panels.Panel import BOTTOM, RIGHT, Panel
 
-#: Of the bar, pixels.
-HEIGHT = 140
+#: Of the bar.
+HEIGHT = 200
 
 
 class History(Panel):
     """Oldest step first; the last one that is done is marked."""
 
     name = 'History'
+    isAlways = False
 
     def placeIn(self, width: int, height: int):
         return width - RIGHT, height - BOTTOM - HEIGHT, RIGHT, HEIGHT

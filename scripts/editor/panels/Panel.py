@@ -9,11 +9,12 @@ import kaVel
 if TYPE_CHECKING:
     from editor.Editor import Editor
 
-#: Left, top, width and height, pixels of the window.
+#: Left, top, width and height, in steps of which LETTERS are as many as the letters are high.
 Rectangle = tuple[int, int, int, int]
+LETTERS = 15
 
-#: How much of the window the bars take that are always there, pixels.
-TOP, BOTTOM, LEFT, RIGHT = 96, 86, 256, 284
+#: How much of the window the bars take that are always there, in those steps.
+TOP, BOTTOM, LEFT, RIGHT = 60, 54, 232, 268
 
 
 class Panel:
@@ -23,6 +24,8 @@ class Panel:
     help = ''
     #: Whether it comes up with the editor, or when it is asked for.
     isAlways = True
+    #: Whether it belongs to the frame about the world: without a title, and fixed.
+    isFrame = False
 
     def __init__(self, editor: Editor):
         self.editor = editor
@@ -41,14 +44,20 @@ class Panel:
         """Puts the bar onto the screen, in its place."""
         if not self.bar:
             self.bar = kaVel.getSystem('TweakSystem').makeBar('Editor ' + self.name)  # one for all levels
-        kaVel.configure(self.bar, label=self.name, help=self.help, always=True, shown=True)
+        kaVel.configure(self.bar, label=self.name, help=self.help, always=True, shown=True, plain=self.isFrame)
         self.put()
         self.refresh()
 
     def put(self) -> None:
         """Puts the bar where it belongs in the present window."""
-        window = kaVel.getSystem('WindowSystem2')
-        self.bar.setPlace(*self.placeIn(int(window.width), int(window.height)))
+        window, step = kaVel.getSystem('WindowSystem2'), kaVel.getSystem('TweakSystem').letters / LETTERS
+        place = self.placeIn(int(window.width / step), int(window.height / step))
+        self.bar.setPlace(*(round(each * step) for each in place))
+
+    def putIfShown(self) -> None:
+        """Puts the bar where it belongs, if it is on the screen."""
+        if self.isShown:
+            self.put()
 
     def hide(self) -> None:
         """Takes the bar off the screen."""

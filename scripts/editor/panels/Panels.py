@@ -7,6 +7,7 @@ from typing import TYPE_CHECKING, Callable
 import kaVel
 from editor.panels.CatalogueBar import CatalogueBar
 from editor.panels.History import History
+from editor.panels.KeysBar import KeysBar
 from editor.panels.Levels import Levels
 from editor.panels.Outliner import Outliner
 from editor.panels.Panel import Panel
@@ -28,9 +29,11 @@ class Panels:
         self._editor = editor
         self.toolbar, self.status, self.catalogue = Toolbar(editor), Status(editor), CatalogueBar(editor)
         self.saving, self.leaving, self.levels = Saving(editor), Leaving(editor), Levels(editor)
-        self.views = ViewsBar(editor)
-        self.all: list[Panel] = [self.toolbar, Outliner(editor), self.catalogue, ToolControls(editor), PieceBar(editor),
-                                 History(editor), self.views, self.status, self.saving, self.leaving, self.levels]
+        self.views, self.keys = ViewsBar(editor), KeysBar(editor)
+        self.toolControls, self.piece, self.history = ToolControls(editor), PieceBar(editor), History(editor)
+        self.all: list[Panel] = [self.toolbar, Outliner(editor), self.catalogue, self.toolControls, self.piece,
+                                 self.history, self.views, self.keys, self.status, self.saving, self.leaving,
+                                 self.levels]
         self._size = (0, 0)
         self._away: list[Panel] = []
 
@@ -39,6 +42,7 @@ class Panels:
         for panel in self.all:
             if panel.isAlways:
                 self._editor.attempt(panel.show)
+        self.piece.follow()
 
     def close(self) -> None:
         """Takes all off the screen."""
@@ -54,11 +58,13 @@ class Panels:
 
     def selected(self) -> None:
         """Something else is selected."""
+        self.piece.follow()
         for panel in self._shown():
             panel.selected()
 
     def edited(self) -> None:
         """Something was edited, undone or redone."""
+        self.piece.follow()
         for panel in self._shown():
             panel.edited()
 
@@ -67,8 +73,14 @@ class Panels:
         for panel in self._shown():
             panel.toolTaken()
 
+    def switchHistory(self) -> None:
+        """Shows what was done, for which the bar of the piece makes room, or takes it off the screen."""
+        self.history.switch()
+        self.piece.putIfShown()
+
     def viewsChanged(self) -> None:
         """Another view was switched."""
+        self.views.putIfShown()
         self.views.refresh()
 
     def doFrame(self) -> None:

@@ -10,7 +10,6 @@ import kaVel
 from editor import Commands, Places
 from editor.panels.History import HEIGHT as HISTORY
 from editor.panels.Panel import BOTTOM, RIGHT, TOP, Panel
-from editor.panels.ToolControls import HEIGHT as TOOL
 from editor.source.Parameters import Parameter, parametersOf
 from editor.source.Pieces import Piece
 from editor.source.Refused import Refused
@@ -24,6 +23,7 @@ class PieceBar(Panel):
     """Of one piece all that its pattern takes, of several their common place."""
 
     name = 'Piece'
+    isAlways = False
 
     def __init__(self, editor: Any):
         super().__init__(editor)
@@ -33,13 +33,12 @@ class PieceBar(Panel):
         self._rested = 0
 
     def placeIn(self, width: int, height: int):
-        return width - RIGHT, TOP + TOOL, RIGHT, max(height - TOP - TOOL - BOTTOM - HISTORY, 60)
+        panels = self.editor.panels
+        top = TOP + panels.toolControls.height
+        return width - RIGHT, top, RIGHT, max(height - top - BOTTOM - (HISTORY if panels.history.isShown else 0), 60)
 
     def fill(self) -> None:
         pieces = self.editor.selected()
-        if not pieces:
-            self.bar.label = 'Nothing selected'
-            return
         if len(pieces) == 1:
             self._one(pieces[0])
         else:
@@ -53,6 +52,17 @@ class PieceBar(Panel):
     def selected(self) -> None:
         self._give()
         self.refresh()
+
+    def toolTaken(self) -> None:
+        self.putIfShown()
+
+    def follow(self) -> None:
+        """Is on the screen while something is selected."""
+        isWanted = bool(self.editor.selected())
+        if isWanted and not self.isShown:
+            self.show()
+        elif self.isShown and not isWanted:
+            self.hide()
 
     def doFrame(self) -> None:
         self._rested += 1

@@ -1,15 +1,15 @@
-"""The bar along the bottom: what was refused or done last, what the tool in hand does, and the keys."""
+"""The bar along the bottom: what was refused or done last, and what the tool in hand does."""
 
 from __future__ import annotations
 
-from editor import Keys
 from editor.panels.Panel import BOTTOM, Panel
 
 
 class Status(Panel):
-    """Three lines."""
+    """Two lines."""
 
     name = 'Help'
+    isFrame = True
 
     def placeIn(self, width: int, height: int):
         return 0, height - BOTTOM, width, BOTTOM
@@ -17,7 +17,6 @@ class Status(Panel):
     def fill(self) -> None:
         self.bar.addText('message', '', self._message)
         self.bar.addText('tool', '', lambda: self._tool())
-        self.bar.addText('keys', '', lambda: Keys.help())
 
     def _message(self) -> str:
         return self.editor.messages[-1] if self.editor.messages else ''

@@ -3,10 +3,11 @@
 from __future__ import annotations
 
 from editor import Snapping
+from editor.Tools import Tool
 from editor.panels.Panel import RIGHT, TOP, Panel
 
-#: Of the bar, pixels.
-HEIGHT = 196
+#: Of the bar, for tools that nothing can be set of and for others.
+BARE, WITH_CONTROLS = 204, 304
 
 
 class ToolControls(Panel):
@@ -15,7 +16,13 @@ class ToolControls(Panel):
     name = 'Tool'
 
     def placeIn(self, width: int, height: int):
-        return width - RIGHT, TOP, RIGHT, HEIGHT
+        return width - RIGHT, TOP, RIGHT, self.height
+
+    @property
+    def height(self) -> int:
+        """Of the bar, for the tool in hand."""
+        tool = self.editor.tool
+        return WITH_CONTROLS if tool and type(tool).controls is not Tool.controls else BARE
 
     def fill(self) -> None:
         tool, snapping = self.editor.tool, self.editor.snapping
@@ -37,4 +44,5 @@ class ToolControls(Panel):
         self.bar.group('')
 
     def toolTaken(self) -> None:
+        self.put()
         self.refresh()

@@ -8,9 +8,10 @@ from editor.panels.Panel import TOP, Panel
 
 
 class Toolbar(Panel):
-    """A row of tools, a row for the level and its files, a row for playing."""
+    """A row of tools and of playing, and a row for the level, its files and the view; more in a narrow window."""
 
     name = 'Editor'
+    isFrame = True
 
     def placeIn(self, width: int, height: int):
         return 0, 0, width, TOP
@@ -20,6 +21,7 @@ class Toolbar(Panel):
         for number, tool in enumerate(tools.all()):
             tip = '%s%s' % (tool.help, ' (%s)' % tool.key if tool.key else '')
             self.button(tool.name, lambda name=tool.name: editor.take(name), tip, beside=number > 0)
+        self._playing()
         self.button('Undo', commands.undo, 'Ctrl+Z', beside=False)
         self.button('Redo', commands.redo, 'Ctrl+Y')
         self.button('Save', editor.panels.askToSave, 'Shows what it would write (Ctrl+S)')
@@ -31,32 +33,39 @@ class Toolbar(Panel):
         self.button('Group', commands.group, 'Ctrl+G')
         self.button('Ungroup', commands.ungroup, 'Ctrl+Shift+G')
         self.button('Drop', commands.drop, 'Onto what lies below (End)')
-        self._playing()
+        self.button('History', editor.panels.switchHistory, 'What was done, to go back to')
+        self._looking()
+        self.button('Keys', editor.panels.keys.switch, 'What each key does')
         self.toolTaken()
 
     def _playing(self) -> None:
-        editor, playing = self.editor, self.editor.playing
-        self.button('Stop', playing.stop, 'Has the level stand still (Space)', beside=False)
+        playing = self.editor.playing
+        self.button('Stop', playing.stop, 'Has the level stand still (Space)')
         self.button('Go on', playing.goOn, 'Has the level go on behind the bars (Space)')
         self.button('Step', playing.step, 'Runs one frame (Period)')
         for speed in Playing.SPEEDS:
             self.button('%g' % speed, lambda speed=speed: playing.setSpeed(speed), 'Speed of the level')
+        self.button('Play on', playing.playOn, 'Closes the editor: you stand where you stood (F8)')
+        self.button('Play from here', playing.playFromHere, 'Closes the editor: you stand here (P)')
+
+    def _looking(self) -> None:
+        editor = self.editor
         self.button('Fly', lambda: editor.camera.setMode('fly'), 'The camera flies: right button and W A S D')
         self.button('Walk', lambda: editor.camera.setMode('walk'), 'The camera keeps to the height of the eye')
         self.button('Light', editor.aids.switchLight, 'To work by, which the level does not have (I)')
         self.button('Grid', editor.aids.switchGrid, 'Metres on the ground')
-        self.button('Play on', playing.playOn, 'Closes the editor: you stand where you stood (F8)')
-        self.button('Play from here', playing.playFromHere, 'Closes the editor: you stand here (P)')
 
     def toolTaken(self) -> None:
         for tool in tools.all():
             self.bar.setMarked(tool.name, bool(self.editor.tool) and self.editor.tool.name == tool.name)
 
     def doFrame(self) -> None:
-        playing = self.editor.playing
+        playing, panels = self.editor.playing, self.editor.panels
         marks = {'Stop': not playing.runs, 'Go on': playing.runs, 'Walk': self.editor.camera.mode == 'walk',
                  'Fly': self.editor.camera.mode == 'fly', 'Save': not self.editor.isSaved,
-                 'Light': self.editor.aids.light, 'Grid': self.editor.aids.grid}
+                 'Light': self.editor.aids.light, 'Grid': self.editor.aids.grid,
+                 'Catalogue': panels.catalogue.isShown, 'Views': panels.views.isShown,
+                 'History': panels.history.isShown, 'Keys': panels.keys.isShown}
         marks.update({'%g' % speed: playing.speed == speed for speed in Playing.SPEEDS})
         if marks != getattr(self, '_marks', None):
             self._marks = marks

@@ -5,6 +5,9 @@ from __future__ import annotations
 from editor.Views import views
 from editor.panels.Panel import BOTTOM, LEFT, TOP, Panel
 
+#: Room for what can be set of a view, or read, lines.
+LINES = 11
+
 
 class ViewsBar(Panel):
     """Comes up when it is asked for."""
@@ -13,7 +16,8 @@ class ViewsBar(Panel):
     isAlways = False
 
     def placeIn(self, width: int, height: int):
-        return LEFT + 10, TOP + 10, 340, max(height - TOP - BOTTOM - 30, 120)
+        lines = len(views.all()) + LINES * len(self.editor.shownViews())
+        return LEFT, TOP, 300, min(40 + 21 * lines, height - TOP - BOTTOM)
 
     def fill(self) -> None:
         shown = {view.name: view for view in self.editor.shownViews()}

@@ -92,8 +92,7 @@ class Shown(View):
         for number, (_, color, words) in enumerate(self.scale):
             row = '%s scale %d' % (self.name, number)
             short, _, more = words.partition(': ')
-            bar.addColor(row, short, lambda color=color: kaVel.Vec4(*color, 1), lambda value: None)
-            bar.setEnabled(row, False)
+            bar.addColor(row, short, lambda color=color: kaVel.Vec4(*color, 1), None)
             bar.setTip(row, more or words)
         bar.group('')
 

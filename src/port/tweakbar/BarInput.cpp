@@ -59,11 +59,14 @@ int signedHigh(LPARAM value)
 
 bool BarInput::event(UINT msg, WPARAM wParam, LPARAM lParam)
 {
+    if (msg >= WM_MOUSEMOVE && msg < WM_MOUSEWHEEL) // a press tells its place, too: the motion there may not have come
+    {
+        mouseX = signedLow(lParam);
+        mouseY = signedHigh(lParam);
+    }
     switch (msg)
     {
     case WM_MOUSEMOVE:
-        mouseX = signedLow(lParam);
-        mouseY = signedHigh(lParam);
         return wantsMouse();
     case WM_LBUTTONDOWN:
     case WM_LBUTTONUP:

@@ -203,7 +203,8 @@ bool standsInTable(const Lines &lines, std::size_t index, std::size_t last)
 {
     const TweakVar &var = *lines[index];
     const bool isValue = var.kind == TweakVar::VALUE || var.kind == TweakVar::LINK;
-    return isValue && !var.label.empty() && !var.sameLine && endOfRow(lines, index, last) == index + 1;
+    const bool isFollowed = index + 1 < last && lines[index + 1]->sameLine;
+    return isValue && !var.label.empty() && !var.sameLine && !isFollowed;
 }
 
 /// Lays lines of two columns out, from `first` on; gives the first that does not stand among them.
@@ -225,15 +226,25 @@ std::size_t layOutTable(TwBar &bar, std::size_t first, std::size_t last)
     return end;
 }
 
+/// Whether a button has no room beside the control that was laid out last.
+bool needsRowOfItsOwn(const TweakVar &var)
+{
+    const ImGuiStyle &style = ImGui::GetStyle();
+    const float width = ImGui::CalcTextSize(var.label.c_str()).x + 2.0f * style.FramePadding.x;
+    const float edge = ImGui::GetWindowPos().x + ImGui::GetWindowContentRegionMax().x;
+    return var.kind == TweakVar::BUTTON && ImGui::GetItemRectMax().x + style.ItemSpacing.x + width > edge;
+}
+
 std::size_t layOutRow(TwBar &bar, std::size_t first, std::size_t last)
 {
     const std::size_t end = endOfRow(bar.vars, first, last);
+    const bool isAlone = end == first + 1 && (end == last || !bar.vars[end]->sameLine);
     const unsigned version = bar.version;
     for (std::size_t i = first; i < end && bar.version == version; ++i)
     {
-        if (i > first)
+        if (i > first && !needsRowOfItsOwn(*bar.vars[i]))
             ImGui::SameLine();
-        layOutInRow(*bar.vars[i], end == first + 1);
+        layOutInRow(*bar.vars[i], isAlone);
     }
     return end;
 }
@@ -329,7 +340,9 @@ TweakPlace layOutBar(TwBar &bar, const std::vector<TweakPlace> &others, BarPictu
     const std::string title = bar.label + "###" + bar.name;
     if (std::exchange(bar.front, false))
         ImGui::SetNextWindowFocus();
-    if (ImGui::Begin(title.c_str(), &bar.visible))
+    constexpr ImGuiWindowFlags plain =
+        ImGuiWindowFlags_NoTitleBar | ImGuiWindowFlags_NoResize | ImGuiWindowFlags_NoMove | ImGuiWindowFlags_NoCollapse;
+    if (ImGui::Begin(title.c_str(), &bar.visible, bar.plain ? plain : ImGuiWindowFlags_None))
     {
         if (!bar.help.empty())
         {

@@ -65,6 +65,8 @@ int setBarParam(TwBar &bar, const Param &param)
         bar.front = *param.ints() != 0;
     else if (param.isInts("always", 1))
         bar.always = *param.ints() != 0;
+    else if (param.isInts("plain", 1))
+        bar.plain = *param.ints() != 0;
     else
         return fail("a bar has no such parameter: " + std::string(param.name));
     return 1;

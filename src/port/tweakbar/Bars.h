@@ -96,6 +96,7 @@ public:
     bool visible = true;
     bool always = false;  ///< drawn even where only such bars are
     bool front = false;   ///< comes before the others when it is next drawn
+    bool plain = false;   ///< has no title, and the user cannot move it
     bool deleted = false; ///< goes when nobody draws any more
     int width = 0;        ///< pixels; 0: the backend chooses
     int height = 0;

@@ -97,10 +97,10 @@ void drawPicture(TweakVar &var, unsigned index, float edge, BarPictures &picture
         var.pictures.click(index, var.clientData);
 }
 
-void drawPictures(TweakVar &var, BarPictures &pictures)
+void drawPictures(TweakVar &var, float edge, BarPictures &pictures)
 {
     const std::vector<unsigned> found = foundPictures(var);
-    const float edge = ImGui::GetFontSize() * 7.0f, gap = ImGui::GetStyle().ItemSpacing.x;
+    const float gap = ImGui::GetStyle().ItemSpacing.x;
     const auto columns = static_cast<int>(std::max(1.0f, (ImGui::GetContentRegionAvail().x + gap) / (edge + gap)));
     const auto count = static_cast<int>(found.size());
     ImGuiListClipper clipper;
@@ -117,6 +117,35 @@ void drawPictures(TweakVar &var, BarPictures &pictures)
             drawPicture(var, found[static_cast<std::size_t>(i)], edge, pictures);
             ImGui::PopID();
         }
+    }
+}
+
+/// The height of a frame about one row of pictures of this size.
+float heightOfStrip(float edge)
+{
+    const ImGuiStyle &style = ImGui::GetStyle();
+    return edge + ImGui::GetTextLineHeight() + 2.0f * style.WindowPadding.y + style.ScrollbarSize;
+}
+
+/// One row, which the wheel moves sideways.
+void drawStrip(TweakVar &var, float edge, BarPictures &pictures)
+{
+    const std::vector<unsigned> found = foundPictures(var);
+    const float step = edge + ImGui::GetStyle().ItemSpacing.x;
+    if (ImGui::IsWindowHovered() && ImGui::GetIO().MouseWheel != 0.0f)
+        ImGui::SetScrollX(
+            std::clamp(ImGui::GetScrollX() - ImGui::GetIO().MouseWheel * step, 0.0f, ImGui::GetScrollMaxX()));
+    const auto count = static_cast<int>(found.size());
+    const int first = std::clamp(static_cast<int>(ImGui::GetScrollX() / step), 0, count);
+    const int end = std::min(first + static_cast<int>(ImGui::GetWindowWidth() / step) + 2, count);
+    const ImVec2 begin = ImGui::GetCursorPos();
+    ImGui::Dummy(ImVec2(step * static_cast<float>(count), edge)); // the room to move through
+    for (int i = first; i < end && !var.removed; ++i)
+    {
+        ImGui::SetCursorPos(ImVec2(begin.x + step * static_cast<float>(i), begin.y));
+        ImGui::PushID(i);
+        drawPicture(var, found[static_cast<std::size_t>(i)], edge, pictures);
+        ImGui::PopID();
     }
 }
 
@@ -188,16 +217,27 @@ void layOutList(TweakVar &var, float height)
 
 void layOutPictures(TweakVar &var, float height, BarPictures &pictures)
 {
-    ImGui::BeginGroup();
     ImGui::PushID(var.name.c_str());
+    if (var.sameLine)
+        ImGui::SameLine();
     ImGui::SetNextItemWidth(-1.0f);
     ImGui::InputTextWithHint("##search", "search", &var.typed);
-    const float used = ImGui::GetFrameHeightWithSpacing();
-    if (ImGui::BeginChild("pictures", ImVec2(0, std::max(height - used, used)), true))
-        drawPictures(var, pictures);
+    const float used = var.sameLine ? 0.0f : ImGui::GetFrameHeightWithSpacing();
+    const float room = std::max(height - used, ImGui::GetFrameHeightWithSpacing());
+    const float edge = ImGui::GetFontSize() * 7.0f, smallest = ImGui::GetFontSize() * 4.0f;
+    // Where there is no room for two rows, one is enough.
+    const bool isStrip = room < 2.0f * heightOfStrip(smallest);
+    const ImGuiWindowFlags flags =
+        isStrip ? ImGuiWindowFlags_HorizontalScrollbar | ImGuiWindowFlags_NoScrollWithMouse : ImGuiWindowFlags_None;
+    if (ImGui::BeginChild("pictures", ImVec2(0, room), true, flags))
+    {
+        if (isStrip)
+            drawStrip(var, std::clamp(edge + room - heightOfStrip(edge), smallest, edge), pictures);
+        else
+            drawPictures(var, edge, pictures);
+    }
     ImGui::EndChild();
     ImGui::PopID();
-    ImGui::EndGroup();
 }
 
 void layOutGraph(TweakVar &var)

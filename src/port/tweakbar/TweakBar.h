@@ -150,8 +150,8 @@ int TwSetGraphHeldCB(TwBar *bar, const char *name, TwGraphHeldCallback held);
 ///
 /// Of both: label; help, which a bar shows below its title and a variable beside the mouse. Of a bar: visible (int),
 /// size (2 ints, pixels), place (4 ints: left, top, width, height; a negative left or top counts from the right or lower
-/// edge), always (int: drawn even where only such bars are, see showTweakBars), front (int: comes up before the others). Of a variable: group (heading it stands
-/// under), error (shown below it; empty for none), min, max and step (doubles), enabled, marked, sameline (stands beside
+/// edge), always (int: drawn even where only such bars are, see showTweakBars), front (int: comes up before the others),
+/// plain (int: without a title, and fixed where it was put). Of a variable: group (heading it stands under), error (shown below it; empty for none), min, max and step (doubles), enabled, marked, sameline (stands beside
 /// the one before), live (a text is set with each letter), closed (its group's heading is closed at first), rows (lines that a list
 /// shows, in place of sharing the room; ints), choices (texts for the whole numbers from 0, a line each). A bar that the
 /// user closed is not visible.

@@ -117,6 +117,15 @@ struct FourFloats
 void colorControl(TweakVar &var)
 {
     auto value = read<FourFloats>(var);
+    if (!var.set) // a legend: the colour alone, not greyed
+    {
+        const ImVec2 at = ImGui::GetCursorScreenPos(), size(ImGui::CalcItemWidth(), ImGui::GetFrameHeight());
+        ImGui::Dummy(size);
+        const ImVec4 color(value.f[0], value.f[1], value.f[2], value.f[3]);
+        ImGui::GetWindowDrawList()->AddRectFilled(at, ImVec2(at.x + size.x, at.y + size.y),
+                                                  ImGui::ColorConvertFloat4ToU32(color), 2.0f);
+        return;
+    }
     constexpr ImGuiColorEditFlags flags =
         ImGuiColorEditFlags_Float | ImGuiColorEditFlags_HDR | ImGuiColorEditFlags_AlphaPreviewHalf;
     if (ImGui::ColorEdit4("##value", value.f, flags))

@@ -81,6 +81,13 @@ void ScriptBar::setAlways(bool val)
         BarParams::setNumber(bar, nullptr, "always", val);
 }
 
+void ScriptBar::setPlain(bool val)
+{
+    plain = val;
+    if (bar)
+        BarParams::setNumber(bar, nullptr, "plain", val);
+}
+
 void ScriptBar::keepPlace(const int *place)
 {
     hasKeptPlace = true;

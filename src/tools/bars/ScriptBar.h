@@ -39,6 +39,9 @@ public:
     bool getAlways() const { return always; }
     /// Whether it is drawn even while the bars are not shown. It does not free the mouse cursor by itself.
     void setAlways(bool val);
+    bool getPlain() const { return plain; }
+    /// Whether it has no title and stays where it is put, as the frame of a screen does.
+    void setPlain(bool val);
     /// Puts it somewhere, pixels; a left or top below 0 counts from the right or lower edge, a size of 0 is chosen.
     ///
     /// Wherever it is put, it stays inside the window. Where the user left it in the last run wins over the first call.
@@ -121,6 +124,7 @@ private:
     String help;
     String heading;
     bool always = false;
+    bool plain = false;
     bool nextBeside = false;
     bool hasKeptPlace = false;
 };

@@ -256,6 +256,12 @@ void TweakSystem::setFont(const String &file)
     port::setTweakBarFont(font.toCString(), LETTERS, WINDOW_HEIGHT);
 }
 
+float TweakSystem::getLetters() const
+{
+    const auto height = static_cast<float>(getSystemDeref<WindowSystem2>().getHeight());
+    return std::round(LETTERS * std::max(height / static_cast<float>(WINDOW_HEIGHT), 1.0f));
+}
+
 void TweakSystem::tellEdited(const Handle<Object> &object, const String &property, const Variant &before,
                              const Variant &after)
 {

@@ -99,6 +99,8 @@ public:
     String getFont() const { return font; }
     /// The font file of all bars; without one, or where it cannot be read, the letters are plain ones that are built in.
     void setFont(const String &file);
+    /// Height of the bars' letters in the present window, pixels; what is laid out for them is measured by it.
+    float getLetters() const;
 
     /// Tells who asked for it by `setEdited` of an edit that is over.
     void tellEdited(const Handle<Object> &object, const String &property, const Variant &before, const Variant &after);

@@ -76,8 +76,9 @@ class Played:
         lacking = ['%s %s%s' % (name, version, ' (here %s)' % on[name] if name in on else '')
                    for name, version in sorted(needed.items()) if on.get(name) != version
                    ] if isinstance(needed, dict) else []
-        return lacking and '%sthe report was made with mods that are not on here: %s' % (
-            before, ', '.join(lacking)) or ''
+        if not lacking:
+            return ''
+        return '%sthe report was made with mods that are not on here: %s' % (before, ', '.join(lacking))
 
     def _putInPlace(self) -> None:
         """Has the run find what the report's found: its words, its language, its user's folders."""

@@ -13,7 +13,7 @@ import headless
 import kaVel
 import session
 
-KEEPS_OUT = ('/Console', '/Player', '.Editor', '/ScreenViewer', '/cursor', 'walkways', '/mesh of ', 'Manager')
+KEEPS_OUT = ('/Console', '/Player', '.Editor', '/Screen', '/cursor', 'walkways', '/mesh of ', 'Manager')
 MOVING = ('TransformComponent',)
 
 

@@ -38,6 +38,9 @@ def _tellAll(self):
     for spot in _SPOTS if self.isOpen else ():
         seen = self.component.toScreen(kaVel.Vec4(*spot, 1))
         _tell('spot %g %g %g' % spot, seen.x, seen.y)
+    entry = getattr(self.tool, 'entry', None)
+    if entry:
+        _tell('hand ' + entry.name, 1)
     from objects.Pockets import pocketsOf
     viewer = standing.viewerIn(self.level)
     if viewer and not self.isOpen:
@@ -169,6 +172,9 @@ class Hand:
         self.played.until_logged("Editor: " + text, times)
         self.rest()
 
+    def told_in_hand(self, pattern):
+        self.played.until_logged("seen hand %s at" % pattern)
+
     def picture(self, name):
         folder = os.environ.get("KV_PICTURES")
         if folder:
@@ -223,6 +229,7 @@ def furnish(hand):
         left, top, right, _ = hand.seen("Catalogue patterns")
         hand.write(((left + right) // 2, top - 14), pattern)
         hand.click((left + 50, top + 50))
+        hand.told_in_hand(pattern)
         for place in places:
             hand.click(hand.spot(place))
         hand.told("Place " + pattern[0].lower() + pattern[1:])

@@ -423,6 +423,8 @@ def act(coordinator):
     if frame == 5:
         night.story.stillHouse()
         night.story.openBath()
+        night.story.gate.move(1.0)
+        night.story.gate.latch()
         kaVel.configure(night.leaves['landingDoor'].getComponent('physics'), locked=False, open=True)
     if frame % 60 == 10:
         night.creatures.rouse(at)

@@ -22,7 +22,7 @@ from saves import Migrations
 
 Document = dict[str, Any]
 
-VERSION = 3
+VERSION = 4
 #: Metres and degrees beyond which nobody stands and looks.
 FARTHEST = 1e5
 

@@ -30,6 +30,14 @@ def migrate(document: Document, version: int, wanted: int) -> Document:
     return document
 
 
+@migration(3)
+def theStairsHaveAGate(document: Document):
+    """Nightfall's stairs had no gate, and nobody passed number two: who was there before finds it open and goes on."""
+    night = document['parts'].get('nightfall')
+    if night is not None:
+        night.update(gateIsOpen=True, guestHasPassed=True)
+
+
 @migration(2)
 def modsAreNamed(document: Document):
     """There were no mods."""

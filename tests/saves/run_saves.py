@@ -185,10 +185,10 @@ STEPS = {
 def test_a_damaged_save_is_named_with_the_one_before_and_what_cannot_be_written_is_told(world):
     folder = world.folder / "saves"
     folder.mkdir()
-    good = (SAMPLES / "v3.save").read_bytes()
+    good = (SAMPLES / "v4.save").read_bytes()
     for number, content in ((1, good), (2, good), (3, good[:-30])):
         (folder / f"game1.{number}.save").write_bytes(content)
-    (folder / "game2.1.save").write_bytes(good.replace(b"version 3", b"version 9"))
+    (folder / "game2.1.save").write_bytes(good.replace(b"version 4", b"version 9"))
     (folder / "game3.1.save").mkdir()
     os.mkfifo(folder / "game4.1.save")
     facts, log = nightfall(world, """
@@ -209,7 +209,7 @@ STEPS = {350: tell}
     assert facts["before"] == {"game1.3": "game1.2", "game2.1": "", "game3.1": "", "game4.1": ""}, facts["before"]
     assert facts["game1.3"] == ("The save game1.3 cannot be read: its checksum does not fit; it was cut off or "
                                 "altered.", "game1.2"), facts["game1.3"]
-    assert "from a later game; this one reads up to 3" in facts["game2"][0] and not facts["game2"][1]
+    assert "from a later game; this one reads up to 4" in facts["game2"][0] and not facts["game2"][1]
     assert "Is a directory" in facts["game3"][0] or "Invalid" in facts["game3"][0], facts["game3"]
     assert "cannot be read" in facts["game4"][0] and facts["nobody"][0] == 'There is no save "nobody".'
     for told in ("The one before it, game1.2, is whole.", "It is written down. mine.1", "goes on"):

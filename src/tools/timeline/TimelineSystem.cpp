@@ -9,9 +9,12 @@
 #include "object/reflection/SavedArguments.h"
 #include "object/reflection/Variant.h"
 #include "object/tree/TreeWalk.h"
+#include "platform/input/InputSystem.h"
 #include "port/win32/Waiting.h"
 #include "rendering/device/GraphicsSystem2.h"
 #include "rendering/frame/GraphicsManager2.h"
+
+#include "foundation/Logger.h"
 
 namespace
 {
@@ -137,7 +140,13 @@ void TimelineSystem::show(std::int64_t moment)
 
 void TimelineSystem::setWaiting(bool val)
 {
-    runWaits = val;
+    const InputSystem &input = getSystemDeref<InputSystem>();
+    if (val && !(input.getReplaying() && input.getOnlooker()))
+        KV_LOG(Logger_::I_ERROR,
+               "TimelineSystem::setWaiting: no recorded input plays that somebody looks on at; the run "
+               "goes on, since nobody could end its waiting");
+    else
+        runWaits = val;
 }
 
 bool TimelineSystem::isRunWaiting()

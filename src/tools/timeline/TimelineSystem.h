@@ -52,7 +52,7 @@ public:
 
     /// Has the whole run wait after this frame, or go on: while it waits no frame is counted, no time passes and no input
     /// is heard; what is drawn is drawn on, and the bars can be used. For recorded input that plays, which nothing else
-    /// can keep waiting.
+    /// can keep waiting, and on which an `onlooker` of the input looks; else it is logged as an error, and the run goes on.
     void setWaiting(bool val);
     bool getWaiting() const { return isRunWaiting(); }
     /// Whether a run waits; the system need not have been started.

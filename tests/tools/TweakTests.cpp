@@ -35,6 +35,7 @@ protected:
         thing = construct<Probe>(defaultAllocationCategory);
         thing.lookup()->setName(SCS("stalker"));
         thing.lookup()->setParent(level.level);
+        tweaks().setEdited(nullptr); // no bar of scripts that another test has loaded comes before this one
         tweaks().showObject(SCS("c:/stalker"));
         const int place[] = {400, 8, 400, 700}; // high enough for all of its lines
         TwSetParam(bar(), nullptr, "place", TW_PARAM_INT32, 4, place);

@@ -40,6 +40,17 @@ def said(outcome):
     fact('said', (outcome.done, outcome.waits, outcome.name, outcome.said))
 
 
+RETURN, LEFT, DOWN = 0x0D, 0x25, 0x28
+
+
+def press(*keys):
+    def step(night):
+        for key in keys:
+            kaVel.getSystem('InputSystem').postKey(key, True)
+            kaVel.getSystem('InputSystem').postKey(key, False)
+    return step
+
+
 def doFrame(night):
     frame = kaVel.getSystem('GameLoopSystem').frameNumber
     step = STEPS.get(frame)
@@ -223,17 +234,6 @@ def test_the_list_of_saves_loads_and_deletes_by_keys_alone(world):
     for number, content in ((1, old), (2, old), (3, b"")):
         (folder / f"game1.{number}.save").write_bytes(content)
     facts, log = nightfall(world, """
-RETURN, LEFT, DOWN = 0x0D, 0x25, 0x28
-
-
-def press(*keys):
-    def step(night):
-        for key in keys:
-            kaVel.getSystem('InputSystem').postKey(key, True)
-            kaVel.getSystem('InputSystem').postKey(key, False)
-    return step
-
-
 def open(night):
     from screens import Saves, Screens
     Screens.open(night.level, 'Saves')
@@ -321,17 +321,6 @@ def test_who_leaves_and_cannot_be_saved_is_told_and_loses_nothing_unless_he_says
     (world.folder / "inTheWay").write_bytes(b"")
     facts, run = nightfall(world, """
 from screens import Screens, Ways
-
-RETURN, LEFT = 0x0D, 0x25
-
-
-def press(*keys):
-    def step(night):
-        for key in keys:
-            kaVel.getSystem('InputSystem').postKey(key, True)
-            kaVel.getSystem('InputSystem').postKey(key, False)
-    return step
-
 
 def leave(night):
     Screens.open(night.level, 'Pause')

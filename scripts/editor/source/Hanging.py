@@ -119,7 +119,7 @@ class Hanging:
                 and isinstance(node.ctx, ast.Load)] if variable else []
         if place.function is function:
             return not (place.isAtEnd and uses) and all(node.lineno > (place.behind.end_lineno or 0) for node in uses)
-        return not uses and not any(_isLocal(function, node.id) for argument in _rest(scope.call)
+        return not uses and not any(Tracing.isLocal(function, node.id) for argument in _rest(scope.call)
                                     for node in ast.walk(argument) if isinstance(node, ast.Name))
 
 
@@ -132,11 +132,3 @@ def _variable(statement: ast.stmt) -> str:
 
 def _rest(call: ast.Call) -> list[ast.expr]:
     return [*call.args[1:], *(word.value for word in call.keywords)]
-
-
-def _isLocal(function: Function, name: str) -> bool:
-    return name in Tracing.parametersOf(function) or name in _namesOf(function)
-
-
-def _namesOf(function: Function) -> set[str]:
-    return {node.id for node in ast.walk(function) if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Store)}

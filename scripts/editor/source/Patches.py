@@ -299,14 +299,9 @@ def _binderOf(node: ast.Name, scope: Scope) -> ast.AST | None:
             if any(isinstance(each, ast.Name) and each.id == node.id for each in ast.walk(loop.target)):
                 return loop if isinstance(loop, ast.For) else scope.script.parent(loop)
     function = scope.function
-    if function is not None and (node.id in Tracing.parametersOf(function) or _isLocal(function, node.id)):
+    if function is not None and Tracing.isLocal(function, node.id):
         return function
     return None
-
-
-def _isLocal(function: Function, name: str) -> bool:
-    return any(isinstance(each, ast.Name) and each.id == name and isinstance(each.ctx, ast.Store)
-               for each in ast.walk(function))
 
 
 def _varies(node: ast.expr, scope: Scope) -> bool:

@@ -323,6 +323,12 @@ def parametersOf(function: Function) -> list[str]:
     return [each.arg for each in (*every.posonlyargs, *every.args, *every.kwonlyargs)]
 
 
+def isLocal(function: Function, name: str) -> bool:
+    """Whether a name is a function's own: a parameter, or something that it keeps."""
+    stored = (node for node in ast.walk(function) if isinstance(node, ast.Name) and isinstance(node.ctx, ast.Store))
+    return name in parametersOf(function) or any(node.id == name for node in stored)
+
+
 def argumentOf(call: ast.Call, function: Function, name: str, isMethod: bool) -> ast.expr | None:
     """The node by which a call gives a function its parameter of a name."""
     for word in call.keywords:

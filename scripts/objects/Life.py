@@ -38,7 +38,8 @@ class Life:
         self._clock = LevelClock(entity)
         self._hurtAt, self._criedAt = -math.inf, -math.inf
         onFrame(entity, self._recover)
-        keepPart(coordinator, 'life', lambda: self.value, self._become, travels=True)
+        # Who leaves when he is dead comes back as from any death.
+        keepPart(coordinator, 'life', lambda: WHOLE if self.isDead else self.value, self._become, travels=True)
 
     def hurt(self, amount: float, cause: words.Told):
         """Takes so much life; `cause` is a sentence that tells the player what did it."""

@@ -19,6 +19,7 @@ from objects.Carrying import keepThrownBolts, throwBolt
 from objects.Creatures import shaped
 from objects.Drawn import Picture, Text
 from objects.Hands import hands
+from objects.Life import lifeOf
 from objects.Marks import marked
 from objects.Nerves import nerves
 from objects.Pad import pad
@@ -27,6 +28,7 @@ from objects.Pockets import pockets
 from objects.Sounds import STEPS as FLOOR_SOUNDS
 from objects.Sounds import sounds
 from objects.Visitor import Visitor
+from perLevel import levelOf
 from saves.Game import attend
 from saves.Kept import keepPart
 
@@ -90,8 +92,10 @@ def Player(parent: kaVel.Coordinator, name: str = '', at: Triple = (0, 0, 0), tu
 
 
 def _told(mind: kaVel.PlayerComponent) -> dict[str, Any]:
-    """What a player is besides where he stands and what his pockets hold."""
-    return {'sanity': mind.sanity, 'audioSanity': mind.audioSanity, 'fatigue': mind.fatigue,
+    """What a player is besides where he stands and what his pockets hold; a dead one comes back in his right mind."""
+    isDead = lifeOf(levelOf(mind)).isDead
+    return {'sanity': 100.0 if isDead else mind.sanity, 'audioSanity': 100.0 if isDead else mind.audioSanity,
+            'fatigue': mind.fatigue,
             'hasFlashlight': mind.getHasFlashlight(), 'flashlightOn': mind.isFlashlightOn(),
             'batteries': mind.batteries, 'batteryLeft': mind.currBatteryTimeLeft}
 

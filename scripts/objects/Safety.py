@@ -87,7 +87,7 @@ class Safety:
             return
         self.isOver = True
         self.deaths += 1
-        Moments.forbid(self.level, 'saves.no.dead')
+        Moments.forbid(self.level, 'saves.no.dead', mayLeave=True)
         hands = handsOf(self.player)
         if hands:
             hands.letGo()

@@ -4,10 +4,13 @@
 |---|---|
 | walks, stands, reads, hides, is hunted, while the level runs or is paused | at once |
 | falls; a scene has his hands, or the picture is not there yet | is put off until he stands and has them |
-| is dead; the level has ended; nobody walks in it; another level is on its way | is refused, with a sentence |
+| is dead | is refused, with a sentence; but of one who leaves then, what he did so far is kept |
+| the level has ended; nobody walks in it; another level is on its way | is refused, with a sentence |
 
-Where he comes back to: where he stands; but where he was last safe, if he is hunted, or crouches below something that
-he could not stand under.
+What he held, read or led stands as it did before he took it, and he has his hands free.
+
+Where he comes back to: where he stands; but where he was last safe, if he is dead or hunted, or crouches below
+something that he could not stand under.
 """
 
 from __future__ import annotations
@@ -26,7 +29,10 @@ HEAD, KNEES, HALF = 1.75, 0.3, 0.24
 
 
 class Verdict(NamedTuple):
-    """What becomes of a save: `when` is 'now', 'later' or 'never', and `why` the key of the sentence that tells."""
+    """What becomes of a save: `when` is 'now', 'later', 'leaving' (by whoever leaves, nobody else) or 'never'.
+
+    `why` is the key of the sentence that tells.
+    """
 
     when: str
     why: str = ''
@@ -37,7 +43,7 @@ Feet = tuple[float, float, float]
 
 NOW = Verdict('now')
 
-_forbidden: PerLevel[str] = PerLevel()
+_forbidden: PerLevel[Verdict] = PerLevel()
 _shelters: PerLevel[Callable[[], standing.Standing]] = PerLevel()
 _hunters: PerLevel[list[Callable[[], object]]] = PerLevel()
 _places: PerLevel[Callable[[Feet], str]] = PerLevel()
@@ -45,9 +51,9 @@ _places: PerLevel[Callable[[Feet], str]] = PerLevel()
 
 # What a level says of itself
 
-def forbid(inLevel: kaVel.Object, why: str):
-    """Has no save made in a level until `allow`; `why` is the key of the sentence that tells."""
-    _forbidden[levelOf(inLevel)] = why
+def forbid(inLevel: kaVel.Object, why: str, mayLeave: bool = False):
+    """Has no save made in a level until `allow`, but for one who may leave it; `why` is the key of what tells why."""
+    _forbidden[levelOf(inLevel)] = Verdict('leaving' if mayLeave else 'never', why)
 
 
 def allow(inLevel: kaVel.Object):
@@ -78,11 +84,11 @@ def verdict(level: Any) -> Verdict:
     viewer = standing.viewerIn(level) if player else None
     if not player or viewer is None:
         return Verdict('never', 'saves.no.nobody')
-    if level in _forbidden:
-        return Verdict('never', _forbidden[level])
     body, mind = player.getComponent('physics'), player.getComponent('player')
     if not body or not mind or not math.isfinite(sum(viewer.standing()[0])):
         return Verdict('never', 'saves.no.nobody')
+    if level in _forbidden:
+        return _forbidden[level]
     if body.dead:
         return Verdict('never', 'saves.no.dead')
     if body.opening or level.getManager('graphics2').dissolveAmount > FAINT:

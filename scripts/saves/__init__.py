@@ -97,7 +97,7 @@ def save(slot: str = '', why: str = 'asked') -> Outcome:
         return Outcome(False, words.text('saves.no.slot', name=slot))
     if not folder():
         return Outcome(False, words.text('saves.no.folder'))
-    if verdict.when == 'never':
+    if verdict.when in ('never', 'leaving'):
         return Outcome(False, words.text(verdict.why))
     if verdict.when == 'later':
         clock = _game().clockOf(level)
@@ -115,7 +115,7 @@ def atSafePlace() -> None:
 
 
 def leave() -> Outcome:
-    """Saves the game for one who leaves it; in a moment that passes he comes back to where he was last safe.
+    """Saves the game for one who leaves it; in a moment that passes, or dead, he comes back to where he was last safe.
 
     The world is not drawn again: its picture is that of `keepPicture`, if the level has stood still since.
     """
@@ -125,7 +125,7 @@ def leave() -> Outcome:
         return Outcome(False, words.text('saves.no.folder'))
     if verdict.when == 'never':
         return Outcome(False, words.text(verdict.why))
-    return _write(level, '', 'leaving', isAwkward=verdict.when == 'later')
+    return _write(level, '', 'leaving', isAwkward=verdict.when != 'now')
 
 
 def keepPicture() -> None:

@@ -88,7 +88,8 @@ class _Page:
             return
         action, slot = self.waits
         name = _named(kind, code)
-        isGivenUp = kind == 'key' and code == ESCAPE and action != 'quit'
+        isEscape = kind == 'key' and code == ESCAPE and (action != 'quit' or slot == 'pad')
+        isGivenUp = isEscape or kind == 'pad' and slot != 'pad'  # who has but a pad has no key to give
         if not isGivenUp and name is None:
             return self.tell('bindings.unknown')
         if not isGivenUp and (kind == 'pad') != (slot == 'pad') and name != '':

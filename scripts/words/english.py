@@ -683,7 +683,7 @@ TEXTS: dict[str, str] = {
     'bindings.resetAll': 'Usual keys for all',
     'bindings.shared': '{action} (shared with: {others})',
     'bindings.unknown': 'This key has no name here; press another one.',
-    'bindings.wait': 'Press a key or a button of the mouse. Escape leaves it, Delete takes it away.',
+    'bindings.wait': 'Press a key or a button of the mouse. Escape or the pad leaves it, Delete takes it away.',
     'bindings.wait.pad': 'Press a button of the pad. Escape leaves it, Delete takes it away.',
     'bindings.walking': 'Walking',
 

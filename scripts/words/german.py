@@ -685,7 +685,7 @@ TEXTS: dict[str, str] = {
     'bindings.resetAll': 'Alle Tasten wie üblich',
     'bindings.shared': '{action} (auch für: {others})',
     'bindings.unknown': 'Diese Taste hat hier keinen Namen; bitte eine andere.',
-    'bindings.wait': 'Taste oder Maustaste drücken. Escape lässt es, Entf nimmt sie weg.',
+    'bindings.wait': 'Taste oder Maustaste drücken. Escape oder das Pad lässt es, Entf nimmt sie weg.',
     'bindings.wait.pad': 'Padtaste drücken. Escape lässt es, Entf nimmt sie weg.',
     'bindings.walking': 'Gehen',
 

@@ -683,7 +683,7 @@ TEXTS: dict[str, str] = {
     'bindings.resetAll': 'सब कुंजियाँ सामान्य करें',
     'bindings.shared': '{action} (साथ में: {others})',
     'bindings.unknown': 'इस कुंजी का यहाँ कोई नाम नहीं; दूसरी दबाएँ।',
-    'bindings.wait': 'कोई कुंजी या माउस का बटन दबाएँ। Esc: रहने दें, Delete: हटाएँ।',
+    'bindings.wait': 'कोई कुंजी या माउस का बटन दबाएँ। Esc या पैड: रहने दें, Delete: हटाएँ।',
     'bindings.wait.pad': 'पैड का कोई बटन दबाएँ। Esc: रहने दें, Delete: हटाएँ।',
     'bindings.walking': 'चलना',
 

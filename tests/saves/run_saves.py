@@ -171,8 +171,10 @@ STEPS = {
     511: goTo(9.2, 3.0, 0.8),
     570: lambda night: (setattr(night.story, 'chased', True), leave(night), setattr(night.story, 'chased', False)),
     575: lambda night: (said(saves.load('game1')), said(saves.save()), said(saves.load('game1'))),
-    900: lambda night: (lifeOf(night.level).hurt(200, 'a test'), said(saves.save()), said(saves.leave()),
-                        fact('unsaved', saves.isUnsaved())),
+    890: goTo(9.2, 3.0, 0.8),
+    900: lambda night: (night.story.pockets.add('aThing'), lifeOf(night.level).hurt(200, 'a test'),
+                        fact('unsaved', saves.isUnsaved()), said(saves.save()), leave(night),
+                        fact('life', saves._read(saves.listed()[0].name)['parts']['life'])),
     1700: lambda night: (said(saves.save()), fact('unsaved', saves.isUnsaved())),
     1710: lambda night: (night.story.pockets.add('aKey'), fact('unsaved', saves.isUnsaved())),
     1720: lambda night: (night.safety.end(['It ends.'], ''), said(saves.save()), said(saves.leave())),
@@ -188,9 +190,79 @@ STEPS = {
         (True, False, "game1.5", "It is written down."), ([20, 3, 9], "nightfall.room.linen"),
         (True, False, "game1.6", "It is written down."), ([20, 3, 9], "nightfall.room.linen"),
         (True, False, "game1.6", ""), (False, False, "", loading), (True, False, "game1.6", ""),
-        (False, False, "", "The dead write nothing down."), (False, False, "", "The dead write nothing down."), False,
-        (True, False, "game1.7", "It is written down."), False, True,
+        True, (False, False, "", "The dead write nothing down."),
+        (True, False, "game1.7", "It is written down."), ([20, 3, 9], "nightfall.room.linen"), 100.0,
+        (True, False, "game1.8", "It is written down."), False, True,
         (False, False, "", "This night is over."), (False, False, "", "This night is over.")], told
+
+
+def test_whoever_is_saved_with_his_hands_full_comes_back_with_them_free(world):
+    facts, _ = nightfall(world, """
+from objects.Hands import handsOf
+from objects.Pockets import Page
+from screens import Screens
+
+USE, CHANGE = 0x45, 0x52
+
+
+def hold(down):
+    return lambda night: kaVel.getSystem('InputSystem').postKey(USE, down)
+
+
+def saved(what):
+    def step(night):
+        told(what + 'Before', night)
+        outcome = saves.save()
+        fact(what, (outcome.done, outcome.said))
+        saves.load(outcome.name)
+    return step
+
+
+def told(what, night):
+    hands, mind = handsOf(night.player), night.player.getComponent('player')
+    leaf = night.leaves['doorSix'].getComponent('physics')
+    fact(what, (hands.gripping, hands.isReading(), mind.useInput, mind.isCharging(), mind.batteries,
+                Screens.names(night.level), round(abs(leaf.prevAngle), 1)))
+
+
+def after(what):
+    return lambda night: told(what + 'After', night)
+
+
+def change(down):
+    return lambda night: kaVel.getSystem('InputSystem').postKey(CHANGE, down)
+
+
+def beforeDoorSix(night):
+    night.visitor.goTo((9.2, 3.0, 0.55), 180.0, 0.0)
+
+
+def pull(night):
+    handsOf(night.player).pushed[1] += 0.02
+
+
+def lamp(night):
+    mind = night.player.getComponent('player')
+    mind.pickupFlashlight(night.map.getChild('lamp').getComponent('physics'))
+    kaVel.configure(mind, batteries=2, currBatteryTimeLeft=5.0)
+
+
+STEPS = {
+    350: lambda night: handsOf(night.player).read(Page('A title', 'A text.')), 360: saved('reading'),
+    500: after('reading'),
+    710: lambda night: Screens.open(night.level, 'NoteReader', page=Page('A title', 'A text.')),
+    720: saved('screen'), 960: after('screen'),
+    1030: beforeDoorSix, 1040: hold(True), **{frame: pull for frame in range(1065, 1095)}, 1100: saved('door'),
+    1102: hold(False), 1480: after('door'),
+    1490: lamp, 1500: change(True), 1502: change(False), 1520: saved('battery'), 1660: after('battery'),
+}
+""", 1670)
+    facts = dict(facts)
+    assert all(facts[what] == (True, "It is written down.") for what in ("reading", "screen", "door", "battery")), facts
+    assert facts["readingBefore"][1] and facts["screenBefore"][5] and facts["batteryBefore"][3:5] == (True, 1), facts
+    assert facts["doorBefore"][0] and facts["doorBefore"][6] > 0.2, facts
+    for what, batteries in (("reading", 0), ("screen", 0), ("door", 0), ("battery", 1)):
+        assert facts[what + "After"] == (False, False, True, False, batteries, [], 0.0), (what, facts)
 
 
 def test_a_damaged_save_is_named_with_the_one_before_and_what_cannot_be_written_is_told(world):

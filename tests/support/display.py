@@ -6,9 +6,33 @@ import atexit
 import os
 import pathlib
 import subprocess
+import tempfile
 import time
 
 PATIENCE_S = 120
+
+#: Outputs without hardware, as many as are plugged in by `Monitors`.
+OUTPUTS = """
+Section "ServerFlags"
+    Option "AutoAddDevices" "false"
+EndSection
+Section "Device"
+    Identifier "card"
+    Driver "dummy"
+    VideoRam 65536
+EndSection
+Section "Monitor"
+    Identifier "monitor"
+    HorizSync 5-1000
+    VertRefresh 5-200
+EndSection
+Section "Screen"
+    Identifier "screen"
+    Device "card"
+    Monitor "monitor"
+    DefaultDepth 24
+EndSection
+"""
 
 
 class Display:
@@ -19,16 +43,20 @@ class Display:
 
     def __enter__(self):
         read, write = os.pipe()
+        # Without the repeats of held keys: on a busy machine each key is one.
         self.server = subprocess.Popen(
-            # Without the repeats of held keys: on a busy machine each key is one.
-            ["Xvfb", "-displayfd", str(write), "-screen", "0", self.size + "x24", "-nolisten", "tcp", "-noreset", "-r"],
-            pass_fds=[write], stderr=subprocess.DEVNULL)
+            [*self.command(), "-displayfd", str(write), "-nolisten", "tcp", "-noreset", "-r"],
+            pass_fds=[write], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         atexit.register(self.server.kill)  # a case that fails before the end of its `with` leaves no screen behind
         os.close(write)
         with os.fdopen(read) as pipe:
             self.name = ":" + pipe.readline().strip()
-        assert self.name != ":", "Xvfb did not start"
+        assert self.name != ":", f"{self.command()[0]} did not start"
         return self
+
+    def command(self):
+        """The server's name and what it is told of its screens."""
+        return ["Xvfb", "-screen", "0", self.size + "x24"]
 
     def __exit__(self, *_):
         self.server.terminate()
@@ -39,6 +67,43 @@ class Display:
         result = subprocess.run(["xdotool", *map(str, words)], env=dict(os.environ, DISPLAY=self.name),
                                 stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=False)
         return result.stdout.decode().strip()
+
+
+class Monitors(Display):
+    """A screen over several monitors side by side, which can be pulled out."""
+
+    def __init__(self, *sizes):
+        super().__init__(sizes[0])
+        self.sizes = sizes
+        self.folder = tempfile.TemporaryDirectory()
+        (pathlib.Path(self.folder.name) / "xorg.conf").write_text(OUTPUTS, encoding="ascii")
+
+    def __enter__(self):
+        super().__enter__()
+        for number, size in enumerate(self.sizes):
+            self.plug(number, size)
+        return self
+
+    def __exit__(self, *words):
+        super().__exit__(*words)
+        self.folder.cleanup()
+
+    def command(self):
+        return ["Xorg", "-config", self.folder.name + "/xorg.conf", "-logfile", self.folder.name + "/log",
+                "-novtswitch", "-sharevts"]
+
+    def plug(self, number, size):
+        """Has a monitor stand to the right of the one before it."""
+        name = f"DUMMY{number}"
+        self.randr("--addmode", name, size)
+        self.randr("--output", name, "--mode", size, *(["--right-of", f"DUMMY{number - 1}"] if number else []))
+
+    def pull(self, number):
+        self.randr("--output", f"DUMMY{number}", "--off")
+
+    def randr(self, *words):
+        subprocess.run(["xrandr", *words], env=dict(os.environ, DISPLAY=self.name), check=False,
+                       stderr=subprocess.DEVNULL)
 
 
 class Game:

@@ -374,7 +374,7 @@ for turn, language in enumerate(('en', 'de')):
         assert pages == wanted, (window, pages)
 
 
-def test_on_the_pages_keys_alone_set_and_keys_and_pad_are_bound(world):
+def test_on_the_pages_keys_alone_set_and_keys_buttons_and_triggers_are_bound(world):
     world.write("scripts/levels/Room.py", PLAYED + """
 from screens import Kit as kit
 from screens import Screens
@@ -391,7 +391,15 @@ def on(page, path):
     return go
 
 STEPS.update({2: on(0, 'vsync'), 20: on(1, 'ambienceVolume'), 40: on(3, 'forward/first'), 60: on(3, 'use/pad'),
-              84: on(5, 'language')})
+              84: on(5, 'language'), 110: on(3, 'run/pad'), 140: on(3, 'back/first')})
+
+@at(138)
+def pulled(level, player):
+    kaVel.log('pulled %s' % bindings.padOf('run'))
+
+@at(175)
+def left(level, player):
+    kaVel.log('left %s %s' % (bindings.inputsOf('back'), Screens.names(level)))
 
 @at(100)
 def rebuilt(level, player):
@@ -409,11 +417,16 @@ def told(level, player):
     events = []
     for frame, key in ((6, enter), (24, left), (28, left), (44, enter), (48, i), (64, enter), (90, right)):
         events += [(frame, f"key {key} down"), (frame + 2, f"key {key} up")]
-    events += [(68, "pad 0 0x4000 0 0 0 0 0 0"), (72, "pad 0 0 0 0 0 0 0 0")]
-    run = play(world, events, 104)
+    a, b, x, stick, trigger = ("0x1000 0 0 0 0 0 0", "0x2000 0 0 0 0 0 0", "0x4000 0 0 0 0 0 0", "0 0 0 0 32767 0 0",
+                               "0 0 255 0 0 0 0")
+    for frame, held in ((68, x), (114, a), (120, stick), (126, trigger), (144, a), (150, b), (160, b)):
+        events += [(frame, f"pad 0 {held}"), (frame + 4, "pad 0 0 0 0 0 0 0 0")]
+    run = play(world, events, 180)
     run.expect("focus on language, in en")
     run.expect("set True 0.90 ('I',) X")
     run.expect("shared Use (shared with: Change battery)")
+    run.expect("pulled Right trigger")
+    run.expect("left ('S',) []")
 
 
 def test_a_mode_chosen_on_its_page_asks_and_counts_down_and_a_measurement_finds_a_quality(world):

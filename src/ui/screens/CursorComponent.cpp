@@ -23,6 +23,9 @@ namespace
 constexpr std::size_t MOST_EVENTS = 256;           ///< of one frame; what comes beyond is lost
 constexpr Seconds FIRST_WAIT = 0.38, WAIT = 0.085; ///< before a held key is taken again
 constexpr float STICK_MOVES = 0.55f;               ///< part of a stick's way
+constexpr float TRIGGER_PULLED = 0.35f;            ///< part of a trigger's way
+/// Triggers, as buttons beyond those that a pad tells of; `PAD_BUTTONS` of the scripts' bindings has them, too.
+constexpr int LEFT_TRIGGER = 0x10000, RIGHT_TRIGGER = 0x20000;
 constexpr float NOTCH = 120.f;
 constexpr int LEFT_BUTTON = 0, BACK_BUTTON = 3;
 
@@ -95,7 +98,9 @@ void CursorComponent::onLoadComplete()
                                                      {MousePos, SCS("handlePointer")},
                                                      {MouseWheelMessage, SCS("handleWheel")},
                                                      {ButtonPressed, SCS("handlePadButton")},
-                                                     {LeftJoyPos, SCS("handleStick")}};
+                                                     {LeftJoyPos, SCS("handleStick")},
+                                                     {LeftTriggerPos, SCS("handleTrigger")},
+                                                     {RightTriggerPos, SCS("handleTrigger")}};
     for (const auto &[message, method] : heard)
         office->registerMessageHandler(message, bind(method));
     events.reserve(MOST_EVENTS);
@@ -154,9 +159,15 @@ void CursorComponent::handleStick(const ReflectorPtr &, float x, float y, unsign
     if (player != 0)
         return;
     if (std::fabs(y) >= STICK_MOVES && std::fabs(y) >= std::fabs(x))
-        padNow |= y > 0.f ? XINPUT_GAMEPAD_DPAD_UP : XINPUT_GAMEPAD_DPAD_DOWN;
+        stickNow |= y > 0.f ? XINPUT_GAMEPAD_DPAD_UP : XINPUT_GAMEPAD_DPAD_DOWN;
     else if (std::fabs(x) >= STICK_MOVES)
-        padNow |= x > 0.f ? XINPUT_GAMEPAD_DPAD_RIGHT : XINPUT_GAMEPAD_DPAD_LEFT;
+        stickNow |= x > 0.f ? XINPUT_GAMEPAD_DPAD_RIGHT : XINPUT_GAMEPAD_DPAD_LEFT;
+}
+
+void CursorComponent::handleTrigger(const ReflectorPtr &message, float position, unsigned player)
+{
+    if (player == 0 && position > TRIGGER_PULLED)
+        padNow |= message == LeftTriggerPos ? LEFT_TRIGGER : RIGHT_TRIGGER;
 }
 
 void CursorComponent::add(unsigned key)
@@ -181,7 +192,8 @@ void CursorComponent::doFrame()
         repeat(*menu);
     }
     padBefore = padNow;
-    padNow = 0;
+    stickBefore = stickNow;
+    padNow = stickNow = 0;
     followState();
 }
 
@@ -201,7 +213,7 @@ void CursorComponent::followState()
     if (wanted && !listening)
     {
         window.setPointerShown(true);
-        padBefore = ~0; // what is held already has been pressed for the game
+        padBefore = stickBefore = ~0; // what is held already has been pressed for the game
         pointerX = -1.f;
     }
     listening = wanted;
@@ -311,21 +323,24 @@ void CursorComponent::giveKey(MenuComponent &menu, int key)
 void CursorComponent::givePad(MenuComponent &menu)
 {
     const int pressed = padNow & ~padBefore;
-    if (const auto [x, y] = crossDirection(padNow); repeating && held.key == 0 && (x != held.x || y != held.y))
+    const int moved = (padNow | stickNow) & ~(padBefore | stickBefore);
+    const auto [heldX, heldY] = crossDirection(padNow | stickNow);
+    if (repeating && held.key == 0 && (heldX != held.x || heldY != held.y))
         repeating = false;
-    if (!pressed)
+    if (!pressed && !moved)
         return;
     use(MD_PAD);
     static const String pad = SCS("pad");
-    for (int bit = 1; bit <= XINPUT_GAMEPAD_Y; bit <<= 1)
+    for (int bit = 1; bit <= RIGHT_TRIGGER; bit <<= 1)
         if ((pressed & bit) && menu.giveRaw(pad, bit))
             return;
-    givePadButtons(menu, pressed);
+    if (!menu.getInputTaken())
+        givePadButtons(menu, pressed, moved);
 }
 
-void CursorComponent::givePadButtons(MenuComponent &menu, int pressed)
+void CursorComponent::givePadButtons(MenuComponent &menu, int pressed, int moved)
 {
-    if (const auto [x, y] = crossDirection(pressed); x || y)
+    if (const auto [x, y] = crossDirection(moved); x || y)
         begin(menu, {x, y, 0, 0, FIRST_WAIT});
     if (pressed & (XINPUT_GAMEPAD_LEFT_SHOULDER | XINPUT_GAMEPAD_RIGHT_SHOULDER))
         menu.turnPage(pressed & XINPUT_GAMEPAD_RIGHT_SHOULDER ? 1 : -1);

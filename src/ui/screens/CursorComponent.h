@@ -52,6 +52,7 @@ public:
     void handleWheel(const ReflectorPtr &message, int direction, float x, float y);
     void handlePadButton(const ReflectorPtr &message, int button, unsigned player);
     void handleStick(const ReflectorPtr &message, float x, float y, unsigned player);
+    void handleTrigger(const ReflectorPtr &message, float position, unsigned player);
 
 private:
     enum Kind
@@ -88,7 +89,7 @@ private:
     void movePointer(MenuComponent &menu, float x, float y);
     void giveKey(MenuComponent &menu, int key);
     void givePad(MenuComponent &menu);
-    void givePadButtons(MenuComponent &menu, int pressed);
+    void givePadButtons(MenuComponent &menu, int pressed, int moved);
     void repeat(MenuComponent &menu);
     void begin(MenuComponent &menu, const Repeat &what);
     void use(MenuDevice val);
@@ -103,6 +104,7 @@ private:
     std::vector<Event> events; ///< since the last frame
     Repeat held;
     bool repeating = false;
-    int padNow = 0, padBefore = ~0;         ///< bits of buttons, the left stick's among them
+    int padNow = 0, padBefore = ~0;         ///< bits of buttons, the triggers' among them
+    int stickNow = 0, stickBefore = ~0;     ///< the left stick as bits of the cross
     float pointerX = -1.f, pointerY = -1.f; ///< pixels
 };

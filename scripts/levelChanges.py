@@ -78,13 +78,23 @@ def _shown(file: str) -> str:
     return os.path.join('scripts', os.path.relpath(file, levelScripts.FOLDER)) if file else '.changes'
 
 
+#: Path of the object of a call, '' for none, and steps down from there: names, and which one of those that share one.
+Place = tuple[str, tuple[tuple[str, int], ...]]
+
+
+class Call(NamedTuple):
+    """A call of a pattern by the scripts of a level, as they have it."""
+    above: str          # path of the object of another call that it hangs its own in; '' for none
+    steps: tuple[tuple[str, int], ...]  # from there, or from the level, down to what it hangs it below
+    path: str           # of its object, below the level
+    name: str
+    order: int          # how many were called before it
+
+
 class Removed(NamedTuple):
     """A call of the scripts whose object a change has taken out."""
     built: kaVel.BuiltFrom
-    parent: Any         # what it stood below
-    parentPath: str     # the same as the scripts name it
     name: str
-    number: int         # of those with its name and parent
 
 
 class LevelChanges:
@@ -96,52 +106,52 @@ class LevelChanges:
         self._paths = {line.path for line in lines}
         self._counts: dict[tuple[Any, str], int] = {}
         self._roots: dict[str, Any] = {}               # what was called for, by its path in the scripts
-        self._given: dict[Any, str] = {}               # the other way, for those that got another name
-        self.numbers: dict[Any, int] = {}              # of what was called for, among those of its name and parent
-        self._called, self._isRenamed = '', False      # the path of the call under way
-        self.parents: dict[Any, str] = {}              # of what was hung elsewhere: its path in the scripts
+        self._others: dict[Any, Place] = {}            # of what else something hangs below
+        self._called: Call | None = None               # the call under way
+        self.calls: dict[Any, Call] = {}               # by what they have built
         self.removed: dict[Any, Removed] = {}
 
     def call(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any]):
         """The arguments of a pattern's call, with those that were changed."""
-        self._called = ''
+        self._called = None
         if not arguments:
             return arguments, options
         parent, name = arguments[0], options.get('name', arguments[1] if len(arguments) > 1 else '')
         if not isinstance(name, str):
             return arguments, options
+        above, steps = self._placeOf(parent)
         path = self._pathOf(parent, name)
         changed = {key: self._waiting.pop((path, key)) for at, key in list(self._waiting)
                    if at == path and key[0] != '.' and key not in (REMOVED, PARENT)} if path in self._paths else {}
-        self._called, self._isRenamed = path, NAME in changed
+        self._called = Call(above, steps, path, name, len(self.calls))
         return self._with(pattern, arguments, options, changed) if changed else (arguments, options)
 
     def built(self, root: Any):
         """Notes what the last call came to."""
         if self._called:
-            self._roots[self._called] = root
-            number = self._called.rpartition('/')[2].rpartition('#')[2]
-            self.numbers[root] = int(number) if '#' in self._called.rpartition('/')[2] else 0
-            if self._isRenamed:
-                self._given[root] = self._called
-        self._called = ''
+            self._roots[self._called.path] = root
+            self.calls[root] = self._called
+        self._called = None
 
     def _pathOf(self, parent: Any, name: str) -> str:
         """Path of the next call for this parent and name, as the scripts name them."""
         number = self._counts.get((parent, name), 0)
         self._counts[parent, name] = number + 1
-        above = self._scriptsPath(parent)
-        return (above + '/' if above else '') + name + ('#%d' % number if number else '')
+        above, steps = self._placeOf(parent)
+        return '/'.join([*filter(None, [above]), *(_step(*each) for each in steps), _step(name, number)])
 
-    def _scriptsPath(self, entity: Any) -> str:
-        steps: list[str] = []
-        while entity and entity.parent:
-            known = self._given.get(entity)
-            if known:
-                return '/'.join([known, *reversed(steps)])
-            steps.append(entity.getName())
-            entity = entity.parent
-        return '/'.join(reversed(steps))
+    def _placeOf(self, entity: Any) -> Place:
+        """The call that an object belongs to, by its path, and the steps down to it from there."""
+        if entity in self.calls:
+            return self.calls[entity].path, ()
+        if not entity or not entity.parent:
+            return '', ()
+        if entity not in self._others:
+            above, steps = self._placeOf(entity.parent)
+            name = _nameOf(entity)
+            named = [each for each in entity.parent.children if _nameOf(each) == name and not each.isDying()]
+            self._others[entity] = above, (*steps, (name, named.index(entity)))
+        return self._others[entity]
 
     def _with(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any],
               changed: dict[str, Line]):
@@ -160,13 +170,26 @@ class LevelChanges:
     def finish(self, level: kaVel.Coordinator, mapName: str = ''):
         """Does what is to be done once a map is built, or with '' once the level is."""
         lines = [line for line in self._waiting.values() if not mapName or line.path.partition('/')[0] == mapName]
-        found = [(line, self._find(level, line.path)) for line in lines]
-        for line, handle in found:
+        # All is found as the scripts have it, before anything is taken elsewhere or out.
+        found = [(line, self._find(level, line.path), self._find(level, line.value) if line.key == PARENT else None)
+                 for line in lines]
+        hung: list[tuple[Line, Any, Any]] = []
+        for line, handle, parent in found:
+            if line.key == PARENT and mapName and not parent and line.value.partition('/')[0] != mapName:
+                continue  # the other map may be built yet
             del self._waiting[line.path, line.key]
             if not handle:
                 self._tell(line, 'there is no %s' % line.path)
+            elif line.key != PARENT:
+                self._attempt(line, lambda: self._set(handle, line))
+            elif not parent:
+                self._tell(line, 'there is no %s' % line.value)
             else:
-                self._apply(level, handle, line)
+                hung.append((line, handle, parent))
+        self._hang(hung)
+        for line, handle, _ in found:
+            if line.key == REMOVED and handle:
+                self._remove(handle)
 
     def _find(self, level: kaVel.Coordinator, path: str) -> Any:
         """What stands at a path of the scripts, which may go on below what a pattern has built."""
@@ -184,56 +207,83 @@ class LevelChanges:
             root = _child(root, name, int(number)) if mark and number.isdigit() else _child(root, step, 0)
         return root
 
-    def _apply(self, level: kaVel.Coordinator, handle: Any, line: Line):
+    def _attempt(self, line: Line, change: Callable[[], object]):
         try:
-            if line.key == REMOVED:
-                self._noteRemoved(handle)
-                handle.setName('.gone')
-                handle.murder()
-            elif line.key == PARENT:
-                parent = self._find(level, line.value)
-                if not parent:
-                    raise ValueError('there is no %s' % line.value)
-                self.parents[handle] = kaVel.pathOf(handle.parent).partition('/')[2]
-                handle.setParent(parent)
-            elif line.key[0] == '.':
-                if not hasattr(handle, line.key[1:]):
-                    raise ValueError('%s has no property %r' % (handle._getType().name, line.key[1:]))
-                setattr(handle, line.key[1:], line.value)
-            else:
-                raise ValueError('no script of the level has called for it by a pattern')
+            change()
         except Exception as error:
             self._tell(line, str(error))
 
-    def _noteRemoved(self, handle: Any):
+    @staticmethod
+    def _set(handle: Any, line: Line):
+        if line.key[0] == '.':
+            if not hasattr(handle, line.key[1:]):
+                raise ValueError('%s has no property %r' % (handle._getType().name, line.key[1:]))
+            setattr(handle, line.key[1:], line.value)
+        elif line.key != REMOVED:
+            raise ValueError('no script of the level has called for it by a pattern')
+
+    def _hang(self, hung: list[tuple[Line, Any, Any]]):
+        """Hangs objects below others, in an order in which none hangs below itself on the way."""
+        while hung:
+            ready = [each for each in hung if not _isBelow(each[2], each[1])]
+            if not ready:
+                # Each waits for another one: one goes out of the way.
+                self._putAside(hung)
+                continue
+            for line, handle, parent in ready:
+                if not _isBelow(parent, handle):
+                    self._attempt(line, lambda: handle.setParent(parent))
+                    hung.remove((line, handle, parent))
+
+    def _putAside(self, hung: list[tuple[Line, Any, Any]]):
+        for line, handle, _ in hung:
+            map = handle.getAncestorOfType(kaVel.Reflection.MapRootEntity)
+            if map and handle.parent != map:
+                handle.setParent(map)
+                return
+        line, *_ = hung.pop()
+        self._tell(line, 'it would hang below itself')
+
+    def _remove(self, handle: Any):
         for each in kaVel.descendants(handle):
             built = each.pattern
             if isinstance(built, kaVel.BuiltFrom) and built.calls and built.atStart and each not in self.removed:
-                self.removed[each] = Removed(built, each.parent, self._scriptsPath(each.parent),
-                                             nameInScripts(built) or each.getName(), self.numbers.get(each, 0))
+                self.removed[each] = Removed(built, nameInScripts(built) or each.getName())
+        handle.setName('.gone')
+        handle.murder()
 
     def _tell(self, line: Line, cause: str):
         kaVel.log('%s:%d: the change of %s is left out: %s' % (_shown(self._file), line.number, line.path, cause))
 
 
+def _nameOf(entity: Any) -> str:
+    """An object's name; empty for one that has none but that which the engine made up."""
+    name = entity.getName()
+    return '' if name.startswith('unnamed__') else name
+
+
+def _step(name: str, number: int) -> str:
+    return name + ('#%d' % number if number or not name else '')
+
+
 def _child(parent: Any, name: str, number: int) -> Any:
-    named = (each for each in parent.children if each.getName() == name)
+    named = (each for each in parent.children if _nameOf(each) == name and not each.isDying())
     return next((each for count, each in enumerate(named) if count == number), kaVel.Handle())
+
+
+def _isBelow(entity: Any, above: Any) -> bool:
+    while entity and entity != above:
+        entity = entity.parent
+    return bool(entity)
 
 
 _ofLevels: dict[str, LevelChanges] = {}
 
 
-def numberInScripts(levelName: str, root: Any) -> int | None:
-    """How many of its name and parent the scripts had called for before an object; None where nobody counted."""
+def callsInScripts(levelName: str) -> dict[Any, Call]:
+    """The calls of a level's scripts by what they have built; none for a level without changes."""
     changes = _ofLevels.get(levelName)
-    return changes.numbers.get(root) if changes else None
-
-
-def parentInScripts(levelName: str, root: Any) -> str | None:
-    """Path below the level of what the scripts hang an object below that a change hangs elsewhere; None for others."""
-    changes = _ofLevels.get(levelName)
-    return changes.parents.get(root) if changes else None
+    return changes.calls if changes else {}
 
 
 def removedInScripts(levelName: str) -> dict[Any, Removed]:

@@ -64,13 +64,25 @@ IN_THE_WAY = frozenset((
     'radiator', 'fireplace', 'column', 'pedestal', 'tombstone', 'tombCross', 'deadTree', 'tripod', 'workbench', 'rack',
     'boiler', 'drillPress', 'mourner'))
 
+#: Name of what stands in the way.
+BLOCK = 'block'
+
+
+def isInTheWay(entity: Any) -> bool:
+    """Whether `makeSolid` would give a block to an object."""
+    drawn = entity.getComponent('graphics2') if entity._getType().name == 'Entity' else None
+    return bool(drawn) and getattr(drawn, 'meshName', '') in IN_THE_WAY and not any(
+        each.getName() == BLOCK and each.pattern is None for each in entity.children)
+
 
 def makeSolid(root: kaVel.Object):
-    """Gives a block to all that is drawn below an object and stands in a walker's way, see `IN_THE_WAY`."""
+    """Gives a block to all that is drawn below an object and stands in a walker's way, see `IN_THE_WAY`.
+
+    What has one already keeps that.
+    """
     for entity in kaVel.descendants(root):
-        drawn = entity.getComponent('graphics2') if entity._getType().name == 'Entity' else None
-        if drawn and getattr(drawn, 'meshName', '') in IN_THE_WAY:
-            _fence(entity, drawn.meshName)
+        if isInTheWay(entity):
+            _fence(entity, entity.getComponent('graphics2').meshName)
 
 
 def _fence(entity: kaVel.Entity, meshName: str):
@@ -78,7 +90,7 @@ def _fence(entity: kaVel.Entity, meshName: str):
     transform, (low, high) = entity.getComponent('transform'), boundsOf(meshName)
     scale = transform.scale.x, transform.scale.y, transform.scale.z
     middle = [(a + b) / 2 * factor for a, b, factor in zip(low, high, scale)]
-    fence = placed(entity, 'block')
+    fence = placed(entity, BLOCK)
     place = fence.getComponent('transform')
     turn = transform.orientation
     way = turn * kaVel.Quaternion(0, *middle) * turn.inverse()

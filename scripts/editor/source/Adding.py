@@ -3,12 +3,13 @@
 from __future__ import annotations
 
 import ast
+import importlib
 import keyword
 import re
 from typing import Any, Iterable
 
 import kaVel
-from editor.source import Layout, Literals, Parameters, Tracing
+from editor.source import Address, Layout, Literals, Parameters, Tracing
 from editor.source.Configuring import canConfigure, configured, configureLine
 from editor.source.Files import Function, Script
 from editor.source.Patches import textOf
@@ -21,10 +22,13 @@ LEAST_ROWS = 3
 
 
 class Home:
-    """A function at whose end calls are added, and what it calls the object that they hang things below."""
+    """A function at whose end calls are added, and what it calls the object that they hang things below.
 
-    def __init__(self, script: Script, function: Function, parent: str):
-        self.script, self.function, self.parent = script, function, parent
+    `isAside` where that is the map in place of what they are to hang below, for which the function has no word.
+    """
+
+    def __init__(self, script: Script, function: Function, parent: str, isAside: bool = False):
+        self.script, self.function, self.parent, self.isAside = script, function, parent, isAside
 
 
 class Adding:
@@ -40,7 +44,7 @@ class Adding:
     def write(self, added: list[Piece], properties: dict[Any, Any]):
         """Writes the calls of new pieces, and what was set of them, at the ends of the functions that hold them."""
         blocks: dict[Function, list[tuple[Home, Piece]]] = {}
-        for piece in _aboveFirst(added):
+        for piece in aboveFirst(added):
             home = self.homeOf(piece, added)
             blocks.setdefault(home.function, []).append((home, piece))
         for function, rows in blocks.items():
@@ -53,12 +57,21 @@ class Adding:
         above = piece.above
         if above in added and above is not None:
             home = self.homeOf(above, added)
+            if not _isTold(above.root, piece.parent):
+                return self._ofMap(piece.parent)
             name = self.variableOf(above, home.function)
             return Home(home.script, home.function, self.below(name, above.root, piece.parent))
+        if self._hasNamesake(piece):
+            return self._ofMap(piece.parent)  # behind all others of its name, which are told by their order
         key = piece.parent, piece.section
         if key not in self._homes:
             self._homes[key] = self._sought(piece)
         return self._homes[key]
+
+    def _hasNamesake(self, piece: Piece) -> bool:
+        """Whether the scripts hang something of its name where it hangs."""
+        return any(each.source and each.source.above is piece.above and each.source.steps == piece.steps
+                   and piece.name in (each.name, each.source.name) for each in self._pieces.everyone())
 
     def _sought(self, piece: Piece) -> Home:
         parent: Any = piece.parent
@@ -70,11 +83,18 @@ class Adding:
         section = self._level.function(piece.section) if piece.section else None
         if isMap and section and Tracing.parametersOf(section):
             return Home(self._level, section, Tracing.parametersOf(section)[0])
-        home = None if isMap else self._bySiblings(parent) or self._byVariable(parent)
-        return home or self._ofMap(parent)
+        home = None if isMap else self._bySiblings(piece) or self._byVariable(parent)
+        return self._ofMap(parent) if home is None or self.wouldBeSolid(piece, home.function) else home
 
-    def _bySiblings(self, parent: Any) -> Home | None:
-        """The function that builds what hangs below an object, if it does that for this object alone."""
+    def wouldBeSolid(self, piece: Piece, function: Function) -> bool:
+        """Whether the level would make a piece solid, with all the others, that a function called for."""
+        if any(each.getName() == function.name for each in self._pieces.maps()):
+            return False  # at its end all is done
+        names = {getattr(node, 'id', getattr(node, 'attr', '')) for node in ast.walk(self._level.tree)}
+        return 'makeSolid' in names and any(map(_bodies().isInTheWay, kaVel.descendants(piece.root)))
+
+    def _bySiblings(self, added: Piece) -> Home | None:
+        """The function that builds what hangs where a piece does, if it does that for this object alone."""
         holds: dict[Function, list[Piece]] = {}
         scripts: dict[Function, Script] = {}
         names: dict[Function, str] = {}
@@ -87,7 +107,8 @@ class Adding:
                     holds.setdefault(scope.function, []).append(piece)
                     scripts[scope.function], names[scope.function] = scope.script, node.id
         fitting = [function for function, children in holds.items()
-                   if all(child.parent == parent for child in children)]
+                   if all(child.source and child.source.above is added.above and child.source.steps == added.steps
+                          for child in children)]
         if not fitting:
             return None
         best = max(fitting, key=lambda function: len(holds[function]))
@@ -102,7 +123,7 @@ class Adding:
         statement = scope.script.parent(scope.call)
         if scope.script.parent(statement) is not scope.function if statement else True:
             return None  # in a loop or a branch
-        name = self.kept(piece, scope.script, scope.function, scope.call)
+        name = self.kept(piece, scope.script, scope.function, scope.call) if _isTold(piece.root, parent) else ''
         return None if not name else Home(scope.script, scope.function, self.below(name, piece.root, parent))
 
     def _isOnce(self, call: ast.Call) -> bool:
@@ -122,7 +143,10 @@ class Adding:
         return self._assigned[call]
 
     def _ofMap(self, parent: Any) -> Home:
-        """The function of the map that an object stands in, which finds it by its path."""
+        """The function of the map that an object stands in.
+
+        What stands in the way down to the object may be called otherwise by then: no path leads to a piece.
+        """
         isMap = parent._getType().isSubclassOf(kaVel.Reflection.MapRootEntity)
         map_ = parent if isMap else parent.getAncestorOfType(kaVel.Reflection.MapRootEntity)
         root = map_ or self._pieces.level
@@ -130,7 +154,10 @@ class Adding:
         if function is None or not Tracing.parametersOf(function):
             raise Refused('%s has no function %s(map) that something could be added to'
                           % (self._level.file, root.getName()))
-        return Home(self._level, function, self.below(Tracing.parametersOf(function)[0], root, parent))
+        name = Tracing.parametersOf(function)[0]
+        if self._pieces.pieceOf(parent) or not _isTold(root, parent):
+            return Home(self._level, function, name, isAside=True)
+        return Home(self._level, function, self.below(name, root, parent))
 
     @staticmethod
     def below(name: str, root: Any, entity: Any) -> str:
@@ -169,7 +196,8 @@ class Adding:
         lines, run = [], []
         parents = {piece.above for _, piece in rows}
         for home, piece in [*rows, (None, None)]:
-            isPlain = piece is not None and piece not in parents and piece.number not in changed
+            isPlain = piece is not None and piece not in parents and piece not in self._variables \
+                and piece.number not in changed
             if run and not (isPlain and home and self._goOn(script, run, home, piece)):
                 lines.append(self._run(script, indent, run))
                 run = []
@@ -302,7 +330,17 @@ class Adding:
                              '\n' + line if isDocumented else line + '\n')
 
 
-def _aboveFirst(added: list[Piece]) -> list[Piece]:
+def _bodies() -> Any:
+    """The module as the level has it, which may have read it anew."""
+    return importlib.import_module('objects.Bodies')
+
+
+def _isTold(root: Any, entity: Any) -> bool:
+    """Whether a path tells an object below another one from its siblings."""
+    return all(name and not number for name, number in Address.below(root, entity))
+
+
+def aboveFirst(added: list[Piece]) -> list[Piece]:
     """New pieces in their order, but that each stands behind the one that it hangs below."""
     found: dict[Piece, None] = {}
     for piece in added:

@@ -17,7 +17,8 @@ import importlib
 from typing import Any, Callable, Iterable, Protocol
 
 import kaVel
-from editor.source import Address, Aside, Changes, Files, Literals, Making, Merging, Parameters, Pieces, References
+from editor.source import Address, Aside, Changes, Files, Literals, Making, Merging, Parameters, Paths, Pieces
+from editor.source import References
 from editor.source.Pieces import Piece
 from editor.source.Refused import Refused
 
@@ -59,7 +60,9 @@ class LevelEdits:
         self._listeners: list[Callable[[], object]] = []
         self._savedAt: Step | None = None
         self._texts: dict[Step | None, dict[str, str]] = {None: {}}  # of files, by the step that they were saved at
-        self._attendant: Attendant | None = None
+        #: How the files name pieces: as they were loaded, or saved since.
+        self.paths = Paths.of(Paths.spotsOf(pieces.everyone()))
+        self._paths: dict[Step | None, dict[Piece, str]] = {None: self.paths}  # by the step that they were saved at
         self._attendant: Attendant | None = None
         self.savedProperties: dict[tuple[Address.Address, str], Any] = {}
 
@@ -352,6 +355,7 @@ class LevelEdits:
         """Goes on with a level that was loaded anew, from other texts."""
         self.texts = texts
         self.texts.remember(self.pieces.files())
+        self.paths = Paths.of(Paths.spotsOf(self.pieces.everyone()))
         self.written |= self.savedProperties.keys()
         self.properties = {key: value for key, value in self.properties.items()
                            if key not in self.savedProperties or self.savedProperties[key] != value}
@@ -368,6 +372,10 @@ class LevelEdits:
                 del self.properties[address, name]
         self._tell()
 
+    def savedPaths(self) -> dict[Piece, str]:
+        """How the scripts named pieces that had these texts."""
+        return self._paths[self._lastDone()]
+
     def savedTexts(self) -> dict[str, tuple[str, str]] | None:
         """What the files are to have where the level is again as it was saved once, or first: whoever undoes wants his
         own lines back. Each comes with what it was given last; None where the level was never saved so.
@@ -383,6 +391,7 @@ class LevelEdits:
                 texts[file] = Merging.join(last[file], texts[file], text)[0] if file in last else text
         self._savedAt = self._lastDone()
         self._texts[self._savedAt] = {**last, **after}
+        self.paths = self._paths[self._savedAt] = self.texts.paths
         removed = {piece.number for piece in self.pieces.everyone() if piece.removed}  # of which nothing was written
         self.savedProperties = {key: value for key, value in self.properties.items() if key[0][0] not in removed}
         for piece in self.pieces.everyone():

@@ -121,6 +121,7 @@ class Texts:
         self.written: dict[str, str] = {}   # what files were given when the level was last saved
         self.begun: dict[str, str] = {}     # what was in them before
         self.planned: dict[str, str] = {}   # what they are to be given
+        self.paths: dict[Any, str] = {}     # how the planned scripts name pieces
 
     def of(self, file: str) -> Script | None:
         """A script; None for one that cannot be read or is none."""
@@ -139,6 +140,10 @@ class Texts:
             name = os.path.realpath(file)
             if name not in self._read:
                 self._read[name] = _textOf(name)
+
+    def areAsWritten(self) -> bool:
+        """Whether files that were saved have still what was written into them."""
+        return bool(self.written) and all(_textOf(file) == text for file, text in self.written.items())
 
 
 def _textOf(file: str) -> str:

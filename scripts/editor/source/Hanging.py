@@ -50,7 +50,11 @@ class Hanging:
         return False
 
     def _hasNamesake(self, piece: Piece) -> bool:
-        return any(each.getName() == piece.name and each != piece.root for each in piece.parent.children)
+        if any(each.getName() == piece.name and each != piece.root for each in piece.parent.children):
+            return True
+        return any(each is not piece and each.source and each.source.above is piece.above
+                   and each.source.steps == piece.steps and piece.name in (each.name, each.source.name)
+                   for each in self._pieces.everyone())
 
     def _statementOf(self, piece: Piece) -> ast.stmt | None:
         """The statement of a function that makes a piece, once and nothing else."""
@@ -119,8 +123,10 @@ class Hanging:
                 and isinstance(node.ctx, ast.Load)] if variable else []
         if place.function is function:
             return not (place.isAtEnd and uses) and all(node.lineno > (place.behind.end_lineno or 0) for node in uses)
-        return not uses and not any(Tracing.isLocal(function, node.id) for argument in _rest(scope.call)
-                                    for node in ast.walk(argument) if isinstance(node, ast.Name))
+        if uses or self._adding.wouldBeSolid(piece, place.function):
+            return False
+        names = (node.id for argument in _rest(scope.call) for node in ast.walk(argument) if isinstance(node, ast.Name))
+        return not any(Tracing.isLocal(function, name) for name in names)
 
 
 def _variable(statement: ast.stmt) -> str:

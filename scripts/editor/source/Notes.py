@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Any
 
 import levelChanges
-from editor.source import Address, Literals
+from editor.source import Address, Literals, Paths
 from editor.source.Refused import Refused
 from levelChanges import NAME, PARENT, REMOVED
 
@@ -21,68 +21,42 @@ class Notes:
 
     def __init__(self, pieces: LevelPieces, before: str):
         self._pieces = pieces
-        self._old = self._counted(set(), {})
+        #: Where the scripts call for pieces, and by which paths they name them.
+        self.spots = Paths.spotsOf(pieces.everyone())
+        self.paths = Paths.of(self.spots)
         # What became of calls is told anew; what no piece stands for stays as it is.
-        known = {self._old[piece.number] for piece in pieces.everyone() if piece.source}
+        known = set(self.paths.values())
         self._lines = {(line.path, line.key): line.value for line in levelChanges.read(before)
                        if line.path not in known or line.key[0] == '.'}
-        self._paths = self._old
 
-    def follow(self, gone: set[Piece], renamed: set[Piece]):
-        """Names things as the scripts will, which have lost some calls and have other names for some pieces."""
-        after = self._counted(gone, {piece: piece.name for piece in renamed})
-        moved = {self._old[number]: after.get(number) for number in self._old}
+    def follow(self, spots: dict[Piece, Paths.Spot]):
+        """Names things as the scripts will, which call for pieces at other spots."""
+        after = Paths.of(spots)
+        moved = {path: after.get(piece) for piece, path in self.paths.items()}
         lines: dict[tuple[str, str], Any] = {}
         for (path, key), value in self._lines.items():
             begin, rest = _longest(path, moved)
             now = moved.get(begin, begin)
             if now is not None:
                 lines[now + rest, key] = value
-        self._lines, self._paths = lines, after
-
-    def _counted(self, gone: set[Piece], names: dict[Piece, str]) -> dict[int, str]:
-        """Paths of pieces as the scripts name them, with which one it is of those that share a name."""
-        paths: dict[int, str] = {}
-        moved: dict[str, str] = {}
-        left = [piece for piece in self._pieces.everyone() if piece.source and piece not in gone]
-        fewer: dict[tuple[str, str], list[int]] = {}
-        for piece in [*gone, *names]:
-            if piece.source:
-                fewer.setdefault((piece.source.parentPath, piece.source.name), []).append(piece.source.number)
-        for piece in left:
-            source: Any = piece.source
-            begin, rest = _longest(source.parentPath, moved)
-            above, name = moved.get(begin, begin) + rest, names.get(piece, source.name)
-            gaps = fewer.get((source.parentPath, source.name), ())
-            number = source.number - sum(each < source.number for each in gaps)
-            if piece in names:
-                number = sum(1 for each in left if each.source and each.source.parentPath == source.parentPath
-                             and each not in names and each.source.name == name)
-            paths[piece.number] = '/'.join(filter(None, [above, name])) + ('#%d' % number if number else '')
-            if name != source.name:
-                moved['/'.join(filter(None, [source.parentPath, source.name]))] = paths[piece.number]
-        return paths
+        self._lines, self.spots, self.paths = lines, spots, after
 
     def has(self, piece: Piece) -> bool:
         """Whether something is noted of a piece, or of what is below it in the scripts."""
-        path = self._old.get(piece.number, '')
+        path = self.paths.get(piece, '')
         return any(line == path or line.startswith(path + '/') for line, key in self._lines if key != PARENT
                    or line != path)
 
     def path(self, piece: Piece) -> str:
         """Where the scripts have a piece."""
-        known = self._paths.get(piece.number)
-        if known or piece.above is None:
-            return known or piece.path
-        return '/'.join([self.path(piece.above), *(name for name, _ in piece.steps), piece.name])
+        return self.paths.get(piece) or piece.path
 
     def argument(self, piece: Piece, name: str, value: Any):
         self._note(piece, self.path(piece), name, value)
 
     def removed(self, piece: Piece):
         path = self.path(piece)
-        self._lines = {key: value for key, value in self._lines.items()
-                       if key[0] != path and not key[0].startswith(path + '/')}
+        self._lines = {key: value for key, value in self._lines.items() if key[0] != path or key[1][0] == '.'}
         self._lines[path, REMOVED] = None
 
     def renamed(self, piece: Piece):

@@ -232,20 +232,24 @@ class Patches:
                 near = {key for run in site.scopes[:1] for scope in _chain(run)
                         for key in where.get(id(scope.function), ())}
                 for piece in site.pieces if near else ():
-                    if not piece.removed:
-                        found |= self._disturbed(piece, site.scopeOf.get(piece), near)
+                    found |= self._disturbed(piece, site.scopeOf.get(piece), near)
         finally:
             values.replaced, values.inserted = {}, {}
         return found
 
     def _disturbed(self, piece: Piece, scope: Scope | None, edits: set[Key]) -> set[Key]:
-        """The edits that a piece comes by, if they do not make it what it is."""
+        """The edits that a piece comes by, if they do not make it what it is; one that is removed keeps its name, by
+        which that is noted.
+        """
         values = self.sites.values
         if scope is None:
-            return edits  # who knows
-        given: dict[str, Any] = dict(piece.arguments, name=piece.name)
+            return set() if piece.removed else edits  # who knows
+        name = piece.source.name if piece.removed and piece.source else piece.name
+        given: dict[str, Any] = dict(piece.arguments, name=name)
+        told = {} if piece.removed else {**piece.given,
+                                         **{key[1]: 0 for key in values.inserted if key[0] is scope.call}}
         disturbed: set[Key] = set()
-        for name in {**piece.given, 'name': 0, **{key[1]: 0 for key in values.inserted if key[0] is scope.call}}:
+        for name in {**told, 'name': 0}:
             values.touched.clear()
             try:
                 value = self._argument(piece, scope, name)

@@ -30,13 +30,24 @@ Origin = tuple[str, int, int]
 class Source:
     """What a piece's call says where it stands in the scripts: the state that changes are told from."""
 
-    def __init__(self, built: kaVel.BuiltFrom, name: str, given: dict[str, Any], parentPath: str):
+    def __init__(self, piece: Piece, built: kaVel.BuiltFrom, name: str):
         self.calls = built.calls
         self.name = name
-        self.given = given
-        self.parentPath = parentPath
-        self.number = 0  # of those with its name and parent, in the order of the scripts
+        self.above: Piece | None = None             # what the call hangs it below, as `Piece.above` and `Piece.steps`
+        self.steps: tuple[Address.Step, ...] = ()
+        self.order = 0                              # among the calls of those with its parent
         self.isRemoved = False  # whether the level's file of changes takes out what the call makes
+        self._piece = piece
+        self._built = built
+        self._told: dict[str, Any] | None = None
+
+    @property
+    def given(self) -> dict[str, Any]:
+        """The arguments of the call; looked up when they are asked for: few of thousands ever are."""
+        if self._told is None:
+            called = self._built.called or (self._built.arguments, self._built.options)
+            self._told = Parameters.given(self._piece.pattern, *called)
+        return self._told
 
 
 class Piece:
@@ -157,8 +168,14 @@ class Piece:
         if source is None:
             return not self.removed
         isOther = self._given is not None and self._given != source.given or self._built and self._built.called
-        return (self.removed or self._name != source.name or bool(isOther)
-                or bool(self.root) and parentPath(self.root) != source.parentPath)
+        return self.removed or self._name != source.name or bool(isOther) or self.hangsElsewhere()
+
+    def hangsElsewhere(self) -> bool:
+        """Whether it hangs below another object than its call says."""
+        source = self.source
+        if source is None or not self.root:
+            return False
+        return self._above is not source.above or self.steps != source.steps
 
 
 class LevelPieces:
@@ -170,7 +187,6 @@ class LevelPieces:
         self._numbered: dict[int, Piece] = {}
         self._byRoot: dict[Any, Piece] = {}
         self._last = 0
-        self._counts: dict[tuple[str, str], int] = {}
         self.edits: Any = None  # of this level, see `Edits`
         self._collect(level)
 
@@ -241,7 +257,11 @@ class LevelPieces:
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
         self.hang(piece)
-        piece.stand = Standing.of(root, self._byRoot)
+        self.gather(piece)
+
+    def gather(self, piece: Piece):
+        """Notes how the objects of a piece stand that has other ones now."""
+        piece.stand = Standing.of(piece.root, self._byRoot)
 
     def putBack(self, piece: Piece, root: Any, stand: Standing.Standing, above: Piece | None,
                 steps: tuple[Address.Step, ...]):
@@ -293,7 +313,7 @@ class LevelPieces:
         return piece
 
     def _collect(self, level: kaVel.Coordinator):
-        standings, places = Standing.Gatherer(), {}
+        standings, places, calls = Standing.Gatherer(), {}, levelChanges.callsInScripts(self.levelName)
         for entity in kaVel.descendants(level):
             built = entity.pattern
             isBuilt = isinstance(built, kaVel.BuiltFrom) and built.calls and built.atStart
@@ -302,19 +322,27 @@ class LevelPieces:
         for piece, standing in standings.found.items():
             piece.stand = standing
             standing.isKept = standing.isKept or _hasMore(piece)
-        self._collectRemoved()
+        found = {root: piece for root, piece in {**self._byRoot, **self._collectRemoved()}.items() if root in calls}
+        byPath = {calls[root].path: piece for root, piece in found.items()}
+        for root, piece in found.items():
+            assert piece.source
+            call, source = calls[root], piece.source
+            source.above, source.order, source.name = byPath.get(call.above), call.order, call.name
+            source.steps = call.steps if source.above else (*Address.read(call.above), *call.steps)
+            if piece.removed:
+                piece.above, piece.steps = source.above, source.steps
 
-    def _collectRemoved(self):
+    def _collectRemoved(self) -> dict[Any, Piece]:
         """Enters the calls that a change has left without an object: they are as good as removed and saved."""
-        known: dict[Any, Piece] = {}
+        found: dict[Any, Piece] = {}
         for root, removed in levelChanges.removedInScripts(self.levelName).items():
             self._last += 1
-            piece = known[root] = Piece(self._last, kaVel.Handle(), removed.built.pattern)
+            piece = found[root] = Piece(self._last, kaVel.Handle(), removed.built.pattern)
             piece._built, piece._name, piece.removed = removed.built, removed.name, True
-            piece.above = known.get(removed.parent) or self.pieceOf(removed.parent)
-            piece.source = _LateSource(piece, removed.built, removed.name, removed.parentPath)
-            piece.source.number, piece.source.isRemoved = removed.number, True
+            piece.source = Source(piece, removed.built, removed.name)
+            piece.source.isRemoved = True
             self._numbered[piece.number] = piece
+        return found
 
     def _found(self, root: Any, built: kaVel.BuiltFrom, places: dict[Any, Any]) -> Piece:
         self._last += 1
@@ -324,13 +352,10 @@ class LevelPieces:
         parent = root.parent
         if parent not in places:
             self.hang(piece)
-            places[parent] = piece.above, piece.steps, pathInLevel(parent)
-        piece.above, piece.steps, path = places[parent]
-        path = levelChanges.parentInScripts(self.levelName, root) or path
-        piece.source = _LateSource(piece, built, levelChanges.nameInScripts(built) or piece._name, path)
-        number = levelChanges.numberInScripts(self.levelName, root)
-        piece.source.number = self._counts.get((path, piece.source.name), 0) if number is None else number
-        self._counts[path, piece.source.name] = piece.source.number + 1
+            places[parent] = piece.above, piece.steps
+        piece.above, piece.steps = places[parent]
+        piece.source = Source(piece, built, levelChanges.nameInScripts(built) or piece._name)
+        piece.source.above, piece.source.steps, piece.source.order = piece.above, piece.steps, self._last
         piece._patternName = Parameters.nameOf(piece.pattern, piece._moduleOfCall())
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
@@ -343,36 +368,6 @@ def _hasMore(piece: Piece) -> bool:
     return piece.root.childCount > piece._built.parts and any(
         each._getType().isSubclassOf(kaVel.Reflection.AbstractComponent)
         for each in list(piece.root.children)[piece._built.parts:])
-
-
-class _LateSource(Source):
-    """A source whose arguments are looked up when they are asked for: few of thousands ever are."""
-
-    def __init__(self, piece: Piece, built: kaVel.BuiltFrom, name: str, parentPath: str):
-        self.calls = built.calls
-        self.name = name
-        self.parentPath = parentPath
-        self.number = 0
-        self.isRemoved = False
-        self._piece = piece
-        self._built = built
-        self._told: dict[str, Any] | None = None
-
-    @property
-    def given(self) -> dict[str, Any]:  # type: ignore
-        if self._told is None:
-            called = self._built.called or (self._built.arguments, self._built.options)
-            self._told = Parameters.given(self._piece.pattern, *called)
-        return self._told
-
-
-def parentPath(root: Any) -> str:
-    """Path below the level of what a root hangs below."""
-    return pathInLevel(root.parent)
-
-
-def pathInLevel(entity: Any) -> str:
-    return kaVel.pathOf(entity).partition('/')[2]
 
 
 def of(level: kaVel.Coordinator) -> LevelPieces:

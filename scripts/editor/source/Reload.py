@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Any
 
 import kaVel
-from editor.source import Aside, Files, Making, Parameters
+from editor.source import Aside, Files, Making, Parameters, Paths
 from editor.source.Pieces import LevelPieces, Piece
 from editor.source.Refused import Refused
 
@@ -47,23 +47,33 @@ def follow(pieces: LevelPieces, level: kaVel.Coordinator):
     for piece in pieces.everyone():
         if piece.above in numbers:
             piece.above = numbers[piece.above]
+        if piece.source and piece.source.above in numbers:
+            piece.source.above = numbers[piece.source.above]
     _again(pieces, unsaved, gone, lost)
 
 
 def _paired(pieces: LevelPieces, fresh: LevelPieces) -> dict[Piece, Piece]:
-    """Old pieces and those that stand for them: by what they are now, or else by what the scripts said of them."""
-    pairs = _byTelling(pieces.all(), fresh.all())
-    called = [piece for piece in pieces.everyone() if piece.source]
-    present = _byPath(fresh.all(), lambda piece: piece.path)
-    absent = {_callInScripts(piece): piece for piece in fresh.everyone() if piece.removed}
-    for known, there in (({_callInScripts(piece): piece for piece in called}, absent),
-                         (_byPath(called, _pathInScripts), present)):
-        taken = set(pairs.values())
-        for key, old in known.items():
-            new = there.get(key)
-            if new and old not in pairs and new not in taken and new.patternName == old.patternName:
-                pairs[old] = new
+    """Old pieces and those that stand for them: by how the scripts name them, or else by what they are."""
+    known: dict[Piece, str] = pieces.edits.paths if pieces.edits else Paths.of(Paths.spotsOf(pieces.everyone()))
+    present = {path: new for new, path in Paths.of(Paths.spotsOf(fresh.everyone())).items()}
+    byPath = {old: present[path] for old, path in known.items()
+              if path in present and present[path].patternName == old.patternName}
+    isOurs = pieces.edits and pieces.edits.texts.areAsWritten()
+    pairs = {old: new for old, new in byPath.items() if isOurs or _isToldAlike(old, new)}
+    pairs.update(_byTelling([each for each in pieces.all() if each not in pairs],
+                            [each for each in fresh.all() if each not in set(pairs.values())]))
+    taken = set(pairs.values())
+    for old, new in byPath.items():
+        if old not in pairs and new not in taken:
+            pairs[old] = new
+            taken.add(new)
     return pairs
+
+
+def _isToldAlike(old: Piece, new: Piece) -> bool:
+    """Whether the scripts tell the same of two pieces as they did when they were read or written last."""
+    before = old.saved or ((old.source.name, old.source.given) if old.source else (old.name, old.given))
+    return before == (new.name, new.given)
 
 
 def _byTelling(olds: list[Piece], news: list[Piece]) -> dict[Piece, Piece]:
@@ -86,25 +96,6 @@ def _byTelling(olds: list[Piece], news: list[Piece]) -> dict[Piece, Piece]:
                 pairs[old] = new
                 there.remove(new)
     return pairs
-
-
-def _pathInScripts(piece: Piece) -> str:
-    assert piece.source
-    return piece.source.parentPath + '/' + piece.source.name
-
-
-def _callInScripts(piece: Piece) -> tuple[str, int]:
-    return _pathInScripts(piece).lstrip('/'), piece.source.number if piece.source else 0
-
-
-def _byPath(pieces: list[Piece], pathOf: Any) -> dict[tuple[str, int], Piece]:
-    counts: dict[str, int] = {}
-    found: dict[tuple[str, int], Piece] = {}
-    for piece in pieces:
-        path = pathOf(piece).lstrip('/')
-        found[path, counts.get(path, 0)] = piece
-        counts[path] = counts.get(path, 0) + 1
-    return found
 
 
 def _unsaved(old: Piece, new: Piece) -> tuple[str, dict[str, Any]] | None:

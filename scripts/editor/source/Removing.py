@@ -23,9 +23,7 @@ class Removing:
         """Takes out what made these pieces and nothing else; gives those for which there is no such thing."""
         self._gone = set(removed)
         left = [piece for piece in removed if not self._takeStatement(piece)]
-        left = [piece for piece in left if not self._takeRow(piece)]
-        # What hangs below a piece that is noted goes with it.
-        return [piece for piece in left if not _isBelow(piece, set(left))]
+        return [piece for piece in left if not self._takeRow(piece)]
 
     def _takeStatement(self, piece: Piece) -> bool:
         """Deletes the innermost statement that is a call of nothing but removed pieces."""
@@ -125,12 +123,3 @@ def _isNew(piece: Piece) -> bool:
 
 def _statements(loop: ast.For) -> list[ast.stmt]:
     return [node for each in loop.body for node in ast.walk(each) if isinstance(node, ast.stmt)]
-
-
-def _isBelow(piece: Piece, others: set[Piece]) -> bool:
-    above = piece.above
-    while above:
-        if above in others:
-            return True
-        above = above.above
-    return False

@@ -18,8 +18,8 @@ from typing import Any
 
 import kaVel
 import levelChanges
-from editor.source import Edits, Files, Literals, Merging, NewLevel, Pieces
-from editor.source.Adding import Adding
+from editor.source import Address, Edits, Files, Literals, Merging, NewLevel, Paths
+from editor.source.Adding import Adding, aboveFirst
 from editor.source.Configuring import Configuring, canConfigure, configured
 from editor.source.Files import Function, Script, Texts
 from editor.source.Hanging import Hanging
@@ -42,6 +42,7 @@ class Plan:
         self._notes = Notes(pieces, texts.changes)
         self.before: dict[str, str] = {}
         self.after: dict[str, str] = {}
+        self.paths: dict[Piece, str] = {}  # by which the scripts name pieces then
         self._make()
 
     def _make(self):
@@ -52,20 +53,36 @@ class Plan:
         left = Removing(self._sites, self._splicesOf).write(gone)
         adding = Adding(self._pieces, self._sites, self._levelScript(), self._splicesOf)
         added = [piece for piece in everyone if not piece.source and not piece.removed]
-        hung = self._hang(adding, [piece for piece in changed if _hangsElsewhere(piece)], added,
+        hung = self._hang(adding, [piece for piece in changed if piece.hangsElsewhere()], added,
                           {piece for piece, *_ in patches.refused} | set(left))
-        carried = {each for piece in hung for each in _carriedBy(piece, everyone)}
-        noted = {each for piece in left for each in (piece, *_belowIn(piece, gone))}
-        self._notes.follow(hung | carried | set(gone) - noted, patches.renamed())
+        aside = {piece for piece in added if adding.homeOf(piece, added).isAside}
+        self._notes.follow(self._spots(set(gone) - set(left), patches.renamed(), hung, added, aside))
         for piece in left:
-            self._notes.removed(piece)
-        self._note(patches, [piece for piece in changed if piece not in hung])
+            # What is called below another one that goes, goes with it.
+            if not Paths.isCalledBelow(piece, left, self._notes.spots):
+                self._notes.removed(piece)
+        self._note(patches, [*(piece for piece in changed if piece not in hung), *aside])
         self._configure(adding, {piece.number for piece in added})
         adding.write(added, self._properties)
         for splices in self._splices.values():
             self._put(splices.script.file, splices.script.text, splices.text())
         changes = levelChanges.fileOf(self._pieces.levelName)
         self._put(changes, self._texts.changes, self._notes.text(self._pieces.levelName))
+        self.paths = self._notes.paths
+
+    def _spots(self, deleted: set[Piece], renamed: set[Piece], hung: set[Piece], added: list[Piece],
+               aside: set[Piece]) -> dict[Piece, Paths.Spot]:
+        """Where the scripts will call for pieces."""
+        spots = {piece: spot for piece, spot in self._notes.spots.items() if piece not in deleted}
+        last = max((spot.order for spot in spots.values()), default=0) + 1
+        for number, piece in enumerate([*hung, *aboveFirst(added)], last):
+            name = piece.name if not piece.source or piece in renamed else piece.source.name
+            above, steps = (None, Address.below(self._pieces.level, _mapOf(piece.root))) if piece in aside \
+                else (piece.above, piece.steps)
+            spots[piece] = Paths.Spot(above, steps, name, number)
+        for piece in renamed - hung:
+            spots[piece] = spots[piece]._replace(name=piece.name)
+        return spots
 
     def _put(self, file: str, before: str, after: str):
         self.before[file], self.after[file] = before, after
@@ -100,18 +117,18 @@ class Plan:
         hanging = Hanging(self._pieces, self._sites, adding, self._splicesOf)
         owners = (self._pieces.number(address[0]) for address, _ in self._properties)
         noted = noted | {piece for piece in owners if piece}
-        everyone = self._pieces.everyone()
-        return {piece for piece in pieces if not noted & {piece, *_carriedBy(piece, everyone)}
-                and not any(_isCalledBelow(each, piece) or _hangsBelow(each, piece) for each in pieces)
-                and not any(_hangsBelow(each, piece) for each in added)
+        spots = self._notes.spots
+        return {piece for piece in pieces if piece not in noted
+                and not any(Paths.isCalledBelow(each, [piece], spots) for each in (*noted, *pieces))
+                and not any(_hangsBelow(each, piece) for each in (*pieces, *added))
                 and not self._notes.has(piece) and hanging.write(piece, added)}
 
     def _note(self, patches: Patches, changed: list[Piece]):
-        """Notes other arguments and names that stand nowhere."""
+        """Notes other arguments, names and parents that stand nowhere."""
         for piece, name, value in patches.refused:
             self._notes.renamed(piece) if name == 'name' else self._notes.argument(piece, name, value)
         for piece in changed:
-            if _hangsElsewhere(piece):
+            if piece.hangsElsewhere() or not piece.source:
                 self._notes.parent(piece)
 
     def _configure(self, adding: Adding, added: set[int]):
@@ -164,45 +181,12 @@ def _differences(piece: Piece) -> list[tuple[Piece, str, Any]]:
 _NOTHING = object()
 
 
-def _belowIn(piece: Piece, pieces: list[Piece]) -> list[Piece]:
-    """Those of some pieces that hang below one."""
-    found = {piece}
-    for each in pieces:
-        if each.above in found:
-            found.add(each)
-    return list(found - {piece})
-
-
-def _carriedBy(piece: Piece, pieces: list[Piece]) -> list[Piece]:
-    """Those of some pieces that hang elsewhere with one, since their calls hang them below it."""
-    found = {piece}
-    for each in pieces:
-        if each.above in found and each.source and not each.removed and not _hangsElsewhere(each):
-            found.add(each)
-    return list(found - {piece})
-
-
-def _isCalledBelow(piece: Piece, above: Piece) -> bool:
-    """Whether the scripts call for a piece below another one, wherever it hangs now."""
-    assert piece.source and above.source
-    path = '/'.join(filter(None, [above.source.parentPath, above.source.name]))
-    return piece is not above and (piece.source.parentPath + '/').startswith(path + '/')
-
-
 def _hangsBelow(piece: Piece, above: Piece) -> bool:
     return piece.above is not None and (piece.above is above or _hangsBelow(piece.above, above))
 
 
-def _hangsElsewhere(piece: Piece) -> bool:
-    """Whether a piece hangs below another object than its call says, rather than below what itself is elsewhere."""
-    assert piece.source
-    if not piece.root or Pieces.parentPath(piece.root) == piece.source.parentPath:
-        return False
-    above = piece.above
-    if above is None or above.source is None:
-        return above is None or above.touches is None  # what was removed and brought back has its own below it
-    begin = '/'.join(filter(None, [above.source.parentPath, above.source.name]))
-    return '/'.join([begin, *(name for name, _ in piece.steps)]) != piece.source.parentPath
+def _mapOf(root: Any) -> Any:
+    return root.getAncestorOfType(kaVel.Reflection.MapRootEntity)
 
 
 def diff(level: kaVel.Coordinator) -> str:
@@ -266,7 +250,7 @@ def _wanted(level: kaVel.Coordinator) -> dict[str, str]:
     plan = Plan(edits.pieces, edits.properties, texts)
     wanted: dict[str, str] = {}
     troubles: list[str] = []
-    texts.planned = plan.after
+    texts.planned, texts.paths = plan.after, plan.paths
     for file, text in plan.after.items():
         known = texts.written.get(file, plan.before[file])
         present = _read(file)
@@ -293,6 +277,7 @@ def _again(edits: Edits.LevelEdits) -> dict[str, str] | None:
         if conflicts:
             return None  # somebody else has written there
     edits.texts.planned = {file: text for file, (_, text) in known.items()}
+    edits.texts.paths = edits.savedPaths()
     return wanted
 
 

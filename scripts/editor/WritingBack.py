@@ -15,7 +15,9 @@ from editor.source.Refused import Refused
 from perLevel import PerLevel
 
 NAME = 'Write back'
-WIDTH, HEIGHT = 560, 300
+#: Its size in steps of which LETTERS are as many as the letters are high, and its most share of the window: it lies in
+#: the lower right corner, below what the bars of objects show.
+WIDTH, HEIGHT, LETTERS, MOST, EDGE = 620, 220, 15, (0.55, 0.29), 8
 
 _offers: PerLevel[Offer] = PerLevel()
 
@@ -78,8 +80,9 @@ class Offer:
         isShown = bool(self._lines or self._told) and not _isEdited(self._level)
         if isShown and not self._isPlaced:
             self._isPlaced = True
-            window = kaVel.getSystem('WindowSystem2')
-            bar.setPlace(int(window.width) // 2 - WIDTH // 2, -HEIGHT, WIDTH, HEIGHT)
+            window, step = kaVel.getSystem('WindowSystem2'), kaVel.getSystem('TweakSystem').letters / LETTERS
+            bar.setPlace(-EDGE, -EDGE, round(min(WIDTH * step, window.width * MOST[0])),
+                         round(min(HEIGHT * step, window.height * MOST[1])))
         bar.shown = isShown
         bar.clear()
         if isShown:
@@ -95,7 +98,8 @@ class Offer:
         bar.setEnabled('write', bool(self._lines))
         bar.sameLine()
         bar.addButton('undo', 'Undo the last one', lambda: self._then(self._edits.undo))
-        bar.addText('told', '', lambda: self._told)
+        if self._told:
+            bar.addText('told', '', lambda: self._told)
         bar.addList('diff', lambda: len(self._lines), self._line, lambda number: None)
 
     def _line(self, number: int) -> str:

@@ -166,34 +166,69 @@ def act():
         if one == 0:
             thing.getComponent('transform').position = kaVel.Vec4(dice.random(), 0, dice.random(), 1)
         elif one == 1:
-            thing.getComponent('transform').orientation = place.turned(dice.randrange(360))
+            thing.getComponent('transform').setOrientation(place.turned(dice.randrange(360)))
         elif one == 2:
             for each in kaVel.descendants(thing):
                 if each.getName() == 'graphics2':
-                    each.castShadows = dice.random() < 0.5
+                    each.setCastShadows(dice.random() < 0.5)
         else:
             kaVel.finishLoad(place.Crate(level.getChild('room'), 'made%d' % number, at=(dice.random(), 0, 2)))
 
 
+def switch():
+    desk, chair = named('desk').root, named('chair').root
+    desk.getChild('graphics2').visible = False
+    chair.name = 'stool'
+    chair.setParent(desk)
+
+
+def bare():
+    root = kaVel.make('Entity', parent=level.getChild('room'), name='post')
+    kaVel.addComponent(root, 'transform', 'TransformComponent', position=kaVel.Vec4(1, 0, 3, 1))
+    kaVel.addComponent(root, 'menu', 'ScriptComponent')
+    kaVel.make('Entity', parent=root, name='below')
+    kaVel.finishLoad(root)
+
+
+def murder():
+    named('stool').root.murder()
+    level.getChild('room').getChild('post').murder()
+    named('desk').root.getChild('deskPad').murder()
+
+
+def told():
+    desk = named('desk').root
+    parts = [each.getName() for each in desk.children if not each.isDying()]
+    return (tree(), desk.getChild('graphics2').visible, sorted(parts),
+            sorted(each.name for each in editor().pieces.all() if each.patternName != 'FloorBoards'))
+
+
 press('F8')
 then(lambda: None)
-say('tree', tree)
-then(act)
-then(lambda: None)
-say('acted', tree)
+for each in (act, switch, bare, murder):
+    say('told', told)
+    then(each)
+    steps.extend([lambda: None] * 3)
+say('told', told)
 say('history', lambda: len(editor().edits.history()))
-press('Z', 'Ctrl')
-say('tree', tree)
-press('Y', 'Ctrl')
-say('acted', tree)
+for each in range(4):
+    press('Z', 'Ctrl')
+    steps.extend([lambda: None] * 2)
+    say('back', told)
+for each in range(4):
+    press('Y', 'Ctrl')
+    steps.extend([lambda: None] * 2)
+    say('again', told)
+then(lambda: editor().edits.goTo(1))
 press('F8')
 then(act)
 say('history', lambda: len(editor().edits.history()))
-""")
-    before, after = said(run, "tree")
-    acted, again = said(run, "acted")
-    assert before == after and acted == again and acted != before, run.log[-3000:]
-    assert said(run, "history") == ["1", "1"], said(run, "history")
+""", 160)
+    told, back, again = said(run, "told"), said(run, "back"), said(run, "again")
+    assert len(set(told)) == len(told) == 5, told
+    assert back == told[-2::-1], '\n'.join(map(str, (*told, *back)))
+    assert again == told[1:], '\n'.join(map(str, (*told, *again)))
+    assert said(run, "history") == ["4", "4"], said(run, "history")
 
 
 def test_what_is_chosen_in_the_catalogue_is_placed_by_clicks(world):

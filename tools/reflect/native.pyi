@@ -479,6 +479,10 @@ def writeLog(text: str, /) -> None:
     """Writes one line of text to the log."""
 
 
+def hearChanges(function: Callable[[Any, str], object] | None, /) -> None:
+    """Has a function hear what scripts are about to change of objects; None for nobody."""
+
+
 def OutputDebugString(text: str, /) -> None:
     """Writes a text to the debug output as it stands."""
 

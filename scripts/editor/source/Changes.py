@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.source import Address, Aside, Making, Order, Parameters, Standing, Touches
+from editor.source import Address, Aside, Making, Order, Parameters, Photo, Standing, Touches
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -223,6 +223,12 @@ class Removing(Change):
         return [piece for piece, *_ in self._gone]
 
     def do(self, edits: LevelEdits):
+        self.note(edits)
+        for top in self.tops:
+            Making.takeAway(edits.pieces, top)
+
+    def note(self, edits: LevelEdits):
+        """Notes how the pieces stand that are about to go."""
         for piece in self.tops:
             _standing(piece)
         self._gone = []
@@ -236,8 +242,6 @@ class Removing(Change):
                     addresses[parent] = Address.of(edits.pieces, parent)
                 gone.append((piece, addresses[parent], order.behind(piece)))
         self._gone = gone
-        for top in self.tops:
-            Making.takeAway(edits.pieces, top)
 
     def undo(self, edits: LevelEdits):
         back: list[tuple[Piece, Order.Behind]] = []
@@ -297,6 +301,15 @@ class Reparenting(Change):
         self._before, self._after = (Address.of(edits.pieces, each) for each in (piece.parent, parent))
         self._behind = Order.Behind()
 
+    def noteBefore(self, edits: LevelEdits):
+        """Notes how the piece stands that somebody else is about to hang elsewhere."""
+        self._behind = Order.Order(edits.pieces).behind(self.piece)
+
+    def noteAfter(self, edits: LevelEdits):
+        """Notes where it hangs now."""
+        edits.pieces.hang(self.piece)
+        self._after = Address.of(edits.pieces, self.piece.parent)
+
     def do(self, edits: LevelEdits):
         self._behind = Order.Order(edits.pieces).behind(_standing(self.piece))
         self._hang(edits, self._after)
@@ -316,6 +329,59 @@ class Reparenting(Change):
             edits.pieces.hang(self.piece)
         else:
             Aside.discard(Making.rebuild(edits.pieces, self.piece, edits.properties, parent))
+
+
+class Bare(Change):
+    """An object that no level's script has called a pattern for: made by a script, or murdered."""
+
+    def __init__(self, edits: LevelEdits, root: Any, isMade: bool):
+        self.name = root.getName()
+        self._isMade, self._root = isMade, root
+        self._parent = Address.of(edits.pieces, root.parent)
+        self._note()
+
+    def _note(self):
+        siblings = list(self._root.parent.children)
+        self._next = next(iter(siblings[siblings.index(self._root) + 1:]), kaVel.Handle())
+        self._step = Address.stepTo(self._root)
+        self._photo = Photo.take(self._root)
+
+    def do(self, edits: LevelEdits):
+        self._bring(edits) if self._isMade else self._take(edits)
+
+    def undo(self, edits: LevelEdits):
+        self._take(edits) if self._isMade else self._bring(edits)
+
+    def _take(self, edits: LevelEdits):
+        parent = Address.find(edits.pieces, self._parent)
+        if not self._root and parent:
+            self._root = Address.follow(parent, (self._step,))  # its piece was built anew
+        if not self._root or self._root.isDying():
+            return  # it went with its level, which no script has told of it
+        self._note()
+        if not kaVel.getSystem('ShelfSystem').take(self._root):
+            Making.bury(self._root)
+        self.standAgain(edits)
+
+    def _bring(self, edits: LevelEdits):
+        parent = Address.find(edits.pieces, self._parent)
+        if not parent:
+            raise Refused('what %r hung below is gone' % self.name)
+        before = self._next if self._next and self._next.parent == parent else kaVel.Handle()
+        if not kaVel.getSystem('ShelfSystem').giveBack(self._root, parent, before):
+            self._root = self._photo.build(parent)
+            if before:
+                kaVel.Reflection.placeBefore(self._root, before)
+        self.standAgain(edits)
+
+    def standAgain(self, edits: LevelEdits):
+        """Has the piece that it is a part of know which parts it has now."""
+        piece = edits.pieces.number(self._parent[0])
+        if piece and piece.root:
+            edits.pieces.gather(piece)
+
+    def forget(self):
+        kaVel.getSystem('ShelfSystem').discard(self._root)
 
 
 def _mapOf(entity: Any) -> Any:

@@ -77,7 +77,7 @@ def of(root: Any, roots: Any) -> Standing:
     waiting = [root]
     for entity in waiting:
         _note(standing, entity)
-        waiting.extend(child for child in entity.children if child not in roots)
+        waiting.extend(child for child in entity.children if child not in roots and not child.isDying())
     return standing
 
 

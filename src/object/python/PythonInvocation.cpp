@@ -103,5 +103,7 @@ PyObject *callForPython(const IReflectedThing &thing, SavedArguments &args)
 
 PyObject *callForPython(const DoxyElement &function, SavedArguments &args)
 {
+    if (PythonListener::isThere()) [[unlikely]]
+        PythonListener::tell(function, args);
     return callAnyForPython(function, args);
 }

@@ -28,3 +28,26 @@ inline bool hasKeywords(PyObject *keywordNames)
 {
     return keywordNames && PyTuple_GET_SIZE(keywordNames) > 0;
 }
+
+/// Hears setters and murders that scripts call, however they call them; what the engine calls by itself it does not.
+///
+/// There is at most one; while there is none, a call costs a comparison more. It is called before the change with the
+/// handle and the name of the property, or "murder", and hears nothing of what it does itself. One that raises is told
+/// in the log and hears no more.
+class PythonListener
+{
+public:
+    static bool isThere() { return listener && !isTelling; }
+    /// Tells the listener of a call, if that is one of those that it hears.
+    static void tell(const DoxyElement &function, const SavedArguments &args);
+
+private:
+    friend void addPythonListener(PyObject *module);
+    static void set(PyObject *function);
+
+    static inline PyObject *listener = nullptr;
+    static inline bool isTelling = false;
+};
+
+/// Adds `hearChanges` to the module, by which a script becomes the listener.
+void addPythonListener(PyObject *module);

@@ -62,6 +62,7 @@ bool fillModule(PyObject *module)
     addObjectChildren(module);
     addReflectionSystem(module);
     addPostOffice(module);
+    addPythonListener(module);
     addAllocationCategories();
     for (const PythonModulePart::Adder add : moduleParts())
         add(module);

@@ -10,14 +10,14 @@ from typing import Any, Callable
 import kaVel
 import session
 from editor import Inspected
-from editor.source import Edits, Pieces, Writing
+from editor.source import Edits, ForAll, Pieces, Writing
 from editor.source.Refused import Refused
 from perLevel import PerLevel
 
 NAME = 'Write back'
 #: Its size in steps of which LETTERS are as many as the letters are high, and its most share of the window: it lies in
 #: the lower right corner, below what the bars of objects show.
-WIDTH, HEIGHT, LETTERS, MOST, EDGE = 620, 220, 15, (0.55, 0.29), 8
+WIDTH, HEIGHT, LETTERS, MOST, EDGE = 620, 200, 15, (0.55, 0.26), 8
 
 _offers: PerLevel[Offer] = PerLevel()
 
@@ -56,6 +56,7 @@ class Offer:
         self._edits.onChange(self.show)
         self._lines: list[str] = []
         self._told = ''
+        self._isForAll = False  # whether the pattern is to have the last change, rather than the piece
         self._isPlaced = False
 
     def attempt(self, function: Callable[[], object]) -> None:
@@ -74,7 +75,8 @@ class Offer:
         bar = kaVel.getSystem('TweakSystem').makeBar(NAME)
         kaVel.configure(bar, label=NAME, help='What the bars have changed in this level, as lines of its files')
         try:
-            self._lines = Writing.diff(self._level).splitlines()
+            diff = ForAll.offer(self._edits).diff() if self._isForAll else Writing.diff(self._level)
+            self._lines = diff.splitlines()
         except Refused as reason:
             self._lines, self._told = [], str(reason)
         isShown = bool(self._lines or self._told) and not _isEdited(self._level)
@@ -90,7 +92,14 @@ class Offer:
 
     def write(self) -> None:
         """Writes the lines."""
-        self._then(lambda: Writing.save(self._level))
+        isForAll, self._isForAll = self._isForAll, False
+        self._then(lambda: ForAll.apply(self._edits, ForAll.offer(self._edits)) if isForAll
+                   else Writing.save(self._level))
+
+    def choose(self, isForAll: bool) -> None:
+        """Has the lines be those of the level, or those of the pattern of what was changed last."""
+        self._isForAll, self._told = isForAll, ''
+        self.show()
 
     def _fill(self, bar: Any) -> None:
         bar.addButton('write', 'Write', self.write)
@@ -98,6 +107,13 @@ class Offer:
         bar.setEnabled('write', bool(self._lines))
         bar.sameLine()
         bar.addButton('undo', 'Undo the last one', lambda: self._then(self._edits.undo))
+        bar.sameLine()
+        bar.addButton('in the level', 'In this piece', lambda: self.choose(False))
+        bar.setMarked('in the level', not self._isForAll)
+        bar.sameLine()
+        bar.addButton('in the pattern', 'In the pattern, for all', lambda: self.choose(True))
+        bar.setMarked('in the pattern', self._isForAll)
+        bar.setTip('in the pattern', 'Has all that the pattern builds be as what was changed last is')
         if self._told:
             bar.addText('told', '', lambda: self._told)
         bar.addList('diff', lambda: len(self._lines), self._line, lambda number: None)

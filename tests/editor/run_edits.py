@@ -484,5 +484,103 @@ STEPS = {2: look}
     merged.expect("(2, 0, 2) (-5, 0, 1) 5 7")
 
 
+#: Patterns of the yard's own: one that tells its parameters, and one that a call makes.
+STOOLS = '''"""What one sits on in a yard."""
+
+import kaVel
+import objects.GameObjects as place
+from objects.Models import thing
+
+Bench = thing(sideTable='wood')
+
+
+@kaVel.pattern
+def Stool(parent: kaVel.Object, name: str = '', at: place.Triple = (0, 0, 0), scale: place.Triple = (1, 1, 1)):
+    """A crate to sit on."""
+    seat = place.Crate(parent, name, at=at, scale=scale)  # of planks
+    return seat
+'''
+
+FOR_ALL = """
+from editor.source import ForAll, Writing
+from editor.source.Refused import Refused
+
+
+def look(level, what):
+    pieces = of(level)[0]
+    kaVel.log('%s: %s' % (what, [(each.root.getComponent('transform').scale.y,
+                                  each.root.getChild('graphics2').castShadows, 'scale' in each.given)
+                                 for each in pieces.all() if each.name in NAMES]))
+
+
+NAMES = 'one', 'two', 'long'
+
+
+def forAll(change):
+    def step(level):
+        pieces, edits = of(level)
+        change(pieces, edits)
+        rewriting = ForAll.offer(edits)
+        kaVel.log(rewriting.diff())
+        ForAll.apply(edits, rewriting)
+    return step
+
+
+def shadow(name):
+    def change(pieces, edits):
+        edits.setProperty(named(pieces, name).root.getChild('graphics2'), 'castShadows', False)
+    return change
+
+
+def high(pieces, edits):
+    edits.change(named(pieces, 'one'), scale=(1, 2, 1))
+
+
+def undo(level):
+    look(level, 'all')
+    kaVel.log('of the level: %r' % Writing.diff(level))
+    of(level)[1].goTo(0)
+
+
+def last(level):
+    look(level, 'undone')
+    pieces, edits = of(level)
+    for change in (lambda: edits.change(named(pieces, 'one'), at=(1, 0, 9)), lambda: high(pieces, edits),
+                   lambda: edits.setProperty(named(pieces, 'long').root.getChild('graphics2'), 'meshName', 'crate')):
+        try:
+            change()
+            rewriting = ForAll.offer(edits)
+            open(rewriting.file, 'a').write('')
+            text = open(rewriting.file).read()
+            open(rewriting.file, 'w').write(text.replace('(1, 1, 1)', '(1, 1, 3)'))
+            ForAll.apply(edits, rewriting)
+        except Refused as refused:
+            kaVel.log('refused: %s' % refused)
+
+
+STEPS = {2: lambda level: look(level, 'first'), 3: forAll(high), 8: forAll(shadow('two')), 13: forAll(shadow('long')),
+         18: undo, 24: last}
+"""
+
+
+def test_a_change_is_written_into_the_pattern_for_all_that_it_builds_and_undone_there(world):
+    calls = ("    yardThings.Stool(map, 'one', at=(1, 0, 8))\n    yardThings.Stool(map, 'two', at=(3, 0, 8))\n"
+             "    yardThings.Bench(map, 'long', at=(5, 0, 8))\n")
+    world.write("scripts/levels/Yard.py", YARD.replace("    bed(map, 'bed'", calls + "    bed(map, 'bed'").replace(
+        "from kaVel import Coord", "import yardThings\nfrom kaVel import Coord"))
+    world.write("scripts/yardThings.py", STOOLS)
+    outcome = run(world, "Yard", FOR_ALL, frames=27)
+    outcome.expect("first: [(1.0, True, False), (1.0, True, False), (1.0, True, False)]")
+    outcome.expect("all: [(2.0, False, False), (2.0, False, False), (1.0, False, False)]")
+    outcome.expect("undone: [(1.0, True, False), (1.0, True, False), (1.0, True, False)]")
+    outcome.expect("of the level: ''")
+    for line in ("+++ b/scripts/yardThings.py", "scale: place.Triple = (1, 2, 1)):",
+                 "+Bench = thing(castShadows=False, sideTable='wood')",
+                 "+    kaVel.configure(seat.getChild('graphics2'), castShadows=False)\n     return seat"):
+        assert line in outcome.log, f"{line!r} is not in:\n{outcome.log[-5000:]}"
+    refused = re.findall("refused: (.*)", outcome.log)
+    assert ["its own" in refused[0], "somebody else" in refused[1], "thing" in refused[2]] == [True] * 3, refused
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

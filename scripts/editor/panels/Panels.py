@@ -12,7 +12,7 @@ from editor.panels.Levels import Levels
 from editor.panels.Outliner import Outliner
 from editor.panels.Panel import Panel
 from editor.panels.PieceBar import PieceBar
-from editor.panels.Saving import Leaving, Saving
+from editor.panels.Saving import ForAllBar, Leaving, Saving
 from editor.panels.Status import Status
 from editor.panels.ToolControls import ToolControls
 from editor.panels.Toolbar import Toolbar
@@ -34,6 +34,8 @@ class Panels:
         self.all: list[Panel] = [self.toolbar, Outliner(editor), self.catalogue, self.toolControls, self.piece,
                                  self.history, self.views, self.keys, self.status, self.saving, self.leaving,
                                  self.levels]
+        self.forAll = ForAllBar(editor)
+        self.all.append(self.forAll)
         self._size = (0, 0)
         self._away: list[Panel] = []
 

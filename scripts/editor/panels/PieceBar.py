@@ -85,6 +85,12 @@ class PieceBar(Panel):
         self.bar.addText('origin', '', lambda: _originOf(piece))
         for parameter in parametersOf(piece.pattern):
             self._parameter(piece, parameter)
+        self.button('In the pattern, for all', self._offerForAll,
+                    'Shows what was changed last as a change of the pattern, which all of it follow', beside=False)
+
+    def _offerForAll(self) -> None:
+        self._give()
+        self.editor.panels.forAll.show()
 
     def _parameter(self, piece: Piece, parameter: Parameter) -> None:
         name, value = parameter.name, piece.arguments.get(parameter.name)

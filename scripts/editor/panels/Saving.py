@@ -5,6 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable
 
 from editor.panels.Panel import Panel
+from editor.source import ForAll
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -37,6 +38,30 @@ class Saving(Panel):
     def _write(self) -> None:
         if self.editor.save():
             self.hide()
+
+
+class ForAllBar(Panel):
+    """What the last change would be in the source of its pattern, and whether to write it there."""
+
+    name = 'In the pattern, for all'
+    isAlways = False
+    placeIn = Saving.placeIn
+
+    def fill(self) -> None:
+        rewriting = self.editor.attempt(lambda: ForAll.offer(self.editor.edits))
+        lines = rewriting.diff().splitlines() if rewriting else [self.editor.messages[-1]]
+        self.button('Write', lambda: rewriting and self._write(rewriting),
+                    'Changes the pattern: all that it builds is so from then on', beside=False)
+        self.bar.setEnabled('Write', rewriting is not None)
+        self.button('Only in this piece', self.hide)
+        self.bar.addList('diff', lambda: len(lines), lambda number: lines[number], lambda number: None)
+
+    def edited(self) -> None:
+        self.refresh()
+
+    def _write(self, rewriting: ForAll.Rewriting) -> None:
+        self.hide()
+        ForAll.apply(self.editor.edits, rewriting)
 
 
 class Leaving(Panel):

@@ -393,31 +393,31 @@ class Property(Change):
     """Another value of a reflected property of any object of the level."""
 
     def __init__(self, edits: LevelEdits, handle: Any, name: str, value: Any, before: Any = None):
-        self._key = Address.of(edits.pieces, handle), name
-        self._value = value
+        self.key = Address.of(edits.pieces, handle), name
+        self.value = value
         self._before = getattr(handle, name) if before is None else before
-        self._first = self._key not in edits.properties
+        self._first = self.key not in edits.properties
 
     def do(self, edits: LevelEdits):
         handle = self._find(edits)
         try:
-            setattr(handle, self._key[1], self._value)
+            setattr(handle, self.key[1], self.value)
         except Exception as error:
-            _putBack(handle, self._key[1], self._before)
-            raise Refused('%s stays %r: %s' % (self._key[1], self._before, error)) from error
-        edits.properties[self._key] = self._value
+            _putBack(handle, self.key[1], self._before)
+            raise Refused('%s stays %r: %s' % (self.key[1], self._before, error)) from error
+        edits.properties[self.key] = self.value
 
     def undo(self, edits: LevelEdits):
-        setattr(self._find(edits), self._key[1], self._before)
-        if self._first and self._key not in edits.written:
-            edits.properties.pop(self._key, None)
+        setattr(self._find(edits), self.key[1], self._before)
+        if self._first and self.key not in edits.written:
+            edits.properties.pop(self.key, None)
         else:
-            edits.properties[self._key] = self._before
+            edits.properties[self.key] = self._before
 
     def _find(self, edits: LevelEdits) -> Any:
-        handle = Address.find(edits.pieces, self._key[0])
+        handle = Address.find(edits.pieces, self.key[0])
         if not handle:
-            raise Refused('the object whose %s was set is gone' % self._key[1])
+            raise Refused('the object whose %s was set is gone' % self.key[1])
         return handle
 
 

@@ -260,6 +260,15 @@ class LevelEdits:
             if attendant:
                 attendant.hear(True)
 
+    def perform(self, label: str, change: Changes.Change):
+        """Does a change of a kind of its own, as a step."""
+        self._do(label, change)
+
+    def lastChange(self) -> Changes.Change | None:
+        """What the last step has changed, if that is one thing."""
+        step = self._lastDone()
+        return step.changes[0] if step and len(step.changes) == 1 else None
+
     def done(self, change: Changes.Change):
         """Makes a change that was done by somebody else a part of the step that is under way."""
         assert self._open

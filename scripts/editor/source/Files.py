@@ -57,12 +57,15 @@ class Script:
 
     def callAt(self, call: tuple[CodeType, int]) -> ast.Call | None:
         """The call that an instruction is; None if the text is not the one that the code was made from."""
-        code = call[0]
-        now = self._codes.get((code.co_name, code.co_firstlineno))
-        if now is None or now.co_linetable != code.co_linetable or now.co_names != code.co_names:
+        if not self.isOf(call[0]):
             return None
         line, column, endLine, endColumn = callSites.positionOf(call)
         return self._calls.get((line, column, endLine, endColumn))
+
+    def isOf(self, code: CodeType) -> bool:
+        """Whether a piece of code was made from this text."""
+        now = self._codes.get((code.co_name, code.co_firstlineno))
+        return now is not None and now.co_linetable == code.co_linetable and now.co_names == code.co_names
 
     def functionOf(self, code: CodeType) -> Function | None:
         """The function that a piece of code is."""

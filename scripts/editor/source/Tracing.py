@@ -205,7 +205,7 @@ class Values:
         if (caller.call, name) in self.inserted:
             self.touched.add((caller.call, name))
             return Thing(None, None, self.inserted[caller.call, name])
-        default = _defaultOf(function, name)
+        default = defaultOf(function, name)
         return Thing(default, Scope(scope.script, None, scope.call, None)) if default is not None else None
 
     # Loops
@@ -341,7 +341,8 @@ def argumentOf(call: ast.Call, function: Function, name: str, isMethod: bool) ->
     return call.args[place] if place < len(call.args) else None
 
 
-def _defaultOf(function: Function, name: str) -> ast.expr | None:
+def defaultOf(function: Function, name: str) -> ast.expr | None:
+    """The node of a parameter's default."""
     every = function.args
     plain = [each.arg for each in (*every.posonlyargs, *every.args)]
     defaults: dict[str, ast.expr | None] = dict(zip(reversed(plain), reversed(every.defaults)))

@@ -193,7 +193,7 @@ def diff(level: kaVel.Coordinator) -> str:
     """What `save` would change in all files, as a unified diff; '' for nothing."""
     rows: list[str] = []
     for file, text in _wanted(level).items():
-        present = _read(file)
+        present = read(file)
         name = Files.shown(file)
         rows += difflib.unified_diff(present.splitlines(keepends=True), text.splitlines(keepends=True), 'a/' + name,
                                      'b/' + name)
@@ -203,8 +203,16 @@ def diff(level: kaVel.Coordinator) -> str:
 def save(level: kaVel.Coordinator) -> list[str]:
     """Writes all edits into the files that they concern, which it returns; Refused writes nothing."""
     edits = Edits.of(level)
-    wanted = {file: text for file, text in _wanted(level).items() if text != _read(file)}
-    before = {file: _read(file) for file in wanted}
+    wanted = {file: text for file, text in _wanted(level).items() if text != read(file)}
+    before = {file: read(file) for file in wanted}
+    write(wanted)
+    _remember(edits.texts)
+    edits.noteSaved(before, wanted)
+    return list(wanted)
+
+
+def write(wanted: dict[str, str]):
+    """Gives files their texts, all or none of them; one that is to have none goes."""
     prepared: list[tuple[str, str]] = []
     try:
         for file, text in wanted.items():
@@ -222,9 +230,6 @@ def save(level: kaVel.Coordinator) -> list[str]:
         if not text:
             os.remove(file)
         _tellReloading(file)
-    _remember(edits.texts)
-    edits.noteSaved(before, wanted)
-    return list(wanted)
 
 
 def _prepare(file: str, text: str) -> str:
@@ -253,14 +258,14 @@ def _wanted(level: kaVel.Coordinator) -> dict[str, str]:
     texts.planned, texts.paths = plan.after, plan.paths
     for file, text in plan.after.items():
         known = texts.written.get(file, plan.before[file])
-        present = _read(file)
+        present = read(file)
         merged, conflicts = Merging.join(known, text, present)
         troubles += ['%s:%d was changed by somebody else where your edits are' % (Files.shown(file), each.first)
                      for each in conflicts]
         wanted[file] = merged
     for file, text in texts.written.items():
         if file not in plan.after:  # what was saved of it has been undone since
-            wanted[file] = Merging.join(text, texts.begun[file], _read(file))[0]
+            wanted[file] = Merging.join(text, texts.begun[file], read(file))[0]
     if troubles:
         raise Refused('; '.join(troubles))
     return wanted
@@ -273,7 +278,7 @@ def _again(edits: Edits.LevelEdits) -> dict[str, str] | None:
         return None
     wanted: dict[str, str] = {}
     for file, (last, text) in known.items():
-        wanted[file], conflicts = Merging.join(last, text, _read(file))
+        wanted[file], conflicts = Merging.join(last, text, read(file))
         if conflicts:
             return None  # somebody else has written there
     edits.texts.planned = {file: text for file, (_, text) in known.items()}
@@ -291,7 +296,8 @@ def _remember(texts: Texts):
         texts.written[file] = text
 
 
-def _read(file: str) -> str:
+def read(file: str) -> str:
+    """The text of a file, '' for one that is not there; Refused where it cannot be read."""
     try:
         with open(file, encoding='utf-8', newline='') as stream:
             return stream.read()

@@ -133,8 +133,9 @@ PAGES: dict[str, tuple[Row, ...]] = {
     'language': (Row('language', _languages),),
 }
 
-#: Settings after which others can be used, or show something else.
-_OTHERS_HANG_ON = ('windowMode', 'renderScale', 'shadowQuality', 'effectQuality', 'antialiasing')
+#: Settings after which others can be used or show something else, and those that come back by themselves.
+_OTHERS_HANG_ON = ('windowMode', 'windowSize', 'displayMode', 'monitor', 'renderScale', 'shadowQuality',
+                   'effectQuality', 'antialiasing')
 
 
 class Page:

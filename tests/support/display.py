@@ -70,7 +70,7 @@ class Display:
 
 
 class Monitors(Display):
-    """A screen over several monitors side by side, which can be pulled out."""
+    """A screen over several monitors side by side."""
 
     def __init__(self, *sizes):
         super().__init__(sizes[0])
@@ -98,9 +98,6 @@ class Monitors(Display):
         self.randr("--addmode", name, size)
         self.randr("--output", name, "--mode", size, *(["--right-of", f"DUMMY{number - 1}"] if number else []))
 
-    def pull(self, number):
-        self.randr("--output", f"DUMMY{number}", "--off")
-
     def randr(self, *words):
         subprocess.run(["xrandr", *words], env=dict(os.environ, DISPLAY=self.name), check=False,
                        stderr=subprocess.DEVNULL)
@@ -115,9 +112,9 @@ class Game:
         self.log_file = pathlib.Path(world.folder) / "window.log"
         variables = {key: value for key, value in os.environ.items() if not key.startswith("KAVEL_")}
         variables.pop("WAYLAND_DISPLAY", None)
-        self.variables = dict(variables, DISPLAY=display.name, KAVEL_LEVEL=level, HOME=str(world.folder),
-                              XDG_CONFIG_HOME=str(world.folder / "config"),
-                              PULSE_RUNTIME_PATH=str(world.folder / "pulse"), **environment)
+        self.variables = {**variables, "DISPLAY": display.name, "KAVEL_LEVEL": level, "HOME": str(world.folder),
+                          "XDG_CONFIG_HOME": str(world.folder / "config"),
+                          "PULSE_RUNTIME_PATH": str(world.folder / "pulse"), **environment}
 
     def __enter__(self):
         with open(self.log_file, "wb") as log:

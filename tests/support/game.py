@@ -54,7 +54,7 @@ class World:
         self.executable = self.folder / "bin" / "kaVel"
         (self.folder / "bin").mkdir(parents=True)
         place(game / "bin" / "kaVel", self.executable)
-        shutil.copytree(ROOT / "scripts", self.folder / "scripts", ignore=shutil.ignore_patterns("__pycache__"))
+        shutil.copytree(ROOT / "scripts", self.folder / "scripts")
         (self.folder / "assets").mkdir()
         for kind in ("fonts", "icons", "models", "textures", "shaders"):
             shutil.copytree(ROOT / "assets" / kind, self.folder / "assets" / kind)

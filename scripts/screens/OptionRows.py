@@ -87,7 +87,7 @@ def _devices() -> Choices:
     names = [sound.getDeviceName(number) for number in range(sound.numDevices)]
     chosen = settings.get('soundDevice')
     return [('', 'options.usualDevice'), *((name, name) for name in names),
-            *([(chosen, chosen)] if chosen and chosen not in names else [])]
+            *([(chosen, words.text('options.goneDevice', name=chosen))] if chosen and chosen not in names else [])]
 
 
 def _languages() -> Choices:

@@ -613,6 +613,7 @@ TEXTS: dict[str, str] = {
     'options.times': '× {number}',
     'options.unlimited': 'None',
     'options.usualDevice': 'The computer’s usual one',
+    'options.goneDevice': '{name} (not there now)',
     'options.viewBob': 'Bobbing of the head',
     'options.viewBob.help': 'With your steps.',
     'options.viewShake': 'Shaking of the view',

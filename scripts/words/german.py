@@ -615,6 +615,7 @@ TEXTS: dict[str, str] = {
     'options.times': '× {number}',
     'options.unlimited': 'Keine',
     'options.usualDevice': 'Das übliche des Rechners',
+    'options.goneDevice': '{name} (zurzeit nicht da)',
     'options.viewBob': 'Wippen des Kopfes',
     'options.viewBob.help': 'Mit deinen Schritten.',
     'options.viewShake': 'Erschüttern des Blicks',

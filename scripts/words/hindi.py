@@ -613,6 +613,7 @@ TEXTS: dict[str, str] = {
     'options.times': '× {number}',
     'options.unlimited': 'कोई सीमा नहीं',
     'options.usualDevice': 'कंप्यूटर का सामान्य यंत्र',
+    'options.goneDevice': '{name} (अभी नहीं है)',
     'options.viewBob': 'सिर का हिलना',
     'options.viewBob.help': 'तुम्हारे क़दमों के साथ।',
     'options.viewShake': 'दृश्य का काँपना',

@@ -1,6 +1,7 @@
 """Saves in the game: what comes back, what is refused, and what no accident takes."""
 import os
 import pathlib
+import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
@@ -343,6 +344,31 @@ def test_saves_that_have_no_room_or_no_home_cost_nothing_but_a_sentence(world):
         assert facts[0][1][:3] == (False, False, "") and facts[0][1][3].startswith(sentence), facts
         assert facts[1][1] == []
     assert not (world.folder / ".local").exists(), "a headless run keeps nothing of its own accord"
+
+
+def test_on_a_disk_that_is_full_the_game_is_played_and_says_that_it_cannot_be_saved(world):
+    if os.geteuid():
+        print("(left out: only root can mount a small disk)")
+        return
+    full = world.folder / "full"
+    full.mkdir()
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=64k", "tmpfs", str(full)], check=True)
+    try:
+        (full / "saves").mkdir()
+        subprocess.run(["dd", "if=/dev/zero", f"of={full}/filling"], stderr=subprocess.DEVNULL, check=False)
+        facts, _ = nightfall(world, "STEPS = {350: lambda night: said(saves.save())}", 355,
+                             KAVEL_SAVES=str(full / "saves"))
+        assert facts[0][1] == (False, False, "", "The game is not saved: there is no room left on the disk."), facts
+        folders = {f"XDG_{kind}_HOME": str(full / kind.lower()) for kind in ("CONFIG", "STATE", "DATA")}
+        with Display("640x400") as display, Game(world, display, "", **folders) as played:
+            played.until_logged("The main menu stands")
+            played.focus()
+            played.press("Escape")
+            played.press("Return")
+            assert played.process.wait(60) == 0, played.log()[-2000:]
+        assert not any(full.rglob("*.save*")), list(full.rglob("*"))
+    finally:
+        subprocess.run(["umount", str(full)], check=True)
 
 
 def test_what_the_player_carries_goes_with_him_to_other_levels_and_not_into_a_new_game(world):

@@ -37,7 +37,7 @@ def build(coordinator):
         page = coordinator.getDescendantByPath('ScreenOptions/sheet/pages/pages/page%%d')
         kit.focus(page.getChild('%s'))
         kaVel.log('opened: Options.')
-        kaVel.log('choices: %%s.' %% [each for each, _ in OptionRows.%s()])
+        kaVel.log('choices: %%s %%s.' %% tuple(map(list, zip(*OptionRows.%s()))))
 
     kaVel.subscribe('KeyDownMessage', lambda message, key: open() if key == ord('O') else None,
                     kaVel.officeOf(coordinator))
@@ -67,7 +67,7 @@ def test_the_window_goes_to_the_monitor_that_is_chosen_and_comes_back_unless_tha
     world.write("config/mornal/settings.txt", "windowMode = borderless\n")
     with Monitors("800x600", "1024x768") as display, Game(world, display, "Sets") as played:
         corner = lambda: re.search(r"Position: (\S+)", display.tool("getwindowgeometry", played.window))[1]
-        played.until_logged("choices: [0, 1].")
+        played.until_logged("choices: [0, 1] ['1', '2'].")
         played.until_logged("now: 0 800x600 ['Options'].")
         assert corner() == "0,0"
         played.focus()
@@ -137,7 +137,7 @@ def test_sounds_go_to_the_device_that_is_chosen_and_to_the_usual_one_when_it_is_
     world.write("config/mornal/settings.txt", "windowSize = 640x360\nsoundWithoutFocus = on\npauseWithoutFocus = off\n")
     with SoundServer(world.folder) as server, Display("800x600") as display, \
             Game(world, display, "Sets", **server.environment) as played:
-        played.until_logged("choices: ['', 'Parlour', 'Headset'].")
+        played.until_logged("choices: ['', 'Parlour', 'Headset'] ['options.usualDevice', 'Parlour', 'Headset'].")
         played.focus()
         played.press("Escape")
         played.until(lambda: server.sounds("Parlour") and not server.sounds("Headset"), "the usual device to sound")
@@ -152,6 +152,8 @@ def test_sounds_go_to_the_device_that_is_chosen_and_to_the_usual_one_when_it_is_
         server.pull("Headset")
         played.until(lambda: server.sounds("Parlour"), "the usual device to sound again")
         played.until_logged('The sound device "Headset" cannot be opened; the usual one is taken.')
+        played.press("o")
+        played.until_logged("['', 'Parlour', 'Headset'] ['options.usualDevice', 'Parlour', 'Headset (not there now)'].")
         assert played.quit() == 0, played.log()[-2000:]
     return None
 

@@ -582,5 +582,75 @@ def test_a_change_is_written_into_the_pattern_for_all_that_it_builds_and_undone_
     assert ["its own" in refused[0], "somebody else" in refused[1], "thing" in refused[2]] == [True] * 3, refused
 
 
+UNWRITABLE = """
+import os
+
+from editor.source import Writing
+from editor.source.Refused import Refused
+
+
+def edit(level):
+    pieces, edits = of(level)
+    edits.change(named(pieces, 'desk'), at=(2, 0, 2))
+    edits.change(named(pieces, 'crate2'), at=(4, 0, 0.5))
+    try:
+        Writing.save(level)
+    except Refused as refused:
+        kaVel.log('unwritable: %s' % refused)
+    kaVel.log('unsaved: %s, and nothing else lies there: %s'
+              % (not edits.isSaved, [each for each in os.listdir('../scripts/levels') if each[0] == '.']))
+
+
+STEPS = {2: edit}
+"""
+
+UNSAVED = """
+from editor.source.Refused import Refused
+
+
+def edit(level):
+    pieces, edits = of(level)
+    edits.reparent(named(pieces, 'jar'), named(pieces, 'crate1'))
+    edits.add(pieces.maps()[0], 'yardThings.Stool', 'one', at=(1, 0, 8))
+    file = named(pieces, 'desk').origin[0]
+    theirs = open(file).read().replace("at=(1, 0, 2), turn", "at=(1, 0, 3), turn").replace('import yardThings', '')
+    open(file, 'w').write(theirs)
+    things = open('../scripts/yardThings.py').read()
+    open('../scripts/yardThings.py', 'w').write(things.replace('def Stool', 'def Chair'))
+    reload(level)
+
+
+def changed(level):
+    pieces, edits = of(level)
+    kaVel.log('theirs: %s' % (named(pieces, 'desk').given['at'],))
+    kaVel.log('hangs below: %s' % named(pieces, 'jar').above)
+    kaVel.log('gone: %s' % [each.name for each in pieces.all() if each.name == 'one'])
+    kaVel.log('undone: %s, %s' % (edits.undo(), edits.undo()))
+    kaVel.log('hangs below: %s' % named(pieces, 'jar').above)
+    try:
+        edits.redo()
+        edits.redo()
+    except Refused as refused:
+        kaVel.log('gone for good: %s' % refused)
+
+
+STEPS = {2: edit, 6: changed}
+"""
+
+
+def test_files_that_change_are_unwritable_or_lose_a_pattern_cost_no_other_edit(world):
+    world.write("scripts/levels/Yard.py",
+                YARD.replace("from kaVel import Coord", "import yardThings\nfrom kaVel import Coord"))
+    world.write("scripts/yardThings.py", STOOLS)
+    outcome = run(world, "Yard", UNWRITABLE, frames=4, largest_file=1000)
+    outcome.expect("unwritable: scripts/levels/Yard.py cannot be written, and nothing was: File too large")
+    outcome.expect("unsaved: True, and nothing else lies there: []")
+    outcome = run(world, "Yard", UNSAVED, frames=9, clean=False)
+    for told in ("theirs: (1, 0, 3)", ": Crate crate1>", "gone: []",
+                 "undone: Add one, Hang jar below crate1", "hangs below: None",
+                 "gone for good: no pattern 'yardThings.Stool'"):
+        outcome.expect(told)
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

@@ -90,12 +90,12 @@ def reload(level):
 """
 
 
-def run(world, level, steps, frames=12, clean=True):
+def run(world, level, steps, frames=12, clean=True, **more):
     """Runs a level with the steps that a text defines: a dictionary STEPS of functions (level) by frame."""
     config = (game.ROOT / "scripts" / "GameConfig.py").read_text(encoding="utf-8")
     world.write("scripts/GameConfig.py", config + "\nimport trial\n")
     world.write("scripts/trial.py", DRIVER + steps + "\n\nattend(STEPS)\n")
-    outcome = world.run(level=level, frames=frames, KAVEL_SIZE="64x36", KAVEL_SEED="1")
+    outcome = world.run(level=level, frames=frames, KAVEL_SIZE="64x36", KAVEL_SEED="1", **more)
     outcome.expect_code(0)
     for trouble in ("Traceback", "Error:", "is left out") if clean else ():
         assert not outcome.has(trouble), outcome.log[-4000:]

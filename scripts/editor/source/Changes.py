@@ -204,7 +204,8 @@ class Adding(Change):
             Making.build(edits.pieces, self.piece, parent, edits.properties)
 
     def undo(self, edits: LevelEdits):
-        Making.takeAway(edits.pieces, _standing(self.piece))
+        if self.piece.root:  # its pattern may be gone by now, and with it the piece
+            Making.takeAway(edits.pieces, self.piece)
 
     def forget(self):
         Aside.discard(self.piece.aside)

@@ -405,6 +405,7 @@ class LevelEdits:
         self.savedProperties = {key: value for key, value in self.properties.items() if key[0][0] not in removed}
         for piece in self.pieces.everyone():
             piece.saved = None if piece.removed else (piece.name, dict(piece.given))
+            piece.placed = None if piece.removed else (piece.above, piece.steps)
             if piece.removed and piece.aside and Aside.isThere(piece.aside):
                 Aside.findTouches(self.pieces, piece.aside)  # the level will not stand anew with it
         self._tell()

@@ -33,6 +33,8 @@ def build(pieces: LevelPieces, piece: Piece, parent: Any, properties: dict[Any, 
 
 
 def _called(piece: Piece, parent: Any) -> Any:
+    if piece.missing:
+        raise Refused(piece.missing)
     before = parent.childCount
     options = dict(piece.given)
     if piece.takesName:

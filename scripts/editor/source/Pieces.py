@@ -63,6 +63,8 @@ class Piece:
         self.steps: tuple[Address.Step, ...] = ()  # from there, or from the level, to what it hangs below
         self.section: str | None = None     # function of the level that its call is to be written into
         self.saved: tuple[str, dict[str, Any]] | None = None  # name and arguments that were written last
+        self.placed: tuple[Piece | None, tuple[Address.Step, ...]] | None = None  # where the files hang it
+        self.missing = ''  # why its pattern is gone from the scripts, where it is
         self.removed = False
         self.locked = False
         self.hidden = False
@@ -353,7 +355,7 @@ class LevelPieces:
         if parent not in places:
             self.hang(piece)
             places[parent] = piece.above, piece.steps
-        piece.above, piece.steps = places[parent]
+        piece.above, piece.steps = piece.placed = places[parent]
         piece.source = Source(piece, built, levelChanges.nameInScripts(built) or piece._name)
         piece.source.above, piece.source.steps, piece.source.order = piece.above, piece.steps, self._last
         piece._patternName = Parameters.nameOf(piece.pattern, piece._moduleOfCall())

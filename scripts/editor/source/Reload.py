@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Any
 
 import kaVel
-from editor.source import Aside, Files, Making, Parameters, Paths
+from editor.source import Address, Aside, Files, Making, Parameters, Paths
 from editor.source.Pieces import LevelPieces, Piece
 from editor.source.Refused import Refused
 
@@ -22,6 +22,7 @@ def follow(pieces: LevelPieces, level: kaVel.Coordinator):
     numbers = {new: old for old, new in found.items()}
     unsaved: list[tuple[Piece, str, dict[str, Any]]] = []
     gone: list[Piece] = []
+    hung = [(old, old.above, old.steps) for old in pieces.all() if old.placed and (old.above, old.steps) != old.placed]
     lost: list[tuple[Piece, bool]] = []  # and whether it is to stand again
     for old in pieces.everyone():
         if old not in found:
@@ -49,7 +50,11 @@ def follow(pieces: LevelPieces, level: kaVel.Coordinator):
             piece.above = numbers[piece.above]
         if piece.source and piece.source.above in numbers:
             piece.source.above = numbers[piece.source.above]
+        if piece.placed and piece.placed[0] in numbers:
+            piece.placed = numbers[piece.placed[0]], piece.placed[1]
     _again(pieces, unsaved, gone, lost)
+    for piece, above, steps in hung:
+        _hangAgain(pieces, piece, above, steps)
 
 
 def _paired(pieces: LevelPieces, fresh: LevelPieces) -> dict[Piece, Piece]:
@@ -116,6 +121,7 @@ def _stand(old: Piece, new: Piece):
     """Has a piece stand for what another one has found."""
     old.root, old.pattern, old.source, old.stand = new.root, new.pattern, new.source, new.stand
     old.above, old.steps, old.removed, old.saved = new.above, new.steps, False, None
+    old.placed = new.placed
     old.setGiven(dict(new.given))
     old.setName(new.name)
 
@@ -142,6 +148,19 @@ def _again(pieces: LevelPieces, unsaved: list[tuple[Piece, str, dict[str, Any]]]
         edits.setAgain()
 
 
+def _hangAgain(pieces: LevelPieces, piece: Piece, above: Piece | None, steps: tuple[Address.Step, ...]):
+    """Hangs a piece where it hung, which was not saved."""
+    if not piece.root or (piece.above, piece.steps) == (above, steps):
+        return
+    begin = above.root if above else pieces.level
+    parent = Address.follow(begin, steps) if begin else None
+    if not parent:
+        kaVel.log('%s hung below what is found no more, and hangs as its script has it' % piece)
+        return
+    piece.root.setParent(parent)
+    pieces.hang(piece)
+
+
 def _depth(piece: Piece) -> int:
     return _depth(piece.above) + 1 if piece.above else 0
 
@@ -150,9 +169,10 @@ def _seek(pieces: LevelPieces, piece: Piece, isWanted: bool, properties: dict[An
     """Builds a piece again that was added, or brought back, and not saved; any other one is gone from the scripts."""
     piece.root = kaVel.Handle()
     try:
-        piece.pattern = Parameters.named(piece.patternName)
-    except LookupError:
-        isWanted = False
+        piece.pattern, piece.missing = Parameters.named(piece.patternName), ''
+    except LookupError as error:
+        # What a call has made in a module that levels import has no name to be found by.
+        isWanted, piece.missing = False, '' if '<' in piece.patternName else str(error.args[0])
     parent: Any = piece.above.root if piece.above else pieces.level
     for name, _ in piece.steps if parent else ():
         parent = parent.getChild(name)

@@ -237,11 +237,15 @@ def _prepare(file: str, text: str) -> str:
     if os.path.exists(file) and not os.access(file, os.W_OK):
         raise PermissionError(13, 'it may not be written to', file)
     handle, temporary = tempfile.mkstemp(prefix='.' + os.path.basename(file), dir=os.path.dirname(file))
-    with os.fdopen(handle, 'w', encoding='utf-8', newline='') as stream:
-        stream.write(text)
-        stream.flush()
-        os.fsync(stream.fileno())
-    os.chmod(temporary, os.stat(file).st_mode & 0o777 if os.path.exists(file) else 0o644)
+    try:
+        with os.fdopen(handle, 'w', encoding='utf-8', newline='') as stream:
+            stream.write(text)
+            stream.flush()
+            os.fsync(stream.fileno())
+        os.chmod(temporary, os.stat(file).st_mode & 0o777 if os.path.exists(file) else 0o644)
+    except OSError as error:
+        os.remove(temporary)
+        raise OSError(error.errno, error.strerror, file) from error
     return temporary
 
 

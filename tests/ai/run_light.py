@@ -12,7 +12,7 @@ WIDTH, HEIGHT = 480, 270
 UP, HALF = 8.0, 0.41421356  # metres of the camera above the floor; tangent of half its angle
 EXPOSURE, GAMMA = 4.5, 2.2  # as in test.fx
 
-#: A white floor, seen from above, and on it a wall that stops light.
+#: A white floor, seen from above, in a map whose middle lies elsewhere, as those of most levels do; a room in it.
 SCENE = """
 import math
 import objects.GameObjects as place
@@ -36,7 +36,8 @@ def report(map, points):
 
 coordinator.getManager('graphics2').sceneAmbient = AMBIENT
 map = kaVel.make('MapRootEntity', parent=coordinator, name='map')
-kaVel.addComponent(map, 'transform', 'TransformComponent')
+kaVel.addComponent(map, 'transform', 'TransformComponent', position=kaVel.Vec4(2.5, 1.5, -2, 1))
+room = place.placed(map, 'room', at=(0.5, 0, 0))
 place.PartitioningGrid(map, size=(40, 0, 40)).getComponent('partitioning').updateSize()
 box(map, (0, -0.5, 0), (20, 1, 20))
 place.Camera(coordinator, 'camera', at=(0, UP, 0), pitch=90)
@@ -102,7 +103,7 @@ def expect_same(measured, least_lit):
 
 def test_a_lamp_falls_off_as_it_is_drawn(world):
     expect_same(measure(world, """
-place.SphereLight(map, 'lamp', at=(-1, 1.2, 0.4), color=(1, 0.7, 0.38), strength=0.16, reach=4.5, glint=0)
+place.SphereLight(room, 'lamp', at=(-1, 1.2, 0.4), color=(1, 0.7, 0.38), strength=0.16, reach=4.5, glint=0)
 kaVel.configure(place.SphereLight(map, 'blue', at=(3, 0.8, -1), color=(0.3, 0.4, 1), strength=0.2, reach=3,
                                   glint=0).getComponent('graphics2'), lightFalloffBegin=1.2)
 off = place.SphereLight(map, 'off', at=(2, 1, 2), strength=1, reach=4)
@@ -114,14 +115,14 @@ def test_a_cone_ends_where_it_is_drawn_to_end_and_flickers_with_it(world):
     expect_same(measure(world, """
 place.SpotLight(map, 'narrow', at=(-2.5, 2.5, 0), pitch=70, turn=40, color=(1, 1, 1), strength=0.3, reach=6, angle=30,
                 core=0.4, edge=10, glint=0)
-place.SpotLight(map, 'wide', at=(2, 1.6, 0.5), pitch=90, color=(1, 0.8, 0.6), strength=0.25, reach=4, angle=55,
+place.SpotLight(room, 'wide', at=(2, 1.6, 0.5), pitch=90, color=(1, 0.8, 0.6), strength=0.25, reach=4, angle=55,
                 core=0.2, edge=3, glint=0, flicker=lambda time: 0.4 + 0.5 * math.sin(40 * time))
 """), least_lit=80)
 
 
 def test_what_stands_in_the_light_keeps_it_off_the_floor(world):
     measured = measure(world, """
-place.ShadowSpot(map, 'lamp', at=(-4, 2.6, -0.5), pitch=32, turn=82, color=(1, 1, 1), strength=0.35, reach=12, angle=40,
+place.ShadowSpot(room, 'lamp', at=(-4, 2.6, -0.5), pitch=32, turn=82, color=(1, 1, 1), strength=0.35, reach=12, angle=40,
                  core=0.5, glint=0)
 box(map, (-1, 0.6, 0.3), (0.3, 1.2, 1.6))
 box(map, (1.6, 0.5, -1.8), (0.8, 1.0, 0.5), shadows=False)

@@ -2,11 +2,8 @@
 
 #include "ai/perception/Sightline.h"
 
-#include "engine/entities/ComponentKeys.h"
-#include "engine/entities/ComponentOf.h"
 #include "engine/levels/Coordinator.h"
 #include "engine/levels/MapRootEntity.h"
-#include "engine/transforms/TransformComponent.h"
 #include "object/tree/ObjectMap.h"
 #include "rendering/drawn/LightComponent.h"
 #include "rendering/frame/GraphicsManager2.h"
@@ -33,7 +30,6 @@ struct LitMap
     Handle<MapRootEntity> map;
     GraphicsManager2 *graphics = nullptr; ///< null: nothing is drawn
     PartitioningGrid *grid = nullptr;     ///< null: nothing casts shadows
-    TransformComponent *place = nullptr;  ///< of the map
     std::uint64_t objectChanges = 0;      ///< births and deaths that these take account of
 
     bool isCurrent(const Handle<MapRootEntity> &asked) const
@@ -49,16 +45,6 @@ struct LitMap
         const auto level = root ? root->getAncestorOfType<Coordinator>().lookup() : Handle<Coordinator>::Result{};
         graphics = level ? handle_cast<GraphicsManager2>(level->getChild(graphicsName)).lookup().ptr : nullptr;
         grid = PartitioningGrid::ofMap(asked).lookup().ptr;
-        place = componentOf<TransformComponent>(asked, ComponentKeys::transform);
-    }
-    /// Whether the map's own space is that of the level.
-    bool isAtOrigin() const
-    {
-        return !place || (place->getPosition() == Vec4(0, 0, 0, 1) && place->getOrientation().r == 1.f);
-    }
-    Matrix4 toWorld(unsigned flags = 0) const
-    {
-        return place ? place->getTransformationMatrix(TransformComponent::OMIT_SCALE | flags) : Matrix4();
     }
 };
 
@@ -75,9 +61,8 @@ class Question
 {
 public:
     Question(const LitMap &lit, const Vec4 &place, const Vec4 *normal)
-        : lit(lit), normal(normal), place(normal ? place + *normal * OFF_THE_SURFACE : place), moved(!lit.isAtOrigin())
+        : lit(lit), normal(normal), place(normal ? place + *normal * OFF_THE_SURFACE : place)
     {
-        inWorld = moved ? lit.toWorld() * this->place : this->place;
     }
 
     float answer()
@@ -108,22 +93,14 @@ private:
 
     float partOf(const LightComponent &light)
     {
-        const bool isOfMap = isInSpaceOfMap(light);
-        const float share = light.shareAt(isOfMap ? place : inWorld);
+        const float share = light.shareAt(place);
         if (!(share > 0.f))
             return 0.f;
-        const Vec4 from =
-            isOfMap || !moved ? light.getPlace() : lit.toWorld(TransformComponent::INVERT) * light.getPlace();
+        const Vec4 from = light.getPlace();
         const float facing = normal ? facingTo(from) : 1.f;
         if (!(facing > 0.f) || (light.drawsShadows() && isInShadow(light, from)))
             return 0.f;
         return luminanceOf(light.getDiffuseColor()) * share * facing;
-    }
-
-    bool isInSpaceOfMap(const LightComponent &light) const
-    {
-        const auto entity = light.getParent().lookup();
-        return entity && entity->getParent() == lit.map;
     }
 
     float facingTo(const Vec4 &from) const
@@ -149,10 +126,8 @@ private:
 
     const LitMap &lit;
     const Vec4 *normal; ///< null: no surface
-    Vec4 place;         ///< in the map's space
-    Vec4 inWorld;       ///< the same
-    bool moved;         ///< the two differ
-    int shadows = 0;    ///< segments so far
+    Vec4 place;
+    int shadows = 0; ///< segments so far
 };
 
 float ask(const Handle<MapRootEntity> &map, const Vec4 &place, const Vec4 *normal)

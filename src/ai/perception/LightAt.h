@@ -13,8 +13,9 @@ class MapRootEntity;
 /// Linear, as the lights' diffuse colours are: a candle at arm's length gives about 0.1, a work lamp overhead 0.5. Sums
 /// the level's lights that are switched on, as bright as they are at this moment, by distance and cone as they are
 /// drawn; what stops looks keeps off those that draw shadows, and the scene's ambient light comes to every place. What
-/// holds the place in itself, as the body of who stands there, casts no shadow on it. The place is in the space of the
-/// map, metres; one that is no number, or in no map, is dark.
+/// holds the place in itself, as the body of who stands there, casts no shadow on it. The place is given as the
+/// transforms in the map are, and as these are drawn, metres: wherever the map's own transform lies. One that is no
+/// number, or in no map, is dark.
 /// @cost a look at each light of the level, and a segment through the map's grid for each that draws shadows and reaches
 ///       the place, at most 8; allocates nothing
 float lightAt(const Handle<MapRootEntity> &map, Vec4 place);

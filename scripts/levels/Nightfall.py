@@ -29,7 +29,7 @@ import GameConfig
 import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
-from nightfall import Chart, Doors, Furnishing, Lights, Portals, Shell, Sounds, Stairs, Things, Views
+from nightfall import Chart, Doors, Furnishing, Joinery, Lights, Moon, Portals, Shell, Sounds, Stairs, Things, Views
 from nightfall.Creatures import Creatures
 from nightfall.Story import WAKING, Story
 from objects.Music import Music
@@ -93,6 +93,8 @@ class Night:
         Lights.build(self.rooms)
         Sounds.build(map, self.level)
         Things.build(map)
+        place.Glass(map, 'glass', panes=Joinery.panes())
+        Moon.Disc(map, self.visitor)
         self.sight = Portals.build(self.rooms, self.leaves, self.visitor)
         self.creatures = Creatures(map)
         self.story = Story(self)

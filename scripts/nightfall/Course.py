@@ -5,7 +5,10 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable
 
 import words
+from nightfall.Exits import GATE_Z
 from nightfall.Plan import DOORS, ROOMS, STAIRS_X, UP, roomAt
+from nightfall.Siege import BOLT as BOLT_LIES
+from nightfall.Siege import SLIPS
 from nightfall.StairGate import CRANK, LIES, WAY
 from nightfall.StairGate import HANDLE as GATE_HANDLE
 from nightfall.Things import NOTES
@@ -138,7 +141,7 @@ def leaveNumberTwo(driver: Driver) -> Steps:
     """Waits in the dark until somebody has gone by, and goes after him to the sewing room."""
     if player(driver).isFlashlightOn():
         yield from driver.tap('flashlight')
-    yield from driver.waitUntil(lambda: guestAt(driver)[2] > 12.0, 'the Guest comes', 5)
+    yield from driver.waitUntil(lambda: guestAt(driver)[2] > 12.0, 'the Guest comes', 12)
     yield from driver.waitUntil(lambda: guestAt(driver)[2] < 8.0, 'the Guest has passed', 40)
     yield from driver.walk((13.5, 12.5))
     yield from openDoor(driver, 'doorTwo')
@@ -184,13 +187,23 @@ def tryGate(driver: Driver) -> Steps:
     yield from driver.walk((17.5, 15.6))
 
 
-def throughSewing(driver: Driver) -> Steps:
-    """Past the Fittings, on hands and knees into the linen room, with the key from its nail to the bolted door."""
+def enterSewing(driver: Driver) -> Steps:
+    """Down the passage and through the door that the girl's key opens."""
     yield from driver.walk((15.5, 11.7), (14.95, 10.0), (14.95, 3.6), (15.0, 3.4))
     yield from driver.use(16.1, UP + HANDLE, 3.4)  # unlocks
     yield from driver.wait(1.2)
     yield from openDoor(driver, 'sewingDoor')
     yield from driver.walk((16.8, 3.4), (17.2, 3.4))
+
+
+def readSeamstress(driver: Driver) -> Steps:
+    """Who has been among them has left a note."""
+    yield from driver.walk((17.3, 3.0))
+    yield from read(driver, 'seamstressNote')
+
+
+def throughSewing(driver: Driver) -> Steps:
+    """Past the Fittings, on hands and knees into the linen room, with the key from its nail to the bolted door."""
     yield from driver.walk((17.4, 6.0), (18.4, 6.9), (19.6, 7.0))
     yield from driver.tap('crouch')
     yield from driver.wait(0.6)
@@ -263,8 +276,9 @@ def player(driver: Driver):
 
 #: All of it from waking to the chase, and where one who looks into every room does so.
 TO_THE_STAIRS: tuple[Stretch, ...] = (wake, takeLamp, takePassageKey, takeBattery, enterPassage, tryStairs, askTheGirl,
-                                      leaveNumberTwo, throughSewing, letHimPass, descend)
-LOOKING_ROUND: dict[Stretch, Stretch] = {enterPassage: lookIntoFour, tryStairs: tryDoors, letHimPass: tryGate}
+                                      leaveNumberTwo, enterSewing, throughSewing, letHimPass, descend)
+LOOKING_ROUND: dict[Stretch, Stretch] = {enterPassage: lookIntoFour, tryStairs: tryDoors, enterSewing: readSeamstress,
+                                         letHimPass: tryGate}
 
 
 def toTheStairs(driver: Driver, isCurious: bool = False) -> Steps:
@@ -274,15 +288,29 @@ def toTheStairs(driver: Driver, isCurious: bool = False) -> Steps:
             yield from LOOKING_ROUND[stretch](driver)
 
 
+def holdBolt(driver: Driver) -> Steps:
+    """Pushes the bolt home whenever a blow more would be too much, until the lift's gate is open."""
+    yield from driver.walk((8.4, 20.6), (9.5, 20.7))
+    bolt = house(driver).getDescendantByPath('service/bolt').getComponent('transform')
+    gate = house(driver).getChild('liftGate').getComponent('transform')
+    for _ in range(45 * 60):
+        if gate.position.z > GATE_Z + 1.1:
+            return
+        if bolt.position.z > BOLT_LIES[2] + 1.5 * SLIPS:
+            yield from driver.use(*BOLT_LIES)
+        yield from driver.wait(0.2)
+
+
 def takeLift(driver: Driver) -> Steps:
     """Pulls the lever, waits for the cage, and gets in."""
     yield from driver.walkTo(9.2, 19.1)
     yield from read(driver, 'carrierNote')
     yield from driver.walk((8.4, 20.6), (6.7, 21.2))
     yield from driver.use(5.9, 1.3, 21.3)
+    yield from holdBolt(driver)
     yield from driver.walk((7.4, 20.2))
     yield from driver.turnTo(-90)
-    yield from driver.wait(23.0)
+    yield from driver.wait(0.5)
     yield from driver.walk((6.4, 20.2), (5.5, 20.2))
     yield from driver.wait(20.0)
 

@@ -42,11 +42,16 @@ class Creatures:
             place.Fitting(map, 'fitting%d' % number, at=at, turn=turn, pose=pose, roams=roams, awake=False)
         place.Moths(map, 'moths', at=(13.95, UP + 1.15, -2.7), number=8)
         place.Rats(map, 'rats', at=(12.0, UP, 4.4), number=5, hole=(10.1, UP, 5.4), reach=1.0)
+        place.Crows(map, 'crows', at=(3.2, UP + 3.2, 4.6), number=5, reach=2.5)
         place.Rats(map, 'hallRats', at=(13.6, 0, 22.6), number=6, hole=(11.0, 0, 24.7), way=((12.6, 0, 22.4),))
 
     def wakeFittings(self, awake: bool):
         """Lets the figures move, as long as they are not seen."""
         wake(self.level, awake)
+
+    def announceGuest(self):
+        """Has the crows know of the Guest before he is there."""
+        Guest.announce(self.guest)
 
     def bringGuest(self):
         """Has the Guest begin his round, where nobody looks."""
@@ -76,8 +81,7 @@ class Creatures:
 
     def dismissGuest(self):
         """Has the Guest gone."""
-        if self.isGuestAbroad:
-            Guest.dismiss(self.guest)
+        Guest.dismiss(self.guest)
         self.isGuestAbroad = False
 
     def calm(self):
@@ -92,6 +96,10 @@ class Creatures:
         """Whether the Damp is within so many metres of a place."""
         here = self.damp.getComponent('transform').position
         return math.dist((here.x, here.y, here.z), at) < metres
+
+    def dampIsBelow(self, height: float) -> bool:
+        """Whether the Damp's middle is lower than that, metres."""
+        return self.damp.getComponent('transform').position.y < height
 
     def rouse(self, at: kaVel.Vec4):
         """Lets the Damp know of somebody at a place."""

@@ -13,7 +13,8 @@ from objects import Sequences
 from objects.Bodies import addWall
 from objects.Placing import addVolume, placed
 
-RIDE = 16.0  # seconds that the lift takes to come
+RIDE = 30.0    # seconds that the lift climbs, and those from the lever on
+COMES = 3.4 + RIDE
 GATE_Z, GATE_X = 20.2, 5.74
 CHUTE_X, CHUTE_Z = 7.6, 22.26
 UPWARDS = kaVel.Vec4(CHUTE_X, 1.9, CHUTE_Z - 0.1, 1)  # where its flap is when it is open

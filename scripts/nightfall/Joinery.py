@@ -5,11 +5,12 @@ from __future__ import annotations
 import kaVel
 import objects.GameObjects as place
 from kaVel import Entity
-from nightfall.Plan import KINDS, Hole, Room
-from nightfall.Sides import HALF, Side, onSide, turnOf
+from nightfall.Plan import KINDS, ROOMS, Hole, Room
+from nightfall.Sides import HALF, SIDES, Side, onSide, turnOf, wallsOf
 
 PANEL, CHAIR_RAIL = 0.85, 0.05  # heights, metres
 PIECE = 1.6                     # length of a piece of panels, metres, about
+GLASS = -0.085                  # metres off a wall's face: where the panes are
 
 
 def slab(entity: Entity, room: Room, side: Side, start: float, end: float, low: float, high: float, thick: float,
@@ -83,5 +84,17 @@ def _pane(entity: Entity, room: Room, side: Side, where: float, width: float, lo
     x, y = width / 2, (high - low) / 2
     mesh.addQuad(*(kaVel.Vec4(a, b, 0, 1) for a, b in ((x, y), (-x, y), (-x, -y), (x, -y))))
     mesh.generateTangents()
-    place.Built(entity, 'pane', mesh=mesh, at=onSide(room, side, where, (low + high) / 2, -0.085),
-                turn=turnOf(side), surface='nightWindow', castShadows=False)
+    place.Built(entity, 'pane', mesh=mesh, at=onSide(room, side, where, (low + high) / 2, GLASS),
+                turn=turnOf(side), surface='nightPane', castShadows=False)
+
+
+def panes() -> list[place.Pane]:
+    """The glass of all windows that one can stand before."""
+    found: list[place.Pane] = []
+    for room in ROOMS.values():
+        for side in SIDES:
+            for hole in (hole for wall in wallsOf(room, side) for hole in wall.holes if hole.kind == 'window'):
+                width, low, high = KINDS['window']
+                found.append(place.Pane(onSide(room, side, hole.where, (low + high) / 2, GLASS), (width, high - low),
+                                        turnOf(side)))
+    return found

@@ -4,6 +4,7 @@ from __future__ import annotations
 
 import objects.GameObjects as place
 from kaVel import Entity
+from nightfall import Moon
 from nightfall.Plan import EAST, SOUTH, UP, WEST
 from objects.Placing import Triple
 
@@ -17,13 +18,10 @@ def build(rooms: dict[str, Entity]):
 
 
 def _moon(rooms: dict[str, Entity]):
-    """It stands in the north-west; where it comes in, the bars of the windows lie on the floor."""
-    place.ShadowSpot(rooms['corridor'], 'moon', at=(-1.6, 8.7, 10.6), turn=147, pitch=29, color=place.MOONLIGHT,
-                     strength=2.6, reach=19, angle=25, core=0.9, nearClip=5.0)
-    place.ShadowSpot(rooms['eight'], 'moon', at=(-5.6, 7.6, 0.2), turn=113, pitch=29, color=place.MOONLIGHT,
-                     strength=2.4, reach=13, angle=15, core=0.85, nearClip=3.0)
-    place.ShadowSpot(rooms['hall'], 'moon', at=(10.4, 9.6, 34.5), turn=158, pitch=31, color=place.MOONLIGHT,
-                     strength=3.0, reach=24, angle=21, core=0.9, nearClip=6.0)
+    """Where it comes in, the bars of the windows lie on the floor."""
+    Moon.shine(rooms['corridor'], (4.8, UP + 1.5, 1.8), away=10.6, strength=2.6, reach=19, angle=25, core=0.9)
+    Moon.shine(rooms['eight'], (-0.1, UP + 1.5, -2.4), away=7.5, strength=2.4, reach=13, angle=15, core=0.85)
+    Moon.shine(rooms['hall'], (14.7, 2.8, 25.1), away=12.0, strength=3.0, reach=24, angle=21, core=0.9)
     place.Dust(rooms['hall'], 'motes', at=(15.2, 1.6, 21.5), size=(5, 2.8, 5), count=500, mote=0.004, drift=0.012)
     place.Dust(rooms['corridor'], 'motes', at=(5.5, UP + 1.1, 0.9), size=(9, 1.8, 1.4), count=350, mote=0.003,
                drift=0.012)

@@ -8,8 +8,9 @@ from typing import TYPE_CHECKING, Callable
 import kaVel
 import objects.GameObjects as place
 import words
-from nightfall.Exits import Chute, Lift
+from nightfall.Exits import COMES, Chute, Lift
 from nightfall.Plan import DOORS, STAIRS_HEAD, STAIRS_X, UP, roomAt
+from nightfall.Siege import Siege
 from nightfall.Sounds import CLOCK, PIPES
 from nightfall.StairGate import StairGate
 from objects import Sequences, Tutorials
@@ -24,12 +25,12 @@ if TYPE_CHECKING:
     from levels.Nightfall import Night
 
 #: What of `nightfall.Sounds` ends with the chase.
-FALL_SILENT = ('settling', 'boards', 'knocks', 'groans', 'thuds')
+FALL_SILENT = ('settling', 'boards', 'knocks', 'groans', 'thuds', 'crows')
 
 #: Lessons: the ends of their texts' keys, and the actions that they are about.
 LOOK, WALK, USE, LIGHT = ('look', ''), ('walk', 'forward'), ('use', 'use'), ('light', 'flashlight')
 BATTERY, CROUCH, RUN, LEAN = ('battery', 'battery'), ('crouch', 'crouch'), ('run', 'run'), ('lean', 'leanLeft')
-THROW, SHUT, WIND = ('throw', 'throw'), ('shut', 'use'), ('wind', 'use')
+THROW, SHUT, WIND, BOLT = ('throw', 'throw'), ('shut', 'use'), ('wind', 'use'), ('bolt', 'use')
 
 #: Shares of the gate's way at which the house answers who winds it.
 ANSWERS = 0.22, 0.5, 0.78
@@ -49,7 +50,7 @@ class Story:
         self.pipes = place.sounds(placed(self.map, 'storyPipes', at=PIPES[0]), 'PipeGroan')
         self.pockets = place.pocketsOf(self.level)
         self.chased = self.chaseIsOver = self.lampIsTaken = self.guestHasGone = self.guestHasPassed = False
-        self.frame = 0
+        self.doorGave, self.frame = False, 0
         self.safePlaces()
         self.waking()
         self.lessons()
@@ -60,10 +61,9 @@ class Story:
         self.ways()
         self.safety.onReturn(self.again)
         onFrame(placed(self.map, 'story'), self.watch)
-        Sequences.play(self.level, self.layGrid)
         keepPart(self.level, 'nightfall', self.told, self.become)
         Moments.namePlaces(self.level, lambda at: 'nightfall.room.' + roomAt(at[0], at[2]))
-        Moments.hunts(self.level, lambda: self.chased and not self.chaseIsOver)
+        Moments.hunts(self.level, lambda: self.chased and not self.chaseIsOver or self.siege.isOn)
 
     def told(self) -> dict[str, bool]:
         """What has happened of all this."""
@@ -87,10 +87,14 @@ class Story:
             self.chute.stand()
 
     def layGrid(self):
-        """Those who walk by themselves do so on the guest floor: its walls are what the map's grid is to know of."""
+        """The map's grid knows the walls of one floor, that of those who walk by themselves: the guest floor, and the
+        hall's once the Damp is down there with the player.
+        """
+        isDown = self.chased and self.feet()[1] < 0.3 and self.night.creatures.dampIsBelow(0.4)
         grid = self.map.getChild('.MapData_mainPathGrid').getComponent('transform')
-        at = grid.position
-        grid.position = kaVel.Vec4(at.x, UP, at.z, 1)
+        at, height = grid.position, 0.0 if isDown else UP
+        if at.y != height:
+            grid.position = kaVel.Vec4(at.x, height, at.z, 1)
 
     def feet(self) -> Triple:
         return self.night.visitor.standing()[0]
@@ -194,15 +198,25 @@ class Story:
         Sequences.play(self.level, Until(lambda: self.pockets.has('sewingKey')), self.guestPasses)
 
     def guestPasses(self):
-        """Somebody goes by outside when the girl's key is taken: the candle dims, and prints lie in the passage."""
+        """Somebody goes by outside when the girl's key is taken: crows fall silent, lamps dim, prints stay."""
         if self.guestHasPassed:
             return
         self.guestHasPassed = True
         creatures = self.night.creatures
-        Sequences.play(self.level, 0.8, Until(lambda: self.room() in ('two', 'three') and not self.isOpen('doorTwo')),
-                       creatures.sendGuestPast, lambda: self.music.play('Tension', 0.2),
-                       Until(lambda: creatures.guestIsAway() and self.room() != 'corridor'), creatures.dismissGuest,
-                       lambda: self.music.play(''))
+
+        def isInside():
+            return self.room() in ('two', 'three')
+
+        def come():
+            if not isInside():
+                return creatures.dismissGuest()  # who has left in the meantime would see him come
+            creatures.sendGuestPast()
+            self.music.play('Tension', 0.2)
+            Sequences.play(self.level, Until(lambda: creatures.guestIsAway() and self.room() != 'corridor'),
+                           creatures.dismissGuest, lambda: self.music.play(''))
+
+        Sequences.play(self.level, 0.5, creatures.announceGuest, 2.5,
+                       Until(lambda: not (isInside() and self.isOpen('doorTwo'))), come)
 
     def linen(self):
         self.bolt('linenDoor', (16.75, UP, 9.6))
@@ -213,8 +227,8 @@ class Story:
         if self.guestHasGone:
             return
         creatures = self.night.creatures
-        Sequences.play(self.level, 1.5, creatures.bringGuest, lambda: self.music.sting('StingDread'),
-                       lambda: self.music.play('Tension', 0.3),
+        Sequences.play(self.level, 1.5, creatures.announceGuest, 4.0, creatures.bringGuest,
+                       lambda: self.music.sting('StingDread'), lambda: self.music.play('Tension', 0.3),
                        Until(lambda: self.room() in ('landing', 'hall') and not self.isOpen('landingDoor')
                              or self.room() == 'hall'), self.guestGoes, lambda: self.music.play(''))
 
@@ -298,20 +312,42 @@ class Story:
         self.chased = False
         self.night.creatures.calm()
         kaVel.configure(self.leaves['bathDoor'].getComponent('physics'), open=False, prevAngle=0.0, locked=True)
+        self.siege.reset()
+        if self.doorGave:
+            self.doorGave, self.chaseIsOver = False, True
+            kaVel.configure(self.leaves['serviceDoor'].getComponent('physics'), open=False, prevAngle=0.0, locked=True)
 
     def watch(self):
-        """The figures of the sewing room mind those alone who are in it."""
+        """The figures of the sewing room mind those alone who are in it; the grid is that of the floor that counts."""
         self.frame += 1
         if self.frame % 12 == 0:
             self.night.creatures.wakeFittings(self.room() == 'sewing')
+        elif self.frame % 12 == 6:
+            self.layGrid()
 
     # The two ways out
 
     def ways(self):
-        self.lift = Lift(self.map, self.night.rooms, lambda: self.win('lift'),
-                         lambda: self.night.notice.show(words.said('nightfall.liftComes')))
+        creatures = self.night.creatures
+        self.siege = Siege(self.map, self.night.rooms['service'], creatures.dampIsNear, creatures.rouse, self.doorGives)
+        self.lift = Lift(self.map, self.night.rooms, lambda: self.win('lift'), self.liftIsCalled)
         self.chute = Chute(self.map, lambda: self.win('chute'),
                            lambda: self.night.notice.show(words.said('nightfall.chuteStuck')))
+
+    def liftIsCalled(self):
+        """It is heard, and not by the player alone."""
+        self.night.notice.show(words.said('nightfall.liftComes'))
+        self.siege.begin(COMES)
+        self.teach(BOLT, lambda: self.siege.wasPushed, after=1.0, needed=lambda: self.siege.slipped)
+
+    def doorGives(self):
+        """The bolt has slipped out: it is hunted on."""
+        self.chaseIsOver, self.doorGave = False, True
+        door = self.leaves['serviceDoor']
+        kaVel.configure(door.getComponent('physics'), locked=False, open=True)
+        place.sounds(door, 'DoorSlam').playSoundEffect('DoorSlam')
+        self.music.play('Chase')
+        self.night.creatures.rouse(self.player.getComponent('transform').position)
 
     def win(self, way: str):
         self.music.play('')

@@ -14,6 +14,7 @@ import kaVel
 import mods
 from objects.Acoustics import *
 from objects.Bodies import *
+from objects.Breath import Glass, Pane
 from objects.Building import *
 from objects.Cameras import *
 from objects.Carrying import Bolt, LooseBottle, LooseCrate
@@ -51,7 +52,7 @@ from objects.Triggers import Place, Trigger
 from objects.Visitor import Visitor, visitorOf
 from objects.Volumes import ForceVolume
 from objects.Walls import Walls, Window
-from objects.Warnings import Moths, Rats
+from objects.Warnings import Crows, Moths, Rats
 
 
 @kaVel.pattern

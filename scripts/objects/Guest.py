@@ -77,6 +77,16 @@ def Guest(parent: kaVel.MapRootEntity, name: str = '', points: Sequence[Triple] 
     return guest
 
 
+def guestsAbroad(level: kaVel.Coordinator) -> list[kaVel.Entity]:
+    """All of them in a level that are about, or on their way."""
+    return [each.guest for each in _guests.get(level, []) if each.guest and (each.isAbroad or each.isExpected)]
+
+
+def announce(guest: kaVel.Entity):
+    """Has those know of a Guest who know first, some seconds before he is brought."""
+    _driverOf(guest).isExpected = True
+
+
 def bring(guest: kaVel.Entity, at: Triple):
     """Has a Guest begin his round at a place, of all that he knew before nothing."""
     _driverOf(guest).begin(at)
@@ -165,11 +175,12 @@ class _Guest:
         self.dice = random.Random('%s %d' % (guest.name, GameConfig.seed))
         self.adapt()
         self.frame, self.breathAt, self.isLit = 0, self.dice.uniform(1, 4), False
-        self.isAbroad = True
+        self.isAbroad, self.isExpected = True, False
 
     def setAbroad(self, isAbroad: bool):
         """Has him there to be seen, heard and met, or nowhere."""
         self.isAbroad = self.hem.visible = isAbroad
+        self.isExpected = False
         self.coat.visible = False
         self.senses.sightRange = SEES if isAbroad else 0.0
         self.guest.getComponent('dread').dread = DREAD if isAbroad else 0.0

@@ -1,4 +1,6 @@
-"""What is small and knows first: rats that leave before the Damp comes, moths that come to the player's lamp."""
+"""What is small and knows first: rats leave before the Damp comes, crows fall silent before the Guest, moths come to
+the player's lamp.
+"""
 
 from __future__ import annotations
 
@@ -10,6 +12,7 @@ import GameConfig
 import kaVel
 from objects.Creatures import Swarm
 from objects.Damp import dampsIn
+from objects.Guest import guestsAbroad
 from objects.Placing import Triple, onFrame, placed
 from objects.Prey import Prey
 from objects.Sounds import sounds
@@ -18,6 +21,8 @@ from objects.Sounds import sounds
 ALARM, CALM, SULK = 9.0, 13.0, 12.0
 #: Metres a second that rats run, and go about.
 RUN, STROLL = 2.6, 0.7
+#: Metres at which crows know of the Guest; seconds from call to call, and that they stay silent after him.
+HUSH, CALLS, DOUBT = 30.0, (4.0, 11.0), 14.0
 #: Metres from which moths see the flashlight, how fast they come, and how far before the eye they then are.
 LURED, FLIGHT, BEFORE = 7.0, 1.8, 1.3
 
@@ -144,3 +149,59 @@ class _Moths:
         left = way.magnitude()
         if left > 0.01:
             self.lure.position = self.lure.position + way * (min(FLIGHT * self.prey.clock.frameSeconds(), left) / left)
+
+
+@kaVel.pattern
+def Crows(parent: kaVel.MapRootEntity, name: str = '', at: Triple = (0, 0, 0), number: int = 6, reach: float = 4.0):
+    """Crows that go round about `at` and call; before a Guest comes they fall silent and are gone.
+
+    Some time after him they come back.
+    """
+    crows = Swarm(parent, name or 'crows', kind='Crow', count=number, at=at, reach=reach, lowest=at[1] - 1.0,
+                  highest=at[1] + 2.5, spacing=0.9, innerRadius=0.8, cruiseSpeed=2.2)
+    roost = placed(crows, 'roost', at=at)
+    crows.getComponent('flocking').anchor = roost
+    sounds(roost, 'Crow', 'CrowWings', 'FlockPass')
+    driver = _Crows(crows, roost)
+    onFrame(roost, driver.doFrame)
+    return crows
+
+
+class _Crows:
+    """Whether they are about, and when they call."""
+
+    def __init__(self, crows: kaVel.Entity, roost: kaVel.Entity):
+        self.swarm, self.prey, self.sound = crows.getComponent('flocking'), Prey(roost), roost.getComponent('sound')
+        self.roost = roost.getComponent('transform')
+        self.isSilent, self.backAt, self.frame = False, 0.0, 0
+        self.dice = random.Random('%s %d' % (crows.name, GameConfig.seed))
+        self.callAt = self.dice.uniform(*CALLS)
+
+    def doFrame(self):
+        self.frame += 1
+        if self.frame % 10:
+            return
+        now = self.prey.clock.seconds()
+        if self.knows():
+            self.backAt = now + DOUBT
+            if not self.isSilent:
+                self.become(silent=True)
+        elif self.isSilent and now > self.backAt:
+            self.become(silent=False)
+            self.callAt = now + 1.0
+        if now > self.callAt and not self.isSilent:
+            self.callAt = now + self.dice.uniform(*CALLS)
+            self.sound.playSoundEffect('Crow')
+
+    def knows(self) -> bool:
+        """Whether a Guest is about who is not far off."""
+        here = self.roost.position
+        return any((guest.getComponent('transform').position - here).magnitude() < HUSH
+                   for guest in guestsAbroad(self.prey.level))
+
+    def become(self, silent: bool):
+        """Has them go, with a beat of wings and no more, or come back."""
+        self.isSilent = silent
+        self.sound.playSoundEffect('CrowWings' if silent else 'FlockPass')
+        for member in self.swarm.members:
+            member.getComponent('graphics2').visible = not silent

@@ -246,6 +246,7 @@ TEXTS: dict[str, str] = {
 
     # Lessons; most stand behind the key that they are about
     'teach.battery': 'put a fresh battery in',
+    'teach.bolt': 'push the bolt home',
     'teach.crouch': 'stoop',
     'teach.lean': 'lean to the left; {leanRight} to the right',
     'teach.light': 'switch the lamp',
@@ -282,9 +283,9 @@ TEXTS: dict[str, str] = {
                                        'through the hatch, on hands and knees.\nThe sewing room the girl keeps '
                                        'locked. Ask in number three.',
     'nightfall.note.housekeeper.title': '20 January 1911',
-    'nightfall.note.lodger.text': 'Heard him again in the passage after one.\nHe goes where it is bright. We put ours '
-                                  'out, stood against the wall and did not move until he had gone by.\nThe prints dry '
-                                  'in a minute.',
+    'nightfall.note.lodger.text': 'Heard him again in the passage after one. The crows fell silent first.\nHe goes '
+                                  'where it is bright. We put ours out, stood against the wall and did not move '
+                                  'until he had gone by.\nThe prints dry in a minute.',
     'nightfall.note.lodger.title': '14 January 1911',
     'nightfall.note.plumber.text': 'There is no fault in the pipes. It is in the pipes.\nIt has no eyes and it has '
                                    'very good ears. Throw something far off and go the other way, and shut doors '

@@ -247,6 +247,7 @@ TEXTS: dict[str, str] = {
 
     # Lessons; most stand behind the key that they are about
     'teach.battery': 'eine frische Batterie einlegen',
+    'teach.bolt': 'den Riegel wieder vorschieben',
     'teach.crouch': 'sich bücken',
     'teach.lean': 'sich nach links lehnen; {leanRight} nach rechts',
     'teach.light': 'die Lampe ein- und ausschalten',
@@ -284,9 +285,9 @@ TEXTS: dict[str, str] = {
                                        'man noch hinein, durch die Klappe, auf Händen und Knien.\nDie Nähstube hält '
                                        'das Mädchen verschlossen. In Nummer drei fragen.',
     'nightfall.note.housekeeper.title': '20. Januar 1911',
-    'nightfall.note.lodger.text': 'Ihn nach eins wieder im Gang gehört.\nEr geht dorthin, wo es hell ist. Wir '
-                                  'löschten unser Licht, stellten uns an die Wand und rührten uns nicht, bis er '
-                                  'vorüber war.\nDie Spuren trocknen in einer Minute.',
+    'nightfall.note.lodger.text': 'Ihn nach eins wieder im Gang gehört. Zuerst verstummten die Krähen.\nEr geht '
+                                  'dorthin, wo es hell ist. Wir löschten unser Licht, stellten uns an die Wand und '
+                                  'rührten uns nicht, bis er vorüber war.\nDie Spuren trocknen in einer Minute.',
     'nightfall.note.lodger.title': '14. Januar 1911',
     'nightfall.note.plumber.text': 'An den Rohren fehlt nichts. Es ist in den Rohren.\nEs hat keine Augen und sehr '
                                    'gute Ohren. Wirf etwas weit fort und geh in die andere Richtung, und schließ die '

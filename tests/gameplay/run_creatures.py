@@ -387,6 +387,50 @@ def act(coordinator, map, player, frame):
     assert min(each["moths"] for each in told[20:]) < 2.2, "all of them"
 
 
+def test_crows_fall_silent_before_the_guest_and_glass_keeps_his_breath_and_the_players(world):
+    told = play(world, """
+from objects import Guest
+calls = []
+
+def furnish(map):
+    place.Crows(map, 'crows', at=(4, 5, 4), number=3, reach=2.0)
+    place.Glass(map, 'glass', panes=[place.Pane((0, 1.5, 6.9), (1.2, 1.3), 180)])
+    place.Guest(map, 'guest', points=[(-5, 0, 6.0), (5, 0, 6.0)], abroad=False)
+
+def heard(message, name, place, maker):
+    if name == 'Crow':
+        calls.append(frames[0])
+
+def act(coordinator, map, player, frame):
+    if frame == 1:
+        kaVel.subscribe('SoundMadeMessage', heard, kaVel.officeOf(coordinator))
+    looksOut = 360 < frame < 840
+    stand(player, *((0.2, 6.3, 0) if looksOut else (-5, -5, 0)))
+    guest = map.getChild('guest')
+    if frame == 1200:
+        Guest.announce(guest)
+    if frame == 1320:
+        Guest.bring(guest, (-5, 0, 6.0))
+    if frame == 2100:
+        Guest.dismiss(guest)
+    if frame % 30 == 0:
+        marks = lambda name: [map.getChild(name + str(number)) for number in range(4)]
+        shown = lambda name: [mark.getComponent('transform').position.x for mark in marks(name)
+                              if mark.getComponent('graphics2').alpha > 0]
+        note(frame=frame, calls=calls, own=shown('glass breath'), his=shown('glass his breath'),
+             crows=sum(each.getComponent('graphics2').visible
+                       for each in map.getDescendantByPath('crows/flocking').members))
+""", 54)
+    at = {each["frame"]: each for each in told}
+    calls = told[-1]["calls"]
+    assert at[1170]["crows"] == 3 and len([call for call in calls if call < 1200]) >= 2
+    assert at[1230]["crows"] == 0 and not [call for call in calls if 1215 < call < 2100 + 14 * SECOND], calls
+    assert at[3210]["crows"] == 3 and calls[-1] > 2900, "and come back when he has been gone for a while"
+    assert at[330]["own"] == [] and at[780]["own"] and abs(at[780]["own"][0] - 0.2) < 0.02, "before his mouth"
+    assert at[1560]["own"] == [], "and passes"
+    assert at[1290]["his"] == [] and len(at[2070]["his"]) == 1 == len(at[3210]["his"]), "where the Guest went by"
+
+
 def test_creatures_in_a_house_without_anybody_go_about_their_business(world):
     told = play(world, """
 def furnish(map):

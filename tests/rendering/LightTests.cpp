@@ -329,6 +329,63 @@ TEST_F(Lights, SteadyShadowsKeepTheirEdgesWhileTheLightTurns)
     graphics().setShadowMapSize(768);
 }
 
+TEST_F(Lights, SteadyShadowsMoveEvenlyWhileTheLightIsCarriedPast)
+{
+    constexpr float wall = 6, casterZ = 3, half = 0.5f, step = 0.11f; // of a texel
+    constexpr int side = 64, places = 24, rows = 9;                   // texels that are wide enough to be measured
+    graphics().setShadowMapSize(side);
+    LightComponent &spot = light(Vec4(0, 0, 0, 1), true, true);
+    spot.setLightFalloffBegin(17);
+    spot.setSpotInnerAngle(29.9f * degree);
+    square(Vec4(0, 0, wall, 1), 6, SceneGraph::WORLD_UNCONDITIONAL);
+    square(Vec4(-half, 0, casterZ, 1), half, SceneGraph::WORLD); // its upright edge stands at x = 0
+    const float texel = 2 * std::tan(30 * degree) * casterZ / side;
+    const auto litPixels = [&](int row) // of a row of the picture across the shadow's edge
+    {
+        float lit = 0;
+        for (int x = WIDTH / 2 + 3; x < WIDTH / 2 + 45; ++x)
+            lit += arrived(x, row).x;
+        return lit / arrived(WIDTH / 2 + 45, row).x;
+    };
+    /// How far the edge is off an even way, in texels: the root of the mean square over rows and places of the light.
+    const auto unevenness = [&]
+    {
+        float edge[rows][places];
+        for (int place = 0; place < places; ++place)
+        {
+            placeOf(spot).setPosition(Vec4(-0.7f + step * texel * float(place), 0, 0, 1));
+            settle();
+            for (int row = 0; row < rows; ++row)
+                edge[row][place] = litPixels(HEIGHT / 2 - 9 + 2 * row);
+        }
+        float squares = 0, slopes = 0;
+        for (const auto &at : edge)
+        {
+            float mean = 0, slope = 0, spread = 0;
+            for (int place = 0; place < places; ++place)
+            {
+                const float off = float(place) - (places - 1) / 2.0f;
+                mean += at[place] / places;
+                slope += off * at[place];
+                spread += off * off;
+            }
+            slope /= spread;
+            for (int place = 0; place < places; ++place)
+            {
+                const float missed = at[place] - mean - slope * (float(place) - (places - 1) / 2.0f);
+                squares += missed * missed / (places * rows);
+            }
+            slopes += slope / rows;
+        }
+        const float texelOnWall = std::fabs(slopes) / step * (wall / casterZ); // pixels
+        return std::sqrt(squares) / texelOnWall;
+    };
+    EXPECT_NEAR(unevenness(), 0.29f, 0.05f) << "an upright edge jumps from texel to texel";
+    spot.setSteadyShadows(true);
+    EXPECT_LT(unevenness(), 0.16f) << "its texels are a third larger, and the edge crosses them at a slant";
+    graphics().setShadowMapSize(768);
+}
+
 TEST_F(Lights, LensThrowsItsPictureWhereThereIsAShadowMap)
 {
     LightComponent &spot = light(Vec4(0, 0, 0, 1), true, true);

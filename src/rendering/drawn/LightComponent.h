@@ -70,7 +70,7 @@ public:
     /// Whether the shadow map stays as it is turned while the light turns by little, by default not.
     ///
     /// For a light that is carried: edges of shadows then do not crawl over what stands still. The map covers a quarter
-    /// more than the cone and is that much coarser.
+    /// more than the cone and is that much coarser; it is rolled, so that upright edges move evenly over its texels.
     void setSteadyShadows(bool val) { steadyShadows = val; }
     bool getIsAmbient() const { return isAmbient; }
     /// A mark for scripts: it changes nothing in how the light is drawn.

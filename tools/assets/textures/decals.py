@@ -56,6 +56,15 @@ def bloodDrag(n=512):
     return _decal(colour, (cover * 0.86 + scratch * 0.8).clamp())
 
 
+def glassBreath(n=256):
+    """Breath on cold glass: a pale bloom, thickest in its middle, with a grain of drops and an edge that frays."""
+    frayed = fbm(n, 6, 6, 5, "breath edge", 0.55)
+    drops = fbm(n, 32, 32, 2, "breath drops", 0.5)
+    bloom = from_function(n, lambda u, v: math.hypot(u - 0.5, (v - 0.5) * 1.15)) + (frayed - 0.5) * 0.22
+    colour = Picture.flat(n, (0.50, 0.54, 0.58))
+    return _decal(colour, (bloom.smoothstep(0.42, 0.08) * (drops * 0.25 + 0.75) * 0.9).clamp())
+
+
 def dampSheen(n=256):
     """What the wet black thing leaves: a film with a ragged rim, thicker in streaks."""
     warp = fbm(n, 5, 5, 5, "sheen warp", 0.6)

@@ -3,7 +3,7 @@
 import math
 import random
 
-from field import cells, fbm, from_function, strokes, value_noise, wandering_paths
+from field import Field, cells, fbm, from_function, strokes, value_noise, wandering_paths
 from picture import Picture, normals_from_height
 from textures.common import maps_of
 
@@ -107,12 +107,28 @@ def landscape(n=256):
 
 def nightWindow(n=256):
     """What stands behind the window panes: moonlit fog, bare branches, dirt and rain on the glass."""
-    fog = fbm(n, 3, 4, 6, "night fog", 0.55)
-    light = (
-        from_function(n, lambda u, v: 0.62 * math.exp(-3.6 * math.hypot(u - 0.64, (v - 0.22) * 1.1)) + 0.20 * (1 - v))
-        + fog * 0.16
+    sky = from_function(
+        n, lambda u, v: 0.62 * math.exp(-3.6 * math.hypot(u - 0.64, (v - 0.22) * 1.1)) + 0.20 * (1 - v)
     )
-    moon = from_function(n, lambda u, v: math.hypot(u - 0.64, (v - 0.22) * 1.5)).smoothstep(0.066, 0.052)
+    return _pane(n, sky, from_function(n, lambda u, v: math.hypot(u - 0.64, (v - 0.22) * 1.5)).smoothstep(0.066, 0.052))
+
+
+def nightPane(n=256):
+    """The same panes without the moon, for a house that has the moon in one place: paler above, and above the snow."""
+    sky = from_function(n, lambda u, v: 0.16 + 0.16 * (1 - v) + 0.12 * math.exp(-((v - 0.98) ** 2) * 30))
+    return _pane(n, sky, Field.constant(n, 0.0))
+
+
+def moonDisc(n=64):
+    """The moon with its seas, for a disc of its own."""
+    seas = fbm(n, 3, 3, 4, "moon seas", 0.5).smoothstep(0.45, 0.62)
+    glow = Picture.flat(n, (0.52, 0.56, 0.56)).blend((0.30, 0.34, 0.37), seas * 0.8)
+    return {"Diffuse": (Picture.flat(8, (0.0, 0.0, 0.0)), "DXT1"), "Emissive": (glow, "A8R8G8B8")}
+
+
+def _pane(n, sky, moon):
+    """Glass before a sky of some brightness, with a moon or none in it."""
+    light = sky + fbm(n, 3, 4, 6, "night fog", 0.55) * 0.16
     rng = random.Random("night branches")
     paths, pending = [], [(0.10, 1.02, -1.32, 1.0, 1.25), (0.97, 1.05, -1.95, 0.85, 0.9)]
     while pending:

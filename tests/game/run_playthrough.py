@@ -1,11 +1,16 @@
 """Playthroughs: what is recorded is replayed to the last bit, and what goes otherwise is named."""
+import argparse
+import contextlib
+import io
 import pathlib
+import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "tests" / "support"), str(ROOT / "tools" / "playthrough")]
 import game
 import judging
+import playthrough
 import recordings
 import sketches
 from replays import Player, RunFailed
@@ -103,6 +108,61 @@ def test_two_builds_are_compared_field_by_field(world):
     pushed = lines.index("  Workshop/cellar/lightCrate/physics  PhysicsComponent::velocity")
     assert lines[pushed + 1] == "    old 0 0 0 0 " and lines[pushed + 2].startswith("    new 0 0.7"), lines
     assert not judging.compare(player, player, recording, "round")
+
+
+class Told:
+    """A build that plays what a commit's file says, frame by frame, or fails where that is too little."""
+
+    def __init__(self, text):
+        self.text = text
+
+    def replay(self, recording, frames=None):
+        if len(self.text) < 12:
+            raise RunFailed("the game ended with exit code 1")
+        return self.text.encode()[:24]
+
+    def dump(self, recording, frame):
+        value = self.text[12 * frame - 1]
+        return [sketches.Field("Level/clock", "Clock::hour", 1, 2, 3, value, value)]
+
+
+def test_the_commit_that_changed_play_is_found(world):
+    repository = world.folder / "history"
+    repository.mkdir()
+
+    def git(*words):
+        subprocess.run(["git", "-C", repository, "-c", "user.name=n", "-c", "user.email=e", *words], check=True,
+                       stdout=subprocess.DEVNULL)
+
+    def bisected(*plays):
+        """What is said of a history in which the game plays first one of these, then the next."""
+        git("checkout", "-q", "--orphan", "line%d" % len(list((repository / ".git/refs/heads").glob("*"))))
+        for number, text in enumerate(plays):
+            (repository / "play").write_text(text)
+            git("add", "play")
+            git("commit", "-q", "--allow-empty", "-m", f"step {number}")
+            git("tag", "-f", "-a", f"step{number}", "-m", "a tag is no commit")
+        said = io.StringIO()
+        with contextlib.redirect_stdout(said):
+            changed = playthrough.bisect(argparse.Namespace(good="step0", bad=f"step{len(plays) - 1}", name="round"))
+        return changed, said.getvalue().splitlines()
+
+    kept = playthrough.ROOT, playthrough.build_of, playthrough.named
+    playthrough.ROOT = repository
+    playthrough.build_of = lambda commit: Told(playthrough.git("show", commit + ":play"))
+    playthrough.named = lambda name: recordings.Recording("", "", 1, "", "", "", b"")
+    git("init", "-q")
+    try:
+        a, b, c = "abcdefghijklmnopqrstuvwx", "abcdefghijklmnopqrstuvwy", "abcdefghijklmnopqrstuvwz"
+        for plays, step in (((a, a, b, b), 2), ((a, b), 1), ((a, a, a, a, a, b), 5), ((a, b, c, b, c), 1)):
+            changed, lines = bisected(*plays)
+            assert changed and lines[0].endswith(f": step {step}"), (plays, lines)
+            assert "round: the builds differ from frame 2 on" in lines and "    old x" in lines, lines
+        assert bisected(a, a, a) == (False, ["round: step0 and step2 do the same"])
+        changed, lines = bisected(a, a, "gone", "gone")
+        assert lines[0].endswith(": step 2") and lines[1] == "the game ended with exit code 1", lines
+    finally:
+        playthrough.ROOT, playthrough.build_of, playthrough.named = kept
 
 
 def test_a_course_that_gets_nowhere_ends_its_run(world):

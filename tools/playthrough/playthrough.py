@@ -78,11 +78,19 @@ def record(options, name):
 
 
 def head():
-    return git("rev-parse", "HEAD").strip()
+    return commit_of("HEAD")
 
 
-def git(*words, folder=ROOT):
-    return subprocess.run(["git", "-C", str(folder), *words], check=True, capture_output=True, text=True).stdout
+def git(*words):
+    done = subprocess.run(["git", "-C", str(ROOT), *words], check=False, capture_output=True, text=True)
+    if done.returncode != 0:
+        sys.exit(f"git {' '.join(words)}: {done.stderr.strip()}")
+    return done.stdout
+
+
+def commit_of(name):
+    """The commit that a branch, a tag or a short hash stands for."""
+    return git("rev-parse", "--verify", name + "^{commit}").strip()
 
 
 def named(name):
@@ -129,35 +137,46 @@ def pictures(options):
 
 def bisect(options):
     recording = named(options.name)
-    commits = git("rev-list", "--first-parent", "--reverse", f"{options.good}..{options.bad}").split()
-    if not commits:
+    good, bad = commit_of(options.good), commit_of(options.bad)
+    commits = [good, *git("rev-list", "--first-parent", "--reverse", f"{good}..{bad}").split()]
+    if len(commits) == 1:
         sys.exit(f"there is no commit behind {options.good} up to {options.bad}")
-    wanted = build_of(git("rev-parse", options.good).strip()).replay(recording)
-    low, high = -1, len(commits) - 1  # as GOOD at low; not at high, if at any
-    if build_of(commits[high]).replay(recording) == wanted:
+    wanted = build_of(good).replay(recording)
+    low, high = 0, len(commits) - 1  # as GOOD at low; not at high, if at any
+    if told_of(commits[high], recording) == wanted:
         print(f"{options.name}: {options.good} and {options.bad} do the same")
         return False
     while high - low > 1:
         middle = (low + high) // 2
-        same = build_of(commits[middle]).replay(recording) == wanted
-        low, high = (middle, high) if same else (low, middle)
+        low, high = (middle, high) if told_of(commits[middle], recording) == wanted else (low, middle)
     print(git("log", "-1", "--format=%h %an, %ad: %s", commits[high]).strip())
-    before = commits[low] if low >= 0 else git("rev-parse", options.good).strip()
-    print("\n".join(judging.compare(build_of(before), build_of(commits[high]), recording, options.name)))
+    found = told_of(commits[high], recording)
+    print(found if isinstance(found, str) else "\n".join(
+        judging.compare(build_of(commits[low]), build_of(commits[high]), recording, options.name)))
     return True
+
+
+def told_of(commit, recording):
+    """What a recording's input comes to at a commit: its digest, or how the game failed."""
+    try:
+        return build_of(commit).replay(recording)
+    except RunFailed as failure:
+        return str(failure)
 
 
 def build_of(commit):
     """The game of a commit, built below build/bisect unless it stands there."""
     folder = ROOT / "build" / "bisect" / commit[:12]
     if not folder.is_dir():
-        git("worktree", "add", "--detach", str(folder), commit)
+        git("worktree", "add", "--force", "--detach", str(folder), commit)  # or one that was deleted stands in the way
     build = folder / "build" / "release"
     if not (build / "game" / "bin" / "kaVel").is_file():
         print(f"building {commit[:12]}", flush=True)
         for words in (["cmake", "-S", str(folder), "-B", str(build), "-G", "Ninja",
                        "-DCMAKE_BUILD_TYPE=RelWithDebInfo"], ["ninja", "-C", str(build), "kaVel", "kv_content"]):
-            subprocess.run(words, check=True, stdout=subprocess.DEVNULL)
+            done = subprocess.run(words, check=False, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
+            if done.returncode != 0:
+                sys.exit(f"{commit[:12]} does not build:\n{done.stdout[-3000:]}")
     return Player.of_build(build)
 
 

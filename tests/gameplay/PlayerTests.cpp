@@ -313,6 +313,29 @@ TEST(Player, MindFollowsLightFlashlightAndBlobAndStaysWithinItsRange)
     }
 }
 
+TEST(Player, FrameWalksBeforeItTurnsAndMindsTheLightBeforeItSpendsTheBattery)
+{
+    PlayerWorld world;
+    PlayerComponent &player = *world.player;
+    world.level.frame();
+    world.key('W');
+    world.moveMouse(8, 0);
+    const Vec4 force = world.forceOfStep();
+    EXPECT_FLOAT_EQ(force.x, 0.f) << "ahead as it was before this frame's turn";
+    EXPECT_GT(force.z, 0.f);
+    EXPECT_NE(world.place->getOrientation(), Quaternion());
+
+    player.pickupFlashlight(flashlightIn(world));
+    player.setCurrBatteryTimeLeft(0.0);
+    player.setAudioSanity(50);
+    for (int frame = 0; frame < 2; ++frame)
+    {
+        world.level.frame();
+        EXPECT_FALSE(player.isFlashlightOn());
+        EXPECT_NEAR(player.getAudioSanity(), 50 + 0.9f / 64, 1e-4f) << "the light that dies has done its last good";
+    }
+}
+
 TEST(Player, ViewNarrowsBySmoothStepsInItsRangeOnly)
 {
     PlayerWorld world;

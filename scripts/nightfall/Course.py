@@ -138,15 +138,14 @@ def askTheGirl(driver: Driver) -> Steps:
 
 
 def leaveNumberTwo(driver: Driver) -> Steps:
-    """Waits in the dark until somebody has gone by, and goes after him to the sewing room."""
+    """Waits behind the door until somebody has gone by and round the corner, since the passage is lit."""
     if player(driver).isFlashlightOn():
         yield from driver.tap('flashlight')
     yield from driver.waitUntil(lambda: guestAt(driver)[2] > 12.0, 'the Guest comes', 12)
-    yield from driver.waitUntil(lambda: guestAt(driver)[2] < 8.0, 'the Guest has passed', 40)
+    yield from driver.waitUntil(lambda: guestAt(driver)[0] < 13.6, 'the Guest has gone', 40)
     yield from driver.walk((13.5, 12.5))
     yield from openDoor(driver, 'doorTwo')
     yield from driver.walk((15.5, 12.5))
-    yield from driver.waitUntil(lambda: guestAt(driver)[0] < 13.6, 'the Guest has gone', 40)
     yield from driver.tap('flashlight')
 
 

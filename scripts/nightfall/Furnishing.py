@@ -6,7 +6,7 @@ from typing import Callable
 
 import objects.GameObjects as place
 from kaVel import Entity
-from nightfall.Made import bed, coatStand, runner, tub, washstand
+from nightfall.Made import bed, coatStand, runner, sheets, tub, washstand
 from nightfall.Plan import EAST, NORTH, ROOMS, SOUTH, UP, WEST
 
 Desk = place.solid(place.Desk, 'desk')
@@ -122,7 +122,7 @@ def three(room: Entity):
 
 
 def two(room: Entity):
-    """Stripped: bed frames on edge, crates, something that gnaws."""
+    """Where the girl sleeps, among what was cleared out of other rooms; something gnaws."""
     Crate(room, 'crate', at=(10.4, UP, 13.4), turn=10)
     Crate(room, 'crate2', at=(11.2, UP, 13.5), turn=-8)
     place.Crate(room, 'upperCrate', at=(10.45, UP + 0.536, 13.4), turn=22)
@@ -148,8 +148,9 @@ def linen(room: Entity):
     Rack(room, 'rackNorth', at=(18.9, UP, 10.32), turn=SOUTH)
     Rack(room, 'rackNorthEast', at=(20.0, UP, 9.7), turn=WEST)
     Rack(room, 'rackSouth', at=(17.6, UP, 8.1), turn=NORTH)
-    for x, y, z in ((18.4, 0.83, 10.3), (19.2, 1.41, 10.3), (17.2, 0.83, 8.1), (17.9, 1.41, 8.1), (19.0, 0.25, 10.3)):
-        place.BookStack(room, 'sheets', at=(x, UP + y, z), turn=x * 90, scale=(1.6, 0.8, 1.5))
+    for x, y, z in ((18.4, 0.83, 10.3), (19.2, 1.41, 10.3), (17.2, 0.83, 8.1), (17.9, 1.41, 8.1), (19.0, 0.25, 10.3),
+                    (19.3, 0.83, 10.3), (17.9, 0.83, 8.1), (17.3, 0.25, 8.1)):
+        sheets(room, 'sheets', at=(x, UP + y, z), turn=4 * (x + z) % 9 - 4, count=4 + round(x * 10) % 3)
     Crate(room, 'crate', at=(16.6, UP, 8.2), turn=6)
 
 

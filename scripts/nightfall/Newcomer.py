@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 from courseDriver import Driver, Steps
-from nightfall.Plan import roomAt
+from nightfall.Plan import UP, roomAt
 from objects.Placing import Pair
 
 WORDS_A_SECOND = 200 / 60   # read
@@ -12,6 +12,7 @@ LISTENS = 2.5               # seconds, where he has come into a room
 LOOKS = (-55, 60, 150, -30)  # degrees off his way, one after the other, in a room that he enters for the first time
 GLANCES = (-50, 40)         # the same, where he has come on in it
 STRIDE = 2.5                # metres from all places where he has looked, from which on he looks again
+CROUCHED, TALL = 0.8, 1.8   # metres that eyes are above the floor, at the least and at the most
 SLOWEST = 26                # pixels that his mouse moves in a frame, a quarter of what a course's does
 
 
@@ -36,10 +37,10 @@ class Newcomer(Driver):
     def walkTo(self, x: float, z: float, near: float = 0.3, seconds: float = 25.0, run: bool = False,
                crouch: bool = False) -> Steps:
         yield from super().walkTo(x, z, near, seconds, run, crouch)
-        x, _, z = self.eye()
+        x, y, z = self.eye()
         room = roomAt(x, z)
-        if run:
-            return
+        if run or TALL < y < UP + CROUCHED:
+            return  # nobody stands still to look round on stairs
         if room not in self.seen:
             self.seen.add(room)
             yield from self.wait(LISTENS)

@@ -491,5 +491,49 @@ def test_the_damp_comes_down_the_stairs_of_nightfall_step_by_step(world):
     assert max(abs(after[1] - before[1]) for before, after in zip(ways, ways[1:])) < 0.2, "it neither falls nor leaps"
 
 
+BOLT = STAIRS[:STAIRS.index("def act")] + """
+def act(coordinator):
+    night, frame = Nightfall._night, kaVel.getSystem('GameLoopSystem').frameNumber
+    story, player = night.story, night.player.getComponent('transform')
+    leaf = night.leaves['serviceDoor'].getComponent('physics')
+    if frame == 2:
+        story.chased = True
+        story.openBath()
+        kaVel.configure(leaf, open=False, prevAngle=0.0)
+        night.creatures.damp.getComponent('transform').position = kaVel.Vec4(13, 0.25, 21.0, 1)
+        story.quiet()
+    if frame == 30:
+        story.lift.call()
+    # Who stands still is not heard; once the door is open he goes up and down.
+    player.position = kaVel.Vec4(7.5 + (0.8 * (frame // 40 %% 2) if leaf.open else 0.0), 0.875, 20.4, 1)
+    if leaf.open and frame %% 30 == 0:
+        coordinator.getManager('perception').makeNoise('steps', player.position, 0.15, night.player)
+    if %s and story.siege.slipped == 2:
+        story.siege.push()
+    damp = night.creatures.damp.getComponent('transform').position
+    if frame %% 20 == 0:
+        kaVel.log('siege %%d %%d %%d %%.2f %%.1f' %% (story.siege.slipped, leaf.open, story.lift.isHere, damp.x,
+                                                 lifeOf(coordinator).value))
+"""
+
+
+def test_the_bolt_holds_the_damp_off_until_the_lift_comes_for_whom_pushes_it_home(world):
+    for pushes in (True, False):
+        world.write("scripts/levels/Chased.py", "from objects.Life import lifeOf\n" + BOLT % pushes)
+        outcome = world.run("Chased", frames=42 * SECOND, KAVEL_SIZE="64x36", KAVEL_UNDRAWN="1")
+        outcome.expect_code(0)
+        assert not outcome.has("Traceback"), outcome.log[-3000:]
+        told = [tuple(map(float, line.split())) for line in re.findall(r"siege ([\d.-]+ .*)", outcome.log)]
+        slipped, isOpen, isHere, at, life = zip(*told)
+        assert 1 in slipped and (3 in slipped) == (not pushes), slipped
+        assert any(isOpen) == (not pushes)
+        if pushes:
+            assert isHere[-1] and min(at) > 10.2 and life[-1] == 100, "it stays outside, and the lift is there"
+            assert any(before and not after for before, after in zip(slipped, slipped[1:])), "the bolt is home again"
+        else:
+            assert min(at) < 10.0 and min(life) < 100, "it comes in and lays hold of him"
+            assert not any(open and not before for before, open in zip(slipped, isOpen[1:])), "by blows alone"
+
+
 if __name__ == "__main__":
     game.main(dict(globals()))

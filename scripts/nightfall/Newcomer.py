@@ -12,7 +12,7 @@ LISTENS = 2.5               # seconds, where he has come into a room
 LOOKS = (-55, 60, 150, -30)  # degrees off his way, one after the other, in a room that he enters for the first time
 GLANCES = (-50, 40)         # the same, where he has come on in it
 STRIDE = 2.5                # metres from all places where he has looked, from which on he looks again
-CROUCHED, TALL = 0.8, 1.8   # metres that eyes are above the floor, at the least and at the most
+ON_STAIRS = 1.8, UP + 1.2   # metres: between these heights eyes are on the stairs
 SLOWEST = 26                # pixels that his mouse moves in a frame, a quarter of what a course's does
 
 
@@ -39,7 +39,7 @@ class Newcomer(Driver):
         yield from super().walkTo(x, z, near, seconds, run, crouch)
         x, y, z = self.eye()
         room = roomAt(x, z)
-        if run or TALL < y < UP + CROUCHED:
+        if run or ON_STAIRS[0] < y < ON_STAIRS[1]:
             return  # nobody stands still to look round on stairs
         if room not in self.seen:
             self.seen.add(room)

@@ -12,14 +12,14 @@ from objects.Prints import Prints
 
 #: Metres before the glass within which breath reaches it; how far below the eyes it comes from.
 REACHES, MOUTH = 0.9, 0.09
-#: Seconds from breath to breath, those of somebody who is tired, and for how long it stays.
+#: Seconds from breath to breath, also when he is tired, and how long it stays.
 CALM, TIRED, STAYS = 3.4, 1.5, 9.0
 #: The same of a Guest: how near he goes by, how high he breathes, and how long that stays.
 PASSES, HIGH, LINGERS = 1.3, 1.52, 150.0
 
 
 class Pane(NamedTuple):
-    """Glass: its middle, its size across and up, and the way that it faces into the room, degrees: 0, 90, 180 or -90."""
+    """Glass: its middle, its size across and up, and the way that it faces into the room, 0, 90, 180 or -90 degrees."""
 
     at: Triple
     size: Pair

@@ -122,8 +122,8 @@ place.SpotLight(room, 'wide', at=(2, 1.6, 0.5), pitch=90, color=(1, 0.8, 0.6), s
 
 def test_what_stands_in_the_light_keeps_it_off_the_floor(world):
     measured = measure(world, """
-place.ShadowSpot(room, 'lamp', at=(-4, 2.6, -0.5), pitch=32, turn=82, color=(1, 1, 1), strength=0.35, reach=12, angle=40,
-                 core=0.5, glint=0)
+place.ShadowSpot(room, 'lamp', at=(-4, 2.6, -0.5), pitch=32, turn=82, color=(1, 1, 1), strength=0.35, reach=12,
+                 angle=40, core=0.5, glint=0)
 box(map, (-1, 0.6, 0.3), (0.3, 1.2, 1.6))
 box(map, (1.6, 0.5, -1.8), (0.8, 1.0, 0.5), shadows=False)
 """)

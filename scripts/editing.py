@@ -12,12 +12,35 @@ from typing import Any, Callable
 
 import kaVel
 import userFolders
+from perLevel import PerLevel
 
 #: What the editor keeps by name from level to level: whether it is open, how it snaps.
 remembered: dict[str, Any] = {}
 
 #: Where edits are kept that a level was left with, below the user's data.
 UNSAVED = 'unsaved'
+
+_overlooked: PerLevel[bool] = PerLevel()
+_onOverlook: PerLevel[list[Callable[[], object]]] = PerLevel()
+
+
+def isOverlooked(level: kaVel.Coordinator) -> bool:
+    """Whether a level is looked at from anywhere: all of it is to be drawn, not what its player sees alone."""
+    return _overlooked.get(level, False)
+
+
+def onOverlook(level: kaVel.Coordinator, changed: Callable[[], object]) -> None:
+    """Calls a function whenever that begins or ends."""
+    if level not in _onOverlook:
+        _onOverlook[level] = []
+    _onOverlook[level].append(changed)
+
+
+def overlook(level: kaVel.Coordinator, on: bool) -> None:
+    """Says whether a level is looked at from anywhere."""
+    _overlooked[level] = on
+    for changed in _onOverlook.get(level, []):
+        changed()
 
 
 def switch(level: kaVel.Coordinator) -> None:

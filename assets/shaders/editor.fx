@@ -3,7 +3,7 @@
 // Each instance is placed by the three rows of its matrix in TEXCOORD1 to 3; TEXCOORD4 is its colour, TEXCOORD5 its
 // alpha and the width of its lines in pixels. A line's vertex has its own end in POSITION, the other end in TANGENT and
 // its side in TEXCOORD0: as seen from its own end in x, the same at both ends in y. "Hidden" techniques are those of the
-// world's own pass: what stands before them hides them.
+// world's own pass: what stands before them hides them, and what the view cuts off is not drawn; others lie over all.
 
 #include "automatic.fxh"
 
@@ -23,14 +23,13 @@ glsl VertexShader
     }
 
     flat out vec4 tint;
-}
 
-VertexShader wire
-{
+    // Of wires alone:
     out float across;
     flat out float halfWidth;
 
-    void main()
+    /// The depth is that of the vertex; what lies before all that is seen has one below 0.
+    void drawWire()
     {
         const float nearest = 0.002;
         vec4 here = toClip(POSITION.xyz), there = toClip(TANGENT.xyz);
@@ -49,7 +48,24 @@ VertexShader wire
         vec2 from = here.xy / here.w * halfWindow, along = there.xy / there.w * halfWindow - from;
         along = dot(along, along) > 1e-8 ? normalize(along) : vec2(1.0, 0.0);
         from += vec2(-along.y, along.x) * aside - along * halfWidth * 0.5;
-        gl_Position = vec4(from / halfWindow, clamp(here.z / here.w - 0.0001, 0.0, 1.0), 1.0);
+        gl_Position = vec4(from / halfWindow, min(here.z / here.w - 0.0001, 1.0), 1.0);
+    }
+}
+
+VertexShader wire
+{
+    void main()
+    {
+        drawWire();
+        gl_Position.z = max(gl_Position.z, 0.0);
+    }
+}
+
+VertexShader hiddenWire
+{
+    void main()
+    {
+        drawWire();
     }
 }
 
@@ -81,6 +97,7 @@ VertexShader solid
         float light = 0.72 + 0.28 * dot(normal * inversesqrt(max(dot(normal, normal), 1e-12)), vec3(-0.3, 0.9, -0.3));
         tint = vec4(TEXCOORD4.xyz * light, TEXCOORD5.x);
         gl_Position = toClip(POSITION.xyz);
+        gl_Position.z = max(gl_Position.z, 0.0);
     }
 }
 
@@ -112,7 +129,7 @@ technique HiddenWires
         CullMode = None; ZEnable = True; ZWriteEnable = False; ZFunc = LessEqual;
         AlphaBlendEnable = True; SrcBlend = SrcAlpha; DestBlend = InvSrcAlpha; BlendOp = Add;
         AlphaTestEnable = False; StencilEnable = False; ColorWriteEnable = Red | Green | Blue;
-        VertexShader = wire;
+        VertexShader = hiddenWire;
         PixelShader = wireColored;
     }
 }

@@ -19,6 +19,7 @@ import troubleScreen
 from editor import Commands, Keys
 from editor.Aids import Aids
 from editor.Camera import Camera
+from editor.Ceilings import Ceilings
 from editor.Inspected import Inspected
 from editor.Playing import Playing
 from editor.Recording import Recording
@@ -68,7 +69,7 @@ class Editor:
         self.troubles = tools.gather() + views.gather()
         self.component = _makeComponent(level)
         self.pieces, self.edits = Pieces.of(level), Edits.of(level)
-        self.camera = Camera(self)
+        self.camera, self.ceilings = Camera(self), Ceilings(self)
         self.selection = Selection(self)
         self.snapping = Snapping(self)
         self.playing, self.aids, self.inspected = Playing(self), Aids(self), Inspected(self)
@@ -103,6 +104,7 @@ class Editor:
         editing.remembered['open'] = True
         Screens.layAside(self.level)
         self.playing.begin()
+        editing.overlook(self.level, True)
         self.component.active = True
         self.aids.begin()
         self.inspected.begin()
@@ -125,10 +127,12 @@ class Editor:
             view.end()
         self._views.clear()
         self.panels.close()
+        self.ceilings.end()
         self.recording.end()
         self.inspected.end()
         self.aids.end()
         self.component.active = False
+        editing.overlook(self.level, False)
         self.playing.end()
         Screens.takeUpAgain(self.level)
 
@@ -289,6 +293,7 @@ class Editor:
         self.recording.note()
         Keys.follow()
         self.playing.doFrame()
+        self.ceilings.doFrame()
         for each in (self.tool, *self.shownViews()):
             if each:
                 self.attempt(each.doFrame)

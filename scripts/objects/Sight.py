@@ -6,9 +6,11 @@ The map's grid knows nothing of walls, and a lamp draws its shadows as long as i
 import math
 from typing import Callable, Mapping, NamedTuple, Sequence
 
+import editing
 import kaVel
 from objects.Placing import Pair
 from objects.Visitor import Visitor
+from perLevel import levelOf
 
 #: Half of what the camera sees, and an opening beside it, radians.
 HALF_VIEW = math.radians(62)
@@ -48,9 +50,17 @@ class Sight:
                  openings: Sequence[Opening], visitor: Visitor):
         self.visitor, self.roomAt, self.openings = visitor, roomAt, openings
         self.rooms = {name: _Room(root) for name, root in rooms.items()}
+        self.level = levelOf(visitor.player)
         kaVel.addComponent(visitor.player, 'hud', 'ScriptComponent', frameCallback=self.update)
+        editing.onOverlook(self.level, self.update)
 
     def update(self):
+        seen = list(self.rooms) if editing.isOverlooked(self.level) else self.roomsInView()
+        for name, room in self.rooms.items():
+            room.show(name in seen)
+
+    def roomsInView(self) -> list[str]:
+        """The room that the player is in, and those that he sees from there."""
         eye = self.visitor.eye.position
         seen = [self.roomAt(eye.x, eye.z)]
         for name in seen:
@@ -58,8 +68,7 @@ class Sight:
                 beyond = other if name == one else one if name == other else None
                 if beyond and beyond not in seen and isOpen() and self.looksAt(at[0] - eye.x, at[1] - eye.z):
                     seen.append(beyond)
-        for name, room in self.rooms.items():
-            room.show(name in seen)
+        return seen
 
     def looksAt(self, x: float, z: float):
         """Whether something so far away, east and north, may be in view."""

@@ -53,6 +53,7 @@ class Toolbar(Panel):
         self.button('Fly', lambda: editor.camera.setMode('fly'), 'The camera flies: right button and W A S D')
         self.button('Walk', lambda: editor.camera.setMode('walk'), 'The camera keeps to the height of the eye')
         self.button('Light', editor.aids.switchLight, 'To work by, which the level does not have (I)')
+        self.button('Ceilings', editor.ceilings.switch, 'Shown to who is above them; hidden otherwise (C)')
         self.button('Grid', editor.aids.switchGrid, 'Metres on the ground')
 
     def toolTaken(self) -> None:
@@ -64,6 +65,7 @@ class Toolbar(Panel):
         marks = {'Stop': not playing.runs, 'Go on': playing.runs, 'Walk': self.editor.camera.mode == 'walk',
                  'Fly': self.editor.camera.mode == 'fly', 'Save': not self.editor.isSaved,
                  'Light': self.editor.aids.light, 'Grid': self.editor.aids.grid,
+                 'Ceilings': not self.editor.ceilings.hidden,
                  'Catalogue': panels.catalogue.isShown, 'Views': panels.views.isShown,
                  'History': panels.history.isShown, 'Keys': panels.keys.isShown}
         marks.update({'%g' % speed: playing.speed == speed for speed in Playing.SPEEDS})

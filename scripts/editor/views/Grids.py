@@ -7,10 +7,12 @@ from typing import Any, Iterator
 
 import kaVel
 from editor.Views import views
-from editor.views.Kit import ABOVE, Color, Scale, Shown, mapsOf, onScale, vec
+from editor.views.Kit import ABOVE, Color, Scale, Shown, feetOf, mapsOf, onScale, playerOf, vec
 
 #: Cells that are looked at in a frame.
 CELLS = 700
+#: Metres from which on a volume is a wall or a floor: its box is not drawn, and it is touched where that is nearest.
+LARGE = 4.0
 #: Frames after which a grid is drawn anew, while something in it changes.
 EVERY = 45
 
@@ -52,6 +54,7 @@ class GridView(Shown):
         shapes: list[tuple[Any, ...]] = []
         for map, grid in self._grids():
             self.drawn[grid] = grid.changeCount
+            self.prepare(grid)
             for number in range(grid.gridRows * grid.gridCols):
                 if number % CELLS == CELLS - 1:
                     yield number
@@ -62,6 +65,9 @@ class GridView(Shown):
         for kind, *shape in shapes:
             (self.component.addShapeArea if kind == 'area' else self.component.addShapeLine)(self.layer, *shape)
         yield 0
+
+    def prepare(self, grid: kaVel.SquareGrid) -> None:
+        """A grid is about to be drawn."""
 
     def shapesOf(self, map: Any, grid: kaVel.SquareGrid, x: int, z: int) -> list[tuple[Any, ...]]:
         """What is drawn of a cell."""
@@ -86,15 +92,45 @@ class Ways(GridView):
     #: Radius of a body that is as broad as most, metres.
     BROAD = 0.35
     scale: Scale = (
-        (0.0, (0.20, 0.65, 0.30), 'room for all'),
-        (0.25, (0.80, 0.75, 0.20), 'slim: room for the slim alone'),
-        (0.5, (0.95, 0.50, 0.15), 'things: stand in the way'),
-        (1.0, (0.85, 0.15, 0.15), 'blocked: by the level'),
+        (0.0, (0.20, 0.65, 0.30), 'room for all: for bodies up to 0.7 m across'),
+        (0.25, (0.80, 0.75, 0.20), 'slim: room for slimmer bodies alone'),
+        (0.4, (0.35, 0.38, 0.45), 'cut off: free, and nobody gets there from where the player is'),
+        (0.5, (0.95, 0.50, 0.15), 'solid: a wall or a thing stands there'),
+        (1.0, (0.85, 0.15, 0.15), 'blocked: by cells that the level has blocked'),
     )
+
+    def begin(self) -> None:
+        super().begin()
+        self.reached: dict[kaVel.SquareGrid, set[int] | None] = {}
+
+    def prepare(self, grid: kaVel.SquareGrid) -> None:
+        self.reached[grid] = self._reachedIn(grid)
+
+    def _reachedIn(self, grid: kaVel.SquareGrid) -> set[int] | None:
+        """Numbers of the cells that one gets to from the player; None where no player stands on the grid."""
+        player = playerOf(self.level)
+        begin = grid.getCellFromPoint(feetOf(player), 0) if player else None
+        if not begin or not begin.isValid():
+            return None
+        columns, rows = grid.gridCols, grid.gridRows
+        found = {begin.z * columns + begin.x}
+        waiting = list(found)
+        for number in waiting:
+            x, z = number % columns, number // columns
+            for besideX, besideZ in ((x - 1, z), (x + 1, z), (x, z - 1), (x, z + 1)):
+                beside = besideZ * columns + besideX
+                if 0 <= besideX < columns and 0 <= besideZ < rows and beside not in found \
+                        and not grid.getCellValue(besideX, besideZ).x:
+                    found.add(beside)
+                    waiting.append(beside)
+        return found
 
     def valueOf(self, map: Any, grid: kaVel.SquareGrid, x: int, z: int) -> float:
         """Where a cell stands on the scale."""
         value = grid.getCellValue(x, z).x
+        reached = self.reached.get(grid)
+        if not value and reached is not None and z * grid.gridCols + x not in reached:
+            return 0.4
         ways = map.getComponent('walkways')
         if not value and ways and not ways.hasRoom(grid.getCell(x, z), self.BROAD):
             return 0.25
@@ -107,10 +143,12 @@ class Ways(GridView):
         return '%d cells' % self.count if self.count else 'no map of this level has a path grid'
 
     def tell(self, at: kaVel.Vec4) -> str:
-        for _, grid in self._grids():
+        for map, grid in self._grids():
             cell = grid.getCellFromPoint(at, 0)
             if cell.isValid():
-                return 'cell %d, %d: %g' % (cell.x, cell.z, cell.getFloatValue(0))
+                value = self.valueOf(map, grid, cell.x, cell.z)
+                words = next(words for least, _, words in reversed(self.scale) if value >= least)
+                return 'cell %d, %d: %s' % (cell.x, cell.z, words.partition(':')[0])
         return 'off the grid'
 
 
@@ -138,14 +176,21 @@ class Saturation(GridView):
         return [square(grid, x, z, onScale(self.scale, value / self.most))] if value > 0.01 * self.most else []
 
     def state(self) -> str:
-        return '%d cells that paths have left a trace in' % self.count
+        return ('%d cells that paths have left a trace in' % self.count if self.count else
+                'no path has left a trace: those do that are asked for with `saturation`')
 
     def tell(self, at: kaVel.Vec4) -> str:
         for _, grid in self._grids():
             cell = grid.getCellFromPoint(at, 0)
             if cell.isValid():
-                return '%.1f of %.0f' % (cell.getFloatValue(0), self.most)
+                return '%.1f of the %.0f that a path leaves' % (cell.getFloatValue(0), self.most)
         return 'off the grid'
+
+
+def compass(x: float, z: float) -> str:
+    """The name of a direction over the ground, to an eighth of a turn."""
+    names = ('north', 'north-east', 'east', 'south-east', 'south', 'south-west', 'west', 'north-west')
+    return names[round(math.degrees(math.atan2(x, z)) / 45) % 8]
 
 
 @views.add
@@ -156,6 +201,7 @@ class Flow(GridView):
     help = 'Where flows lead what they carry: crowds, smoke, swarms.'
     order = 41
     path = '.MapData_flowGrid/grid'
+    scale: Scale = ((0.0, (0.35, 0.80, 0.95), 'the longer: the faster; full speed is as long as a cell'),)
 
     def shapesOf(self, map: Any, grid: kaVel.SquareGrid, x: int, z: int) -> list[tuple[Any, ...]]:
         value, at = grid.getCellValue(x, z), grid.getCellWorldCoords(x, z)
@@ -179,7 +225,8 @@ class Flow(GridView):
             cell = grid.getCellFromPoint(at, 0)
             if cell.isValid():
                 value = cell.getValue()
-                return 'towards %.2f, %.2f' % (value.x, value.z)
+                speed = math.hypot(value.x, value.z)
+                return 'towards %s, %.2f of full speed' % (compass(value.x, value.z), speed) if speed > 1e-3 else 'still'
         return 'off the grid'
 
 
@@ -217,16 +264,33 @@ class Contacts(Shown):
         self.count = len(pairs)
         for volume, other in pairs.values():
             color = vec(self.scale[int(volume.trigger or other.trigger)][1], 1.0)
-            one, two = (each.parent.getComponent('transform').position for each in (volume, other))
-            self.component.addShapeLine(self.layer, one, two, color)
-            for each, at in ((volume, one), (other, two)):
-                half = each.hitBox
-                if max(half.x, half.y, half.z) < 4.0:
-                    off = kaVel.Vec4(half.x / 2, half.y / 2, half.z / 2, 0)
-                    self.component.addShapeBox(self.layer, at - off, at + off, color)
+            boxes = [_boxOf(volume), _boxOf(other)]
+            self.component.addShapeLine(self.layer, _nearestIn(boxes[0], _middle(boxes[1])),
+                                        _nearestIn(boxes[1], _middle(boxes[0])), color)
+            for low, high in boxes:
+                if max(high.x - low.x, high.y - low.y, high.z - low.z) < LARGE:
+                    self.component.addShapeBox(self.layer, low, high, color)
 
     def state(self) -> str:
         return '%d pairs touch' % self.count
+
+
+def _boxOf(volume: Any) -> tuple[kaVel.Vec4, kaVel.Vec4]:
+    at, box = volume.parent.getComponent('transform').position, volume.hitBox
+    off = kaVel.Vec4(box.x / 2, box.y / 2, box.z / 2, 0)
+    return at - off, at + off
+
+
+def _middle(box: tuple[kaVel.Vec4, kaVel.Vec4]) -> kaVel.Vec4:
+    return (box[0] + box[1]) * 0.5
+
+
+def _nearestIn(box: tuple[kaVel.Vec4, kaVel.Vec4], to: kaVel.Vec4) -> kaVel.Vec4:
+    """The place of a large box that is nearest to another one's middle; the middle of one that is drawn itself."""
+    low, high = box
+    if max(high.x - low.x, high.y - low.y, high.z - low.z) < LARGE:
+        return _middle(box)
+    return kaVel.Vec4(min(max(to.x, low.x), high.x), min(max(to.y, low.y), high.y), min(max(to.z, low.z), high.z), 1)
 
 
 def playerVolume(level: kaVel.Coordinator) -> Any:

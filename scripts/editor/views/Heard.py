@@ -25,6 +25,7 @@ class Heard(NamedTuple):
     way: kaVel.HeardWay
     decibels: float
     doors: list[str]
+    turns: list[kaVel.Vec4] = []  # the middles of these doors
 
     def __str__(self):
         dull = '' if self.way.lowpass > 15000 else ', dull (%.0f Hz)' % self.way.lowpass
@@ -36,8 +37,8 @@ class Heard(NamedTuple):
 
 def soundsIn(map: kaVel.MapRootEntity) -> list[Any]:
     """The entities of a map that sound from a place of their own."""
-    return [each for each in kaVel.descendants(map) if each._getType().isSubclassOf(kaVel.Reflection.Entity)
-            and each.getComponent('sound') and each.getComponent('transform')
+    return [each for each in kaVel.descendants(map) if each != map
+            and each._getType().isSubclassOf(kaVel.Reflection.Entity) and each.getComponent('sound') and each.getComponent('transform')
             and each.getComponent('sound')._getType().isSubclassOf(kaVel.Reflection.SoundComponent)]
 
 
@@ -61,10 +62,13 @@ def hear(map: kaVel.MapRootEntity, at: kaVel.Vec4) -> list[Heard]:
         if decibels > SILENT:
             found.append(Heard(entity, way, decibels, []))
     found.sort(key=lambda heard: -heard.decibels)
-    return [heard._replace(doors=_doorsOn(map, ways, heard, at)) for heard in found[:MOST]]
+    passed = [(heard, _doorsOn(map, ways, heard, at)) for heard in found[:MOST]]
+    return [heard._replace(doors=[leaf.getName() for leaf in doors],
+                           turns=[leaf.getComponent('physics').closedMiddle for leaf in doors])
+            for heard, doors in passed]
 
 
-def _doorsOn(map: kaVel.MapRootEntity, ways: kaVel.SoundWays, heard: Heard, at: kaVel.Vec4) -> list[str]:
+def _doorsOn(map: kaVel.MapRootEntity, ways: kaVel.SoundWays, heard: Heard, at: kaVel.Vec4) -> list[Any]:
     """The doors that a way goes through: what is as far from face to face of a door as it is at all goes through it."""
     if heard.way.inSight or not heard.way.open:
         return []
@@ -77,9 +81,9 @@ def _doorsOn(map: kaVel.MapRootEntity, ways: kaVel.SoundWays, heard: Heard, at: 
         for near, far in ((one, other), (other, one)):
             first = ways.hear(source, near).distance
             if first + 2 * FACE + ways.hear(far, at).distance <= heard.way.distance + DETOUR:
-                found.append((first, leaf.getName()))
+                found.append((first, leaf))
                 break
-    return [name for _, name in sorted(found)]
+    return [leaf for _, leaf in sorted(found, key=lambda each: each[0])]
 
 
 def _faces(leaf: Any) -> tuple[kaVel.Vec4, kaVel.Vec4]:
@@ -94,13 +98,13 @@ def _faces(leaf: Any) -> tuple[kaVel.Vec4, kaVel.Vec4]:
 
 @views.add
 class Sounds(Shown):
-    """Lines from the ear to where each sound seems to come from, with what is left of it."""
+    """The way that each sound takes to the ear, by the doors that it comes through, with what is left of it."""
 
     name = 'Heard'
     help = 'What is heard where one points, how much of it is left, and by which doors.'
     order = 20
     scale: Scale = (
-        (-200.0, (0.75, 0.15, 0.15), 'less: of what a sound is a metre away'),
+        (-200.0, (0.75, 0.15, 0.15), 'less: than -45 dB of what a sound made there is a metre away'),
         (-45.0, (0.92, 0.50, 0.15), '-45 dB'),
         (-30.0, (0.90, 0.82, 0.25), '-30 dB'),
         (-18.0, (0.35, 0.80, 0.35), '-18 dB: and more'),
@@ -133,7 +137,27 @@ class Sounds(Shown):
             source = heard.entity.getComponent('transform').position
             self.component.addShapeText(self.layer, source, '%s %.0f dB' % (heard.entity.getName(), heard.decibels),
                                         color)
-            apparent = kaVel.Vec4(heard.way.apparent.x, heard.way.apparent.y, heard.way.apparent.z, 1)
-            self.component.addShapeLine(self.layer, ear, apparent, color)
-            if not heard.way.inSight:
-                self.component.addShapeCircle(self.layer, apparent, 0.12, color)
+            self._drawWay(ear, source, heard, color)
+
+    def _drawWay(self, ear: kaVel.Vec4, source: kaVel.Vec4, heard: Heard, color: kaVel.Vec4) -> None:
+        """Bright as far as the way is known: from door to door, or to where it is heard from first; pale to the rest."""
+        pale = kaVel.Vec4(color.x, color.y, color.z, 0.3)
+        at = ear
+        for turn in reversed(heard.turns):
+            self.component.addShapeLine(self.layer, at, turn, color)
+            self.component.addShapeCircle(self.layer, turn, 0.12, color)
+            at = turn
+        if heard.way.inSight or heard.turns:
+            self.component.addShapeLine(self.layer, at, source, color)
+            return
+        if heard.way.open:
+            first = self._inSight(ear, heard.way.apparent)
+            self.component.addShapeLine(self.layer, ear, first, color)
+            at = first
+        self.component.addShapeLine(self.layer, at, source, pale)
+
+    def _inSight(self, ear: kaVel.Vec4, apparent: kaVel.Vec4) -> kaVel.Vec4:
+        """The end of the way towards a place, or what that meets first."""
+        met = self.component.meet(ear, apparent - ear, self.component.parent)
+        ends = [kaVel.Vec4(each.x, each.y, each.z, 1) for each in (apparent, met) if each is apparent or each.w]
+        return min(ends, key=lambda end: math.dist((end.x, end.y, end.z), (ear.x, ear.y, ear.z)))

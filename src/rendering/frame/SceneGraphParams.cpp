@@ -109,7 +109,7 @@ ErrorCode SceneGraph::setViewerConstants(const String &effect, const GraphicsSys
         .set(names.worldToView, cameraMatrix(T::INVERT))
         .set(names.viewToWorld, cameraMatrix(0))
         .set(names.worldToViewInverseTranspose, cameraMatrix(T::TRANSPOSE))
-        .set(names.viewToProjection, viewer->getProjectionMatrix(size.x, size.y))
+        .set(names.viewToProjection, viewer->getDrawnProjectionMatrix(size.x, size.y))
         .set(names.camFOV, viewer->getFieldOfViewVector(size.x, size.y))
         .set(names.camNear, viewer->getNearClipDistance())
         .set(names.camFar, viewer->getFarClipDistance())

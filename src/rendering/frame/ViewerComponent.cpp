@@ -103,6 +103,33 @@ Matrix4 ViewerComponent::getProjectionMatrix(float width, float height)
     return fromDirectX(projection);
 }
 
+bool ViewerComponent::isCut()
+{
+    constexpr float clear = 0.01f; // the plane has to lie before the eye
+    TransformComponent *const transform = getTransform();
+    return transform && projectionType == PERSPECTIVE && transform->getPosition().y > cutHeight + clear;
+}
+
+/// Depth is measured from the cut's plane on, and reaches 1 in the far corner that is farthest from it.
+Matrix4 ViewerComponent::getDrawnProjectionMatrix(float width, float height)
+{
+    typedef TransformComponent T;
+    Matrix4 projection = getProjectionMatrix(width, height);
+    if (!isCut())
+        return projection;
+    const Matrix4 axes = getTransform()->getCameraMatrix(T::INTO_WORLD_SPACE | T::OMIT_SCALE);
+    const float below[] = {-axes.getColumn(0).y, -axes.getColumn(1).y, -axes.getColumn(2).y};
+    const float begin = cutHeight - axes.getColumn(3).y;
+    const float corner =
+        (std::fabs(below[0]) / projection[0][0] + std::fabs(below[1]) / projection[1][1] + below[2]) * farClipDistance +
+        begin;
+    const float scale = farClipDistance / std::max(corner, 1e-3f);
+    for (int row = 0; row < 3; ++row)
+        projection[row][2] = below[row] * scale;
+    projection[3][2] = begin * scale;
+    return projection;
+}
+
 float ViewerComponent::getHorizontalFieldOfViewAngle(float width, float height) const
 {
     return std::atan2(std::tan(verticalFieldOfViewAngle) * width, height);

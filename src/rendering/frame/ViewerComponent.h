@@ -7,6 +7,7 @@
 #include "foundation/Vector.h"
 
 #include <array>
+#include <limits>
 #include <vector>
 
 class TransformComponent;
@@ -31,6 +32,8 @@ public:
 
     /// Matrix from view to clip space in the device's form: a row-vector matrix, depth 0 to 1.
     Matrix4 getProjectionMatrix(float width, float height);
+    /// The same while nothing is cut off; else the near plane lies where the view is cut, and takes what is above it.
+    Matrix4 getDrawnProjectionMatrix(float width, float height);
     /// Horizontal angle as the effects expect it, radians: atan2(tan(vertical angle) * width, height).
     float getHorizontalFieldOfViewAngle(float width, float height) const;
     /// (horizontal, vertical, 0, 0), radians.
@@ -67,6 +70,14 @@ public:
     /// Distance of the far plane, world units: nothing beyond is drawn, lights included.
     void setFarClipDistance(float val) { farClipDistance = val; }
 
+    float getCutHeight() const { return cutHeight; }
+    /// Height above which nothing is drawn, world units, as long as the eye is above it itself; endless for no cut.
+    ///
+    /// Shadows are thrown and light shines as if nothing were cut off. Parallel views are not cut.
+    void setCutHeight(float val) { cutHeight = val; }
+    /// Whether the eye is above `cutHeight`, so that the view is cut off there.
+    bool isCut();
+
 private:
     friend struct ViewerComponentTestAccess;
     class Unprojector;
@@ -81,8 +92,9 @@ private:
     TransformComponent *getTransform();
 
     ProjectionType projectionType = PERSPECTIVE;
-    float verticalFieldOfViewAngle = 0.785398f; ///< radians
-    float nearClipDistance = 0.01f;             ///< world units
-    float farClipDistance = 50.0f;              ///< world units
-    bool missingTransformTold = false;          ///< reported, and not found since
+    float verticalFieldOfViewAngle = 0.785398f;               ///< radians
+    float nearClipDistance = 0.01f;                           ///< world units
+    float farClipDistance = 50.0f;                            ///< world units
+    float cutHeight = std::numeric_limits<float>::infinity(); ///< world units
+    bool missingTransformTold = false;                        ///< reported, and not found since
 };

@@ -97,6 +97,8 @@ void EditorCamera::show()
         return;
     transform->setPosition(place);
     transform->setOrientation(orientation());
+    if (auto *const viewer = componentOf<ViewerComponent>(entity, ComponentKeys::viewer))
+        viewer->setCutHeight(cutHeight);
 }
 
 void EditorCamera::fly(const Push &push, Seconds time)
@@ -194,4 +196,10 @@ void EditorCamera::setSpeed(float val)
 {
     if (std::isfinite(val))
         speed = clamp(val, SLOWEST, FASTEST);
+}
+
+void EditorCamera::setCutHeight(float val)
+{
+    cutHeight = val;
+    show();
 }

@@ -9,6 +9,8 @@
 #include "foundation/Vector.h"
 #include "object/tree/Handle.h"
 
+#include <limits>
+
 class Coordinator;
 class Entity;
 
@@ -58,6 +60,9 @@ public:
     void setAngles(float newTurn, float newPitch);
     float getSpeed() const { return speed; }
     void setSpeed(float val);
+    /// Height above which nothing is drawn while the eye is above it, metres; endless for none.
+    void setCutHeight(float val);
+    float getCutHeight() const { return cutHeight; }
 
 private:
     Quaternion orientation() const;
@@ -69,4 +74,5 @@ private:
     float turn = 0.f;
     float pitch = 0.f;
     float speed = 4.f; ///< metres a second
+    float cutHeight = std::numeric_limits<float>::infinity();
 };

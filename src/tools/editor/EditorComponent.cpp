@@ -148,11 +148,12 @@ PickHit EditorComponent::castPast(float x, float y, bool pastSelection)
     const EditorView seen = found ? EditorView(*found) : EditorView();
     if (!seen.isUsable() || !std::isfinite(x) || !std::isfinite(y))
         return {};
-    const ViewRay ray = seen.rayAt(x, y);
     const auto selected = [this](const Entity &entity) { return selection.takesAlong(entity); };
-    PickHit hit = picking.cast(*found, ray, pastSelection ? EditorPicking::Skip(selected) : EditorPicking::Skip());
+    PickHit hit =
+        picking.castAt(*found, seen, x, y, pastSelection ? EditorPicking::Skip(selected) : EditorPicking::Skip());
     if (hit.entity.isValid())
         return hit;
+    const ViewRay ray = seen.rayAt(x, y);
     const Vec4 up(0, 1, 0, 0);
     const auto distance = ray.meets(Vec4(0, groundHeight, 0, 1), up);
     if (distance)
@@ -514,6 +515,17 @@ void EditorComponent::goTo(Vec4 place, float turn, float pitch)
     camera.setAngles(DegToRad(turn), DegToRad(pitch));
 }
 
+float EditorComponent::getCutHeight() const
+{
+    return camera.getCutHeight();
+}
+
+void EditorComponent::setCutHeight(float val)
+{
+    if (!std::isnan(val))
+        camera.setCutHeight(val);
+}
+
 void EditorComponent::frameSelection()
 {
     SpanBox box = selection.bounds();
@@ -570,7 +582,8 @@ void EditorComponent::drawMarks(const EditorView &seen)
     for (const PickMark &mark : picking.marksOf(*found))
     {
         const TransformComponent *const transform = transformOf(mark.entity);
-        if (!transform || isHidden(mark.entity) || !seen.project(transform->getPosition()))
+        if (!transform || isHidden(mark.entity) || !seen.project(transform->getPosition()) ||
+            !seen.shows(transform->getPosition()))
             continue;
         const Vec4 place = transform->getPosition();
         const float arm = seen.metresPerPixel(place) * size;

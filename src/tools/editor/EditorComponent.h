@@ -211,6 +211,11 @@ public:
     String getCameraMode() const;
     /// How the right button moves: "fly", "walk" at the height of eyes above what lies below, or "orbit".
     void setCameraMode(const String &val);
+    float getCutHeight() const;
+    /// Height above which nothing is drawn or picked while the camera is above it, metres; endless for none.
+    ///
+    /// Marks of lamps that hang up to some more than a metre higher stay.
+    void setCutHeight(float val);
     /// The camera's entity; invalid before the editor is first opened.
     Handle<Entity> getCamera() const { return camera.getEntity(); }
     /// Puts the camera somewhere else, at rest; degrees, a positive pitch looks down.

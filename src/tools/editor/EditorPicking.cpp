@@ -123,18 +123,29 @@ PickHit EditorPicking::cast(Coordinator &level, const ViewRay &ray, const Skip &
     return best;
 }
 
+PickHit EditorPicking::castAt(Coordinator &level, const EditorView &view, float x, float y, const Skip &skip) const
+{
+    const ViewRay ray = view.rayAt(x, y);
+    const std::optional<float> way = view.wayToShown(ray);
+    if (!way)
+        return {};
+    PickHit hit = cast(level, {ray.at(*way), ray.direction}, skip);
+    hit.distance += *way;
+    return hit;
+}
+
 PickHit EditorPicking::pick(Coordinator &level, const EditorView &view, float x, float y)
 {
     if (!view.isUsable() || !std::isfinite(x) || !std::isfinite(y))
         return {};
-    PickHit best = cast(level, view.rayAt(x, y));
+    PickHit best = castAt(level, view, x, y);
     const float wall = best.entity.isValid() ? best.distance + 0.3f : FARTHEST;
     float nearest = MARK_REACH;
     for (const PickMark &mark : marksOf(level))
     {
         const TransformComponent *const transform = transformOf(mark.entity);
         const auto pixel = transform ? view.project(transform->getPosition()) : std::nullopt;
-        if (!pixel)
+        if (!pixel || !view.shows(transform->getPosition()))
             continue;
         const float away = std::hypot(pixel->x - x, pixel->y - y);
         const float distance = (transform->getPosition() - view.eye()).magnitude();
@@ -162,12 +173,13 @@ std::vector<Handle<Entity>> EditorPicking::pickBox(Coordinator &level, const Edi
                  [&](GraphicsComponent2 &component)
                  {
                      const SeenMesh thing(component);
-                     if (thing.isSolid())
-                         take(handle_cast<Entity>(component.getParent()),
-                              thing.placement() * ((thing.low() + thing.high()) * 0.5f));
+                     const Vec4 middle = thing.placement() * ((thing.low() + thing.high()) * 0.5f);
+                     if (thing.isSolid() && !view.isCutOff(middle))
+                         take(handle_cast<Entity>(component.getParent()), middle);
                  });
     for (const PickMark &mark : marksOf(level))
-        if (const TransformComponent *const transform = transformOf(mark.entity))
+        if (const TransformComponent *const transform = transformOf(mark.entity);
+            transform && view.shows(transform->getPosition()))
             take(mark.entity, transform->getPosition());
     return found;
 }

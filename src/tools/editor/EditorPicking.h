@@ -42,6 +42,8 @@ public:
 
     /// The nearest thing that a way meets with its drawn front.
     PickHit cast(Coordinator &level, const ViewRay &ray, const Skip &skip = Skip()) const;
+    /// The nearest thing whose front is seen at a pixel, past what the view cuts off.
+    PickHit castAt(Coordinator &level, const EditorView &view, float x, float y, const Skip &skip = Skip()) const;
     /// What is seen at a pixel: the nearest mesh, or the mark that lies there.
     PickHit pick(Coordinator &level, const EditorView &view, float x, float y);
     /// Every thing whose drawn middle, or mark, is seen within a rectangle, each once.

@@ -16,7 +16,8 @@
 
 namespace
 {
-constexpr float NEAREST = 1e-3f; ///< metres ahead; what is nearer is not projected
+constexpr float NEAREST = 1e-3f;     ///< metres ahead; what is nearer is not projected
+constexpr float MARKED_ABOVE = 1.2f; ///< metres above a cut up to which lamps below a ceiling hang
 } // namespace
 
 Vec4 ViewRay::at(float distance) const
@@ -62,7 +63,9 @@ EditorView::EditorView(Coordinator &level)
     position = viewToWorld.getColumn(3);
     const Matrix4 worldToView = transform->getCameraMatrix(T::INTO_WORLD_SPACE | T::INVERT | T::OMIT_SCALE);
     // The projection is a matrix for row vectors.
-    toClip = viewer->getProjectionMatrix(size.x, size.y).transpose() * worldToView;
+    toClip = viewer->getDrawnProjectionMatrix(size.x, size.y).transpose() * worldToView;
+    if (viewer->isCut())
+        cutHeight = viewer->getCutHeight();
     tanHalf = std::tan(viewer->getVerticalFieldOfViewAngle() * 0.5f);
     const bool sound = isFinite(position) && isFinite(toClip.getColumn(0)) && isFinite(toClip.getColumn(3));
     usable = sound && tanHalf > 0.f && std::isfinite(tanHalf);
@@ -76,6 +79,18 @@ ViewRay EditorView::rayAt(float x, float y) const
     direction.w = 0.f;
     direction.normalize();
     return {position, direction};
+}
+
+std::optional<float> EditorView::wayToShown(const ViewRay &ray) const
+{
+    if (std::isinf(cutHeight))
+        return 0.f;
+    return ray.meets(Vec4(0, cutHeight, 0, 1), Vec4(0, 1, 0, 0));
+}
+
+bool EditorView::shows(const Vec4 &place) const
+{
+    return place.y <= cutHeight + MARKED_ABOVE;
 }
 
 std::optional<Vec4> EditorView::project(const Vec4 &place) const

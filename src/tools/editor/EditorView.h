@@ -6,6 +6,7 @@
 #include "foundation/Matrix4.h"
 #include "foundation/Vector.h"
 
+#include <limits>
 #include <optional>
 
 class Coordinator;
@@ -47,6 +48,12 @@ public:
     bool isUsable() const { return usable; }
     /// The way into the world from a pixel.
     ViewRay rayAt(float x, float y) const;
+    /// How far along such a way something can be seen first; none where all of it is cut off.
+    std::optional<float> wayToShown(const ViewRay &ray) const;
+    /// Whether a place belongs to what the view shows, so that it is marked: not where it lies high above the cut.
+    bool shows(const Vec4 &place) const;
+    /// Whether a place lies above what is drawn.
+    bool isCutOff(const Vec4 &place) const { return place.y > cutHeight; }
     /// Where a place is seen; none behind the camera, and for what is no number.
     std::optional<Vec4> project(const Vec4 &place) const;
     /// Length that is seen as one pixel at a place's distance, metres.
@@ -67,5 +74,6 @@ private:
     Matrix4 toClip;
     float pixelsWide = 1.f;
     float pixelsHigh = 1.f;
-    float tanHalf = 1.f; ///< of the vertical angle
+    float tanHalf = 1.f;                                      ///< of the vertical angle
+    float cutHeight = std::numeric_limits<float>::infinity(); ///< above which nothing is drawn now
 };

@@ -169,6 +169,9 @@ course = _text('KAVEL_COURSE')
 askedMods = [os.path.join(kaVel.Reflection.getUserFolder(), name) if '/' in name else name
              for name in _text('KAVEL_MOD').split(',') if name]
 
+#: Whether the run may write into these, so that the editor saves into them.
+saveMods = _switch('KAVEL_SAVEMODS')
+
 #: Frames a second of the fixed time.
 fixedFrameRate = 60
 
@@ -191,7 +194,7 @@ def _written() -> list[str]:
 _refuseUnknown()
 try:
     mods.begin(askedMods, players=not headless, mayAsk=not (headless or frames or played),
-               folders=[saves, played.folder if played else ''], files=_written())
+               folders=[saves, played.folder if played else ''], files=_written(), isWritten=saveMods)
 except ValueError as problem:
     raise ValueError('%s%s' % (problem, played.lacking(': ') if played else '')) from None
 Keeping.begin()

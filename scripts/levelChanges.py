@@ -5,11 +5,15 @@
     villa/crate: removed                    taken out once its map is built
     villa/crate: parent = 'villa/cart'      hung below another object
     villa/desk/deskPad/graphics2: .visible = False      a property of an object below
+    villa/vase: placed = ('Vase', {'at': (1, 0, 2)})    a pattern that no script of the level calls
 
 Paths begin below the level and name things as the scripts do. Arguments are changed where the level calls the pattern,
 so that whoever asked for the thing has it as it is to be; the rest is done when its map is built, before the load
 completes. A line that means nothing, or nothing that there still is, is told and left out. The lines are a set: git may
 join those of two people in any order.
+
+A mod has such a file for a level of its own, and for any other one that it changes: `levels/<Level>.changes` in it. They
+are taken in the order in which mods are loaded, behind the level's own.
 """
 
 from __future__ import annotations
@@ -24,9 +28,12 @@ from typing import Any, Callable, NamedTuple
 
 import kaVel
 import levelScripts
+import mods
 
 _LINE = re.compile(r'(?P<path>\S[^:]*):\s*(?:(?P<removed>removed)|(?P<key>\.?\w+)\s*=\s*(?P<value>.*\S))\s*$')
-REMOVED, NAME, PARENT = 'removed', 'name', 'parent'
+REMOVED, NAME, PARENT, PLACED = 'removed', 'name', 'parent', 'placed'
+#: What is done once a map is built, rather than when a pattern is called.
+LATE = REMOVED, PARENT, PLACED
 
 #: Names of classes that a value may be made of, besides what Python writes itself.
 _MADE = ('Vec4', 'Quaternion')
@@ -35,16 +42,25 @@ _MADE = ('Vec4', 'Quaternion')
 class Line(NamedTuple):
     """One change: the path of what it is about, what of it, and to what."""
     path: str
-    key: str  # 'removed', 'name', 'parent', an argument, or a property with a dot before it
+    key: str  # 'removed', 'name', 'parent', 'placed', an argument, or a property with a dot before it
     value: Any = None
     number: int = 0  # of the line in its file, from 1; 0 for one that stands in none yet
+    file: str = ''
 
 
-def fileOf(levelName: str) -> str:
-    """The file of a level's changes, whether or not there is one."""
+def fileOf(levelName: str, mod: mods.Mod | None = None) -> str:
+    """The file of a level's own changes, or of those that a mod makes in it, whether or not there is one."""
+    mod = mod or mods.ownerOfLevel(levelName)
+    if mod:
+        return os.path.join(mod.folder, 'levels', levelName + '.changes')
     folders = list(importlib.import_module('levels').__path__)
     beside = next((each for each in folders if os.path.isfile(os.path.join(each, levelName + '.py'))), folders[0])
     return os.path.join(beside, levelName + '.changes')
+
+
+def changing(levelName: str) -> list[mods.Mod]:
+    """The mods that change a level which is not theirs, in the order in which they are loaded."""
+    return [mod for mod in mods.behindLevel(levelName) if os.path.isfile(fileOf(levelName, mod))]
 
 
 def read(text: str, file: str = '') -> list[Line]:
@@ -58,9 +74,9 @@ def read(text: str, file: str = '') -> list[Line]:
             if not match:
                 raise ValueError("'path: key = value' or 'path: removed' is wanted")
             if match['removed']:
-                found.append(Line(match['path'], REMOVED, None, number))
+                found.append(Line(match['path'], REMOVED, None, number, file))
             else:
-                found.append(Line(match['path'], match['key'], valueOf(match['value']), number))
+                found.append(Line(match['path'], match['key'], valueOf(match['value']), number, file))
         except (ValueError, SyntaxError) as error:
             kaVel.log('%s:%d: %r is left out: %s' % (_shown(file), number, row.strip(), error))
     return found
@@ -75,6 +91,9 @@ def valueOf(text: str) -> Any:
 
 
 def _shown(file: str) -> str:
+    owner = mods.ownerOf(file)
+    if owner:
+        return owner[1]
     return os.path.join('scripts', os.path.relpath(file, levelScripts.FOLDER)) if file else '.changes'
 
 
@@ -100,8 +119,7 @@ class Removed(NamedTuple):
 class LevelChanges:
     """The changes of one level that is being built."""
 
-    def __init__(self, lines: list[Line], file: str):
-        self._file = file
+    def __init__(self, lines: list[Line]):
         self._waiting = {(line.path, line.key): line for line in lines}
         self._paths = {line.path for line in lines}
         self._counts: dict[tuple[Any, str], int] = {}
@@ -110,6 +128,7 @@ class LevelChanges:
         self._called: Call | None = None               # the call under way
         self.calls: dict[Any, Call] = {}               # by what they have built
         self.removed: dict[Any, Removed] = {}
+        self.placed: dict[Any, Line] = {}              # what no script called for
 
     def call(self, pattern: Callable[..., Any], arguments: tuple[Any, ...], options: dict[str, Any]):
         """The arguments of a pattern's call, with those that were changed."""
@@ -122,7 +141,7 @@ class LevelChanges:
         above, steps = self._placeOf(parent)
         path = self._pathOf(parent, name)
         changed = {key: self._waiting.pop((path, key)) for at, key in list(self._waiting)
-                   if at == path and key[0] != '.' and key not in (REMOVED, PARENT)} if path in self._paths else {}
+                   if at == path and key[0] != '.' and key not in LATE} if path in self._paths else {}
         self._called = Call(above, steps, path, name, len(self.calls))
         return self._with(pattern, arguments, options, changed) if changed else (arguments, options)
 
@@ -170,6 +189,10 @@ class LevelChanges:
     def finish(self, level: kaVel.Coordinator, mapName: str = ''):
         """Does what is to be done once a map is built, or with '' once the level is."""
         lines = [line for line in self._waiting.values() if not mapName or line.path.partition('/')[0] == mapName]
+        for line in sorted(lines, key=lambda line: line.path.count('/')):
+            if line.key == PLACED:
+                self._place(level, self._waiting.pop((line.path, line.key)))
+        lines = [line for line in lines if line.key != PLACED]
         # All is found as the scripts have it, before anything is taken elsewhere or out.
         found = [(line, self._find(level, line.path), self._find(level, line.value) if line.key == PARENT else None)
                  for line in lines]
@@ -190,6 +213,27 @@ class LevelChanges:
         for line, handle, _ in found:
             if line.key == REMOVED and handle:
                 self._remove(handle)
+
+    def _place(self, level: kaVel.Coordinator, line: Line):
+        """Calls a pattern that no script calls; it hangs below what its path says."""
+        import objects.GameObjects as place
+        above, _, name = line.path.rpartition('/')
+        try:
+            patternName, arguments = line.value
+            pattern, parent = getattr(place, patternName, None), self._find(level, above)
+            if not getattr(pattern, 'isPattern', False):
+                raise ValueError('there is no pattern %r' % patternName)
+            if not parent:
+                raise ValueError('there is no %s' % above)
+            before, kaVel.amending = kaVel.amending, None
+            try:
+                root = pattern(parent, name.partition('#')[0], **arguments)
+            finally:
+                kaVel.amending = before
+            self.placed[root] = line
+            self._roots[line.path] = root
+        except Exception as error:
+            self._tell(line, str(error))
 
     def _find(self, level: kaVel.Coordinator, path: str) -> Any:
         """What stands at a path of the scripts, which may go on below what a pattern has built."""
@@ -253,7 +297,7 @@ class LevelChanges:
         handle.murder()
 
     def _tell(self, line: Line, cause: str):
-        kaVel.log('%s:%d: the change of %s is left out: %s' % (_shown(self._file), line.number, line.path, cause))
+        kaVel.log('%s:%d: the change of %s is left out: %s' % (_shown(line.file), line.number, line.path, cause))
 
 
 def _nameOf(entity: Any) -> str:
@@ -292,6 +336,12 @@ def removedInScripts(levelName: str) -> dict[Any, Removed]:
     return changes.removed if changes else {}
 
 
+def placedIn(levelName: str) -> dict[Any, Line]:
+    """What changes have placed in a level that no script calls for, by its root."""
+    changes = _ofLevels.get(levelName)
+    return changes.placed if changes else {}
+
+
 def nameInScripts(built: kaVel.BuiltFrom) -> str:
     """The name that a script gave where a change has given another one; '' where none has."""
     arguments, options = built.called or ((), {})
@@ -319,15 +369,17 @@ def taken(level: kaVel.Coordinator, mapName: str = ''):
 
 
 def _readFor(levelName: str) -> LevelChanges | None:
-    file = fileOf(levelName)
     _ofLevels.pop(levelName, None)
-    try:
-        with open(file, encoding='utf-8') as stream:
-            lines = read(stream.read(), file)
-    except FileNotFoundError:
+    lines: list[Line] = []
+    for file in [fileOf(levelName), *(fileOf(levelName, mod) for mod in changing(levelName))]:
+        try:
+            with open(file, encoding='utf-8') as stream:
+                lines += read(stream.read(), file)
+        except FileNotFoundError:
+            continue
+        except (OSError, UnicodeError) as error:
+            kaVel.log('%s cannot be read, and what stands in it is left out: %s' % (_shown(file), error))
+    if not lines:
         return None
-    except (OSError, UnicodeError) as error:
-        kaVel.log('%s cannot be read, and what stands in it is left out: %s' % (_shown(file), error))
-        return None
-    changes = _ofLevels[levelName] = LevelChanges(lines, file)
+    changes = _ofLevels[levelName] = LevelChanges(lines)
     return changes

@@ -77,6 +77,7 @@ class Editor:
         self.commands = Commands.Commands(self)
         self.panels = Panels.Panels(self)
         self.isOpen, self.isForsaken = False, False
+        self._target: str | None = None  # where it is saved, once that was chosen
         self.tool: Tool | None = None
         self.messages: list[str] = []
         self.mouse = (0, 0)  # over the picture, window pixels
@@ -213,13 +214,29 @@ class Editor:
         """Whether the files of the level say all that was edited."""
         return self.edits.isSaved
 
+    @property
+    def saveTarget(self) -> str:
+        """Where the level is saved, of `Writing.targets`; Refused while there are several and none was chosen."""
+        targets = Writing.targets(self.level)
+        if self._target in targets or len(targets) == 1:
+            return self._target if self._target in targets else targets[0]
+        raise Refused('Choose where this is saved: into the level itself, or into a mod')
+
+    @saveTarget.setter
+    def saveTarget(self, target: str) -> None:
+        self._target = target
+
+    def isSaveTarget(self, target: str) -> bool:
+        """Whether that is where the level is saved."""
+        return self._target == target
+
     def diff(self) -> str:
         """What saving would change in files, as a unified diff."""
-        return Writing.diff(self.level)
+        return Writing.diff(self.level, self.saveTarget)
 
     def save(self) -> bool:
         """Writes what was edited into the files; False, with a message, where that cannot be."""
-        files = self.attempt(lambda: Writing.save(self.level))
+        files = self.attempt(lambda: Writing.save(self.level, self.saveTarget))
         if files is not None:
             self.message('Saved: %s' % (', '.join(files) or 'there was nothing to save'))
         return files is not None

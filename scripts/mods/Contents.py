@@ -95,6 +95,10 @@ class Contents:
                 self._bring('text', '%s %s' % (language, key), file)
 
     def _level(self, file: File, name: str) -> None:
+        changed = self._stem(file, name, '.changes')
+        if changed:
+            self._bring('change', changed, file)
+            return
         level = self._stem(file, name, '.toml') or self._script(file, name, 'levels.')
         if level:
             self._bring('level', level, file)
@@ -203,7 +207,7 @@ def conflictsOf(order: list[tuple[str, Contents]]) -> list[Conflict]:
     found = []
     for name, contents in order:
         for key in contents.brings:
-            if key in owner:
+            if key in owner and key[0] != 'change':  # of a level, which may be changed by several
                 found.append(Conflict(*key, name, owner[key]))
             owner[key] = name
     return found

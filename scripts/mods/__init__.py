@@ -76,7 +76,7 @@ class Mod:
     @property
     def isNeededBySaves(self) -> bool:
         """Whether the game goes another way with it: one of pictures, sounds and texts alone changes none."""
-        return self.isScript or any(kind in ('level', 'pattern', 'model') for kind, _ in self.brings)
+        return self.isScript or any(kind in ('level', 'change', 'pattern', 'model') for kind, _ in self.brings)
 
     @property
     def brings(self) -> dict[tuple[str, str], str]:
@@ -219,12 +219,13 @@ def _wanted() -> list[str]:
 
 # The start
 
-def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], files: list[str]) -> None:
+def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], files: list[str],
+          isWritten: bool = False) -> None:
     """Finds out which mods are on in this run, and gives up what none of them needs; for the start of the game.
 
     `asked` are names, or folders where there is a slash in one; `players` says whether those count that the player has
     turned on, `mayAsk` whether he can be asked about one here. The run may write into the folders and files besides
-    its user's own. ValueError where one that is asked for cannot be on, and nobody can be asked.
+    its user's own, with `isWritten` into the mods that are asked for. ValueError where one that is asked for cannot be on, and nobody can be asked.
     """
     global _asking
     if not asked and not players:
@@ -243,7 +244,8 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
         _refuseWithout(name)
     if _order:
         more = [] if any(mod.isScript for mod in _order) else [Consent.FOLDER]
-        Holding.confine([*Holding.usersFolders(), *folders, *more], files)
+        own = [mod.folder for mod in _order if isWritten and mod.name in names]
+        Holding.confine([*Holding.usersFolders(), *folders, *own, *more], files)
     if any(mod.isScript for mod in _order):
         Holding.watch(ownerOf)
 
@@ -424,6 +426,23 @@ def textures() -> list[str]:
 def levelsOf(mod: Mod) -> list[str]:
     """Names of the levels of a mod that is on."""
     return [name for kind, name in mod.brings if kind == 'level'] if mod.isOn else []
+
+
+def ownerOfLevel(levelName: str) -> Mod | None:
+    """The mod that a level is of; None for one of the game's own."""
+    return next((mod for mod in reversed(_order) if ('level', levelName) in mod.brings), None)
+
+
+def behindLevel(levelName: str) -> list[Mod]:
+    """The mods that may change a level which is not theirs: those that are loaded behind the one that it is of."""
+    owner = ownerOfLevel(levelName)
+    return _order[_order.index(owner) + 1:] if owner else list(_order)
+
+
+def isLevelData(levelName: str) -> bool:
+    """Whether a level is data of a mod, which no script builds."""
+    owner = ownerOfLevel(levelName)
+    return bool(owner and owner.contents and levelName in owner.contents.levels)
 
 
 def levelNames() -> list[str]:

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Callable
 
 from editor.panels.Panel import Panel
-from editor.source import ForAll
+from editor.source import ForAll, Writing
 from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
@@ -22,6 +22,7 @@ class Saving(Panel):
         return width // 8, 110, width * 3 // 4, max(height - 200, 160)
 
     def fill(self) -> None:
+        self._targets()
         try:
             self._lines, isWritable = self.editor.diff().splitlines(), True
         except Refused as reason:
@@ -31,6 +32,22 @@ class Saving(Panel):
         self.button('Leave as it is', self.hide)
         self._lines = self._lines or ['There is nothing to save.']
         self.bar.addList('diff', lambda: len(self._lines), lambda number: self._lines[number], lambda number: None)
+
+    def _targets(self) -> None:
+        """A button for each place where the level can be saved, where there are several."""
+        targets = Writing.targets(self.editor.level)
+        if len(targets) < 2:
+            return
+        self.bar.addText('where', '', lambda: 'Mods are on: where is this saved?')
+        for target in targets:
+            name = 'The mod %s' % target if target else 'The level itself'
+            self.button(name, lambda target=target: self._choose(target), 'Shows what would be written there',
+                        beside=target != targets[0])
+            self.bar.setMarked(name, self.editor.isSaveTarget(target))
+
+    def _choose(self, target: str) -> None:
+        self.editor.saveTarget = target
+        self.refresh()
 
     def edited(self) -> None:
         self.refresh()
@@ -91,6 +108,8 @@ class Leaving(Panel):
     def _saveAndGo(self) -> None:
         if self.editor.save():
             self._goWithout()
+        else:
+            self.editor.panels.askToSave()
 
     def _goWithout(self) -> None:
         self.hide()

@@ -11,6 +11,7 @@ from typing import Any, Iterable, Iterator
 import callSites
 import levelChanges
 import levelScripts
+import mods
 from editor.source.Modules import moduleOf
 
 #: Functions, and what else has a name space of its own.
@@ -23,7 +24,8 @@ def shown(file: str) -> str:
     """A file as it is told: scripts/levels/Hall.py."""
     if file.startswith(levelScripts.FOLDER + os.sep):
         return os.path.join('scripts', os.path.relpath(file, levelScripts.FOLDER))
-    return file
+    owner = mods.ownerOf(file)
+    return owner[1] if owner else file
 
 
 class Script:

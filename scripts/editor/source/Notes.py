@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Any
 import levelChanges
 from editor.source import Address, Literals, Paths
 from editor.source.Refused import Refused
-from levelChanges import NAME, PARENT, REMOVED
+from levelChanges import NAME, PARENT, PLACED, REMOVED
 
 if TYPE_CHECKING:
     from editor.source.Pieces import LevelPieces, Piece
@@ -27,7 +27,7 @@ class Notes:
         # What became of calls is told anew; what no piece stands for stays as it is.
         known = set(self.paths.values())
         self._lines = {(line.path, line.key): line.value for line in levelChanges.read(before)
-                       if line.path not in known or line.key[0] == '.'}
+                       if (line.path not in known or line.key[0] == '.') and line.key != PLACED}
 
     def follow(self, spots: dict[Piece, Paths.Spot]):
         """Names things as the scripts will, which call for pieces at other spots."""
@@ -54,6 +54,12 @@ class Notes:
     def argument(self, piece: Piece, name: str, value: Any):
         self._note(piece, self.path(piece), name, value)
 
+    def placed(self, piece: Piece):
+        """Notes a piece that no script calls for, and is not to."""
+        if '.' in piece.patternName:
+            raise Refused('%s is a pattern of the level\'s own, which no note can call' % piece.patternName)
+        self._note(piece, self.path(piece), PLACED, (piece.patternName, dict(piece.given)))
+
     def removed(self, piece: Piece):
         path = self.path(piece)
         self._lines = {key: value for key, value in self._lines.items() if key[0] != path or key[1][0] == '.'}
@@ -75,6 +81,10 @@ class Notes:
     def _note(self, piece: Piece | None, path: str, key: str, value: Any):
         if not Literals.isWritable(value):
             raise Refused('%s of %s is %r, which no text stands for' % (key.lstrip('.'), path, value))
+        try:
+            levelChanges.valueOf(Literals.show(value))
+        except (ValueError, SyntaxError):
+            raise Refused('%s of %s is %r, which no note can say' % (key.lstrip('.'), path, value)) from None
         self._lines[path, key] = value
 
     def text(self, levelName: str) -> str:

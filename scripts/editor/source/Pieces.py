@@ -15,6 +15,7 @@ from typing import TYPE_CHECKING, Any, Iterator
 import callSites
 import kaVel
 import levelChanges
+import mods
 import session
 from editor.source import Address, Literals, Parameters, Standing
 from editor.source.Modules import moduleOf
@@ -316,10 +317,14 @@ class LevelPieces:
 
     def _collect(self, level: kaVel.Coordinator):
         standings, places, calls = Standing.Gatherer(), {}, levelChanges.callsInScripts(self.levelName)
+        placed, isData = levelChanges.placedIn(self.levelName), mods.isLevelData(self.levelName)
         for entity in kaVel.descendants(level):
             built = entity.pattern
-            isBuilt = isinstance(built, kaVel.BuiltFrom) and built.calls and built.atStart
+            isBuilt = isinstance(built, kaVel.BuiltFrom) and built.atStart and (
+                built.calls or entity in placed or isData and _isOfMap(entity))
             piece = self._found(entity, built, places) if isBuilt else None
+            if piece and entity in placed:
+                piece.source = None
             standings.visit(entity, piece)
         for piece, standing in standings.found.items():
             piece.stand = standing
@@ -362,6 +367,10 @@ class LevelPieces:
         self._numbered[piece.number] = piece
         self._byRoot[root] = piece
         return piece
+
+
+def _isOfMap(entity: Any) -> bool:
+    return entity.parent._getType().isSubclassOf(kaVel.Reflection.MapRootEntity)
 
 
 def _hasMore(piece: Piece) -> bool:

@@ -11,13 +11,14 @@ changes, unless they touch the same lines.
 from __future__ import annotations
 
 import ast
+import contextlib
 import difflib
 import os
-import tempfile
 from typing import Any
 
 import kaVel
 import levelChanges
+import mods
 from editor.source import Address, Edits, Files, Literals, Merging, NewLevel, Paths
 from editor.source.Adding import Adding, aboveFirst
 from editor.source.Configuring import Configuring, canConfigure, configured
@@ -30,6 +31,7 @@ from editor.source.Refused import Refused
 from editor.source.Removing import Removing
 from editor.source.Sites import Sites
 from editor.source.Splices import Splices
+from mods import Holding
 
 
 class Plan:
@@ -189,10 +191,24 @@ def _mapOf(root: Any) -> Any:
     return root.getAncestorOfType(kaVel.Reflection.MapRootEntity)
 
 
-def diff(level: kaVel.Coordinator) -> str:
+#: Where a level is saved that is no mod's: in the scripts that build it, as `mod` of the functions below.
+OWN = ''
+
+
+def targets(level: kaVel.Coordinator) -> list[str]:
+    """Where a level can be saved: OWN, and the names of mods that change it or may.
+
+    What a mod changes in a level is not written into the level's own scripts: these would have it for ever.
+    """
+    changing = levelChanges.changing(level.levelName)
+    behind = [mod.name for mod in mods.behindLevel(level.levelName)]
+    return behind[behind.index(changing[-1].name):] if changing else [OWN, *behind]
+
+
+def diff(level: kaVel.Coordinator, mod: str = OWN) -> str:
     """What `save` would change in all files, as a unified diff; '' for nothing."""
     rows: list[str] = []
-    for file, text in _wanted(level).items():
+    for file, text in _wanted(level, mod).items():
         present = read(file)
         name = Files.shown(file)
         rows += difflib.unified_diff(present.splitlines(keepends=True), text.splitlines(keepends=True), 'a/' + name,
@@ -200,19 +216,27 @@ def diff(level: kaVel.Coordinator) -> str:
     return ''.join(row if row.endswith('\n') else row + '\n\\ No newline at end of file\n' for row in rows)
 
 
-def save(level: kaVel.Coordinator) -> list[str]:
-    """Writes all edits into the files that they concern, which it returns; Refused writes nothing."""
+def save(level: kaVel.Coordinator, mod: str = OWN) -> list[str]:
+    """Writes all edits into the files that they concern, which it returns; Refused writes nothing.
+
+    With a mod's name all goes into that mod, as what it changes in the level.
+    """
     edits = Edits.of(level)
-    wanted = {file: text for file, text in _wanted(level).items() if text != read(file)}
+    wanted = {file: text for file, text in _wanted(level, mod).items() if text != read(file)}
     before = {file: read(file) for file in wanted}
     write(wanted)
-    _remember(edits.texts)
+    if not _isNoted(level, mod):
+        _remember(edits.texts)
     edits.noteSaved(before, wanted)
     return list(wanted)
 
 
 def write(wanted: dict[str, str]):
     """Gives files their texts, all or none of them; one that is to have none goes."""
+    for file in wanted:
+        if not Holding.mayWrite(file):
+            raise Refused('%s cannot be written by this run: start it with ./play --savemods --mod NAME'
+                          % Files.shown(file))
     prepared: list[tuple[str, str]] = []
     try:
         for file, text in wanted.items():
@@ -236,21 +260,58 @@ def _prepare(file: str, text: str) -> str:
     """A file beside another one with the text that this is to have, safely on the disk."""
     if os.path.exists(file) and not os.access(file, os.W_OK):
         raise PermissionError(13, 'it may not be written to', file)
-    handle, temporary = tempfile.mkstemp(prefix='.' + os.path.basename(file), dir=os.path.dirname(file))
+    temporary = os.path.join(os.path.dirname(file), '.%s.%d' % (os.path.basename(file), os.getpid()))
+    # With the rights from the first: a run with mods has given up changing them.
+    mode = os.stat(file).st_mode & 0o777 if os.path.exists(file) else 0o644
     try:
+        os.makedirs(os.path.dirname(file), exist_ok=True)
+        with contextlib.suppress(FileNotFoundError):
+            os.remove(temporary)
+        handle = os.open(temporary, os.O_WRONLY | os.O_CREAT | os.O_EXCL | os.O_CLOEXEC, mode)
         with os.fdopen(handle, 'w', encoding='utf-8', newline='') as stream:
             stream.write(text)
             stream.flush()
             os.fsync(stream.fileno())
-        os.chmod(temporary, os.stat(file).st_mode & 0o777 if os.path.exists(file) else 0o644)
     except OSError as error:
-        os.remove(temporary)
+        with contextlib.suppress(OSError):
+            os.remove(temporary)
         raise OSError(error.errno, error.strerror, file) from error
     return temporary
 
 
-def _wanted(level: kaVel.Coordinator) -> dict[str, str]:
+def _isNoted(level: kaVel.Coordinator, mod: str) -> bool:
+    """Whether all edits of a level become notes: of a mod that changes it, or since it is data."""
+    return mod != OWN or mods.isLevelData(level.levelName)
+
+
+def _noted(level: kaVel.Coordinator, mod: str) -> dict[str, str]:
+    """The file of changes with all edits as notes."""
+    if mod not in targets(level):
+        raise Refused('%s cannot be saved into %s' % (level.levelName, mod or 'its own files, which a mod changes'))
+    edits, file = Edits.of(level), levelChanges.fileOf(level.levelName, mods.find(mod))
+    notes = Notes(edits.pieces, read(file))
+    for piece in edits.pieces.everyone():
+        if piece.source is None:
+            if not piece.removed:
+                notes.placed(piece)
+        elif piece.removed:
+            notes.removed(piece)
+        elif piece.isChanged():
+            for each, name, value in _differences(piece):
+                notes.renamed(each) if name == 'name' else notes.argument(each, name, value)
+            if piece.hangsElsewhere():
+                notes.parent(piece)
+    for (number, steps), name in edits.properties:
+        piece = edits.pieces.number(number) if number else None
+        if not piece or not piece.removed:
+            notes.property((number, steps), name, edits.properties[(number, steps), name])
+    return {file: notes.text(level.levelName)}
+
+
+def _wanted(level: kaVel.Coordinator, mod: str = OWN) -> dict[str, str]:
     """The text that each file is to have, with what others have written into it meanwhile."""
+    if _isNoted(level, mod) or mod not in targets(level):
+        return _noted(level, mod)
     edits = Edits.of(level)
     texts = edits.texts
     again = _again(edits)

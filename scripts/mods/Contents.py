@@ -4,7 +4,7 @@
     sounds/     samples, and events in kaVel.fev   words/      tables of texts, a language each, .toml
     fonts/      .ttf or .otf                       effects/    .fx, and what those include
     levels/     .toml, or .py of a script mod      patterns/   .toml, or .py of a script mod
-    scripts/    what those of a script mod import
+    scripts/    what those of a script mod import   levels/    .changes, of a level that it changes
 """
 
 from __future__ import annotations

@@ -12,8 +12,8 @@ so that whoever asked for the thing has it as it is to be; the rest is done when
 completes. A line that means nothing, or nothing that there still is, is told and left out. The lines are a set: git may
 join those of two people in any order.
 
-A mod has such a file for a level of its own, and for any other one that it changes: `levels/<Level>.changes` in it. They
-are taken in the order in which mods are loaded, behind the level's own.
+A mod has such a file for a level of its own, and for any other one that it changes: `levels/<Level>.changes` in it.
+They are taken in the order in which mods are loaded, behind the level's own.
 """
 
 from __future__ import annotations
@@ -220,7 +220,8 @@ class LevelChanges:
         above, _, name = line.path.rpartition('/')
         try:
             patternName, arguments = line.value
-            pattern, parent = getattr(place, patternName, None), self._find(level, above)
+            pattern: Any = getattr(place, patternName, None)
+            parent = self._find(level, above)
             if not getattr(pattern, 'isPattern', False):
                 raise ValueError('there is no pattern %r' % patternName)
             if not parent:

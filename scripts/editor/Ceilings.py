@@ -1,4 +1,4 @@
-"""Rooms seen from above: what lies above the floor that one looks at is not drawn while the camera is above its ceiling.
+"""Rooms seen from above: what lies above the floor that one looks at is not drawn from above its ceiling.
 
 Nothing of the level is changed; light and shadows are those of the closed rooms.
 """

@@ -223,9 +223,10 @@ def begin(asked: list[str], players: bool, mayAsk: bool, folders: list[str], fil
           isWritten: bool = False) -> None:
     """Finds out which mods are on in this run, and gives up what none of them needs; for the start of the game.
 
-    `asked` are names, or folders where there is a slash in one; `players` says whether those count that the player has
-    turned on, `mayAsk` whether he can be asked about one here. The run may write into the folders and files besides
-    its user's own, with `isWritten` into the mods that are asked for. ValueError where one that is asked for cannot be on, and nobody can be asked.
+    `asked` are names, or folders where there is a slash in one; `players` says whether those count that the player
+    has turned on, `mayAsk` whether he can be asked about one here. The run may write into the folders and files
+    besides its user's own, with `isWritten` into the mods that are asked for. ValueError where one that is asked
+    for cannot be on, and nobody can be asked.
     """
     global _asking
     if not asked and not players:

@@ -77,7 +77,6 @@ SAID = {"TriggerArea": ("do", "(('show', 'Somebody was here.'), ('open', 'door2'
         "Note": ("text", "The key is under the clock.")}
 
 
-
 def draw_house(hand):
     """Four walls from corner to corner, two within them with a door each, and a floor."""
     hand.press("b")

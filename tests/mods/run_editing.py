@@ -1,4 +1,4 @@
-"""Levels are edited with mods on: what was changed lies in the mod, stands there in the next run, and nowhere without."""
+"""Levels are edited with mods on: what was changed lies in the mod, and stands there in runs with it alone."""
 import pathlib
 import sys
 

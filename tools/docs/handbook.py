@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """handbook.py --build BUILD [--output FOLDER]: writes the handbook as HTML, with a search, into FOLDER/html.
 
-BUILD is a folder that the game was built in, as build/release: its reference of classes goes in, and the pictures of
-its catalogue where there are any. FOLDER is build/handbook without the word. Ends with 1 where a link leads nowhere.
+BUILD is a folder that the game was built in, as build/release: its reference of classes goes in, and pictures of the
+patterns, which that game takes and BUILD/catalogue keeps. FOLDER is build/handbook without the word. Ends with 1 where a link leads nowhere.
 """
 
 import argparse
@@ -14,6 +14,7 @@ import sys
 
 import listings
 import patterns
+import pictures
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 HERE = pathlib.Path(__file__).resolve().parent
@@ -32,6 +33,8 @@ def gather(build, pages):
     for path in (pages / "reference").glob("*.md"):
         if path.stem != "index":  # hundreds, which the margin of every page would list else
             path.write_text("---\norphan: true\n---\n\n" + path.read_text(encoding="utf-8"), encoding="utf-8")
+    if not pictures.take(build, ROOT / "scripts" / "objects", build / "catalogue"):
+        print(f"the catalogue has no new pictures: {build} has no game that takes them", file=sys.stderr)
     patterns.write(ROOT, pages / "catalogue", build / "catalogue")
     listings.write(ROOT, pages / "catalogue")
     others = sorted(str(path.relative_to(pages).with_suffix("")) for path in pages.glob("*.md") if path.stem != "index")

@@ -226,7 +226,8 @@ class Flow(GridView):
             if cell.isValid():
                 value = cell.getValue()
                 speed = math.hypot(value.x, value.z)
-                return 'towards %s, %.2f of full speed' % (compass(value.x, value.z), speed) if speed > 1e-3 else 'still'
+                way = 'towards %s, %.2f of full speed' % (compass(value.x, value.z), speed)
+                return way if speed > 1e-3 else 'still'
         return 'off the grid'
 
 

@@ -38,7 +38,8 @@ class Heard(NamedTuple):
 def soundsIn(map: kaVel.MapRootEntity) -> list[Any]:
     """The entities of a map that sound from a place of their own."""
     return [each for each in kaVel.descendants(map) if each != map
-            and each._getType().isSubclassOf(kaVel.Reflection.Entity) and each.getComponent('sound') and each.getComponent('transform')
+            and each._getType().isSubclassOf(kaVel.Reflection.Entity)
+            and each.getComponent('sound') and each.getComponent('transform')
             and each.getComponent('sound')._getType().isSubclassOf(kaVel.Reflection.SoundComponent)]
 
 
@@ -140,7 +141,7 @@ class Sounds(Shown):
             self._drawWay(ear, source, heard, color)
 
     def _drawWay(self, ear: kaVel.Vec4, source: kaVel.Vec4, heard: Heard, color: kaVel.Vec4) -> None:
-        """Bright as far as the way is known: from door to door, or to where it is heard from first; pale to the rest."""
+        """Bright as far as the way is known: from door to door, or to where it is heard from; pale to the rest."""
         pale = kaVel.Vec4(color.x, color.y, color.z, 0.3)
         at = ear
         for turn in reversed(heard.turns):

@@ -1,6 +1,7 @@
 #include "rendering/frame/ViewerComponent.h"
 
 #include "rendering/frame/AnglePointSorter.h"
+#include "rendering/frame/ViewCut.h"
 #include "rendering/drawn/WholeWindow.h"
 
 #include "engine/debug/DebugCollector.h"
@@ -103,11 +104,19 @@ Matrix4 ViewerComponent::getProjectionMatrix(float width, float height)
     return fromDirectX(projection);
 }
 
+ViewCut &ViewCut::present()
+{
+    static ViewCut cut;
+    return cut;
+}
+
 bool ViewerComponent::isCut()
 {
     constexpr float clear = 0.01f; // the plane has to lie before the eye
     TransformComponent *const transform = getTransform();
-    return transform && projectionType == PERSPECTIVE && transform->getPosition().y > cutHeight + clear;
+    const ViewCut &cut = ViewCut::present();
+    return transform && projectionType == PERSPECTIVE && cut.camera == getParent() &&
+           transform->getPosition().y > cut.height + clear;
 }
 
 /// Depth is measured from the cut's plane on, and reaches 1 in the far corner that is farthest from it.
@@ -119,7 +128,7 @@ Matrix4 ViewerComponent::getDrawnProjectionMatrix(float width, float height)
         return projection;
     const Matrix4 axes = getTransform()->getCameraMatrix(T::INTO_WORLD_SPACE | T::OMIT_SCALE);
     const float below[] = {-axes.getColumn(0).y, -axes.getColumn(1).y, -axes.getColumn(2).y};
-    const float begin = cutHeight - axes.getColumn(3).y;
+    const float begin = ViewCut::present().height - axes.getColumn(3).y;
     const float corner =
         (std::fabs(below[0]) / projection[0][0] + std::fabs(below[1]) / projection[1][1] + below[2]) * farClipDistance +
         begin;

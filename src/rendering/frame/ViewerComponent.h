@@ -7,7 +7,6 @@
 #include "foundation/Vector.h"
 
 #include <array>
-#include <limits>
 #include <vector>
 
 class TransformComponent;
@@ -70,12 +69,7 @@ public:
     /// Distance of the far plane, world units: nothing beyond is drawn, lights included.
     void setFarClipDistance(float val) { farClipDistance = val; }
 
-    float getCutHeight() const { return cutHeight; }
-    /// Height above which nothing is drawn, world units, as long as the eye is above it itself; endless for no cut.
-    ///
-    /// Shadows are thrown and light shines as if nothing were cut off. Parallel views are not cut.
-    void setCutHeight(float val) { cutHeight = val; }
-    /// Whether the eye is above `cutHeight`, so that the view is cut off there.
+    /// Whether this is the camera of the present `ViewCut`, and above it, so that its view is cut off there.
     bool isCut();
 
 private:
@@ -92,9 +86,8 @@ private:
     TransformComponent *getTransform();
 
     ProjectionType projectionType = PERSPECTIVE;
-    float verticalFieldOfViewAngle = 0.785398f;               ///< radians
-    float nearClipDistance = 0.01f;                           ///< world units
-    float farClipDistance = 50.0f;                            ///< world units
-    float cutHeight = std::numeric_limits<float>::infinity(); ///< world units
-    bool missingTransformTold = false;                        ///< reported, and not found since
+    float verticalFieldOfViewAngle = 0.785398f; ///< radians
+    float nearClipDistance = 0.01f;             ///< world units
+    float farClipDistance = 50.0f;              ///< world units
+    bool missingTransformTold = false;          ///< reported, and not found since
 };

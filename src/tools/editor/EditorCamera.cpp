@@ -5,6 +5,7 @@
 #include "engine/levels/Coordinator.h"
 #include "engine/transforms/TransformComponent.h"
 #include "rendering/frame/GraphicsManager2.h"
+#include "rendering/frame/ViewCut.h"
 #include "rendering/frame/ViewerComponent.h"
 
 #include "foundation/Finite.h"
@@ -97,8 +98,6 @@ void EditorCamera::show()
         return;
     transform->setPosition(place);
     transform->setOrientation(orientation());
-    if (auto *const viewer = componentOf<ViewerComponent>(entity, ComponentKeys::viewer))
-        viewer->setCutHeight(cutHeight);
 }
 
 void EditorCamera::fly(const Push &push, Seconds time)
@@ -201,5 +200,7 @@ void EditorCamera::setSpeed(float val)
 void EditorCamera::setCutHeight(float val)
 {
     cutHeight = val;
-    show();
+    const bool cuts = std::isfinite(val);
+    if (cuts || ViewCut::present().camera == entity)
+        ViewCut::present() = {cuts ? entity : Handle<Entity>(), cuts ? val : 0.f};
 }

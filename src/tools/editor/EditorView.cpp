@@ -7,6 +7,7 @@
 #include "engine/transforms/TransformComponent.h"
 #include "rendering/drawn/WholeWindow.h"
 #include "rendering/frame/GraphicsManager2.h"
+#include "rendering/frame/ViewCut.h"
 #include "rendering/frame/ViewerComponent.h"
 
 #include "foundation/Finite.h"
@@ -65,7 +66,7 @@ EditorView::EditorView(Coordinator &level)
     // The projection is a matrix for row vectors.
     toClip = viewer->getDrawnProjectionMatrix(size.x, size.y).transpose() * worldToView;
     if (viewer->isCut())
-        cutHeight = viewer->getCutHeight();
+        cutHeight = ViewCut::present().height;
     tanHalf = std::tan(viewer->getVerticalFieldOfViewAngle() * 0.5f);
     const bool sound = isFinite(position) && isFinite(toClip.getColumn(0)) && isFinite(toClip.getColumn(3));
     usable = sound && tanHalf > 0.f && std::isfinite(tanHalf);

@@ -2,7 +2,8 @@
 """handbook.py --build BUILD [--output FOLDER]: writes the handbook as HTML, with a search, into FOLDER/html.
 
 BUILD is a folder that the game was built in, as build/release: its reference of classes goes in, and pictures of the
-patterns, which that game takes and BUILD/catalogue keeps. FOLDER is build/handbook without the word. Ends with 1 where a link leads nowhere.
+patterns, which that game takes and BUILD/catalogue keeps. FOLDER is build/handbook without the word. Ends with 1 where
+a link leads nowhere.
 """
 
 import argparse
@@ -35,7 +36,11 @@ def gather(build, pages):
             path.write_text("---\norphan: true\n---\n\n" + path.read_text(encoding="utf-8"), encoding="utf-8")
     if not pictures.take(build, ROOT / "scripts" / "objects", build / "catalogue"):
         print(f"the catalogue has no new pictures: {build} has no game that takes them", file=sys.stderr)
-    patterns.write(ROOT, pages / "catalogue", build / "catalogue")
+    shots = pages / "catalogue" / "pictures"
+    shots.mkdir()
+    for picture in (build / "catalogue").glob("*.png"):
+        shutil.copy(picture, shots)
+    patterns.write(ROOT, pages / "catalogue", shots)
     listings.write(ROOT, pages / "catalogue")
     others = sorted(str(path.relative_to(pages).with_suffix("")) for path in pages.glob("*.md") if path.stem != "index")
     guide = ["guide/first-level", "guide/first-creature", "guide/first-mod", "guide/answers"]

@@ -82,9 +82,8 @@ def module_page(path, found, pictures):
     lines = [f"# {path.stem}", "", prose(comment), ""]
     for pattern in found:
         lines += [f"## {pattern.name}", ""]
-        picture = pictures / f"{pattern.name}.png"
-        if picture.is_file():
-            lines += [f"![{pattern.name}]({picture.resolve()})", ""]
+        if (pictures / f"{pattern.name}.png").is_file():
+            lines += [f"![{pattern.name}]({pictures.name}/{pattern.name}.png)", ""]
         lines += [prose(pattern.comment), ""]
         if pattern.parameters:
             lines += ["| parameter | type | default |", "|---|---|---|"]

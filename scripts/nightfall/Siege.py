@@ -15,6 +15,7 @@ from objects.Placing import Triple, addVolume, placed
 
 DOOR: Triple = (10.4, 0.0, 20.4)
 BOLT: Triple = (10.245, 1.22, 20.84)  # where it lies when it is home
+DRAWN = 0.19              # metres that it is drawn back while the door may stand open
 SLIPS, HOLDS = 0.055, 3   # metres that a blow moves it, and blows that it stands
 FIRST, EVERY = 7.0, 6.5   # seconds until it has come to the door, and from blow to blow
 AT_DOOR = 3.4             # metres from the door within which it can strike
@@ -30,12 +31,17 @@ class Siege:
         self.slipped = self.round = 0
         bolt = place.Built(room, 'bolt', mesh=_bolt(), at=BOLT, turn=WEST, surface='brass')
         place.Built(room, 'boltPlate', mesh=_plate(), at=BOLT, turn=WEST, surface='iron')
-        self.bolt = bolt.getComponent('transform')
+        self.bolt, self.mesh = bolt.getComponent('transform'), bolt.getChild('mesh')
+        self.mesh.setMeshData(_bolt(DRAWN))
         self.door = placed(map, 'siege', at=(DOOR[0], 1.1, DOOR[2]))
         self.voice = place.sounds(self.door, 'Thud', 'DoorLocked', 'DoorLatch', 'BlobNear')
         reach = placed(room, 'boltReach', at=BOLT)
         addVolume(reach, (0.3, 0.3, 0.6), 'BV_NONE').setInteractFunc(lambda player: self.push())
         marked(reach, 'use')
+
+    def shut(self):
+        """Has the bolt before the door, which stands shut from now on."""
+        self.mesh.setMeshData(_bolt())
 
     def begin(self, seconds: float):
         """Lasts for so many seconds; it has heard where the noise is made."""
@@ -80,14 +86,14 @@ class Siege:
         kaVel.interpolate(self.bolt, 'position', kaVel.Vec4(x, y, z + SLIPS * slipped, 1), 0.12)
 
 
-def _bolt() -> kaVel.MeshBuilder:
-    """A bar with a knob, that lies across the gap between the leaf and its frame."""
-    return boxes(((-0.16, -0.014, 0.0), (0.16, 0.014, 0.026)), ((0.03, -0.012, 0.026), (0.054, 0.012, 0.07)),
-                 ((0.02, -0.02, 0.07), (0.064, 0.02, 0.1)))
+def _bolt(drawn: float = 0.0) -> kaVel.MeshBuilder:
+    """A bar with a knob, that lies across the gap between the leaf and its frame, or is drawn back by so much."""
+    return boxes(((drawn - 0.16, -0.014, 0.0), (drawn + 0.16, 0.014, 0.026)),
+                 ((drawn + 0.03, -0.012, 0.026), (drawn + 0.054, 0.012, 0.07)),
+                 ((drawn + 0.02, -0.02, 0.07), (drawn + 0.064, 0.02, 0.1)))
 
 
 def _plate() -> kaVel.MeshBuilder:
-    """The two straps that it runs in."""
-    return boxes(*(((x - 0.02, -0.035, -0.012), (x + 0.02, 0.035, -0.001)) for x in (-0.1, 0.1)),
-                 *(((x - 0.02, y - 0.006, -0.002), (x + 0.02, y + 0.006, 0.034)) for x in (-0.1, 0.1)
-                   for y in (-0.026, 0.026)))
+    """The strap on the frame that it runs in."""
+    return boxes(((0.08, -0.035, -0.012), (0.12, 0.035, -0.001)),
+                 *(((0.08, y - 0.006, -0.002), (0.12, y + 0.006, 0.034)) for y in (-0.026, 0.026)))

@@ -80,6 +80,7 @@ class Story:
             self.gate.stand()
         if told['chaseIsOver']:
             self.chased = self.chaseIsOver = True
+            self.siege.shut()
             self.stillHouse()
         if told['liftIsHere']:
             self.lift.stand()
@@ -302,6 +303,7 @@ class Story:
         if not self.chased:
             return
         self.chaseIsOver = True
+        self.siege.shut()
         self.leaves['serviceDoor'].getComponent('physics').locked = True
         place.sounds(self.leaves['serviceDoor'], 'DoorLatch').playSoundEffect('DoorLatch')
         self.music.play('')

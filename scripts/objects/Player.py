@@ -142,8 +142,8 @@ def BatteryMeter(parent: kaVel.Coordinator, name: str = ''):
 def _tube() -> kaVel.MeshBuilder:
     """A flashlight of 0.2 m that points along +z, with its head at the origin."""
     mesh = kaVel.MeshBuilder()
-    mesh.addCylinder(0.016, 0.14, 10, at=kaVel.Vec4(0, 0, -0.13, 1), turn=turned(0, pitch=90))
-    mesh.addCylinder(0.026, 0.06, 10, at=kaVel.Vec4(0, 0, -0.03, 1), turn=turned(0, pitch=90))
+    mesh.addCylinder(0.016, 0.14, 20, at=kaVel.Vec4(0, 0, -0.13, 1), turn=turned(0, pitch=90))
+    mesh.addCylinder(0.026, 0.06, 28, at=kaVel.Vec4(0, 0, -0.03, 1), turn=turned(0, pitch=90))
     return mesh
 
 

@@ -11,40 +11,40 @@
 #include <unordered_set>
 #include <utility>
 
-/// A tick from outside, as long as which the node's plan stays as it is.
+/// A tick from outside, as long as which the plan stays as it is, and nothing is cremated.
 class TreePlan::Use
 {
 public:
-    explicit Use(BTTask &task)
-    {
-        prepare(task);
-        plan = task.plan.get();
-        ++plan->running;
-    }
+    explicit Use(TreePlan &plan) : plan(plan) { ++plan.running; }
     ~Use()
     {
+        --plan.running;
         // Its last node may have gone over to another plan meanwhile.
-        if (--plan->running == 0 && plan->users == 0) [[unlikely]]
-            delete plan;
+        if (plan.users == 0) [[unlikely]]
+            plan.endUnlessRunning();
     }
     Use(const Use &) = delete;
     Use &operator=(const Use &) = delete;
 
-    TreePlan *operator->() const { return plan; }
-
 private:
     const CremationHold hold;
-    TreePlan *plan;
+    TreePlan &plan;
 };
 
 StatusCode TreePlan::tick(BTTask &task)
 {
+    TreePlan *const plan = task.plan.get();
+    if (plan && plan->place != TreeTurns::NOWHERE && plan->top == &task) [[likely]]
     {
-        const Use plan(task);
-        const Descent levels(plan->shape->depth);
-        if (plan->place != TreeTurns::NOWHERE && task.state == plan->states() && !levels.isTooDeep()) [[likely]]
-            return plan->turn();
+        const Use use(*plan);
+        return plan->turn();
     }
+    return tickByWalking(task);
+}
+
+/// A tick of a node from which no turn is known.
+StatusCode TreePlan::tickByWalking(BTTask &task)
+{
     const StatusCode result = run(task);
     task.state->lastResult = static_cast<std::uint8_t>(result);
     return result;
@@ -52,15 +52,11 @@ StatusCode TreePlan::tick(BTTask &task)
 
 StatusCode TreePlan::run(BTTask &task)
 {
-    const Use plan(task);
-    const Descent levels(plan->shape->depth);
-    plan->settle();
-    if (levels.isTooDeep()) [[unlikely]]
-    {
-        task.complain(levels.describe());
-        return SC_Failure;
-    }
-    return plan->walk(plan->indexOf(task));
+    prepare(task);
+    TreePlan &plan = *task.plan;
+    const Use use(plan);
+    plan.settle();
+    return plan.walk(plan.indexOf(task));
 }
 
 void TreePlan::prepare(BTTask &task)
@@ -159,7 +155,7 @@ void TreePlan::build(BTTask &root)
 
 TreePlan::TreePlan(BTTask &root, Layout &&layout)
     : shape(TreeShape::of(std::move(layout.steps), layout.depth)), creature(handle_cast<Entity>(root.getParent())),
-      count(layout.tasks.size()), tasks(std::move(layout.tasks)), root(root.getTypedHandle())
+      top(&root), count(layout.tasks.size()), tasks(std::move(layout.tasks)), root(root.getTypedHandle())
 {
 }
 
@@ -188,16 +184,20 @@ inline StatusCode TreePlan::turn()
     const StatusCode given = call(leaf);
     const TreeTurns::Turn *const turn = place == leaf ? shape->turns.find(leaf, given) : nullptr;
     if (!turn || (turn->heeded & ended) != 0) [[unlikely]]
-    {
-        const StatusCode result = climb(leaf, 0, given);
-        states()[0].lastResult = static_cast<std::uint8_t>(result);
-        return result;
-    }
+        return climbToRoot(leaf, given);
     if (ticks == std::numeric_limits<std::uint16_t>::max()) [[unlikely]]
         settle();
     notes()[leaf] = Note{++ticks, static_cast<std::uint8_t>(given)};
     place = turn->next;
     return static_cast<StatusCode>(turn->result);
+}
+
+/// The end of a tick of the root whose turn is not known.
+StatusCode TreePlan::climbToRoot(std::uint32_t leaf, StatusCode given)
+{
+    const StatusCode result = climb(leaf, 0, given);
+    states()[0].lastResult = static_cast<std::uint8_t>(result);
+    return result;
 }
 
 /// Repeats in the nodes, in their order, the last ticks that came to each leaf: of earlier ones nothing is left.
@@ -260,7 +260,7 @@ StatusCode TreePlan::climb(std::uint32_t from, std::uint32_t top, StatusCode res
         at = shape->steps[at].parent;
         result = takeResult(at, result);
     }
-    place = shape->turns.placeOf(states());
+    place = stale ? TreeTurns::NOWHERE : shape->turns.placeOf(states());
     ended = shape->turns.endedOf(states());
     return result;
 }
@@ -278,8 +278,14 @@ StatusCode TreePlan::takeResult(std::uint32_t at, StatusCode given)
 /// What anything but a native leaf gives that ticks no child where it stands.
 StatusCode TreePlan::runOther(std::uint32_t at)
 {
-    const TaskStep &step = shape->steps[at];
-    switch (step.kind)
+    // Trees within trees go down by here; a leaf that is a function ticks nothing.
+    const Descent levels(shape->depth);
+    if (levels.isTooDeep()) [[unlikely]]
+    {
+        tasks[at]->complain(Descent::describe());
+        return SC_Failure;
+    }
+    switch (shape->steps[at].kind)
     {
     case TaskStep::OTHER:
         return tasks[at]->run();

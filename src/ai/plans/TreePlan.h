@@ -54,7 +54,11 @@ public:
     /// Makes a node's plan where there is none that holds.
     static void prepare(BTTask &task);
     /// Has the plan made anew before the next tick from outside.
-    void spoil() { stale = true; }
+    void spoil()
+    {
+        stale = true;
+        forgetPlace();
+    }
     /// Writes into the nodes what ticks have left behind.
     void settle()
     {
@@ -70,8 +74,8 @@ private:
     friend void intrusive_ptr_add_ref(TreePlan *plan) { ++plan->users; }
     friend void intrusive_ptr_release(TreePlan *plan)
     {
-        if (--plan->users == 0 && plan->running == 0)
-            delete plan;
+        if (--plan->users == 0)
+            plan->endUnlessRunning();
     }
 
     /// The nodes that a plan is made of, as they are found.
@@ -93,6 +97,7 @@ private:
     static void operator delete(void *plan) { ::operator delete(plan, LINE); }
     static void operator delete(void *plan, std::size_t) { ::operator delete(plan, LINE); }
 
+    static StatusCode tickByWalking(BTTask &task);
     static void refresh(BTTask &task);
     static void build(BTTask &root);
     void adopt(BTTask &task, TaskState &state);
@@ -101,7 +106,13 @@ private:
     Note *notes() { return reinterpret_cast<Note *>(this + 1); }
     TaskState *states() { return reinterpret_cast<TaskState *>(notes() + count); }
     std::uint32_t indexOf(const BTTask &task);
+    void endUnlessRunning()
+    {
+        if (running == 0)
+            delete this;
+    }
     StatusCode turn();
+    StatusCode climbToRoot(std::uint32_t leaf, StatusCode given);
     void writeDown();
     StatusCode call(std::uint32_t at);
     StatusCode walk(std::uint32_t top);
@@ -120,6 +131,7 @@ private:
     bool stale = false;
     std::uint8_t place = TreeTurns::NOWHERE; ///< leaf that is next, if that tells all of where the tree stands
     std::uint64_t ended = 0;                 ///< steps of a tree with a place that go another way once
+    BTTask *const top;                       ///< the first of the tasks; dead once the plan is stale
     const std::size_t count;                 ///< of steps
     std::vector<BTTask *> tasks;             ///< by step; null for MISSING
     Handle<BTTask> root;

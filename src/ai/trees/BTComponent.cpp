@@ -10,22 +10,19 @@
 
 void BTComponent::doFrame()
 {
-    if (!activeRoot.known || activeRoot.objectChanges != ObjectMap().getChangeCount())
+    if (activeRoot.objectChanges != ObjectMap().getChangeCount())
         findActiveRoot();
     if (!activeRoot.task)
         return;
-    const CremationHold hold;
-    // A tree may turn the creature to another behaviour from within its own tick.
-    const String behavior = activeBehavior;
-    const TreeUnderWay here(behavior);
+    // A tree may turn the creature to another behaviour from within its own tick; the name stays in the map.
+    const TreeUnderWay here(*activeRoot.name);
     activeRoot.task->tick();
 }
 
 void BTComponent::findActiveRoot()
 {
-    activeRoot.task = behaviors[activeBehavior].lookup().ptr;
-    activeRoot.objectChanges = ObjectMap().getChangeCount();
-    activeRoot.known = true;
+    const auto &active = *behaviors.try_emplace(activeBehavior).first;
+    activeRoot = ActiveRoot{active.second.lookup().ptr, &active.first, ObjectMap().getChangeCount()};
 }
 
 void BTComponent::onLoadComplete()
@@ -48,7 +45,7 @@ void BTComponent::addBehavior(String behaviorName)
     root->setTreeParent(handle_cast<Entity>(getParent()));
     root->prepare();
     behaviors.emplace(behaviorName, copy);
-    activeRoot.known = false;
+    activeRoot = ActiveRoot();
 }
 
 void BTComponent::setDefaultBehavior(String behavior)
@@ -70,7 +67,7 @@ void BTComponent::setBehavior(String behaviorName)
 void BTComponent::setActiveBehavior(String val)
 {
     activeBehavior = val;
-    activeRoot.known = false;
+    activeRoot = ActiveRoot();
 }
 
 Handle<BTTask> BTComponent::getTree(String behaviorName) const

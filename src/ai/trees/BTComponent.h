@@ -63,9 +63,11 @@ private:
     /// The root of the active tree, which is right as long as no object is born or dies.
     struct ActiveRoot
     {
+        static constexpr std::uint64_t NEVER = ~std::uint64_t(0);
+
         BTTask *task = nullptr;
-        std::uint64_t objectChanges = 0; ///< births and deaths that the root takes account of
-        bool known = false;
+        const String *name = nullptr;        ///< the behaviour's, in the map
+        std::uint64_t objectChanges = NEVER; ///< births and deaths that the root takes account of
     };
 
     void findActiveRoot();

@@ -217,8 +217,8 @@ TEST(PathFollower, TwoCrowdsPassEachOtherThroughADoorway)
 TEST(PathFollower, TwelveWhoSteerPassADoorwayOfAMetreInTheTimeOfAQueue)
 {
     const auto isBefore = [](const PathFollower *follower) { return WalkWorld::placeOf(*follower).z < 0.3f; };
-    for (const float radius : {0.25f, 0.3f, 0.35f})
-        for (const float gap : {0.9f, 1.5f})
+    for (const float radius : {0.2f, 0.25f, 0.3f, 0.35f})
+        for (const float gap : {0.9f, 1.5f, 2.f, 2.6f})
         {
             WalkWorld world(16, 16);
             world.divide(0.f);
@@ -237,6 +237,10 @@ TEST(PathFollower, TwelveWhoSteerPassADoorwayOfAMetreInTheTimeOfAQueue)
             for (; frames < 64 * 200 && std::any_of(crowd.begin(), crowd.end(), isBefore); ++frames)
                 world.frames(1);
             EXPECT_LT(frames, 64 * 40) << "simulated; radius " << radius << ", " << gap << " m between them";
+            world.frames(64 * 20);
+            for (PathFollower *const follower : crowd)
+                EXPECT_FALSE(follower->getUnderWay())
+                    << follower->tell().toCString() << "; radius " << radius << ", " << gap << " m between them";
         }
 }
 

@@ -35,6 +35,7 @@ constexpr float BEHIND = 1.2f;         ///< metres past a door at which one clos
 constexpr float FORGOTTEN = 4.f;       ///< metres from a door at which nobody cares for it any more
 constexpr Seconds STANDSTILL = 1.0;    ///< without way until it is asked anew
 constexpr float LEAST_WAY = 0.2f;      ///< of what the speed would give
+constexpr float UNHINDERED = 0.5f;     ///< of that; who makes less has to come nearer
 constexpr int MOST_STANDSTILLS = 20;   ///< until it gives up
 constexpr float CLOSE_ENOUGH = 1.f;    ///< metres from a place that others take
 constexpr int CAREFUL_CELLS = 3;       ///< gone one by one by who has got stuck
@@ -315,6 +316,9 @@ bool PathFollower::findAside(const Body &body)
 void PathFollower::giveWay(const Body &body)
 {
     backSeconds -= body.seconds;
+    // Its way began where it stood, which may be where there is none: half a cell behind a wall.
+    if (!(backSeconds > 0.0))
+        wantPath(SCS("it gave way"));
     lastPlace = body.place;
     sinceLastPlace = 0.0;
     standstills = 0;
@@ -494,11 +498,14 @@ void PathFollower::watchProgress(const Body &body)
     sinceLastPlace += body.seconds;
     if (sinceLastPlace < STANDSTILL || speed <= 0.f)
         return;
+    const Vec4 aim = next < way.size() ? stationAt(body, next) : goal;
     const float made = flatDistance(body.place, lastPlace);
+    const float nearer = flatDistance(lastPlace, aim) - flatDistance(body.place, aim);
     const float wanted = speed * static_cast<float>(sinceLastPlace);
     lastPlace = body.place;
     sinceLastPlace = 0.0;
-    if (made > LEAST_WAY * wanted)
+    // Two who want to the same place may go round it for ever, slowly, and neither comes there.
+    if (made > LEAST_WAY * wanted && (made > UNHINDERED * wanted || nearer > 0.f))
     {
         standstills = 0;
         return;

@@ -179,21 +179,32 @@ void WalkSurvey::lookForWalls(PartitioningGrid &grid, WalkPlan &plan)
     grid.forEachStaticVolume(wholeOf(grid),
                              [&](const Handle<BoundingVolume> &handle)
                              {
-                                 if (number++ % WALLS_IN == turn)
+                                 if (number++ % WALLS_IN == turn && !isWall(handle))
                                      find(handle);
                              });
     for (const Handle<BoundingVolume> &handle : found)
     {
-        const auto place = std::lower_bound(walls.begin(), walls.end(), handle,
-                                            [](const Thing &wall, const Handle<BoundingVolume> &sought)
-                                            { return wall.handle < sought; });
-        if (place != walls.end() && place->handle == handle)
-            continue;
-        Thing &wall = *walls.insert(place, Thing());
+        if (isWall(handle))
+            continue; // it came twice
+        Thing &wall = *walls.insert(placeAmongWalls(handle), Thing());
         wall.handle = handle;
         wall.volume = handle.lookup().ptr;
         watch(wall, plan);
     }
+}
+
+/// Where a volume stands among the walls, or would stand.
+WalkSurvey::ThingList::iterator WalkSurvey::placeAmongWalls(const Handle<BoundingVolume> &handle)
+{
+    return std::lower_bound(walls.begin(), walls.end(), handle,
+                            [](const Thing &wall, const Handle<BoundingVolume> &sought)
+                            { return wall.handle < sought; });
+}
+
+bool WalkSurvey::isWall(const Handle<BoundingVolume> &handle)
+{
+    const auto place = placeAmongWalls(handle);
+    return place != walls.end() && place->handle == handle;
 }
 
 void WalkSurvey::dropDeadWalls(WalkPlan &plan)

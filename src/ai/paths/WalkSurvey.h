@@ -66,6 +66,8 @@ private:
     void takeStockOfMoving(PartitioningGrid &grid, WalkPlan &plan);
     void followWalls(PartitioningGrid &grid, WalkPlan &plan);
     void lookForWalls(PartitioningGrid &grid, WalkPlan &plan);
+    ThingList::iterator placeAmongWalls(const Handle<BoundingVolume> &handle);
+    bool isWall(const Handle<BoundingVolume> &handle);
     void dropDeadWalls(WalkPlan &plan);
     void refreshPointers();
     void watch(Thing &thing, WalkPlan &plan) const;

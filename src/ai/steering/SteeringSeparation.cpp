@@ -46,26 +46,25 @@ Vec4 SteeringComponent::findSeparation(const Moved &mine)
     if (!grid)
         return Vec4();
     const Vec4 place = mine.transform->getPosition();
-    const Vec4 reach(sepThreshold + STALENESS, 0.f, sepThreshold + STALENESS);
+    const float farthest = sepThreshold + STALENESS;
+    const Vec4 reach(farthest, 0.f, farthest);
     const CellRect around = CellRect::between(grid->getCellCoords(place - reach), grid->getCellCoords(place + reach),
                                               grid->getColumns(), grid->getRows());
     Vec4 sum;
-    for (int z = around.minZ; z <= around.maxZ; ++z)
-        for (int x = around.minX; x <= around.maxX; ++x)
-            for (const Handle<BoundingVolume> &h : grid->getGridCellList(x, z))
-            {
-                const auto volume = h.lookup();
-                const TransformComponent *const other = volume ? volume->findTransform() : nullptr;
-                // One that stands in several cells counts in the first of them.
-                if (!other || other == mine.transform ||
-                    x != std::max(around.minX, toCell(volume->getPreviousMin().x)) ||
-                    z != std::max(around.minZ, toCell(volume->getPreviousMin().z)))
-                    continue;
-                const Vec4 way = place - other->getPosition();
-                if (flat(way).magnitude() < sepThreshold && std::fabs(way.y) < sepThreshold &&
-                    componentOf<SteeringComponent>(volume->getParent(), ComponentKeys::steering))
-                    sum += pushFrom(mine, flat(way), getHandle() < other->getHandle());
-            }
+    grid->forEachMovingNear(around, place, farthest,
+                            [&](int x, int z, BoundingVolume &volume)
+                            {
+                                const TransformComponent *const other = volume.findTransform();
+                                // One that stands in several cells counts in the first of them.
+                                if (!other || other == mine.transform ||
+                                    x != std::max(around.minX, toCell(volume.getPreviousMin().x)) ||
+                                    z != std::max(around.minZ, toCell(volume.getPreviousMin().z)))
+                                    return;
+                                const Vec4 way = place - other->getPosition();
+                                if (flat(way).magnitude() < sepThreshold && std::fabs(way.y) < sepThreshold &&
+                                    componentOf<SteeringComponent>(volume.getParent(), ComponentKeys::steering))
+                                    sum += pushFrom(mine, flat(way), getHandle() < other->getHandle());
+                            });
     return sum;
 }
 

@@ -11,6 +11,7 @@
 #include "foundation/Quaternion.h"
 #include "foundation/Vector.h"
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -117,6 +118,24 @@ public:
     {
         forEachMovingVolume(cells, function);
         forEachStaticVolume(cells, function);
+    }
+    /// Calls a function with each moving volume in some cells whose middle lies in a rectangle, as the grid noted it.
+    ///
+    /// Cell by cell, in the order of the lists, with the cell; one that stands in several comes for each of them. What
+    /// lies farther, as the reaches of lamps, costs a look at its outline.
+    template <class Function>
+    void forEachMovingNear(const CellRect &cells, const Vec4 &middle, float reach, Function function)
+    {
+        grid.refresh();
+        for (int z = cells.minZ; z <= cells.maxZ; ++z)
+            for (int x = cells.minX; x <= cells.maxX; ++x)
+                for (const VolumeListGrid::Slot slot : grid.slots(cellIndex(x, z)))
+                {
+                    const VolumeOutline &outline = grid.outlineIn(slot);
+                    const float apart[] = {outline.centre[0] - middle.x, outline.centre[2] - middle.z};
+                    if (outline.volume && !(std::fabs(apart[0]) > reach) && !(std::fabs(apart[1]) > reach))
+                        function(x, z, *outline.volume);
+                }
     }
     /// Counts the changes of static volumes and of where they stand, for whoever keeps what he has made of them.
     std::uint64_t getStaticChanges() const { return staticGrid.getChangeCount(); }

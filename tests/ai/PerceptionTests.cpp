@@ -207,7 +207,7 @@ TEST(Perception, NobodyIsAlarmedByItsOwnNoiseNorByOthersOfItsKind)
     senses.setHearsCreatures(true);
     house.sound(Vec4(6, 1, -7, 1), STEP, other.getParent());
     house.pass(0.1);
-    EXPECT_STREQ(senses.tell().toCString(), "heard StepStoneWalk 3 m to the east, unsure");
+    EXPECT_STREQ(senses.tell().toCString(), "heard \"StepStoneWalk\" 3 m to the east, unsure");
 }
 
 TEST(Perception, WhatWasPerceivedGrowsVaguerAndIsForgottenAtLast)

@@ -95,8 +95,8 @@ at(map, frame20=lambda: steps.playSoundEffect('StepStoneWalk'), frame25=lambda: 
     walk, run = (float(loudness) for _, loudness in made)
     assert 0.02 < walk < 0.05 < run < 0.08, made
     near, far, near_later, far_later = told
-    assert near[0] > 0.1 and near[3] == "heard steps on stone 6 m to the north, unsure", told
-    assert near_later[0] > near[0] and near_later[3].startswith("heard running steps on stone"), told
+    assert near[0] > 0.1 and near[3] == 'heard "Steps on stone" 6 m to the north, unsure', told
+    assert near_later[0] > near[0] and near_later[3].startswith('heard "Running steps on stone"'), told
     assert far[0] == far_later[0] == 0, told
 
 

@@ -150,6 +150,14 @@ kaVel.log('behaviours: %s' % mind.behaviors)
 kaVel.log('why: ' + kaVel.why(creature))
 kaVel.log('property: ' + mind.why)
 kaVel.log(mind.drawTree())
+def muse(entity):
+    return kaVel.ActionStatus.AS_InProgress
+muse.__name__ = muse.__qualname__ = 'thinks of cheese'
+lib.addBehaviorTree('Muse', lib.BTCreateActionR(muse))
+mouse = kaVel.make('Entity', parent=coordinator, name='mouse')
+kaVel.addComponent(mouse, 'behaviors', 'BTComponent', behaviors=['Muse'], defaultBehavior='Muse')
+kaVel.finishLoad(mouse)
+kaVel.log('why: ' + kaVel.why(mouse))
 for given in ('Wander', [1], 3):
     try:
         mind.setBehaviors(given)
@@ -161,6 +169,7 @@ for given in ('Wander', [1], 3):
     run.expect("behaviours: ['Wander']")
     run.expect("why: rat: Wander: ")
     run.expect("property: rat: Wander: ")
+    run.expect("why: mouse: Muse: thinks of cheese.")
     run.expect("Wander (active)\n> ")
     assert count(run, "refused: behaviour") == 3, run.log[-3000:]
 

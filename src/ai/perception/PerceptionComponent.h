@@ -86,7 +86,7 @@ public:
     /// @param ahead  of any length but 0
     /// @cost up to nine segments and questions for the light
     float clarityFrom(Vec4 eye, Vec4 ahead);
-    /// What it perceives, as a part of a sentence: "heard steps on stone 4 m to the north-east, fairly sure".
+    /// What it perceives, as a part of a sentence: `heard "Steps on stone" 4 m to the north-east, fairly sure`.
     ///
     /// Empty where it perceives and remembers nothing. North is +z.
     String tell();

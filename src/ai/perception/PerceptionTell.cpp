@@ -11,7 +11,6 @@
 #include "platform/sound/SoundSystem.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <string>
 
@@ -40,7 +39,7 @@ const char *surenessOf(float suspicion)
                                 : "hardly sure";
 }
 
-/// What a sound is called in the middle of a sentence: its caption, or else its name.
+/// What a sound is called: its caption, or else its name.
 String soundText(const String &name)
 {
     static const String system = SCS("SoundSystem");
@@ -48,11 +47,7 @@ String soundText(const String &name)
     const auto sounds =
         systems ? handle_cast<SoundSystem>(systems->getChild(system)).lookup() : Handle<SoundSystem>::Result{};
     const String caption = sounds ? sounds->getCaption(name) : String();
-    if (caption.empty())
-        return name;
-    std::string text = caption.toCString();
-    text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
-    return String::copyFrom(text);
+    return caption.empty() ? name : caption;
 }
 
 void drawCircle(DebugCollectorComponent &collector, const Vec4 &centre, float radius, const Vec4 &color)
@@ -71,7 +66,8 @@ void drawCircle(DebugCollectorComponent &collector, const Vec4 &centre, float ra
 
 String PerceptionComponent::describeHeard() const
 {
-    return belief.getHeardName().empty() ? SCS("something") : soundText(belief.getHeardName());
+    // In quotes: a caption is a sentence of its own, "A door creaks open".
+    return belief.getHeardName().empty() ? SCS("something") : SCS("\"") + soundText(belief.getHeardName()) + SCS("\"");
 }
 
 String PerceptionComponent::tell()

@@ -133,6 +133,20 @@ String findIn(const Trees &trees, const BTTask &task)
     }
     return taskLabel(task);
 }
+
+/// What a leaf does in words: by its action's own name, or by that of its function where it is no identifier.
+String wordsOf(const BTTask &leaf)
+{
+    const auto *const acting = dynamic_cast<const BTAction *>(&leaf);
+    const auto *const asking = dynamic_cast<const BTCondition *>(&leaf);
+    if (const auto action = acting ? acting->getAction().lookup() : Handle<Action>::Result())
+        return action->name();
+    const ReflectorPtr function = acting   ? acting->getReflectorPtr()
+                                  : asking ? asking->getReflectorPtr()
+                                           : ReflectorPtr();
+    const String name = function ? function->getName() : String();
+    return std::find(name.begin(), name.end(), ' ') != name.end() ? name : String();
+}
 } // namespace
 
 std::vector<String> sortedNames(const std::unordered_map<String, Handle<BTTask>> &trees)
@@ -193,13 +207,12 @@ String tellTask(const String &behavior, BTTask &root)
     int steps = 0;
     for (const BTTask *next = &root; next && steps < BTTask::MAX_DEPTH; next = childAtWork(*next), ++steps)
         leaf = next;
-    // The name of an action that has one is a verb.
-    const auto *const acting = dynamic_cast<const BTAction *>(leaf);
-    const auto action = acting ? acting->getAction().lookup() : Handle<Action>::Result();
-    const String verb = action ? action->name() : String();
-    if (!verb.empty() && leaf->getLastResult() != SC_Failure)
-        return behavior + SCS(": ") + verb;
-    return String::format("%s: %s, %s", behavior.toCString(),
-                          verb.empty() ? taskLabel(*leaf).toCString() : verb.toCString(),
-                          resultText(*leaf).toCString());
+    const String words = wordsOf(*leaf);
+    if (words.empty())
+        return String::format("%s: %s, %s", behavior.toCString(), taskLabel(*leaf).toCString(),
+                              resultText(*leaf).toCString());
+    const bool failed = leaf->getLastResult() == SC_Failure;
+    const bool isQuestion = dynamic_cast<const BTCondition *>(leaf) != nullptr;
+    const char *const outcome = isQuestion ? (failed ? ": no" : ": yes") : failed ? ", failed" : "";
+    return String::format("%s: %s%s", behavior.toCString(), words.toCString(), outcome);
 }

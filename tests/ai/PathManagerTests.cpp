@@ -1,12 +1,15 @@
 #include "LiteralPaths.h"
 #include "PathWorld.h"
 
+#include "engine/debug/GlobalConfigSystem.h"
 #include "support/AllocationCount.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <queue>
+#include <utility>
 
 namespace
 {
@@ -255,6 +258,26 @@ TEST(PathManager, WhatCannotBeReachedFailsAndTheNextIsServed)
     EXPECT_EQ(outcome(lost, world.main->getCell(4, 4)), PS_Failed) << "from nowhere";
     EXPECT_EQ(outcome(gridless, world.main->getCell(4, 4)), PS_Failed) << "on a map without a grid";
     EXPECT_EQ(outcome(served, world.main->getCell(0, 4)), PS_Succeeded);
+}
+
+TEST(PathManager, ShowsTheCellsOfASearchRowByRow)
+{
+    PathWorld world(64, 64);
+    GlobalConfigSystem &config = getSystemDeref<GlobalConfigSystem>();
+    config.setDebugDrawEnabled(true);
+    config.setDebugDrawPathfindingData(true);
+    const Handle<Entity> creature = world.creature(20, 20);
+    world.ask(creature, 3, 50);
+    world.level.frame();
+    config.setDebugDrawEnabled(false);
+    const HexCont open = PathWorld::path(creature).getDebugOpenNodes(),
+                  closed = PathWorld::path(creature).getDebugClosedNodes();
+    const auto isBefore = [](const GridCell &one, const GridCell &other)
+    { return std::pair(one.getZ(), one.getX()) < std::pair(other.getZ(), other.getX()); };
+    EXPECT_EQ(closed.size(), static_cast<std::size_t>(PathManager::MAX_PASSES_PER_FRAME));
+    EXPECT_EQ(open.size() + closed.size(), static_cast<std::size_t>(world.manager().getPoolIndex()));
+    EXPECT_TRUE(std::is_sorted(open.begin(), open.end(), isBefore));
+    EXPECT_TRUE(std::is_sorted(closed.begin(), closed.end(), isBefore));
 }
 
 TEST(PathManager, WhoDiesGetsNothingAndHoldsNobodyUp)

@@ -2,9 +2,11 @@
 
 #include "ai/paths/CellSteps.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <limits>
+#include <vector>
 
 namespace
 {
@@ -117,7 +119,7 @@ void PathSearch::nameNodes()
 {
     for (Index index = 0; index < poolIndex; ++index)
         if (field->has(nodePool[index].x, nodePool[index].z))
-            field->nodeAt(field->numberOf(nodePool[index].x, nodePool[index].z)) = firstName + index;
+            INSERT_NODE(field->numberOf(nodePool[index].x, nodePool[index].z), index);
 }
 
 /// Reaches the neighbours of a cell; false where the pool is full.
@@ -149,7 +151,7 @@ inline bool PathSearch::reach(Index from, std::size_t number, int direction)
     const int x = nodePool[from].x + CELL_STEPS[direction].dx, z = nodePool[from].z + CELL_STEPS[direction].dz;
     const float cost = calculateNodeCost(nodePool[from].movementCost, field->saturationAt(number));
     const float totalCost = cost + leftFrom(x, z);
-    Index index = find(number);
+    Index index = FIND_NODE(number);
     if (index == NONE)
     {
         index = createNode(number, x, z);
@@ -180,7 +182,7 @@ inline PathSearch::Index PathSearch::createNode(std::size_t number, int x, int z
     const Index index = poolIndex++;
     nodePool[index].x = x;
     nodePool[index].z = z;
-    field->nodeAt(number) = firstName + index;
+    INSERT_NODE(number, index);
     return index;
 }
 
@@ -204,8 +206,12 @@ PathNode *PathSearch::layOutPath()
 
 void PathSearch::listCells(bool waiting, HexCont &cells) const
 {
-    cells.clear();
+    std::vector<ReachedCell> listed;
     for (Index index = 0; index < poolIndex; ++index)
         if (openList.holds(index) == waiting)
-            cells.push_back(cellOf(nodePool[index]));
+            listed.push_back(nodePool[index]);
+    std::sort(listed.begin(), listed.end(), NodeComp());
+    cells.clear();
+    for (const ReachedCell &reached : listed)
+        cells.push_back(cellOf(reached));
 }

@@ -66,7 +66,7 @@ public:
     GridCell getStart() const { return cellOf(nodePool[0]); }
     /// Count of cells that were reached.
     int getNodeCount() const { return static_cast<int>(poolIndex); }
-    /// The cells that were reached: those that wait to be expanded, or those that have been.
+    /// The cells that were reached, row by row: those that wait to be expanded, or those that have been.
     void listCells(bool waiting, HexCont &cells) const;
 
     /// What is taken to be left of a way: |dx| + |dz|, cells of one grid.
@@ -98,11 +98,14 @@ private:
     bool expand(Index current, const StepRule *rule);
     bool reach(Index from, std::size_t number, int direction);
     Index createNode(std::size_t number, int x, int z);
-    Index find(std::size_t number)
+    /// The node of a cell in this search; NONE for a cell that it has not reached.
+    Index FIND_NODE(std::size_t number)
     {
         const Index index = field->nodeAt(number) - firstName;
         return index < poolIndex ? index : NONE;
     }
+    /// Makes a node that of its cell.
+    void INSERT_NODE(std::size_t number, Index index) { field->nodeAt(number) = firstName + index; }
 
     PathArray<ReachedCell> nodePool; ///< by order of arrival
     NodeList openList;               ///< reached and not expanded; the others form the closed list

@@ -24,6 +24,15 @@ struct ReachedCell
 };
 static_assert(sizeof(ReachedCell) == 32, "two share a line of the cache");
 
+/// Orders cells as they stand in their grid, row by row.
+struct NodeComp
+{
+    bool operator()(const ReachedCell &lhs, const ReachedCell &rhs) const
+    {
+        return lhs.z != rhs.z ? lhs.z < rhs.z : lhs.x < rhs.x;
+    }
+};
+
 /// Orders cells by what their whole ways are taken to cost; of equal ones the one that came first stays in front.
 struct CostComp
 {

@@ -35,7 +35,7 @@ constexpr float BEHIND = 1.2f;         ///< metres past a door at which one clos
 constexpr float FORGOTTEN = 4.f;       ///< metres from a door at which nobody cares for it any more
 constexpr Seconds STANDSTILL = 1.0;    ///< without way until it is asked anew
 constexpr float LEAST_WAY = 0.2f;      ///< of what the speed would give
-constexpr float UNHINDERED = 0.5f;     ///< of that; who makes less has to come nearer
+constexpr float UNHINDERED = 0.5f;     ///< of that; who makes less near his aim has to come nearer
 constexpr int MOST_STANDSTILLS = 20;   ///< until it gives up
 constexpr float CLOSE_ENOUGH = 1.f;    ///< metres from a place that others take
 constexpr int CAREFUL_CELLS = 3;       ///< gone one by one by who has got stuck
@@ -316,8 +316,8 @@ bool PathFollower::findAside(const Body &body)
 void PathFollower::giveWay(const Body &body)
 {
     backSeconds -= body.seconds;
-    // Its way began where it stood, which may be where there is none: half a cell behind a wall.
-    if (!(backSeconds > 0.0))
+    // Its way may begin on the other side of a wall that it stood close to, from where it does not come to it.
+    if (!(backSeconds > 0.0) && !body.ways->isFree(body.place, stationAt(body, next), body.walker, false))
         wantPath(SCS("it gave way"));
     lastPlace = body.place;
     sinceLastPlace = 0.0;
@@ -504,8 +504,10 @@ void PathFollower::watchProgress(const Body &body)
     const float wanted = speed * static_cast<float>(sinceLastPlace);
     lastPlace = body.place;
     sinceLastPlace = 0.0;
-    // Two who want to the same place may go round it for ever, slowly, and neither comes there.
-    if (made > LEAST_WAY * wanted && (made > UNHINDERED * wanted || nearer > 0.f))
+    // Two whose ways lead by the same cell may go round it for ever, slowly, and neither comes there.
+    const bool isCircling =
+        next < way.size() && made < UNHINDERED * wanted && nearer < 0.f && flatDistance(body.place, aim) < CLOSE_ENOUGH;
+    if (made > LEAST_WAY * wanted && !isCircling)
     {
         standstills = 0;
         return;

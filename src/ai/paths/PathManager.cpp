@@ -70,11 +70,10 @@ void PathManager::destroyComponent(Handle<AbstractComponent> component)
 void PathManager::maintainQueue()
 {
     sortRequests();
-    for (std::size_t i = firstRequest; i < pathRequests.size(); ++i)
+    // The urgent ones stand in front and rise no more: a long queue costs what has come in the last second.
+    for (std::size_t i = pathRequests.size(); i > firstRequest && pathRequests[i - 1].request.priority < RP_Urgent; --i)
     {
-        PathRequest &request = pathRequests[i].request;
-        if (request.priority >= RP_Urgent)
-            continue;
+        PathRequest &request = pathRequests[i - 1].request;
         request.timeInQueue += frameSeconds;
         if (!(request.timeInQueue > MAX_REQUEST_WAIT_TIME))
             continue;

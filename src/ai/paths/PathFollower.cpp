@@ -6,7 +6,9 @@
 #include "ai/steering/SteeringComponent.h"
 #include "physics/bodies/PhysicsComponent.h"
 #include "physics/doors/DoorCalls.h"
+#include "physics/grid/PartitioningGrid.h"
 #include "physics/grid/SquareGrid.h"
+#include "physics/volumes/BoundingVolume.h"
 
 #include "engine/entities/ComponentKeys.h"
 #include "engine/entities/ComponentOf.h"
@@ -35,7 +37,7 @@ constexpr float BEHIND = 1.2f;         ///< metres past a door at which one clos
 constexpr float FORGOTTEN = 4.f;       ///< metres from a door at which nobody cares for it any more
 constexpr Seconds STANDSTILL = 1.0;    ///< without way until it is asked anew
 constexpr float LEAST_WAY = 0.2f;      ///< of what the speed would give
-constexpr float UNHINDERED = 0.5f;     ///< of that; who makes less near his aim has to come nearer
+constexpr float UNHINDERED = 0.5f;     ///< of that; who makes less beside another has to come nearer
 constexpr int MOST_STANDSTILLS = 20;   ///< until it gives up
 constexpr float CLOSE_ENOUGH = 1.f;    ///< metres from a place that others take
 constexpr int CAREFUL_CELLS = 3;       ///< gone one by one by who has got stuck
@@ -316,9 +318,6 @@ bool PathFollower::findAside(const Body &body)
 void PathFollower::giveWay(const Body &body)
 {
     backSeconds -= body.seconds;
-    // Its way may begin on the other side of a wall that it stood close to, from where it does not come to it.
-    if (!(backSeconds > 0.0) && !body.ways->isFree(body.place, stationAt(body, next), body.walker, false))
-        wantPath(SCS("it gave way"));
     lastPlace = body.place;
     sinceLastPlace = 0.0;
     standstills = 0;
@@ -492,6 +491,28 @@ void PathFollower::closeBehind(const Body &body)
     doorBehind = Handle<PhysicsComponent>();
 }
 
+/// Whether somebody else stands or goes so near that they are in each other's way.
+bool PathFollower::isBesideOther(const Body &body) const
+{
+    const auto grid = PartitioningGrid::ofMap(body.transform->findMap()).lookup();
+    if (!grid)
+        return false;
+    const float near = CLOSE_ENOUGH + body.walker.radius;
+    const Vec4 reach(near, 0.f, near, 0.f);
+    const CellRect around =
+        CellRect::between(grid->getCellCoords(body.place - reach), grid->getCellCoords(body.place + reach),
+                          grid->getColumns(), grid->getRows());
+    bool found = false;
+    grid->forEachMovingNear(around, body.place, near,
+                            [&](int, int, const BoundingVolume &volume)
+                            {
+                                const auto *const other =
+                                    componentOf<PathFollower>(volume.getParent(), ComponentKeys::pathFollower);
+                                found = found || (other && other != this);
+                            });
+    return found;
+}
+
 /// Asks anew where it makes no way, and gives up in the end.
 void PathFollower::watchProgress(const Body &body)
 {
@@ -505,8 +526,7 @@ void PathFollower::watchProgress(const Body &body)
     lastPlace = body.place;
     sinceLastPlace = 0.0;
     // Two whose ways lead by the same cell may go round it for ever, slowly, and neither comes there.
-    const bool isCircling =
-        next < way.size() && made < UNHINDERED * wanted && nearer < 0.f && flatDistance(body.place, aim) < CLOSE_ENOUGH;
+    const bool isCircling = next < way.size() && made < UNHINDERED * wanted && nearer < 0.f && isBesideOther(body);
     if (made > LEAST_WAY * wanted && !isCircling)
     {
         standstills = 0;

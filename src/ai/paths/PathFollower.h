@@ -161,6 +161,7 @@ private:
     void waitForDoor(const Body &body);
     void unlatch(const Body &body, PhysicsComponent &leaf);
     void closeBehind(const Body &body);
+    bool isBesideOther(const Body &body) const;
     void watchProgress(const Body &body);
     bool findAside(const Body &body);
     void giveWay(const Body &body);

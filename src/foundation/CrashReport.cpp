@@ -151,7 +151,7 @@ void install()
 {
     // The unwinder allocates at its first use. Symbols are read by system calls alone, which a signal handler may do, and
     // only when they are asked for: reading them holds up a start by a tenth of a second.
-    StackTrace{};
+    [[maybe_unused]] const StackTrace walkedOnce;
     SymInitialize(GetCurrentProcess(), nullptr, TRUE);
     SetUnhandledExceptionFilter(reportCrash);
 }

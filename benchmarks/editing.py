@@ -103,7 +103,8 @@ state = {}
 
 
 def of(level):
-    from editor.source import Edits, Pieces
+    from editor.edits import Edits
+    from editor.source import Pieces
     return Edits.of(level), Pieces.of(level)
 
 
@@ -135,7 +136,8 @@ attend(FRAMES.get)
 
 SAVE = """
 def save(level):
-    from editor.source import Edits, Pieces, Writing
+    from editor.edits import Edits
+    from editor.source import Pieces, Writing
     pieces, edits = Pieces.of(level), Edits.of(level)
     with edits.step('All'):
         for number, (x, z) in enumerate(PLACES, 1):

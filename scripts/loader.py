@@ -151,7 +151,7 @@ def _giveConsole(coordinator: kaVel.Coordinator):
     """Gives a level its console; where the scripts of that are wrong, it says so and goes without."""
     try:
         from console.Session import Session
-        from objects.Console import Console
+        from objects.screen.Console import Console
         Session(Console(coordinator, 'Console')).furnish()
     except Exception:
         kaVel.log('The level %r has no console:\n%s' % (coordinator.levelName, traceback.format_exc()))

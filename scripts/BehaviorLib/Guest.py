@@ -3,7 +3,7 @@
 import kaVel
 from BehaviorLib.Growing import Growing
 from kaVel import ActionStatus
-from objects.Prey import Prey
+from objects.creatures.Prey import Prey
 
 #: Metres a second at which it comes to light.
 HURRY = 1.3

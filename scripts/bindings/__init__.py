@@ -1,7 +1,7 @@
 """Which keys, mouse buttons and buttons of a pad stand for which action.
 
 Scripts name an action and never a key: `kaVel.onKey(coordinator, 'use', function)` calls a function when one of the
-action's inputs goes down, `objects.Control` knows which actions are held, and a prompt says `promptName('use')`.
+action's inputs goes down, `objects.player.Control` knows which actions are held, and a prompt says `promptName('use')`.
 
     bindings.bind('forward', ['W', 'Up'])   # kept for the games to come
     bindings.bindPad('use', 'A')

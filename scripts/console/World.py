@@ -101,9 +101,9 @@ def give(session: Session, line: str) -> str:
     if line == 'sanity':
         player.getComponent('player').sanity = 100.0
     elif line == 'life':
-        _module('objects.Life').lifeOf(session.level).restore()
+        _module('objects.player.Life').lifeOf(session.level).restore()
     else:
-        _module('objects.Pockets').pocketsOf(session.level).add(line)
+        _module('objects.player.Pockets').pocketsOf(session.level).add(line)
     return 'Given: %s' % line
 
 

@@ -8,8 +8,8 @@ from typing import TYPE_CHECKING, Any, Callable, Iterable
 import editing
 import kaVel
 from editor import Catalogue, Places
+from editor.edits.Refused import Refused
 from editor.source.Pieces import Piece
-from editor.source.Refused import Refused
 from objects.Placing import Triple
 
 if TYPE_CHECKING:

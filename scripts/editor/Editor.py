@@ -20,17 +20,18 @@ from editor import Commands, Keys
 from editor.Aids import Aids
 from editor.Camera import Camera
 from editor.Ceilings import Ceilings
+from editor.edits import Edits
+from editor.edits.Refused import Refused
 from editor.Inspected import Inspected
+from editor.panels import Panels
 from editor.Playing import Playing
 from editor.Recording import Recording
 from editor.Selection import Selection
 from editor.Snapping import Snapping
+from editor.source import Pieces, Writing
+from editor.source.Pieces import Piece
 from editor.Tools import Tool, tools
 from editor.Views import View, views
-from editor.panels import Panels
-from editor.source import Edits, Pieces, Writing
-from editor.source.Pieces import Piece
-from editor.source.Refused import Refused
 from perLevel import PerLevel
 from screens import Screens
 

@@ -12,7 +12,8 @@ from typing import TYPE_CHECKING, Any
 import editing
 import kaVel
 from editor import Places
-from editor.source import Edits, Pieces
+from editor.edits import Edits
+from editor.source import Pieces
 from editor.source.Pieces import Piece
 
 if TYPE_CHECKING:

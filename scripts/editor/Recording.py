@@ -13,9 +13,10 @@ from typing import TYPE_CHECKING, Any
 import _kaVel
 import kaVel
 from editor import Inspected
-from editor.source import Changes, Literals, Parameters, Touches
+from editor.edits import Changes, Touches
+from editor.edits.Refused import Refused
+from editor.source import Literals, Parameters
 from editor.source.Pieces import Piece
-from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
     from editor.Editor import Editor

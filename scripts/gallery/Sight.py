@@ -11,7 +11,7 @@ import editing
 import kaVel
 from gallery.Shell import DOOR_Z, PITCH, WIDTH
 from kaVel import Entity, Object
-from objects.Visitor import Visitor
+from objects.player.Visitor import Visitor
 from perLevel import levelOf
 
 #: Half the width of the widest doorway, metres.

@@ -5,7 +5,7 @@ from __future__ import annotations
 import kaVel
 from kaVel import Coordinator, MapRootEntity
 from objects import Sequences
-from objects.Music import Music
+from objects.sound.Music import Music
 from screens import Screens, Ways
 from title import Room
 from title.Eye import Eye

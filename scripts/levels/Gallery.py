@@ -12,8 +12,8 @@ from gallery.Rooms import FRAMED, ROOMS
 from gallery.Shell import MASONRY, PITCH, VILLA, Room, passage, solids
 from gallery.Sight import Sight
 from kaVel import Coordinator, MapRootEntity
-from objects.Control import onPlaceKeys
 from objects.Placing import onFrame
+from objects.player.Control import onPlaceKeys
 
 #: What `tools/lint` finds here and is meant: kind -> object -> why.
 LINT = {

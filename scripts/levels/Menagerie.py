@@ -16,7 +16,7 @@ from menagerie.Board import Board
 from menagerie.Crowd import Crowd
 from menagerie.Lamp import Lamp
 from menagerie.Stations import STATIONS
-from objects.Control import onPlaceKeys
+from objects.player.Control import onPlaceKeys
 
 _visit: Visit
 

@@ -32,8 +32,8 @@ from kaVel import Coordinator, MapRootEntity
 from nightfall import Chart, Doors, Furnishing, Joinery, Lights, Moon, Portals, Shell, Sounds, Stairs, Things, Views
 from nightfall.Creatures import Creatures
 from nightfall.Story import WAKING, Story
-from objects.Music import Music
-from objects.Safety import Safety
+from objects.player.Safety import Safety
+from objects.sound.Music import Music
 
 #: What `tools/lint` finds here and is meant: kind -> object -> why.
 LINT = {

@@ -7,7 +7,7 @@ import kaVel
 import mods
 import session
 from kaVel import Coordinator, MapRootEntity, ScriptComponent
-from objects.Music import Music
+from objects.sound.Music import Music
 from screens import Screens
 from title import Room
 from title.Eye import Eye

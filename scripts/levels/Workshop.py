@@ -11,7 +11,7 @@ from __future__ import annotations
 import kaVel
 import objects.GameObjects as place
 from kaVel import Coordinator, MapRootEntity
-from objects.Control import onPlaceKeys
+from objects.player.Control import onPlaceKeys
 from workshop import Bodies, Doors, Furnishing, Mechanisms, Shell
 from workshop.Stations import STATIONS
 

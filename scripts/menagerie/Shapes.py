@@ -3,7 +3,7 @@
 from __future__ import annotations
 
 import kaVel
-from objects.Lathe import lathe, limb
+from objects.things.Lathe import lathe, limb
 
 #: How high above its feet a creature's own place is, the middle of the ball that it goes on, metres.
 MIDDLE = 0.25

@@ -7,9 +7,9 @@ from typing import Callable
 import kaVel
 import words
 from nightfall.Plan import KINDS, ROOMS, STAIRS_FOOT, STAIRS_HEAD, STAIRS_WIDTH, STAIRS_X, TREAD, WALLS, Room, Wall
-from objects.Charts import Chart, Line
-from objects.Charts import Room as Drawn
 from objects.Placing import Pair
+from objects.player.Charts import Chart, Line
+from objects.player.Charts import Room as Drawn
 
 WEST, SOUTH = -0.6, -5.0  # what lies at the plan's upper left corner
 SIZE = 30.6, 22.0         # metres to the right and down

@@ -8,9 +8,9 @@ import kaVel
 import objects.GameObjects as place
 from kaVel import MapRootEntity
 from nightfall.Plan import UP
-from objects import Guest
-from objects.Damp import sendHome
-from objects.Fittings import wake
+from objects.creatures import Guest
+from objects.creatures.Damp import sendHome
+from objects.creatures.Fittings import wake
 from objects.Placing import Triple
 
 #: Where the figures of the sewing room stand, which way they look, how, and how far they go from there: not so far that

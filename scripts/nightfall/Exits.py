@@ -10,8 +10,8 @@ from kaVel import Entity, MapRootEntity
 from nightfall.Made import boxes
 from nightfall.Plan import EAST, SOUTH
 from objects import Sequences
-from objects.Bodies import addWall
 from objects.Placing import addVolume, placed
+from objects.things.Bodies import addWall
 
 RIDE = 30.0    # seconds that the lift climbs, and those from the lever on
 COMES = 3.4 + RIDE

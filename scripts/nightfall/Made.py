@@ -7,8 +7,8 @@ import math
 import kaVel
 import objects.GameObjects as place
 from kaVel import Entity
-from objects.Lathe import drape, spindle
 from objects.Placing import Triple
+from objects.things.Lathe import drape, spindle
 
 
 def boxes(*corners: tuple[Triple, Triple]):

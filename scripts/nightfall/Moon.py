@@ -11,7 +11,7 @@ from kaVel import Entity, MapRootEntity
 from nightfall.Plan import ROOMS, roomAt
 from nightfall.Sides import Side, plane, wallsOf
 from objects.Placing import Triple, onFrame
-from objects.Visitor import Visitor
+from objects.player.Visitor import Visitor
 
 TURN, PITCH = 147.0, 29.0  # the way of its light, degrees: it stands in the north-west
 WIDE = math.radians(2.6)   # its disc, larger than life, as one remembers it

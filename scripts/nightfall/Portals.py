@@ -7,8 +7,8 @@ from typing import Mapping
 import objects.GameObjects as place
 from kaVel import Entity
 from nightfall.Plan import DOORS, STAIRS_HEAD, STAIRS_X, roomAt
-from objects.Sight import Opening
-from objects.Visitor import Visitor
+from objects.house.Sight import Opening
+from objects.player.Visitor import Visitor
 
 
 def build(rooms: Mapping[str, Entity], leaves: Mapping[str, Entity], visitor: Visitor):

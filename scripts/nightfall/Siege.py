@@ -10,8 +10,8 @@ from kaVel import Entity, MapRootEntity
 from nightfall.Made import boxes
 from nightfall.Plan import WEST
 from objects import Sequences
-from objects.Marks import marked
 from objects.Placing import Triple, addVolume, placed
+from objects.screen.Marks import marked
 
 DOOR: Triple = (10.4, 0.0, 20.4)
 BOLT: Triple = (10.245, 1.22, 20.84)  # where it lies when it is home

@@ -10,11 +10,11 @@ import words
 from kaVel import Entity, MapRootEntity
 from nightfall.Made import boxes
 from nightfall.Plan import STAIRS_HEAD, STAIRS_WIDTH, STAIRS_X, UP, WEST
-from objects.Bodies import addWall
-from objects.Hands import Hands, handsOf
-from objects.Marks import marked
 from objects.Placing import Triple, addVolume, onFrame, placed, turned
-from objects.Pockets import pocketsOf, taken
+from objects.player.Hands import Hands, handsOf
+from objects.player.Pockets import pocketsOf, taken
+from objects.screen.Marks import marked
+from objects.things.Bodies import addWall
 
 WINDS, SINKS = 11.0, 30.0  # seconds that it takes to open, and to close again by its weight once it is let go
 WAY = STAIRS_WIDTH + 0.04  # metres that it goes aside, behind the railing

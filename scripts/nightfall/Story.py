@@ -13,11 +13,12 @@ from nightfall.Plan import DOORS, STAIRS_HEAD, STAIRS_X, UP, roomAt
 from nightfall.Siege import Siege
 from nightfall.Sounds import CLOCK, PIPES
 from nightfall.StairGate import StairGate
-from objects import Sequences, Tutorials
-from objects.Hands import handsOf
+from objects import Sequences
 from objects.Placing import Triple, onFrame, placed
+from objects.player.Hands import handsOf
+from objects.screen import Tutorials
+from objects.screen.Tutorials import Prompt
 from objects.Sequences import Until
-from objects.Tutorials import Prompt
 from saves import Moments
 from saves.Kept import keepPart
 

@@ -5,7 +5,7 @@ from __future__ import annotations
 from typing import Callable, NamedTuple
 
 from objects.Placing import Triple
-from objects.Visitor import Visitor
+from objects.player.Visitor import Visitor
 
 
 class View(NamedTuple):

@@ -12,47 +12,47 @@ of a flock and the members of swarms.
 
 import kaVel
 import mods
-from objects.Acoustics import *
-from objects.Bodies import *
-from objects.Breath import Glass, Pane
-from objects.Building import *
-from objects.Cameras import *
-from objects.Carrying import Bolt, LooseBottle, LooseCrate
-from objects.Counters import Counter
-from objects.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
-from objects.Damp import Damp
-from objects.Doors import DoorFrame, HingedDoor, IronDoor, SlidingDoor
-from objects.Drawers import Chest, Drawer, inDrawer
-from objects.Drawn import *
-from objects.Fittings import Fitting
-from objects.Furniture import *
-from objects.Guest import Guest
+from objects.creatures.Creatures import Boid, Crow, Moth, Rat, Swarm, shaped
+from objects.creatures.Damp import Damp
+from objects.creatures.Fittings import Fitting
+from objects.creatures.Guest import Guest
+from objects.creatures.Routes import BlockedCells, PatrolRoute, Walker, Waypoint
+from objects.creatures.Spawners import Spawner
+from objects.creatures.Warnings import Crows, Moths, Rats
 from objects.Happenings import ButtonThatDoes, Exit, SafePlace, TriggerArea, UsePlace
-from objects.Keys import Key
-from objects.Lights import *
-from objects.MapShell import Ceiling, Floor
-from objects.Models import *
-from objects.Nerves import dreaded, nervesOf, shakeLight
-from objects.Notes import Note
-from objects.Notice import Notice
-from objects.Pad import shakePad
+from objects.house.Building import *
+from objects.house.Doors import DoorFrame, HingedDoor, IronDoor, SlidingDoor
+from objects.house.MapShell import Ceiling, Floor
+from objects.house.Rooms import CeilingArea, FloorArea, Room
+from objects.house.Sight import Opening, Sight
+from objects.house.Stairs import Slope, Stairs
+from objects.house.Walls import Walls, Window
 from objects.Placing import *
-from objects.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
-from objects.Pockets import pocketsOf
-from objects.Pointing import Pointer
-from objects.Rooms import CeilingArea, FloorArea, Room
-from objects.Routes import BlockedCells, PatrolRoute, Walker, Waypoint
-from objects.Sight import Opening, Sight
-from objects.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
-from objects.Spawners import Spawner
-from objects.Stairs import Slope, Stairs
-from objects.Switches import *
-from objects.Throwing import Bolts
+from objects.player.Carrying import Bolt, LooseBottle, LooseCrate
+from objects.player.Nerves import dreaded, nervesOf, shakeLight
+from objects.player.Pad import shakePad
+from objects.player.Player import BatteryMeter, Flashlight, Hud, Player, SpareBattery
+from objects.player.Pockets import pocketsOf
+from objects.player.Pointing import Pointer
+from objects.player.Throwing import Bolts
+from objects.player.Visitor import Visitor, visitorOf
+from objects.screen.Counters import Counter
+from objects.screen.Notice import Notice
+from objects.sound.Acoustics import *
+from objects.sound.Sounds import NowAndThen, Sound, hear, heard, heardAs, sounding, sounds
+from objects.things.Bodies import *
+from objects.things.Breath import Glass, Pane
+from objects.things.Cameras import *
+from objects.things.Drawers import Chest, Drawer, inDrawer
+from objects.things.Drawn import *
+from objects.things.Furniture import *
+from objects.things.Keys import Key
+from objects.things.Lights import *
+from objects.things.Models import *
+from objects.things.Notes import Note
+from objects.things.Switches import *
+from objects.things.Volumes import ForceVolume
 from objects.Triggers import Place, Trigger
-from objects.Visitor import Visitor, visitorOf
-from objects.Volumes import ForceVolume
-from objects.Walls import Walls, Window
-from objects.Warnings import Crows, Moths, Rats
 
 
 @kaVel.pattern

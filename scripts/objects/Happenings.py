@@ -16,19 +16,20 @@ from typing import Any, Callable, NamedTuple, Sequence
 import kaVel
 import saves
 import words
-from objects import Guest, Sequences
-from objects.Hands import handsOf
-from objects.Marks import marked
-from objects.Music import Music
-from objects.Notice import Notice
+from objects import Sequences
+from objects.creatures import Guest
 from objects.Placing import Triple, addVolume, placed
-from objects.Pockets import Page, pocketsOf
-from objects.Pointing import Pointer
-from objects.Safety import Safety
-from objects.Sounds import sounds
-from objects.Switches import ButtonOnPost
+from objects.player.Hands import handsOf
+from objects.player.Pockets import Page, pocketsOf
+from objects.player.Pointing import Pointer
+from objects.player.Safety import Safety
+from objects.player.Visitor import visitorOf
+from objects.screen.Marks import marked
+from objects.screen.Notice import Notice
+from objects.sound.Music import Music
+from objects.sound.Sounds import sounds
+from objects.things.Switches import ButtonOnPost
 from objects.Triggers import Trigger
-from objects.Visitor import visitorOf
 from perLevel import PerLevel, levelOf
 from saves import Moments
 

@@ -7,8 +7,8 @@ from typing import Callable
 
 import kaVel
 import words
-from objects import Tutorials
 from objects.Placing import LevelClock, Triple, addVolume, placed
+from objects.screen import Tutorials
 
 #: Where a player is noticed, metres above his feet: higher than what rolls and crawls, lower than one who crouches.
 LOW, HIGH = 0.72, 0.86

@@ -75,7 +75,7 @@ def showIn(level: kaVel.Coordinator) -> None:
 
 
 def _build(level: kaVel.Coordinator) -> Any:
-    from objects.Drawn import Picture, Text  # of the scripts of the level, which are read anew with it
+    from objects.things.Drawn import Picture, Text  # of the scripts of the level, which are read anew with it
     rows = [row for path, fault in list(_faults.items())[:MOST_FAULTS] for row in enumerate(_linesOf(path, fault))]
     if len(_faults) > MOST_FAULTS:
         rows.append((1, '... and %d more files' % (len(_faults) - MOST_FAULTS)))

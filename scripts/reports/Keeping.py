@@ -273,7 +273,7 @@ def goesOn(process: str) -> bool:
 
 def tell(level: kaVel.Coordinator, text: str) -> None:
     """Shows a text in a level for some seconds; in one that stands still, for as long as it does."""
-    from objects.Notice import Notice
+    from objects.screen.Notice import Notice
     if not level:
         return
     if level not in _notices:

@@ -101,7 +101,7 @@ def verdict(level: Any) -> Verdict:
 
 
 def _isReading(player: kaVel.Entity) -> bool:
-    from objects.Hands import handsOf
+    from objects.player.Hands import handsOf
     hands = handsOf(player)
     return bool(hands and hands.isReading())
 

@@ -178,7 +178,7 @@ def _tell(outcome: Outcome):
     """Tells a player of a save that he did not ask for just now, if it has failed."""
     if outcome.done or outcome.waits:
         return
-    from objects.Pockets import pocketsOf
+    from objects.player.Pockets import pocketsOf
     kaVel.log(outcome.said)
     pocketsOf(_level()).tell(outcome.said)
 

@@ -5,9 +5,9 @@ from __future__ import annotations
 from typing import Any
 
 import kaVel
-from objects.Charts import chartOf
-from screens import Kit as kit
+from objects.player.Charts import chartOf
 from screens import Screens
+from screens import Kit as kit
 
 UNIT = 30.0     # a metre, 1/1080 of the height
 LETTERS = 21.0

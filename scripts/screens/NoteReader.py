@@ -6,9 +6,9 @@ from typing import Any
 
 import kaVel
 import words
-from objects.Pockets import Page
-from screens import Kit as kit
+from objects.player.Pockets import Page
 from screens import Screens
+from screens import Kit as kit
 
 VEIL = 0.86
 PAPER = 760, 1010

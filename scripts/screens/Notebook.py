@@ -6,9 +6,9 @@ from typing import Any
 
 import kaVel
 import words
-from objects.Pockets import pocketsOf
-from screens import Kit as kit
+from objects.player.Pockets import pocketsOf
 from screens import Map, Screens
+from screens import Kit as kit
 
 
 def build(menu: kaVel.Entity):

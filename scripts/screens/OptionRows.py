@@ -7,8 +7,8 @@ from typing import Any, Callable, NamedTuple, Sequence
 import kaVel
 import settings
 import words
-from screens import Kit as kit
 from screens import Screens
+from screens import Kit as kit
 from settings import Presets
 
 Choices = Sequence[tuple[Any, str]]
@@ -211,7 +211,7 @@ def _showValue(row: Row, component: Any) -> None:
 
 def _play(part: kaVel.Entity, row: Row) -> None:
     """Has heard how loud a category is now, unless its sample sounds already."""
-    from objects.Sounds import sounds
+    from objects.sound.Sounds import sounds
     menu = kit.menuOf(part).parent
     if row.name == 'musicVolume':
         component = sounds(menu)

@@ -341,6 +341,6 @@ def _livingAt(menu: kaVel.Entity, path: str) -> kaVel.Entity | None:
 
 def _sound(screen: Screen, event: str):
     """Has an event of the sound project heard, where there is one."""
-    from objects.Sounds import sounds
+    from objects.sound.Sounds import sounds
     if screen.menu and not screen.menu.isDying():
         sounds(screen.menu, event).playSoundEffect(event)

@@ -6,8 +6,8 @@ from typing import Any
 
 import kaVel
 import session
-from objects.Drawn import Picture
 from objects.Placing import LevelClock
+from objects.things.Drawn import Picture
 
 SIZE = 0.15                         # share of the window's longer side
 OPEN, CLOSES, ROOM = 0.26, 0.10, 1.0  # seconds: the eye is open, it closes, the room comes up

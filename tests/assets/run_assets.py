@@ -101,7 +101,7 @@ def test_textures_that_repeat_show_no_seam(_):
 
 def test_every_model_and_surface_that_the_patterns_name_is_there(_):
     parts = []
-    modules = sorted((ROOT / "scripts" / "objects").glob("*.py"))
+    modules = sorted((ROOT / "scripts" / "objects").rglob("*.py"))
     for node in (node for path in modules for node in ast.walk(ast.parse(path.read_text(encoding="utf-8")))):
         if isinstance(node, ast.Call) and getattr(node.func, "id", "") == "thing":
             parts += [(word.arg, word.value.value) for word in node.keywords if isinstance(word.value.value, str)]

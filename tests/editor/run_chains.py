@@ -37,8 +37,8 @@ import traceback
 
 import levelChanges
 from editor.Editor import Editor
+from editor.edits.Refused import Refused
 from editor.source import Writing
-from editor.source.Refused import Refused
 
 PATIENCE = 100  # frames that a level may take to be loaded
 FILES = None

@@ -401,8 +401,8 @@ import os
 
 
 def edit(level):
+    from editor.edits.Refused import Refused
     from editor.source import Writing
-    from editor.source.Refused import Refused
     pieces, edits = of(level)
     file = named(pieces, 'desk').origin[0]
     edits.change(named(pieces, 'desk'), at=(2, 0, 2))
@@ -433,7 +433,7 @@ def edit(level):
 
 
 def gone(level):
-    from editor.source.Refused import Refused
+    from editor.edits.Refused import Refused
     pieces, edits = of(level)
     try:
         edits.change(named(pieces, 'jar'), turn=40)
@@ -489,7 +489,7 @@ STOOLS = '''"""What one sits on in a yard."""
 
 import kaVel
 import objects.GameObjects as place
-from objects.Models import thing
+from objects.things.Models import thing
 
 Bench = thing(sideTable='wood')
 
@@ -502,8 +502,8 @@ def Stool(parent: kaVel.Object, name: str = '', at: place.Triple = (0, 0, 0), sc
 '''
 
 FOR_ALL = """
+from editor.edits.Refused import Refused
 from editor.source import ForAll, Writing
-from editor.source.Refused import Refused
 
 
 def look(level, what):
@@ -585,8 +585,8 @@ def test_a_change_is_written_into_the_pattern_for_all_that_it_builds_and_undone_
 UNWRITABLE = """
 import os
 
+from editor.edits.Refused import Refused
 from editor.source import Writing
-from editor.source.Refused import Refused
 
 
 def edit(level):
@@ -605,7 +605,7 @@ STEPS = {2: edit}
 """
 
 UNSAVED = """
-from editor.source.Refused import Refused
+from editor.edits.Refused import Refused
 
 
 def edit(level):

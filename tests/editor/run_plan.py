@@ -11,7 +11,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 sys.path[:0] = [str(ROOT / "tests" / "support"), str(ROOT / "scripts")]
 import game
 import golden
-from objects.Plans import Opening, Plan, area, checkedOutline, holds, strips, triangles
+from objects.house.Plans import Opening, Plan, area, checkedOutline, holds, strips, triangles
 
 
 def random_plan(dice):
@@ -163,7 +163,7 @@ import random
 
 import kaVel
 import objects.GameObjects as place
-from objects.Plans import Plan, Opening
+from objects.house.Plans import Plan, Opening
 
 
 def build(coordinator):
@@ -243,7 +243,7 @@ def script(coordinator):
         if not through and far > math.hypot(2.5, 2.1) + 0.01:
             kaVel.log('note: leak at %.2f, %.2f m' % (turn, far))
     map.getChild('noGo').murder()
-    from objects import MapSize
+    from objects.house import MapSize
     MapSize.settle(coordinator)
     kaVel.log('note: freed %s' % (grid.getCellFloatValue(cell(6, 2).x, cell(6, 2).z, 0) < 0.9))
     yield

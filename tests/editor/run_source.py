@@ -18,7 +18,8 @@ MOVING = ('TransformComponent',)
 
 
 def of(level):
-    from editor.source import Edits, Pieces
+    from editor.edits import Edits
+    from editor.source import Pieces
     return Pieces.of(level), Edits.of(level)
 
 

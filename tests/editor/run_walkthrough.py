@@ -38,7 +38,7 @@ def _tellAll(self):
     entry = getattr(self.tool, 'entry', None)
     if entry:
         _tell('hand ' + entry.name, 1)
-    from objects.Pockets import pocketsOf
+    from objects.player.Pockets import pocketsOf
     viewer = standing.viewerIn(self.level)
     if viewer and not self.isOpen:
         at, turn, pitch = viewer.standing()

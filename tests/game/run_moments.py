@@ -10,10 +10,11 @@ import golden
 ROOM = """
 import kaVel
 import objects.GameObjects as place
-from objects import Sequences, Tutorials
-from objects.Life import lifeOf
-from objects.Music import Music
-from objects.Safety import Safety
+from objects import Sequences
+from objects.player.Life import lifeOf
+from objects.player.Safety import Safety
+from objects.screen import Tutorials
+from objects.sound.Music import Music
 
 
 def build(coordinator):

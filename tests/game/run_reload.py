@@ -111,13 +111,13 @@ def test_every_way_to_be_broken_is_shown_and_a_run_that_ends_with_it_ends_with_1
             ("levels/Cellar", "def build(coordinator):\n    x = (1\n", "Cellar.py, line 2', 'x = (1'"),
             ("levels/Cellar", "import kaVel\n", "scripts/levels/Cellar.py has no function build(coordinator)"),
             ("cellars/Shelves", "import sys\nsys.exit()\n", "Shelves.py, line 2', 'sys.exit()', 'SystemExit'"),
-            ("objects/Lights", "import kaVel\nkaVel.classNamed('Lamp')\n", "objects/Lights.py, line 2'"),
+            ("objects/things/Lights", "import kaVel\nkaVel.classNamed('Lamp')\n", "objects/things/Lights.py, line 2'"),
             ("levels/Cellar", None, "there is no level 'Cellar'; scripts/levels has:")):
         path = world.folder / "scripts" / f"{script}.py"
         whole = path.read_text(encoding="utf-8")
-        if script == "objects/Lights":  # is broken while the game runs; the screen does without it
+        if script == "objects/things/Lights":  # is broken while the game runs; the screen does without it
             world.write("scripts/watcher.py", WATCHER.replace("loop.queueLoadLevel('Cellar')",
-                        f"open('../scripts/objects/Lights.py', 'w').write({text!r}); loop.queueLoadLevel('FirstRoom')"))
+                        f"open('../scripts/{script}.py', 'w').write({text!r}); loop.queueLoadLevel('FirstRoom')"))
         elif text is None:
             path.unlink()
         else:

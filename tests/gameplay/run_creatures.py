@@ -16,8 +16,8 @@ import json
 import math
 import kaVel
 import objects.GameObjects as place
-from objects.Life import lifeOf
 from objects.Placing import onFrame, turned
+from objects.player.Life import lifeOf
 
 frames = [0]
 
@@ -389,7 +389,7 @@ def act(coordinator, map, player, frame):
 
 def test_crows_fall_silent_before_the_guest_and_glass_keeps_his_breath_and_the_players(world):
     told = play(world, """
-from objects import Guest
+from objects.creatures import Guest
 calls = []
 
 def furnish(map):
@@ -519,7 +519,7 @@ def act(coordinator):
 
 def test_the_bolt_holds_the_damp_off_until_the_lift_comes_for_whom_pushes_it_home(world):
     for pushes in (True, False):
-        world.write("scripts/levels/Chased.py", "from objects.Life import lifeOf\n" + BOLT % pushes)
+        world.write("scripts/levels/Chased.py", "from objects.player.Life import lifeOf\n" + BOLT % pushes)
         outcome = world.run("Chased", frames=42 * SECOND, KAVEL_SIZE="64x36", KAVEL_UNDRAWN="1")
         outcome.expect_code(0)
         assert not outcome.has("Traceback"), outcome.log[-3000:]

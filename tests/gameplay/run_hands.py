@@ -10,7 +10,7 @@ import game
 ROOM = """
 import kaVel
 import objects.GameObjects as place
-from objects.Hands import handsOf
+from objects.player.Hands import handsOf
 
 
 def build(coordinator):

@@ -13,7 +13,7 @@ import math
 import kaVel
 import settings
 import objects.GameObjects as place
-from objects import Nerves
+from objects.player import Nerves
 
 
 def build(coordinator):

@@ -17,7 +17,7 @@ CELLAR = game.ROOT / "examples" / "lantern-cellar"
 FACTS = """
 import objects.GameObjects as place
 import words
-from objects.Models import boundsOf
+from objects.things.Models import boundsOf
 kaVel.log('TEXTS %s, %s' % (words.text('menu.back'), words.text('mine.greeting', who='Ada')))
 kaVel.log('LANGUAGES %s' % words.languages())
 kaVel.log('MODEL %s' % (boundsOf('chair') == boundsOf('armchair')))

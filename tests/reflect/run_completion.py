@@ -119,7 +119,7 @@ def test_a_comment_stands_behind_each_name(server):
 
 def test_every_pattern_tells_what_it_is(_):
     silent, count = [], 0
-    for path in sorted((ROOT / "scripts" / "objects").glob("*.py")):
+    for path in sorted((ROOT / "scripts" / "objects").rglob("*.py")):
         body = ast.parse(path.read_text(encoding="utf-8")).body
         for node, behind in zip(body, body[1:] + [None]):
             if isinstance(node, ast.FunctionDef) and "kaVel.pattern" in map(ast.unparse, node.decorator_list):

@@ -28,7 +28,7 @@ STEPS = """
 import kaVel
 import objects.GameObjects as place
 import saves
-from objects.Life import lifeOf
+from objects.player.Life import lifeOf
 
 FACTS = []
 
@@ -98,8 +98,8 @@ def play(night):
         volume.interactWithPlayer(night.mind)
     night.map.getChild('stairKey').getComponent('boundingVolume').interactWithPlayer(night.mind)
     kaVel.configure(night.mind, sanity=61.0, currBatteryTimeLeft=33.0)
-    from objects.Carrying import throwBolt
-    from objects.Hands import handsOf
+    from objects.player.Carrying import throwBolt
+    from objects.player.Hands import handsOf
     night.story.pockets.add('bolt')
     throwBolt(handsOf(night.player))
     lifeOf(night.level).hurt(25, 'a test')
@@ -199,8 +199,8 @@ STEPS = {
 
 def test_whoever_is_saved_with_his_hands_full_comes_back_with_them_free(world):
     facts, _ = nightfall(world, """
-from objects.Hands import handsOf
-from objects.Pockets import Page
+from objects.player.Hands import handsOf
+from objects.player.Pockets import Page
 from screens import Screens
 
 USE, CHANGE = 0x45, 0x52

@@ -190,10 +190,10 @@ import os
 
 import kaVel
 import objects.GameObjects as place
-from objects.Hands import handsOf
-from objects.Life import lifeOf
-from objects.Music import Music
-from objects.Safety import Safety
+from objects.player.Hands import handsOf
+from objects.player.Life import lifeOf
+from objects.player.Safety import Safety
+from objects.sound.Music import Music
 
 
 def build(coordinator):

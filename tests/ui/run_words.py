@@ -55,7 +55,7 @@ import objects.GameObjects as place
 import settings
 import words
 from objects.Placing import onFrame, placed
-from objects.Sounds import sounds
+from objects.sound.Sounds import sounds
 
 def build(coordinator):
     settings.set('captions', True)

@@ -65,7 +65,7 @@ def parameters_of(function):
 def write(root, output, pictures):
     """Writes a page a module, and an index; returns the names of the pages."""
     rows, pages = [], []
-    for path in sorted((root / "scripts" / "objects").glob("*.py")):
+    for path in sorted((root / "scripts" / "objects").rglob("*.py")):
         found = [pattern for pattern in patterns_of(path) if pattern.comment and not pattern.name.startswith("_")]
         if not found:
             continue

@@ -4,10 +4,10 @@ import math
 
 import kaVel
 from mod_night_caller import Shape
-from objects.Creatures import shaped
-from objects.Lights import SphereLight
+from objects.creatures.Creatures import shaped
 from objects.Placing import LevelClock, Triple, addVolume, onFrame, placed
-from objects.Sounds import sounding
+from objects.sound.Sounds import sounding
+from objects.things.Lights import SphereLight
 
 SPEED, NEAR, FLOATS = 0.7, 1.6, 0.9  # metres a second; metres from the player; metres above the floor
 

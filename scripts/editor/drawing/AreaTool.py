@@ -8,13 +8,13 @@ from typing import TYPE_CHECKING, Any, NamedTuple, Sequence
 import editing
 import kaVel
 from editor import Keys, Places
-from editor.Tools import tools
 from editor.drawing.Ground import HERE, LEFT, choice
 from editor.drawing.Lines import Lines
+from editor.Tools import tools
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
-    from objects.Plans import Point
+    from objects.house.Plans import Point
 
 #: A rectangle is at least so large, metres: less is a click.
 LEAST = 0.1
@@ -108,7 +108,7 @@ class DrawAreas(Lines):
         if len(corners) < 3:
             return ''
         try:
-            importlib.import_module('objects.Plans').checkedOutline(corners, 'the outline')
+            importlib.import_module('objects.house.Plans').checkedOutline(corners, 'the outline')
         except ValueError as error:
             return str(error)
         return ''
@@ -117,7 +117,7 @@ class DrawAreas(Lines):
         self.editor.attempt(lambda: self._make(self.corners))
 
     def _make(self, corners: Sequence[Point]) -> None:
-        outline = importlib.import_module('objects.Plans').checkedOutline(corners, 'the outline')
+        outline = importlib.import_module('objects.house.Plans').checkedOutline(corners, 'the outline')
         (x0, z0), (x1, z1) = ([pick(corner[axis] for corner in outline) for axis in (0, 1)] for pick in (min, max))
         kind, pattern, floor = self._kind, self._kept['pattern'], self.ground.height
         x, z = Places.tidy((x0 + x1) / 2), Places.tidy((z0 + z1) / 2)

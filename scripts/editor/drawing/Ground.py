@@ -8,12 +8,12 @@ from typing import TYPE_CHECKING, Any, Sequence
 import editing
 import kaVel
 from editor import Keys, Places
-from editor.Tools import Tool
 from editor.drawing import Walled
+from editor.Tools import Tool
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
-    from objects.Plans import Point
+    from objects.house.Plans import Point
 
 #: How near the mouse has to come to a corner or a wall to snap to it, pixels.
 NEAR = 12

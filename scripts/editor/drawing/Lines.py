@@ -9,7 +9,7 @@ from editor.drawing.Ground import HERE, LEFT, RIGHT, WRONG, Drawing
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
-    from objects.Plans import Point
+    from objects.house.Plans import Point
 
 
 class Lines(Drawing):

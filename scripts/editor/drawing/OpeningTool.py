@@ -8,13 +8,13 @@ from typing import TYPE_CHECKING, Any, NamedTuple
 import editing
 import kaVel
 from editor import Places
-from editor.Tools import tools
 from editor.drawing import Walled
 from editor.drawing.Ground import COLOR, HERE, LEFT, WRONG, Drawing, choice
+from editor.Tools import tools
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
-    from objects.Plans import Opening
+    from objects.house.Plans import Opening
 
 #: What can be cut; the first one is an opening with a door's leaf.
 KINDS = ('door with a leaf', 'door', 'window', 'arch', 'hole')
@@ -126,7 +126,7 @@ class CutOpenings(Drawing):
 
     @staticmethod
     def _opening(hole: dict[str, Any]) -> Opening:
-        return importlib.import_module('objects.Walls').opening(0, hole)
+        return importlib.import_module('objects.house.Walls').opening(0, hole)
 
     def _press(self) -> None:
         if not self._spot:
@@ -205,7 +205,7 @@ class CutOpenings(Drawing):
 
     def _free(self, spot: Walled.Spot, number: int) -> list[tuple[float, float]]:
         """Stretches of a wall without corners, joints and other openings."""
-        plans = importlib.import_module('objects.Plans')
+        plans = importlib.import_module('objects.house.Plans')
         stretches = spot.walled.plan.clear(spot.wall)
         for other, hole in enumerate(spot.walled.openings):
             if other == number or hole['wall'] != spot.walled.numbers[spot.wall]:

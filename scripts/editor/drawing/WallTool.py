@@ -8,14 +8,14 @@ from typing import TYPE_CHECKING, Any, Sequence
 import editing
 import kaVel
 from editor import Places
-from editor.Tools import tools
 from editor.drawing import Walled
 from editor.drawing.Ground import choice
 from editor.drawing.Lines import Lines
+from editor.Tools import tools
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
-    from objects.Plans import Point
+    from objects.house.Plans import Point
 
 #: Of the faces of a wall that is being drawn.
 FACE = kaVel.Vec4(0.9, 0.9, 0.85, 0.8)
@@ -56,7 +56,7 @@ class DrawWalls(Lines):
         self._kept[name] = Places.tidy(value) if isinstance(value, float) else value
 
     def trouble(self, corners: list[Point], closed: bool) -> str:
-        plans = importlib.import_module('objects.Plans')
+        plans = importlib.import_module('objects.house.Plans')
         try:
             plans.Plan([[*corners, corners[0]] if closed else corners], self._kept['height'], self._kept['thick'])
         except ValueError as error:
@@ -70,7 +70,7 @@ class DrawWalls(Lines):
         closes = len(corners) > 3 and corners[0] == corners[-1]
         if len(corners) < 2 or self.trouble(corners[:-1] if closes else corners, closes):
             return
-        plans = importlib.import_module('objects.Plans')
+        plans = importlib.import_module('objects.house.Plans')
         plan = plans.Plan([corners], self._kept['height'], self._kept['thick'])
         for number in range(len(plan.edges)):
             for one, other in plan.ends(number):
@@ -84,7 +84,7 @@ class DrawWalls(Lines):
         return {name: self._kept[name] for name, _, usual in SETTINGS if self._kept[name] != usual}
 
     def _close(self) -> None:
-        plans = importlib.import_module('objects.Plans')
+        plans = importlib.import_module('objects.house.Plans')
         corners = plans.checkedOutline(self.corners, 'the line')
         middle = _middle(corners)
         at = (*middle[:1], self.ground.height, *middle[1:])

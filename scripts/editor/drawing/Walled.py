@@ -7,12 +7,12 @@ import math
 from typing import TYPE_CHECKING, Any, NamedTuple
 
 import kaVel
+from editor.edits.Refused import Refused
 from editor.source.Pieces import Piece
-from editor.source.Refused import Refused
 
 if TYPE_CHECKING:
     from editor.Editor import Editor
-    from objects.Plans import Plan, Point
+    from objects.house.Plans import Plan, Point
 
 #: Patterns that have walls, and the argument of each that has the lines within it.
 LINES = {'Walls': 'plan', 'Room': 'partitions'}
@@ -27,7 +27,7 @@ class Walled:
     def __init__(self, piece: Piece):
         self.piece, self.arguments = piece, piece.arguments
         self.at, self.turn = self.arguments['at'], math.radians(self.arguments['turn'])
-        plan, numbers = importlib.import_module('objects.Rooms').planOf(piece.patternName, self.arguments)
+        plan, numbers = importlib.import_module('objects.house.Rooms').planOf(piece.patternName, self.arguments)
         self.plan: Plan = plan
         self.numbers: dict[int, int] = {number: wall for wall, number in numbers.items()}
 
@@ -63,13 +63,13 @@ class Walled:
 
     def holds(self, spot: Point) -> bool:
         """Whether a place of the plan lies within the outline of a room, or on it."""
-        plans = importlib.import_module('objects.Plans')
+        plans = importlib.import_module('objects.house.Plans')
         return any(plans.isOn(wall, spot) for wall in self.plan.walls) or any(
             plans.holds(room, spot) for room in self.plan.rooms)
 
     def touches(self, spot: Point) -> bool:
         """Whether a place of the plan lies on a wall."""
-        plans = importlib.import_module('objects.Plans')
+        plans = importlib.import_module('objects.house.Plans')
         return any(plans.isOn(wall, spot) for wall in self.plan.walls)
 
 

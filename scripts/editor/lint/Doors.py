@@ -7,7 +7,7 @@ from typing import Iterator
 import kaVel
 from editor.lint.Findings import Finding, rule
 from editor.lint.Scene import Scene, tripleOf
-from objects.Keys import keysIn, locksIn
+from objects.things.Keys import keysIn, locksIn
 
 
 @rule

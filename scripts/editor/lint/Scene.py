@@ -9,8 +9,8 @@ from typing import Any, Iterator
 import callSites
 import kaVel
 import standing
-from objects.Keys import keysIn, locksIn
 from objects.Placing import Triple
+from objects.things.Keys import keysIn, locksIn
 
 #: Edge of the squares that floors are divided into, metres.
 EDGE = 0.25

@@ -9,8 +9,8 @@ import kaVel
 from editor.lint.Findings import Finding, rule
 from editor.lint.Scene import Scene, isKind, pieceOf, tripleOf
 from editor.lint.Ways import reachOf
-from objects.Models import boundsOf
 from objects.Placing import Triple
+from objects.things.Models import boundsOf
 
 #: Metres between two things that still touch.
 TOUCH = 0.08

@@ -8,11 +8,11 @@ from typing import Any
 
 import kaVel
 from editor import Commands, Places
+from editor.edits.Refused import Refused
 from editor.panels.History import HEIGHT as HISTORY
 from editor.panels.Panel import BOTTOM, RIGHT, TOP, Panel
 from editor.source.Parameters import Parameter, parametersOf
 from editor.source.Pieces import Piece
-from editor.source.Refused import Refused
 
 AXES = ('x', 'y', 'z')
 #: Frames that a number rests before it is given to the piece, which is built once that way and not while it is dragged.

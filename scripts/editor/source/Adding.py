@@ -9,12 +9,13 @@ import re
 from typing import Any, Iterable
 
 import kaVel
-from editor.source import Address, Layout, Literals, Parameters, Tracing
+from editor.edits import Address
+from editor.edits.Refused import Refused
+from editor.source import Layout, Literals, Parameters, Tracing
 from editor.source.Configuring import canConfigure, configured, configureLine
 from editor.source.Files import Function, Script
 from editor.source.Patches import textOf
 from editor.source.Pieces import LevelPieces, Piece
-from editor.source.Refused import Refused
 from editor.source.Sites import Sites, argumentNode
 
 #: So many calls that differ in numbers only become a loop.
@@ -332,7 +333,7 @@ class Adding:
 
 def _bodies() -> Any:
     """The module as the level has it, which may have read it anew."""
-    return importlib.import_module('objects.Bodies')
+    return importlib.import_module('objects.things.Bodies')
 
 
 def _isTold(root: Any, entity: Any) -> bool:

@@ -18,16 +18,17 @@ import sys
 from typing import TYPE_CHECKING, Any
 
 import levelChanges
-from editor.source import Changes, Files, Merging, Tracing
+from editor.edits import Changes
+from editor.edits.Refused import Refused
+from editor.source import Files, Merging, Tracing
 from editor.source.Configuring import Configuring, canConfigure, isConfigured
 from editor.source.Files import Function, Script
-from editor.source.Patches import textOf
 from editor.source.Literals import ANGLES
-from editor.source.Refused import Refused
+from editor.source.Patches import textOf
 from editor.source.Splices import Splices
 
 if TYPE_CHECKING:
-    from editor.source.Edits import LevelEdits
+    from editor.edits.Edits import LevelEdits
     from editor.source.Pieces import Piece
 
 

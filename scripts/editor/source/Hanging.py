@@ -5,11 +5,11 @@ from __future__ import annotations
 import ast
 from typing import Any, Callable, Iterator, NamedTuple
 
+from editor.edits.Refused import Refused
 from editor.source import Tracing
 from editor.source.Adding import Adding
 from editor.source.Files import Function, Script
 from editor.source.Pieces import LevelPieces, Piece
-from editor.source.Refused import Refused
 from editor.source.Sites import Sites
 from editor.source.Tracing import Scope
 

@@ -7,7 +7,7 @@ import keyword
 import os
 import re
 
-from editor.source.Refused import Refused
+from editor.edits.Refused import Refused
 
 TEXT = '''"""{name}: a room to begin with, 8 m by 8 m.
 

@@ -5,8 +5,9 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Any
 
 import levelChanges
-from editor.source import Address, Literals, Paths
-from editor.source.Refused import Refused
+from editor.edits import Address
+from editor.edits.Refused import Refused
+from editor.source import Literals, Paths
 from levelChanges import NAME, PARENT, PLACED, REMOVED
 
 if TYPE_CHECKING:

@@ -7,7 +7,7 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Iterable, NamedTuple
 
-from editor.source import Address
+from editor.edits import Address
 
 if TYPE_CHECKING:
     from editor.source.Pieces import Piece

@@ -17,12 +17,13 @@ import kaVel
 import levelChanges
 import mods
 import session
-from editor.source import Address, Literals, Parameters, Standing
+from editor.edits import Address, Standing
+from editor.source import Literals, Parameters
 from editor.source.Modules import moduleOf
 from editor.source.Parameters import Parameter, Pattern, parametersOf  # noqa: F401 (offered here)
 
 if TYPE_CHECKING:
-    from editor.source import Aside
+    from editor.edits import Aside
 
 #: File, line and column of a call, both counted from 1.
 Origin = tuple[str, int, int]
@@ -383,7 +384,7 @@ def _hasMore(piece: Piece) -> bool:
 
 def of(level: kaVel.Coordinator) -> LevelPieces:
     """The pieces of a level: of the one that stands there now, under the numbers that they have had before."""
-    from editor.source import Reload
+    from editor.edits import Reload
     known = session.editing.get(level.levelName)
     if known is None:
         known = session.editing[level.levelName] = LevelPieces(level)

@@ -19,7 +19,9 @@ from typing import Any
 import kaVel
 import levelChanges
 import mods
-from editor.source import Address, Edits, Files, Literals, Merging, NewLevel, Paths
+from editor.edits import Address, Edits
+from editor.edits.Refused import Refused
+from editor.source import Files, Literals, Merging, NewLevel, Paths
 from editor.source.Adding import Adding, aboveFirst
 from editor.source.Configuring import Configuring, canConfigure, configured
 from editor.source.Files import Function, Script, Texts
@@ -27,7 +29,6 @@ from editor.source.Hanging import Hanging
 from editor.source.Notes import Notes
 from editor.source.Patches import Patches
 from editor.source.Pieces import LevelPieces, Piece
-from editor.source.Refused import Refused
 from editor.source.Removing import Removing
 from editor.source.Sites import Sites
 from editor.source.Splices import Splices

@@ -4,9 +4,9 @@ from __future__ import annotations
 
 import kaVel
 from editor import Places
-from editor.Tools import Tool, tools
+from editor.edits.Refused import Refused
 from editor.source.Pieces import Piece
-from editor.source.Refused import Refused
+from editor.Tools import Tool, tools
 from objects.Placing import Triple
 
 

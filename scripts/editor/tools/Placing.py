@@ -8,8 +8,8 @@ from typing import Any
 
 import kaVel
 from editor import Catalogue, Places
+from editor.edits.Refused import Refused
 from editor.Tools import Tool, tools
-from editor.source.Refused import Refused
 
 #: Name of the ghost; the dot keeps it out of what is picked and listed.
 GHOST = '.ghost'

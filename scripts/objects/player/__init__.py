@@ -1,0 +1,1 @@
+"""The player: body, hands, pockets, nerves, life, and what his keys ask of them."""

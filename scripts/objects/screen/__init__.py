@@ -1,0 +1,1 @@
+"""What a level writes over the picture: marks, notices, captions, sheets that are read."""

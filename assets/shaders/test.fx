@@ -504,9 +504,13 @@ VertexShader particle
         gl_Position = viewToProjection * viewPosition;
         float width = particleSize * TEXCOORD0.x * viewToProjection[1][1] * 0.5 * viewportPixels.w;
         float size = width / max(viewPosition.z, 0.05); // pixels
-        gl_PointSize = clamp(size, 3.0, 48.0);
-        // Smaller than can be drawn means fainter, larger than that more blurred; close to the eye it must not flash.
-        float fading = min(size * 0.6, 1.0) * min(5.0 / size, 1.0) * smoothstep(0.15, 0.9, viewPosition.z);
+        // Whatever the picture's size, a mote gives the same share of light as in one of 720 lines: smaller than can be
+        // drawn means fainter, larger than that more blurred; close to the eye it must not flash.
+        float scale = viewportPixels.w / 720.0;
+        float shown = size / scale, spot = clamp(shown, 3.0, 48.0) * scale;
+        gl_PointSize = max(spot, 2.0);
+        float fading = min(shown * 0.6, 1.0) * min(5.0 / shown, 1.0) * smoothstep(0.15, 0.9, viewPosition.z);
+        fading *= spot * spot / (gl_PointSize * gl_PointSize);
         vec3 light = NORMAL.xyz * particleColor.rgb * particleColor.a;
         glow = (1.0 - exp(-5.0 * light)) * fading;
     }

@@ -89,7 +89,7 @@ class Arguments(Change):
         for move in self._moves:
             move.give(onwards)
         if any(each.stand.isKept for each in whole):
-            self._standKept(whole, onwards)
+            self._standKept(onwards)
             return
         try:
             kept = Making.rebuild(edits.pieces, self.piece, edits.properties)
@@ -122,14 +122,13 @@ class Arguments(Change):
         for kept in self._kept.values():
             Aside.discard(kept)
 
-    def _standKept(self, pieces: list[Piece], onwards: bool):
+    def _standKept(self, onwards: bool):
         """What others hold on to is not built anew: it is moved, and the rest shows when the level is loaded."""
         ways = (self.before, self.after) if onwards else (self.after, self.before)
         motion = _motion(self.piece, *ways) if self._motion else None
-        for piece in pieces if motion else ():
+        for move in self._moves if motion else ():
             assert motion
-            piece.stand = piece.stand.moved(motion)
-            piece.stand.restore()
+            move.carry(motion, onwards)
 
 
 class _Move:
@@ -155,6 +154,12 @@ class _Move:
         stand.restore()
         self._piece.stand = stand
         self.give(onwards)
+
+    def carry(self, motion: Standing.Motion, onwards: bool):
+        """Moves the piece from where it stands as its own arguments tell, or by a motion where they tell no place."""
+        ways = (self._before[1], self._after[1]) if onwards else (self._after[1], self._before[1])
+        self._piece.stand = self._piece.stand.moved(_motion(self._piece, *ways) or motion)
+        self._piece.stand.restore()
 
     def give(self, onwards: bool):
         self._piece.setGiven((self._after if onwards else self._before)[1])

@@ -129,7 +129,7 @@ STEPS = {100: play, 260: lambda night: (tell(night), said(saves.save())), 262: l
     before, after = facts[:here], facts[here + 2:]
     assert before == after and len(before) == 7, (before, after)
     assert dict(after)["pockets"]["things"] == {"stairKey": 1}, after
-    assert ("mind", [60, True, True, 2, 30.0]) in after and ("things", ["battery2"]) in after, after
+    assert ("mind", [70, True, True, 2, 30.0]) in after and ("things", ["battery2"]) in after, after
     assert facts[here + 1] == ("said", (True, False, "game1.2", "")), facts[here + 1]
 
 

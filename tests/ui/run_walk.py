@@ -222,7 +222,7 @@ def den(map):
     place.Box(map, 'floor', at=(0, -0.5, 0), size=(8, 0.5, 8), surface='boards')
     place.Block(map, 'ground', at=(0, -0.5, 0), size=(8, 0.5, 8))
     place.SphereLight(map, 'light', at=(0, 2, 0), strength=0.4, reach=6)
-    place.Note(map, 'letter', at=(0, 1.55, 1.0), title='14 January', text='Nineteen chairs.')
+    place.Note(map, 'letter', at=(0, 1.64, 1.0), title='14 January', text='Nineteen chairs.')
 """
 
 

@@ -158,13 +158,12 @@ class Folder:
     def _sweep(self):
         """Takes away the new files of those who were killed."""
         for file in os.listdir(self.path):
-            path = os.path.join(self.path, file)
-            if file.endswith('.save.new') and _isAbandoned(path):
-                _remove(path)
+            if file.endswith('.save.new'):
+                _removeAbandoned(os.path.join(self.path, file))
 
 
 def _isOurs(handle: int, path: str) -> bool:
-    """Locks a new file; false where somebody took it for an abandoned one before that."""
+    """Locks a file; false where another one has it, or it does not lie there any more."""
     try:
         fcntl.flock(handle, fcntl.LOCK_EX | fcntl.LOCK_NB)
         return os.stat(path).st_ino == os.fstat(handle).st_ino
@@ -172,17 +171,18 @@ def _isOurs(handle: int, path: str) -> bool:
         return False
 
 
-def _isAbandoned(path: str) -> bool:
-    """Whether nobody holds the lock on a file."""
+def _removeAbandoned(path: str):
+    """Takes away a file that nobody holds the lock on, and holds it itself until the file is gone.
+
+    Who lets go before would take away the file of one who has made it a moment ago, and locks it in between.
+    """
     try:
         handle = os.open(path, os.O_RDONLY | os.O_NONBLOCK | os.O_CLOEXEC)
     except OSError:
-        return False
+        return
     try:
-        fcntl.flock(handle, fcntl.LOCK_EX | fcntl.LOCK_NB)
-        return stat.S_ISREG(os.fstat(handle).st_mode)
-    except OSError:
-        return False
+        if stat.S_ISREG(os.fstat(handle).st_mode) and _isOurs(handle, path):
+            _remove(path)
     finally:
         os.close(handle)
 

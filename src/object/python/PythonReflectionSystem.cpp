@@ -29,7 +29,7 @@ ReflectorPtr getTypeByName(const Reflection_ &reflection, const String &name)
 python::object getAttribute(const python::object &self, const String &name)
 {
     const Reflection_ &reflection = python::extract<const Reflection_ &>(self);
-    const python::object found(getTypeByName(reflection, name));
+    python::object found(getTypeByName(reflection, name));
     self.attr("__dict__")[name.toCString()] = found;
     return found;
 }

@@ -24,7 +24,7 @@ std::string port::clipboardText()
     if (!SDL_WasInit(SDL_INIT_VIDEO) || !SDL_HasClipboardText())
         return ownText();
     char *text = SDL_GetClipboardText();
-    const std::string copy = text ? text : "";
+    std::string copy = text ? text : "";
     SDL_free(text);
     return copy;
 }

@@ -111,7 +111,7 @@ String pythonPath(const Handle<Object> &object)
     if (!path.starts_with("s:/") || path.size() == 3)
         return quoted(String::copyFrom(path));
     const std::size_t slash = path.find('/', 3);
-    const String system = SCS("kaVel.getSystem(") + quoted(String::copyFrom(path.substr(3, slash - 3))) + SCS(")");
+    String system = SCS("kaVel.getSystem(") + quoted(String::copyFrom(path.substr(3, slash - 3))) + SCS(")");
     if (slash == std::string::npos)
         return system;
     return system + SCS(".getDescendantByPath(") + quoted(String::copyFrom(path.substr(slash + 1))) + SCS(")");

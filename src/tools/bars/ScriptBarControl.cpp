@@ -68,7 +68,7 @@ Variant ScriptBar::Control::call(const ReflectorPtr &function, SavedArguments &a
 {
     // The function may take the control away, or set another in its place.
     const std::shared_ptr<Control> keep = shared_from_this();
-    const ReflectorPtr called = function;
+    const ReflectorPtr called = function; // NOLINT(performance-unnecessary-copy-initialization)
     if (!called || isRemoved)
         return Variant();
     String raised;

@@ -102,8 +102,8 @@ Vec4 FloorSurvey::getSpot(int spot) const
     if (!isSpot(spot))
         return Vec4();
     const Spot &found = at(spot);
-    return Vec4(west + static_cast<float>(found.square % columns) * edge, found.height,
-                south + static_cast<float>(found.square / columns) * edge, 1.f);
+    const int column = found.square % columns, row = found.square / columns;
+    return Vec4(west + static_cast<float>(column) * edge, found.height, south + static_cast<float>(row) * edge, 1.f);
 }
 
 int FloorSurvey::findSpot(Vec4 feet) const

@@ -10,9 +10,9 @@ from typing import Any, Callable
 import kaVel
 import session
 from editor import Inspected
-from editor.edits import Edits
+from editor.edits import Edits, ForAll
 from editor.edits.Refused import Refused
-from editor.source import ForAll, Pieces, Writing
+from editor.source import Pieces, Writing
 from perLevel import PerLevel
 
 NAME = 'Write back'

@@ -505,8 +505,9 @@ def Stool(parent: kaVel.Object, name: str = '', at: place.Triple = (0, 0, 0), sc
 '''
 
 FOR_ALL = """
+from editor.edits import ForAll
 from editor.edits.Refused import Refused
-from editor.source import ForAll, Writing
+from editor.source import Writing
 
 
 def look(level, what):

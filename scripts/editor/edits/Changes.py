@@ -5,9 +5,9 @@ from __future__ import annotations
 from typing import TYPE_CHECKING, Any
 
 import kaVel
-from editor.edits import Address, Aside, Making, Order, Standing, Touches
+from editor.edits import Address, Aside, Making, Order, Photo, Standing, Touches
 from editor.edits.Refused import Refused
-from editor.source import Parameters, Photo
+from editor.source import Parameters
 
 if TYPE_CHECKING:
     from editor.edits.Edits import LevelEdits

@@ -19,8 +19,7 @@ from typing import Any, Callable, Iterable, Protocol
 import kaVel
 from editor.edits import Address, Aside, Changes, Making
 from editor.edits.Refused import Refused
-from editor.source import Files, Literals, Merging, Parameters, Paths, Pieces
-from editor.source import References
+from editor.source import Files, Literals, Merging, Parameters, Paths, Pieces, References
 from editor.source.Pieces import Piece
 
 #: More pieces than this are not added in one step: nobody means that, and it would take minutes.

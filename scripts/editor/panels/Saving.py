@@ -4,9 +4,10 @@ from __future__ import annotations
 
 from typing import TYPE_CHECKING, Callable
 
+from editor.edits import ForAll
 from editor.edits.Refused import Refused
 from editor.panels.Panel import Panel
-from editor.source import ForAll, Writing
+from editor.source import Writing
 
 if TYPE_CHECKING:
     from editor.Editor import Editor

@@ -1,4 +1,4 @@
-// PythonInvocation: reflected calls made by scripts, and how their failures are raised.
+// PythonInvocation: reflected calls made by scripts, how their failures are raised, and who hears of them.
 #pragma once
 
 #include "object/reflection/DoxyElement.h"

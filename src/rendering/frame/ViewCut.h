@@ -15,5 +15,9 @@ struct ViewCut
     float height = 0.f;
 
     /// The one that counts; change it to cut a view off.
-    static ViewCut &present();
+    static ViewCut &present()
+    {
+        static ViewCut cut;
+        return cut;
+    }
 };

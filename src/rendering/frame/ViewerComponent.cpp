@@ -104,12 +104,6 @@ Matrix4 ViewerComponent::getProjectionMatrix(float width, float height)
     return fromDirectX(projection);
 }
 
-ViewCut &ViewCut::present()
-{
-    static ViewCut cut;
-    return cut;
-}
-
 bool ViewerComponent::isCut()
 {
     constexpr float clear = 0.01f; // the plane has to lie before the eye
